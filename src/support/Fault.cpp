@@ -1,0 +1,16 @@
+#include "support/Fault.h"
+
+Fault::Fault(Kind kind, const QString &description)
+    : cause_(kind), description_(description), utf8_(description.toUtf8()) {}
+
+Fault Fault::Subscript(const QString &what) {
+    return Fault(Kind::Subscript, QStringLiteral("Subscript out of range: ") + what);
+}
+
+Fault Fault::Overflow(const QString &what) {
+    return Fault(Kind::Overflow, QStringLiteral("Overflow: ") + what);
+}
+
+Fault Fault::Conversion(const QString &what) {
+    return Fault(Kind::Conversion, QStringLiteral("Type mismatch: ") + what);
+}

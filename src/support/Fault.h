@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <exception>
+
+// A run-time fault: something that the program can't go on from unless a caller says otherwise. Uncaught,
+// it ends the program with its description (see shell/Application).
+class Fault : public std::exception {
+public:
+    enum class Kind { Subscript, Overflow, Conversion, DivisionByZero, Database };
+
+    Fault(Kind kind, const QString &description);
+
+    Kind Cause() const { return cause_; }
+    const QString &Description() const { return description_; }
+    const char *what() const noexcept override { return utf8_.constData(); }
+
+    static Fault Subscript(const QString &what);
+    static Fault Overflow(const QString &what);
+    static Fault Conversion(const QString &what);
+
+private:
+    Kind cause_;
+    QString description_;
+    QByteArray utf8_;
+};
