@@ -1,0 +1,84 @@
+#include "model/ClassZentrova.h"
+
+#include "model/Element.h"
+#include "model/Global.h"
+#include "model/InitArray.h"
+
+ClassZentrova::ClassZentrova(const QString &programFolder) {
+    InitParamsFromPresetsFile(programFolder);
+    baudRates_ = InitArray::Texts({"2400", "4800", "9600", "19200", "38400"});
+    parityStops_ = InitArray::Texts({"N1", "N2", "E1", "O1"});
+}
+
+void ClassZentrova::InitParamsFromPresetsFile(const QString &programFolder) {
+    Presets presets = ReadPresetsFile(programFolder + QStringLiteral("/Presets.fil"));
+    rows_.reserve(presets.rows.size());
+    for (PresetRow &preset : presets.rows) {
+        const std::int32_t value = preset.value;
+        rows_.push_back({.preset = std::move(preset), .value = value, .writePending = false, .group = {}});
+    }
+    units_ = std::move(presets.units);
+}
+
+const ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) const {
+    return Element(rows_, Tag, "parameter");
+}
+ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) { return Element(rows_, Tag, "parameter"); }
+
+QString ClassZentrova::BaudRateString(std::int16_t Index) const {
+    return Element(baudRates_, Index, "BaudRateString");
+}
+
+QString ClassZentrova::ParityStopString(std::int16_t Index) const {
+    return Element(parityStops_, Index, "ParityStopString");
+}
+
+std::int32_t ClassZentrova::ParamMin(std::int16_t Tag) const { return RowOf(Tag).preset.minimum; }
+std::int32_t ClassZentrova::ParamMax(std::int16_t Tag) const { return RowOf(Tag).preset.maximum; }
+std::int32_t ClassZentrova::ParamPreset(std::int16_t Tag) const { return RowOf(Tag).preset.preset; }
+std::int32_t ClassZentrova::ParamValue(std::int16_t Tag) const { return RowOf(Tag).value; }
+
+void ClassZentrova::ParamValue(std::int16_t Tag, std::int32_t NewValue) {
+    Row &row = RowOf(Tag);
+    if (row.preset.readOnly || row.value == NewValue) {
+        return;
+    }
+    if (link_ != nullptr && link_->PortIsOpen()) {
+        link_->WaitForWriteIdle();
+        // The wait lets the user go offline; the value is then kept as any offline change is.
+        if (link_->PortIsOpen()) {
+            row.writePending = true;
+            link_->StartWrite(Tag, NewValue);
+        }
+    }
+    row.value = NewValue;
+    fileChanged_ = true;
+}
+
+void ClassZentrova::ParamUpdate(std::int16_t Tag, std::int32_t NewValue) {
+    Row &row = RowOf(Tag);
+    if (!row.writePending) {
+        row.value = NewValue;
+    }
+}
+
+bool ClassZentrova::ParamReadOnly(std::int16_t Tag) const { return RowOf(Tag).preset.readOnly; }
+bool ClassZentrova::ParamSigned(std::int16_t Tag) const { return RowOf(Tag).preset.isSigned; }
+bool ClassZentrova::ParamWritePending(std::int16_t Tag) const { return RowOf(Tag).writePending; }
+void ClassZentrova::ParamWritePending(std::int16_t Tag, bool pending) { RowOf(Tag).writePending = pending; }
+QString ClassZentrova::ParamName(std::int16_t Tag) const { return RowOf(Tag).preset.name; }
+QString ClassZentrova::ParamGroup(std::int16_t Tag) const { return RowOf(Tag).group; }
+std::int16_t ClassZentrova::ParamUnits(std::int16_t Tag) const { return RowOf(Tag).preset.units; }
+
+QString ClassZentrova::ParamLookUp(std::int16_t UnitCode, std::int32_t Value) const {
+    return Element(Element(units_, UnitCode, "unit"), Value, "unit text");
+}
+
+std::int16_t ClassZentrova::ParamDecimalPlaces(std::int16_t Tag) const {
+    return RowOf(Tag).preset.decimalPlaces;
+}
+
+QString ClassZentrova::FormatRaw(std::int32_t Value, std::int16_t Tag) const {
+    return Global::ApplyUnits(*this, Global::RawToFormatted(Value, ParamDecimalPlaces(Tag)), ParamUnits(Tag),
+                              ParamMax(Tag));
+}

@@ -1,0 +1,116 @@
+#include "model/ReadOnlyDatabase.h"
+
+#include <QFileInfo>
+#include <sqlite3.h>
+
+namespace {
+
+constexpr int longestText = 4096; // characters; the texts of these files are names and notes
+
+Fault DatabaseFault(const QString &where, const QString &message) {
+    return Fault(Fault::Kind::Database, QStringLiteral("%1: %2.").arg(where, message));
+}
+
+SQLite::Database Open(const QString &fileName) {
+    try {
+        return SQLite::Database(fileName.toStdString(), SQLite::OPEN_READONLY);
+    } catch (const SQLite::Exception &e) {
+        throw DatabaseFault(fileName, QString::fromUtf8(e.what()));
+    }
+}
+
+} // namespace
+
+bool DatabaseRecord::IsNull(int column) const { return statement_.getColumn(column).isNull(); }
+
+std::int64_t DatabaseRecord::Integer(int column, std::int64_t lowest, std::int64_t highest) const {
+    const SQLite::Column value = statement_.getColumn(column);
+    if (!value.isInteger()) {
+        Fail(column, QStringLiteral("holds no whole number"));
+    }
+    const std::int64_t number = value.getInt64();
+    if (number < lowest || number > highest) {
+        Fail(column, QStringLiteral("holds %1, which isn't within %2 to %3").arg(number).arg(lowest).arg(highest));
+    }
+    return number;
+}
+
+std::int32_t DatabaseRecord::Int32(int column) const {
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(Integer(column, Limits::min(), Limits::max()));
+}
+
+std::int16_t DatabaseRecord::Int16(int column) const {
+    using Limits = std::numeric_limits<std::int16_t>;
+    return static_cast<std::int16_t>(Integer(column, Limits::min(), Limits::max()));
+}
+
+bool DatabaseRecord::Boolean(int column) const {
+    using Limits = std::numeric_limits<std::int64_t>;
+    return Integer(column, Limits::min(), Limits::max()) != 0;
+}
+
+QString DatabaseRecord::Text(int column) const {
+    const SQLite::Column value = statement_.getColumn(column);
+    if (!value.isText()) {
+        Fail(column, QStringLiteral("holds no text"));
+    }
+    QString text = QString::fromStdString(value.getString());
+    if (text.size() > longestText) {
+        Fail(column, QStringLiteral("holds a text of %1 characters").arg(text.size()));
+    }
+    return text;
+}
+
+void DatabaseRecord::Fail(int column, const QString &what) const {
+    throw DatabaseFault(where_, QStringLiteral("column %1 %2")
+                                    .arg(QString::fromUtf8(statement_.getColumnName(column)), what));
+}
+
+ReadOnlyDatabase::ReadOnlyDatabase(const QString &fileName) : fileName_(fileName), database_(Open(fileName)) {
+    sqlite3 *handle = database_.getHandle();
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 1 << 20);
+    sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
+}
+
+void ReadOnlyDatabase::RequirePlainTable(const char *table) {
+    SQLite::Statement query(database_, "SELECT type, sql FROM sqlite_master WHERE name = ? COLLATE NOCASE");
+    query.bind(1, table);
+    if (!query.executeStep()) {
+        throw Failure(QStringLiteral("there is no table %1").arg(QLatin1String(table)));
+    }
+    const QString type = QString::fromStdString(query.getColumn(0).getString());
+    const QString sql = QString::fromStdString(query.getColumn(1).getString());
+    if (type != QStringLiteral("table") || sql.startsWith(QStringLiteral("CREATE VIRTUAL"), Qt::CaseInsensitive)) {
+        throw Failure(QStringLiteral("%1 isn't a table").arg(QLatin1String(table)));
+    }
+}
+
+void ReadOnlyDatabase::ForEachRecord(const char *table, std::initializer_list<const char *> columns,
+                                     const std::function<bool(const DatabaseRecord &)> &visit) {
+    try {
+        RequirePlainTable(table);
+        // In brackets a missing column is an error; in double quotes it would pass as a text.
+        std::string names;
+        for (const char *column : columns) {
+            names += (names.empty() ? "[" : ", [") + std::string(column) + "]";
+        }
+        SQLite::Statement records(database_, "SELECT " + names + " FROM [" + table + "] ORDER BY rowid");
+        for (std::int64_t position = 0; records.executeStep(); ++position) {
+            const QString where = QStringLiteral("%1, table %2, record %3")
+                                      .arg(fileName_, QLatin1String(table))
+                                      .arg(position);
+            if (!visit(DatabaseRecord(records, where))) {
+                return;
+            }
+        }
+    } catch (const SQLite::Exception &e) {
+        throw Failure(QStringLiteral("table %1: %2").arg(QLatin1String(table), QString::fromUtf8(e.what())));
+    }
+}
+
+Fault ReadOnlyDatabase::Failure(const QString &message) const { return DatabaseFault(fileName_, message); }

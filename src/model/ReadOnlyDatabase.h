@@ -1,0 +1,56 @@
+#pragma once
+
+#include "support/Fault.h"
+
+#include <QString>
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <limits>
+
+// The record that a walk over a table stands on. Its columns are those that were asked for, in that order.
+class DatabaseRecord {
+public:
+    DatabaseRecord(SQLite::Statement &statement, const QString &where) : statement_(statement), where_(where) {}
+
+    bool IsNull(int column) const;
+
+    // Fault (database) when the column holds no whole number from `lowest` to `highest`.
+    std::int64_t Integer(int column, std::int64_t lowest, std::int64_t highest) const;
+    std::int32_t Int32(int column) const;
+    std::int16_t Int16(int column) const;
+
+    // True for any number but 0. Fault (database) when the column holds no number.
+    bool Boolean(int column) const;
+
+    // Fault (database) when the column is Null, no text, or longer than a text of these files may be.
+    QString Text(int column) const;
+
+private:
+    [[noreturn]] void Fail(int column, const QString &what) const;
+
+    SQLite::Statement &statement_;
+    const QString &where_;
+};
+
+// A database that came from outside, opened so that nothing in it can run, write or reach other files.
+class ReadOnlyDatabase {
+public:
+    // Fault (database) with the engine's message when the file can't be opened.
+    explicit ReadOnlyDatabase(const QString &fileName);
+
+    // Calls `visit` with each record of a plain table in record order, until it returns false.
+    // Fault (database) when `table` isn't a plain table or a column is missing.
+    void ForEachRecord(const char *table, std::initializer_list<const char *> columns,
+                       const std::function<bool(const DatabaseRecord &)> &visit);
+
+    // A fault that names the file.
+    Fault Failure(const QString &message) const;
+
+private:
+    void RequirePlainTable(const char *table);
+
+    QString fileName_;
+    SQLite::Database database_;
+};
