@@ -1,0 +1,305 @@
+#include "link/LinkSession.h"
+
+#include "link/SerialPorts.h"
+#include "model/Element.h"
+#include "model/Global.h"
+#include "model/InitArray.h"
+#include "model/ParamDefines.h"
+#include "support/ApplicationTitle.h"
+#include "support/Numbers.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+
+namespace {
+
+constexpr std::int16_t addressingMarkRegister = 69;
+constexpr std::int16_t addressingMark = 0x5555; // there, it tells a sensor that numbers from 0
+
+constexpr std::int16_t singleWritePeriodMs = 1000;
+constexpr std::int16_t addressingProbePeriodMs = 500;
+constexpr std::int16_t downloadPeriodMs = 4000;
+
+// By baud index.
+const std::vector<std::int16_t> responseTimeoutByBaud = InitArray::Integers({1200, 600, 350, 200, 100});
+const std::vector<std::int16_t> pollPeriodByBaud = InitArray::Integers({1500, 700, 500, 300, 200});
+
+std::int16_t BaudCodeOf(std::int16_t baud) {
+    switch (baud) {
+    case 0:
+        return 3;
+    case 1:
+        return 4;
+    case 2:
+        return 5;
+    case 3:
+        return 7;
+    default:
+        return 8;
+    }
+}
+
+struct ParityStopCodes {
+    std::int16_t parity;
+    std::int16_t stopBits;
+};
+
+ParityStopCodes ParityStopCodesOf(std::int16_t parityStop) {
+    switch (parityStop) {
+    case 0:
+        return {.parity = 0, .stopBits = 0};
+    case 1:
+        return {.parity = 0, .stopBits = 1};
+    case 2:
+        return {.parity = 2, .stopBits = 0};
+    default:
+        return {.parity = 1, .stopBits = 0};
+    }
+}
+
+} // namespace
+
+LinkSession::LinkSession(ClassZentrova &zentrova, Surroundings surroundings, QObject *parent)
+    : QObject(parent), zentrova_(zentrova), surroundings_(std::move(surroundings)),
+      mbaxp1_(surroundings_.deviceOfPort) {
+    connect(&mbaxp1_, &Mbaxp::TransactionDone, this, &LinkSession::TransactionDone);
+    connect(&mbaxp1_, &Mbaxp::TransactionFailed, this, &LinkSession::TransactionFailed);
+    zentrova_.ConnectTo(this);
+}
+
+LinkSession::~LinkSession() { zentrova_.ConnectTo(nullptr); }
+
+void LinkSession::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
+                                          std::int16_t timeoutMs) {
+    mbaxp1_.PortNumber(port);
+    mbaxp1_.LineModeB(1);
+    mbaxp1_.LineModeA(0);
+    mbaxp1_.BaudCode(BaudCodeOf(baud));
+    const ParityStopCodes codes = ParityStopCodesOf(parityStop);
+    mbaxp1_.ParityCode(codes.parity);
+    mbaxp1_.StopBitsCode(codes.stopBits);
+    mbaxp1_.ResponseTimeout(timeoutMs != 0 ? timeoutMs
+                                           : Element(responseTimeoutByBaud, baud, "ResponseTimeoutByBaud"));
+}
+
+void LinkSession::GoOnline(std::int16_t skipPrompt) {
+    if (skipPrompt == 0) {
+        const std::int16_t choice = surroundings_.askDirection();
+        if (choice != ConnectChoice::Read && choice != ConnectChoice::Write) {
+            return;
+        }
+        downloadOnConnect_ = choice == ConnectChoice::Write;
+    }
+    if (!mbaxp1_.OpenPort()) {
+        ReportOpenFailure();
+        return;
+    }
+    mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, modbusAddress_, addressingMarkRegister, 1,
+                                addressingProbePeriodMs);
+    mbaxp1_.StartCyclic(LinkTransaction::AddressingProbe);
+    Q_EMIT OnlineChanged(true);
+    firstReadPending_ = true;
+}
+
+void LinkSession::ReportOpenFailure() {
+    const std::int16_t code = mbaxp1_.LastError();
+    QString text = QStringLiteral("Error %1. %2").arg(code).arg(MbaxpErrorDesc(code));
+    const QString advice = SerialPorts::PermissionAdvice(surroundings_.deviceOfPort(mbaxp1_.PortNumber()));
+    if (code == LinkStatus::OpenFailed && !advice.isEmpty()) {
+        text += QStringLiteral("\n\n") + advice;
+    }
+    Notice(text);
+}
+
+void LinkSession::GoOffline() {
+    mbaxp1_.StopCyclic(LinkTransaction::Poll);
+    mbaxp1_.ClosePort();
+    Q_EMIT OnlineChanged(false);
+    SetStatus(QStringLiteral("Offline"));
+}
+
+void LinkSession::WaitForWriteIdle() {
+    do {
+        while (mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite)) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+        }
+        // Once more, so that what the finished write led to is through. That may be a further write.
+        QCoreApplication::processEvents();
+    } while (mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite));
+}
+
+void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
+    if (!mbaxp1_.DefineWriteRegister(LinkTransaction::SingleWrite, modbusAddress_, Tag - addressingMode_,
+                                     singleWritePeriodMs)) {
+        zentrova_.ParamWritePending(Tag, false); // a row without a register
+        return;
+    }
+    mbaxp1_.RegisterValue(LinkTransaction::SingleWrite, 0, Global::SignedFromUnsigned(value));
+    mbaxp1_.Tag(QString::number(Tag));
+    mbaxp1_.TriggerOnce(LinkTransaction::SingleWrite);
+}
+
+std::int16_t LinkSession::WrittenParameter() const { return ToInt16(ToNumber(mbaxp1_.Tag())); }
+
+void LinkSession::TransactionDone(std::int16_t transaction) {
+    SetStatus(QStringLiteral(" Online"));
+    switch (transaction) {
+    case LinkTransaction::SingleWrite:
+        WriteComplete();
+        break;
+    case LinkTransaction::Poll:
+        PollComplete();
+        break;
+    case LinkTransaction::SearchProbe:
+        Q_EMIT DeviceAnswered(LinkStatus::NoError);
+        break;
+    case LinkTransaction::AddressingProbe:
+        AddressingProbeComplete();
+        break;
+    case LinkTransaction::Download:
+        DownloadComplete();
+        break;
+    default:
+        break;
+    }
+    Q_EMIT TableRefreshed();
+}
+
+void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t status) {
+    SetStatus(MbaxpErrorDesc(status));
+    switch (transaction) {
+    case LinkTransaction::SingleWrite:
+        zentrova_.ParamWritePending(WrittenParameter(), false);
+        Notice(QStringLiteral("Error writing parameter"));
+        break;
+    case LinkTransaction::Poll:
+        if (status == LinkStatus::Timeout) {
+            timeoutCount_ = ToInt16(timeoutCount_ + 1);
+        } else if (status == LinkStatus::CrcError) {
+            crcErrorCount_ = ToInt16(crcErrorCount_ + 1);
+        }
+        break;
+    case LinkTransaction::SearchProbe:
+        Q_EMIT DeviceAnswered(status);
+        break;
+    case LinkTransaction::Download:
+        DownloadFailed();
+        break;
+    default: // the addressing probe repeats by itself
+        break;
+    }
+}
+
+void LinkSession::WriteComplete() {
+    const std::int16_t written = WrittenParameter();
+    zentrova_.ParamWritePending(written, false);
+    switch (written) {
+    case ParamDefines::SaveCommand:
+        Notice(QStringLiteral("Parameters saved successfully!"));
+        break;
+    case ParamDefines::NetworkAddress:
+    case ParamDefines::BaudRateCode:
+    case ParamDefines::ParityStopCode:
+        ReconnectWithDeviceSettings();
+        break;
+    case ParamDefines::AddressingMode:
+        addressingMode_ = ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode));
+        break;
+    case ParamDefines::ReinitCommand:
+        if (zentrova_.ParamValue(ParamDefines::ReinitCommand) == ParamDefines::EnterBootLoader) {
+            GoOffline();
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void LinkSession::PollComplete() {
+    if (!zentrova_.WriteAllPending()) {
+        const std::int16_t count = zentrova_.ParamCount();
+        for (std::int16_t tag = 1; tag < count; ++tag) {
+            if (zentrova_.ParamWritePending(tag)) {
+                continue;
+            }
+            const std::int16_t word = mbaxp1_.RegisterValue(LinkTransaction::Poll, tag - addressingMode_);
+            zentrova_.ParamUpdate(tag, zentrova_.ParamSigned(tag) ? word : Global::UnsignedFromSigned(word));
+        }
+    }
+    if (firstReadPending_) {
+        firstReadPending_ = false;
+        Q_EMIT FirstReadComplete();
+    }
+}
+
+void LinkSession::AddressingProbeComplete() {
+    mbaxp1_.StopCyclic(LinkTransaction::AddressingProbe);
+    const std::int16_t mark = mbaxp1_.RegisterValue(LinkTransaction::AddressingProbe, 0);
+    addressingMode_ = mark == addressingMark ? 0 : 1;
+    DefinePoll();
+    if (downloadOnConnect_) {
+        StartDownload();
+    } else {
+        mbaxp1_.StartCyclic(LinkTransaction::Poll);
+    }
+}
+
+void LinkSession::DefinePoll() {
+    mbaxp1_.DefineReadRegisters(LinkTransaction::Poll, modbusAddress_, 0, zentrova_.ParamCount() - 1,
+                                Element(pollPeriodByBaud, baudRate_, "PollPeriodByBaud"));
+}
+
+void LinkSession::StartDownload() {
+    zentrova_.WriteAllPending(true);
+    const std::int16_t count = zentrova_.ParamCount();
+    mbaxp1_.DefineWriteRegisters(LinkTransaction::Download, modbusAddress_, 1 - addressingMode_, count - 1,
+                                 downloadPeriodMs);
+    for (std::int16_t tag = 1; tag < count; ++tag) {
+        mbaxp1_.RegisterValue(LinkTransaction::Download, tag - 1,
+                              Global::SignedFromUnsigned(zentrova_.ParamValue(tag)));
+    }
+    mbaxp1_.TriggerOnce(LinkTransaction::Download);
+}
+
+void LinkSession::DownloadComplete() {
+    zentrova_.WriteAllPending(false);
+    Notice(QStringLiteral("Parameters downloaded successfully!"));
+    StartPollAfterConnectDownload();
+    ReconnectWithDeviceSettings();
+    addressingMode_ = ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode));
+}
+
+void LinkSession::DownloadFailed() {
+    zentrova_.WriteAllPending(false);
+    Notice(QStringLiteral("Error downloading Parameters"));
+    StartPollAfterConnectDownload();
+}
+
+void LinkSession::StartPollAfterConnectDownload() {
+    if (downloadOnConnect_) {
+        downloadOnConnect_ = false;
+        mbaxp1_.StartCyclic(LinkTransaction::Poll);
+    }
+}
+
+// Follows the sensor to the communication settings that it has just taken.
+void LinkSession::ReconnectWithDeviceSettings() {
+    mbaxp1_.StopCyclic(LinkTransaction::Poll);
+    mbaxp1_.ClosePort();
+    baudRate_ = ToInt16(zentrova_.ParamValue(ParamDefines::BaudRateCode));
+    parityStop_ = ToInt16(zentrova_.ParamValue(ParamDefines::ParityStopCode));
+    modbusAddress_ = ToInt16(zentrova_.ParamValue(ParamDefines::NetworkAddress));
+    DefinePoll();
+    SetMbaxp1CommProperties(commPort_, baudRate_, parityStop_, 0);
+    mbaxp1_.OpenPort();
+    mbaxp1_.StartCyclic(LinkTransaction::Poll);
+}
+
+void LinkSession::SetStatus(const QString &word) {
+    Q_EMIT StatusChanged(QStringLiteral("Communication Status: ") + word);
+}
+
+void LinkSession::Notice(const QString &text) {
+    surroundings_.dialogs.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
+                                          ApplicationTitle());
+}

@@ -1,0 +1,123 @@
+#pragma once
+
+#include "link/LinkStatus.h"
+#include "link/Mbaxp.h"
+#include "model/ClassZentrova.h"
+#include "model/ParameterLink.h"
+#include "support/UserDialogs.h"
+
+#include <QObject>
+#include <QString>
+#include <cstdint>
+#include <functional>
+
+// The numbered transactions of the link, each with one fixed use.
+namespace LinkTransaction {
+
+inline constexpr std::int16_t SingleWrite = 0;
+inline constexpr std::int16_t Poll = 1;
+inline constexpr std::int16_t SearchProbe = 2;
+inline constexpr std::int16_t AddressingProbe = 3;
+inline constexpr std::int16_t Download = 4;
+
+} // namespace LinkTransaction
+
+// The direction of a connect, as the user is asked for it.
+namespace ConnectChoice {
+
+inline constexpr std::int16_t Read = 0;
+inline constexpr std::int16_t Write = 1;
+inline constexpr std::int16_t Cancel = 2;
+
+} // namespace ConnectChoice
+
+// The link to the sensor: the communication settings, going online and offline, the probe, the download,
+// the poll and single writes. The master's two events are its whole engine.
+class LinkSession : public QObject, public ParameterLink {
+    Q_OBJECT
+
+public:
+    struct Surroundings {
+        UserDialogs &dialogs;
+        std::function<QString(std::int16_t)> deviceOfPort; // the serial device behind a port number
+        std::function<std::int16_t()> askDirection;        // a ConnectChoice
+    };
+
+    LinkSession(ClassZentrova &zentrova, Surroundings surroundings, QObject *parent = nullptr);
+    ~LinkSession() override;
+
+    // Time-outs and CRC errors of the poll since the last reset. A count past 32767 is an overflow fault.
+    std::int16_t TimeoutCount() const { return timeoutCount_; }
+    void TimeoutCount(std::int16_t count) { timeoutCount_ = count; }
+    std::int16_t CrcErrorCount() const { return crcErrorCount_; }
+    void CrcErrorCount(std::int16_t count) { crcErrorCount_ = count; }
+
+    // What is subtracted from a parameter number to get its register address.
+    std::uint8_t AddressingMode() const { return addressingMode_; }
+
+    std::int16_t CommPort() const { return commPort_; }
+    void CommPort(std::int16_t number) { commPort_ = number; }
+    std::int16_t BaudRate() const { return baudRate_; } // an index, 0 to 4
+    void BaudRate(std::int16_t index) { baudRate_ = index; }
+    std::int16_t ParityStop() const { return parityStop_; } // an index, 0 to 3
+    void ParityStop(std::int16_t index) { parityStop_ = index; }
+    std::int16_t ModbusAddress() const { return modbusAddress_; }
+    void ModbusAddress(std::int16_t slave) { modbusAddress_ = slave; }
+
+    // The master, for whoever drives transactions of their own.
+    Mbaxp &Mbaxp1() { return mbaxp1_; }
+
+    // Sets the line for the next opening of the port. `timeoutMs` 0 means the usual one for that baud
+    // index. Fault (subscript) when that is asked for a baud index outside 0 to 4.
+    void SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
+                                 std::int16_t timeoutMs);
+
+    // Opens the port and starts to probe for the sensor. `skipPrompt` 0 asks the user for the direction,
+    // any other value keeps the one that stands.
+    void GoOnline(std::int16_t skipPrompt);
+    void GoOffline();
+
+    // ParameterLink
+    bool PortIsOpen() const override { return mbaxp1_.PortIsOpen(); }
+    void WaitForWriteIdle() override;
+    void StartWrite(std::int16_t Tag, std::int32_t value) override;
+
+    // Handlers of the master's events.
+    void TransactionDone(std::int16_t transaction);
+    void TransactionFailed(std::int16_t transaction, std::int16_t status);
+
+Q_SIGNALS:
+    void StatusChanged(const QString &text);   // the text of the status bar
+    void OnlineChanged(bool online);           // the port was opened or closed
+    void FirstReadComplete();                  // the first poll since going online is in the table
+    void DeviceAnswered(std::int16_t status);  // the search probe ended; 0 means a good answer
+    void TableRefreshed();                     // after every good transaction: what shows may be old
+
+private:
+    void WriteComplete();
+    void PollComplete();
+    void AddressingProbeComplete();
+    void DownloadComplete();
+    void DownloadFailed();
+    void StartPollAfterConnectDownload();
+    void DefinePoll();
+    void StartDownload();
+    void ReconnectWithDeviceSettings();
+    std::int16_t WrittenParameter() const;
+    void SetStatus(const QString &word);
+    void Notice(const QString &text);
+    void ReportOpenFailure();
+
+    ClassZentrova &zentrova_;
+    Surroundings surroundings_;
+    Mbaxp mbaxp1_;
+    std::int16_t timeoutCount_ = 0;
+    std::int16_t crcErrorCount_ = 0;
+    std::int16_t commPort_ = 1;
+    std::int16_t baudRate_ = 4;
+    std::int16_t parityStop_ = 1;
+    std::int16_t modbusAddress_ = 1;
+    std::uint8_t addressingMode_ = 0;
+    bool downloadOnConnect_ = false;
+    bool firstReadPending_ = false;
+};

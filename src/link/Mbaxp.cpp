@@ -1,0 +1,386 @@
+#include "link/Mbaxp.h"
+
+#include "link/LinkStatus.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int highestSlave = 247;
+constexpr qsizetype mostReceivedBytes = 4096; // a babbling line mustn't fill the memory
+constexpr qint64 secondUs = 1'000'000;
+constexpr qint64 lateReplyGapUs = 50'000; // a second reply follows a late one sooner than this
+
+int BitsPerSecond(std::int16_t baudCode) {
+    switch (baudCode) {
+    case 3:
+        return 2400;
+    case 4:
+        return 4800;
+    case 5:
+        return 9600;
+    case 7:
+        return 19200;
+    default:
+        return 38400;
+    }
+}
+
+QSerialPort::Parity ParityOf(std::int16_t code) {
+    switch (code) {
+    case 1:
+        return QSerialPort::OddParity;
+    case 2:
+        return QSerialPort::EvenParity;
+    default:
+        return QSerialPort::NoParity;
+    }
+}
+
+// The reply to one request could be taken for the reply to the other.
+bool RepliesLookAlike(const ModbusFrame::Request &a, const ModbusFrame::Request &b) {
+    return a.slave == b.slave && a.function == b.function &&
+           ModbusFrame::ReplyLength(a) == ModbusFrame::ReplyLength(b);
+}
+
+} // namespace
+
+Mbaxp::Mbaxp(std::function<QString(std::int16_t)> deviceOfPort, QObject *parent)
+    : QObject(parent), deviceOfPort_(std::move(deviceOfPort)) {
+    clock_.start();
+    wake_.setSingleShot(true);
+    wake_.setTimerType(Qt::PreciseTimer);
+    connect(&wake_, &QTimer::timeout, this, &Mbaxp::OnWake);
+    connect(&line_, &SerialLine::BytesArrived, this, &Mbaxp::OnBytes);
+    connect(&line_, &SerialLine::HungUp, this, &Mbaxp::OnHungUp);
+}
+
+bool Mbaxp::Refuse(std::int16_t status) {
+    lastError_ = status;
+    return false;
+}
+
+LineSettings Mbaxp::LineSettingsInForce() const {
+    return {.device = deviceOfPort_(inForce_.portNumber),
+            .bitsPerSecond = BitsPerSecond(inForce_.baudCode),
+            .parity = ParityOf(inForce_.parityCode),
+            .stopBits = inForce_.stopBitsCode == 1 ? QSerialPort::TwoStop : QSerialPort::OneStop};
+}
+
+bool Mbaxp::OpenPort() {
+    if (open_) {
+        return Refuse(LinkStatus::AlreadyOpen);
+    }
+    inForce_ = settings_;
+    const std::int16_t status = line_.Open(LineSettingsInForce());
+    if (status != LinkStatus::NoError) {
+        return Refuse(status);
+    }
+    open_ = true;
+    lateReplyPossible_ = false;
+    lastByteUs_ = NowUs();
+    return true;
+}
+
+void Mbaxp::ClosePort() {
+    wake_.stop();
+    line_.Close();
+    open_ = false;
+    current_ = -1;
+    onceQueue_.clear();
+    for (Transaction &transaction : transactions_) {
+        transaction.cyclic = false;
+        transaction.once = false;
+    }
+}
+
+bool Mbaxp::DefineReadRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
+                                std::int32_t quantity, std::int32_t periodMs) {
+    return Define(transaction, ModbusFrame::ReadHoldingRegisters, slave, start, quantity,
+                  ModbusFrame::MostReadRegisters, periodMs);
+}
+
+bool Mbaxp::DefineWriteRegister(std::int16_t transaction, std::int16_t slave, std::int32_t address,
+                                std::int32_t periodMs) {
+    return Define(transaction, ModbusFrame::WriteSingleRegister, slave, address, 1, 1, periodMs);
+}
+
+bool Mbaxp::DefineWriteRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
+                                 std::int32_t quantity, std::int32_t periodMs) {
+    return Define(transaction, ModbusFrame::WriteMultipleRegisters, slave, start, quantity,
+                  ModbusFrame::MostWrittenRegisters, periodMs);
+}
+
+bool Mbaxp::Define(std::int16_t number, std::uint8_t function, std::int32_t slave, std::int32_t address,
+                   std::int32_t quantity, int mostRegisters, std::int32_t periodMs) {
+    const bool fits = number >= 0 && number < TransactionCount && slave >= 1 && slave <= highestSlave &&
+                      quantity >= 1 && quantity <= mostRegisters && address >= 0 &&
+                      address + quantity <= 0x10000;
+    if (!fits) {
+        return Refuse(LinkStatus::IndexError);
+    }
+    Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+    transaction.request = {.slave = static_cast<std::uint8_t>(slave),
+                           .function = function,
+                           .address = static_cast<std::uint16_t>(address),
+                           .quantity = static_cast<std::uint16_t>(quantity),
+                           .words = {}};
+    transaction.buffer.assign(static_cast<std::size_t>(quantity), 0);
+    transaction.periodUs = std::max<qint64>(periodMs, 1) * 1000;
+    return true;
+}
+
+bool Mbaxp::CanRun(std::int16_t number) {
+    if (number < 0 || number >= TransactionCount) {
+        return Refuse(LinkStatus::IndexError);
+    }
+    if (transactions_[static_cast<std::size_t>(number)].request.quantity == 0) {
+        return Refuse(LinkStatus::DataNotInitialized);
+    }
+    return open_ || Refuse(LinkStatus::HandleError);
+}
+
+void Mbaxp::StartCyclic(std::int16_t number) {
+    if (!CanRun(number)) {
+        return;
+    }
+    Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+    transaction.cyclic = true;
+    transaction.dueUs = NowUs();
+    if (current_ < 0) {
+        WakeIn(0);
+    }
+}
+
+void Mbaxp::StopCyclic(std::int16_t number) {
+    if (number >= 0 && number < TransactionCount) {
+        transactions_[static_cast<std::size_t>(number)].cyclic = false;
+    }
+}
+
+void Mbaxp::TriggerOnce(std::int16_t number) {
+    if (!CanRun(number)) {
+        return;
+    }
+    Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+    if (!transaction.once) {
+        transaction.once = true;
+        onceQueue_.push_back(number);
+        if (current_ < 0) {
+            WakeIn(0);
+        }
+    }
+}
+
+bool Mbaxp::TransactionBusy(std::int16_t number) const {
+    if (number < 0 || number >= TransactionCount) {
+        return false;
+    }
+    const Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+    return transaction.cyclic || transaction.once;
+}
+
+std::int16_t Mbaxp::RegisterValue(std::int16_t number, std::int32_t index) const {
+    if (number < 0 || number >= TransactionCount) {
+        return 0;
+    }
+    const auto &buffer = transactions_[static_cast<std::size_t>(number)].buffer;
+    return index >= 0 && static_cast<std::size_t>(index) < buffer.size()
+               ? buffer[static_cast<std::size_t>(index)]
+               : std::int16_t{0};
+}
+
+void Mbaxp::RegisterValue(std::int16_t number, std::int32_t index, std::int16_t word) {
+    if (number < 0 || number >= TransactionCount || index < 0) {
+        lastError_ = LinkStatus::IndexError;
+        return;
+    }
+    auto &buffer = transactions_[static_cast<std::size_t>(number)].buffer;
+    if (static_cast<std::size_t>(index) >= buffer.size()) {
+        lastError_ = LinkStatus::IndexError;
+        return;
+    }
+    buffer[static_cast<std::size_t>(index)] = word;
+}
+
+qint64 Mbaxp::LineTimeUs(qsizetype bytes) const {
+    const bool tenBits = inForce_.parityCode == 0 && inForce_.stopBitsCode == 0;
+    return bytes * (tenBits ? 10 : 11) * secondUs / BitsPerSecond(inForce_.baudCode);
+}
+
+qint64 Mbaxp::SilentIntervalUs() const {
+    return BitsPerSecond(inForce_.baudCode) > 19200 ? 1750 : LineTimeUs(7) / 2; // 3.5 characters
+}
+
+void Mbaxp::WakeIn(qint64 microseconds) {
+    const qint64 milliseconds = (std::max<qint64>(microseconds, 0) + 999) / 1000; // never too early
+    wake_.start(static_cast<int>(milliseconds));
+}
+
+void Mbaxp::OnWake() {
+    if (current_ >= 0) {
+        OnDeadline();
+    } else {
+        StartNext();
+    }
+}
+
+// The one-shot at the head of the queue and the cycle that is due first take turns where both wait.
+int Mbaxp::NextTransaction(qint64 now, qint64 &earliestDue) const {
+    int due = -1;
+    earliestDue = -1;
+    for (int number = 0; number < TransactionCount; ++number) {
+        const Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+        if (transaction.cyclic && (earliestDue < 0 || transaction.dueUs < earliestDue)) {
+            earliestDue = transaction.dueUs;
+            due = number;
+        }
+    }
+    if (earliestDue > now) {
+        due = -1;
+    }
+    const bool onceWaits = !onceQueue_.empty();
+    return onceWaits && (due < 0 || !lastWasOnce_) ? onceQueue_.front() : due;
+}
+
+void Mbaxp::StartNext() {
+    if (!open_ || current_ >= 0) {
+        return;
+    }
+    const qint64 now = NowUs();
+    qint64 earliestDue = -1;
+    const int number = NextTransaction(now, earliestDue);
+    if (number < 0) {
+        if (earliestDue >= 0) {
+            WakeIn(earliestDue - now);
+        }
+        return;
+    }
+    const qint64 holdOff = HoldOffUs(transactions_[static_cast<std::size_t>(number)].request, now);
+    if (holdOff > 0) {
+        WakeIn(holdOff);
+        return;
+    }
+    Start(number);
+}
+
+// How long the line must stay quiet before the next request: the silent interval behind the last byte,
+// and after a timeout as long again as the reply had, where the late reply would pass for the next one.
+qint64 Mbaxp::HoldOffUs(const ModbusFrame::Request &next, qint64 now) const {
+    const qint64 silence = lastByteUs_ + SilentIntervalUs() - now;
+    const bool late = lateReplyPossible_ && RepliesLookAlike(request_, next);
+    return late ? std::max(silence, lateReplyUntilUs_ - now) : silence;
+}
+
+void Mbaxp::Start(int number) {
+    Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+    const qint64 now = NowUs();
+    current_ = number;
+    currentIsOnce_ = !onceQueue_.empty() && onceQueue_.front() == number;
+    if (currentIsOnce_) {
+        onceQueue_.pop_front();
+    } else {
+        transaction.dueUs = now + transaction.periodUs;
+    }
+    lastWasOnce_ = currentIsOnce_;
+    lateReplyPossible_ = lateReplyPossible_ && RepliesLookAlike(request_, transaction.request);
+    request_ = transaction.request;
+    if (request_.function != ModbusFrame::ReadHoldingRegisters) {
+        request_.words = transaction.buffer;
+    }
+    received_.clear();
+    heldReply_.reset();
+
+    if (!line_.IsOpen() && line_.Open(LineSettingsInForce()) != LinkStatus::NoError) {
+        FinishWith(LinkStatus::ReadError); // the device is still gone
+        return;
+    }
+    line_.ClearInput();
+    const QByteArray frame = ModbusFrame::Encode(request_);
+    if (!line_.Write(frame)) {
+        FinishWith(LinkStatus::WriteError);
+        return;
+    }
+    lastByteUs_ = now + LineTimeUs(frame.size());
+    deadlineUs_ = lastByteUs_ + inForce_.responseTimeout * qint64{1000};
+    WakeIn(deadlineUs_ - now);
+}
+
+void Mbaxp::OnBytes() {
+    received_ += line_.TakeInput();
+    received_ = received_.right(mostReceivedBytes);
+    lastByteUs_ = NowUs();
+    if (current_ < 0) {
+        WatchForLateReply();
+        return;
+    }
+    const ModbusFrame::Verdict verdict = ModbusFrame::Judge(request_, received_);
+    if (verdict.kind == ModbusFrame::Verdict::Kind::NeedMore) {
+        if (heldReply_) {
+            WakeIn(deadlineUs_ - NowUs()); // another reply has begun: it has until the deadline
+        }
+    } else if (lateReplyPossible_ && !heldReply_) {
+        HoldReply(verdict);
+    } else {
+        Finish(verdict);
+    }
+}
+
+// Between two requests: the reply that a timed-out request still gets needn't be waited for any longer.
+void Mbaxp::WatchForLateReply() {
+    if (lateReplyPossible_ &&
+        ModbusFrame::Judge(request_, received_).kind != ModbusFrame::Verdict::Kind::NeedMore) {
+        lateReplyPossible_ = false;
+        received_.clear();
+        StartNext();
+    }
+}
+
+// The first matching reply after a timeout may be the late one: then its own follows right behind it.
+void Mbaxp::HoldReply(const ModbusFrame::Verdict &verdict) {
+    heldReply_ = verdict;
+    received_.clear();
+    WakeIn(std::min(lateReplyGapUs, deadlineUs_ - NowUs()));
+}
+
+void Mbaxp::OnDeadline() {
+    // What has come but wasn't delivered while the screen was busy counts.
+    received_ += line_.TakeInput();
+    const ModbusFrame::Verdict verdict = ModbusFrame::JudgeAtEnd(request_, received_);
+    const bool complete = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
+    Finish(heldReply_ && !complete ? *heldReply_ : verdict);
+}
+
+void Mbaxp::OnHungUp() {
+    if (current_ >= 0) {
+        FinishWith(LinkStatus::ReadError);
+    }
+}
+
+void Mbaxp::FinishWith(std::int16_t status) {
+    Finish({.kind = ModbusFrame::Verdict::Kind::Failed, .status = status, .words = {}});
+}
+
+void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
+    const auto number = static_cast<std::int16_t>(current_);
+    Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+    current_ = -1;
+    if (currentIsOnce_) {
+        transaction.once = false;
+    }
+    const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
+    lateReplyPossible_ = !done && verdict.status >= LinkStatus::Timeout && verdict.status < LinkStatus::WriteError;
+    lateReplyUntilUs_ = NowUs() + inForce_.responseTimeout * qint64{1000};
+    if (done && request_.function == ModbusFrame::ReadHoldingRegisters &&
+        transaction.buffer.size() == verdict.words.size()) {
+        transaction.buffer = verdict.words;
+    }
+    // The next run starts from the event loop, so that it goes on while a handler keeps a box open.
+    WakeIn(0);
+    if (done) {
+        Q_EMIT TransactionDone(number);
+    } else {
+        Q_EMIT TransactionFailed(number, verdict.status);
+    }
+}

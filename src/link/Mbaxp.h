@@ -1,0 +1,161 @@
+#pragma once
+
+#include "link/ModbusFrame.h"
+#include "link/SerialLine.h"
+
+#include <QByteArray>
+#include <QElapsedTimer>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <vector>
+
+// The Modbus RTU master. Transactions are defined by number, then run once or in a cycle in the
+// background of the event loop; each run ends with exactly one of the two events.
+//
+// One request is on the line at a time. Runs that were triggered once go first in, first out between two
+// rounds of a cycle, in turn with them, so that neither starves.
+class Mbaxp : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr int TransactionCount = 5;
+
+    // `deviceOfPort` names the serial device behind a port number.
+    explicit Mbaxp(std::function<QString(std::int16_t)> deviceOfPort, QObject *parent = nullptr);
+
+    // Settings; they take effect at the next OpenPort.
+    void PortNumber(std::int16_t number) { settings_.portNumber = number; }
+    std::int16_t PortNumber() const { return settings_.portNumber; }
+    void BaudCode(std::int16_t code) { settings_.baudCode = code; }
+    std::int16_t BaudCode() const { return settings_.baudCode; }
+    void ParityCode(std::int16_t code) { settings_.parityCode = code; }
+    std::int16_t ParityCode() const { return settings_.parityCode; }
+    void StopBitsCode(std::int16_t code) { settings_.stopBitsCode = code; }
+    std::int16_t StopBitsCode() const { return settings_.stopBitsCode; }
+    void ResponseTimeout(std::int16_t milliseconds) { settings_.responseTimeout = milliseconds; }
+    std::int16_t ResponseTimeout() const { return settings_.responseTimeout; }
+    // Together they select serial RTU with 8 data bits (0 and 1), the only mode that there is.
+    void LineModeA(std::int16_t mode) { settings_.lineModeA = mode; }
+    void LineModeB(std::int16_t mode) { settings_.lineModeB = mode; }
+
+    // False when the port can't be opened; LastError tells why.
+    bool OpenPort();
+
+    // Ends every transaction without an event. Definitions survive.
+    void ClosePort();
+
+    // True from OpenPort to ClosePort, also while the device behind the port has gone away.
+    bool PortIsOpen() const { return open_; }
+
+    // The status code of the last call that failed.
+    std::int16_t LastError() const { return lastError_; }
+
+    // Definitions replace what the number stood for, and its buffer. False (IndexError) when a frame can't
+    // hold it.
+    bool DefineReadRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
+                             std::int32_t quantity, std::int32_t periodMs);
+    bool DefineWriteRegister(std::int16_t transaction, std::int16_t slave, std::int32_t address,
+                             std::int32_t periodMs);
+    bool DefineWriteRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
+                              std::int32_t quantity, std::int32_t periodMs);
+
+    // Runs the transaction now and then every period, from start to start, until StopCyclic.
+    void StartCyclic(std::int16_t transaction);
+
+    // A round in flight may still report.
+    void StopCyclic(std::int16_t transaction);
+
+    // Runs the transaction one time. A transaction that already waits for its one run isn't queued again.
+    void TriggerOnce(std::int16_t transaction);
+
+    // From TriggerOnce until its event is delivered, and from StartCyclic until StopCyclic.
+    bool TransactionBusy(std::int16_t transaction) const;
+
+    // One word of the transaction's buffer. An index that the buffer lacks reads as 0.
+    std::int16_t RegisterValue(std::int16_t transaction, std::int32_t index) const;
+    void RegisterValue(std::int16_t transaction, std::int32_t index, std::int16_t word);
+
+    // A mailbox of one text for the user of the component.
+    QString Tag() const { return tag_; }
+    void Tag(const QString &tag) { tag_ = tag; }
+
+Q_SIGNALS:
+    void TransactionDone(std::int16_t transaction);
+    void TransactionFailed(std::int16_t transaction, std::int16_t status);
+
+private:
+    struct Settings {
+        std::int16_t portNumber = 1;
+        std::int16_t baudCode = 8;
+        std::int16_t parityCode = 0;
+        std::int16_t stopBitsCode = 0;
+        std::int16_t responseTimeout = 100;
+        std::int16_t lineModeA = 0;
+        std::int16_t lineModeB = 1;
+    };
+
+    struct Transaction {
+        ModbusFrame::Request request; // quantity 0: not defined
+        std::vector<std::int16_t> buffer;
+        qint64 periodUs = 0;
+        qint64 dueUs = 0;    // start of the next round of the cycle
+        bool cyclic = false; // from StartCyclic to StopCyclic
+        bool once = false;   // from TriggerOnce to its event
+    };
+
+    bool Define(std::int16_t number, std::uint8_t function, std::int32_t slave, std::int32_t address,
+                std::int32_t quantity, int mostRegisters, std::int32_t periodMs);
+    bool CanRun(std::int16_t number);
+    bool Refuse(std::int16_t status);
+    LineSettings LineSettingsInForce() const;
+    qint64 LineTimeUs(qsizetype bytes) const;
+    qint64 SilentIntervalUs() const;
+
+    void WakeIn(qint64 microseconds);
+    void OnWake();
+    void OnBytes();
+    void OnHungUp();
+
+    int NextTransaction(qint64 now, qint64 &earliestDue) const;
+    void StartNext();
+    void Start(int number);
+    qint64 HoldOffUs(const ModbusFrame::Request &next, qint64 now) const;
+    void WatchForLateReply();
+    void HoldReply(const ModbusFrame::Verdict &verdict);
+    void OnDeadline();
+    void Finish(const ModbusFrame::Verdict &verdict);
+    void FinishWith(std::int16_t status);
+    qint64 NowUs() const { return clock_.nsecsElapsed() / 1000; }
+
+    std::function<QString(std::int16_t)> deviceOfPort_;
+    Settings settings_;
+    Settings inForce_;
+    SerialLine line_;
+    QTimer wake_; // the start of the next run while idle, the deadline while a request is on the line
+    QElapsedTimer clock_;
+    std::array<Transaction, TransactionCount> transactions_;
+    std::deque<int> onceQueue_;
+    QString tag_;
+
+    bool open_ = false;
+    std::int16_t lastError_ = 0;
+    bool lastWasOnce_ = false;
+    int current_ = -1; // the transaction on the line
+    bool currentIsOnce_ = false;
+    ModbusFrame::Request request_; // what is, or was last, on the line
+    QByteArray received_;
+    qint64 deadlineUs_ = 0;
+    qint64 lastByteUs_ = 0;
+
+    // A request that timed out may still be answered. Until its reply has come, or the next exchange has
+    // ended well, a matching reply may be the late one.
+    bool lateReplyPossible_ = false;
+    qint64 lateReplyUntilUs_ = 0;
+    std::optional<ModbusFrame::Verdict> heldReply_;
+};

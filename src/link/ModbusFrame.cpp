@@ -1,0 +1,208 @@
+#include "link/ModbusFrame.h"
+
+#include "link/LinkStatus.h"
+
+#include <array>
+#include <optional>
+
+namespace ModbusFrame {
+namespace {
+
+constexpr int shortestFrame = 4;     // slave, function, CRC
+constexpr int exceptionLength = 5;   // slave, function with its high bit set, code, CRC
+constexpr int writeReplyLength = 8;  // slave, function, address, value or quantity, CRC
+constexpr int readReplyOverhead = 5; // slave, function, byte count, CRC
+constexpr std::uint8_t exceptionBit = 0x80;
+constexpr int highestSlave = 247;
+
+constexpr std::array<std::uint16_t, 256> crcTable = [] {
+    std::array<std::uint16_t, 256> table{};
+    for (unsigned index = 0; index < table.size(); ++index) {
+        unsigned crc = index;
+        for (int bit = 0; bit < 8; ++bit) {
+            crc = (crc & 1U) != 0 ? (crc >> 1) ^ 0xA001U : crc >> 1;
+        }
+        table[index] = static_cast<std::uint16_t>(crc);
+    }
+    return table;
+}();
+
+std::uint8_t ByteAt(QByteArrayView bytes, qsizetype index) { return static_cast<std::uint8_t>(bytes[index]); }
+
+std::uint16_t WordAt(QByteArrayView bytes, qsizetype index) {
+    return static_cast<std::uint16_t>(ByteAt(bytes, index) << 8 | ByteAt(bytes, index + 1));
+}
+
+void AppendWord(QByteArray &bytes, std::uint16_t word) {
+    bytes.append(static_cast<char>(word >> 8));
+    bytes.append(static_cast<char>(word & 0xFF));
+}
+
+bool HasGoodCrc(QByteArrayView frame) { return Crc(frame) == 0; }
+
+Verdict Failed(std::int16_t status) { return {.kind = Verdict::Kind::Failed, .status = status, .words = {}}; }
+
+Verdict CompleteRead(QByteArrayView frame, int quantity) {
+    Verdict verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}};
+    verdict.words.reserve(static_cast<std::size_t>(quantity));
+    for (int k = 0; k < quantity; ++k) {
+        verdict.words.push_back(static_cast<std::int16_t>(WordAt(frame, 3 + 2 * k)));
+    }
+    return verdict;
+}
+
+// The bytes of the good reply that are known beforehand, behind slave and function: the byte count of a
+// read, the echo of a write.
+QByteArray KnownBytes(const Request &request) {
+    QByteArray known;
+    known.append(static_cast<char>(request.slave));
+    known.append(static_cast<char>(request.function));
+    if (request.function == ReadHoldingRegisters) {
+        known.append(static_cast<char>(2 * request.quantity));
+    } else {
+        AppendWord(known, request.address);
+        AppendWord(known, request.function == WriteSingleRegister
+                              ? static_cast<std::uint16_t>(request.words.front())
+                              : request.quantity);
+    }
+    return known;
+}
+
+// Looks at the bytes as a reply that starts right at their first one. Nothing when they can't be one;
+// "need more" when they may still become one.
+std::optional<Verdict> JudgeFront(const Request &request, QByteArrayView bytes, QByteArrayView known) {
+    const qsizetype compared = std::min(known.size(), bytes.size());
+    if (bytes.first(compared) == known.first(compared)) {
+        const int length = ReplyLength(request);
+        if (bytes.size() < length) {
+            return Verdict{};
+        }
+        if (HasGoodCrc(bytes.first(length))) {
+            return request.function == ReadHoldingRegisters
+                       ? CompleteRead(bytes, request.quantity)
+                       : Verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}};
+        }
+        return std::nullopt;
+    }
+    if (ByteAt(bytes, 0) == request.slave && ByteAt(bytes, 1) == (request.function | exceptionBit)) {
+        if (bytes.size() < exceptionLength) {
+            return Verdict{};
+        }
+        if (HasGoodCrc(bytes.first(exceptionLength))) {
+            const std::uint8_t code = ByteAt(bytes, 2);
+            const bool known1To7 = code >= 1 && code <= LinkStatus::LastException;
+            return Failed(known1To7 ? code : LinkStatus::UnexpectedResponse);
+        }
+    }
+    return std::nullopt;
+}
+
+// The length that a reply frame of any slave has by its own bytes, 0 where they don't tell.
+int LengthByShape(QByteArrayView bytes) {
+    if (bytes.size() < shortestFrame || ByteAt(bytes, 0) == 0 || ByteAt(bytes, 0) > highestSlave) {
+        return 0;
+    }
+    const std::uint8_t function = ByteAt(bytes, 1);
+    if ((function & exceptionBit) != 0) {
+        return exceptionLength;
+    }
+    switch (function) {
+    case 1:
+    case 2:
+    case 3:
+    case 4:
+        return readReplyOverhead + ByteAt(bytes, 2);
+    case 5:
+    case 6:
+    case 15:
+    case 16:
+        return writeReplyLength;
+    default:
+        return 0;
+    }
+}
+
+// A frame with a good CRC stands in the bytes, whoever sent it and whatever it says.
+bool HoldsAnyFrame(QByteArrayView received) {
+    if (received.size() >= shortestFrame && HasGoodCrc(received)) {
+        return true;
+    }
+    for (qsizetype at = 0; at + shortestFrame <= received.size(); ++at) {
+        const QByteArrayView rest = received.sliced(at);
+        const int length = LengthByShape(rest);
+        if (length != 0 && length <= rest.size() && HasGoodCrc(rest.first(length))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+Verdict Scan(const Request &request, QByteArrayView received, bool moreMayCome) {
+    const QByteArray known = KnownBytes(request);
+    for (qsizetype at = 0; at < received.size(); ++at) {
+        const std::optional<Verdict> verdict = JudgeFront(request, received.sliced(at), known);
+        if (!verdict) {
+            continue;
+        }
+        // While a reply may be growing here, what looks like a frame further on is most likely its data.
+        if (verdict->kind != Verdict::Kind::NeedMore || moreMayCome) {
+            return *verdict;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+std::uint16_t Crc(QByteArrayView bytes) {
+    unsigned crc = 0xFFFF;
+    for (const char byte : bytes) {
+        crc = (crc >> 8) ^ crcTable[(crc ^ static_cast<std::uint8_t>(byte)) & 0xFFU];
+    }
+    return static_cast<std::uint16_t>(crc);
+}
+
+QByteArray Encode(const Request &request) {
+    QByteArray frame;
+    frame.append(static_cast<char>(request.slave));
+    frame.append(static_cast<char>(request.function));
+    AppendWord(frame, request.address);
+    if (request.function == WriteSingleRegister) {
+        AppendWord(frame, static_cast<std::uint16_t>(request.words.front()));
+    } else {
+        AppendWord(frame, request.quantity);
+    }
+    if (request.function == WriteMultipleRegisters) {
+        frame.append(static_cast<char>(2 * request.words.size()));
+        for (const std::int16_t word : request.words) {
+            AppendWord(frame, static_cast<std::uint16_t>(word));
+        }
+    }
+    const std::uint16_t crc = Crc(frame);
+    frame.append(static_cast<char>(crc & 0xFF)); // low byte first, unlike all else
+    frame.append(static_cast<char>(crc >> 8));
+    return frame;
+}
+
+int ReplyLength(const Request &request) {
+    return request.function == ReadHoldingRegisters ? readReplyOverhead + 2 * request.quantity
+                                                    : writeReplyLength;
+}
+
+Verdict Judge(const Request &request, QByteArrayView received) { return Scan(request, received, true); }
+
+Verdict JudgeAtEnd(const Request &request, QByteArrayView received) {
+    const Verdict verdict = Scan(request, received, false);
+    if (verdict.kind != Verdict::Kind::NeedMore) {
+        return verdict;
+    }
+    if (received.empty()) {
+        return Failed(LinkStatus::Timeout);
+    }
+    if (HoldsAnyFrame(received)) {
+        return Failed(LinkStatus::UnexpectedResponse);
+    }
+    return Failed(received.size() >= ReplyLength(request) ? LinkStatus::CrcError : LinkStatus::MissingBytes);
+}
+
+} // namespace ModbusFrame

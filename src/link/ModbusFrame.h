@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <cstdint>
+#include <vector>
+
+// Modbus RTU frames of the master's side: encodes requests and judges replies. Pure: no line, no time.
+namespace ModbusFrame {
+
+inline constexpr std::uint8_t ReadHoldingRegisters = 3;
+inline constexpr std::uint8_t WriteSingleRegister = 6;
+inline constexpr std::uint8_t WriteMultipleRegisters = 16;
+
+inline constexpr int MostReadRegisters = 125;
+inline constexpr int MostWrittenRegisters = 123;
+
+struct Request {
+    std::uint8_t slave = 0;
+    std::uint8_t function = 0;
+    std::uint16_t address = 0;
+    std::uint16_t quantity = 0;
+    std::vector<std::int16_t> words; // what is written: one for function 6, `quantity` for function 16
+};
+
+// CRC-16 of the Modbus line; over a whole good frame it is 0.
+std::uint16_t Crc(QByteArrayView bytes);
+
+// The frame of a request, with its CRC.
+QByteArray Encode(const Request &request);
+
+// The length of the good reply to a request, in bytes.
+int ReplyLength(const Request &request);
+
+struct Verdict {
+    enum class Kind { NeedMore, Complete, Failed };
+
+    Kind kind = Kind::NeedMore;
+    std::int16_t status = 0;         // of a failure
+    std::vector<std::int16_t> words; // of a complete read
+};
+
+// Judges the bytes received so far. The expected length comes from the request alone. Bytes in front of
+// the reply, behind it, and frames that aren't the reply are passed over.
+Verdict Judge(const Request &request, QByteArrayView received);
+
+// Judges when no more will come: complete or failed, never "need more".
+Verdict JudgeAtEnd(const Request &request, QByteArrayView received);
+
+} // namespace ModbusFrame

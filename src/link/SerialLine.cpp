@@ -1,0 +1,108 @@
+#include "link/SerialLine.h"
+
+#include "link/LinkStatus.h"
+
+#ifdef Q_OS_LINUX
+#include <linux/serial.h>
+#include <sys/ioctl.h>
+#endif
+
+namespace {
+
+// USB adapters hold received bytes back for up to 16 ms unless told otherwise. Those that can't do it
+// refuse, which costs speed and nothing else.
+void AskForLowLatency([[maybe_unused]] const QSerialPort &port) {
+#ifdef Q_OS_LINUX
+    serial_struct serial{};
+    if (ioctl(port.handle(), TIOCGSERIAL, &serial) == 0) {
+        serial.flags |= ASYNC_LOW_LATENCY;
+        ioctl(port.handle(), TIOCSSERIAL, &serial);
+    }
+#endif
+}
+
+} // namespace
+
+SerialLine::SerialLine(QObject *parent) : QObject(parent) {
+    connect(&port_, &QSerialPort::readyRead, this, &SerialLine::BytesArrived);
+    connect(&port_, &QSerialPort::errorOccurred, this, &SerialLine::OnError);
+}
+
+std::int16_t SerialLine::Open(const LineSettings &settings) {
+    if (IsOpen()) {
+        return LinkStatus::AlreadyOpen;
+    }
+    Close();
+    hungUp_ = false;
+    port_.setPortName(settings.device);
+    if (!port_.open(QIODevice::ReadWrite)) {
+        return LinkStatus::OpenFailed;
+    }
+    std::int16_t status = LinkStatus::NoError;
+    if (!port_.setBaudRate(settings.bitsPerSecond)) {
+        status = LinkStatus::BaudRateRefused;
+    } else if (!port_.setParity(settings.parity)) {
+        status = LinkStatus::ParityRefused;
+    } else if (!port_.setStopBits(settings.stopBits)) {
+        status = LinkStatus::StopBitsRefused;
+    } else if (!port_.setDataBits(QSerialPort::Data8)) {
+        status = LinkStatus::DataBitsRefused;
+    }
+    if (status != LinkStatus::NoError) {
+        Close();
+        return status;
+    }
+    AskForLowLatency(port_);
+    return status;
+}
+
+void SerialLine::Close() {
+    if (port_.isOpen()) {
+        port_.close();
+    }
+}
+
+bool SerialLine::IsOpen() const { return port_.isOpen() && !hungUp_; }
+
+void SerialLine::ClearInput() {
+    if (IsOpen()) {
+        port_.clear(QSerialPort::Input);
+    }
+}
+
+bool SerialLine::Write(const QByteArray &bytes) {
+    if (!IsOpen() || port_.write(bytes) != bytes.size()) {
+        return false;
+    }
+    port_.flush();
+    return IsOpen();
+}
+
+QByteArray SerialLine::TakeInput() {
+    if (!IsOpen()) {
+        return {};
+    }
+    port_.waitForReadyRead(0); // reads what the system holds; waits for nothing
+    return port_.readAll();
+}
+
+void SerialLine::OnError(QSerialPort::SerialPortError error) {
+    const bool deviceIsGone = error == QSerialPort::ResourceError || error == QSerialPort::DeviceNotFoundError ||
+                              error == QSerialPort::PermissionError || error == QSerialPort::ReadError ||
+                              error == QSerialPort::WriteError;
+    if (!deviceIsGone || !port_.isOpen() || hungUp_) {
+        return;
+    }
+    // A hung-up port reports the same error without end until it is closed, and it can't be closed from
+    // within its own report.
+    hungUp_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (hungUp_) {
+                Close();
+                Q_EMIT HungUp();
+            }
+        },
+        Qt::QueuedConnection);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QSerialPort>
+#include <QString>
+#include <cstdint>
+
+struct LineSettings {
+    QString device;
+    int bitsPerSecond = 38400;
+    QSerialPort::Parity parity = QSerialPort::NoParity;
+    QSerialPort::StopBits stopBits = QSerialPort::TwoStop;
+};
+
+// One serial device with 8 data bits. When the device goes away it is closed at once and reported once.
+class SerialLine : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SerialLine(QObject *parent = nullptr);
+
+    // LinkStatus::NoError, or the status code of the step that was refused; the line is then closed.
+    std::int16_t Open(const LineSettings &settings);
+    void Close();
+    bool IsOpen() const;
+
+    // Drops what was received and not yet read. Leaves the output alone.
+    void ClearInput();
+
+    // Hands the bytes to the device at once. False when it doesn't take them.
+    bool Write(const QByteArray &bytes);
+
+    // The bytes that have come, also those that the system still holds.
+    QByteArray TakeInput();
+
+Q_SIGNALS:
+    void BytesArrived();
+    void HungUp();
+
+private:
+    void OnError(QSerialPort::SerialPortError error);
+
+    QSerialPort port_;
+    bool hungUp_ = false;
+};

@@ -1,0 +1,60 @@
+#include "link/ui/FormReadWrite.h"
+
+#include "link/LinkSession.h"
+#include "support/ApplicationTitle.h"
+#include "ui/Controls.h"
+
+#include <QStyle>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <array>
+
+namespace {
+
+struct Button {
+    const char *key;
+    const char *caption;
+    const char *toolTip;
+    const char *icon;
+    std::int16_t choice;
+};
+
+constexpr std::array buttons = {
+    Button{"Read", "&Read", "Read parameters from ZTV-5000", ":/icons/read.svg", ConnectChoice::Read},
+    Button{"Write", "&Write", "Write parameters to ZTV-5000", ":/icons/write.svg", ConnectChoice::Write},
+    Button{"Cancel", "&Cancel", "Cancel and stay offline", ":/icons/cancel.svg", ConnectChoice::Cancel},
+};
+
+constexpr int buttonWidth = 96;
+constexpr int iconSize = 32;
+
+} // namespace
+
+FormReadWrite::FormReadWrite(QWidget *parent) : QDialog(parent), choice_(ConnectChoice::Cancel) {
+    Controls::Named(this, "FormReadWrite");
+    setWindowTitle(ApplicationTitle());
+    setModal(true);
+
+    auto *toolbar = Controls::Named(new QToolBar(this), "Toolbar1");
+    toolbar->setMovable(false);
+    toolbar->setIconSize(QSize(iconSize, iconSize));
+    for (const Button &button : buttons) {
+        auto *tool = Controls::Named(new QToolButton(toolbar), button.key);
+        tool->setText(QString::fromLatin1(button.caption));
+        tool->setToolTip(QString::fromLatin1(button.toolTip));
+        tool->setIcon(QIcon(QString::fromLatin1(button.icon)));
+        tool->setAccessibleName(Controls::SpokenCaption(tool->text()));
+        tool->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+        tool->setMinimumWidth(buttonWidth);
+        tool->setFocusPolicy(Qt::StrongFocus);
+        connect(tool, &QToolButton::clicked, this, [this, choice = button.choice] {
+            choice_ = choice;
+            hide();
+        });
+        toolbar->addWidget(tool);
+    }
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(toolbar);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QDialog>
+#include <cstdint>
+
+// Asks on going online which way the parameters go.
+class FormReadWrite : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit FormReadWrite(QWidget *parent = nullptr);
+
+    // A ConnectChoice. Cancel unless a button said otherwise, so also when the window was closed.
+    std::int16_t Choice() const { return choice_; }
+
+private:
+    std::int16_t choice_;
+};
