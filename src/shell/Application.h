@@ -1,0 +1,23 @@
+#pragma once
+
+#include "support/Fault.h"
+
+#include <QApplication>
+#include <functional>
+
+// The application object: every fault that an event's handler lets through ends here.
+class Application : public QApplication {
+    Q_OBJECT
+
+public:
+    Application(int &argc, char **argv);
+
+    // What is done about an uncaught fault. By default it is shown and the program ends with status 1.
+    void OnFault(std::function<void(const Fault &)> handler) { onFault_ = std::move(handler); }
+
+    bool notify(QObject *receiver, QEvent *event) override;
+
+private:
+    std::function<void(const Fault &)> onFault_;
+    bool handlingFault_ = false;
+};

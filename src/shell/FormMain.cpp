@@ -1,0 +1,279 @@
+#include "shell/FormMain.h"
+
+#include "link/SerialPorts.h"
+#include "link/ui/FormReadWrite.h"
+#include "model/ParamDefines.h"
+#include "support/ApplicationTitle.h"
+#include "tabs/TabTable.h"
+#include "tabs/ui/BasicPage.h"
+#include "tabs/ui/DistancePage.h"
+#include "tabs/ui/WizardPage.h"
+#include "ui/Controls.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QResizeEvent>
+#include <QScreen>
+#include <QStatusBar>
+#include <QTabBar>
+
+namespace {
+
+// Twips.
+constexpr int leastHeight = 8940;
+constexpr int leastWidth = 10200;
+constexpr int stripLeft = 120;
+constexpr int stripTop = 150;
+constexpr int frameLeftInStrip = 250;
+constexpr int frameTopInStrip = 325;
+
+constexpr int titleBarAllowance = 32; // pixels of the window's title that must stay within reach
+
+int ToTwips(int pixels) { return pixels * Controls::TwipsPerPixel; }
+
+} // namespace
+
+FormMain::FormMain(Surroundings surroundings) : surroundings_(std::move(surroundings)) {
+    Controls::Named(this, "FormMain");
+    setWindowTitle(ApplicationTitle());
+    setWindowIcon(QIcon(QStringLiteral(":/icons/ztvlink.svg")));
+
+    // The command line comes before any setting is read, so that the settings can be cleared first; the
+    // model exists before the link is set up.
+    options_ = CommandLine::Parse(surroundings_.commandText, surroundings_.dialogs);
+    AskToClearSettings(CtrlKey() != 0 || options_.ClearRegistry);
+    const CommSettings comm = ReadCommSettings(surroundings_.settings);
+    PlaceWindow();
+    zentrova_ = std::make_unique<ClassZentrova>(surroundings_.programFolder);
+    link_ = std::make_unique<LinkSession>(
+        *zentrova_,
+        LinkSession::Surroundings{.dialogs = surroundings_.dialogs,
+                                  .deviceOfPort =
+                                      [this](std::int16_t number) {
+                                          return SerialPorts::DeviceOfPort(surroundings_.settings, number);
+                                      },
+                                  .askDirection = [this] { return AskDirection(); }});
+    link_->CommPort(comm.commPort);
+    link_->BaudRate(comm.baudRate);
+    link_->ParityStop(comm.parityStop);
+    link_->ModbusAddress(comm.modbusAddress);
+    SetMbaxp1CommProperties(comm.commPort, comm.baudRate, comm.parityStop, 0);
+
+    BuildControls();
+    BuildPages();
+    ConnectCommands();
+    ConnectLink();
+    ShowLinkState(false);
+    LayOut();
+    UpdateDisplay();
+}
+
+FormMain::~FormMain() = default;
+
+void FormMain::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
+                                       std::int16_t timeoutMs) {
+    link_->SetMbaxp1CommProperties(port, baud, parityStop, timeoutMs);
+}
+
+BoxAnswer FormMain::Ask(const QString &question) {
+    return surroundings_.dialogs.OwnedMessageBox(
+        question, {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo}, ApplicationTitle());
+}
+
+void FormMain::AskToClearSettings(bool wanted) {
+    if (wanted &&
+        Ask(QStringLiteral("Clear all ") + ApplicationTitle() + QStringLiteral(" Registry Settings?")) ==
+            BoxAnswer::Yes) {
+        surroundings_.settings.Clear();
+    }
+}
+
+// Where the last run left the window, or where it can be reached if that is off every screen by now.
+void FormMain::PlaceWindow() {
+    setMinimumSize(Controls::FromTwips(0, 0, leastWidth, leastHeight).size());
+    const WindowPlace place = ReadWindowPlace(surroundings_.settings);
+    const QRect wanted = Controls::FromTwips(place.left, place.top, place.width, place.height);
+    resize(wanted.size());
+    const QRect title(wanted.topLeft(), QSize(wanted.width(), titleBarAllowance));
+    bool withinReach = false;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        withinReach = withinReach || screen->availableGeometry().intersects(title);
+    }
+    move(withinReach ? wanted.topLeft() : QPoint(0, 0));
+    storedWindowState_ = ReadWindowState(surroundings_.settings);
+}
+
+void FormMain::ShowAsStored() {
+    switch (storedWindowState_) {
+    case WindowState::Minimised:
+        showMinimized();
+        break;
+    case WindowState::Maximised:
+        showMaximized();
+        break;
+    case WindowState::Normal:
+        show();
+        break;
+    }
+}
+
+void FormMain::BuildControls() {
+    auto *central = new QWidget(this);
+    setCentralWidget(central);
+    commands_ = std::make_unique<MainCommands>(*this);
+
+    Controls::Named(statusBar(), "StatusBar1");
+    statusText_ = Controls::Named(new QLabel(QStringLiteral("Communication Status: Offline")), "StatusText");
+    statusBar()->addWidget(statusText_, 1);
+
+    tabStrip1_ = Controls::Named(new QTabWidget(central), "TabStrip1");
+    tabStrip1_->setUsesScrollButtons(false);
+    // The pages lie over the strip, close below its tabs.
+    tabStrip1_->tabBar()->setFixedHeight(Controls::FromTwips(0, 0, 0, frameTopInStrip).height());
+    for (const Tab::Description &tab : Tab::Table) {
+        if (tab.number != Tab::Checkout || options_.CheckoutEnabled) {
+            tabStrip1_->addTab(Controls::Named(new QWidget, tab.key), QString::fromLatin1(tab.caption));
+        }
+    }
+}
+
+void FormMain::BuildPages() {
+    QWidget *central = centralWidget();
+    tabFrames_[Tab::Basic] = new BasicPage(*zentrova_, central);
+    tabFrames_[Tab::Advanced] = new TabPage(Tab::Advanced, central);
+    tabFrames_[Tab::Wizard] = new WizardPage(central);
+    tabFrames_[Tab::Distance] = new DistancePage(*zentrova_, central);
+    tabFrames_[Tab::Checkout] = new TabPage(Tab::Checkout, central);
+    for (const Tab::Description &tab : Tab::Table) {
+        TabPage *page = tabFrames_[static_cast<std::size_t>(tab.number)];
+        page->move(Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip, 0, 0).topLeft());
+        page->setVisible(tab.number == currentTab_);
+    }
+    tabStrip1_->lower();
+}
+
+void FormMain::ConnectCommands() {
+    const auto give = [this](QAction &action, void (FormMain::*work)()) {
+        action.setEnabled(true);
+        connect(&action, &QAction::triggered, this, work);
+    };
+    commands_->Menu("mnuOnline").setCheckable(true);
+    give(commands_->Menu("mnuOnline"), &FormMain::ToggleOnline);
+    give(commands_->Menu("mnuReinit"), &FormMain::Reinitialise);
+    commands_->Menu("mnuFileExit").setEnabled(true);
+    connect(&commands_->Menu("mnuFileExit"), &QAction::triggered, this, &FormMain::close);
+    commands_->Button("Exit").setEnabled(true);
+    connect(&commands_->Button("Exit"), &QAction::triggered, this, &FormMain::close);
+    connect(&commands_->Button("Online"), &QAction::triggered, this, [this] { GoOnline(0); });
+    connect(&commands_->Button("Offline"), &QAction::triggered, this, [this] { GoOffline(); });
+    connect(&commands_->Button("Save ZTV"), &QAction::triggered, this,
+            [this] { zentrova_->ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings); });
+    connect(tabStrip1_, &QTabWidget::currentChanged, this, &FormMain::SelectTab);
+}
+
+void FormMain::ConnectLink() {
+    connect(link_.get(), &LinkSession::StatusChanged, statusText_, &QLabel::setText);
+    connect(link_.get(), &LinkSession::OnlineChanged, this, &FormMain::ShowLinkState);
+    connect(link_.get(), &LinkSession::TableRefreshed, this, &FormMain::UpdateDisplay);
+}
+
+void FormMain::ShowLinkState(bool online) {
+    struct Row {
+        QAction &action;
+        bool whenOffline;
+        bool whenOnline;
+    };
+    const Row rows[] = {
+        {commands_->Menu("mnuReinit"), false, true},
+        {commands_->Button("Online"), true, false},
+        {commands_->Button("Offline"), false, true},
+        {commands_->Button("Save ZTV"), false, true},
+    };
+    for (const Row &row : rows) {
+        row.action.setEnabled(online ? row.whenOnline : row.whenOffline);
+    }
+    online_ = online;
+    commands_->Menu("mnuOnline").setChecked(online);
+}
+
+void FormMain::ToggleOnline() {
+    // The click has toggled the mark already; only the link's state may set it.
+    commands_->Menu("mnuOnline").setChecked(online_);
+    if (online_) {
+        GoOffline();
+    } else {
+        GoOnline(0);
+    }
+}
+
+void FormMain::Reinitialise() {
+    if (Ask(QStringLiteral("Are you sure? This will reset all parameters back to the factory default values.")) ==
+        BoxAnswer::Yes) {
+        zentrova_->ParamValue(ParamDefines::ReinitCommand, ParamDefines::FactoryDefaults);
+    }
+}
+
+std::int16_t FormMain::AskDirection() {
+    FormReadWrite form(this);
+    form.exec();
+    return form.Choice();
+}
+
+void FormMain::SelectTab(int stripIndex) {
+    if (stripIndex < 0 || Tab::Table[static_cast<std::size_t>(stripIndex)].number == currentTab_) {
+        return;
+    }
+    const Tab::Description &selected = Tab::Table[static_cast<std::size_t>(stripIndex)];
+    tabFrames_[static_cast<std::size_t>(currentTab_)]->hide();
+    tabFrames_[static_cast<std::size_t>(selected.number)]->show();
+    if (selected.helpContext != 0) {
+        helpContext_ = selected.helpContext;
+    }
+    currentTab_ = selected.number;
+    LayOut();
+    UpdateDisplay();
+}
+
+void FormMain::UpdateDisplay() { tabFrames_[static_cast<std::size_t>(currentTab_)]->UpdateDisplay(); }
+
+void FormMain::resizeEvent(QResizeEvent *event) {
+    QMainWindow::resizeEvent(event);
+    LayOut();
+}
+
+void FormMain::LayOut() {
+    if (isMinimized() || tabStrip1_ == nullptr) {
+        return;
+    }
+    const int formWidth = std::max(ToTwips(width()), leastWidth);
+    const int formHeight = std::max(ToTwips(height()), leastHeight);
+    const int stripWidth = formWidth - 350;
+    const int stripHeight = formHeight - 2300;
+    tabStrip1_->setGeometry(Controls::FromTwips(stripLeft, stripTop, stripWidth, stripHeight));
+    tabFrames_[static_cast<std::size_t>(currentTab_)]->setGeometry(
+        Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip, stripWidth - 400,
+                            stripHeight - 800));
+}
+
+void FormMain::closeEvent(QCloseEvent *event) {
+    StoreSettings();
+    event->accept();
+}
+
+void FormMain::StoreSettings() {
+    SettingsStore &store = surroundings_.settings;
+    WriteCommSettings(store, {.commPort = CommPort(),
+                              .baudRate = BaudRate(),
+                              .parityStop = ParityStop(),
+                              .modbusAddress = ModbusAddress()});
+    if (isMinimized()) {
+        return;
+    }
+    WriteWindowState(store, isMaximized() ? WindowState::Maximised : WindowState::Normal);
+    if (!isMaximized()) {
+        WriteWindowPlace(store, {.top = static_cast<double>(ToTwips(y())),
+                                 .left = static_cast<double>(ToTwips(x())),
+                                 .height = static_cast<double>(ToTwips(height())),
+                                 .width = static_cast<double>(ToTwips(width()))});
+    }
+}

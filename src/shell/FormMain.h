@@ -1,0 +1,100 @@
+#pragma once
+
+#include "link/LinkSession.h"
+#include "model/ClassZentrova.h"
+#include "shell/CommandLine.h"
+#include "shell/MainCommands.h"
+#include "shell/StoredSettings.h"
+#include "support/SettingsStore.h"
+#include "support/UserDialogs.h"
+#include "tabs/ui/TabPage.h"
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QTabWidget>
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+// The main form. It composes the program's parts, enables and routes; the work is done elsewhere.
+class FormMain : public QMainWindow {
+    Q_OBJECT
+
+public:
+    struct Surroundings {
+        UserDialogs &dialogs;
+        SettingsStore &settings;
+        QString programFolder;
+        QString commandText;
+        std::function<bool()> ctrlKeyIsDown;
+    };
+
+    // Runs the whole start-up but for showing the window. Fault when the presets can't be read.
+    explicit FormMain(Surroundings surroundings);
+    ~FormMain() override;
+
+    // The one parameter table and the one link of the program.
+    ClassZentrova &Zentrova() { return *zentrova_; }
+    LinkSession &Link() { return *link_; }
+
+    std::int16_t TimeoutCount() const { return link_->TimeoutCount(); }
+    std::int16_t CrcErrorCount() const { return link_->CrcErrorCount(); }
+    std::uint8_t AddressingMode() const { return link_->AddressingMode(); }
+    std::int16_t CommPort() const { return link_->CommPort(); }
+    std::int16_t BaudRate() const { return link_->BaudRate(); }
+    std::int16_t ParityStop() const { return link_->ParityStop(); }
+    std::int16_t ModbusAddress() const { return link_->ModbusAddress(); }
+
+    void SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
+                                 std::int16_t timeoutMs);
+    void GoOnline(std::int16_t skipPrompt) { link_->GoOnline(skipPrompt); }
+    void GoOffline() { link_->GoOffline(); }
+    static QString MbaxpErrorDesc(std::int16_t code) { return ::MbaxpErrorDesc(code); }
+
+    // -1 (true) when the Ctrl key is down at this moment, else 0.
+    std::int16_t CtrlKey() const { return surroundings_.ctrlKeyIsDown() ? -1 : 0; }
+
+    // The tab that shows, and the help topic that belongs to what shows.
+    std::int16_t CurrentTab() const { return currentTab_; }
+    std::int16_t HelpContext() const { return helpContext_; }
+
+    // Copies the parameter table onto the page that shows.
+    void UpdateDisplay();
+
+    // Shows the window in the state that the last run left.
+    void ShowAsStored();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void BuildControls();
+    void BuildPages();
+    void AskToClearSettings(bool wanted);
+    void PlaceWindow();
+    void ConnectCommands();
+    void ConnectLink();
+    void SelectTab(int stripIndex);
+    void LayOut();
+    void ShowLinkState(bool online);
+    void ToggleOnline();
+    void Reinitialise();
+    std::int16_t AskDirection();
+    void StoreSettings();
+    BoxAnswer Ask(const QString &question);
+
+    Surroundings surroundings_;
+    CommandLine::Options options_;
+    std::unique_ptr<ClassZentrova> zentrova_;
+    std::unique_ptr<LinkSession> link_;
+    std::unique_ptr<MainCommands> commands_;
+    QTabWidget *tabStrip1_ = nullptr;
+    QLabel *statusText_ = nullptr;
+    std::array<TabPage *, 6> tabFrames_{}; // by tab number; 0 isn't used
+    WindowState storedWindowState_ = WindowState::Normal;
+    std::int16_t currentTab_ = 1;
+    std::int16_t helpContext_ = 1020;
+    bool online_ = false;
+};

@@ -1,0 +1,120 @@
+#include "shell/MainCommands.h"
+
+#include "ui/Controls.h"
+
+#include <QIcon>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <array>
+#include <vector>
+
+namespace {
+
+struct Entry {
+    const char *name;
+    const char *caption;
+    const char *shortcut;
+};
+
+struct Menu {
+    const char *name;
+    const char *caption;
+    std::vector<Entry> entries;
+};
+
+const std::vector<Menu> &Menus() {
+    static const std::vector<Menu> menus = {
+        {"mnuFile",
+         "&File",
+         {{"mnuFileOpen", "&Open...", ""},
+          {"mnuFileSave(0)", "&Save", ""},
+          {"mnuFileSave(1)", "Save &As...", ""},
+          {"mnuFileSep", "-", ""},
+          {"mnuFileExit", "E&xit", ""}}},
+        {"mnuOptions",
+         "&Options",
+         {{"mnuCommunications", "&Communications...", ""},
+          {"mnuOptionsUpgradeFirmware", "&Upgrade Firmware...", ""}}},
+        {"mnuTools",
+         "&Tools",
+         {{"mnuOnline", "&Online", ""},
+          {"mnuReinit", "&Re-initialize", ""},
+          {"mnuTransmitDelayCalc", "Transmit Delay &Calculator", ""}}},
+        {"mnuHelp",
+         "&Help",
+         {{"mnuZtvHelp", "ZTV Link Help", "F1"},
+          {"mnuHalvernWeb", "Manufacturer's Web Site", ""},
+          {"mnuHelpAbout", "&About...", ""}}},
+    };
+    return menus;
+}
+
+struct ToolbarButton {
+    const char *key; // also the caption
+    const char *toolTip;
+    const char *icon;
+};
+
+constexpr std::array toolbarButtons = {
+    ToolbarButton{"Online", "Open communications with ZTV500-100", "online"},
+    ToolbarButton{"Offline", "Close communications with ZTV500-100", "offline"},
+    ToolbarButton{"Open File", "Open a file", "open-file"},
+    ToolbarButton{"Save File", "Save current settings to a file", "save-file"},
+    ToolbarButton{"Save ZTV", "Save changes in the ZTV500-100", "save-ztv"},
+    ToolbarButton{"Help", "Display Help File", "help"},
+    ToolbarButton{"Exit", "Exit program", "exit"},
+};
+
+constexpr int iconSize = 32;
+
+QString ButtonName(const char *key) { return QStringLiteral("Toolbar1(%1)").arg(QLatin1String(key)); }
+
+} // namespace
+
+MainCommands::MainCommands(QMainWindow &window) : window_(window) {
+    BuildMenus();
+    BuildToolbar();
+}
+
+void MainCommands::BuildMenus() {
+    for (const ::Menu &menu : Menus()) {
+        QMenu *shown = Controls::Named(window_.menuBar()->addMenu(QString::fromLatin1(menu.caption)), menu.name);
+        for (const Entry &entry : menu.entries) {
+            const QString caption = QString::fromLatin1(entry.caption);
+            QAction *action = caption == QStringLiteral("-") ? shown->addSeparator() : shown->addAction(caption);
+            Controls::Named(action, entry.name);
+            action->setShortcut(QKeySequence(QString::fromLatin1(entry.shortcut)));
+            action->setEnabled(false);
+        }
+    }
+}
+
+void MainCommands::BuildToolbar() {
+    auto *toolbar = Controls::Named(window_.addToolBar(QStringLiteral("Toolbar")), "Toolbar1");
+    toolbar->setMovable(false);
+    toolbar->setContextMenuPolicy(Qt::PreventContextMenu); // it isn't to be hidden
+    toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    toolbar->setIconSize(QSize(iconSize, iconSize));
+    for (const ToolbarButton &button : toolbarButtons) {
+        const QString key = QString::fromLatin1(button.key);
+        QAction *action = toolbar->addAction(
+            QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(button.icon))), key);
+        Controls::Named(action, ButtonName(button.key));
+        action->setToolTip(QString::fromLatin1(button.toolTip));
+        action->setEnabled(false);
+        QWidget *widget = Controls::Named(toolbar->widgetForAction(action), key);
+        widget->setAccessibleName(key);
+        widget->setFocusPolicy(Qt::TabFocus);
+    }
+}
+
+QAction &MainCommands::Find(const QString &name) const {
+    auto *action = window_.findChild<QAction *>(name);
+    Q_ASSERT_X(action != nullptr, "MainCommands", qPrintable(name));
+    return *action;
+}
+
+QAction &MainCommands::Menu(const char *name) const { return Find(QString::fromLatin1(name)); }
+QAction &MainCommands::Button(const char *key) const { return Find(ButtonName(key)); }

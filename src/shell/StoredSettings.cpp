@@ -1,0 +1,96 @@
+#include "shell/StoredSettings.h"
+
+#include "support/Numbers.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+
+struct OptionKey {
+    const char *key;
+    std::int16_t CommSettings::*member;
+    std::int16_t lowest;
+    std::int16_t highest;
+};
+
+constexpr std::array optionKeys = {
+    OptionKey{"CommPort", &CommSettings::commPort, 1, 255},
+    OptionKey{"BaudRate", &CommSettings::baudRate, 0, 4},
+    OptionKey{"ParityStop", &CommSettings::parityStop, 0, 3},
+    OptionKey{"NetworkAddress", &CommSettings::modbusAddress, 1, 247},
+};
+
+struct PlaceKey {
+    const char *key;
+    double WindowPlace::*member;
+};
+
+constexpr std::array placeKeys = {
+    PlaceKey{"Top", &WindowPlace::top},
+    PlaceKey{"Left", &WindowPlace::left},
+    PlaceKey{"Height", &WindowPlace::height},
+    PlaceKey{"Width", &WindowPlace::width},
+};
+
+constexpr double farthestTwips = 1'000'000; // beyond any screen
+
+QString Options() { return QStringLiteral("Options"); }
+QString Startup() { return QStringLiteral("Startup"); }
+QString WindowStateKey() { return QStringLiteral("WindowState"); }
+
+} // namespace
+
+std::int16_t ReadRegistryInteger(const SettingsStore &store, const QString &section, const QString &key,
+                                 std::int16_t lowest, std::int16_t highest, std::int16_t fallback) {
+    const QString text = store.Read(section, key, QString::number(fallback));
+    return IsNumeric(text) ? std::clamp(ToInt16(ToNumber(text)), lowest, highest) : fallback;
+}
+
+CommSettings ReadCommSettings(const SettingsStore &store) {
+    CommSettings settings;
+    for (const OptionKey &option : optionKeys) {
+        std::int16_t &value = settings.*option.member;
+        value = ReadRegistryInteger(store, Options(), QString::fromLatin1(option.key), option.lowest,
+                                    option.highest, value);
+    }
+    return settings;
+}
+
+void WriteCommSettings(SettingsStore &store, const CommSettings &settings) {
+    for (const OptionKey &option : optionKeys) {
+        store.Write(Options(), QString::fromLatin1(option.key), QString::number(settings.*option.member));
+    }
+}
+
+WindowPlace ReadWindowPlace(const SettingsStore &store) {
+    WindowPlace place;
+    for (const PlaceKey &entry : placeKeys) {
+        const QString text = store.Read(Startup(), QString::fromLatin1(entry.key), QString());
+        if (IsNumeric(text)) {
+            place.*entry.member = std::clamp(ToNumber(text), -farthestTwips, farthestTwips);
+        }
+    }
+    return place;
+}
+
+void WriteWindowPlace(SettingsStore &store, const WindowPlace &place) {
+    for (const PlaceKey &entry : placeKeys) {
+        store.Write(Startup(), QString::fromLatin1(entry.key),
+                    QString::number(std::lround(place.*entry.member)));
+    }
+}
+
+WindowState ReadWindowState(const SettingsStore &store) {
+    const QString text = store.Read(Startup(), WindowStateKey(), QString());
+    const double state = IsNumeric(text) ? ToNumber(text) : 0;
+    if (state == 1) {
+        return WindowState::Minimised;
+    }
+    return state == 2 ? WindowState::Maximised : WindowState::Normal;
+}
+
+void WriteWindowState(SettingsStore &store, WindowState state) {
+    store.Write(Startup(), WindowStateKey(), QString::number(static_cast<int>(state)));
+}

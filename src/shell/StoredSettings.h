@@ -1,0 +1,39 @@
+#pragma once
+
+#include "support/SettingsStore.h"
+
+#include <QString>
+#include <cstdint>
+
+// The settings that a run leaves to the next one.
+
+struct CommSettings {
+    std::int16_t commPort = 1;
+    std::int16_t baudRate = 4;
+    std::int16_t parityStop = 1;
+    std::int16_t modbusAddress = 1;
+};
+
+// In twips.
+struct WindowPlace {
+    double top = 0;
+    double left = 0;
+    double height = 8940;
+    double width = 10200;
+};
+
+enum class WindowState { Normal = 0, Minimised = 1, Maximised = 2 };
+
+// A stored whole number, clamped to the range; the fallback where the text isn't numeric. Fault (overflow)
+// for a number that doesn't fit 16 bits.
+std::int16_t ReadRegistryInteger(const SettingsStore &store, const QString &section, const QString &key,
+                                 std::int16_t lowest, std::int16_t highest, std::int16_t fallback);
+
+CommSettings ReadCommSettings(const SettingsStore &store);
+void WriteCommSettings(SettingsStore &store, const CommSettings &settings);
+
+WindowPlace ReadWindowPlace(const SettingsStore &store);
+void WriteWindowPlace(SettingsStore &store, const WindowPlace &place);
+
+WindowState ReadWindowState(const SettingsStore &store);
+void WriteWindowState(SettingsStore &store, WindowState state);

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "model/ClassZentrova.h"
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+
+// What the Distance tab shows of the measured distance.
+struct DistanceReading {
+    QString caption;
+    std::optional<std::int32_t> barValue; // nothing outside the bar's ends: it keeps its last value
+};
+
+DistanceReading ReadDistance(const ClassZentrova &zentrova, float barMin, float barMax);

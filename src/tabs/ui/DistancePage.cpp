@@ -1,0 +1,76 @@
+#include "tabs/ui/DistancePage.h"
+
+#include "model/ParamDefines.h"
+#include "tabs/DistanceReading.h"
+#include "ui/Controls.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int barMin = 600; // raw units of the distance
+constexpr int barMax = 42000;
+constexpr int barHeight = 28;
+constexpr int margin = 24;
+
+QString DesignCaption() { return QStringLiteral("420.00\""); }
+
+} // namespace
+
+DistancePage::DistancePage(const ClassZentrova &zentrova, QWidget *parent)
+    : TabPage(4, parent), zentrova_(zentrova) {
+    labelLargeLength_ = Controls::Named(new QLabel(DesignCaption(), this), "LabelLargeLength");
+    labelLargeLength_->setAlignment(Qt::AlignCenter);
+    // The number's size follows the page, never the other way round.
+    labelLargeLength_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+
+    progressBar1_ = Controls::Named(new QProgressBar(this), "ProgressBar1");
+    progressBar1_->setRange(barMin, barMax);
+    progressBar1_->setValue(barMin);
+    progressBar1_->setTextVisible(false);
+    progressBar1_->setFixedHeight(barHeight);
+    progressBar1_->setAccessibleName(zentrova_.ParamName(ParamDefines::ActualDistance));
+
+    auto *labelMin = Controls::Named(new QLabel(QStringLiteral("6.00\""), this), "LabelMin");
+    auto *label1 = Controls::Named(new QLabel(QStringLiteral("240.00\""), this), "Label1");
+
+    auto *description = Controls::Named(
+        new QLabel(QStringLiteral("This large distance display is useful for debugging when your computer is not "
+                                  "located near the Zentrova."),
+                   this),
+        "LabelDistanceDesc");
+    description->setWordWrap(true);
+    description->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+
+    auto *ends = new QHBoxLayout;
+    ends->addWidget(labelMin);
+    ends->addStretch();
+    ends->addWidget(label1);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->addWidget(labelLargeLength_, 1);
+    layout->addWidget(progressBar1_);
+    layout->addLayout(ends);
+    layout->addSpacing(margin);
+    layout->addWidget(description);
+}
+
+void DistancePage::UpdateDisplay() {
+    const DistanceReading reading = ReadDistance(zentrova_, static_cast<float>(progressBar1_->minimum()),
+                                                 static_cast<float>(progressBar1_->maximum()));
+    labelLargeLength_->setText(reading.caption);
+    if (reading.barValue) {
+        progressBar1_->setValue(*reading.barValue);
+    }
+}
+
+void DistancePage::resizeEvent(QResizeEvent *event) {
+    TabPage::resizeEvent(event);
+    layout()->activate();
+    QFont font = labelLargeLength_->font();
+    font.setPixelSize(std::max(24, labelLargeLength_->height() * 3 / 4));
+    labelLargeLength_->setFont(
+        Controls::FittingFont(font, {{.text = DesignCaption(), .width = labelLargeLength_->width()}}));
+}

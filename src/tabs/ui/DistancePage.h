@@ -1,0 +1,25 @@
+#pragma once
+
+#include "model/ClassZentrova.h"
+#include "tabs/ui/TabPage.h"
+
+#include <QLabel>
+#include <QProgressBar>
+
+// The Distance tab: the measured distance, readable from across the room.
+class DistancePage : public TabPage {
+    Q_OBJECT
+
+public:
+    DistancePage(const ClassZentrova &zentrova, QWidget *parent);
+
+    void UpdateDisplay() override;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    const ClassZentrova &zentrova_;
+    QLabel *labelLargeLength_ = nullptr;
+    QProgressBar *progressBar1_ = nullptr;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QFrame>
+
+// A page of the main form's tabs. Its size is the form's business, what it shows is its own.
+class TabPage : public QFrame {
+    Q_OBJECT
+
+public:
+    // The member `number` of the pages' array.
+    TabPage(int number, QWidget *parent);
+
+    // Copies the parameter table onto the page. Called for the page that shows only.
+    virtual void UpdateDisplay() {}
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QFont>
+#include <QRect>
+#include <QString>
+#include <vector>
+
+// What all forms share in building their controls.
+namespace Controls {
+
+inline constexpr int TwipsPerPixel = 15;
+
+// The device-independent pixels of a rectangle in twips. Edges are rounded, so that neighbours meet.
+QRect FromTwips(double left, double top, double width, double height);
+
+// The name of an array's member: "TextParam(3)".
+QString Member(const char *array, int index);
+
+// Names a control for whoever looks it up.
+template <typename Control> Control *Named(Control *control, const QString &name) {
+    control->setObjectName(name);
+    return control;
+}
+
+template <typename Control> Control *Named(Control *control, const char *name) {
+    return Named(control, QString::fromLatin1(name));
+}
+
+// The caption as it is read out: without its mnemonic mark.
+QString SpokenCaption(const QString &caption);
+
+// A text and the pixels that it has.
+struct Fit {
+    QString text;
+    int width;
+};
+
+// The font, made smaller where it must be so that each text fits into its width.
+QFont FittingFont(QFont font, const std::vector<Fit> &fits);
+
+} // namespace Controls
