@@ -1,0 +1,217 @@
+#include "sim/Commands.h"
+
+#include "sim/Parameters.h"
+#include "sim/SimulatedSensor.h"
+#include "sim/ValueText.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace sim {
+namespace {
+
+constexpr int longestLatencyMs = 60000;
+constexpr int farthestTarget = 65535;
+
+// Stores a value that could be read from its text; says otherwise what was wrong with the text.
+template <typename Value, typename Target>
+QString Assign(const std::optional<Value> &value, Target &target, const QString &text) {
+    if (!value) {
+        return QStringLiteral("error: bad value %1").arg(text);
+    }
+    target = *value;
+    return {};
+}
+
+} // namespace
+
+struct Commands::Command {
+    const char *name;
+    const char *arguments;
+    const char *purpose;
+    Handler handler;
+
+    QString Usage() const {
+        return QStringLiteral("%1 %2").arg(QLatin1String(name), QLatin1String(arguments)).trimmed();
+    }
+    qsizetype ArgumentCount() const { return Usage().count(QLatin1Char(' ')); }
+};
+
+const Commands::Command Commands::commands[] = {
+    {"set", "N V|auto", "parameter N becomes V; a measurement holds V until auto", &Commands::Set},
+    {"get", "N", "prints N and its value", &Commands::Get},
+    {"target", "INCHES|auto", "holds the target at a distance, or lets it move", &Commands::Target},
+    {"echo", "on|off|auto", "holds the echo, or lets it follow the target", &Commands::Echo},
+    {"mute", "on|off", "hears nothing", &Commands::Mute},
+    {"drop", "P", "the probability (0 to 1) that a reply is lost", &Commands::Drop},
+    {"corrupt", "P", "the probability (0 to 1) that a reply is damaged", &Commands::Corrupt},
+    {"latency", "MS", "waits before every reply", &Commands::Latency},
+    {"exception", "CODE", "answers everything with this exception; 0 is off", &Commands::Exception},
+    {"pace", "on|off", "bytes take their time on the line", &Commands::Pace},
+    {"baud", "RATE", "2400, 4800, 9600, 19200 or 38400", &Commands::Baud},
+    {"parity", "CODE", "N1, N2, E1 or O1", &Commands::Parity},
+    {"address", "N", "1 to 247", &Commands::Address},
+    {"addressing", "0|1", "parameter N is register N or N - 1", &Commands::Addressing},
+    {"unplug", "", "the line hangs up", &Commands::Unplug},
+    {"plug", "", "the line is there again", &Commands::Plug},
+    {"reset", "", "restarts with the stored settings", &Commands::Reset},
+    {"stats", "", "prints the counters", &Commands::Stats},
+    {"quit", "", "ends the sensor", &Commands::Quit},
+    {"help", "", "prints the commands", &Commands::Help},
+};
+
+QString Commands::Run(const QString &line) {
+    QStringList words = line.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (words.isEmpty()) {
+        return {};
+    }
+    const QString name = words.takeFirst();
+    const auto *command = std::find_if(std::begin(commands), std::end(commands),
+                                       [&](const Command &c) { return name == QLatin1String(c.name); });
+    if (command == std::end(commands)) {
+        return QStringLiteral("error: unknown command %1").arg(name);
+    }
+    if (words.size() != command->ArgumentCount()) {
+        return QStringLiteral("error: usage: %1").arg(command->Usage());
+    }
+    return (this->*command->handler)(words);
+}
+
+std::optional<int> Commands::Number(const QString &text) const {
+    return WholeNumber(text, 1, sensor_.Count() - 1);
+}
+
+QString Commands::SetLine(int number, const std::optional<int> &value, const QString &text) {
+    if (!value || !sensor_.SetRegister(number, *value)) {
+        return QStringLiteral("error: bad value %1").arg(text);
+    }
+    return {};
+}
+
+QString Commands::Set(const QStringList &arguments) {
+    const std::optional<int> number = Number(arguments.at(0));
+    if (!number) {
+        return QStringLiteral("error: no parameter %1").arg(arguments.at(0));
+    }
+    const std::optional<int> value = WholeNumber(arguments.at(1), -32768, 65535);
+    const bool done = arguments.at(1) == QLatin1String("auto")
+                          ? sensor_.Release(*number)
+                          : value && sensor_.SetRegister(*number, *value);
+    return done ? QString() : QStringLiteral("error: bad value %1").arg(arguments.at(1));
+}
+
+QString Commands::Get(const QStringList &arguments) {
+    const std::optional<int> number = Number(arguments.at(0));
+    if (!number) {
+        return QStringLiteral("error: no parameter %1").arg(arguments.at(0));
+    }
+    return QStringLiteral("%1 %2").arg(*number).arg(sensor_.Register(*number));
+}
+
+QString Commands::Mute(const QStringList &arguments) {
+    return Assign(OnOff(arguments.at(0)), sensor_.Faults().mute, arguments.at(0));
+}
+
+QString Commands::Drop(const QStringList &arguments) {
+    return Assign(Probability(arguments.at(0)), sensor_.Faults().drop, arguments.at(0));
+}
+
+QString Commands::Corrupt(const QStringList &arguments) {
+    return Assign(Probability(arguments.at(0)), sensor_.Faults().corrupt, arguments.at(0));
+}
+
+QString Commands::Latency(const QStringList &arguments) {
+    return Assign(WholeNumber(arguments.at(0), 0, longestLatencyMs), sensor_.Faults().latencyMs,
+                  arguments.at(0));
+}
+
+QString Commands::Exception(const QStringList &arguments) {
+    return Assign(WholeNumber(arguments.at(0), 0, 255), sensor_.Faults().exception, arguments.at(0));
+}
+
+QString Commands::Pace(const QStringList &arguments) {
+    return Assign(OnOff(arguments.at(0)), sensor_.Faults().pace, arguments.at(0));
+}
+
+QString Commands::Baud(const QStringList &arguments) {
+    return SetLine(parameter::Baud, BaudFromText(arguments.at(0)), arguments.at(0));
+}
+
+QString Commands::Parity(const QStringList &arguments) {
+    return SetLine(parameter::Parity, ParityFromText(arguments.at(0)), arguments.at(0));
+}
+
+QString Commands::Address(const QStringList &arguments) {
+    return SetLine(parameter::Address, WholeNumber(arguments.at(0), 1, 247), arguments.at(0));
+}
+
+QString Commands::Addressing(const QStringList &arguments) {
+    return SetLine(parameter::Addressing, WholeNumber(arguments.at(0), 0, 1), arguments.at(0));
+}
+
+QString Commands::Target(const QStringList &arguments) {
+    if (arguments.at(0) == QLatin1String("auto")) {
+        sensor_.HoldTarget({});
+        return {};
+    }
+    const std::optional<int> distance = Hundredths(arguments.at(0), farthestTarget);
+    if (!distance) {
+        return QStringLiteral("error: bad value %1").arg(arguments.at(0));
+    }
+    sensor_.HoldTarget(distance);
+    return {};
+}
+
+QString Commands::Echo(const QStringList &arguments) {
+    if (arguments.at(0) == QLatin1String("auto")) {
+        sensor_.Release(parameter::Echo);
+        return {};
+    }
+    bool echo = false;
+    const QString error = Assign(OnOff(arguments.at(0)), echo, arguments.at(0));
+    if (error.isEmpty()) {
+        sensor_.SetRegister(parameter::Echo, echo ? 1 : 0);
+    }
+    return error;
+}
+
+QString Commands::Unplug(const QStringList &) {
+    sensor_.Unplug();
+    return {};
+}
+
+QString Commands::Plug(const QStringList &) {
+    const QString error = sensor_.Plug();
+    return error.isEmpty() ? QStringLiteral("port %1").arg(sensor_.Path())
+                           : QStringLiteral("error: %1").arg(error);
+}
+
+QString Commands::Reset(const QStringList &) {
+    sensor_.Reset();
+    return {};
+}
+
+QString Commands::Stats(const QStringList &) {
+    const Statistics &stats = sensor_.Stats();
+    return QStringLiteral("requests %1 replies %2 exceptions %3 ignored %4 discarded %5")
+        .arg(stats.requests)
+        .arg(stats.replies)
+        .arg(stats.exceptions)
+        .arg(stats.ignored)
+        .arg(stats.discarded);
+}
+
+// Whoever reads the commands ends the program.
+QString Commands::Quit(const QStringList &) {
+    return {};
+}
+
+QString Commands::Help(const QStringList &) {
+    QStringList lines;
+    for (const Command &command : commands) {
+        lines.append(QStringLiteral("%1: %2").arg(command.Usage(), QLatin1String(command.purpose)));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace sim

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace sim {
+
+// How the sensor and its line misbehave on purpose.
+struct LineFaults {
+    bool mute = false;    // requests are neither executed nor answered
+    bool pace = false;    // bytes take the time that they would on a wire
+    int latencyMs = 0;    // added before every reply
+    int exception = 0;    // answers everything with this exception code; 0 is off
+    double drop = 0.0;    // probability that a reply is lost after the request was executed
+    double corrupt = 0.0; // probability that one bit of a reply is flipped
+};
+
+} // namespace sim

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "sim/SensorOptions.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace sim {
+
+// What the command line asks for: a sensor, only a text to print, or nothing because it was wrong.
+struct ParsedOptions {
+    SensorOptions options;
+    QString text;
+    QString error;
+};
+
+ParsedOptions ParseOptions(const QStringList &arguments);
+
+} // namespace sim

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+
+struct termios;
+
+namespace sim {
+
+// The sensor's end of a serial line. Closing it hangs up the other end.
+class PseudoTerminal {
+public:
+    PseudoTerminal() = default;
+    ~PseudoTerminal() { Close(); }
+    PseudoTerminal(const PseudoTerminal &) = delete;
+    PseudoTerminal &operator=(const PseudoTerminal &) = delete;
+
+    // With a link to the terminal unless the name is empty. Returns what went wrong, or an empty text.
+    QString Open(const QString &link);
+    void Close();
+
+    bool IsOpen() const { return master_ >= 0; }
+    int Descriptor() const { return master_; }
+    QString Path() const { return link_.isEmpty() ? name_ : link_; }
+
+    // The settings that the other end has made.
+    bool Settings(termios &settings) const;
+    // What the other end doesn't take in time is lost, as on a line.
+    void Write(QByteArrayView bytes) const;
+
+private:
+    QString MakeLink(const QString &link);
+
+    int master_ = -1;
+    int slave_ = -1; // kept open: without it the master reports errors while nobody has the other end open
+    QString name_;
+    QString link_;
+};
+
+} // namespace sim

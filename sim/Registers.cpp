@@ -1,0 +1,119 @@
+#include "sim/Registers.h"
+
+#include "sim/Parameters.h"
+
+#include <utility>
+
+namespace sim {
+namespace {
+
+constexpr int initialise = 1;
+constexpr int enterBootLoader = 99;
+
+bool IsLine(int number) {
+    return number >= parameter::Address && number <= parameter::Addressing;
+}
+
+bool LineCanBe(int number, int value) {
+    switch (number) {
+    case parameter::Address:
+        return value >= 1 && value <= 247;
+    case parameter::Baud:
+        return value >= 0 && value <= 4;
+    case parameter::Parity:
+        return value >= 0 && value <= 3;
+    default:
+        return value == 0 || value == 1;
+    }
+}
+
+} // namespace
+
+Registers::Registers(const ParameterTable &table) : table_(table) {
+    for (int i = 0; i < table.Count(); ++i) {
+        values_.push_back(table.Row(i).readOnly ? table.Row(i).value : table.Row(i).preset);
+    }
+    stored_ = values_;
+}
+
+int Registers::FromWord(int number, quint16 word) const {
+    return table_.Row(number).isSigned ? static_cast<qint16>(word) : word;
+}
+
+bool Registers::Writable(int number) const {
+    return number == parameter::Addressing || !table_.Row(number).readOnly;
+}
+
+bool Registers::Accepts(int number, int value) const {
+    if (IsCommand(number) || number == parameter::Addressing) {
+        return Holds(number, value);
+    }
+    const ParameterRow &row = table_.Row(number);
+    return value >= row.min && value <= row.max && Holds(number, value);
+}
+
+bool Registers::Holds(int number, int value) const {
+    if (number == parameter::Save) {
+        return value == 0 || value == 1;
+    }
+    if (number == parameter::Reinitialise) {
+        return value == 0 || value == initialise || value == enterBootLoader;
+    }
+    if (IsLine(number)) {
+        return LineCanBe(number, value);
+    }
+    return FromWord(number, static_cast<quint16>(value)) == value;
+}
+
+void Registers::Write(int number, int value) {
+    if (number == parameter::Save && value == 1) {
+        stored_ = values_;
+    } else if (number == parameter::Reinitialise && value == initialise) {
+        Reinitialise();
+    } else if (number == parameter::Reinitialise && value == enterBootLoader) {
+        bootRequested_ = true;
+    } else if (!IsCommand(number)) {
+        Store(number, value);
+    }
+}
+
+bool Registers::IsCommand(int number) {
+    return number == parameter::Save || number == parameter::Reinitialise;
+}
+
+LineSettings Registers::Line() const {
+    return {Value(parameter::Address), Value(parameter::Baud), Value(parameter::Parity),
+            Value(parameter::Addressing)};
+}
+
+void Registers::Configure(const LineSettings &line) {
+    const int values[] = {line.address, line.baud, line.parity, line.addressing};
+    for (int i = 0; i < 4; ++i) {
+        Store(parameter::Address + i, values[i]);
+        stored_.at(static_cast<std::size_t>(parameter::Address + i)) = values[i];
+    }
+}
+
+// The line in use stays as it is, so that the host isn't cut off; its presets count from the next restart.
+void Registers::Reinitialise() {
+    for (int i = 1; i < table_.Count(); ++i) {
+        if (table_.Row(i).readOnly || i == parameter::Addressing) {
+            continue;
+        }
+        stored_.at(static_cast<std::size_t>(i)) = table_.Row(i).preset;
+        if (!IsLine(i)) {
+            Store(i, table_.Row(i).preset);
+        }
+    }
+}
+
+void Registers::Restart() {
+    values_ = stored_;
+    bootRequested_ = false;
+}
+
+bool Registers::TakeBootRequest() {
+    return std::exchange(bootRequested_, false);
+}
+
+} // namespace sim

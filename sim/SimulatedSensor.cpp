@@ -1,0 +1,417 @@
+#include "sim/SimulatedSensor.h"
+
+#include "sim/BootLoader.h"
+#include "sim/Commands.h"
+#include "sim/FrameLog.h"
+#include "sim/ModbusSlave.h"
+#include "sim/ParameterTable.h"
+#include "sim/Parameters.h"
+#include "sim/PseudoTerminal.h"
+#include "sim/Registers.h"
+#include "sim/RequestAssembler.h"
+#include "sim/SensorModel.h"
+#include "sim/Transmitter.h"
+
+#include <QElapsedTimer>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cmath>
+#include <deque>
+#include <random>
+
+#include <termios.h>
+#include <unistd.h>
+
+namespace sim {
+namespace {
+
+constexpr double silentCharacters = 3.5;
+// A pseudo terminal has no line time, but the host may be held up between two parts of a request.
+constexpr double shortestGapMs = 20;
+constexpr std::size_t mostRecords = 20000;
+constexpr int broadcast = 0;
+
+template <typename T>
+void Record(std::deque<T> &records, T record) {
+    if (records.size() == mostRecords) {
+        records.pop_front();
+    }
+    records.push_back(std::move(record));
+}
+
+} // namespace
+
+class SimulatedSensor::Private {
+public:
+    explicit Private(SensorOptions chosen);
+
+    QString Start();
+    QString Plug();
+    void Unplug();
+    void Reset();
+    void Measure() { model.Update(*registers, clock.elapsed()); }
+    void LineIdle();
+
+    SensorOptions options;
+    LineFaults faults;
+    ParameterTable table;
+    std::optional<Registers> registers;
+    SensorModel model;
+    LineSettings line;
+    bool bootMode = false;
+    std::unique_ptr<BootLoader> bootLoader;
+    std::deque<QByteArray> requests;
+    std::deque<std::pair<int, int>> writes;
+    std::function<void(const QByteArray &)> onRequest;
+    Statistics statistics;
+    PseudoTerminal terminal;
+
+private:
+    void TakeLine() { line = registers->Line(); }
+    QString CheckedLine(LineSettings &chosen) const;
+    bool Receive();
+    void ReceiveInBootMode(const QByteArray &bytes);
+    void Handle(const QByteArray &request);
+    bool Hears(const QByteArray &request) const;
+    void Reply(QByteArray reply, qsizetype requestSize);
+    void Distort(QByteArray &reply);
+    bool Chance(double probability);
+    void Silence();
+
+    QElapsedTimer clock;
+    std::mt19937 random;
+    FrameLog log;
+    RequestAssembler assembler;
+    Transmitter transmitter;
+    std::unique_ptr<QSocketNotifier> notifier;
+    QTimer gap;
+    bool leaveBootMode = false;
+};
+
+SimulatedSensor::Private::Private(SensorOptions chosen)
+    : options(std::move(chosen)),
+      faults(options.faults),
+      model(options.seed),
+      random(options.seed),
+      transmitter(
+          [this](const QByteArray &bytes) {
+              log.Write(clock.elapsed(), "tx", bytes);
+              terminal.Write(bytes);
+          },
+          [this] { LineIdle(); }) {
+    gap.setSingleShot(true);
+    gap.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&gap, &QTimer::timeout, &gap, [this] { Silence(); });
+}
+
+QString SimulatedSensor::Private::Start() {
+    QString error = table.Load(options.presets);
+    if (!error.isEmpty()) {
+        return error;
+    }
+    registers.emplace(table);
+    LineSettings chosen = registers->Line();
+    error = CheckedLine(chosen);
+    if (error.isEmpty()) {
+        error = log.Open(options.log);
+    }
+    if (!error.isEmpty()) {
+        return error;
+    }
+    registers->Configure(chosen);
+    TakeLine();
+    clock.start();
+    return Plug();
+}
+
+QString SimulatedSensor::Private::CheckedLine(LineSettings &chosen) const {
+    chosen.address = options.address.value_or(chosen.address);
+    chosen.baud = options.baud.value_or(chosen.baud);
+    chosen.parity = options.parity.value_or(chosen.parity);
+    chosen.addressing = options.addressing.value_or(chosen.addressing);
+    const std::pair<int, int> values[] = {{parameter::Address, chosen.address},
+                                          {parameter::Baud, chosen.baud},
+                                          {parameter::Parity, chosen.parity},
+                                          {parameter::Addressing, chosen.addressing}};
+    for (const auto &[number, value] : values) {
+        if (!registers->Holds(number, value)) {
+            return QStringLiteral("parameter %1 can't be %2").arg(number).arg(value);
+        }
+    }
+    return {};
+}
+
+QString SimulatedSensor::Private::Plug() {
+    if (terminal.IsOpen()) {
+        return {};
+    }
+    const QString error = terminal.Open(options.link);
+    if (!error.isEmpty()) {
+        return error;
+    }
+    notifier = std::make_unique<QSocketNotifier>(terminal.Descriptor(), QSocketNotifier::Read);
+    QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), [this] { Receive(); });
+    return {};
+}
+
+void SimulatedSensor::Private::Unplug() {
+    if (notifier) {
+        // It may be the notifier itself that is at work.
+        notifier->setEnabled(false);
+        notifier.release()->deleteLater();
+    }
+    gap.stop();
+    assembler.Discard();
+    transmitter.Clear();
+    LineIdle();
+    terminal.Close();
+}
+
+void SimulatedSensor::Private::Reset() {
+    gap.stop();
+    assembler.Discard();
+    transmitter.Clear();
+    registers->Restart();
+    TakeLine();
+    bootMode = leaveBootMode = false;
+}
+
+bool SimulatedSensor::Private::Receive() {
+    std::array<char, 4096> buffer;
+    const ssize_t count = read(terminal.Descriptor(), buffer.data(), buffer.size());
+    if (count <= 0) {
+        // A descriptor that fails would wake the event loop for ever.
+        if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
+            notifier->setEnabled(false);
+        }
+        return false;
+    }
+    const QByteArrayView bytes(buffer.data(), count);
+    if (bootMode) {
+        ReceiveInBootMode(bytes.toByteArray());
+        return true;
+    }
+    for (const QByteArray &request : assembler.Append(bytes, line.address)) {
+        Handle(request);
+    }
+    if (assembler.Pending() && !bootMode) {
+        const double ms = std::max(shortestGapMs, silentCharacters * line.CharacterMs());
+        gap.start(std::chrono::milliseconds(std::lround(std::ceil(ms))));
+    } else if (gap.isActive()) {
+        gap.stop();
+    }
+    return true;
+}
+
+void SimulatedSensor::Private::ReceiveInBootMode(const QByteArray &bytes) {
+    log.Write(clock.elapsed(), "rx", bytes);
+    termios settings{};
+    if (!bootLoader || faults.mute || !terminal.Settings(settings) || !line.SameSpeed(settings)) {
+        return;
+    }
+    BootAnswer answer = bootLoader->Receive(bytes);
+    leaveBootMode = answer.startApplication;
+    if (leaveBootMode || !answer.bytes.isEmpty()) {
+        Reply(std::move(answer.bytes), bytes.size());
+    }
+}
+
+// What has come in the meantime still belongs to the request.
+void SimulatedSensor::Private::Silence() {
+    if (Receive()) {
+        return;
+    }
+    const QByteArray rest = assembler.Discard();
+    statistics.discarded += static_cast<int>(rest.size());
+    log.Write(clock.elapsed(), "??", rest);
+}
+
+bool SimulatedSensor::Private::Hears(const QByteArray &request) const {
+    const int address = static_cast<quint8>(request.at(0));
+    termios settings{};
+    return (address == line.address || address == broadcast) && !faults.mute && !bootMode &&
+           terminal.Settings(settings) && line.Matches(settings);
+}
+
+void SimulatedSensor::Private::Handle(const QByteArray &request) {
+    log.Write(clock.elapsed(), "rx", request);
+    Record(requests, request);
+    if (onRequest) {
+        onRequest(request);
+    }
+    // The callback may have pulled the plug.
+    if (!terminal.IsOpen() || !Hears(request)) {
+        ++statistics.ignored;
+        return;
+    }
+    ++statistics.requests;
+    const bool isBroadcast = request.at(0) == broadcast;
+    if (faults.exception != 0) {
+        if (!isBroadcast) {
+            ++statistics.exceptions;
+            Reply(ModbusSlave::ExceptionReply(request, faults.exception), request.size());
+        }
+        return;
+    }
+    Measure();
+    Outcome outcome = ModbusSlave(*registers).Execute(request, line.addressing);
+    for (const auto &write : outcome.writes) {
+        Record(writes, write);
+    }
+    if (outcome.refused && !isBroadcast) {
+        ++statistics.exceptions;
+    }
+    Reply(std::move(outcome.reply), request.size());
+}
+
+// New line settings and boot mode wait until the reply is out.
+void SimulatedSensor::Private::Reply(QByteArray reply, qsizetype requestSize) {
+    if (!reply.isEmpty()) {
+        Distort(reply);
+    }
+    if (!reply.isEmpty()) {
+        ++statistics.replies;
+    }
+    Transmission transmission{std::move(reply), static_cast<double>(faults.latencyMs), 0};
+    if (faults.pace) {
+        // The request has arrived in no time; a wire would have taken its time and the silence after it.
+        transmission.characterMs = line.CharacterMs();
+        transmission.waitMs +=
+            (static_cast<double>(requestSize) + silentCharacters) * transmission.characterMs;
+    }
+    transmitter.Send(std::move(transmission));
+}
+
+void SimulatedSensor::Private::Distort(QByteArray &reply) {
+    if (Chance(faults.drop)) {
+        reply.clear();
+    } else if (Chance(faults.corrupt)) {
+        const qsizetype index = static_cast<qsizetype>(random() % static_cast<quint32>(reply.size()));
+        reply[index] = static_cast<char>(reply.at(index) ^ (1 << random() % 8));
+    }
+}
+
+bool SimulatedSensor::Private::Chance(double probability) {
+    return probability > 0 && static_cast<double>(random()) / (1.0 + std::mt19937::max()) < probability;
+}
+
+void SimulatedSensor::Private::LineIdle() {
+    if (!registers) {
+        return;
+    }
+    if (leaveBootMode) {
+        Reset();
+        return;
+    }
+    TakeLine();
+    if (registers->TakeBootRequest()) {
+        bootMode = true;
+        if (bootLoader) {
+            bootLoader->Enter();
+        }
+    }
+}
+
+SimulatedSensor::SimulatedSensor(SensorOptions options) : d_(std::make_unique<Private>(std::move(options))) {}
+
+SimulatedSensor::~SimulatedSensor() = default;
+
+QString SimulatedSensor::Start() {
+    return d_->Start();
+}
+
+QString SimulatedSensor::Execute(const QString &commandLine) {
+    return Commands(*this).Run(commandLine);
+}
+
+QString SimulatedSensor::Path() const {
+    return d_->terminal.Path();
+}
+
+void SimulatedSensor::Unplug() {
+    d_->Unplug();
+}
+
+QString SimulatedSensor::Plug() {
+    return d_->Plug();
+}
+
+void SimulatedSensor::Reset() {
+    d_->Reset();
+}
+
+int SimulatedSensor::Count() const {
+    return d_->table.Count();
+}
+
+int SimulatedSensor::Register(int number) {
+    d_->Measure();
+    return d_->registers->Value(number);
+}
+
+bool SimulatedSensor::SetRegister(int number, int value) {
+    Registers &registers = *d_->registers;
+    if (!registers.Has(number) || !registers.Holds(number, value)) {
+        return false;
+    }
+    if (SensorModel::Measures(number)) {
+        d_->model.Hold(number, value);
+        return true;
+    }
+    registers.Write(number, value);
+    d_->LineIdle();
+    return true;
+}
+
+bool SimulatedSensor::Release(int number) {
+    d_->model.Release(number);
+    return SensorModel::Measures(number);
+}
+
+void SimulatedSensor::HoldTarget(std::optional<int> distance) {
+    d_->model.HoldTarget(distance);
+}
+
+const LineSettings &SimulatedSensor::Line() const {
+    return d_->line;
+}
+
+LineFaults &SimulatedSensor::Faults() {
+    return d_->faults;
+}
+
+bool SimulatedSensor::InBootMode() const {
+    return d_->bootMode;
+}
+
+void SimulatedSensor::SetBootLoader(std::unique_ptr<BootLoader> bootLoader) {
+    d_->bootLoader = std::move(bootLoader);
+}
+
+std::vector<QByteArray> SimulatedSensor::Requests() const {
+    return {d_->requests.begin(), d_->requests.end()};
+}
+
+std::vector<std::pair<int, int>> SimulatedSensor::Writes() const {
+    return {d_->writes.begin(), d_->writes.end()};
+}
+
+void SimulatedSensor::ClearRecords() {
+    d_->requests.clear();
+    d_->writes.clear();
+}
+
+void SimulatedSensor::OnRequest(std::function<void(const QByteArray &)> callback) {
+    d_->onRequest = std::move(callback);
+}
+
+const Statistics &SimulatedSensor::Stats() const {
+    return d_->statistics;
+}
+
+} // namespace sim

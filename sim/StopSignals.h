@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QSocketNotifier>
+
+#include <functional>
+#include <memory>
+
+namespace sim {
+
+// Turns the signals that end a program into a call from the event loop. One per program.
+class StopSignals {
+public:
+    explicit StopSignals(std::function<void()> onStop);
+
+private:
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+} // namespace sim

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace sim {
+
+// Values as they are typed, on the command line and as commands.
+std::optional<int> WholeNumber(const QString &text, int min, int max);
+std::optional<double> Probability(const QString &text);
+std::optional<bool> OnOff(const QString &text);
+// "12.5" gives 1250.
+std::optional<int> Hundredths(const QString &text, int max);
+
+} // namespace sim

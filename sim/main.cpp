@@ -1,0 +1,59 @@
+#include "sim/LineReader.h"
+#include "sim/OptionsParser.h"
+#include "sim/SimulatedSensor.h"
+#include "sim/StopSignals.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr int wrongUsage = 2;
+constexpr int failed = 1;
+
+void Print(std::FILE *stream, const QString &text) {
+    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fflush(stream);
+}
+
+} // namespace
+
+int main(int argc, char *argv[]) {
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("ztv-sim"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ZTV_VERSION));
+
+    const sim::ParsedOptions parsed = sim::ParseOptions(QCoreApplication::arguments());
+    if (!parsed.error.isEmpty()) {
+        Print(stderr, QStringLiteral("ztv-sim: %1\n").arg(parsed.error));
+        return wrongUsage;
+    }
+    if (!parsed.text.isEmpty()) {
+        Print(stdout, parsed.text);
+        return 0;
+    }
+
+    const sim::StopSignals stop([] { QCoreApplication::quit(); });
+    sim::SimulatedSensor sensor(parsed.options);
+    const QString error = sensor.Start();
+    if (!error.isEmpty()) {
+        Print(stderr, QStringLiteral("ztv-sim: %1\n").arg(error));
+        return failed;
+    }
+    Print(stdout, QStringLiteral("port %1\n").arg(sensor.Path()));
+
+    const sim::LineReader commands(STDIN_FILENO, [&sensor](const QByteArray &bytes) {
+        const QString line = QString::fromUtf8(bytes).trimmed();
+        const QString reply = sensor.Execute(line);
+        if (!reply.isEmpty()) {
+            Print(stdout, reply + QLatin1Char('\n'));
+        }
+        if (line == QLatin1String("quit")) {
+            QCoreApplication::quit();
+        }
+    });
+    return QCoreApplication::exec();
+}

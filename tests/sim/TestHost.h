@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <termios.h>
+
+namespace sim::test {
+
+QByteArray Hex(const char *text);
+QByteArray FrameOf(const char *hexWithoutCrc);
+
+// The other end of the line.
+class TestHost {
+public:
+    explicit TestHost(const QString &path, speed_t speed = B38400, tcflag_t flags = CSTOPB);
+    ~TestHost();
+    TestHost(const TestHost &) = delete;
+    TestHost &operator=(const TestHost &) = delete;
+
+    bool IsOpen() const { return descriptor_ >= 0; }
+    void Set(speed_t speed, tcflag_t flags) const;
+    void Write(const QByteArray &bytes) const;
+    // What is there now.
+    QByteArray Read() const;
+    // The next bytes, that many.
+    QByteArray Await(qsizetype size) const;
+    bool HangsUp() const;
+
+private:
+    int descriptor_ = -1;
+};
+
+} // namespace sim::test

@@ -1,0 +1,22 @@
+set(ZTV_SIM_TESTS
+    sim/AnalogOutput_test.cpp
+    sim/Commands_test.cpp
+    sim/Crc_test.cpp
+    sim/FrameLog_test.cpp
+    sim/LineReader_test.cpp
+    sim/LineSettings_test.cpp
+    sim/ModbusSlave_test.cpp
+    sim/OptionsParser_test.cpp
+    sim/ParameterTable_test.cpp
+    sim/PseudoTerminal_test.cpp
+    sim/Registers_test.cpp
+    sim/Relay_test.cpp
+    sim/RequestAssembler_test.cpp
+    sim/SensorFixture.cpp
+    sim/SensorModel_test.cpp
+    sim/SimulatedSensor_test.cpp
+    sim/StopSignals_test.cpp
+    sim/TestHost.cpp
+    sim/TestPresets.cpp
+    sim/Transmitter_test.cpp
+    sim/ValueText_test.cpp)
