@@ -1,0 +1,127 @@
+// Shows the program against the simulated sensor where nobody can click: goes online, visits each tab and
+// dialog, prints the distances that it sees and leaves a picture of each.
+
+#include "link/ui/FormReadWrite.h"
+#include "model/ParamDefines.h"
+#include "shell/Application.h"
+#include "shell/FormMain.h"
+#include "sim/SimulatedSensor.h"
+#include "support/ProgramFolder.h"
+#include "tabs/TabTable.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+// Prints what would be a box, and goes on.
+class PrintedDialogs : public UserDialogs {
+public:
+    BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &) override {
+        std::printf("box: %s\n", qPrintable(text));
+        return style.buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Yes;
+    }
+};
+
+void Watch(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+class Tour {
+public:
+    Tour(FormMain &form, const QString &folder) : form_(form), folder_(folder) {}
+
+    bool Run() {
+        form_.show();
+        Picture(form_, QStringLiteral("basic-offline"));
+        FormReadWrite direction(&form_);
+        direction.show();
+        Picture(direction, QStringLiteral("read-write"));
+        direction.close();
+
+        form_.GoOnline(1);
+        const QStringList distances = WatchDistances();
+        std::printf("distances seen: %s\n", qPrintable(distances.join(QStringLiteral(", "))));
+        auto *strip = form_.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
+        for (int index = 0; index < strip->count(); ++index) {
+            strip->setCurrentIndex(index);
+            Watch(500);
+            Picture(form_, QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key).toLower());
+        }
+        form_.resize(form_.size() * 1.4);
+        strip->setCurrentIndex(Tab::Distance - 1);
+        Watch(500);
+        Picture(form_, QStringLiteral("distance-large"));
+        form_.GoOffline();
+        return ok_ && distances.size() > 1;
+    }
+
+private:
+    // The different distances of two seconds.
+    QStringList WatchDistances() {
+        QStringList distances;
+        QElapsedTimer elapsed;
+        for (elapsed.start(); elapsed.elapsed() < 2000;) {
+            Watch(100);
+            const std::int16_t tag = ParamDefines::ActualDistance;
+            const QString text = form_.Zentrova().FormatRaw(form_.Zentrova().ParamValue(tag), tag);
+            if (distances.isEmpty() || distances.last() != text) {
+                distances.append(text);
+            }
+        }
+        return distances;
+    }
+
+    void Picture(QWidget &widget, const QString &name) {
+        Watch(50);
+        const QString file = folder_ + u'/' + name + QStringLiteral(".png");
+        const bool saved = widget.grab().save(file);
+        std::printf("%s %s\n", saved ? "picture" : "can't write", qPrintable(file));
+        ok_ = ok_ && saved;
+    }
+
+    FormMain &form_;
+    QString folder_;
+    bool ok_ = true;
+};
+
+} // namespace
+
+int main(int argc, char *argv[]) {
+    Application application(argc, argv);
+    if (application.arguments().size() != 2) {
+        std::fprintf(stderr, "usage: ztv-tour FOLDER\n");
+        return 2;
+    }
+    const QString folder = application.arguments().at(1);
+    QDir().mkpath(folder);
+    const QTemporaryDir configuration; // a tour leaves no settings behind
+    qputenv("XDG_CONFIG_HOME", configuration.path().toLocal8Bit());
+
+    sim::SensorOptions options;
+    options.presets = ProgramFolder() + QStringLiteral("/Presets.fil");
+    sim::SimulatedSensor sensor(options);
+    const QString error = sensor.Start();
+    if (!error.isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(error));
+        return EXIT_FAILURE;
+    }
+    qputenv("ZTVLINK_PORT_1", sensor.Path().toLocal8Bit());
+
+    PrintedDialogs dialogs;
+    SettingsStore settings(QStringLiteral("ZTV Link"));
+    FormMain form({.dialogs = dialogs,
+                   .settings = settings,
+                   .programFolder = ProgramFolder(),
+                   .commandText = QStringLiteral("/CHECKOUT"),
+                   .ctrlKeyIsDown = [] { return false; }});
+    return Tour(form, folder).Run() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
