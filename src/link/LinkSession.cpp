@@ -60,14 +60,18 @@ ParityStopCodes ParityStopCodesOf(std::int16_t parityStop) {
 } // namespace
 
 LinkSession::LinkSession(ClassZentrova &zentrova, Surroundings surroundings, QObject *parent)
-    : QObject(parent), zentrova_(zentrova), surroundings_(std::move(surroundings)),
+    : QObject(parent),
+      zentrova_(zentrova),
+      surroundings_(std::move(surroundings)),
       mbaxp1_(surroundings_.deviceOfPort) {
     connect(&mbaxp1_, &Mbaxp::TransactionDone, this, &LinkSession::TransactionDone);
     connect(&mbaxp1_, &Mbaxp::TransactionFailed, this, &LinkSession::TransactionFailed);
     zentrova_.ConnectTo(this);
 }
 
-LinkSession::~LinkSession() { zentrova_.ConnectTo(nullptr); }
+LinkSession::~LinkSession() {
+    zentrova_.ConnectTo(nullptr);
+}
 
 void LinkSession::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
                                           std::int16_t timeoutMs) {
@@ -139,7 +143,9 @@ void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
     mbaxp1_.TriggerOnce(LinkTransaction::SingleWrite);
 }
 
-std::int16_t LinkSession::WrittenParameter() const { return ToInt16(ToNumber(mbaxp1_.Tag())); }
+std::int16_t LinkSession::WrittenParameter() const {
+    return ToInt16(ToNumber(mbaxp1_.Tag()));
+}
 
 void LinkSession::TransactionDone(std::int16_t transaction) {
     SetStatus(QStringLiteral(" Online"));

@@ -87,11 +87,11 @@ public:
     void TransactionFailed(std::int16_t transaction, std::int16_t status);
 
 Q_SIGNALS:
-    void StatusChanged(const QString &text);   // the text of the status bar
-    void OnlineChanged(bool online);           // the port was opened or closed
-    void FirstReadComplete();                  // the first poll since going online is in the table
-    void DeviceAnswered(std::int16_t status);  // the search probe ended; 0 means a good answer
-    void TableRefreshed();                     // after every good transaction: what shows may be old
+    void StatusChanged(const QString &text);  // the text of the status bar
+    void OnlineChanged(bool online);          // the port was opened or closed
+    void FirstReadComplete();                 // the first poll since going online is in the table
+    void DeviceAnswered(std::int16_t status); // the search probe ended; 0 means a good answer
+    void TableRefreshed();                    // after every good transaction: what shows may be old
 
 private:
     void WriteComplete();

@@ -47,7 +47,8 @@ bool RepliesLookAlike(const ModbusFrame::Request &a, const ModbusFrame::Request 
 } // namespace
 
 Mbaxp::Mbaxp(std::function<QString(std::int16_t)> deviceOfPort, QObject *parent)
-    : QObject(parent), deviceOfPort_(std::move(deviceOfPort)) {
+    : QObject(parent),
+      deviceOfPort_(std::move(deviceOfPort)) {
     clock_.start();
     wake_.setSingleShot(true);
     wake_.setTimerType(Qt::PreciseTimer);
@@ -370,7 +371,8 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
         transaction.once = false;
     }
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
-    lateReplyPossible_ = !done && verdict.status >= LinkStatus::Timeout && verdict.status < LinkStatus::WriteError;
+    lateReplyPossible_ =
+        !done && verdict.status >= LinkStatus::Timeout && verdict.status < LinkStatus::WriteError;
     lateReplyUntilUs_ = NowUs() + inForce_.responseTimeout * qint64{1000};
     if (done && request_.function == ModbusFrame::ReadHoldingRegisters &&
         transaction.buffer.size() == verdict.words.size()) {

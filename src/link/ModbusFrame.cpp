@@ -27,7 +27,9 @@ constexpr std::array<std::uint16_t, 256> crcTable = [] {
     return table;
 }();
 
-std::uint8_t ByteAt(QByteArrayView bytes, qsizetype index) { return static_cast<std::uint8_t>(bytes[index]); }
+std::uint8_t ByteAt(QByteArrayView bytes, qsizetype index) {
+    return static_cast<std::uint8_t>(bytes[index]);
+}
 
 std::uint16_t WordAt(QByteArrayView bytes, qsizetype index) {
     return static_cast<std::uint16_t>(ByteAt(bytes, index) << 8 | ByteAt(bytes, index + 1));
@@ -38,9 +40,13 @@ void AppendWord(QByteArray &bytes, std::uint16_t word) {
     bytes.append(static_cast<char>(word & 0xFF));
 }
 
-bool HasGoodCrc(QByteArrayView frame) { return Crc(frame) == 0; }
+bool HasGoodCrc(QByteArrayView frame) {
+    return Crc(frame) == 0;
+}
 
-Verdict Failed(std::int16_t status) { return {.kind = Verdict::Kind::Failed, .status = status, .words = {}}; }
+Verdict Failed(std::int16_t status) {
+    return {.kind = Verdict::Kind::Failed, .status = status, .words = {}};
+}
 
 Verdict CompleteRead(QByteArrayView frame, int quantity) {
     Verdict verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}};
@@ -189,7 +195,9 @@ int ReplyLength(const Request &request) {
                                                     : writeReplyLength;
 }
 
-Verdict Judge(const Request &request, QByteArrayView received) { return Scan(request, received, true); }
+Verdict Judge(const Request &request, QByteArrayView received) {
+    return Scan(request, received, true);
+}
 
 Verdict JudgeAtEnd(const Request &request, QByteArrayView received) {
     const Verdict verdict = Scan(request, received, false);

@@ -2,6 +2,8 @@
 
 #include "link/LinkStatus.h"
 
+#include <QFileInfo>
+
 #ifdef Q_OS_LINUX
 #include <linux/serial.h>
 #include <sys/ioctl.h>
@@ -19,6 +21,12 @@ void AskForLowLatency([[maybe_unused]] const QSerialPort &port) {
         ioctl(port.handle(), TIOCSSERIAL, &serial);
     }
 #endif
+}
+
+// A pseudo terminal carries no parity bit and refuses to be set to one; what runs behind it, a simulated
+// sensor or a network adapter, is reached all the same.
+bool CarriesParity(const QString &device) {
+    return !QFileInfo(device).canonicalFilePath().startsWith(QStringLiteral("/dev/pts/"));
 }
 
 } // namespace
@@ -41,7 +49,7 @@ std::int16_t SerialLine::Open(const LineSettings &settings) {
     std::int16_t status = LinkStatus::NoError;
     if (!port_.setBaudRate(settings.bitsPerSecond)) {
         status = LinkStatus::BaudRateRefused;
-    } else if (!port_.setParity(settings.parity)) {
+    } else if (!port_.setParity(settings.parity) && CarriesParity(settings.device)) {
         status = LinkStatus::ParityRefused;
     } else if (!port_.setStopBits(settings.stopBits)) {
         status = LinkStatus::StopBitsRefused;
@@ -62,7 +70,9 @@ void SerialLine::Close() {
     }
 }
 
-bool SerialLine::IsOpen() const { return port_.isOpen() && !hungUp_; }
+bool SerialLine::IsOpen() const {
+    return port_.isOpen() && !hungUp_;
+}
 
 void SerialLine::ClearInput() {
     if (IsOpen()) {
@@ -87,7 +97,8 @@ QByteArray SerialLine::TakeInput() {
 }
 
 void SerialLine::OnError(QSerialPort::SerialPortError error) {
-    const bool deviceIsGone = error == QSerialPort::ResourceError || error == QSerialPort::DeviceNotFoundError ||
+    const bool deviceIsGone = error == QSerialPort::ResourceError ||
+                              error == QSerialPort::DeviceNotFoundError ||
                               error == QSerialPort::PermissionError || error == QSerialPort::ReadError ||
                               error == QSerialPort::WriteError;
     if (!deviceIsGone || !port_.isOpen() || hungUp_) {

@@ -27,8 +27,9 @@ QString DeviceOfPort(const SettingsStore &settings, std::int16_t number) {
 
 QString PermissionAdvice([[maybe_unused]] const QString &device) {
 #ifdef Q_OS_UNIX
-    const bool refused = faccessat(AT_FDCWD, QFile::encodeName(device).constData(), R_OK | W_OK, AT_EACCESS) != 0 &&
-                         errno == EACCES;
+    const bool refused =
+        faccessat(AT_FDCWD, QFile::encodeName(device).constData(), R_OK | W_OK, AT_EACCESS) != 0 &&
+        errno == EACCES;
     if (!refused) {
         return {};
     }
@@ -37,8 +38,9 @@ QString PermissionAdvice([[maybe_unused]] const QString &device) {
         return QStringLiteral("You have no permission to use %1. Ask the machine's administrator for it.")
             .arg(device);
     }
-    return QStringLiteral("You have no permission to use %1. It belongs to the group \"%2\". To join the group, run\n\n"
-                          "    sudo usermod -a -G %2 $USER\n\nand log in again.")
+    return QStringLiteral(
+               "You have no permission to use %1. It belongs to the group \"%2\". To join the group, run\n\n"
+               "    sudo usermod -a -G %2 $USER\n\nand log in again.")
         .arg(device, group);
 #else
     return {};

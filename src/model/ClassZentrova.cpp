@@ -23,7 +23,9 @@ void ClassZentrova::InitParamsFromPresetsFile(const QString &programFolder) {
 const ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) const {
     return Element(rows_, Tag, "parameter");
 }
-ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) { return Element(rows_, Tag, "parameter"); }
+ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) {
+    return Element(rows_, Tag, "parameter");
+}
 
 QString ClassZentrova::BaudRateString(std::int16_t Index) const {
     return Element(baudRates_, Index, "BaudRateString");
@@ -33,10 +35,18 @@ QString ClassZentrova::ParityStopString(std::int16_t Index) const {
     return Element(parityStops_, Index, "ParityStopString");
 }
 
-std::int32_t ClassZentrova::ParamMin(std::int16_t Tag) const { return RowOf(Tag).preset.minimum; }
-std::int32_t ClassZentrova::ParamMax(std::int16_t Tag) const { return RowOf(Tag).preset.maximum; }
-std::int32_t ClassZentrova::ParamPreset(std::int16_t Tag) const { return RowOf(Tag).preset.preset; }
-std::int32_t ClassZentrova::ParamValue(std::int16_t Tag) const { return RowOf(Tag).value; }
+std::int32_t ClassZentrova::ParamMin(std::int16_t Tag) const {
+    return RowOf(Tag).preset.minimum;
+}
+std::int32_t ClassZentrova::ParamMax(std::int16_t Tag) const {
+    return RowOf(Tag).preset.maximum;
+}
+std::int32_t ClassZentrova::ParamPreset(std::int16_t Tag) const {
+    return RowOf(Tag).preset.preset;
+}
+std::int32_t ClassZentrova::ParamValue(std::int16_t Tag) const {
+    return RowOf(Tag).value;
+}
 
 void ClassZentrova::ParamValue(std::int16_t Tag, std::int32_t NewValue) {
     Row &row = RowOf(Tag);
@@ -62,13 +72,27 @@ void ClassZentrova::ParamUpdate(std::int16_t Tag, std::int32_t NewValue) {
     }
 }
 
-bool ClassZentrova::ParamReadOnly(std::int16_t Tag) const { return RowOf(Tag).preset.readOnly; }
-bool ClassZentrova::ParamSigned(std::int16_t Tag) const { return RowOf(Tag).preset.isSigned; }
-bool ClassZentrova::ParamWritePending(std::int16_t Tag) const { return RowOf(Tag).writePending; }
-void ClassZentrova::ParamWritePending(std::int16_t Tag, bool pending) { RowOf(Tag).writePending = pending; }
-QString ClassZentrova::ParamName(std::int16_t Tag) const { return RowOf(Tag).preset.name; }
-QString ClassZentrova::ParamGroup(std::int16_t Tag) const { return RowOf(Tag).group; }
-std::int16_t ClassZentrova::ParamUnits(std::int16_t Tag) const { return RowOf(Tag).preset.units; }
+bool ClassZentrova::ParamReadOnly(std::int16_t Tag) const {
+    return RowOf(Tag).preset.readOnly;
+}
+bool ClassZentrova::ParamSigned(std::int16_t Tag) const {
+    return RowOf(Tag).preset.isSigned;
+}
+bool ClassZentrova::ParamWritePending(std::int16_t Tag) const {
+    return RowOf(Tag).writePending;
+}
+void ClassZentrova::ParamWritePending(std::int16_t Tag, bool pending) {
+    RowOf(Tag).writePending = pending;
+}
+QString ClassZentrova::ParamName(std::int16_t Tag) const {
+    return RowOf(Tag).preset.name;
+}
+QString ClassZentrova::ParamGroup(std::int16_t Tag) const {
+    return RowOf(Tag).group;
+}
+std::int16_t ClassZentrova::ParamUnits(std::int16_t Tag) const {
+    return RowOf(Tag).preset.units;
+}
 
 QString ClassZentrova::ParamLookUp(std::int16_t UnitCode, std::int32_t Value) const {
     return Element(Element(units_, UnitCode, "unit"), Value, "unit text");

@@ -6,7 +6,8 @@
 #include <utility>
 
 // Element `index` of an array, or a subscript fault that says which array and which index.
-template <typename Array> auto &Element(Array &array, std::int64_t index, const char *name) {
+template <typename Array>
+auto &Element(Array &array, std::int64_t index, const char *name) {
     if (!std::in_range<std::size_t>(index) || static_cast<std::size_t>(index) >= array.size()) {
         throw Fault::Subscript(
             QStringLiteral("%1(%2), with %3 elements").arg(QLatin1String(name)).arg(index).arg(array.size()));

@@ -9,7 +9,9 @@
 
 namespace {
 
-bool IsScaled(std::int16_t decimalPlaces) { return decimalPlaces >= 1 && decimalPlaces <= 3; }
+bool IsScaled(std::int16_t decimalPlaces) {
+    return decimalPlaces >= 1 && decimalPlaces <= 3;
+}
 
 } // namespace
 
@@ -69,9 +71,13 @@ QString StripUnitSuffix(const ClassZentrova &zentrova, const QString &text, std:
     return matches ? text.chopped(std::min<qsizetype>(1, text.size())) : text;
 }
 
-std::int16_t SignedFromUnsigned(std::int32_t value) { return ToInt16(value <= 32767 ? value : value - 65536.0); }
+std::int16_t SignedFromUnsigned(std::int32_t value) {
+    return ToInt16(value <= 32767 ? value : value - 65536.0);
+}
 
-std::int32_t UnsignedFromSigned(std::int16_t word) { return word >= 0 ? word : word + 65536; }
+std::int32_t UnsignedFromSigned(std::int16_t word) {
+    return word >= 0 ? word : word + 65536;
+}
 
 double InterpolateClipped(double x, double x0, double x1, double y0, double y1) {
     if (x <= x0) {

@@ -11,6 +11,8 @@ std::vector<QString> Texts(std::initializer_list<const char *> values) {
     return texts;
 }
 
-std::vector<std::int16_t> Integers(std::initializer_list<std::int16_t> values) { return values; }
+std::vector<std::int16_t> Integers(std::initializer_list<std::int16_t> values) {
+    return values;
+}
 
 } // namespace InitArray

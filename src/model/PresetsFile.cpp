@@ -49,8 +49,9 @@ std::vector<PresetRow> ReadRows(ReadOnlyDatabase &database, std::int16_t count) 
             return true;
         });
     if (rows.size() < static_cast<std::size_t>(count)) {
-        throw database.Failure(
-            QStringLiteral("table Parameters has %1 records, fewer than its count %2").arg(rows.size()).arg(count));
+        throw database.Failure(QStringLiteral("table Parameters has %1 records, fewer than its count %2")
+                                   .arg(rows.size())
+                                   .arg(count));
     }
     return rows;
 }

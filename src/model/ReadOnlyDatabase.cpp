@@ -21,7 +21,9 @@ SQLite::Database Open(const QString &fileName) {
 
 } // namespace
 
-bool DatabaseRecord::IsNull(int column) const { return statement_.getColumn(column).isNull(); }
+bool DatabaseRecord::IsNull(int column) const {
+    return statement_.getColumn(column).isNull();
+}
 
 std::int64_t DatabaseRecord::Integer(int column, std::int64_t lowest, std::int64_t highest) const {
     const SQLite::Column value = statement_.getColumn(column);
@@ -30,7 +32,8 @@ std::int64_t DatabaseRecord::Integer(int column, std::int64_t lowest, std::int64
     }
     const std::int64_t number = value.getInt64();
     if (number < lowest || number > highest) {
-        Fail(column, QStringLiteral("holds %1, which isn't within %2 to %3").arg(number).arg(lowest).arg(highest));
+        Fail(column,
+             QStringLiteral("holds %1, which isn't within %2 to %3").arg(number).arg(lowest).arg(highest));
     }
     return number;
 }
@@ -63,8 +66,9 @@ QString DatabaseRecord::Text(int column) const {
 }
 
 void DatabaseRecord::Fail(int column, const QString &what) const {
-    throw DatabaseFault(where_, QStringLiteral("column %1 %2")
-                                    .arg(QString::fromUtf8(statement_.getColumnName(column)), what));
+    throw DatabaseFault(
+        where_,
+        QStringLiteral("column %1 %2").arg(QString::fromUtf8(statement_.getColumnName(column)), what));
 }
 
 ReadOnlyDatabase::ReadOnlyDatabase(const QString &fileName) : fileName_(fileName), database_(Open(fileName)) {
@@ -85,7 +89,8 @@ void ReadOnlyDatabase::RequirePlainTable(const char *table) {
     }
     const QString type = QString::fromStdString(query.getColumn(0).getString());
     const QString sql = QString::fromStdString(query.getColumn(1).getString());
-    if (type != QStringLiteral("table") || sql.startsWith(QStringLiteral("CREATE VIRTUAL"), Qt::CaseInsensitive)) {
+    if (type != QStringLiteral("table") ||
+        sql.startsWith(QStringLiteral("CREATE VIRTUAL"), Qt::CaseInsensitive)) {
         throw Failure(QStringLiteral("%1 isn't a table").arg(QLatin1String(table)));
     }
 }
@@ -101,9 +106,8 @@ void ReadOnlyDatabase::ForEachRecord(const char *table, std::initializer_list<co
         }
         SQLite::Statement records(database_, "SELECT " + names + " FROM [" + table + "] ORDER BY rowid");
         for (std::int64_t position = 0; records.executeStep(); ++position) {
-            const QString where = QStringLiteral("%1, table %2, record %3")
-                                      .arg(fileName_, QLatin1String(table))
-                                      .arg(position);
+            const QString where =
+                QStringLiteral("%1, table %2, record %3").arg(fileName_, QLatin1String(table)).arg(position);
             if (!visit(DatabaseRecord(records, where))) {
                 return;
             }
@@ -113,4 +117,6 @@ void ReadOnlyDatabase::ForEachRecord(const char *table, std::initializer_list<co
     }
 }
 
-Fault ReadOnlyDatabase::Failure(const QString &message) const { return DatabaseFault(fileName_, message); }
+Fault ReadOnlyDatabase::Failure(const QString &message) const {
+    return DatabaseFault(fileName_, message);
+}

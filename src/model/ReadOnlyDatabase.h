@@ -12,7 +12,9 @@
 // The record that a walk over a table stands on. Its columns are those that were asked for, in that order.
 class DatabaseRecord {
 public:
-    DatabaseRecord(SQLite::Statement &statement, const QString &where) : statement_(statement), where_(where) {}
+    DatabaseRecord(SQLite::Statement &statement, const QString &where)
+        : statement_(statement),
+          where_(where) {}
 
     bool IsNull(int column) const;
 

@@ -29,7 +29,9 @@ constexpr int frameTopInStrip = 325;
 
 constexpr int titleBarAllowance = 32; // pixels of the window's title that must stay within reach
 
-int ToTwips(int pixels) { return pixels * Controls::TwipsPerPixel; }
+int ToTwips(int pixels) {
+    return pixels * Controls::TwipsPerPixel;
+}
 
 } // namespace
 
@@ -46,13 +48,13 @@ FormMain::FormMain(Surroundings surroundings) : surroundings_(std::move(surround
     PlaceWindow();
     zentrova_ = std::make_unique<ClassZentrova>(surroundings_.programFolder);
     link_ = std::make_unique<LinkSession>(
-        *zentrova_,
-        LinkSession::Surroundings{.dialogs = surroundings_.dialogs,
-                                  .deviceOfPort =
-                                      [this](std::int16_t number) {
-                                          return SerialPorts::DeviceOfPort(surroundings_.settings, number);
-                                      },
-                                  .askDirection = [this] { return AskDirection(); }});
+        *zentrova_, LinkSession::Surroundings{.dialogs = surroundings_.dialogs,
+                                              .deviceOfPort =
+                                                  [this](std::int16_t number) {
+                                                      return SerialPorts::DeviceOfPort(surroundings_.settings,
+                                                                                       number);
+                                                  },
+                                              .askDirection = [this] { return AskDirection(); }});
     link_->CommPort(comm.commPort);
     link_->BaudRate(comm.baudRate);
     link_->ParityStop(comm.parityStop);
@@ -81,9 +83,8 @@ BoxAnswer FormMain::Ask(const QString &question) {
 }
 
 void FormMain::AskToClearSettings(bool wanted) {
-    if (wanted &&
-        Ask(QStringLiteral("Clear all ") + ApplicationTitle() + QStringLiteral(" Registry Settings?")) ==
-            BoxAnswer::Yes) {
+    if (wanted && Ask(QStringLiteral("Clear all ") + ApplicationTitle() +
+                      QStringLiteral(" Registry Settings?")) == BoxAnswer::Yes) {
         surroundings_.settings.Clear();
     }
 }
@@ -146,7 +147,8 @@ void FormMain::BuildPages() {
     tabFrames_[Tab::Checkout] = new TabPage(Tab::Checkout, central);
     for (const Tab::Description &tab : Tab::Table) {
         TabPage *page = tabFrames_[static_cast<std::size_t>(tab.number)];
-        page->move(Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip, 0, 0).topLeft());
+        page->move(
+            Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip, 0, 0).topLeft());
         page->setVisible(tab.number == currentTab_);
     }
     tabStrip1_->lower();
@@ -207,7 +209,8 @@ void FormMain::ToggleOnline() {
 }
 
 void FormMain::Reinitialise() {
-    if (Ask(QStringLiteral("Are you sure? This will reset all parameters back to the factory default values.")) ==
+    if (Ask(QStringLiteral(
+            "Are you sure? This will reset all parameters back to the factory default values.")) ==
         BoxAnswer::Yes) {
         zentrova_->ParamValue(ParamDefines::ReinitCommand, ParamDefines::FactoryDefaults);
     }
@@ -234,7 +237,9 @@ void FormMain::SelectTab(int stripIndex) {
     UpdateDisplay();
 }
 
-void FormMain::UpdateDisplay() { tabFrames_[static_cast<std::size_t>(currentTab_)]->UpdateDisplay(); }
+void FormMain::UpdateDisplay() {
+    tabFrames_[static_cast<std::size_t>(currentTab_)]->UpdateDisplay();
+}
 
 void FormMain::resizeEvent(QResizeEvent *event) {
     QMainWindow::resizeEvent(event);
@@ -250,9 +255,8 @@ void FormMain::LayOut() {
     const int stripWidth = formWidth - 350;
     const int stripHeight = formHeight - 2300;
     tabStrip1_->setGeometry(Controls::FromTwips(stripLeft, stripTop, stripWidth, stripHeight));
-    tabFrames_[static_cast<std::size_t>(currentTab_)]->setGeometry(
-        Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip, stripWidth - 400,
-                            stripHeight - 800));
+    tabFrames_[static_cast<std::size_t>(currentTab_)]->setGeometry(Controls::FromTwips(
+        stripLeft + frameLeftInStrip, stripTop + frameTopInStrip, stripWidth - 400, stripHeight - 800));
 }
 
 void FormMain::closeEvent(QCloseEvent *event) {

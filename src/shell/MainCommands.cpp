@@ -69,7 +69,9 @@ constexpr std::array toolbarButtons = {
 
 constexpr int iconSize = 32;
 
-QString ButtonName(const char *key) { return QStringLiteral("Toolbar1(%1)").arg(QLatin1String(key)); }
+QString ButtonName(const char *key) {
+    return QStringLiteral("Toolbar1(%1)").arg(QLatin1String(key));
+}
 
 } // namespace
 
@@ -80,10 +82,12 @@ MainCommands::MainCommands(QMainWindow &window) : window_(window) {
 
 void MainCommands::BuildMenus() {
     for (const ::Menu &menu : Menus()) {
-        QMenu *shown = Controls::Named(window_.menuBar()->addMenu(QString::fromLatin1(menu.caption)), menu.name);
+        QMenu *shown =
+            Controls::Named(window_.menuBar()->addMenu(QString::fromLatin1(menu.caption)), menu.name);
         for (const Entry &entry : menu.entries) {
             const QString caption = QString::fromLatin1(entry.caption);
-            QAction *action = caption == QStringLiteral("-") ? shown->addSeparator() : shown->addAction(caption);
+            QAction *action =
+                caption == QStringLiteral("-") ? shown->addSeparator() : shown->addAction(caption);
             Controls::Named(action, entry.name);
             action->setShortcut(QKeySequence(QString::fromLatin1(entry.shortcut)));
             action->setEnabled(false);
@@ -99,8 +103,8 @@ void MainCommands::BuildToolbar() {
     toolbar->setIconSize(QSize(iconSize, iconSize));
     for (const ToolbarButton &button : toolbarButtons) {
         const QString key = QString::fromLatin1(button.key);
-        QAction *action = toolbar->addAction(
-            QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(button.icon))), key);
+        QAction *action =
+            toolbar->addAction(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(button.icon))), key);
         Controls::Named(action, ButtonName(button.key));
         action->setToolTip(QString::fromLatin1(button.toolTip));
         action->setEnabled(false);
@@ -116,5 +120,9 @@ QAction &MainCommands::Find(const QString &name) const {
     return *action;
 }
 
-QAction &MainCommands::Menu(const char *name) const { return Find(QString::fromLatin1(name)); }
-QAction &MainCommands::Button(const char *key) const { return Find(ButtonName(key)); }
+QAction &MainCommands::Menu(const char *name) const {
+    return Find(QString::fromLatin1(name));
+}
+QAction &MainCommands::Button(const char *key) const {
+    return Find(ButtonName(key));
+}

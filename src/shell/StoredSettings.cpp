@@ -36,9 +36,15 @@ constexpr std::array placeKeys = {
 
 constexpr double farthestTwips = 1'000'000; // beyond any screen
 
-QString Options() { return QStringLiteral("Options"); }
-QString Startup() { return QStringLiteral("Startup"); }
-QString WindowStateKey() { return QStringLiteral("WindowState"); }
+QString Options() {
+    return QStringLiteral("Options");
+}
+QString Startup() {
+    return QStringLiteral("Startup");
+}
+QString WindowStateKey() {
+    return QStringLiteral("WindowState");
+}
 
 } // namespace
 

@@ -1,7 +1,9 @@
 #include "support/Fault.h"
 
 Fault::Fault(Kind kind, const QString &description)
-    : cause_(kind), description_(description), utf8_(description.toUtf8()) {}
+    : cause_(kind),
+      description_(description),
+      utf8_(description.toUtf8()) {}
 
 Fault Fault::Subscript(const QString &what) {
     return Fault(Kind::Subscript, QStringLiteral("Subscript out of range: ") + what);

@@ -8,7 +8,8 @@
 
 namespace {
 
-template <typename Integer> Integer Narrow(double value) {
+template <typename Integer>
+Integer Narrow(double value) {
     const double whole = std::nearbyint(value); // the default rounding mode takes ties to even
     if (!(whole >= std::numeric_limits<Integer>::min() && whole <= std::numeric_limits<Integer>::max())) {
         throw Fault::Overflow(QStringLiteral("%1 doesn't fit %2 bits")
@@ -19,7 +20,9 @@ template <typename Integer> Integer Narrow(double value) {
     return static_cast<Integer>(whole);
 }
 
-bool IsDigit(QChar c) { return c >= u'0' && c <= u'9'; }
+bool IsDigit(QChar c) {
+    return c >= u'0' && c <= u'9';
+}
 
 // Moves past a run of digits and returns how many there were.
 qsizetype SkipDigits(QStringView text, qsizetype &at) {
@@ -93,9 +96,15 @@ void Increment(QByteArray &digits) {
 
 } // namespace
 
-std::int16_t ToInt16(double value) { return Narrow<std::int16_t>(value); }
-std::int32_t ToInt32(double value) { return Narrow<std::int32_t>(value); }
-std::uint8_t ToUInt8(double value) { return Narrow<std::uint8_t>(value); }
+std::int16_t ToInt16(double value) {
+    return Narrow<std::int16_t>(value);
+}
+std::int32_t ToInt32(double value) {
+    return Narrow<std::int32_t>(value);
+}
+std::uint8_t ToUInt8(double value) {
+    return Narrow<std::uint8_t>(value);
+}
 
 bool IsNumeric(const QString &text) {
     double value = 0;

@@ -42,12 +42,8 @@ struct Field {
 // A label in the group, as far to the right of its box's middle as to its left.
 constexpr Field InGroup(std::int16_t tag, const char *caption, int boxLeft, int boxTop, int labelLeft,
                         int labelTop) {
-    return {tag,
-            caption,
-            Home::Group,
-            boxLeft,
-            boxTop,
-            {labelLeft, labelTop, 2 * (boxLeft - labelLeft) + BoxWidth, LabelHeight},
+    return {tag,     caption, Home::Group,
+            boxLeft, boxTop,  {labelLeft, labelTop, 2 * (boxLeft - labelLeft) + BoxWidth, LabelHeight},
             false};
 }
 
@@ -60,8 +56,15 @@ inline constexpr std::array Table = {
     InGroup(ParamDefines::NearDistance, "Near Distance", 3120, 3960, 2880, 3720),
     InGroup(ParamDefines::FarDistance, "Far Distance", 6120, 3960, 6000, 3720),
     InGroup(ParamDefines::MaxRange, "Max Range", 8040, 3960, 7920, 3720),
-    Field{ParamDefines::ActualDistance, "Actual Distance", Home::ActualDist, 240, 240, {0, 0, 1215, 240}, true},
-    Field{ParamDefines::OutputVoltage, "Output Voltage", Home::OutputVoltage, 240, 345, {165, 0, 885, 345}, true},
+    Field{
+        ParamDefines::ActualDistance, "Actual Distance", Home::ActualDist, 240, 240, {0, 0, 1215, 240}, true},
+    Field{ParamDefines::OutputVoltage,
+          "Output Voltage",
+          Home::OutputVoltage,
+          240,
+          345,
+          {165, 0, 885, 345},
+          true},
     Field{ParamDefines::ManualOutput, "Manual Output", Home::ManOutput, 105, 345, {30, 0, 885, 345}, false},
 };
 

@@ -20,8 +20,8 @@ struct Description {
 };
 
 inline constexpr std::array Table = {
-    Description{Basic, "Basic", "&Basic", 1020},          Description{Advanced, "Advanced", "&Advanced", 1030},
-    Description{Wizard, "Wizard", "&Wizard", 1040},       Description{Distance, "Distance", "&Distance", 1050},
+    Description{Basic, "Basic", "&Basic", 1020},       Description{Advanced, "Advanced", "&Advanced", 1030},
+    Description{Wizard, "Wizard", "&Wizard", 1040},    Description{Distance, "Distance", "&Distance", 1050},
     Description{Checkout, "Checkout", "&Checkout", 0},
 };
 

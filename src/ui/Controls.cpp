@@ -10,7 +10,9 @@ namespace {
 
 constexpr int smallestLegiblePixels = 8;
 
-int ToPixels(double twips) { return static_cast<int>(std::lround(twips / TwipsPerPixel)); }
+int ToPixels(double twips) {
+    return static_cast<int>(std::lround(twips / TwipsPerPixel));
+}
 
 } // namespace
 

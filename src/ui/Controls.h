@@ -17,12 +17,14 @@ QRect FromTwips(double left, double top, double width, double height);
 QString Member(const char *array, int index);
 
 // Names a control for whoever looks it up.
-template <typename Control> Control *Named(Control *control, const QString &name) {
+template <typename Control>
+Control *Named(Control *control, const QString &name) {
     control->setObjectName(name);
     return control;
 }
 
-template <typename Control> Control *Named(Control *control, const char *name) {
+template <typename Control>
+Control *Named(Control *control, const char *name) {
     return Named(control, QString::fromLatin1(name));
 }
 

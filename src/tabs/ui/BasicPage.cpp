@@ -8,7 +8,9 @@ namespace {
 
 constexpr int boxPadding = 6; // pixels of a box that its frame and margins take
 
-QRect ToPixels(const BasicFields::Rectangle &r) { return Controls::FromTwips(r.left, r.top, r.width, r.height); }
+QRect ToPixels(const BasicFields::Rectangle &r) {
+    return Controls::FromTwips(r.left, r.top, r.width, r.height);
+}
 
 QFrame *AddFrame(QWidget *parent, const char *name, const BasicFields::Rectangle &place) {
     auto *frame = Controls::Named(new QFrame(parent), name);
@@ -17,14 +19,19 @@ QFrame *AddFrame(QWidget *parent, const char *name, const BasicFields::Rectangle
     return frame;
 }
 
-bool Wraps(const BasicFields::Field &field) { return field.label.height > BasicFields::LabelHeight; }
+bool Wraps(const BasicFields::Field &field) {
+    return field.label.height > BasicFields::LabelHeight;
+}
 
-QString TagToolTip(std::int16_t tag) { return QStringLiteral("Tag=%1").arg(tag); }
+QString TagToolTip(std::int16_t tag) {
+    return QStringLiteral("Tag=%1").arg(tag);
+}
 
 } // namespace
 
 BasicPage::BasicPage(const ClassZentrova &zentrova, QWidget *parent)
-    : TabPage(1, parent), zentrova_(zentrova) {
+    : TabPage(1, parent),
+      zentrova_(zentrova) {
     ChooseFonts();
     QFrame *group = AddFrame(this, "FrameGraphGroup", BasicFields::FrameGraphGroup);
 

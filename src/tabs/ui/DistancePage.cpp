@@ -14,12 +14,15 @@ constexpr int barMax = 42000;
 constexpr int barHeight = 28;
 constexpr int margin = 24;
 
-QString DesignCaption() { return QStringLiteral("420.00\""); }
+QString DesignCaption() {
+    return QStringLiteral("420.00\"");
+}
 
 } // namespace
 
 DistancePage::DistancePage(const ClassZentrova &zentrova, QWidget *parent)
-    : TabPage(4, parent), zentrova_(zentrova) {
+    : TabPage(4, parent),
+      zentrova_(zentrova) {
     labelLargeLength_ = Controls::Named(new QLabel(DesignCaption(), this), "LabelLargeLength");
     labelLargeLength_->setAlignment(Qt::AlignCenter);
     // The number's size follows the page, never the other way round.
@@ -36,9 +39,10 @@ DistancePage::DistancePage(const ClassZentrova &zentrova, QWidget *parent)
     auto *label1 = Controls::Named(new QLabel(QStringLiteral("240.00\""), this), "Label1");
 
     auto *description = Controls::Named(
-        new QLabel(QStringLiteral("This large distance display is useful for debugging when your computer is not "
-                                  "located near the Zentrova."),
-                   this),
+        new QLabel(
+            QStringLiteral("This large distance display is useful for debugging when your computer is not "
+                           "located near the Zentrova."),
+            this),
         "LabelDistanceDesc");
     description->setWordWrap(true);
     description->setAlignment(Qt::AlignHCenter | Qt::AlignTop);

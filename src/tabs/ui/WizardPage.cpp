@@ -15,9 +15,10 @@ constexpr int buttonWidth = 110;
 
 WizardPage::WizardPage(QWidget *parent) : TabPage(3, parent) {
     auto *description = Controls::Named(
-        new QLabel(QStringLiteral("A Wizard has been provided to assist users in setting up the Zentrova. Click the "
-                                  "'Start Wizard' button below to begin. You must be online to run the wizard."),
-                   this),
+        new QLabel(
+            QStringLiteral("A Wizard has been provided to assist users in setting up the Zentrova. Click the "
+                           "'Start Wizard' button below to begin. You must be online to run the wizard."),
+            this),
         "lblWizDesc");
     description->setWordWrap(true);
     description->setMaximumWidth(textWidth);

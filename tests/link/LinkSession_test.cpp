@@ -1,0 +1,481 @@
+#include "link/LinkSession.h"
+
+#include "model/ParamDefines.h"
+#include "support/Fault.h"
+#include "tests/support/Frames.h"
+#include "tests/support/Printers.h"
+#include "tests/support/ScriptedDialogs.h"
+#include "tests/support/ScriptedLine.h"
+#include "tests/support/TestPresets.h"
+#include "tests/support/Wait.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int parameterCount = 96;
+
+// The reply to the poll of a sensor in addressing mode 1: parameter N holds N.
+QByteArray PollReply() {
+    QByteArray reply = Hex("01 03 BE");
+    for (int n = 1; n < parameterCount; ++n) {
+        reply.append(static_cast<char>(n >> 8));
+        reply.append(static_cast<char>(n & 0xFF));
+    }
+    return WithCrc(reply);
+}
+
+} // namespace
+
+// The session on a scripted line. Everything that it tells goes into one list, so that orders can be seen.
+class LinkSessionTest : public testing::Test {
+protected:
+    LinkSessionTest() {
+        QObject::connect(&session_, &LinkSession::StatusChanged,
+                         [this](const QString &text) { Note("status " + text.toStdString()); });
+        QObject::connect(&session_, &LinkSession::OnlineChanged,
+                         [this](bool online) { Note(online ? "online" : "offline"); });
+        QObject::connect(&session_, &LinkSession::FirstReadComplete, [this] { Note("first read"); });
+        QObject::connect(&session_, &LinkSession::DeviceAnswered,
+                         [this](int status) { Note("device " + std::to_string(status)); });
+        QObject::connect(&session_, &LinkSession::TableRefreshed, [this] { Note("refresh"); });
+        session_.SetMbaxp1CommProperties(1, 4, 1, 0);
+    }
+
+    // Online, with a probe on the line that gets no answer.
+    void StartProbing() {
+        line_.AnswerNothing();
+        session_.GoOnline(1);
+        EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() == 1; }));
+    }
+
+    void Note(const std::string &what) { told_.push_back(what); }
+    bool WasTold(const std::string &what) const {
+        return std::find(told_.begin(), told_.end(), what) != told_.end();
+    }
+
+    // A single write as the table does it, without a line: the mailbox is filled and the row marked.
+    void PretendWritten(std::int16_t tag, std::int32_t value) {
+        zentrova_.ParamValue(tag, value);
+        zentrova_.ParamWritePending(tag, true);
+        session_.Mbaxp1().Tag(QString::number(tag));
+    }
+
+    std::int16_t choice_ = ConnectChoice::Read;
+    ScriptedDialogs dialogs_;
+    ScriptedLine line_;
+    QString device_ = line_.Path();
+    ClassZentrova zentrova_{ShippedPresetsFolder()};
+    LinkSession session_{zentrova_,
+                         {.dialogs = dialogs_,
+                          .deviceOfPort = [this](std::int16_t) { return device_; },
+                          .askDirection =
+                              [this] {
+                                  Note("asked");
+                                  return choice_;
+                              }}};
+    std::vector<std::string> told_;
+};
+
+using Told = std::vector<std::string>;
+const std::string good = "status Communication Status:  Online";
+
+struct CommCase {
+    int baud, baudCode, timeout;
+};
+
+TEST_F(LinkSessionTest, SetsTheLineByTheTables) {
+    for (const auto &row : {CommCase{0, 3, 1200}, CommCase{1, 4, 600}, CommCase{2, 5, 350},
+                            CommCase{3, 7, 200}, CommCase{4, 8, 100}}) {
+        session_.SetMbaxp1CommProperties(9, static_cast<std::int16_t>(row.baud), 0, 0);
+        EXPECT_EQ(session_.Mbaxp1().PortNumber(), 9);
+        EXPECT_EQ(session_.Mbaxp1().BaudCode(), row.baudCode);
+        EXPECT_EQ(session_.Mbaxp1().ResponseTimeout(), row.timeout);
+    }
+    const int parities[][3] = {{0, 0, 0}, {1, 0, 1}, {2, 2, 0}, {3, 1, 0}, {4, 1, 0}, {-1, 1, 0}};
+    for (const auto &row : parities) {
+        session_.SetMbaxp1CommProperties(1, 4, static_cast<std::int16_t>(row[0]), 0);
+        EXPECT_EQ(session_.Mbaxp1().ParityCode(), row[1]) << row[0];
+        EXPECT_EQ(session_.Mbaxp1().StopBitsCode(), row[2]) << row[0];
+    }
+}
+
+TEST_F(LinkSessionTest, TakesTheTimeoutGivenAndFaultsOnABaudIndexThatHasNone) {
+    session_.SetMbaxp1CommProperties(1, 4, 0, 30);
+    EXPECT_EQ(session_.Mbaxp1().ResponseTimeout(), 30);
+    session_.SetMbaxp1CommProperties(1, 9, 0, 30);
+    EXPECT_EQ(session_.Mbaxp1().BaudCode(), 8);
+    EXPECT_THROW(session_.SetMbaxp1CommProperties(1, 5, 0, 0), Fault);
+    EXPECT_THROW(session_.SetMbaxp1CommProperties(1, -1, 0, 0), Fault);
+}
+
+// Going online and offline. -------------------------------------------------------------------------
+
+TEST_F(LinkSessionTest, CancelLeavesTheLinkUntouched) {
+    choice_ = ConnectChoice::Cancel;
+    session_.GoOnline(0);
+    EXPECT_EQ(told_, (Told{"asked"}));
+    EXPECT_FALSE(session_.PortIsOpen());
+}
+
+TEST_F(LinkSessionTest, AnyOtherChoiceCountsAsCancel) {
+    choice_ = 7;
+    session_.GoOnline(0);
+    EXPECT_FALSE(session_.PortIsOpen());
+}
+
+TEST_F(LinkSessionTest, ProbesRegister69EachHalfSecondUntilItIsAnswered) {
+    line_.AnswerNothing();
+    line_.Answer(WithCrc("01 83 02"));
+    line_.Answer(WithCrc("01 03 02 55 55"));
+    session_.GoOnline(1);
+    EXPECT_EQ(told_, (Told{"online"})); // and nobody was asked
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 4; }));
+    for (std::size_t k = 0; k < 3; ++k) {
+        EXPECT_EQ(line_.Requests()[k], WithCrc("01 03 00 45 00 01"));
+    }
+    EXPECT_GE(line_.Times()[1] - line_.Times()[0], std::chrono::milliseconds(495));
+    EXPECT_EQ(line_.Requests()[3], WithCrc("01 03 00 00 00 5F"));
+    EXPECT_EQ(session_.AddressingMode(), 0);
+    EXPECT_EQ(told_, (Told{"online", "status Communication Status: Timeout",
+                           "status Communication Status: Illegal Data Address", good, "refresh"}));
+    EXPECT_EQ(session_.TimeoutCount(), 0); // a probe's timeout isn't counted
+    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(3));
+    EXPECT_TRUE(session_.Mbaxp1().TransactionBusy(1));
+}
+
+TEST_F(LinkSessionTest, PollsIntoTheTableAndTellsOfTheFirstReadOnce) {
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.AnswerAlways(PollReply());
+    session_.GoOnline(0);
+    EXPECT_TRUE(WaitUntil([this] { return std::count(told_.begin(), told_.end(), "refresh") >= 3; }));
+    EXPECT_EQ(told_,
+              (Told{"asked", "online", good, "refresh", good, "first read", "refresh", good, "refresh"}));
+    EXPECT_EQ(session_.AddressingMode(), 1);
+    for (std::int16_t n = 1; n < parameterCount; ++n) {
+        EXPECT_EQ(zentrova_.ParamValue(n), n);
+    }
+    EXPECT_FALSE(zentrova_.FileChangesNeedSaving());
+}
+
+TEST_F(LinkSessionTest, TellsWhyThePortCannotBeOpened) {
+    device_ = QStringLiteral("/dev/there-is-no-such-port");
+    dialogs_.ExpectNotice(
+        QStringLiteral("Error 47. The com port could not be opened.  The port does not exist or is "
+                       "in use by another application."));
+    session_.GoOnline(0);
+    EXPECT_EQ(told_, (Told{"asked"}));
+    EXPECT_FALSE(session_.PortIsOpen());
+}
+
+TEST_F(LinkSessionTest, GoingOfflineClosesThePortThenTheControlsThenTheStatus) {
+    session_.GoOnline(1);
+    told_.clear();
+    session_.GoOffline();
+    EXPECT_EQ(told_, (Told{"offline", "status Communication Status: Offline"}));
+    EXPECT_FALSE(session_.PortIsOpen());
+}
+
+TEST_F(LinkSessionTest, GoingOfflineInTheMiddleOfADownloadLeavesItsMarks) {
+    choice_ = ConnectChoice::Write;
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    session_.GoOnline(0);
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 2; }));
+    session_.GoOffline();
+    EXPECT_TRUE(zentrova_.WriteAllPending());
+}
+
+// The poll. -----------------------------------------------------------------------------------------
+
+TEST_F(LinkSessionTest, CountsTimeoutsAndCrcErrorsOfThePollAlone) {
+    for (const int status : {10, 10, 11, 2, 12, 13, 15}) {
+        session_.TransactionFailed(1, static_cast<std::int16_t>(status));
+    }
+    for (const int status : {10, 11}) {
+        session_.TransactionFailed(3, static_cast<std::int16_t>(status));
+    }
+    EXPECT_EQ(session_.TimeoutCount(), 2);
+    EXPECT_EQ(session_.CrcErrorCount(), 1);
+    EXPECT_FALSE(WasTold("refresh")); // a failure refreshes nothing
+}
+
+TEST_F(LinkSessionTest, CountingPast32767IsAnOverflowFault) {
+    session_.TimeoutCount(32767);
+    session_.CrcErrorCount(32767);
+    EXPECT_THROW(session_.TransactionFailed(1, 10), Fault);
+    EXPECT_THROW(session_.TransactionFailed(1, 11), Fault);
+}
+
+TEST_F(LinkSessionTest, ShowsTheWordsOfEachFailure) {
+    session_.TransactionFailed(1, 11);
+    session_.TransactionFailed(1, 15);
+    session_.TransactionFailed(7, 99);
+    EXPECT_EQ(told_, (Told{"status Communication Status: CRC Error",
+                           "status Communication Status: Read Error", "status Communication Status: "}));
+}
+
+TEST_F(LinkSessionTest, RefreshesAlsoAfterANumberThatHasNoUse) {
+    session_.TransactionDone(7);
+    session_.TransactionDone(-1);
+    EXPECT_EQ(told_, (Told{good, "refresh", good, "refresh"}));
+}
+
+TEST_F(LinkSessionTest, TellsTheSearchOfItsProbe) {
+    session_.TransactionDone(2);
+    session_.TransactionFailed(2, 10);
+    EXPECT_EQ(told_,
+              (Told{good, "device 0", "refresh", "status Communication Status: Timeout", "device 10"}));
+}
+
+TEST_F(LinkSessionTest, ThrowsThePollAwayWhileADownloadIsPending) {
+    const std::int32_t before = zentrova_.ParamValue(40);
+    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200);
+    session_.Mbaxp1().RegisterValue(1, 40, 1234);
+    zentrova_.WriteAllPending(true);
+    session_.TransactionDone(1);
+    EXPECT_EQ(zentrova_.ParamValue(40), before);
+    zentrova_.WriteAllPending(false);
+    session_.TransactionDone(1); // the addressing mode is 0 before any connection
+    EXPECT_EQ(zentrova_.ParamValue(40), 1234);
+}
+
+TEST_F(LinkSessionTest, KeepsARowWithAPendingWriteFromThePoll) {
+    const std::int32_t before = zentrova_.ParamValue(40);
+    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200);
+    session_.Mbaxp1().RegisterValue(1, 40, 1234);
+    zentrova_.ParamWritePending(40, true);
+    session_.TransactionDone(1);
+    EXPECT_EQ(zentrova_.ParamValue(40), before);
+}
+
+TEST_F(LinkSessionTest, ReadsWordsAsTheirRowsAreSigned) {
+    std::int16_t signedRow = 1;
+    while (!zentrova_.ParamSigned(signedRow)) {
+        ++signedRow;
+    }
+    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200);
+    session_.Mbaxp1().RegisterValue(1, signedRow, -2);
+    session_.Mbaxp1().RegisterValue(1, ParamDefines::TransmitDelayLow, -2);
+    session_.TransactionDone(1);
+    EXPECT_EQ(zentrova_.ParamValue(signedRow), -2);
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::TransmitDelayLow), 65534);
+}
+
+TEST_F(LinkSessionTest, GivesTheLastRow0InAddressingMode0) {
+    zentrova_.ParamUpdate(95, 77);
+    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200); // its word would be one past the buffer
+    session_.TransactionDone(1);
+    EXPECT_EQ(zentrova_.ParamValue(95), 0);
+}
+
+// Single writes. ------------------------------------------------------------------------------------
+
+TEST_F(LinkSessionTest, WritesUnderTheAddressingModeThatStandsAndClearsTheMark) {
+    StartProbing(); // the mode is still 0
+    line_.Answer(WithCrc("01 06 00 28 07 D0"));
+    zentrova_.ParamValue(40, 2000);
+    EXPECT_TRUE(zentrova_.ParamWritePending(40));
+    EXPECT_EQ(session_.Mbaxp1().Tag(), QStringLiteral("40"));
+    EXPECT_TRUE(WaitUntil([this] { return !zentrova_.ParamWritePending(40); }));
+    EXPECT_EQ(line_.Requests()[1], WithCrc("01 06 00 28 07 D0"));
+    EXPECT_EQ(zentrova_.ParamValue(40), 2000);
+}
+
+TEST_F(LinkSessionTest, SendsOneWriteAtATimeInTheirOrder) {
+    StartProbing();
+    line_.Answer({{WithCrc("01 06 00 1C 05 DC"), 20}});
+    line_.Answer({{WithCrc("01 06 00 1D 0B B8"), 20}});
+    zentrova_.ParamValue(28, 1500);
+    zentrova_.ParamValue(29, 3000); // waits for the one before
+    EXPECT_FALSE(zentrova_.ParamWritePending(28));
+    EXPECT_TRUE(zentrova_.ParamWritePending(29));
+    EXPECT_TRUE(WaitUntil([this] { return !zentrova_.ParamWritePending(29); }));
+    EXPECT_EQ(line_.Requests()[1], WithCrc("01 06 00 1C 05 DC"));
+    EXPECT_EQ(line_.Requests()[2], WithCrc("01 06 00 1D 0B B8"));
+}
+
+TEST_F(LinkSessionTest, SendsARawValueAbove32767AsItsWord) {
+    StartProbing();
+    zentrova_.ParamValue(25, 41000);
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 2; }));
+    EXPECT_EQ(line_.Requests()[1], WithCrc("01 06 00 19 A0 28"));
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+}
+
+TEST_F(LinkSessionTest, FailedWriteKeepsTheValueAndSaysSoOnce) {
+    StartProbing();
+    line_.Answer(WithCrc("01 86 03"));
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    zentrova_.ParamValue(40, 2000);
+    EXPECT_TRUE(WaitUntil([this] { return !zentrova_.ParamWritePending(40); }));
+    EXPECT_EQ(zentrova_.ParamValue(40), 2000);
+    EXPECT_TRUE(zentrova_.FileChangesNeedSaving());
+    EXPECT_TRUE(WasTold("status Communication Status: Slave Device Failure"));
+}
+
+TEST_F(LinkSessionTest, SaysWhenTheSensorHasSaved) {
+    PretendWritten(1, 1);
+    dialogs_.ExpectNotice(QStringLiteral("Parameters saved successfully!"));
+    session_.TransactionDone(0);
+    EXPECT_FALSE(zentrova_.ParamWritePending(1));
+    EXPECT_EQ(told_, (Told{good, "refresh"}));
+}
+
+TEST_F(LinkSessionTest, ClearsTheMarkBeforeTheBox) {
+    PretendWritten(1, 1);
+    dialogs_.Expect(QStringLiteral("Parameters saved successfully!"), BoxIcon::Exclamation, BoxButtons::Ok,
+                    BoxAnswer::Ok, [this] { EXPECT_FALSE(zentrova_.ParamWritePending(1)); });
+    session_.TransactionDone(0);
+}
+
+TEST_F(LinkSessionTest, ReconnectsWithTheSettingsThatTheSensorTook) {
+    for (const std::int16_t tag :
+         {ParamDefines::NetworkAddress, ParamDefines::BaudRateCode, ParamDefines::ParityStopCode}) {
+        session_.GoOnline(1);
+        zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 9);
+        zentrova_.ParamUpdate(ParamDefines::BaudRateCode, 3);
+        zentrova_.ParamUpdate(ParamDefines::ParityStopCode, 2);
+        session_.Mbaxp1().Tag(QString::number(tag));
+        session_.TransactionDone(0);
+        EXPECT_EQ(session_.ModbusAddress(), 9);
+        EXPECT_EQ(session_.BaudRate(), 3);
+        EXPECT_EQ(session_.ParityStop(), 2);
+        EXPECT_EQ(session_.Mbaxp1().BaudCode(), 7);
+        EXPECT_EQ(session_.Mbaxp1().ParityCode(), 2);
+        EXPECT_TRUE(session_.PortIsOpen());
+        EXPECT_TRUE(session_.Mbaxp1().TransactionBusy(1));
+        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(3));
+        const std::size_t before = line_.Requests().size();
+        EXPECT_TRUE(WaitUntil([&] { return line_.Requests().size() > before; }));
+        EXPECT_EQ(line_.Requests().back(), WithCrc("09 03 00 00 00 5F"));
+        session_.GoOffline();
+        session_.ModbusAddress(1);
+        session_.BaudRate(4);
+        session_.ParityStop(1);
+        session_.SetMbaxp1CommProperties(1, 4, 1, 0);
+    }
+}
+
+TEST_F(LinkSessionTest, AReconnectThatFailsIsSilent) {
+    session_.GoOnline(1);
+    device_ = QStringLiteral("/dev/there-is-no-such-port");
+    told_.clear();
+    session_.Mbaxp1().Tag(QStringLiteral("66"));
+    session_.TransactionDone(0);
+    EXPECT_FALSE(session_.PortIsOpen());
+    EXPECT_EQ(told_, (Told{good, "refresh"}));
+}
+
+TEST_F(LinkSessionTest, TakesANewAddressingModeOnceConfirmed) {
+    zentrova_.ParamUpdate(ParamDefines::AddressingMode, 1);
+    session_.Mbaxp1().Tag(QStringLiteral("68"));
+    EXPECT_EQ(session_.AddressingMode(), 0);
+    session_.TransactionDone(0);
+    EXPECT_EQ(session_.AddressingMode(), 1);
+    zentrova_.ParamUpdate(ParamDefines::AddressingMode, 256);
+    EXPECT_THROW(session_.TransactionDone(0), Fault);
+}
+
+TEST_F(LinkSessionTest, GoesOfflineWhenTheSensorEntersItsBootLoader) {
+    session_.GoOnline(1);
+    told_.clear();
+    session_.Mbaxp1().Tag(QStringLiteral("3"));
+    zentrova_.ParamUpdate(3, 0);
+    session_.TransactionDone(0);
+    EXPECT_TRUE(session_.PortIsOpen());
+    zentrova_.ParamUpdate(3, 99);
+    session_.TransactionDone(0);
+    EXPECT_FALSE(session_.PortIsOpen());
+    EXPECT_EQ(told_,
+              (Told{good, "refresh", good, "offline", "status Communication Status: Offline", "refresh"}));
+}
+
+// The download. -------------------------------------------------------------------------------------
+
+TEST_F(LinkSessionTest, WritesTheWholeTableOnAWriteConnect) {
+    choice_ = ConnectChoice::Write;
+    zentrova_.ParamUpdate(95, 0x1234);
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.Answer(WithCrc("01 10 00 00 00 5F"));
+    line_.AnswerAlways(PollReply());
+    dialogs_.Expect(QStringLiteral("Parameters downloaded successfully!"), BoxIcon::Exclamation,
+                    BoxButtons::Ok, BoxAnswer::Ok, [this] {
+                        EXPECT_FALSE(zentrova_.WriteAllPending());
+                        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(1));
+                    });
+    session_.GoOnline(0);
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 3; }));
+    const QByteArray &download = line_.Requests()[1];
+    EXPECT_EQ(download.first(7), Hex("01 10 00 00 00 5F BE"));
+    EXPECT_EQ(download.size(), 7 + 2 * 95 + 2);
+    for (std::int16_t n = 1; n < parameterCount; ++n) {
+        const int word = static_cast<std::uint8_t>(download[7 + 2 * (n - 1)]) << 8 |
+                         static_cast<std::uint8_t>(download[8 + 2 * (n - 1)]);
+        EXPECT_EQ(word, zentrova_.ParamValue(n) & 0xFFFF) << n; // read-only rows as well
+    }
+    EXPECT_EQ(line_.Requests()[2], WithCrc("01 03 00 00 00 5F"));
+    EXPECT_EQ(session_.AddressingMode(), 1);
+}
+
+TEST_F(LinkSessionTest, WritesFromAddress1InAddressingMode0) {
+    choice_ = ConnectChoice::Write;
+    line_.Answer(WithCrc("01 03 02 55 55"));
+    session_.GoOnline(0);
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 2; }));
+    EXPECT_EQ(line_.Requests()[1].first(7), Hex("01 10 00 01 00 5F BE"));
+    EXPECT_TRUE(zentrova_.WriteAllPending());
+    session_.GoOffline();
+}
+
+TEST_F(LinkSessionTest, AfterADownloadFollowsTheTablesCommunicationSettings) {
+    session_.GoOnline(1);
+    zentrova_.WriteAllPending(true);
+    zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 17);
+    zentrova_.ParamUpdate(ParamDefines::BaudRateCode, 2);
+    zentrova_.ParamUpdate(ParamDefines::AddressingMode, 1);
+    dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
+    session_.TransactionDone(4);
+    EXPECT_EQ(session_.ModbusAddress(), 17);
+    EXPECT_EQ(session_.BaudRate(), 2);
+    EXPECT_EQ(session_.AddressingMode(), 1);
+    EXPECT_FALSE(zentrova_.WriteAllPending());
+    EXPECT_TRUE(session_.Mbaxp1().TransactionBusy(1));
+}
+
+TEST_F(LinkSessionTest, FailedDownloadSaysSoAndPollsWithoutAReconnect) {
+    choice_ = ConnectChoice::Write;
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.Answer(WithCrc("01 90 03"));
+    line_.AnswerAlways(PollReply());
+    zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 17);
+    dialogs_.ExpectNotice(QStringLiteral("Error downloading Parameters"));
+    session_.GoOnline(0);
+    EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
+    EXPECT_EQ(session_.ModbusAddress(), 1);
+    EXPECT_EQ(session_.AddressingMode(), 1);
+    EXPECT_FALSE(zentrova_.WriteAllPending());
+}
+
+TEST_F(LinkSessionTest, FailedDownloadOfAFileStartsNothing) {
+    session_.GoOnline(1);
+    zentrova_.WriteAllPending(true);
+    dialogs_.ExpectNotice(QStringLiteral("Error downloading Parameters"));
+    session_.TransactionFailed(4, 10);
+    EXPECT_FALSE(zentrova_.WriteAllPending());
+    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(1));
+}
+
+TEST_F(LinkSessionTest, KeepsTheDirectionForAConnectWithoutAQuestion) {
+    choice_ = ConnectChoice::Write;
+    line_.AnswerNothing();
+    session_.GoOnline(0);
+    session_.GoOffline();
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    session_.GoOnline(1);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(4); }));
+    session_.GoOffline();
+}

@@ -1,0 +1,467 @@
+#include "link/Mbaxp.h"
+
+#include "link/LinkStatus.h"
+#include "tests/support/Frames.h"
+#include "tests/support/Printers.h"
+#include "tests/support/ScriptedLine.h"
+#include "tests/support/Wait.h"
+
+#include <QTimer>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <memory>
+#include <utility>
+
+namespace {
+
+constexpr std::int16_t timeoutMs = 100;
+constexpr std::int16_t once = 0;
+constexpr std::int16_t cycle = 1;
+
+const QByteArray goodReply = WithCrc("01 03 04 00 01 00 02");
+const QByteArray nextReply = WithCrc("01 03 04 00 03 00 04");
+const QByteArray goodEcho = WithCrc("01 06 00 05 00 07");
+
+double ProcessorSeconds() {
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+} // namespace
+
+class MbaxpTest : public testing::Test {
+protected:
+    using Event = std::pair<int, int>; // transaction, status (0: done)
+
+    MbaxpTest() {
+        QObject::connect(&master_, &Mbaxp::TransactionDone, &master_, [this](std::int16_t transaction) {
+            events_.emplace_back(transaction, 0);
+            if (onEvent_) {
+                onEvent_();
+            }
+        });
+        QObject::connect(&master_, &Mbaxp::TransactionFailed, &master_,
+                         [this](std::int16_t transaction, std::int16_t status) {
+                             events_.emplace_back(transaction, status);
+                             if (onEvent_) {
+                                 onEvent_();
+                             }
+                         });
+        master_.ResponseTimeout(timeoutMs);
+        master_.BaudCode(8);
+        EXPECT_TRUE(master_.OpenPort());
+        EXPECT_TRUE(master_.DefineReadRegisters(once, 1, 0, 2, 1000));
+        EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 20));
+    }
+
+    // The outcome of one run.
+    int Run(std::int16_t transaction = once) {
+        events_.clear();
+        master_.TriggerOnce(transaction);
+        EXPECT_TRUE(WaitUntil([this] { return !events_.empty(); }));
+        EXPECT_EQ(events_.front().first, transaction);
+        EXPECT_FALSE(master_.TransactionBusy(transaction));
+        return events_.front().second;
+    }
+
+    void DefineWrite() {
+        EXPECT_TRUE(master_.DefineWriteRegister(once, 1, 5, 1000));
+        master_.RegisterValue(once, 0, 7);
+    }
+
+    // The fault reports `status`, and the next request gets its own reply.
+    void ExpectFault(int status) {
+        line_->Answer(nextReply);
+        EXPECT_EQ(Run(), status);
+        EXPECT_EQ(Run(), 0);
+        EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+        EXPECT_EQ(master_.RegisterValue(once, 1), 4);
+    }
+
+    std::unique_ptr<ScriptedLine> line_ = std::make_unique<ScriptedLine>();
+    QString device_ = line_->Path();
+    Mbaxp master_{[this](std::int16_t) { return device_; }};
+    std::vector<Event> events_;
+    std::function<void()> onEvent_;
+};
+
+TEST_F(MbaxpTest, ReadsIntoTheTransactionsBuffer) {
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(line_->Requests(), (std::vector<QByteArray>{WithCrc("01 03 00 00 00 02")}));
+    EXPECT_EQ(master_.RegisterValue(once, 0), 1);
+    EXPECT_EQ(master_.RegisterValue(once, 1), 2);
+}
+
+TEST_F(MbaxpTest, WritesTheWordsOfItsBuffer) {
+    DefineWrite();
+    line_->Answer(goodEcho);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_TRUE(master_.DefineWriteRegisters(4, 1, 0, 2, 4000));
+    master_.RegisterValue(4, 0, -1);
+    master_.RegisterValue(4, 1, 300);
+    line_->Answer(WithCrc("01 10 00 00 00 02"));
+    EXPECT_EQ(Run(4), 0);
+    EXPECT_EQ(line_->Requests(), (std::vector<QByteArray>{WithCrc("01 06 00 05 00 07"),
+                                                          WithCrc("01 10 00 00 00 02 04 FF FF 01 2C")}));
+}
+
+// Faults of the line. ------------------------------------------------------------------------------
+
+TEST_F(MbaxpTest, BadCrcIs11AndTheNextRequestIsGood) {
+    QByteArray damaged = goodReply;
+    damaged[4] = 0x55;
+    line_->Answer(damaged);
+    ExpectFault(11);
+}
+
+TEST_F(MbaxpTest, ByteCountDamagedUpwardsIs11AndTheNextRequestIsGood) {
+    QByteArray damaged = goodReply;
+    damaged[2] = 0x20;
+    line_->Answer(damaged);
+    ExpectFault(11);
+}
+
+TEST_F(MbaxpTest, ShortFrameIs13AndTheNextRequestIsGood) {
+    line_->Answer(goodReply.first(5));
+    ExpectFault(13);
+}
+
+TEST_F(MbaxpTest, NoReplyIs10AndTheNextRequestIsGood) {
+    line_->AnswerNothing();
+    ExpectFault(10);
+}
+
+TEST_F(MbaxpTest, LateReplyIs10AndIsNeverTakenForTheNext) {
+    line_->Answer({{goodReply, timeoutMs + 40}});
+    ExpectFault(10);
+}
+
+TEST_F(MbaxpTest, ReplyThatIsLateByMoreThanATimeoutIsToldByTheOneBehindIt) {
+    // It comes while the next request waits; a sensor answers that one right behind it.
+    line_->Answer({{goodReply, 2 * timeoutMs + 40}});
+    line_->Answer({{nextReply, 45}});
+    EXPECT_EQ(Run(), 10);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+}
+
+TEST_F(MbaxpTest, AnotherSlavesReplyIsPassedOver) {
+    line_->Answer(WithCrc("02 03 04 00 08 00 09") + goodReply);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 0), 1);
+    line_->Answer({{WithCrc("02 03 04 00 08 00 09"), 0}, {nextReply, 30}});
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+}
+
+TEST_F(MbaxpTest, WrongFunctionIs12AndTheNextRequestIsGood) {
+    line_->Answer(WithCrc("01 04 04 00 01 00 02"));
+    ExpectFault(12);
+}
+
+TEST_F(MbaxpTest, FewerRegistersThanAskedAre12AndTheNextRequestIsGood) {
+    line_->Answer(WithCrc("01 03 02 00 01"));
+    ExpectFault(12);
+}
+
+TEST_F(MbaxpTest, MoreRegistersThanAskedAre12AndTheNextRequestIsGood) {
+    line_->Answer(WithCrc("01 03 06 00 01 00 02 00 03"));
+    ExpectFault(12);
+}
+
+TEST_F(MbaxpTest, GarbageInFrontIsPassedOver) {
+    line_->Answer(Hex("A5") + goodReply);
+    ExpectFault(0);
+}
+
+TEST_F(MbaxpTest, TrailingByteIsDroppedAndTheNextRequestIsGood) {
+    line_->Answer(goodReply + Hex("00"));
+    ExpectFault(0);
+}
+
+TEST_F(MbaxpTest, EchoThatDiffersIs12AndTheNextRequestIsGood) {
+    DefineWrite();
+    line_->Answer(WithCrc("01 06 00 05 00 08"));
+    line_->Answer(goodEcho);
+    EXPECT_EQ(Run(), 12);
+    EXPECT_EQ(Run(), 0);
+}
+
+TEST_F(MbaxpTest, ExceptionCodesPassThrough) {
+    line_->Answer(WithCrc("01 83 02"));
+    EXPECT_EQ(Run(), 2);
+    line_->Answer(WithCrc("01 83 08"));
+    EXPECT_EQ(Run(), 12);
+}
+
+TEST_F(MbaxpTest, ReplyInPiecesIsPutTogether) {
+    std::vector<ScriptedLine::Chunk> pieces;
+    for (const char byte : goodReply) {
+        pieces.push_back({QByteArray(1, byte), 5});
+    }
+    line_->Answer(pieces);
+    ExpectFault(0);
+}
+
+TEST_F(MbaxpTest, BytesThatCameBeforeTheRequestAreDropped) {
+    line_->Send(goodReply);
+    EXPECT_TRUE(WaitUntil([this] {
+        static int turns = 0;
+        return ++turns > 5;
+    }));
+    line_->Answer(nextReply);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+}
+
+TEST_F(MbaxpTest, ABusyScreenInventsNoTimeout) {
+    line_->Answer(goodReply);
+    events_.clear();
+    master_.TriggerOnce(once);
+    EXPECT_TRUE(WaitUntil([this] { return !line_->Requests().empty(); }));
+    // The reply lies in the system while nothing looks at it for longer than the timeout.
+    timespec busy{0, 2 * timeoutMs * 1'000'000};
+    nanosleep(&busy, nullptr);
+    EXPECT_TRUE(WaitUntil([this] { return !events_.empty(); }));
+    EXPECT_EQ(events_.front(), Event(once, 0));
+}
+
+// Hang-up. ------------------------------------------------------------------------------------------
+
+TEST_F(MbaxpTest, HangUpEndsTheRequestOnceWith15) {
+    line_->AnswerNothing();
+    events_.clear();
+    master_.TriggerOnce(once);
+    EXPECT_TRUE(WaitUntil([this] { return !line_->Requests().empty(); }));
+    line_->HangUp();
+    EXPECT_TRUE(WaitUntil([this] { return !events_.empty(); }));
+    EXPECT_EQ(events_, (std::vector<Event>{{once, 15}}));
+    EXPECT_TRUE(master_.PortIsOpen());
+    EXPECT_FALSE(master_.TransactionBusy(once));
+}
+
+TEST_F(MbaxpTest, EachRoundOfACycleReports15WhileTheDeviceIsGoneAndPollsAgainWhenItIsBack) {
+    line_->AnswerAlways(goodReply);
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 2; }));
+    line_->HangUp();
+    EXPECT_TRUE(WaitUntil([this] { return events_.back().second == 15; }));
+
+    const double before = ProcessorSeconds();
+    const std::size_t reported = events_.size();
+    EXPECT_TRUE(WaitUntil([this, reported] { return events_.size() >= reported + 20; }));
+    EXPECT_LT(ProcessorSeconds() - before, 0.2); // 20 rounds of 20 ms, idle but for the attempts
+    for (std::size_t k = reported; k < events_.size(); ++k) {
+        EXPECT_EQ(events_[k], Event(cycle, 15));
+    }
+
+    line_ = std::make_unique<ScriptedLine>();
+    device_ = line_->Path();
+    line_->AnswerAlways(nextReply);
+    EXPECT_TRUE(WaitUntil([this] { return events_.back() == Event(cycle, 0); }));
+    EXPECT_EQ(master_.RegisterValue(cycle, 0), 3);
+}
+
+TEST_F(MbaxpTest, OneShotWhileTheDeviceIsGoneIs15) {
+    line_->HangUp();
+    EXPECT_EQ(Run(), 15);
+    EXPECT_EQ(Run(), 15);
+}
+
+// Scheduling. ---------------------------------------------------------------------------------------
+
+TEST_F(MbaxpTest, OneShotsRunFirstInFirstOut) {
+    EXPECT_TRUE(master_.DefineReadRegisters(2, 1, 0, 2, 50));
+    EXPECT_TRUE(master_.DefineReadRegisters(3, 1, 0, 2, 50));
+    line_->AnswerAlways(goodReply);
+    for (const std::int16_t transaction : std::vector<std::int16_t>{3, 0, 2}) {
+        master_.TriggerOnce(transaction);
+        EXPECT_TRUE(master_.TransactionBusy(transaction));
+    }
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() == 3; }));
+    EXPECT_EQ(events_, (std::vector<Event>{{3, 0}, {0, 0}, {2, 0}}));
+}
+
+TEST_F(MbaxpTest, NeitherOneShotsNorACycleStarve) {
+    line_->AnswerAlways(goodReply);
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 1)); // always due
+    onEvent_ = [this] { master_.TriggerOnce(once); };            // always another one waiting
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 21; }));
+    for (std::size_t k = 1; k < 20; ++k) {
+        EXPECT_NE(events_[k].first, events_[k - 1].first) << k;
+    }
+}
+
+TEST_F(MbaxpTest, CycleKeepsItsPeriodFromStartToStart) {
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 60));
+    line_->AnswerAlways(goodReply);
+    onEvent_ = [this] {
+        if (events_.back().first == cycle) {
+            master_.TriggerOnce(once);
+        }
+    };
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return line_->Times().size() >= 13; }));
+    // Every second request is the cycle's.
+    const auto whole = line_->Times()[12] - line_->Times()[0];
+    EXPECT_GE(whole, std::chrono::milliseconds(6 * 60 - 5));
+    EXPECT_LT(whole, std::chrono::milliseconds(6 * 60 + 120)); // a busy machine is late, but doesn't drift
+}
+
+TEST_F(MbaxpTest, FailedRoundDoesNotEndTheCycle) {
+    line_->AnswerNothing();
+    line_->Answer(WithCrc("01 83 06"));
+    line_->AnswerAlways(goodReply);
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
+    EXPECT_EQ(events_[0], Event(cycle, 10));
+    EXPECT_EQ(events_[1], Event(cycle, 6));
+    EXPECT_EQ(events_[2], Event(cycle, 0));
+    EXPECT_TRUE(master_.TransactionBusy(cycle));
+}
+
+TEST_F(MbaxpTest, StoppedCycleStaysStill) {
+    line_->AnswerAlways(goodReply);
+    onEvent_ = [this] { master_.StopCyclic(cycle); };
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return !events_.empty(); }));
+    EXPECT_FALSE(master_.TransactionBusy(cycle));
+    EXPECT_EQ(Run(once), 0);
+    EXPECT_EQ(line_->Requests().size(), 2U);
+}
+
+TEST_F(MbaxpTest, RunsGoOnWhileAHandlerKeepsABoxOpen) {
+    line_->AnswerAlways(goodReply);
+    bool nested = false;
+    onEvent_ = [this, &nested] {
+        if (!nested) {
+            nested = true;
+            EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
+        }
+    };
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
+}
+
+TEST_F(MbaxpTest, KeepsTheSilentIntervalBetweenFrames) {
+    line_->AnswerAlways(goodReply);
+    onEvent_ = [this] { master_.TriggerOnce(once); };
+    master_.TriggerOnce(once);
+    EXPECT_TRUE(WaitUntil([this] { return line_->Times().size() >= 10; }));
+    for (std::size_t k = 1; k < 10; ++k) {
+        EXPECT_GE(line_->Times()[k] - line_->Times()[k - 1], std::chrono::microseconds(1750)) << k;
+    }
+}
+
+TEST_F(MbaxpTest, WaitsLongerBetweenFramesOnASlowLine) {
+    master_.ClosePort();
+    master_.BaudCode(3); // 3.5 characters of 10 bits at 2400 bits per second are 14.6 ms
+    EXPECT_TRUE(master_.OpenPort());
+    line_->AnswerAlways(goodReply);
+    onEvent_ = [this] { master_.TriggerOnce(once); };
+    master_.TriggerOnce(once);
+    EXPECT_TRUE(WaitUntil([this] { return line_->Times().size() >= 4; }));
+    for (std::size_t k = 1; k < 4; ++k) {
+        EXPECT_GE(line_->Times()[k] - line_->Times()[k - 1], std::chrono::microseconds(14500)) << k;
+    }
+}
+
+// Port and definitions. -----------------------------------------------------------------------------
+
+TEST_F(MbaxpTest, ClosingEndsEveryTransactionWithoutAnEvent) {
+    line_->AnswerNothing();
+    master_.StartCyclic(cycle);
+    master_.TriggerOnce(once);
+    EXPECT_TRUE(WaitUntil([this] { return !line_->Requests().empty(); }));
+    master_.ClosePort();
+    EXPECT_FALSE(master_.PortIsOpen());
+    EXPECT_FALSE(master_.TransactionBusy(once));
+    EXPECT_FALSE(master_.TransactionBusy(cycle));
+    bool late = false;
+    QTimer::singleShot(2 * timeoutMs, &master_, [&late] { late = true; });
+    EXPECT_TRUE(WaitUntil([&late] { return late; }));
+    EXPECT_TRUE(events_.empty());
+}
+
+TEST_F(MbaxpTest, DefinitionsSurviveAClosedPort) {
+    master_.ClosePort();
+    EXPECT_TRUE(master_.OpenPort());
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
+}
+
+TEST_F(MbaxpTest, OpeningTwiceIsRefusedWith48) {
+    EXPECT_FALSE(master_.OpenPort());
+    EXPECT_EQ(master_.LastError(), 48);
+}
+
+TEST_F(MbaxpTest, APortThatIsNotThereIsRefusedWith47) {
+    master_.ClosePort();
+    device_ = QStringLiteral("/dev/there-is-no-such-port");
+    EXPECT_FALSE(master_.OpenPort());
+    EXPECT_EQ(master_.LastError(), 47);
+    EXPECT_FALSE(master_.PortIsOpen());
+}
+
+TEST_F(MbaxpTest, SettingsWaitForTheNextOpening) {
+    master_.ResponseTimeout(1);
+    master_.BaudCode(3);
+    line_->Answer({{goodReply, 40}});
+    EXPECT_EQ(Run(), 0);
+}
+
+TEST_F(MbaxpTest, RunsNothingOnAClosedPortOrWithoutADefinition) {
+    master_.TriggerOnce(2);
+    EXPECT_EQ(master_.LastError(), 23);
+    EXPECT_FALSE(master_.TransactionBusy(2));
+    master_.ClosePort();
+    master_.StartCyclic(cycle);
+    EXPECT_EQ(master_.LastError(), 20);
+    EXPECT_FALSE(master_.TransactionBusy(cycle));
+    master_.TriggerOnce(Mbaxp::TransactionCount);
+    EXPECT_EQ(master_.LastError(), 22);
+}
+
+TEST_F(MbaxpTest, RefusesADefinitionThatNoFrameHolds) {
+    EXPECT_TRUE(master_.DefineReadRegisters(2, 1, 0, 125, 1));
+    EXPECT_TRUE(master_.DefineWriteRegisters(2, 247, 0, 123, 1));
+    const std::vector<bool> results = {
+        master_.DefineReadRegisters(2, 1, 0, 126, 1),
+        master_.DefineReadRegisters(2, 1, 0, 0, 1),
+        master_.DefineWriteRegisters(2, 1, 0, 124, 1),
+        master_.DefineReadRegisters(2, 0, 0, 1, 1),
+        master_.DefineReadRegisters(2, 248, 0, 1, 1),
+        master_.DefineWriteRegister(2, 1, -1, 1),
+        master_.DefineReadRegisters(2, 1, 65535, 2, 1),
+        master_.DefineReadRegisters(-1, 1, 0, 1, 1),
+        master_.DefineReadRegisters(Mbaxp::TransactionCount, 1, 0, 1, 1),
+    };
+    EXPECT_EQ(results, std::vector<bool>(results.size(), false));
+    EXPECT_EQ(master_.LastError(), 22);
+}
+
+TEST_F(MbaxpTest, ABufferReads0WhereNothingWasSet) {
+    EXPECT_EQ(master_.RegisterValue(once, 2), 0); // one past its end
+    EXPECT_EQ(master_.RegisterValue(once, -1), 0);
+    EXPECT_EQ(master_.RegisterValue(99, 0), 0);
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 2), 0);
+    EXPECT_TRUE(master_.DefineReadRegisters(once, 1, 0, 2, 1000));
+    EXPECT_EQ(master_.RegisterValue(once, 0), 0);
+}
+
+TEST_F(MbaxpTest, SettingAWordOutsideTheBufferIsAnIndexError) {
+    master_.RegisterValue(once, 2, 5);
+    EXPECT_EQ(master_.LastError(), 22);
+    master_.RegisterValue(once, -1, 5);
+    master_.RegisterValue(77, 0, 5);
+    EXPECT_EQ(master_.RegisterValue(once, 2), 0);
+}
+
+TEST_F(MbaxpTest, CarriesItsTag) {
+    EXPECT_EQ(master_.Tag(), QString());
+    master_.Tag(QStringLiteral("65"));
+    EXPECT_EQ(master_.Tag(), QStringLiteral("65"));
+}

@@ -1,0 +1,58 @@
+#include "link/ui/FormReadWrite.h"
+
+#include "link/LinkSession.h"
+#include "tests/support/Form.h"
+#include "tests/support/MainForm.h"
+#include "tests/support/Printers.h"
+
+#include <QTest>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+namespace {
+
+std::int16_t ChoiceAfter(const std::function<void(QWidget &)> &gesture) {
+    FormReadWrite form;
+    WhenDialogOpens(gesture);
+    form.exec();
+    return form.Choice();
+}
+
+} // namespace
+
+TEST(FormReadWriteTest, AsksWithThreeButtons) {
+    FormReadWrite form;
+    const Form ui(form);
+    EXPECT_EQ(form.windowTitle(), QStringLiteral("ZTV Link"));
+    const char *rows[][3] = {{"Read", "&Read", "Read parameters from ZTV-5000"},
+                             {"Write", "&Write", "Write parameters to ZTV-5000"},
+                             {"Cancel", "&Cancel", "Cancel and stay offline"}};
+    for (const auto &row : rows) {
+        auto &button = ui.Get<QToolButton>(row[0]);
+        EXPECT_EQ(button.text(), QString::fromLatin1(row[1]));
+        EXPECT_EQ(button.toolTip(), QString::fromLatin1(row[2]));
+        EXPECT_EQ(button.accessibleName(), QString::fromLatin1(row[0]));
+        EXPECT_FALSE(button.icon().isNull());
+    }
+}
+
+TEST(FormReadWriteTest, TellsWhatWasClicked) {
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { Form(form).Press("Read"); }), 0);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { Form(form).Press("Write"); }), 1);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { Form(form).Press("Cancel"); }), 2);
+}
+
+TEST(FormReadWriteTest, TakesClosingAndEscapeForCancel) {
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { form.close(); }), 2);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { QTest::keyClick(&form, Qt::Key_Escape); }), 2);
+}
+
+TEST(FormReadWriteTest, CanBeAnsweredByTheKeyboardAlone) {
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { QTest::keyClick(form.focusWidget(), Qt::Key_Return); }), 0);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) {
+                  QTest::keyClick(form.focusWidget(), Qt::Key_Tab);
+                  QTest::keyClick(form.focusWidget(), Qt::Key_Space);
+              }),
+              1);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { QTest::keyClick(&form, Qt::Key_C, Qt::AltModifier); }), 2);
+}

@@ -1,0 +1,337 @@
+#include "shell/FormMain.h"
+
+#include "support/Fault.h"
+#include "tests/support/MainForm.h"
+#include "tests/support/Printers.h"
+
+#include <QMenu>
+#include <QProgressBar>
+#include <QTabBar>
+#include <QTest>
+#include <QToolButton>
+
+namespace {
+
+QString StoredText(const SettingsStore &store, const char *section, const char *key) {
+    return store.Read(QString::fromLatin1(section), QString::fromLatin1(key), QStringLiteral("nothing"));
+}
+
+} // namespace
+
+class FormMainTest : public MainFormTest {
+protected:
+    QTabWidget &Strip() const { return Ui().Get<QTabWidget>("TabStrip1"); }
+
+    void ClickTab(int index) {
+        QTest::mouseClick(Strip().tabBar(), Qt::LeftButton, {}, Strip().tabBar()->tabRect(index).center());
+    }
+
+    // The number of the one page that shows.
+    int VisiblePage() const {
+        int visible = 0;
+        for (int number = 1; number <= 5; ++number) {
+            const QString name = QStringLiteral("TabFrame(%1)").arg(number);
+            if (form_->findChild<QWidget *>(name)->isVisible()) {
+                EXPECT_EQ(visible, 0);
+                visible = number;
+            }
+        }
+        return visible;
+    }
+};
+
+// Start. --------------------------------------------------------------------------------------------
+
+TEST_F(FormMainTest, StartsOfflineOnTheBasicTab) {
+    Start();
+    EXPECT_EQ(form_->windowTitle(), QStringLiteral("ZTV Link"));
+    EXPECT_EQ(Ui().Text("StatusText"), QStringLiteral("Communication Status: Offline"));
+    EXPECT_EQ(form_->CurrentTab(), 1);
+    EXPECT_EQ(VisiblePage(), 1);
+    EXPECT_FALSE(form_->Link().PortIsOpen());
+    EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("12.00\""));
+}
+
+TEST_F(FormMainTest, StartsWithTheLineOfAFreshInstallation) {
+    Start();
+    EXPECT_EQ(form_->CommPort(), 1);
+    EXPECT_EQ(form_->BaudRate(), 4);
+    EXPECT_EQ(form_->ParityStop(), 1);
+    EXPECT_EQ(form_->ModbusAddress(), 1);
+    EXPECT_EQ(form_->Link().Mbaxp1().BaudCode(), 8);
+    EXPECT_EQ(form_->Link().Mbaxp1().StopBitsCode(), 1);
+    EXPECT_EQ(form_->Link().Mbaxp1().ResponseTimeout(), 100);
+}
+
+TEST_F(FormMainTest, StartsWithTheStoredLine) {
+    WriteCommSettings(settings_, {.commPort = 9, .baudRate = 0, .parityStop = 2, .modbusAddress = 33});
+    Start();
+    EXPECT_EQ(form_->CommPort(), 9);
+    EXPECT_EQ(form_->Link().Mbaxp1().PortNumber(), 9);
+    EXPECT_EQ(form_->Link().Mbaxp1().BaudCode(), 3);
+    EXPECT_EQ(form_->Link().Mbaxp1().ParityCode(), 2);
+    EXPECT_EQ(form_->ModbusAddress(), 33);
+}
+
+TEST_F(FormMainTest, HasTheCheckoutTabOnlyWhenAskedFor) {
+    Start();
+    EXPECT_EQ(Strip().count(), 4);
+    Start(QStringLiteral("/Checkout"));
+    EXPECT_EQ(Strip().count(), 5);
+    const char *captions[] = {"&Basic", "&Advanced", "&Wizard", "&Distance", "&Checkout"};
+    for (int index = 0; index < 5; ++index) {
+        EXPECT_EQ(Strip().tabText(index), QString::fromLatin1(captions[index]));
+    }
+}
+
+TEST_F(FormMainTest, AsksBeforeItClearsTheSettings) {
+    const QString question = QStringLiteral("Clear all ZTV Link Registry Settings?");
+    WriteCommSettings(settings_, {.commPort = 9, .baudRate = 0, .parityStop = 2, .modbusAddress = 33});
+    ctrl_ = true;
+    dialogs_.Expect(question, BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::No);
+    Start();
+    EXPECT_EQ(form_->CommPort(), 9);
+    EXPECT_EQ(form_->CtrlKey(), -1);
+    ctrl_ = false;
+    dialogs_.Expect(question, BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes);
+    Start(QStringLiteral("/clearreg"));
+    EXPECT_EQ(form_->CommPort(), 1);
+    EXPECT_EQ(form_->CtrlKey(), 0);
+    EXPECT_EQ(StoredText(settings_, "Options", "CommPort"), QStringLiteral("nothing"));
+}
+
+TEST_F(FormMainTest, ShowsTheCommandLineBeforeItAsksAboutTheSettings) {
+    dialogs_.ExpectNotice(QStringLiteral("Command Line Options Selected: \n\n/cmdline\n/clearreg\n"),
+                          BoxIcon::Information);
+    dialogs_.Expect(QStringLiteral("Clear all ZTV Link Registry Settings?"), BoxIcon::Question,
+                    BoxButtons::YesNo, BoxAnswer::No);
+    Start(QStringLiteral("/cmdline /clearreg"));
+}
+
+TEST_F(FormMainTest, CannotStartWithoutItsPresets) {
+    const QTemporaryDir empty;
+    presets_ = empty.path();
+    EXPECT_THROW(Start(), Fault);
+}
+
+// Menus and toolbar. --------------------------------------------------------------------------------
+
+TEST_F(FormMainTest, HasItsMenus) {
+    Start();
+    const char *menus[][2] = {
+        {"mnuFile", "&File"}, {"mnuOptions", "&Options"}, {"mnuTools", "&Tools"}, {"mnuHelp", "&Help"}};
+    for (const auto &row : menus) {
+        EXPECT_EQ(Ui().Get<QMenu>(row[0]).title(), QString::fromLatin1(row[1]));
+    }
+    const char *entries[][2] = {{"mnuFileOpen", "&Open..."},
+                                {"mnuFileSave(0)", "&Save"},
+                                {"mnuFileSave(1)", "Save &As..."},
+                                {"mnuFileExit", "E&xit"},
+                                {"mnuCommunications", "&Communications..."},
+                                {"mnuOptionsUpgradeFirmware", "&Upgrade Firmware..."},
+                                {"mnuOnline", "&Online"},
+                                {"mnuReinit", "&Re-initialize"},
+                                {"mnuTransmitDelayCalc", "Transmit Delay &Calculator"},
+                                {"mnuZtvHelp", "ZTV Link Help"},
+                                {"mnuHelpAbout", "&About..."}};
+    for (const auto &row : entries) {
+        EXPECT_EQ(Ui().Get<QAction>(row[0]).text(), QString::fromLatin1(row[1]));
+    }
+    EXPECT_TRUE(Ui().Get<QAction>("mnuFileSep").isSeparator());
+    EXPECT_EQ(Ui().Get<QAction>("mnuZtvHelp").shortcut(), QKeySequence(Qt::Key_F1));
+    EXPECT_TRUE(Ui().Get<QAction>("mnuOnline").isCheckable());
+}
+
+TEST_F(FormMainTest, HasItsToolbar) {
+    Start();
+    const char *rows[][2] = {{"Online", "Open communications with ZTV500-100"},
+                             {"Offline", "Close communications with ZTV500-100"},
+                             {"Open File", "Open a file"},
+                             {"Save File", "Save current settings to a file"},
+                             {"Save ZTV", "Save changes in the ZTV500-100"},
+                             {"Help", "Display Help File"},
+                             {"Exit", "Exit program"}};
+    for (const auto &row : rows) {
+        auto &button = Ui().Get<QToolButton>(row[0]);
+        EXPECT_EQ(button.text(), QString::fromLatin1(row[0]));
+        EXPECT_EQ(button.toolTip(), QString::fromLatin1(row[1]));
+        EXPECT_EQ(button.accessibleName(), QString::fromLatin1(row[0]));
+        EXPECT_FALSE(button.icon().isNull());
+    }
+}
+
+TEST_F(FormMainTest, EnablesByTheStateOfTheLink) {
+    Start();
+    for (const bool online : {false, true, false}) {
+        Q_EMIT form_->Link().OnlineChanged(online);
+        SCOPED_TRACE(online);
+        EXPECT_EQ(Ui().Get<QAction>("mnuOnline").isChecked(), online);
+        EXPECT_EQ(Ui().Enabled("mnuReinit"), online);
+        EXPECT_EQ(Ui().Enabled("Toolbar1(Online)"), !online);
+        EXPECT_EQ(Ui().Enabled("Toolbar1(Offline)"), online);
+        EXPECT_EQ(Ui().Enabled("Toolbar1(Save ZTV)"), online);
+        EXPECT_TRUE(Ui().Enabled("mnuOnline"));
+        EXPECT_TRUE(Ui().Enabled("mnuFileExit"));
+        EXPECT_TRUE(Ui().Enabled("Toolbar1(Exit)"));
+    }
+}
+
+TEST_F(FormMainTest, LeavesTheOnlineMarkWhenTheConnectIsCancelled) {
+    Start();
+    WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Cancel"); });
+    Ui().Choose("mnuOnline");
+    EXPECT_FALSE(Ui().Get<QAction>("mnuOnline").isChecked());
+}
+
+TEST_F(FormMainTest, AsksBeforeItReinitialises) {
+    Start();
+    const QString question =
+        QStringLiteral("Are you sure? This will reset all parameters back to the factory default values.");
+    Q_EMIT form_->Link().OnlineChanged(true);
+    dialogs_.Expect(question, BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::No);
+    Ui().Choose("mnuReinit");
+    EXPECT_EQ(form_->Zentrova().ParamValue(3), 0);
+    dialogs_.Expect(question, BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes);
+    Ui().Choose("mnuReinit");
+    EXPECT_EQ(form_->Zentrova().ParamValue(3), 1);
+}
+
+TEST_F(FormMainTest, ClosesByMenuAndToolbar) {
+    for (const char *name : {"mnuFileExit", "Toolbar1(Exit)"}) {
+        Start();
+        Ui().Choose(name);
+        EXPECT_FALSE(form_->isVisible()) << name;
+    }
+}
+
+// Tabs. ---------------------------------------------------------------------------------------------
+
+TEST_F(FormMainTest, ShowsThePageOfTheTabThatIsClicked) {
+    Start(QStringLiteral("/checkout"));
+    for (const int index : {3, 1, 2, 4, 0}) {
+        ClickTab(index);
+        EXPECT_EQ(form_->CurrentTab(), index + 1);
+        EXPECT_EQ(VisiblePage(), index + 1);
+    }
+}
+
+TEST_F(FormMainTest, RefreshesThePageThatComesIntoView) {
+    Start();
+    form_->Zentrova().ParamUpdate(32, 12345);
+    ClickTab(3);
+    EXPECT_EQ(Ui().Text("LabelLargeLength"), QStringLiteral("123.45\""));
+    form_->Zentrova().ParamUpdate(32, 106);
+    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("120.00\"")); // not in view
+    ClickTab(0);
+    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("1.06\""));
+}
+
+TEST_F(FormMainTest, DoesNothingOnTheTabThatShowsAlready) {
+    Start();
+    form_->Zentrova().ParamUpdate(32, 106);
+    ClickTab(0);
+    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("120.00\""));
+}
+
+TEST_F(FormMainTest, KeepsTheHelpContextOnTheCheckoutTab) {
+    Start(QStringLiteral("/checkout"));
+    EXPECT_EQ(form_->HelpContext(), 1020);
+    const int contexts[] = {1020, 1030, 1040, 1050};
+    for (const int index : {1, 2, 3, 0}) {
+        ClickTab(index);
+        EXPECT_EQ(form_->HelpContext(), contexts[index]);
+    }
+    ClickTab(2);
+    ClickTab(4);
+    EXPECT_EQ(form_->HelpContext(), 1040);
+}
+
+TEST_F(FormMainTest, ReachesEachTabByItsMnemonic) {
+    Start(QStringLiteral("/checkout"));
+    form_->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    const std::pair<Qt::Key, int> keys[] = {
+        {Qt::Key_A, 2}, {Qt::Key_W, 3}, {Qt::Key_D, 4}, {Qt::Key_C, 5}, {Qt::Key_B, 1}};
+    for (const auto &[key, tab] : keys) {
+        QTest::keyClick(form_.get(), key, Qt::AltModifier);
+        EXPECT_EQ(form_->CurrentTab(), tab);
+    }
+}
+
+// Size. ---------------------------------------------------------------------------------------------
+
+TEST_F(FormMainTest, IsNeverSmallerThanItsLeastSize) {
+    Start();
+    EXPECT_EQ(form_->size(), QSize(10200 / 15, 8940 / 15));
+    form_->resize(100, 100);
+    EXPECT_EQ(form_->size(), QSize(10200 / 15, 8940 / 15));
+}
+
+TEST_F(FormMainTest, LaysOutTheStripAndThePageThatShows) {
+    Start();
+    for (const QSize size : {QSize(680, 596), QSize(1000, 800)}) {
+        form_->resize(size);
+        const QRect strip = Strip().geometry();
+        EXPECT_EQ(strip.width(), (size.width() * 15 - 350 + 7) / 15);
+        EXPECT_EQ(strip.height(), (size.height() * 15 - 2300 + 7) / 15);
+        const QRect page = Ui().Get<QWidget>("TabFrame(1)").geometry();
+        EXPECT_NEAR(page.left() - strip.left(), 250 / 15.0, 1);
+        EXPECT_NEAR(page.top() - strip.top(), 325 / 15.0, 1);
+        EXPECT_NEAR(page.width(), strip.width() - 400 / 15.0, 1);
+        EXPECT_NEAR(page.height(), strip.height() - 800 / 15.0, 1);
+        EXPECT_TRUE(form_->centralWidget()->rect().contains(strip));
+    }
+    ClickTab(3);
+    EXPECT_EQ(Ui().Get<QWidget>("TabFrame(4)").geometry(), Ui().Get<QWidget>("TabFrame(1)").geometry());
+}
+
+// Unload. -------------------------------------------------------------------------------------------
+
+TEST_F(FormMainTest, LeavesItsSettingsToTheNextRun) {
+    Start();
+    form_->Link().CommPort(12);
+    form_->Link().BaudRate(2);
+    form_->Link().ParityStop(0);
+    form_->Link().ModbusAddress(99);
+    form_->resize(900, 700);
+    form_->move(30, 40);
+    form_->close();
+    const char *rows[][3] = {
+        {"Options", "CommPort", "12"},       {"Options", "BaudRate", "2"},    {"Options", "ParityStop", "0"},
+        {"Options", "NetworkAddress", "99"}, {"Startup", "WindowState", "0"}, {"Startup", "Top", "600"},
+        {"Startup", "Left", "450"},          {"Startup", "Height", "10500"},  {"Startup", "Width", "13500"}};
+    for (const auto &row : rows) {
+        EXPECT_EQ(StoredText(settings_, row[0], row[1]), QString::fromLatin1(row[2])) << row[1];
+    }
+    Start();
+    EXPECT_EQ(form_->size(), QSize(900, 700));
+    EXPECT_EQ(form_->pos(), QPoint(30, 40));
+    EXPECT_EQ(form_->ModbusAddress(), 99);
+}
+
+TEST_F(FormMainTest, KeepsTheNormalPlaceWhenItClosesMaximised) {
+    WriteWindowPlace(settings_, {.top = 300, .left = 150, .height = 9000, .width = 10500});
+    Start();
+    form_->showMaximized();
+    form_->close();
+    EXPECT_EQ(StoredText(settings_, "Startup", "WindowState"), QStringLiteral("2"));
+    EXPECT_EQ(StoredText(settings_, "Startup", "Top"), QStringLiteral("300"));
+    EXPECT_EQ(StoredText(settings_, "Startup", "Width"), QStringLiteral("10500"));
+    Start();
+    EXPECT_TRUE(form_->isMaximized());
+}
+
+TEST_F(FormMainTest, SavesNothingOfTheWindowWhenItClosesMinimised) {
+    Start();
+    form_->showMinimized();
+    form_->close();
+    EXPECT_EQ(StoredText(settings_, "Options", "CommPort"), QStringLiteral("1"));
+    EXPECT_EQ(StoredText(settings_, "Startup", "WindowState"), QStringLiteral("nothing"));
+    EXPECT_EQ(StoredText(settings_, "Startup", "Top"), QStringLiteral("nothing"));
+}
+
+TEST_F(FormMainTest, ComesBackIntoReachFromAScreenThatIsGone) {
+    WriteWindowPlace(settings_, {.top = 900000, .left = -900000, .height = 9000, .width = 10500});
+    Start();
+    EXPECT_EQ(form_->pos(), QPoint(0, 0));
+}

@@ -1,0 +1,19 @@
+#include "shell/Application.h"
+#include "tests/support/QtWarnings.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+int main(int argc, char *argv[]) {
+    QTemporaryDir configuration;
+    qputenv("XDG_CONFIG_HOME", configuration.path().toLocal8Bit());
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    testing::InitGoogleTest(&argc, argv);
+    Application application(argc, argv);
+    application.setQuitOnLastWindowClosed(false);
+    application.OnFault([](const Fault &fault) { ADD_FAILURE() << "fault: " << fault.what(); });
+    FailOnQtWarnings();
+    return RUN_ALL_TESTS();
+}

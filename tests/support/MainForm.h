@@ -1,0 +1,48 @@
+#pragma once
+
+#include "shell/FormMain.h"
+#include "support/ApplicationTitle.h"
+#include "support/SettingsStore.h"
+#include "tests/support/Form.h"
+#include "tests/support/ScriptedDialogs.h"
+#include "tests/support/TestPresets.h"
+
+#include <QTemporaryDir>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+
+// The main form in surroundings of its own: settings, boxes, presets.
+class MainFormTest : public testing::Test {
+protected:
+    MainFormTest() : previousConfiguration_(qgetenv("XDG_CONFIG_HOME")) {
+        qputenv("XDG_CONFIG_HOME", configuration_.path().toLocal8Bit());
+    }
+    ~MainFormTest() override {
+        form_.reset();
+        qputenv("XDG_CONFIG_HOME", previousConfiguration_);
+    }
+
+    // Starts the program with this command line and shows its form.
+    void Start(const QString &commandText = QString()) {
+        form_ = std::make_unique<FormMain>(FormMain::Surroundings{.dialogs = dialogs_,
+                                                                  .settings = settings_,
+                                                                  .programFolder = presets_,
+                                                                  .commandText = commandText,
+                                                                  .ctrlKeyIsDown = [this] { return ctrl_; }});
+        form_->ShowAsStored();
+    }
+
+    Form Ui() const { return Form(*form_); }
+
+    QTemporaryDir configuration_;
+    QByteArray previousConfiguration_;
+    ScriptedDialogs dialogs_;
+    SettingsStore settings_{ApplicationTitle()};
+    QString presets_ = ShippedPresetsFolder();
+    bool ctrl_ = false;
+    std::unique_ptr<FormMain> form_;
+};
+
+// Does `work` with the next modal dialog, once it is open.
+void WhenDialogOpens(std::function<void(QWidget &)> work);

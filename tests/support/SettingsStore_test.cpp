@@ -1,0 +1,43 @@
+#include "support/SettingsStore.h"
+
+#include "tests/support/Printers.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+class SettingsStoreTest : public testing::Test {
+protected:
+    SettingsStoreTest() : previous_(qgetenv("XDG_CONFIG_HOME")) {
+        qputenv("XDG_CONFIG_HOME", folder_.path().toLocal8Bit());
+    }
+    ~SettingsStoreTest() override { qputenv("XDG_CONFIG_HOME", previous_); }
+
+    QTemporaryDir folder_;
+    QByteArray previous_;
+    SettingsStore store_{QStringLiteral("ZTV Link")};
+};
+
+TEST_F(SettingsStoreTest, GivesTheFallbackWhereNothingIsStored) {
+    EXPECT_EQ(store_.Read(QStringLiteral("Options"), QStringLiteral("CommPort"), QStringLiteral("1")),
+              QStringLiteral("1"));
+}
+
+TEST_F(SettingsStoreTest, KeepsTextsBySectionAndKey) {
+    EXPECT_TRUE(store_.Write(QStringLiteral("Options"), QStringLiteral("Top"), QStringLiteral("7")));
+    EXPECT_TRUE(
+        store_.Write(QStringLiteral("Startup"), QStringLiteral("Top"), QStringLiteral("a, b = \"c\"")));
+    const SettingsStore another(QStringLiteral("ZTV Link"));
+    EXPECT_EQ(another.Read(QStringLiteral("Options"), QStringLiteral("Top"), {}), QStringLiteral("7"));
+    EXPECT_EQ(another.Read(QStringLiteral("Startup"), QStringLiteral("Top"), {}),
+              QStringLiteral("a, b = \"c\""));
+}
+
+TEST_F(SettingsStoreTest, ClearsAllOfTheApplicationAndNothingElse) {
+    SettingsStore other(QStringLiteral("Another Program"));
+    other.Write(QStringLiteral("Options"), QStringLiteral("Key"), QStringLiteral("kept"));
+    store_.Write(QStringLiteral("Options"), QStringLiteral("Key"), QStringLiteral("gone"));
+    EXPECT_TRUE(store_.Clear());
+    EXPECT_EQ(store_.Read(QStringLiteral("Options"), QStringLiteral("Key"), {}), QString());
+    EXPECT_EQ(other.Read(QStringLiteral("Options"), QStringLiteral("Key"), {}), QStringLiteral("kept"));
+}

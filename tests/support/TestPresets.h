@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+// The folder with the presets that the program ships.
+QString ShippedPresetsFolder();
+
+// A folder with a Presets.fil of its own: the shipped one, changed by SQL.
+class ChangedPresets {
+public:
+    explicit ChangedPresets(const char *sql);
+
+    QString Folder() const { return folder_.path(); }
+
+private:
+    QTemporaryDir folder_;
+};

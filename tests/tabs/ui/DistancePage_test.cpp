@@ -1,0 +1,61 @@
+#include "tabs/ui/DistancePage.h"
+
+#include "model/ParamDefines.h"
+#include "tests/support/Form.h"
+#include "tests/support/Printers.h"
+#include "tests/support/TestPresets.h"
+
+#include <QFontMetrics>
+#include <gtest/gtest.h>
+
+class DistancePageTest : public testing::Test {
+protected:
+    void Show(std::int32_t distance) {
+        zentrova_.ParamUpdate(ParamDefines::ActualDistance, distance);
+        page_.UpdateDisplay();
+    }
+
+    ClassZentrova zentrova_{ShippedPresetsFolder()};
+    DistancePage page_{zentrova_, nullptr};
+    Form ui_{page_};
+};
+
+TEST_F(DistancePageTest, StartsWithItsFixedTexts) {
+    EXPECT_EQ(ui_.Text("LabelLargeLength"), QStringLiteral("420.00\""));
+    EXPECT_EQ(ui_.Text("LabelMin"), QStringLiteral("6.00\""));
+    EXPECT_EQ(ui_.Text("Label1"), QStringLiteral("240.00\""));
+    EXPECT_EQ(ui_.Text("LabelDistanceDesc"),
+              QStringLiteral(
+                  "This large distance display is useful for debugging when your computer is not located "
+                  "near the Zentrova."));
+    EXPECT_EQ(ui_.Get<QProgressBar>("ProgressBar1").minimum(), 600);
+    EXPECT_EQ(ui_.Get<QProgressBar>("ProgressBar1").maximum(), 42000);
+}
+
+TEST_F(DistancePageTest, ShowsTheDistanceAndLeavesTheBarOutsideItsRange) {
+    auto &bar = ui_.Get<QProgressBar>("ProgressBar1");
+    Show(42000);
+    EXPECT_EQ(bar.value(), 42000);
+    Show(600);
+    EXPECT_EQ(bar.value(), 600);
+    Show(12345);
+    Show(599);
+    EXPECT_EQ(bar.value(), 12345);
+    EXPECT_EQ(ui_.Text("LabelLargeLength"), QStringLiteral("5.99\""));
+    Show(42001);
+    EXPECT_EQ(bar.value(), 12345);
+    EXPECT_EQ(ui_.Text("LabelLargeLength"), QStringLiteral("420.01\""));
+    EXPECT_EQ(ui_.Text("Label1"), QStringLiteral("240.00\""));
+}
+
+TEST_F(DistancePageTest, KeepsTheLongestNumberInViewAtAnySize) {
+    page_.show();
+    for (const QSize size : {QSize(630, 389), QSize(1600, 500), QSize(700, 1200)}) {
+        page_.resize(size);
+        const auto &label = ui_.Get<QLabel>("LabelLargeLength");
+        const QFontMetrics metrics(label.font());
+        EXPECT_LE(metrics.horizontalAdvance(QStringLiteral("420.00\"")), label.width());
+        EXPECT_LE(metrics.capHeight(), label.height());
+        EXPECT_GT(metrics.capHeight(), 50); // it is to be read from afar
+    }
+}
