@@ -200,7 +200,7 @@ Verdict Judge(const Request &request, QByteArrayView received) {
 }
 
 Verdict JudgeAtEnd(const Request &request, QByteArrayView received) {
-    const Verdict verdict = Scan(request, received, false);
+    Verdict verdict = Scan(request, received, false);
     if (verdict.kind != Verdict::Kind::NeedMore) {
         return verdict;
     }

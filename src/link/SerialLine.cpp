@@ -43,6 +43,12 @@ std::int16_t SerialLine::Open(const LineSettings &settings) {
     Close();
     hungUp_ = false;
     port_.setPortName(settings.device);
+    // Opened with its settings, a port drops those of the opening before; set once more, each says whether
+    // the device takes it.
+    port_.setBaudRate(settings.bitsPerSecond);
+    port_.setParity(settings.parity);
+    port_.setStopBits(settings.stopBits);
+    port_.setDataBits(QSerialPort::Data8);
     if (!port_.open(QIODevice::ReadWrite)) {
         return LinkStatus::OpenFailed;
     }

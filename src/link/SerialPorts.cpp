@@ -15,7 +15,7 @@ QString DeviceOfPort(const SettingsStore &settings, std::int16_t number) {
     Q_UNUSED(settings)
     return QStringLiteral("COM%1").arg(number);
 #else
-    const QString fromEnvironment =
+    QString fromEnvironment =
         qEnvironmentVariable(QStringLiteral("ZTVLINK_PORT_%1").arg(number).toLatin1().constData());
     if (!fromEnvironment.isEmpty()) {
         return fromEnvironment;

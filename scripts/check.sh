@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# The checks that need no build: layers, format, and words that mustn't stand in the sources. With "tidy" also
+# clang-tidy over the release build.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+failed=0
+scripts/check_layers || failed=1
+
+mapfile -t sources < <(git ls-files '*.cpp' '*.h')
+if ! clang-format --dry-run -Werror "${sources[@]}"; then
+    echo "Run: clang-format -i \$(git ls-files '*.cpp' '*.h')" >&2
+    failed=1
+fi
+
+# They return from the helper that they stand in and leave the test green.
+if grep -nE '\bQ(VERIFY2?|COMPARE|FAIL|SKIP|TRY_[A-Z_]+)\b *\(' -r tests; then
+    echo "Assert with GoogleTest." >&2
+    failed=1
+fi
+if grep -nE '\b(SIGNAL|SLOT) *\(' -r src sim tools tests; then
+    echo "Connect to members, not to texts." >&2
+    failed=1
+fi
+
+if [ "${1:-}" = tidy ]; then
+    mapfile -t units < <(git ls-files 'src/*.cpp' 'sim/*.cpp' 'tools/*.cpp')
+    printf '%s\n' "${units[@]}" | xargs -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet || failed=1
+fi
+exit $failed

@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# Installs what is missing to build (and with the words "test" and "bench": to test and to measure) on
+# Debian and its relatives. Elsewhere it only says what is needed.
+set -euo pipefail
+
+packages=(cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-base-dev-tools libqt6svg6-dev
+    libqt6serialport6-dev libsqlitecpp-dev libsqlite3-dev libgl-dev fonts-dejavu-core)
+for purpose in "$@"; do
+    case "$purpose" in
+    build) ;;
+    test) packages+=(libgtest-dev libmodbus-dev mbpoll sqlite3) ;;
+    bench) packages+=(libgtest-dev libmodbus-dev qt6-serialbus-dev) ;;
+    check) packages+=(clang-format clang-tidy) ;;
+    *)
+        echo "usage: $0 [build] [test] [bench] [check]" >&2
+        exit 2
+        ;;
+    esac
+done
+
+if ! command -v dpkg-query >/dev/null; then
+    echo "This isn't a Debian system; make sure that there is the like of: ${packages[*]}" >&2
+    exit 0
+fi
+missing=()
+for package in "${packages[@]}"; do
+    if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed'; then
+        missing+=("$package")
+    fi
+done
+if [ ${#missing[@]} -gt 0 ]; then
+    echo "Installing ${missing[*]}"
+    as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    "${as_root[@]}" apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi

@@ -1,0 +1,324 @@
+#include "model/ParamDefines.h"
+#include "sim/SimulatedSensor.h"
+#include "tests/support/MainForm.h"
+#include "tests/support/Printers.h"
+#include "tests/support/Wait.h"
+
+#include <QTabBar>
+#include <algorithm>
+#include <optional>
+#include <set>
+
+// The whole program against the simulated sensor: the form's own controls at one end of the line, the
+// sensor's registers at the other.
+class SessionTest : public MainFormTest {
+protected:
+    using Writes = std::vector<std::pair<int, int>>;
+
+    ~SessionTest() override {
+        form_.reset();
+        qunsetenv("ZTVLINK_PORT_1");
+    }
+
+    void StartSensor(int addressing = 1) {
+        sim::SensorOptions options;
+        options.presets = ShippedPresetsFolder() + QStringLiteral("/Presets.fil");
+        options.addressing = addressing;
+        options.link = configuration_.filePath(QStringLiteral("line"));
+        sensor_.emplace(options);
+        ASSERT_EQ(sensor_->Start(), QString());
+        qputenv("ZTVLINK_PORT_1", sensor_->Path().toLocal8Bit());
+    }
+
+    // Online by the toolbar and the question about the direction.
+    void GoOnline(const char *direction = "Read") {
+        WhenDialogOpens([direction](QWidget &dialog) { Form(dialog).Press(direction); });
+        Ui().Choose("Toolbar1(Online)");
+    }
+
+    void StartPolling(int addressing = 1) {
+        StartSensor(addressing);
+        Start();
+        GoOnline();
+        EXPECT_TRUE(WaitForPolls(1));
+    }
+
+    // That many good polls from now on.
+    bool WaitForPolls(int count) {
+        int polls = 0;
+        const auto connection =
+            QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, form_.get(),
+                             [&polls](std::int16_t transaction) { polls += transaction == 1 ? 1 : 0; });
+        const bool came = WaitUntil([&] { return polls >= count; });
+        QObject::disconnect(connection);
+        return came;
+    }
+
+    bool WaitForStatus(const char *word) {
+        return WaitUntil([&] {
+            return Ui().Text("StatusText") == QStringLiteral("Communication Status: ") + QString::fromLatin1(word);
+        });
+    }
+
+    void Write(std::int16_t tag, std::int32_t value) { form_->Zentrova().ParamValue(tag, value); }
+    std::int32_t Value(std::int16_t tag) { return form_->Zentrova().ParamValue(tag); }
+
+    std::optional<sim::SimulatedSensor> sensor_;
+};
+
+TEST_F(SessionTest, ShowsALiveDistanceInBothAddressingModes) {
+    for (const int addressing : {1, 0}) {
+        SCOPED_TRACE(addressing);
+        StartPolling(addressing);
+        EXPECT_EQ(form_->AddressingMode(), addressing);
+        EXPECT_EQ(Ui().Text("StatusText"), QStringLiteral("Communication Status:  Online"));
+        std::set<std::string> distances;
+        EXPECT_TRUE(WaitUntil([&] {
+            distances.insert(Ui().Text("TextParam(6)").toStdString());
+            return distances.size() >= 4;
+        }));
+        form_->GoOffline();
+    }
+}
+
+TEST_F(SessionTest, ReadsEveryRegisterOfTheSensorInBothAddressingModes) {
+    for (const int addressing : {1, 0}) {
+        SCOPED_TRACE(addressing);
+        StartSensor(addressing);
+        sensor_->SetRegister(ParamDefines::NearDistance, 4321);
+        sensor_->SetRegister(ParamDefines::TransmitDelayLow, 65000);
+        Start();
+        GoOnline();
+        EXPECT_TRUE(WaitForPolls(1));
+        const std::set<int> moving{31, 32, 35, 38, 45, 46, 47, 48, 60, 61, 79}; // measurements
+        // In mode 0 the poll's range ends one short of the last row.
+        const int last = addressing == 1 ? 95 : 94;
+        for (int n = 1; n <= last; ++n) {
+            if (moving.count(n) == 0) {
+                EXPECT_EQ(Value(static_cast<std::int16_t>(n)), sensor_->Register(n)) << n;
+            }
+        }
+        EXPECT_EQ(Value(ParamDefines::TransmitDelayLow), 65000);
+        form_->GoOffline();
+    }
+}
+
+TEST_F(SessionTest, FollowsTheLinkWithItsControls) {
+    StartPolling();
+    EXPECT_TRUE(Ui().Get<QAction>("mnuOnline").isChecked());
+    EXPECT_TRUE(Ui().Enabled("mnuReinit"));
+    EXPECT_FALSE(Ui().Enabled("Toolbar1(Online)"));
+    Ui().Choose("Toolbar1(Offline)");
+    EXPECT_FALSE(Ui().Get<QAction>("mnuOnline").isChecked());
+    EXPECT_TRUE(Ui().Enabled("Toolbar1(Online)"));
+    EXPECT_EQ(Ui().Text("StatusText"), QStringLiteral("Communication Status: Offline"));
+    WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Read"); });
+    Ui().Choose("mnuOnline");
+    EXPECT_TRUE(WaitForPolls(1));
+    Ui().Choose("mnuOnline");
+    EXPECT_FALSE(form_->Link().PortIsOpen());
+}
+
+TEST_F(SessionTest, WritesItsTableToTheSensorOnAWriteConnect) {
+    for (const int addressing : {1, 0}) {
+        SCOPED_TRACE(addressing);
+        StartSensor(addressing);
+        Start();
+        Write(ParamDefines::NearDistance, 2222);
+        Write(ParamDefines::FarDistance, 33333);
+        Write(ParamDefines::AddressingMode, addressing);
+        dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
+        GoOnline("Write");
+        EXPECT_TRUE(WaitForPolls(2));
+        EXPECT_EQ(sensor_->Register(ParamDefines::NearDistance), 2222);
+        EXPECT_EQ(sensor_->Register(ParamDefines::FarDistance), 33333);
+        EXPECT_EQ(Value(ParamDefines::NearDistance), 2222);
+        EXPECT_EQ(form_->AddressingMode(), addressing);
+        form_->GoOffline();
+    }
+}
+
+TEST_F(SessionTest, SaysSoWhenTheSensorRefusesADownload) {
+    StartSensor();
+    Start();
+    Write(ParamDefines::NearDistance, 50000); // beyond its limit
+    dialogs_.ExpectNotice(QStringLiteral("Error downloading Parameters"));
+    GoOnline("Write");
+    EXPECT_TRUE(WaitForPolls(1));
+    EXPECT_EQ(Value(ParamDefines::NearDistance), sensor_->Register(ParamDefines::NearDistance));
+}
+
+TEST_F(SessionTest, SendsEachWriteOnceAndInOrder) {
+    StartPolling();
+    sensor_->ClearRecords();
+    Write(ParamDefines::NearDistance, 1500);
+    Write(ParamDefines::NearDistance, 1500);
+    Write(ParamDefines::FarDistance, 30000);
+    Write(ParamDefines::MaxRange, 41000);
+    EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(sensor_->Writes(), (Writes{{28, 1500}, {29, 30000}, {25, 41000}}));
+    EXPECT_EQ(Value(ParamDefines::MaxRange), 41000);
+    EXPECT_EQ(sensor_->Register(ParamDefines::MaxRange), 41000);
+}
+
+TEST_F(SessionTest, BringsBackTheSensorsValueAfterARefusedWrite) {
+    StartPolling();
+    const int before = sensor_->Register(ParamDefines::NearDistance);
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    Write(ParamDefines::NearDistance, 50000);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_TRUE(WaitForPolls(1));
+    EXPECT_EQ(Value(ParamDefines::NearDistance), before);
+}
+
+TEST_F(SessionTest, FollowsTheSensorToANewAddressBaudRateAndParity) {
+    const std::pair<std::int16_t, std::int32_t> changes[] = {
+        {ParamDefines::NetworkAddress, 17}, {ParamDefines::BaudRateCode, 3}, {ParamDefines::ParityStopCode, 3},
+        {ParamDefines::ParityStopCode, 0},  {ParamDefines::BaudRateCode, 0}, {ParamDefines::BaudRateCode, 4},
+    };
+    StartPolling();
+    for (const auto &[tag, value] : changes) {
+        SCOPED_TRACE(testing::Message() << tag << " := " << value);
+        Write(tag, value);
+        EXPECT_TRUE(WaitUntil([&, parameter = tag] { return !form_->Zentrova().ParamWritePending(parameter); }));
+        EXPECT_TRUE(WaitForPolls(2));
+        EXPECT_EQ(sensor_->Register(tag), value);
+    }
+    EXPECT_EQ(form_->ModbusAddress(), 17);
+    EXPECT_EQ(form_->BaudRate(), 4);
+    EXPECT_EQ(form_->ParityStop(), 0);
+}
+
+TEST_F(SessionTest, FollowsTheSensorToAnotherAddressingMode) {
+    StartPolling();
+    sensor_->SetRegister(ParamDefines::NearDistance, 4321);
+    Write(ParamDefines::AddressingMode, 0);
+    EXPECT_TRUE(WaitUntil([this] { return form_->AddressingMode() == 0; }));
+    EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(Value(ParamDefines::NearDistance), 4321);
+    Write(ParamDefines::NearDistance, 4322);
+    EXPECT_TRUE(WaitForPolls(1));
+    EXPECT_EQ(sensor_->Register(ParamDefines::NearDistance), 4322);
+}
+
+TEST_F(SessionTest, SavesInTheSensor) {
+    StartPolling();
+    sensor_->ClearRecords();
+    dialogs_.ExpectNotice(QStringLiteral("Parameters saved successfully!"));
+    Ui().Choose("Toolbar1(Save ZTV)");
+    Ui().Choose("Toolbar1(Save ZTV)"); // between two polls: the table holds 1 already
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_TRUE(WaitUntil([this] { return Value(ParamDefines::SaveCommand) == 0; }));
+    EXPECT_EQ(sensor_->Writes(), (Writes{{1, 1}}));
+}
+
+TEST_F(SessionTest, PollsOnBehindABox) {
+    StartPolling();
+    dialogs_.Expect(QStringLiteral("Parameters saved successfully!"), BoxIcon::Exclamation, BoxButtons::Ok,
+                    BoxAnswer::Ok, [this] {
+                        EXPECT_TRUE(WaitForPolls(2));
+                        Write(ParamDefines::NearDistance, 1700); // from behind the box, with no dead lock
+                        EXPECT_TRUE(WaitForPolls(1));
+                    });
+    Ui().Choose("Toolbar1(Save ZTV)");
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame() && Value(ParamDefines::NearDistance) == 1700; }));
+    EXPECT_EQ(sensor_->Register(ParamDefines::NearDistance), 1700);
+}
+
+TEST_F(SessionTest, ReinitialisesTheSensor) {
+    StartPolling();
+    Write(ParamDefines::NearDistance, 1500);
+    EXPECT_TRUE(WaitForPolls(1));
+    dialogs_.Expect(
+        QStringLiteral("Are you sure? This will reset all parameters back to the factory default values."),
+        BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes);
+    Ui().Choose("mnuReinit");
+    EXPECT_TRUE(WaitUntil([this] { return Value(ParamDefines::NearDistance) == 1200; }));
+    EXPECT_TRUE(WaitUntil([this] { return Value(ParamDefines::ReinitCommand) == 0; }));
+}
+
+TEST_F(SessionTest, GoesOfflineWhenTheSensorIsSentToItsBootLoader) {
+    StartPolling();
+    Write(ParamDefines::ReinitCommand, 99);
+    EXPECT_TRUE(WaitUntil([this] { return !form_->Link().PortIsOpen(); }));
+    EXPECT_EQ(Ui().Text("StatusText"), QStringLiteral("Communication Status: Offline"));
+    EXPECT_TRUE(Ui().Enabled("Toolbar1(Online)"));
+    EXPECT_TRUE(sensor_->InBootMode());
+}
+
+TEST_F(SessionTest, KeepsTheValuesAndCountsTheTimeoutsOfASilentSensor) {
+    StartPolling();
+    const QString distance = Ui().Text("TextParam(6)");
+    sensor_->Execute(QStringLiteral("mute on"));
+    EXPECT_TRUE(WaitForStatus("Timeout"));
+    EXPECT_TRUE(WaitUntil([this] { return form_->TimeoutCount() >= 3; }));
+    EXPECT_EQ(form_->CrcErrorCount(), 0);
+    EXPECT_TRUE(form_->Link().PortIsOpen());
+    EXPECT_TRUE(Ui().Get<QAction>("mnuOnline").isChecked());
+    EXPECT_FALSE(distance.isEmpty());
+    sensor_->Execute(QStringLiteral("mute off"));
+    EXPECT_TRUE(WaitForStatus(" Online"));
+}
+
+TEST_F(SessionTest, CountsCrcErrors) {
+    StartPolling();
+    sensor_->Execute(QStringLiteral("corrupt 1"));
+    EXPECT_TRUE(WaitUntil([this] { return form_->CrcErrorCount() >= 2; }));
+    sensor_->Execute(QStringLiteral("corrupt 0"));
+    EXPECT_TRUE(WaitForStatus(" Online"));
+}
+
+TEST_F(SessionTest, ShowsTheWordsOfAnException) {
+    StartPolling();
+    sensor_->Execute(QStringLiteral("exception 6"));
+    EXPECT_TRUE(WaitForStatus("Negative Acknowledge"));
+    sensor_->Execute(QStringLiteral("exception 0"));
+    EXPECT_TRUE(WaitForStatus(" Online"));
+    EXPECT_EQ(form_->TimeoutCount(), 0);
+}
+
+TEST_F(SessionTest, ProbesUntilTheSensorWakes) {
+    StartSensor();
+    sensor_->Execute(QStringLiteral("mute on"));
+    Start();
+    GoOnline();
+    EXPECT_TRUE(WaitForStatus("Timeout"));
+    sensor_->Execute(QStringLiteral("mute off"));
+    EXPECT_TRUE(WaitForPolls(1));
+    EXPECT_EQ(form_->TimeoutCount(), 0);
+}
+
+TEST_F(SessionTest, PollsAgainByItselfAfterAnUnplug) {
+    StartPolling();
+    sensor_->Execute(QStringLiteral("unplug"));
+    EXPECT_TRUE(WaitForStatus("Read Error"));
+    EXPECT_TRUE(form_->Link().PortIsOpen());
+    int rounds = 0;
+    QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionFailed, form_.get(),
+                     [&rounds](std::int16_t, std::int16_t status) { rounds += status == 15 ? 1 : 0; });
+    EXPECT_TRUE(WaitUntil([&rounds] { return rounds >= 3; }));
+    sensor_->Execute(QStringLiteral("plug"));
+    EXPECT_TRUE(WaitForStatus(" Online"));
+    EXPECT_TRUE(WaitForPolls(1));
+}
+
+TEST_F(SessionTest, SaysSoWhenThePortIsNotThere) {
+    qputenv("ZTVLINK_PORT_1", "/dev/there-is-no-such-port");
+    Start();
+    dialogs_.ExpectNotice(QStringLiteral("Error 47. The com port could not be opened.  The port does not exist or is "
+                                         "in use by another application."));
+    GoOnline();
+    EXPECT_FALSE(Ui().Get<QAction>("mnuOnline").isChecked());
+    EXPECT_TRUE(Ui().Enabled("Toolbar1(Online)"));
+}
+
+TEST_F(SessionTest, KeepsTheLineSettingsThatItFollowedForTheNextRun) {
+    StartPolling();
+    Write(ParamDefines::NetworkAddress, 5);
+    EXPECT_TRUE(WaitUntil([this] { return form_->ModbusAddress() == 5; }));
+    form_->close();
+    Start();
+    EXPECT_EQ(form_->ModbusAddress(), 5);
+    GoOnline();
+    EXPECT_TRUE(WaitForPolls(1));
+}
