@@ -155,21 +155,28 @@ void FormMain::BuildPages() {
 }
 
 void FormMain::ConnectCommands() {
-    const auto give = [this](QAction &action, void (FormMain::*work)()) {
-        action.setEnabled(true);
-        connect(&action, &QAction::triggered, this, work);
-    };
     commands_->Menu("mnuOnline").setCheckable(true);
-    give(commands_->Menu("mnuOnline"), &FormMain::ToggleOnline);
-    give(commands_->Menu("mnuReinit"), &FormMain::Reinitialise);
-    commands_->Menu("mnuFileExit").setEnabled(true);
-    connect(&commands_->Menu("mnuFileExit"), &QAction::triggered, this, &FormMain::close);
-    commands_->Button("Exit").setEnabled(true);
-    connect(&commands_->Button("Exit"), &QAction::triggered, this, &FormMain::close);
-    connect(&commands_->Button("Online"), &QAction::triggered, this, [this] { GoOnline(0); });
-    connect(&commands_->Button("Offline"), &QAction::triggered, this, [this] { GoOffline(); });
-    connect(&commands_->Button("Save ZTV"), &QAction::triggered, this,
-            [this] { zentrova_->ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings); });
+    const auto goOnline = [this] { GoOnline(0); };
+    const auto goOffline = [this] { GoOffline(); };
+    const auto saveInSensor = [this] {
+        zentrova_->ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+    };
+    const auto exit = [this] { close(); };
+    const std::pair<QAction &, std::function<void()>> works[] = {
+        {commands_->Menu("mnuOnline"), [this] { ToggleOnline(); }},
+        {commands_->Menu("mnuReinit"), [this] { Reinitialise(); }},
+        {commands_->Menu("mnuFileExit"), exit},
+        {commands_->Button("Online"), goOnline},
+        {commands_->Button("Offline"), goOffline},
+        {commands_->Button("Save ZTV"), saveInSensor},
+        {commands_->Button("Exit"), exit},
+    };
+    for (const auto &[action, work] : works) {
+        action.setEnabled(true);
+        // From the event loop: an assistive client that pressed the button mustn't be kept waiting while
+        // the work has a dialog open.
+        connect(&action, &QAction::triggered, this, work, Qt::QueuedConnection);
+    }
     connect(tabStrip1_, &QTabWidget::currentChanged, this, &FormMain::SelectTab);
 }
 

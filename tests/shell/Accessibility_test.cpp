@@ -1,5 +1,6 @@
 #include "tests/support/MainForm.h"
 #include "tests/support/Printers.h"
+#include "tests/support/Wait.h"
 
 #include "link/ui/FormReadWrite.h"
 
@@ -67,7 +68,20 @@ TEST_F(AccessibilityTest, ButtonsCanBePressed) {
     QAccessibleInterface &exit = Seen(Ui().Get<QToolButton>("Exit"));
     ASSERT_NE(exit.actionInterface(), nullptr);
     exit.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    Settle();
     EXPECT_FALSE(form_->isVisible());
+}
+
+TEST_F(AccessibilityTest, APressReturnsAtOnceThoughADialogOpens) {
+    Start();
+    bool returned = false;
+    WhenDialogOpens([&returned](QWidget &dialog) {
+        EXPECT_TRUE(returned);
+        Form(dialog).Press("Cancel");
+    });
+    Seen(Ui().Get<QToolButton>("Online")).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    returned = true;
+    Settle();
 }
 
 TEST_F(AccessibilityTest, TabsCanBeChosen) {

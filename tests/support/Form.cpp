@@ -1,5 +1,7 @@
 #include "tests/support/Form.h"
 
+#include "tests/support/Wait.h"
+
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
@@ -19,12 +21,14 @@ void Form::Press(const char *buttonName) const {
     auto &button = Get<QAbstractButton>(buttonName);
     EXPECT_TRUE(button.isEnabled()) << buttonName;
     QTest::mouseClick(&button, Qt::LeftButton);
+    Settle();
 }
 
 void Form::Choose(const char *actionName) const {
     auto &action = Get<QAction>(actionName);
     EXPECT_TRUE(action.isEnabled()) << actionName;
     action.trigger();
+    Settle();
 }
 
 QString Form::Text(const char *name) const {
