@@ -3,8 +3,8 @@
 # Debian and its relatives. Elsewhere it only says what is needed.
 set -euo pipefail
 
-packages=(cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-base-dev-tools libqt6svg6-dev
-    libqt6serialport6-dev libsqlitecpp-dev libsqlite3-dev libgl-dev fonts-dejavu-core)
+packages=(cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-base-dev-tools qt6-svg-dev
+    qt6-serialport-dev libsqlitecpp-dev libsqlite3-dev libgl-dev fonts-dejavu-core)
 for purpose in "$@"; do
     case "$purpose" in
     build) ;;

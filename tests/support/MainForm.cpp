@@ -4,8 +4,11 @@
 #include <QTimer>
 
 void WhenDialogOpens(std::function<void(QWidget &)> work) {
-    QTimer::singleShot(0, qApp, [work = std::move(work)] {
-        if (QWidget *dialog = QApplication::activeModalWidget()) {
+    constexpr int pulseMs = 1;
+    QTimer::singleShot(pulseMs, qApp, [work = std::move(work)] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        // Until it is active, it has no focus and its mnemonics don't work.
+        if (dialog != nullptr && dialog->isActiveWindow()) {
             work(*dialog);
         } else {
             WhenDialogOpens(work);

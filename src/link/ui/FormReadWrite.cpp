@@ -4,7 +4,7 @@
 #include "support/ApplicationTitle.h"
 #include "ui/Controls.h"
 
-#include <QStyle>
+#include <QKeyEvent>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -57,4 +57,19 @@ FormReadWrite::FormReadWrite(QWidget *parent) : QDialog(parent), choice_(Connect
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(toolbar);
     layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void FormReadWrite::showEvent(QShowEvent *event) {
+    QDialog::showEvent(event);
+    findChild<QToolButton *>(QString::fromLatin1(buttons.front().key))->setFocus();
+}
+
+// Not every platform lets Enter press a tool button.
+void FormReadWrite::keyPressEvent(QKeyEvent *event) {
+    auto *button = qobject_cast<QToolButton *>(focusWidget());
+    if (button != nullptr && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        button->click();
+    } else {
+        QDialog::keyPressEvent(event);
+    }
 }

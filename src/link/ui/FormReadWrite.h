@@ -13,6 +13,10 @@ public:
     // A ConnectChoice. Cancel unless a button said otherwise, so also when the window was closed.
     std::int16_t Choice() const { return choice_; }
 
+protected:
+    void showEvent(QShowEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
     std::int16_t choice_;
 };
