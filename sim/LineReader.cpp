@@ -15,7 +15,7 @@ LineReader::LineReader(int descriptor, std::function<void(const QByteArray &)> o
 }
 
 void LineReader::Read() {
-    std::array<char, 4096> bytes;
+    std::array<char, 4096> bytes{};
     const ssize_t count = read(static_cast<int>(notifier_.socket()), bytes.data(), bytes.size());
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
         return;

@@ -88,9 +88,11 @@ LineSettings Registers::Line() const {
 
 void Registers::Configure(const LineSettings &line) {
     const int values[] = {line.address, line.baud, line.parity, line.addressing};
-    for (int i = 0; i < 4; ++i) {
-        Store(parameter::Address + i, values[i]);
-        stored_.at(static_cast<std::size_t>(parameter::Address + i)) = values[i];
+    int number = parameter::Address;
+    for (const int value : values) {
+        Store(number, value);
+        stored_.at(static_cast<std::size_t>(number)) = value;
+        ++number;
     }
 }
 

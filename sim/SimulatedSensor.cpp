@@ -182,7 +182,7 @@ void SimulatedSensor::Private::Reset() {
 }
 
 bool SimulatedSensor::Private::Receive() {
-    std::array<char, 4096> buffer;
+    std::array<char, 4096> buffer{};
     const ssize_t count = read(terminal.Descriptor(), buffer.data(), buffer.size());
     if (count <= 0) {
         // A descriptor that fails would wake the event loop for ever.
