@@ -80,6 +80,7 @@ bool Mbaxp::OpenPort() {
     }
     open_ = true;
     lateReplyPossible_ = false;
+    holdOffEndUs_.reset();
     lastByteUs_ = NowUs();
     return true;
 }
@@ -260,9 +261,16 @@ void Mbaxp::StartNext() {
     }
     const qint64 holdOff = HoldOffUs(transactions_[static_cast<std::size_t>(number)].request, now);
     if (holdOff > 0) {
-        WakeIn(holdOff);
-        return;
+        // A line that never falls silent mustn't keep a request waiting for good.
+        if (!holdOffEndUs_) {
+            holdOffEndUs_ = now + holdOff + TimeoutUs();
+        }
+        if (now < *holdOffEndUs_) {
+            WakeIn(holdOff);
+            return;
+        }
     }
+    holdOffEndUs_.reset();
     Start(number);
 }
 
@@ -304,7 +312,7 @@ void Mbaxp::Start(int number) {
         return;
     }
     lastByteUs_ = now + LineTimeUs(frame.size());
-    deadlineUs_ = lastByteUs_ + inForce_.responseTimeout * qint64{1000};
+    deadlineUs_ = lastByteUs_ + TimeoutUs();
     WakeIn(deadlineUs_ - now);
 }
 
@@ -373,7 +381,7 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
     lateReplyPossible_ =
         !done && verdict.status >= LinkStatus::Timeout && verdict.status < LinkStatus::WriteError;
-    lateReplyUntilUs_ = NowUs() + inForce_.responseTimeout * qint64{1000};
+    lateReplyUntilUs_ = NowUs() + TimeoutUs();
     if (done && request_.function == ModbusFrame::ReadHoldingRegisters &&
         transaction.buffer.size() == verdict.words.size()) {
         transaction.buffer = verdict.words;

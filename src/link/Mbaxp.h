@@ -132,6 +132,7 @@ private:
     void Finish(const ModbusFrame::Verdict &verdict);
     void FinishWith(std::int16_t status);
     qint64 NowUs() const { return clock_.nsecsElapsed() / 1000; }
+    qint64 TimeoutUs() const { return inForce_.responseTimeout * qint64{1000}; }
 
     std::function<QString(std::int16_t)> deviceOfPort_;
     Settings settings_;
@@ -152,6 +153,7 @@ private:
     QByteArray received_;
     qint64 deadlineUs_ = 0;
     qint64 lastByteUs_ = 0;
+    std::optional<qint64> holdOffEndUs_; // while a request waits for silence
 
     // A request that timed out may still be answered. Until its reply has come, or the next exchange has
     // ended well, a matching reply may be the late one.

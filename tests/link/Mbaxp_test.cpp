@@ -226,6 +226,19 @@ TEST_F(MbaxpTest, ABusyScreenInventsNoTimeout) {
     EXPECT_EQ(events_.front(), Event(once, 0));
 }
 
+TEST_F(MbaxpTest, ALineThatNeverFallsSilentHoldsNothingUpForGood) {
+    QTimer babble;
+    QObject::connect(&babble, &QTimer::timeout, [this] { line_->Send(Hex("55 AA 01 03")); });
+    babble.start(1);
+    line_->AnswerNothing();
+    EXPECT_EQ(Run(), 11);
+    line_->AnswerNothing();
+    EXPECT_EQ(Run(), 11);
+    babble.stop();
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
+}
+
 // Hang-up. ------------------------------------------------------------------------------------------
 
 TEST_F(MbaxpTest, HangUpEndsTheRequestOnceWith15) {
