@@ -9,7 +9,7 @@ for purpose in "$@"; do
     case "$purpose" in
     build) ;;
     test) packages+=(libgtest-dev libmodbus-dev mbpoll python3-gi gir1.2-atspi-2.0 at-spi2-core dbus xvfb xauth) ;;
-    bench) packages+=(libgtest-dev libmodbus-dev qt6-serialbus-dev) ;;
+    bench) packages+=(libmodbus-dev qt6-serialbus-dev libxcb1-dev xvfb cutecom) ;;
     check) packages+=(clang-format clang-tidy) ;;
     *)
         echo "usage: $0 [build] [test] [bench] [check]" >&2

@@ -14,7 +14,7 @@
 namespace {
 
 constexpr std::int16_t addressingMarkRegister = 69;
-constexpr std::int16_t addressingMark = 0x5555; // there, it tells a sensor that numbers from 0
+constexpr std::int16_t addressingMark = 0x5555; // there, it tells registers numbered like their parameters
 
 constexpr std::int16_t singleWritePeriodMs = 1000;
 constexpr std::int16_t addressingProbePeriodMs = 500;
@@ -135,7 +135,10 @@ void LinkSession::WaitForWriteIdle() {
 void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
     if (!mbaxp1_.DefineWriteRegister(LinkTransaction::SingleWrite, modbusAddress_, Tag - addressingMode_,
                                      singleWritePeriodMs)) {
-        zentrova_.ParamWritePending(Tag, false); // a row without a register
+        // Such as with an address that no sensor can have. It is told like any failed write, not from here.
+        QMetaObject::invokeMethod(
+            this, [this, Tag, status = mbaxp1_.LastError()] { WriteFailed(Tag, status); },
+            Qt::QueuedConnection);
         return;
     }
     mbaxp1_.RegisterValue(LinkTransaction::SingleWrite, 0, Global::SignedFromUnsigned(value));
@@ -172,12 +175,12 @@ void LinkSession::TransactionDone(std::int16_t transaction) {
 }
 
 void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t status) {
+    if (transaction == LinkTransaction::SingleWrite) {
+        WriteFailed(WrittenParameter(), status);
+        return;
+    }
     SetStatus(MbaxpErrorDesc(status));
     switch (transaction) {
-    case LinkTransaction::SingleWrite:
-        zentrova_.ParamWritePending(WrittenParameter(), false);
-        Notice(QStringLiteral("Error writing parameter"));
-        break;
     case LinkTransaction::Poll:
         if (status == LinkStatus::Timeout) {
             timeoutCount_ = ToInt16(timeoutCount_ + 1);
@@ -219,6 +222,12 @@ void LinkSession::WriteComplete() {
     default:
         break;
     }
+}
+
+void LinkSession::WriteFailed(std::int16_t written, std::int16_t status) {
+    SetStatus(MbaxpErrorDesc(status));
+    zentrova_.ParamWritePending(written, false);
+    Notice(QStringLiteral("Error writing parameter"));
 }
 
 void LinkSession::PollComplete() {
@@ -270,6 +279,9 @@ void LinkSession::StartDownload() {
 void LinkSession::DownloadComplete() {
     zentrova_.WriteAllPending(false);
     Notice(QStringLiteral("Parameters downloaded successfully!"));
+    if (!mbaxp1_.PortIsOpen()) {
+        return; // the link was closed behind the box
+    }
     StartPollAfterConnectDownload();
     ReconnectWithDeviceSettings();
     addressingMode_ = ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode));

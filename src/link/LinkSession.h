@@ -95,6 +95,7 @@ Q_SIGNALS:
 
 private:
     void WriteComplete();
+    void WriteFailed(std::int16_t written, std::int16_t status);
     void PollComplete();
     void AddressingProbeComplete();
     void DownloadComplete();

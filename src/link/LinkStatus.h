@@ -22,6 +22,7 @@ inline constexpr std::int16_t BaudRateRefused = 42;
 inline constexpr std::int16_t ParityRefused = 43;
 inline constexpr std::int16_t StopBitsRefused = 44;
 inline constexpr std::int16_t DataBitsRefused = 45;
+inline constexpr std::int16_t ProtocolModeRefused = 46;
 inline constexpr std::int16_t OpenFailed = 47;
 inline constexpr std::int16_t AlreadyOpen = 48;
 

@@ -8,9 +8,10 @@
 namespace {
 
 constexpr int highestSlave = 247;
-constexpr qsizetype mostReceivedBytes = 4096; // a babbling line mustn't fill the memory
+constexpr qsizetype mostReceivedBytes = 1024; // a babbling line mustn't fill the memory
 constexpr qint64 secondUs = 1'000'000;
 constexpr qint64 lateReplyGapUs = 50'000; // a second reply follows a late one sooner than this
+constexpr int owedForTimeouts = 5;        // a reply that is later than this comes no more
 
 int BitsPerSecond(std::int16_t baudCode) {
     switch (baudCode) {
@@ -73,13 +74,16 @@ bool Mbaxp::OpenPort() {
     if (open_) {
         return Refuse(LinkStatus::AlreadyOpen);
     }
+    if (settings_.lineModeA != 0 || settings_.lineModeB != 1) {
+        return Refuse(LinkStatus::ProtocolModeRefused);
+    }
     inForce_ = settings_;
     const std::int16_t status = line_.Open(LineSettingsInForce());
     if (status != LinkStatus::NoError) {
         return Refuse(status);
     }
     open_ = true;
-    lateReplyPossible_ = false;
+    owed_.clear();
     holdOffEndUs_.reset();
     lastByteUs_ = NowUs();
     return true;
@@ -116,13 +120,16 @@ bool Mbaxp::DefineWriteRegisters(std::int16_t transaction, std::int16_t slave, s
 
 bool Mbaxp::Define(std::int16_t number, std::uint8_t function, std::int32_t slave, std::int32_t address,
                    std::int32_t quantity, int mostRegisters, std::int32_t periodMs) {
-    const bool fits = number >= 0 && number < TransactionCount && slave >= 1 && slave <= highestSlave &&
-                      quantity >= 1 && quantity <= mostRegisters && address >= 0 &&
-                      address + quantity <= 0x10000;
-    if (!fits) {
+    if (number < 0 || number >= TransactionCount) {
         return Refuse(LinkStatus::IndexError);
     }
     Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+    const bool fits = slave >= 1 && slave <= highestSlave && quantity >= 1 && quantity <= mostRegisters &&
+                      address >= 0 && address <= 0x10000 - quantity;
+    if (!fits) {
+        transaction.request.quantity = 0; // what the number stood for before isn't wanted any more
+        return Refuse(LinkStatus::IndexError);
+    }
     transaction.request = {.slave = static_cast<std::uint8_t>(slave),
                            .function = function,
                            .address = static_cast<std::uint16_t>(address),
@@ -259,7 +266,7 @@ void Mbaxp::StartNext() {
         }
         return;
     }
-    const qint64 holdOff = HoldOffUs(transactions_[static_cast<std::size_t>(number)].request, now);
+    const qint64 holdOff = HoldOffUs(number, now);
     if (holdOff > 0) {
         // A line that never falls silent mustn't keep a request waiting for good.
         if (!holdOffEndUs_) {
@@ -274,12 +281,33 @@ void Mbaxp::StartNext() {
     Start(number);
 }
 
-// How long the line must stay quiet before the next request: the silent interval behind the last byte,
-// and after a timeout as long again as the reply had, where the late reply would pass for the next one.
-qint64 Mbaxp::HoldOffUs(const ModbusFrame::Request &next, qint64 now) const {
-    const qint64 silence = lastByteUs_ + SilentIntervalUs() - now;
-    const bool late = lateReplyPossible_ && RepliesLookAlike(request_, next);
-    return late ? std::max(silence, lateReplyUntilUs_ - now) : silence;
+// How long the line must stay quiet before the next request: the silent interval behind the last byte; for
+// a run that was triggered once also as long as a late reply is likely that would pass for its own. A cycle
+// has that much time between its rounds, and keeps its period.
+qint64 Mbaxp::HoldOffUs(int number, qint64 now) const {
+    const Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+    qint64 until = lastByteUs_ + SilentIntervalUs();
+    for (const OwedReply &owed : owed_) {
+        if (transaction.once && RepliesLookAlike(owed.request, transaction.request)) {
+            until = std::max(until, owed.likelyUntilUs);
+        }
+    }
+    return until - now;
+}
+
+bool Mbaxp::IsOwedLike(const ModbusFrame::Request &request) const {
+    return std::any_of(owed_.begin(), owed_.end(),
+                       [&](const OwedReply &owed) { return RepliesLookAlike(owed.request, request); });
+}
+
+// Takes what has come since, but isn't the reply to what is on the line, for the late replies that it is.
+void Mbaxp::StrikeOffLateReplies() {
+    std::erase_if(owed_, [this](const OwedReply &owed) {
+        if (current_ >= 0 && RepliesLookAlike(owed.request, request_)) {
+            return false;
+        }
+        return ModbusFrame::Judge(owed.request, received_).kind != ModbusFrame::Verdict::Kind::NeedMore;
+    });
 }
 
 void Mbaxp::Start(int number) {
@@ -293,7 +321,7 @@ void Mbaxp::Start(int number) {
         transaction.dueUs = now + transaction.periodUs;
     }
     lastWasOnce_ = currentIsOnce_;
-    lateReplyPossible_ = lateReplyPossible_ && RepliesLookAlike(request_, transaction.request);
+    std::erase_if(owed_, [now](const OwedReply &owed) { return owed.possibleUntilUs < now; });
     request_ = transaction.request;
     if (request_.function != ModbusFrame::ReadHoldingRegisters) {
         request_.words = transaction.buffer;
@@ -311,17 +339,22 @@ void Mbaxp::Start(int number) {
         FinishWith(LinkStatus::WriteError);
         return;
     }
-    lastByteUs_ = now + LineTimeUs(frame.size());
+    const qint64 sent = NowUs();
+    lastByteUs_ = sent + LineTimeUs(frame.size());
     deadlineUs_ = lastByteUs_ + TimeoutUs();
-    WakeIn(deadlineUs_ - now);
+    WakeIn(deadlineUs_ - sent);
 }
 
 void Mbaxp::OnBytes() {
-    received_ += line_.TakeInput();
-    received_ = received_.right(mostReceivedBytes);
+    const QByteArray bytes = line_.TakeInput();
+    if (bytes.isEmpty()) {
+        return;
+    }
+    received_ = (received_ + bytes).right(mostReceivedBytes);
     lastByteUs_ = NowUs();
+    StrikeOffLateReplies();
     if (current_ < 0) {
-        WatchForLateReply();
+        StartNext(); // what waited for a late reply may go ahead
         return;
     }
     const ModbusFrame::Verdict verdict = ModbusFrame::Judge(request_, received_);
@@ -329,20 +362,10 @@ void Mbaxp::OnBytes() {
         if (heldReply_) {
             WakeIn(deadlineUs_ - NowUs()); // another reply has begun: it has until the deadline
         }
-    } else if (lateReplyPossible_ && !heldReply_) {
+    } else if (IsOwedLike(request_) && !heldReply_) {
         HoldReply(verdict);
     } else {
         Finish(verdict);
-    }
-}
-
-// Between two requests: the reply that a timed-out request still gets needn't be waited for any longer.
-void Mbaxp::WatchForLateReply() {
-    if (lateReplyPossible_ &&
-        ModbusFrame::Judge(request_, received_).kind != ModbusFrame::Verdict::Kind::NeedMore) {
-        lateReplyPossible_ = false;
-        received_.clear();
-        StartNext();
     }
 }
 
@@ -355,7 +378,7 @@ void Mbaxp::HoldReply(const ModbusFrame::Verdict &verdict) {
 
 void Mbaxp::OnDeadline() {
     // What has come but wasn't delivered while the screen was busy counts.
-    received_ += line_.TakeInput();
+    received_ += line_.TakeAllInput();
     const ModbusFrame::Verdict verdict = ModbusFrame::JudgeAtEnd(request_, received_);
     const bool complete = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
     Finish(heldReply_ && !complete ? *heldReply_ : verdict);
@@ -379,9 +402,13 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
         transaction.once = false;
     }
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
-    lateReplyPossible_ =
-        !done && verdict.status >= LinkStatus::Timeout && verdict.status < LinkStatus::WriteError;
-    lateReplyUntilUs_ = NowUs() + TimeoutUs();
+    std::erase_if(owed_, [this](const OwedReply &owed) { return RepliesLookAlike(owed.request, request_); });
+    if (verdict.status == LinkStatus::Timeout || verdict.status == LinkStatus::UnexpectedResponse) {
+        const qint64 now = NowUs();
+        owed_.push_back({.request = request_,
+                         .likelyUntilUs = now + TimeoutUs(),
+                         .possibleUntilUs = now + owedForTimeouts * TimeoutUs()});
+    }
     if (done && request_.function == ModbusFrame::ReadHoldingRegisters &&
         transaction.buffer.size() == verdict.words.size()) {
         transaction.buffer = verdict.words;

@@ -109,6 +109,14 @@ private:
         bool once = false;   // from TriggerOnce to its event
     };
 
+    // A request that timed out may still be answered. Until that has come, or time has passed, a reply that
+    // looks like it may be the late one.
+    struct OwedReply {
+        ModbusFrame::Request request;
+        qint64 likelyUntilUs; // a further run that would get such a reply waits until then
+        qint64 possibleUntilUs;
+    };
+
     bool Define(std::int16_t number, std::uint8_t function, std::int32_t slave, std::int32_t address,
                 std::int32_t quantity, int mostRegisters, std::int32_t periodMs);
     bool CanRun(std::int16_t number);
@@ -125,8 +133,9 @@ private:
     int NextTransaction(qint64 now, qint64 &earliestDue) const;
     void StartNext();
     void Start(int number);
-    qint64 HoldOffUs(const ModbusFrame::Request &next, qint64 now) const;
-    void WatchForLateReply();
+    qint64 HoldOffUs(int number, qint64 now) const;
+    void StrikeOffLateReplies();
+    bool IsOwedLike(const ModbusFrame::Request &request) const;
     void HoldReply(const ModbusFrame::Verdict &verdict);
     void OnDeadline();
     void Finish(const ModbusFrame::Verdict &verdict);
@@ -155,9 +164,6 @@ private:
     qint64 lastByteUs_ = 0;
     std::optional<qint64> holdOffEndUs_; // while a request waits for silence
 
-    // A request that timed out may still be answered. Until its reply has come, or the next exchange has
-    // ended well, a matching reply may be the late one.
-    bool lateReplyPossible_ = false;
-    qint64 lateReplyUntilUs_ = 0;
+    std::vector<OwedReply> owed_;
     std::optional<ModbusFrame::Verdict> heldReply_;
 };

@@ -128,15 +128,18 @@ int LengthByShape(QByteArrayView bytes) {
     }
 }
 
+bool StartsWithFrame(QByteArrayView bytes) {
+    const int length = LengthByShape(bytes);
+    return length != 0 && length <= bytes.size() && HasGoodCrc(bytes.first(length));
+}
+
 // A frame with a good CRC stands in the bytes, whoever sent it and whatever it says.
 bool HoldsAnyFrame(QByteArrayView received) {
     if (received.size() >= shortestFrame && HasGoodCrc(received)) {
         return true;
     }
     for (qsizetype at = 0; at + shortestFrame <= received.size(); ++at) {
-        const QByteArrayView rest = received.sliced(at);
-        const int length = LengthByShape(rest);
-        if (length != 0 && length <= rest.size() && HasGoodCrc(rest.first(length))) {
+        if (StartsWithFrame(received.sliced(at))) {
             return true;
         }
     }
@@ -146,8 +149,13 @@ bool HoldsAnyFrame(QByteArrayView received) {
 Verdict Scan(const Request &request, QByteArrayView received, bool moreMayCome) {
     const QByteArray known = KnownBytes(request);
     for (qsizetype at = 0; at < received.size(); ++at) {
-        const std::optional<Verdict> verdict = JudgeFront(request, received.sliced(at), known);
+        const QByteArrayView rest = received.sliced(at);
+        const std::optional<Verdict> verdict = JudgeFront(request, rest, known);
         if (!verdict) {
+            // What another slave says mustn't be searched for a reply of ours.
+            if (ByteAt(rest, 0) != request.slave && StartsWithFrame(rest)) {
+                at += LengthByShape(rest) - 1;
+            }
             continue;
         }
         // While a reply may be growing here, what looks like a frame further on is most likely its data.

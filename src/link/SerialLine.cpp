@@ -32,7 +32,7 @@ bool CarriesParity(const QString &device) {
 } // namespace
 
 SerialLine::SerialLine(QObject *parent) : QObject(parent) {
-    connect(&port_, &QSerialPort::readyRead, this, &SerialLine::BytesArrived);
+    connect(&port_, &QSerialPort::readyRead, this, &SerialLine::OnReadyRead);
     connect(&port_, &QSerialPort::errorOccurred, this, &SerialLine::OnError);
 }
 
@@ -95,11 +95,29 @@ bool SerialLine::Write(const QByteArray &bytes) {
 }
 
 QByteArray SerialLine::TakeInput() {
-    if (!IsOpen()) {
-        return {};
+    return IsOpen() ? port_.readAll() : QByteArray();
+}
+
+QByteArray SerialLine::TakeAllInput() {
+    if (IsOpen()) {
+        port_.waitForReadyRead(0); // waits for nothing
     }
-    port_.waitForReadyRead(0); // reads what the system holds; waits for nothing
-    return port_.readAll();
+    return TakeInput();
+}
+
+// The port doesn't report again while a handler of its report is running, and that may keep a box open.
+void SerialLine::OnReadyRead() {
+    if (arrivalPosted_) {
+        return;
+    }
+    arrivalPosted_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            arrivalPosted_ = false;
+            Q_EMIT BytesArrived();
+        },
+        Qt::QueuedConnection);
 }
 
 void SerialLine::OnError(QSerialPort::SerialPortError error) {

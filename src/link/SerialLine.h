@@ -31,16 +31,22 @@ public:
     // Hands the bytes to the device at once. False when it doesn't take them.
     bool Write(const QByteArray &bytes);
 
-    // The bytes that have come, also those that the system still holds.
+    // The bytes that have come.
     QByteArray TakeInput();
 
+    // The same with those that the system still holds.
+    QByteArray TakeAllInput();
+
 Q_SIGNALS:
+    // Both come from the event loop, never from within a call, so a handler may close and reopen the line.
     void BytesArrived();
     void HungUp();
 
 private:
+    void OnReadyRead();
     void OnError(QSerialPort::SerialPortError error);
 
     QSerialPort port_;
     bool hungUp_ = false;
+    bool arrivalPosted_ = false;
 };

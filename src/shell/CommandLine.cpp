@@ -1,6 +1,7 @@
 #include "shell/CommandLine.h"
 
 #include "support/ApplicationTitle.h"
+#include "support/Numbers.h"
 
 namespace {
 
@@ -19,11 +20,11 @@ namespace CommandLine {
 
 std::vector<QString> SplitArguments(const QString &text) {
     std::vector<QString> arguments;
-    QString rest = text.trimmed();
+    QString rest = TrimBlanks(text).toString();
     while (!rest.isEmpty()) {
         const qsizetype end = FindArgumentEnd(rest);
         arguments.push_back(end < 0 ? rest : rest.left(end));
-        rest = end < 0 ? QString() : rest.mid(end).trimmed();
+        rest = end < 0 ? QString() : TrimBlanks(QStringView(rest).mid(end)).toString();
     }
     return arguments;
 }

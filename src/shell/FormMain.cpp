@@ -10,8 +10,8 @@
 #include "tabs/ui/WizardPage.h"
 #include "ui/Controls.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QResizeEvent>
 #include <QScreen>
 #include <QStatusBar>
@@ -175,7 +175,15 @@ void FormMain::ConnectCommands() {
         action.setEnabled(true);
         // From the event loop: an assistive client that pressed the button mustn't be kept waiting while
         // the work has a dialog open.
-        connect(&action, &QAction::triggered, this, work, Qt::QueuedConnection);
+        connect(
+            &action, &QAction::triggered, this,
+            [&action = action, work = work] {
+                // What came before it may have opened a dialog, or changed the state of the link.
+                if (action.isEnabled() && QApplication::activeModalWidget() == nullptr) {
+                    work();
+                }
+            },
+            Qt::QueuedConnection);
     }
     connect(tabStrip1_, &QTabWidget::currentChanged, this, &FormMain::SelectTab);
 }

@@ -2,10 +2,14 @@
 
 #include "shell/FormMain.h"
 #include "support/ApplicationTitle.h"
-#include "support/Fault.h"
 
 #include <QApplication>
 #include <cstdlib>
+
+void ShowFault(UserDialogs &dialogs, const Fault &fault) {
+    dialogs.OwnedMessageBox(fault.Description(), {.icon = BoxIcon::Critical, .buttons = BoxButtons::Ok},
+                            ApplicationTitle());
+}
 
 int RunProgram(const ProgramStart &start, const std::function<void(QWidget &)> &onShown) {
     try {
@@ -20,8 +24,7 @@ int RunProgram(const ProgramStart &start, const std::function<void(QWidget &)> &
         onShown(form);
         return QApplication::exec();
     } catch (const Fault &fault) {
-        start.dialogs.OwnedMessageBox(
-            fault.Description(), {.icon = BoxIcon::Critical, .buttons = BoxButtons::Ok}, ApplicationTitle());
+        ShowFault(start.dialogs, fault);
         return EXIT_FAILURE;
     }
 }

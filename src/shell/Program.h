@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/Fault.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
 
@@ -15,6 +16,9 @@ struct ProgramStart {
     QString programFolder;
     QString commandText;
 };
+
+// Tells the user of a fault that ends the program.
+void ShowFault(UserDialogs &dialogs, const Fault &fault);
 
 // Shows the main form and runs until it closes. Returns the exit status: 1 when the start failed, after a
 // box that says why. `onShown` is told the main form once it shows.

@@ -39,16 +39,6 @@ void SkipSign(QStringView text, qsizetype &at) {
     }
 }
 
-QStringView TrimBlanks(QStringView text) {
-    while (text.startsWith(u' ')) {
-        text = text.mid(1);
-    }
-    while (text.endsWith(u' ')) {
-        text.chop(1);
-    }
-    return text;
-}
-
 bool HasNumberShape(QStringView text) {
     qsizetype at = 0;
     SkipSign(text, at);
@@ -79,7 +69,12 @@ bool Parse(const QString &text, double &value) {
     if (digits.startsWith('+')) {
         digits.remove(0, 1); // which std::from_chars doesn't know
     }
-    return std::from_chars(digits.constBegin(), digits.constEnd(), value).ec == std::errc();
+    const std::errc error = std::from_chars(digits.constBegin(), digits.constEnd(), value).ec;
+    if (error == std::errc::result_out_of_range && digits.toLower().contains("e-")) {
+        value = 0; // too small to be told from it
+        return true;
+    }
+    return error == std::errc();
 }
 
 // Adds one to the last digit of a text of digits, growing it where all are 9.
@@ -104,6 +99,16 @@ std::int32_t ToInt32(double value) {
 }
 std::uint8_t ToUInt8(double value) {
     return Narrow<std::uint8_t>(value);
+}
+
+QStringView TrimBlanks(QStringView text) {
+    while (text.startsWith(u' ')) {
+        text = text.mid(1);
+    }
+    while (text.endsWith(u' ')) {
+        text.chop(1);
+    }
+    return text;
 }
 
 bool IsNumeric(const QString &text) {

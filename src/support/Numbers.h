@@ -10,6 +10,9 @@ std::int16_t ToInt16(double value);
 std::int32_t ToInt32(double value);
 std::uint8_t ToUInt8(double value);
 
+// The text without the blanks around it; only the blank character counts.
+QStringView TrimBlanks(QStringView text);
+
 // True for optional blanks around an optional sign, digits with at most one ".", and an optional
 // exponent, whose value a double can hold.
 bool IsNumeric(const QString &text);

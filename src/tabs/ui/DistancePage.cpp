@@ -2,6 +2,8 @@
 
 #include "model/ParamDefines.h"
 #include "tabs/DistanceReading.h"
+#include "tabs/ui/FlatBar.h"
+#include "tabs/ui/LargeNumber.h"
 #include "ui/Controls.h"
 
 #include <QHBoxLayout>
@@ -14,8 +16,7 @@ constexpr int barMax = 42000;
 constexpr int barHeight = 28;
 constexpr int margin = 24;
 
-QString DesignCaption() {
-    return QStringLiteral("420.00\"");
+return QStringLiteral("420.00\"");
 }
 
 } // namespace
@@ -23,12 +24,10 @@ QString DesignCaption() {
 DistancePage::DistancePage(const ClassZentrova &zentrova, QWidget *parent)
     : TabPage(4, parent),
       zentrova_(zentrova) {
-    labelLargeLength_ = Controls::Named(new QLabel(DesignCaption(), this), "LabelLargeLength");
-    labelLargeLength_->setAlignment(Qt::AlignCenter);
-    // The number's size follows the page, never the other way round.
-    labelLargeLength_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    labelLargeLength_ =
+        Controls::Named(new LargeNumber(QStringLiteral("420.00\""), this), "LabelLargeLength");
 
-    progressBar1_ = Controls::Named(new QProgressBar(this), "ProgressBar1");
+    progressBar1_ = Controls::Named(new FlatBar(this), "ProgressBar1");
     progressBar1_->setRange(barMin, barMax);
     progressBar1_->setValue(barMin);
     progressBar1_->setTextVisible(false);
@@ -68,13 +67,4 @@ void DistancePage::UpdateDisplay() {
     if (reading.barValue) {
         progressBar1_->setValue(*reading.barValue);
     }
-}
-
-void DistancePage::resizeEvent(QResizeEvent *event) {
-    TabPage::resizeEvent(event);
-    layout()->activate();
-    QFont font = labelLargeLength_->font();
-    font.setPixelSize(std::max(24, labelLargeLength_->height() * 3 / 4));
-    labelLargeLength_->setFont(
-        Controls::FittingFont(font, {{.text = DesignCaption(), .width = labelLargeLength_->width()}}));
 }

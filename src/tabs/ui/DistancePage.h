@@ -15,9 +15,6 @@ public:
 
     void UpdateDisplay() override;
 
-protected:
-    void resizeEvent(QResizeEvent *event) override;
-
 private:
     const ClassZentrova &zentrova_;
     QLabel *labelLargeLength_ = nullptr;

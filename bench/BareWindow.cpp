@@ -1,0 +1,15 @@
+// The least that a program with a window costs.
+
+#include "bench/FirstPaint.h"
+
+#include <QApplication>
+#include <QWidget>
+
+int main(int argc, char *argv[]) {
+    const QApplication application(argc, argv);
+    const FirstPaint firstPaint([] { ReportStage("painted"); });
+    QWidget window;
+    window.resize(680, 596);
+    window.show();
+    return QApplication::exec();
+}

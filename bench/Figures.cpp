@@ -1,0 +1,37 @@
+#include "bench/Figures.h"
+
+#include <cstdio>
+
+namespace {
+
+// Three digits that count.
+QString Text(double value) {
+    int decimals = 3;
+    for (double bound = 1; decimals > 0 && value >= bound; bound *= 10) {
+        --decimals;
+    }
+    return QString::number(value, 'f', decimals);
+}
+
+QString LineOf(const Figure &figure) {
+    QString line = QStringLiteral("%1: %2 %3, limit %4")
+                       .arg(figure.name, Text(figure.value), figure.unit, QString::number(figure.limit));
+    for (const Peer &peer : figure.peers) {
+        line += QStringLiteral(", peer %1 %2").arg(peer.name, Text(peer.value));
+    }
+    return line;
+}
+
+} // namespace
+
+void Figures::Add(const Figure &figure) {
+    const QString line = LineOf(figure);
+    std::printf("%s\n", qPrintable(line));
+    std::fflush(stdout);
+    if (figure.value <= figure.limit) {
+        kept_.insert(figure.name);
+        passed_.erase(figure.name);
+    } else if (!kept_.contains(figure.name)) {
+        passed_.insert_or_assign(figure.name, line);
+    }
+}

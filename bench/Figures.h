@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <map>
+#include <set>
+#include <vector>
+
+// The same measurement of somebody else's work.
+struct Peer {
+    QString name;
+    double value = 0;
+};
+
+struct Figure {
+    QString name;
+    double value = 0;
+    QString unit;
+    double limit = 0;
+    std::vector<Peer> peers;
+};
+
+// Prints each figure as it comes, one line each, and remembers which passed their limits. A figure that is
+// measured more than once needs to keep its limit once: what else the machine does can only add to it.
+class Figures {
+public:
+    void Add(const Figure &figure);
+
+    // The lines of the figures past their limits, by name.
+    const std::map<QString, QString> &Passed() const { return passed_; }
+
+private:
+    std::set<QString> kept_;
+    std::map<QString, QString> passed_;
+};

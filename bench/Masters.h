@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <memory>
+#include <vector>
+
+// A Modbus master that reads 90 registers of slave 1 at 38400 baud, 8N2.
+class Master {
+public:
+    static constexpr int RegisterCount = 90;
+
+    virtual ~Master() = default;
+
+    virtual QString Name() const = 0;
+    virtual bool Open(const QString &device) = 0;
+    virtual void Close() = 0;
+
+    // Sends one request. `done` is told, perhaps before this returns, whether the registers came.
+    virtual void Read(std::function<void(bool)> done) = 0;
+};
+
+// Ours, then the peers.
+std::vector<std::unique_ptr<Master>> AllMasters();

@@ -1,0 +1,35 @@
+// The program as it is shipped, telling when it has painted its window. Given a number of milliseconds, it
+// then goes online and reports again after so long.
+
+#include "bench/FirstPaint.h"
+#include "shell/Application.h"
+#include "shell/FormMain.h"
+#include "shell/Program.h"
+#include "support/ApplicationTitle.h"
+#include "support/ProgramFolder.h"
+#include "support/ui/QtDialogs.h"
+
+#include <QTimer>
+
+int main(int argc, char *argv[]) {
+    Application application(argc, argv);
+    const int pollMs = argc > 1 ? QByteArray(argv[1]).toInt() : 0;
+    FormMain *form = nullptr;
+    const FirstPaint firstPaint([&form, pollMs] {
+        ReportStage("painted");
+        if (pollMs > 0) {
+            form->GoOnline(1);
+            QTimer::singleShot(pollMs, form, [] { ReportStage("polled"); });
+        }
+    });
+    QtDialogs dialogs;
+    SettingsStore settings(ApplicationTitle());
+    return RunProgram({.dialogs = dialogs,
+                       .settings = settings,
+                       .programFolder = ProgramFolder(),
+                       .commandText = QString()},
+                      [&dialogs, &form](QWidget &shown) {
+                          dialogs.SetOwner(&shown);
+                          form = qobject_cast<FormMain *>(&shown);
+                      });
+}

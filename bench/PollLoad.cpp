@@ -1,0 +1,107 @@
+#include "bench/PollLoad.h"
+
+#include "bench/Measure.h"
+#include "bench/SensorProcess.h"
+#include "shell/FormMain.h"
+#include "support/ApplicationTitle.h"
+#include "support/ProgramFolder.h"
+#include "tabs/TabTable.h"
+
+#include <QEventLoop>
+#include <QTabWidget>
+#include <QTimer>
+#include <cstdio>
+#include <stdexcept>
+
+namespace {
+
+constexpr double pollLimitMs = 1;
+constexpr double loadLimitPercent = 2;
+constexpr int warmUpPolls = 5; // of each tab: its first ones draw it as a whole
+constexpr int polls = 20;
+constexpr int loadMs = 8000;
+constexpr int periodMs = 200;
+constexpr int patienceMs = 30000;
+
+// No box is expected; one that comes says why there is no poll.
+class PrintedDialogs : public UserDialogs {
+public:
+    BoxAnswer OwnedMessageBox(const QString &text, BoxStyle, const QString &) override {
+        std::fprintf(stderr, "box: %s\n", qPrintable(text));
+        return BoxAnswer::Ok;
+    }
+};
+
+// The processor time from one poll to the one `count` polls later, each displayed and painted.
+double ProcessorMsOfPolls(LinkSession &link, int count) {
+    QEventLoop loop;
+    double start = 0;
+    double end = 0;
+    int seen = 0;
+    QObject::connect(&link, &LinkSession::TableRefreshed, &loop, [&] {
+        if (seen == 0) {
+            start = Measure::ProcessorMs();
+        } else if (seen == count) {
+            end = Measure::ProcessorMs();
+            loop.quit();
+        }
+        ++seen;
+    });
+    QTimer::singleShot(patienceMs, &loop, &QEventLoop::quit);
+    loop.exec();
+    if (seen <= count) {
+        throw std::runtime_error("the poll stands still");
+    }
+    return end - start;
+}
+
+double LoadPercent(LinkSession &link) {
+    int seen = 0;
+    const QMetaObject::Connection counter =
+        QObject::connect(&link, &LinkSession::TableRefreshed, &link, [&seen] { ++seen; });
+    const double wall = Measure::NowMs();
+    const double processor = Measure::ProcessorMs();
+    Measure::Idle(loadMs);
+    const double load = (Measure::ProcessorMs() - processor) / (Measure::NowMs() - wall);
+    QObject::disconnect(counter);
+    if (seen < loadMs / periodMs * 9 / 10) {
+        throw std::runtime_error("the poll is too slow for its load to count");
+    }
+    return load * 100;
+}
+
+} // namespace
+
+void MeasurePollLoad(Figures &figures) {
+    const SensorProcess sensor;
+    qputenv("ZTVLINK_PORT_1", sensor.Device().toLocal8Bit());
+    PrintedDialogs dialogs;
+    SettingsStore settings(ApplicationTitle());
+    FormMain form({.dialogs = dialogs,
+                   .settings = settings,
+                   .programFolder = ProgramFolder(),
+                   .commandText = QStringLiteral("/CHECKOUT"),
+                   .ctrlKeyIsDown = [] { return false; }});
+    form.show();
+    form.GoOnline(1);
+
+    auto *strip = form.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
+    for (int index = 0; index < strip->count(); ++index) {
+        strip->setCurrentIndex(index);
+        ProcessorMsOfPolls(form.Link(), warmUpPolls);
+        figures.Add({.name = QStringLiteral("processor time of a poll on the %1 tab")
+                                 .arg(QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key)),
+                     .value = ProcessorMsOfPolls(form.Link(), polls) / polls,
+                     .unit = QStringLiteral("ms"),
+                     .limit = pollLimitMs,
+                     .peers = {}});
+    }
+    strip->setCurrentIndex(0);
+    ProcessorMsOfPolls(form.Link(), warmUpPolls);
+    figures.Add({.name = QStringLiteral("load of a poll each %1 ms on the Basic tab").arg(periodMs),
+                 .value = LoadPercent(form.Link()),
+                 .unit = QStringLiteral("%"),
+                 .limit = loadLimitPercent,
+                 .peers = {}});
+    form.GoOffline();
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "bench/Figures.h"
+
+// The time from a request to its registers, ours and that of other masters on the same slave.
+void MeasureRoundTrips(Figures &figures);

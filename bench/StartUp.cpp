@@ -1,0 +1,142 @@
+#include "bench/StartUp.h"
+
+#include "bench/Display.h"
+#include "bench/Measure.h"
+#include "bench/SensorProcess.h"
+#include "bench/StartedProgram.h"
+
+#include <QList>
+#include <QStandardPaths>
+#include <stdexcept>
+
+namespace {
+
+constexpr double wallLimitMs = 250;
+constexpr double processorLimitMs = 120;
+constexpr double memoryLimitMiB = 60;
+constexpr int starts = 15;
+constexpr int pollMs = 4000;
+
+struct Stage {
+    double wallMs = 0; // since the start of the process
+    double processorMs = 0;
+    double residentMiB = 0;
+};
+
+Stage ReadStage(StartedProgram &program, const QByteArray &name) {
+    const QList<QByteArray> words = program.ReadLine().split(' ');
+    if (words.size() != 4 || words[0] != name) {
+        throw std::runtime_error("a started program reports something else than expected");
+    }
+    return {.wallMs = words[1].toDouble() - program.StartMs(),
+            .processorMs = words[2].toDouble(),
+            .residentMiB = words[3].toDouble()};
+}
+
+class Contender {
+public:
+    explicit Contender(const QString &program) : program_(program) {}
+
+    void Start() {
+        StartedProgram started(program_, {});
+        stages_.push_back(ReadStage(started, "painted"));
+    }
+    void Forget() { stages_.clear(); }
+
+    double Median(double Stage::*member) const {
+        std::vector<double> values;
+        for (const Stage &stage : stages_) {
+            values.push_back(stage.*member);
+        }
+        return Measure::Median(values);
+    }
+
+private:
+    QString program_;
+    std::vector<Stage> stages_;
+};
+
+QString OurProgram() {
+    return QStringLiteral(ZTV_BENCH_DIR "/ztv-bench-program");
+}
+
+void MeasureFirstPaint(Figures &figures) {
+    Contender ours(OurProgram());
+    Contender bare(QStringLiteral(ZTV_BENCH_DIR "/ztv-bench-bare"));
+    ours.Start();
+    bare.Start();
+    ours.Forget();
+    bare.Forget();
+    for (int start = 0; start < starts; ++start) {
+        ours.Start();
+        bare.Start();
+    }
+    const auto add = [&](const QString &name, double Stage::*member, const QString &unit, double limit) {
+        figures.Add({.name = name,
+                     .value = ours.Median(member),
+                     .unit = unit,
+                     .limit = limit,
+                     .peers = {{.name = QStringLiteral("bare Qt window"), .value = bare.Median(member)}}});
+    };
+    add(QStringLiteral("start to the first painted window"), &Stage::wallMs, QStringLiteral("ms"),
+        wallLimitMs);
+    add(QStringLiteral("processor time of the start"), &Stage::processorMs, QStringLiteral("ms"),
+        processorLimitMs);
+    add(QStringLiteral("resident memory after the start"), &Stage::residentMiB, QStringLiteral("MiB"),
+        memoryLimitMiB);
+}
+
+void MeasureMemoryOfPoll(Figures &figures) {
+    const SensorProcess sensor;
+    qputenv("ZTVLINK_PORT_1", sensor.Device().toLocal8Bit());
+    StartedProgram program(OurProgram(), {QString::number(pollMs)});
+    ReadStage(program, "painted");
+    figures.Add({.name = QStringLiteral("resident memory after %1 s of polling").arg(pollMs / 1000),
+                 .value = ReadStage(program, "polled").residentMiB,
+                 .unit = QStringLiteral("MiB"),
+                 .limit = memoryLimitMiB,
+                 .peers = {}});
+}
+
+double MsToMappedWindow(Display &display, const QString &program) {
+    double start = 0;
+    double mapped = 0;
+    {
+        const StartedProgram started(program, {});
+        start = started.StartMs();
+        mapped = display.WaitForWindow();
+    }
+    display.WaitForItsEnd();
+    return mapped - start;
+}
+
+// The shipped program itself against a serial terminal, both on a display of their own.
+void MeasureOnDisplay(Figures &figures) {
+    const QString ours = QStringLiteral(ZTV_BIN_DIR "/ZtvLink");
+    const QString theirs = QStandardPaths::findExecutable(QStringLiteral("cutecom"));
+    if (theirs.isEmpty() || !Display::Available()) {
+        return;
+    }
+    Display display;
+    MsToMappedWindow(display, ours);
+    MsToMappedWindow(display, theirs);
+    std::vector<double> ourTimes;
+    std::vector<double> theirTimes;
+    for (int start = 0; start < starts; ++start) {
+        ourTimes.push_back(MsToMappedWindow(display, ours));
+        theirTimes.push_back(MsToMappedWindow(display, theirs));
+    }
+    figures.Add({.name = QStringLiteral("start to the first mapped window on a display"),
+                 .value = Measure::Median(ourTimes),
+                 .unit = QStringLiteral("ms"),
+                 .limit = wallLimitMs,
+                 .peers = {{.name = QStringLiteral("cutecom"), .value = Measure::Median(theirTimes)}}});
+}
+
+} // namespace
+
+void MeasureStartUp(Figures &figures) {
+    MeasureFirstPaint(figures);
+    MeasureMemoryOfPoll(figures);
+    MeasureOnDisplay(figures);
+}

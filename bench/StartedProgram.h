@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArray>
+#include <QStringList>
+#include <sys/types.h>
+
+// A program in a process of its own, started with as little in the way as can be.
+class StartedProgram {
+public:
+    // Throws std::runtime_error when it doesn't start. It ends with this object.
+    StartedProgram(const QString &program, const QStringList &arguments);
+    ~StartedProgram();
+    StartedProgram(const StartedProgram &) = delete;
+    StartedProgram &operator=(const StartedProgram &) = delete;
+
+    // On the clock of Measure::NowMs.
+    double StartMs() const { return startMs_; }
+
+    // A line of its standard output. Throws std::runtime_error when none comes.
+    QByteArray ReadLine();
+
+private:
+    pid_t id_ = -1;
+    int output_ = -1;
+    double startMs_ = 0;
+    QByteArray buffer_;
+};

@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Sets up, builds and measures: one line a figure, with its limit and what peers need for the same.
+# scripts/bench.sh [--check] [round-trip] [poll] [start-up]; with --check it fails where a limit is passed.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/setup.sh build bench >&2
+scripts/build.sh release -DZTV_TESTS=OFF -DZTV_BENCH=ON >&2
+exec build/release/bench/ztv-bench "$@"

@@ -1,0 +1,16 @@
+#include "tabs/ui/FlatBar.h"
+
+#include <QPainter>
+#include <QStyle>
+
+void FlatBar::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.setBrush(palette().color(QPalette::Base));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    const QRect inside = rect().adjusted(2, 2, -2, -2);
+    const int filled = QStyle::sliderPositionFromValue(minimum(), maximum(), value(), inside.width());
+    const QRect bar(inside.topLeft(), QSize(filled, inside.height()));
+    painter.fillRect(QStyle::visualRect(layoutDirection(), inside, bar),
+                     palette().color(QPalette::Highlight));
+}
