@@ -10,8 +10,13 @@ namespace {
 constexpr int highestSlave = 247;
 constexpr qsizetype mostReceivedBytes = 1024; // a babbling line mustn't fill the memory
 constexpr qint64 secondUs = 1'000'000;
-constexpr qint64 lateReplyGapUs = 50'000; // a second reply follows a late one sooner than this
-constexpr int owedForTimeouts = 5;        // a reply that is later than this comes no more
+
+// Of late replies.
+constexpr int owedForTimeouts = 5;       // one that is later than this comes no more
+constexpr qint64 ownReplyGapUs = 50'000; // behind a late one, its own follows sooner than this
+constexpr qint64 firstUsualDelayUs = 5'000;
+constexpr qint64 unusualDelayUs = 15'000; // beyond the usual delay; adapters vary by about as much
+constexpr int mostDoubtfulRuns = 2;       // then the line is given time until nothing is owed any more
 
 int BitsPerSecond(std::int16_t baudCode) {
     switch (baudCode) {
@@ -84,6 +89,8 @@ bool Mbaxp::OpenPort() {
     }
     open_ = true;
     owed_.clear();
+    doubtfulRuns_ = 0;
+    usualDelayUs_ = firstUsualDelayUs;
     holdOffEndUs_.reset();
     lastByteUs_ = NowUs();
     return true;
@@ -283,12 +290,17 @@ void Mbaxp::StartNext() {
 
 // How long the line must stay quiet before the next request: the silent interval behind the last byte; for
 // a run that was triggered once also as long as a late reply is likely that would pass for its own. A cycle
-// has that much time between its rounds, and keeps its period.
+// has that much time between its rounds, and keeps its period, unless one doubtful reply follows the other.
 qint64 Mbaxp::HoldOffUs(int number, qint64 now) const {
     const Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
     qint64 until = lastByteUs_ + SilentIntervalUs();
     for (const OwedReply &owed : owed_) {
-        if (transaction.once && RepliesLookAlike(owed.request, transaction.request)) {
+        if (!RepliesLookAlike(owed.request, transaction.request)) {
+            continue;
+        }
+        if (doubtfulRuns_ >= mostDoubtfulRuns) {
+            until = std::max(until, owed.possibleUntilUs);
+        } else if (transaction.once) {
             until = std::max(until, owed.likelyUntilUs);
         }
     }
@@ -327,7 +339,7 @@ void Mbaxp::Start(int number) {
         request_.words = transaction.buffer;
     }
     received_.clear();
-    heldReply_.reset();
+    replyHeld_ = false;
 
     if (!line_.IsOpen() && line_.Open(LineSettingsInForce()) != LinkStatus::NoError) {
         FinishWith(LinkStatus::ReadError); // the device is still gone
@@ -350,8 +362,12 @@ void Mbaxp::OnBytes() {
     if (bytes.isEmpty()) {
         return;
     }
+    const qint64 now = NowUs();
+    if (received_.isEmpty()) {
+        firstByteUs_ = now;
+    }
     received_ = (received_ + bytes).right(mostReceivedBytes);
-    lastByteUs_ = NowUs();
+    lastByteUs_ = now;
     StrikeOffLateReplies();
     if (current_ < 0) {
         StartNext(); // what waited for a late reply may go ahead
@@ -359,29 +375,36 @@ void Mbaxp::OnBytes() {
     }
     const ModbusFrame::Verdict verdict = ModbusFrame::Judge(request_, received_);
     if (verdict.kind == ModbusFrame::Verdict::Kind::NeedMore) {
-        if (heldReply_) {
+        if (replyHeld_) {
             WakeIn(deadlineUs_ - NowUs()); // another reply has begun: it has until the deadline
         }
-    } else if (IsOwedLike(request_) && !heldReply_) {
-        HoldReply(verdict);
+    } else if (MayBeLate() && !replyHeld_) {
+        HoldReply();
     } else {
         Finish(verdict);
     }
 }
 
-// The first matching reply after a timeout may be the late one: then its own follows right behind it.
-void Mbaxp::HoldReply(const ModbusFrame::Verdict &verdict) {
-    heldReply_ = verdict;
+bool Mbaxp::MayBeLate() const {
+    return IsOwedLike(request_) && firstByteUs_ - RequestEndUs() > usualDelayUs_ + unusualDelayUs;
+}
+
+// A reply that may be the late one of a request before is kept back: then its own follows right behind it.
+void Mbaxp::HoldReply() {
+    replyHeld_ = true;
     received_.clear();
-    WakeIn(std::min(lateReplyGapUs, deadlineUs_ - NowUs()));
+    WakeIn(std::min(ownReplyGapUs, deadlineUs_ - NowUs()));
 }
 
 void Mbaxp::OnDeadline() {
     // What has come but wasn't delivered while the screen was busy counts.
     received_ += line_.TakeAllInput();
     const ModbusFrame::Verdict verdict = ModbusFrame::JudgeAtEnd(request_, received_);
-    const bool complete = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
-    Finish(heldReply_ && !complete ? *heldReply_ : verdict);
+    if (replyHeld_ && verdict.kind != ModbusFrame::Verdict::Kind::Complete) {
+        FinishWith(LinkStatus::Timeout); // the late one came alone
+    } else {
+        Finish(verdict);
+    }
 }
 
 void Mbaxp::OnHungUp() {
@@ -402,6 +425,10 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
         transaction.once = false;
     }
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
+    if (done) {
+        usualDelayUs_ = std::max(firstByteUs_ - RequestEndUs(), usualDelayUs_ - usualDelayUs_ / 8);
+    }
+    doubtfulRuns_ = replyHeld_ && verdict.status == LinkStatus::Timeout ? doubtfulRuns_ + 1 : 0;
     std::erase_if(owed_, [this](const OwedReply &owed) { return RepliesLookAlike(owed.request, request_); });
     if (verdict.status == LinkStatus::Timeout || verdict.status == LinkStatus::UnexpectedResponse) {
         const qint64 now = NowUs();

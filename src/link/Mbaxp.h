@@ -136,11 +136,13 @@ private:
     qint64 HoldOffUs(int number, qint64 now) const;
     void StrikeOffLateReplies();
     bool IsOwedLike(const ModbusFrame::Request &request) const;
-    void HoldReply(const ModbusFrame::Verdict &verdict);
+    bool MayBeLate() const;
+    void HoldReply();
     void OnDeadline();
     void Finish(const ModbusFrame::Verdict &verdict);
     void FinishWith(std::int16_t status);
     qint64 NowUs() const { return clock_.nsecsElapsed() / 1000; }
+    qint64 RequestEndUs() const { return deadlineUs_ - TimeoutUs(); }
     qint64 TimeoutUs() const { return inForce_.responseTimeout * qint64{1000}; }
 
     std::function<QString(std::int16_t)> deviceOfPort_;
@@ -165,5 +167,8 @@ private:
     std::optional<qint64> holdOffEndUs_; // while a request waits for silence
 
     std::vector<OwedReply> owed_;
-    std::optional<ModbusFrame::Verdict> heldReply_;
+    bool replyHeld_ = false; // it came later than usual while one like it was owed
+    int doubtfulRuns_ = 0;   // in a row, that got no other
+    qint64 firstByteUs_ = 0;
+    qint64 usualDelayUs_ = 0; // from a request's end to the first byte of its reply
 };

@@ -6,6 +6,7 @@
 namespace {
 
 constexpr int longestText = 4096; // characters; the texts of these files are names and notes
+constexpr qsizetype mostTextOfAFile = 4 << 20;
 
 Fault DatabaseFault(const QString &where, const QString &message) {
     return Fault(Fault::Kind::Database, QStringLiteral("%1: %2.").arg(where, message));
@@ -62,6 +63,10 @@ QString DatabaseRecord::Text(int column) const {
     if (text.size() > longestText) {
         Fail(column, QStringLiteral("holds a text of %1 characters").arg(text.size()));
     }
+    textRead_ += text.size();
+    if (textRead_ > mostTextOfAFile) {
+        Fail(column, QStringLiteral("comes after too much text"));
+    }
     return text;
 }
 
@@ -81,17 +86,29 @@ ReadOnlyDatabase::ReadOnlyDatabase(const QString &fileName) : fileName_(fileName
     sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
 }
 
+// A plain table keeps what was stored and nothing else: no view or virtual table, whose reading runs code; no
+// generated column, which makes as much as it likes of a few bytes; records in the order of their row ids.
 void ReadOnlyDatabase::RequirePlainTable(const char *table) {
-    SQLite::Statement query(database_, "SELECT type, sql FROM sqlite_master WHERE name = ? COLLATE NOCASE");
-    query.bind(1, table);
-    if (!query.executeStep()) {
+    SQLite::Statement kind(
+        database_,
+        "SELECT type, wr FROM pragma_table_list WHERE schema = 'main' AND name = ? COLLATE NOCASE");
+    kind.bind(1, table);
+    if (!kind.executeStep()) {
         throw Failure(QStringLiteral("there is no table %1").arg(QLatin1String(table)));
     }
-    const QString type = QString::fromStdString(query.getColumn(0).getString());
-    const QString sql = QString::fromStdString(query.getColumn(1).getString());
-    if (type != QStringLiteral("table") ||
-        sql.startsWith(QStringLiteral("CREATE VIRTUAL"), Qt::CaseInsensitive)) {
-        throw Failure(QStringLiteral("%1 isn't a table").arg(QLatin1String(table)));
+    const bool withoutRowId = kind.getColumn(1).getInt() != 0;
+    if (kind.getColumn(0).getString() != "table" || withoutRowId) {
+        throw Failure(QStringLiteral("%1 isn't a plain table").arg(QLatin1String(table)));
+    }
+    SQLite::Statement columns(database_, "SELECT name, hidden FROM pragma_table_xinfo(?)");
+    columns.bind(1, table);
+    while (columns.executeStep()) {
+        const QString name = QString::fromStdString(columns.getColumn(0).getString());
+        const bool hidesRowId = name.compare(QStringLiteral("rowid"), Qt::CaseInsensitive) == 0;
+        if (columns.getColumn(1).getInt() != 0 || hidesRowId) {
+            throw Failure(
+                QStringLiteral("column %1 of table %2 isn't a plain one").arg(name, QLatin1String(table)));
+        }
     }
 }
 
@@ -108,7 +125,7 @@ void ReadOnlyDatabase::ForEachRecord(const char *table, std::initializer_list<co
         for (std::int64_t position = 0; records.executeStep(); ++position) {
             const QString where =
                 QStringLiteral("%1, table %2, record %3").arg(fileName_, QLatin1String(table)).arg(position);
-            if (!visit(DatabaseRecord(records, where))) {
+            if (!visit(DatabaseRecord(records, where, textRead_))) {
                 return;
             }
         }

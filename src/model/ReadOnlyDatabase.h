@@ -12,9 +12,11 @@
 // The record that a walk over a table stands on. Its columns are those that were asked for, in that order.
 class DatabaseRecord {
 public:
-    DatabaseRecord(SQLite::Statement &statement, const QString &where)
+    // `textRead` counts the characters of all texts read from the file.
+    DatabaseRecord(SQLite::Statement &statement, const QString &where, qsizetype &textRead)
         : statement_(statement),
-          where_(where) {}
+          where_(where),
+          textRead_(textRead) {}
 
     bool IsNull(int column) const;
 
@@ -26,7 +28,8 @@ public:
     // True for any number but 0. Fault (database) when the column holds no number.
     bool Boolean(int column) const;
 
-    // Fault (database) when the column is Null, no text, or longer than a text of these files may be.
+    // Fault (database) when the column is Null, no text, longer than a text of these files may be, or when
+    // more text was read from the file than such a file holds.
     QString Text(int column) const;
 
 private:
@@ -34,6 +37,7 @@ private:
 
     SQLite::Statement &statement_;
     const QString &where_;
+    qsizetype &textRead_;
 };
 
 // A database that came from outside, opened so that nothing in it can run, write or reach other files.
@@ -55,4 +59,5 @@ private:
 
     QString fileName_;
     SQLite::Database database_;
+    qsizetype textRead_ = 0;
 };

@@ -12,7 +12,8 @@
 class ForeignMasterTest : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_FALSE(QStandardPaths::findExecutable(QStringLiteral("mbpoll")).isEmpty()) << "mbpoll isn't installed";
+        ASSERT_FALSE(QStandardPaths::findExecutable(QStringLiteral("mbpoll")).isEmpty())
+            << "mbpoll isn't installed";
         sensor_.start(ShippedPresetsFolder() + QStringLiteral("/ztv-sim"), {QStringLiteral("--link"), link_});
         ASSERT_TRUE(sensor_.waitForStarted());
         ASSERT_TRUE(sensor_.waitForReadyRead());
@@ -28,9 +29,10 @@ protected:
     // The registers that mbpoll prints, by address.
     std::vector<int> Poll(const QStringList &what, bool expectGood = true) {
         QProcess mbpoll;
-        QStringList arguments{QStringLiteral("-m"), QStringLiteral("rtu"),   QStringLiteral("-a"), QStringLiteral("1"),
-                              QStringLiteral("-b"), QStringLiteral("38400"), QStringLiteral("-P"), QStringLiteral("none"),
-                              QStringLiteral("-s"), QStringLiteral("2"),     QStringLiteral("-0"), QStringLiteral("-1")};
+        QStringList arguments{QStringLiteral("-m"), QStringLiteral("rtu"),  QStringLiteral("-a"),
+                              QStringLiteral("1"),  QStringLiteral("-b"),   QStringLiteral("38400"),
+                              QStringLiteral("-P"), QStringLiteral("none"), QStringLiteral("-s"),
+                              QStringLiteral("2"),  QStringLiteral("-0"),   QStringLiteral("-1")};
         mbpoll.start(QStringLiteral("mbpoll"), arguments + what);
         EXPECT_TRUE(mbpoll.waitForFinished());
         EXPECT_EQ(mbpoll.exitCode() == 0, expectGood) << mbpoll.readAllStandardError().toStdString();
@@ -49,8 +51,8 @@ protected:
 };
 
 TEST_F(ForeignMasterTest, ReadsTheRegisters) {
-    const std::vector<int> values = Poll({QStringLiteral("-r"), QStringLiteral("23"), QStringLiteral("-c"),
-                                          QStringLiteral("6"), link_});
+    const std::vector<int> values =
+        Poll({QStringLiteral("-r"), QStringLiteral("23"), QStringLiteral("-c"), QStringLiteral("6"), link_});
     ASSERT_EQ(values.size(), 6U); // parameters 24 to 29
     EXPECT_EQ(values[0], 600);
     EXPECT_EQ(values[1], 42000);
@@ -61,9 +63,11 @@ TEST_F(ForeignMasterTest, ReadsTheRegisters) {
 TEST_F(ForeignMasterTest, WritesARegister) {
     Poll({QStringLiteral("-r"), QStringLiteral("27"), link_, QStringLiteral("1555")});
     EXPECT_EQ(Poll({QStringLiteral("-r"), QStringLiteral("27"), link_}), (std::vector<int>{1555}));
-    Poll({QStringLiteral("-r"), QStringLiteral("27"), link_, QStringLiteral("1600"), QStringLiteral("35000")});
-    EXPECT_EQ(Poll({QStringLiteral("-r"), QStringLiteral("27"), QStringLiteral("-c"), QStringLiteral("2"), link_}),
-              (std::vector<int>{1600, 35000}));
+    Poll(
+        {QStringLiteral("-r"), QStringLiteral("27"), link_, QStringLiteral("1600"), QStringLiteral("35000")});
+    EXPECT_EQ(
+        Poll({QStringLiteral("-r"), QStringLiteral("27"), QStringLiteral("-c"), QStringLiteral("2"), link_}),
+        (std::vector<int>{1600, 35000}));
 }
 
 TEST_F(ForeignMasterTest, IsRefusedWhatIsNotThere) {

@@ -21,10 +21,12 @@ protected:
         server_.emplace(slave);
         addressing_ = addressing;
         for (std::int16_t n = 1; n < form_->Zentrova().ParamCount(); ++n) {
-            server_->SetRegister(n - addressing_, static_cast<std::uint16_t>(form_->Zentrova().ParamValue(n)));
+            server_->SetRegister(n - addressing_,
+                                 static_cast<std::uint16_t>(form_->Zentrova().ParamValue(n)));
         }
         server_->SetRegister(ParamDefines::NetworkAddress - addressing_, static_cast<std::uint16_t>(slave));
-        server_->SetRegister(ParamDefines::AddressingMode - addressing_, static_cast<std::uint16_t>(addressing));
+        server_->SetRegister(ParamDefines::AddressingMode - addressing_,
+                             static_cast<std::uint16_t>(addressing));
         qputenv("ZTVLINK_PORT_1", server_->Path().toLocal8Bit());
     }
 

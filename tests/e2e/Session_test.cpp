@@ -56,7 +56,8 @@ protected:
 
     bool WaitForStatus(const char *word) {
         return WaitUntil([&] {
-            return Ui().Text("StatusText") == QStringLiteral("Communication Status: ") + QString::fromLatin1(word);
+            return Ui().Text("StatusText") ==
+                   QStringLiteral("Communication Status: ") + QString::fromLatin1(word);
         });
     }
 
@@ -173,14 +174,16 @@ TEST_F(SessionTest, BringsBackTheSensorsValueAfterARefusedWrite) {
 
 TEST_F(SessionTest, FollowsTheSensorToANewAddressBaudRateAndParity) {
     const std::pair<std::int16_t, std::int32_t> changes[] = {
-        {ParamDefines::NetworkAddress, 17}, {ParamDefines::BaudRateCode, 3}, {ParamDefines::ParityStopCode, 3},
-        {ParamDefines::ParityStopCode, 0},  {ParamDefines::BaudRateCode, 0}, {ParamDefines::BaudRateCode, 4},
+        {ParamDefines::NetworkAddress, 17}, {ParamDefines::BaudRateCode, 3},
+        {ParamDefines::ParityStopCode, 3},  {ParamDefines::ParityStopCode, 0},
+        {ParamDefines::BaudRateCode, 0},    {ParamDefines::BaudRateCode, 4},
     };
     StartPolling();
     for (const auto &[tag, value] : changes) {
         SCOPED_TRACE(testing::Message() << tag << " := " << value);
         Write(tag, value);
-        EXPECT_TRUE(WaitUntil([&, parameter = tag] { return !form_->Zentrova().ParamWritePending(parameter); }));
+        EXPECT_TRUE(
+            WaitUntil([&, parameter = tag] { return !form_->Zentrova().ParamWritePending(parameter); }));
         EXPECT_TRUE(WaitForPolls(2));
         EXPECT_EQ(sensor_->Register(tag), value);
     }
@@ -221,7 +224,8 @@ TEST_F(SessionTest, PollsOnBehindABox) {
                         EXPECT_TRUE(WaitForPolls(1));
                     });
     Ui().Choose("Toolbar1(Save ZTV)");
-    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame() && Value(ParamDefines::NearDistance) == 1700; }));
+    EXPECT_TRUE(
+        WaitUntil([this] { return dialogs_.AllCame() && Value(ParamDefines::NearDistance) == 1700; }));
     EXPECT_EQ(sensor_->Register(ParamDefines::NearDistance), 1700);
 }
 
@@ -305,8 +309,9 @@ TEST_F(SessionTest, PollsAgainByItselfAfterAnUnplug) {
 TEST_F(SessionTest, SaysSoWhenThePortIsNotThere) {
     qputenv("ZTVLINK_PORT_1", "/dev/there-is-no-such-port");
     Start();
-    dialogs_.ExpectNotice(QStringLiteral("Error 47. The com port could not be opened.  The port does not exist or is "
-                                         "in use by another application."));
+    dialogs_.ExpectNotice(
+        QStringLiteral("Error 47. The com port could not be opened.  The port does not exist or is "
+                       "in use by another application."));
     GoOnline();
     EXPECT_FALSE(Ui().Get<QAction>("mnuOnline").isChecked());
     EXPECT_TRUE(Ui().Enabled("Toolbar1(Online)"));

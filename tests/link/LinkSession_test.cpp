@@ -469,6 +469,58 @@ TEST_F(LinkSessionTest, FailedDownloadOfAFileStartsNothing) {
     EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(1));
 }
 
+TEST_F(LinkSessionTest, AnsweringReadTakesTheDownloadBack) {
+    choice_ = ConnectChoice::Write;
+    line_.AnswerNothing();
+    session_.GoOnline(0);
+    session_.GoOffline();
+    choice_ = ConnectChoice::Read;
+    session_.GoOnline(0);
+    session_.GoOffline();
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    session_.GoOnline(1);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
+    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(4));
+}
+
+TEST_F(LinkSessionTest, ADownloadIsDoneOnceAlone) {
+    for (const bool taken : {true, false}) {
+        SCOPED_TRACE(taken);
+        choice_ = ConnectChoice::Write;
+        line_.Answer(WithCrc("01 03 02 00 46"));
+        line_.Answer(taken ? WithCrc("01 10 00 00 00 5F") : WithCrc("01 90 04"));
+        dialogs_.ExpectNotice(taken ? QStringLiteral("Parameters downloaded successfully!")
+                                    : QStringLiteral("Error downloading Parameters"));
+        session_.GoOnline(0);
+        EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+        session_.GoOffline();
+        line_.Answer(WithCrc("01 03 02 00 46"));
+        session_.GoOnline(1);
+        EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
+        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(4));
+        session_.GoOffline();
+    }
+}
+
+TEST_F(LinkSessionTest, ALinkThatIsClosedBehindTheBoxStaysClosed) {
+    session_.GoOnline(1);
+    dialogs_.Expect(QStringLiteral("Parameters downloaded successfully!"), BoxIcon::Exclamation,
+                    BoxButtons::Ok, BoxAnswer::Ok, [this] { session_.GoOffline(); });
+    session_.TransactionDone(4);
+    EXPECT_FALSE(session_.PortIsOpen());
+}
+
+TEST_F(LinkSessionTest, AWriteToAnAddressThatNoSensorHasFailsLikeAnyOther) {
+    session_.GoOnline(1);
+    session_.ModbusAddress(300);
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    zentrova_.ParamValue(ParamDefines::NearDistance, 1500);
+    EXPECT_TRUE(zentrova_.ParamWritePending(ParamDefines::NearDistance)); // the outcome comes later
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_FALSE(zentrova_.ParamWritePending(ParamDefines::NearDistance));
+    EXPECT_TRUE(WasTold("status Communication Status: Index Error"));
+}
+
 TEST_F(LinkSessionTest, KeepsTheDirectionForAConnectWithoutAQuestion) {
     choice_ = ConnectChoice::Write;
     line_.AnswerNothing();

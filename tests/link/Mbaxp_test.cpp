@@ -239,6 +239,85 @@ TEST_F(MbaxpTest, ALineThatNeverFallsSilentHoldsNothingUpForGood) {
     EXPECT_EQ(Run(), 0);
 }
 
+TEST_F(MbaxpTest, ALateReplyIsKnownAlsoBehindAnotherTransaction) {
+    DefineWrite();
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->Answer({{goodReply, 260}}); // comes while the second round waits, long after the usual delay
+    line_->AnswerNothing();            // to the write
+    line_->AnswerNothing();            // to the second round
+    line_->AnswerAlways(nextReply);
+    onEvent_ = [this] {
+        if (events_.size() == 1) {
+            master_.TriggerOnce(once);
+        }
+    };
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 4; }));
+    EXPECT_EQ(events_, (std::vector<Event>{{cycle, 10}, {once, 10}, {cycle, 10}, {cycle, 0}}));
+    EXPECT_EQ(master_.RegisterValue(cycle, 0), 3);
+}
+
+TEST_F(MbaxpTest, ASensorThatIsAlwaysTooLateIsNeverTakenForAGoodOne) {
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    for (int k = 0; k < 8; ++k) {
+        line_->Answer({{goodReply, 260}});
+    }
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 6; }));
+    for (const Event &event : events_) {
+        EXPECT_EQ(event, Event(cycle, 10));
+    }
+}
+
+TEST_F(MbaxpTest, ASensorThatHasBecomeSlowIsTrustedAgain) {
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->AnswerNothing();
+    for (int k = 0; k < 8; ++k) {
+        line_->Answer({{goodReply, 60}});
+    }
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 6; }));
+    EXPECT_EQ(events_.front(), Event(cycle, 10));
+    EXPECT_EQ(events_[4], Event(cycle, 0)); // after two doubtful rounds and a pause
+    EXPECT_EQ(events_[5], Event(cycle, 0));
+}
+
+TEST_F(MbaxpTest, AReplyThatTheDeadlinesOwnLookBringsInEndsTheRequestOnce) {
+    line_->AnswerNothing();
+    events_.clear();
+    master_.TriggerOnce(once);
+    EXPECT_TRUE(WaitUntil([this] { return !line_->Requests().empty(); }));
+    // The screen is busy over the deadline, and the reply comes behind that, before the deadline is looked
+    // at.
+    QTimer busy;
+    QTimer reply;
+    for (QTimer *timer : {&busy, &reply}) {
+        timer->setSingleShot(true);
+        timer->setTimerType(Qt::PreciseTimer);
+    }
+    QObject::connect(&busy, &QTimer::timeout, [] {
+        timespec time{0, 2 * timeoutMs * 1'000'000};
+        nanosleep(&time, nullptr);
+    });
+    QObject::connect(&reply, &QTimer::timeout, [this] { line_->Send(goodReply); });
+    busy.start(timeoutMs / 5);
+    reply.start(timeoutMs * 3 / 5);
+    EXPECT_TRUE(WaitUntil([this] { return !events_.empty(); }));
+    EXPECT_EQ(events_, (std::vector<Event>{{once, 0}}));
+    line_->Answer(nextReply);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(events_.size(), 1U);
+}
+
+TEST_F(MbaxpTest, NothingInAnotherSlavesFrameIsTakenForAReply) {
+    const QByteArray inner = WithCrc("01 03 04 00 63 00 63");
+    QByteArray foreign = Hex("02 03");
+    foreign.append(static_cast<char>(inner.size()));
+    line_->Answer({{WithCrc(foreign + inner), 0}, {goodReply, 10}});
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 0), 1);
+}
+
 // Hang-up. ------------------------------------------------------------------------------------------
 
 TEST_F(MbaxpTest, HangUpEndsTheRequestOnceWith15) {
@@ -307,19 +386,26 @@ TEST_F(MbaxpTest, NeitherOneShotsNorACycleStarve) {
 }
 
 TEST_F(MbaxpTest, CycleKeepsItsPeriodFromStartToStart) {
-    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 60));
-    line_->AnswerAlways(goodReply);
-    onEvent_ = [this] {
-        if (events_.back().first == cycle) {
-            master_.TriggerOnce(once);
-        }
-    };
+    constexpr int periodMs = 60;
+    constexpr int replyMs = 40;
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, periodMs));
+    for (int k = 0; k < 11; ++k) {
+        line_->Answer({{goodReply, replyMs}});
+    }
     master_.StartCyclic(cycle);
-    EXPECT_TRUE(WaitUntil([this] { return line_->Times().size() >= 13; }));
-    // Every second request is the cycle's.
-    const auto whole = line_->Times()[12] - line_->Times()[0];
-    EXPECT_GE(whole, std::chrono::milliseconds(6 * 60 - 5));
-    EXPECT_LT(whole, std::chrono::milliseconds(6 * 60 + 120)); // a busy machine is late, but doesn't drift
+    EXPECT_TRUE(WaitUntil([this] { return line_->Times().size() >= 11; }));
+    const auto whole = line_->Times()[10] - line_->Times()[0];
+    EXPECT_GE(whole, std::chrono::milliseconds(10 * periodMs - 5));
+    EXPECT_LT(whole, std::chrono::milliseconds(10 * periodMs + 5 * replyMs)); // not from end to start
+}
+
+TEST_F(MbaxpTest, CycleKeepsItsPeriodWithASilentSensor) {
+    constexpr int periodMs = 130;
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, periodMs));
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return line_->Times().size() >= 6; }));
+    const auto whole = line_->Times()[5] - line_->Times()[0];
+    EXPECT_LT(whole, std::chrono::milliseconds(5 * periodMs + 2 * timeoutMs));
 }
 
 TEST_F(MbaxpTest, FailedRoundDoesNotEndTheCycle) {
@@ -347,14 +433,20 @@ TEST_F(MbaxpTest, StoppedCycleStaysStill) {
 TEST_F(MbaxpTest, RunsGoOnWhileAHandlerKeepsABoxOpen) {
     line_->AnswerAlways(goodReply);
     bool nested = false;
-    onEvent_ = [this, &nested] {
+    qint64 nestedMs = 0;
+    onEvent_ = [&] {
         if (!nested) {
             nested = true;
-            EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
+            QElapsedTimer elapsed;
+            elapsed.start();
+            EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 4; }));
+            nestedMs = elapsed.elapsed();
         }
     };
     master_.StartCyclic(cycle);
-    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 4; }));
+    // Replies are seen as they come, not at the deadline.
+    EXPECT_LT(nestedMs, 3 * timeoutMs);
 }
 
 TEST_F(MbaxpTest, KeepsTheSilentIntervalBetweenFrames) {
@@ -447,11 +539,28 @@ TEST_F(MbaxpTest, RefusesADefinitionThatNoFrameHolds) {
         master_.DefineReadRegisters(2, 248, 0, 1, 1),
         master_.DefineWriteRegister(2, 1, -1, 1),
         master_.DefineReadRegisters(2, 1, 65535, 2, 1),
+        master_.DefineReadRegisters(2, 1, 2147483647, 2, 1),
         master_.DefineReadRegisters(-1, 1, 0, 1, 1),
         master_.DefineReadRegisters(Mbaxp::TransactionCount, 1, 0, 1, 1),
     };
     EXPECT_EQ(results, std::vector<bool>(results.size(), false));
     EXPECT_EQ(master_.LastError(), 22);
+}
+
+TEST_F(MbaxpTest, ARefusedDefinitionLeavesNoneBehind) {
+    EXPECT_FALSE(master_.DefineReadRegisters(once, 300, 0, 2, 1));
+    master_.TriggerOnce(once);
+    EXPECT_EQ(master_.LastError(), 23);
+    EXPECT_FALSE(master_.TransactionBusy(once));
+}
+
+TEST_F(MbaxpTest, OpensForSerialRtuAlone) {
+    master_.ClosePort();
+    master_.LineModeB(0);
+    EXPECT_FALSE(master_.OpenPort());
+    EXPECT_EQ(master_.LastError(), 46);
+    master_.LineModeB(1);
+    EXPECT_TRUE(master_.OpenPort());
 }
 
 TEST_F(MbaxpTest, ABufferReads0WhereNothingWasSet) {

@@ -103,7 +103,28 @@ TEST(PresetsFileFault, TellsAValueOfTheWrongKind) {
 
 TEST(PresetsFileFault, TakesNothingButAPlainTable) {
     ExpectFault("ALTER TABLE Parameters RENAME TO Hidden; CREATE VIEW Parameters AS SELECT * FROM Hidden",
-                "Parameters isn't a table");
+                "Parameters isn't a plain table");
+    ExpectFault(
+        "DROP TABLE Units; CREATE /**/ VIRTUAL TABLE Units USING fts5(UnitText0, UnitText1, UnitText2, "
+        "UnitText3, UnitText4)",
+        "Units isn't a plain table");
+    ExpectFault(
+        "DROP TABLE Units; CREATE TABLE Units(UnitText0 TEXT PRIMARY KEY, UnitText1 TEXT, UnitText2 TEXT, "
+        "UnitText3 TEXT, UnitText4 TEXT) WITHOUT ROWID",
+        "Units isn't a plain table");
+}
+
+TEST(PresetsFileFault, TakesNothingButPlainColumns) {
+    ExpectFault("ALTER TABLE Units DROP COLUMN UnitText4;"
+                "ALTER TABLE Units ADD COLUMN UnitText4 TEXT AS (printf('%.*c', 4096, 'x'))",
+                "column UnitText4 of table Units isn't a plain one");
+    ExpectFault("ALTER TABLE Parameters ADD COLUMN RowId INTEGER", "column RowId of table Parameters");
+}
+
+TEST(PresetsFileFault, TakesNoMoreTextThanSuchAFileHolds) {
+    ExpectFault("WITH RECURSIVE n(k) AS (SELECT 1 UNION ALL SELECT k + 1 FROM n WHERE k < 2000)"
+                "INSERT INTO Units(UnitText0) SELECT printf('%.*c', 4000, 'x') FROM n",
+                "comes after too much text");
 }
 
 TEST(PresetsFile, ReadsRecordsInTheirOrder) {

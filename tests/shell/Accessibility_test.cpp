@@ -79,7 +79,9 @@ TEST_F(AccessibilityTest, APressReturnsAtOnceThoughADialogOpens) {
         EXPECT_TRUE(returned);
         Form(dialog).Press("Cancel");
     });
-    Seen(Ui().Get<QToolButton>("Online")).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    Seen(Ui().Get<QToolButton>("Online"))
+        .actionInterface()
+        ->doAction(QAccessibleActionInterface::pressAction());
     returned = true;
     Settle();
 }

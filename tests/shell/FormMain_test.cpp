@@ -3,7 +3,9 @@
 #include "support/Fault.h"
 #include "tests/support/MainForm.h"
 #include "tests/support/Printers.h"
+#include "tests/support/Wait.h"
 
+#include <QApplication>
 #include <QMenu>
 #include <QProgressBar>
 #include <QTabBar>
@@ -181,6 +183,19 @@ TEST_F(FormMainTest, LeavesTheOnlineMarkWhenTheConnectIsCancelled) {
     WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Cancel"); });
     Ui().Choose("mnuOnline");
     EXPECT_FALSE(Ui().Get<QAction>("mnuOnline").isChecked());
+}
+
+TEST_F(FormMainTest, AsksOnceForTwoQuickClicks) {
+    Start();
+    int asked = 0;
+    WhenDialogOpens([&asked](QWidget &dialog) {
+        ++asked;
+        Form(dialog).Press("Cancel");
+    });
+    Ui().Get<QAction>("Toolbar1(Online)").trigger();
+    Ui().Get<QAction>("Toolbar1(Online)").trigger();
+    EXPECT_TRUE(WaitUntil([&asked] { return asked == 1 && QApplication::activeModalWidget() == nullptr; }));
+    EXPECT_FALSE(form_->Link().PortIsOpen());
 }
 
 TEST_F(FormMainTest, AsksBeforeItReinitialises) {

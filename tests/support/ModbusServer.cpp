@@ -13,7 +13,9 @@ namespace {
 constexpr int registerCount = 200;
 constexpr int waitUs = 50'000; // how soon a stop is seen
 
-modbus_mapping_t *Mapping(void *mapping) { return static_cast<modbus_mapping_t *>(mapping); }
+modbus_mapping_t *Mapping(void *mapping) {
+    return static_cast<modbus_mapping_t *>(mapping);
+}
 
 } // namespace
 

@@ -59,7 +59,8 @@ INSTANTIATE_TEST_SUITE_P(
                     NumericCase{"- 1", false}, NumericCase{"1e", false}, NumericCase{"1e+", false},
                     NumericCase{"e3", false}, NumericCase{"0x10", false}, NumericCase{"nan", false},
                     NumericCase{"inf", false}, NumericCase{"1e999", false}, NumericCase{"12\"", false},
-                    NumericCase{"\xD9\xA3", false}, NumericCase{"1\t", false}, NumericCase{"1d3", false}));
+                    NumericCase{"\xD9\xA3", false}, NumericCase{"1\t", false}, NumericCase{"1d3", false},
+                    NumericCase{"1e-400", true}, NumericCase{"1.5\u00A0", false}));
 
 TEST(NumericText, HasItsValue) {
     EXPECT_EQ(ToNumber(QStringLiteral(" -1.25e2 ")), -125.0);

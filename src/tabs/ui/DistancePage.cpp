@@ -16,9 +16,6 @@ constexpr int barMax = 42000;
 constexpr int barHeight = 28;
 constexpr int margin = 24;
 
-return QStringLiteral("420.00\"");
-}
-
 } // namespace
 
 DistancePage::DistancePage(const ClassZentrova &zentrova, QWidget *parent)
