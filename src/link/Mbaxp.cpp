@@ -165,7 +165,7 @@ void Mbaxp::StartCyclic(std::int16_t number) {
     transaction.cyclic = true;
     transaction.dueUs = NowUs();
     if (current_ < 0) {
-        WakeIn(0);
+        PostStart();
     }
 }
 
@@ -184,7 +184,7 @@ void Mbaxp::TriggerOnce(std::int16_t number) {
         transaction.once = true;
         onceQueue_.push_back(number);
         if (current_ < 0) {
-            WakeIn(0);
+            PostStart();
         }
     }
 }
@@ -232,6 +232,22 @@ qint64 Mbaxp::SilentIntervalUs() const {
 void Mbaxp::WakeIn(qint64 microseconds) {
     const qint64 milliseconds = (std::max<qint64>(microseconds, 0) + 999) / 1000; // never too early
     wake_.start(static_cast<int>(milliseconds));
+}
+
+// Runs start from the event loop: none ends within the call that asked for it, and they go on while a
+// handler keeps a box open.
+void Mbaxp::PostStart() {
+    if (startPosted_) {
+        return;
+    }
+    startPosted_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            startPosted_ = false;
+            StartNext();
+        },
+        Qt::QueuedConnection);
 }
 
 void Mbaxp::OnWake() {
@@ -440,8 +456,8 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
         transaction.buffer.size() == verdict.words.size()) {
         transaction.buffer = verdict.words;
     }
-    // The next run starts from the event loop, so that it goes on while a handler keeps a box open.
-    WakeIn(0);
+    wake_.stop();
+    PostStart();
     if (done) {
         Q_EMIT TransactionDone(number);
     } else {

@@ -126,6 +126,7 @@ private:
     qint64 SilentIntervalUs() const;
 
     void WakeIn(qint64 microseconds);
+    void PostStart();
     void OnWake();
     void OnBytes();
     void OnHungUp();
@@ -156,6 +157,7 @@ private:
     QString tag_;
 
     bool open_ = false;
+    bool startPosted_ = false;
     std::int16_t lastError_ = 0;
     bool lastWasOnce_ = false;
     int current_ = -1; // the transaction on the line
