@@ -3,7 +3,11 @@
 #include "link/LinkStatus.h"
 
 #include <QFileInfo>
+#include <utility>
 
+#ifdef Q_OS_UNIX
+#include <poll.h>
+#endif
 #ifdef Q_OS_LINUX
 #include <linux/serial.h>
 #include <sys/ioctl.h>
@@ -42,6 +46,7 @@ std::int16_t SerialLine::Open(const LineSettings &settings) {
     }
     Close();
     hungUp_ = false;
+    input_.clear();
     port_.setPortName(settings.device);
     // Opened with its settings, a port drops those of the opening before; set once more, each says whether
     // the device takes it.
@@ -83,6 +88,7 @@ bool SerialLine::IsOpen() const {
 void SerialLine::ClearInput() {
     if (IsOpen()) {
         port_.clear(QSerialPort::Input);
+        input_.clear();
     }
 }
 
@@ -95,7 +101,7 @@ bool SerialLine::Write(const QByteArray &bytes) {
 }
 
 QByteArray SerialLine::TakeInput() {
-    return IsOpen() ? port_.readAll() : QByteArray();
+    return IsOpen() ? std::exchange(input_, {}) + port_.readAll() : QByteArray();
 }
 
 QByteArray SerialLine::TakeAllInput() {
@@ -120,12 +126,27 @@ void SerialLine::OnReadyRead() {
         Qt::QueuedConnection);
 }
 
+// Where input was taken or dropped between its notice and its reading, the port finds nothing to read and
+// reports that as it does a device that is gone.
+bool SerialLine::DeviceIsGone() const {
+#ifdef Q_OS_UNIX
+    pollfd state{.fd = port_.handle(), .events = POLLIN, .revents = 0};
+    return poll(&state, 1, 0) < 0 || (state.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
+#else
+    return true;
+#endif
+}
+
 void SerialLine::OnError(QSerialPort::SerialPortError error) {
-    const bool deviceIsGone = error == QSerialPort::ResourceError ||
-                              error == QSerialPort::DeviceNotFoundError ||
-                              error == QSerialPort::PermissionError || error == QSerialPort::ReadError ||
-                              error == QSerialPort::WriteError;
-    if (!deviceIsGone || !port_.isOpen() || hungUp_) {
+    const bool mayBeGone = error == QSerialPort::ResourceError || error == QSerialPort::DeviceNotFoundError ||
+                           error == QSerialPort::PermissionError || error == QSerialPort::ReadError ||
+                           error == QSerialPort::WriteError;
+    if (!mayBeGone || !port_.isOpen() || hungUp_) {
+        return;
+    }
+    if (!DeviceIsGone()) {
+        port_.clearError();
+        input_ += port_.readAll(); // the port listens again once it is read from
         return;
     }
     // A hung-up port reports the same error without end until it is closed, and it can't be closed from

@@ -45,8 +45,10 @@ Q_SIGNALS:
 private:
     void OnReadyRead();
     void OnError(QSerialPort::SerialPortError error);
+    bool DeviceIsGone() const;
 
     QSerialPort port_;
+    QByteArray input_; // taken from the port and not yet asked for
     bool hungUp_ = false;
     bool arrivalPosted_ = false;
 };

@@ -19,10 +19,8 @@ protected:
 
     std::int16_t Open(QSerialPort::Parity parity = QSerialPort::NoParity,
                       QSerialPort::StopBits stopBits = QSerialPort::TwoStop, int bitsPerSecond = 38400) {
-        return line_.Open({.device = far_.Path(),
-                           .bitsPerSecond = bitsPerSecond,
-                           .parity = parity,
-                           .stopBits = stopBits});
+        return line_.Open(
+            {.device = far_.Path(), .bitsPerSecond = bitsPerSecond, .parity = parity, .stopBits = stopBits});
     }
 
     // What is set on the terminal, as its other end sees it.
@@ -89,6 +87,30 @@ TEST_F(SerialLineTest, DropsItsInputWhenTold) {
     far_.Send("fresh");
     EXPECT_TRUE(WaitUntil([this] { return arrived_.size() >= 5; }));
     EXPECT_EQ(arrived_, QByteArray("fresh"));
+}
+
+TEST_F(SerialLineTest, TakesInputThatIsGoneBeforeItIsReadForNoHangUp) {
+    EXPECT_EQ(Open(), LinkStatus::NoError);
+    for (int turn = 0; turn < 50; ++turn) {
+        // Both the notice of the bytes and this call are due in the same turn of the event loop.
+        QMetaObject::invokeMethod(
+            &line_,
+            [this, turn] {
+                if (turn % 2 == 0) {
+                    line_.TakeAllInput();
+                } else {
+                    line_.ClearInput();
+                }
+            },
+            Qt::QueuedConnection);
+        far_.Send("gone");
+        Settle();
+    }
+    arrived_.clear();
+    EXPECT_EQ(hangUps_, 0);
+    EXPECT_TRUE(line_.IsOpen());
+    far_.Send("pong");
+    EXPECT_TRUE(WaitUntil([this] { return arrived_.endsWith("pong"); }));
 }
 
 TEST_F(SerialLineTest, TakesNoBytesForADeviceThatIsGone) {
