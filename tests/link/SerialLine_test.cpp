@@ -5,6 +5,7 @@
 #include "tests/support/ScriptedLine.h"
 #include "tests/support/Wait.h"
 
+#include <QCoreApplication>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <termios.h>
@@ -104,7 +105,7 @@ TEST_F(SerialLineTest, TakesInputThatIsGoneBeforeItIsReadForNoHangUp) {
             },
             Qt::QueuedConnection);
         far_.Send("gone");
-        Settle();
+        QCoreApplication::processEvents();
     }
     arrived_.clear();
     EXPECT_EQ(hangUps_, 0);
