@@ -113,8 +113,8 @@ private:
     // looks like it may be the late one.
     struct OwedReply {
         ModbusFrame::Request request;
-        qint64 likelyUntilUs; // a further run that would get such a reply waits until then
-        qint64 possibleUntilUs;
+        qint64 likelyUntilUs = 0; // a further run that would get such a reply waits until then
+        qint64 possibleUntilUs = 0;
     };
 
     bool Define(std::int16_t number, std::uint8_t function, std::int32_t slave, std::int32_t address,
