@@ -12,11 +12,11 @@ constexpr qsizetype mostReceivedBytes = 1024; // a babbling line mustn't fill th
 constexpr qint64 secondUs = 1'000'000;
 
 // Of late replies.
-constexpr int owedForTimeouts = 5;       // one that is later than this comes no more
-constexpr qint64 ownReplyGapUs = 50'000; // behind a late one, its own follows sooner than this
-constexpr qint64 firstUsualDelayUs = 5'000;
-constexpr qint64 unusualDelayUs = 15'000; // beyond the usual delay; adapters vary by about as much
-constexpr int mostDoubtfulRuns = 2;       // then the line is given time until nothing is owed any more
+constexpr int owedForTimeouts = 5;          // one that is later than this comes no more
+constexpr qint64 owedForAtMostUs = 500'000; // beyond one timeout
+constexpr qint64 ownReplyGapUs = 50'000;    // behind a late one, its own follows sooner than this
+constexpr qint64 unusualDelayUs = 15'000;   // beyond the usual delay; adapters vary by about as much
+constexpr int mostDoubtfulRuns = 2;         // then the line is given time until nothing is owed any more
 
 int BitsPerSecond(std::int16_t baudCode) {
     switch (baudCode) {
@@ -44,10 +44,11 @@ QSerialPort::Parity ParityOf(std::int16_t code) {
     }
 }
 
-// The reply to one request could be taken for the reply to the other.
+// The reply to one request could be taken for the reply to the other. The echo of a write names what was
+// written: taken for that of the same write, it does no harm.
 bool RepliesLookAlike(const ModbusFrame::Request &a, const ModbusFrame::Request &b) {
-    return a.slave == b.slave && a.function == b.function &&
-           ModbusFrame::ReplyLength(a) == ModbusFrame::ReplyLength(b);
+    return a.function == ModbusFrame::ReadHoldingRegisters && b.function == a.function &&
+           a.slave == b.slave && a.quantity == b.quantity;
 }
 
 } // namespace
@@ -90,7 +91,7 @@ bool Mbaxp::OpenPort() {
     open_ = true;
     owed_.clear();
     doubtfulRuns_ = 0;
-    usualDelayUs_ = firstUsualDelayUs;
+    usualDelayUs_.reset();
     holdOffEndUs_.reset();
     lastByteUs_ = NowUs();
     return true;
@@ -134,7 +135,11 @@ bool Mbaxp::Define(std::int16_t number, std::uint8_t function, std::int32_t slav
     const bool fits = slave >= 1 && slave <= highestSlave && quantity >= 1 && quantity <= mostRegisters &&
                       address >= 0 && address <= 0x10000 - quantity;
     if (!fits) {
-        transaction.request.quantity = 0; // what the number stood for before isn't wanted any more
+        // What the number stood for before isn't wanted any more.
+        transaction.request.quantity = 0;
+        transaction.cyclic = false;
+        transaction.once = transaction.once && current_ == number;
+        std::erase(onceQueue_, number);
         return Refuse(LinkStatus::IndexError);
     }
     transaction.request = {.slave = static_cast<std::uint8_t>(slave),
@@ -284,6 +289,7 @@ void Mbaxp::StartNext() {
     qint64 earliestDue = -1;
     const int number = NextTransaction(now, earliestDue);
     if (number < 0) {
+        holdOffEndUs_.reset();
         if (earliestDue >= 0) {
             WakeIn(earliestDue - now);
         }
@@ -316,11 +322,19 @@ qint64 Mbaxp::HoldOffUs(int number, qint64 now) const {
         }
         if (doubtfulRuns_ >= mostDoubtfulRuns) {
             until = std::max(until, owed.possibleUntilUs);
-        } else if (transaction.once) {
+        } else if (transaction.once || !usualDelayUs_) {
             until = std::max(until, owed.likelyUntilUs);
         }
     }
     return until - now;
+}
+
+// Before it is known how soon the sensor answers, a run waits until a late reply isn't likely any more, and
+// then trusts what comes.
+void Mbaxp::DropOldDebts(qint64 now) {
+    std::erase_if(owed_, [&](const OwedReply &owed) {
+        return (usualDelayUs_ ? owed.possibleUntilUs : owed.likelyUntilUs) <= now;
+    });
 }
 
 bool Mbaxp::IsOwedLike(const ModbusFrame::Request &request) const {
@@ -328,14 +342,27 @@ bool Mbaxp::IsOwedLike(const ModbusFrame::Request &request) const {
                        [&](const OwedReply &owed) { return RepliesLookAlike(owed.request, request); });
 }
 
-// Takes what has come since, but isn't the reply to what is on the line, for the late replies that it is.
-void Mbaxp::StrikeOffLateReplies() {
-    std::erase_if(owed_, [this](const OwedReply &owed) {
-        if (current_ >= 0 && RepliesLookAlike(owed.request, request_)) {
-            return false;
-        }
-        return ModbusFrame::Judge(owed.request, received_).kind != ModbusFrame::Verdict::Kind::NeedMore;
+// Strikes off what a reply of that look has paid: a sensor answers in the order of the requests.
+void Mbaxp::StrikeOffOldest(const ModbusFrame::Request &request) {
+    const auto oldest = std::find_if(owed_.begin(), owed_.end(), [&](const OwedReply &owed) {
+        return RepliesLookAlike(owed.request, request);
     });
+    if (oldest != owed_.end()) {
+        owed_.erase(oldest);
+    }
+}
+
+// Takes what has come between two requests for the late replies that it is.
+void Mbaxp::TakeLateReplies() {
+    for (std::size_t k = 0; k < owed_.size();) {
+        const ModbusFrame::Verdict verdict = ModbusFrame::Judge(owed_[k].request, received_);
+        if (verdict.end > 0) {
+            received_.remove(0, verdict.end);
+            owed_.erase(owed_.begin() + static_cast<std::ptrdiff_t>(k));
+        } else {
+            ++k;
+        }
+    }
 }
 
 void Mbaxp::Start(int number) {
@@ -346,10 +373,10 @@ void Mbaxp::Start(int number) {
     if (currentIsOnce_) {
         onceQueue_.pop_front();
     } else {
-        transaction.dueUs = now + transaction.periodUs;
+        transaction.dueUs = std::max(transaction.dueUs + transaction.periodUs, now);
     }
     lastWasOnce_ = currentIsOnce_;
-    std::erase_if(owed_, [now](const OwedReply &owed) { return owed.possibleUntilUs < now; });
+    DropOldDebts(now);
     request_ = transaction.request;
     if (request_.function != ModbusFrame::ReadHoldingRegisters) {
         request_.words = transaction.buffer;
@@ -384,39 +411,47 @@ void Mbaxp::OnBytes() {
     }
     received_ = (received_ + bytes).right(mostReceivedBytes);
     lastByteUs_ = now;
-    StrikeOffLateReplies();
     if (current_ < 0) {
+        TakeLateReplies();
         StartNext(); // what waited for a late reply may go ahead
         return;
     }
-    const ModbusFrame::Verdict verdict = ModbusFrame::Judge(request_, received_);
-    if (verdict.kind == ModbusFrame::Verdict::Kind::NeedMore) {
-        if (replyHeld_) {
-            WakeIn(deadlineUs_ - NowUs()); // another reply has begun: it has until the deadline
-        }
-    } else if (MayBeLate() && !replyHeld_) {
-        HoldReply();
-    } else {
+    ModbusFrame::Verdict verdict = ModbusFrame::Judge(request_, received_);
+    if (verdict.kind != ModbusFrame::Verdict::Kind::NeedMore && !replyHeld_ && MayBeLate()) {
+        HoldReply(verdict);
+        verdict = ModbusFrame::Judge(request_, received_);
+    }
+    if (verdict.kind != ModbusFrame::Verdict::Kind::NeedMore) {
         Finish(verdict);
+    } else if (replyHeld_ && !received_.isEmpty()) {
+        WakeIn(deadlineUs_ - now); // another reply has begun: it has until the deadline
     }
 }
 
 bool Mbaxp::MayBeLate() const {
-    return IsOwedLike(request_) && firstByteUs_ - RequestEndUs() > usualDelayUs_ + unusualDelayUs;
+    return usualDelayUs_ && IsOwedLike(request_) &&
+           firstByteUs_ - RequestEndUs() > *usualDelayUs_ + unusualDelayUs + LineTimeUs(4);
 }
 
-// A reply that may be the late one of a request before is kept back: then its own follows right behind it.
-void Mbaxp::HoldReply() {
+// A reply that may be the late one of a request before is passed over: then its own follows right behind it.
+void Mbaxp::HoldReply(const ModbusFrame::Verdict &verdict) {
     replyHeld_ = true;
-    received_.clear();
+    StrikeOffOldest(request_);
+    received_.remove(0, verdict.end);
     WakeIn(std::min(ownReplyGapUs, deadlineUs_ - NowUs()));
 }
 
 void Mbaxp::OnDeadline() {
-    // What has come but wasn't delivered while the screen was busy counts.
+    // What has come but wasn't delivered while the screen was busy counts; how soon it came isn't known.
     received_ += line_.TakeAllInput();
-    const ModbusFrame::Verdict verdict = ModbusFrame::JudgeAtEnd(request_, received_);
-    if (replyHeld_ && verdict.kind != ModbusFrame::Verdict::Kind::Complete) {
+    ModbusFrame::Verdict verdict = ModbusFrame::JudgeAtEnd(request_, received_);
+    if (verdict.end > 0 && !replyHeld_ && IsOwedLike(request_)) {
+        replyHeld_ = true;
+        StrikeOffOldest(request_);
+        received_.remove(0, verdict.end);
+        verdict = ModbusFrame::JudgeAtEnd(request_, received_);
+    }
+    if (replyHeld_ && verdict.end == 0) {
         FinishWith(LinkStatus::Timeout); // the late one came alone
     } else {
         Finish(verdict);
@@ -430,7 +465,7 @@ void Mbaxp::OnHungUp() {
 }
 
 void Mbaxp::FinishWith(std::int16_t status) {
-    Finish({.kind = ModbusFrame::Verdict::Kind::Failed, .status = status, .words = {}});
+    Finish({.kind = ModbusFrame::Verdict::Kind::Failed, .status = status, .words = {}, .end = 0});
 }
 
 void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
@@ -442,15 +477,20 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     }
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
     if (done) {
-        usualDelayUs_ = std::max(firstByteUs_ - RequestEndUs(), usualDelayUs_ - usualDelayUs_ / 8);
+        const qint64 usual = usualDelayUs_.value_or(0);
+        usualDelayUs_ = std::max(firstByteUs_ - RequestEndUs(), usual - usual / 8);
     }
     doubtfulRuns_ = replyHeld_ && verdict.status == LinkStatus::Timeout ? doubtfulRuns_ + 1 : 0;
-    std::erase_if(owed_, [this](const OwedReply &owed) { return RepliesLookAlike(owed.request, request_); });
-    if (verdict.status == LinkStatus::Timeout || verdict.status == LinkStatus::UnexpectedResponse) {
-        const qint64 now = NowUs();
+    if (done) {
+        std::erase_if(owed_,
+                      [this](const OwedReply &owed) { return RepliesLookAlike(owed.request, request_); });
+    }
+    if (verdict.status == LinkStatus::Timeout) {
+        const qint64 likelyUntil = NowUs() + TimeoutUs();
         owed_.push_back({.request = request_,
-                         .likelyUntilUs = now + TimeoutUs(),
-                         .possibleUntilUs = now + owedForTimeouts * TimeoutUs()});
+                         .likelyUntilUs = likelyUntil,
+                         .possibleUntilUs =
+                             likelyUntil + std::min((owedForTimeouts - 1) * TimeoutUs(), owedForAtMostUs)});
     }
     if (done && request_.function == ModbusFrame::ReadHoldingRegisters &&
         transaction.buffer.size() == verdict.words.size()) {

@@ -135,10 +135,12 @@ private:
     void StartNext();
     void Start(int number);
     qint64 HoldOffUs(int number, qint64 now) const;
-    void StrikeOffLateReplies();
+    void StrikeOffOldest(const ModbusFrame::Request &request);
+    void TakeLateReplies();
     bool IsOwedLike(const ModbusFrame::Request &request) const;
     bool MayBeLate() const;
-    void HoldReply();
+    void HoldReply(const ModbusFrame::Verdict &verdict);
+    void DropOldDebts(qint64 now);
     void OnDeadline();
     void Finish(const ModbusFrame::Verdict &verdict);
     void FinishWith(std::int16_t status);
@@ -172,5 +174,5 @@ private:
     bool replyHeld_ = false; // it came later than usual while one like it was owed
     int doubtfulRuns_ = 0;   // in a row, that got no other
     qint64 firstByteUs_ = 0;
-    qint64 usualDelayUs_ = 0; // from a request's end to the first byte of its reply
+    std::optional<qint64> usualDelayUs_; // from a request's end to the first byte of its reply, once known
 };

@@ -45,11 +45,11 @@ bool HasGoodCrc(QByteArrayView frame) {
 }
 
 Verdict Failed(std::int16_t status) {
-    return {.kind = Verdict::Kind::Failed, .status = status, .words = {}};
+    return {.kind = Verdict::Kind::Failed, .status = status, .words = {}, .end = 0};
 }
 
 Verdict CompleteRead(QByteArrayView frame, int quantity) {
-    Verdict verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}};
+    Verdict verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}, .end = 0};
     verdict.words.reserve(static_cast<std::size_t>(quantity));
     for (int k = 0; k < quantity; ++k) {
         verdict.words.push_back(static_cast<std::int16_t>(WordAt(frame, 3 + 2 * k)));
@@ -86,7 +86,7 @@ std::optional<Verdict> JudgeFront(const Request &request, QByteArrayView bytes, 
         if (HasGoodCrc(bytes.first(length))) {
             return request.function == ReadHoldingRegisters
                        ? CompleteRead(bytes, request.quantity)
-                       : Verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}};
+                       : Verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}, .end = 0};
         }
         return std::nullopt;
     }
@@ -150,7 +150,7 @@ Verdict Scan(const Request &request, QByteArrayView received, bool moreMayCome) 
     const QByteArray known = KnownBytes(request);
     for (qsizetype at = 0; at < received.size(); ++at) {
         const QByteArrayView rest = received.sliced(at);
-        const std::optional<Verdict> verdict = JudgeFront(request, rest, known);
+        std::optional<Verdict> verdict = JudgeFront(request, rest, known);
         if (!verdict) {
             // What another slave says mustn't be searched for a reply of ours.
             if (ByteAt(rest, 0) != request.slave && StartsWithFrame(rest)) {
@@ -160,6 +160,8 @@ Verdict Scan(const Request &request, QByteArrayView received, bool moreMayCome) 
         }
         // While a reply may be growing here, what looks like a frame further on is most likely its data.
         if (verdict->kind != Verdict::Kind::NeedMore || moreMayCome) {
+            verdict->end =
+                at + (verdict->kind == Verdict::Kind::Complete ? ReplyLength(request) : exceptionLength);
             return *verdict;
         }
     }

@@ -38,6 +38,7 @@ struct Verdict {
     Kind kind = Kind::NeedMore;
     std::int16_t status = 0;         // of a failure
     std::vector<std::int16_t> words; // of a complete read
+    qsizetype end = 0;               // of the reply or the exception within the bytes
 };
 
 // Judges the bytes received so far. The expected length comes from the request alone. Bytes in front of

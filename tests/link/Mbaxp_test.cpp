@@ -138,6 +138,8 @@ TEST_F(MbaxpTest, LateReplyIs10AndIsNeverTakenForTheNext) {
 
 TEST_F(MbaxpTest, ReplyThatIsLateByMoreThanATimeoutIsToldByTheOneBehindIt) {
     // It comes while the next request waits; a sensor answers that one right behind it.
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
     line_->Answer({{goodReply, 2 * timeoutMs + 40}});
     line_->Answer({{nextReply, 45}});
     EXPECT_EQ(Run(), 10);
@@ -242,6 +244,9 @@ TEST_F(MbaxpTest, ALineThatNeverFallsSilentHoldsNothingUpForGood) {
 TEST_F(MbaxpTest, ALateReplyIsKnownAlsoBehindAnotherTransaction) {
     DefineWrite();
     EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->Answer(nextReply);
+    EXPECT_EQ(Run(cycle), 0);
+    events_.clear();
     line_->Answer({{goodReply, 260}}); // comes while the second round waits, long after the usual delay
     line_->AnswerNothing();            // to the write
     line_->AnswerNothing();            // to the second round
@@ -257,8 +262,56 @@ TEST_F(MbaxpTest, ALateReplyIsKnownAlsoBehindAnotherTransaction) {
     EXPECT_EQ(master_.RegisterValue(cycle, 0), 3);
 }
 
+TEST_F(MbaxpTest, AMissedFirstReplyCostsOneTimeoutHoweverSlowTheSensor) {
+    for (const int latencyMs : {0, 30, 80}) {
+        SCOPED_TRACE(latencyMs);
+        master_.ClosePort();
+        EXPECT_TRUE(master_.OpenPort());
+        EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 500));
+        events_.clear();
+        line_->AnswerNothing();
+        line_->Answer({{goodReply, latencyMs}});
+        master_.StartCyclic(cycle);
+        EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 2; }));
+        EXPECT_EQ(events_, (std::vector<Event>{{cycle, 10}, {cycle, 0}}));
+    }
+}
+
+TEST_F(MbaxpTest, ALostReplyCostsOneTimeoutOnceTheSensorIsKnown) {
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->Answer({{goodReply, 60}});
+    line_->AnswerNothing();
+    line_->Answer({{goodReply, 60}});
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
+    EXPECT_EQ(events_, (std::vector<Event>{{cycle, 0}, {cycle, 10}, {cycle, 0}}));
+}
+
+TEST_F(MbaxpTest, ALostEchoCastsNoDoubtOnTheNextWrite) {
+    DefineWrite();
+    line_->AnswerNothing();
+    EXPECT_EQ(Run(), 10);
+    EXPECT_TRUE(master_.DefineWriteRegister(once, 1, 6, 1000));
+    master_.RegisterValue(once, 0, 8);
+    line_->Answer({{WithCrc("01 06 00 06 00 08"), 60}});
+    EXPECT_EQ(Run(), 0);
+}
+
+TEST_F(MbaxpTest, ALateReplyAndItsOwnInOneLumpAreToldApart) {
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
+    line_->AnswerNothing();
+    line_->Answer({{goodReply + nextReply, 60}}); // the late one, and its own right behind it
+    EXPECT_EQ(Run(), 10);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+}
+
 TEST_F(MbaxpTest, ASensorThatIsAlwaysTooLateIsNeverTakenForAGoodOne) {
     EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->Answer(nextReply);
+    EXPECT_EQ(Run(cycle), 0);
+    events_.clear();
     for (int k = 0; k < 8; ++k) {
         line_->Answer({{goodReply, 260}});
     }
@@ -271,6 +324,9 @@ TEST_F(MbaxpTest, ASensorThatIsAlwaysTooLateIsNeverTakenForAGoodOne) {
 
 TEST_F(MbaxpTest, ASensorThatHasBecomeSlowIsTrustedAgain) {
     EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->Answer(nextReply);
+    EXPECT_EQ(Run(cycle), 0);
+    events_.clear();
     line_->AnswerNothing();
     for (int k = 0; k < 8; ++k) {
         line_->Answer({{goodReply, 60}});
@@ -402,6 +458,7 @@ TEST_F(MbaxpTest, CycleKeepsItsPeriodFromStartToStart) {
 TEST_F(MbaxpTest, CycleKeepsItsPeriodWithASilentSensor) {
     constexpr int periodMs = 130;
     EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, periodMs));
+    line_->Answer(goodReply);
     master_.StartCyclic(cycle);
     EXPECT_TRUE(WaitUntil([this] { return line_->Times().size() >= 6; }));
     const auto whole = line_->Times()[5] - line_->Times()[0];
