@@ -315,6 +315,7 @@ TEST_F(LinkSessionTest, FailedWriteKeepsTheValueAndSaysSoOnce) {
     EXPECT_EQ(zentrova_.ParamValue(40), 2000);
     EXPECT_TRUE(zentrova_.FileChangesNeedSaving());
     EXPECT_TRUE(WasTold("status Communication Status: Slave Device Failure"));
+    EXPECT_FALSE(WasTold("refresh"));
 }
 
 TEST_F(LinkSessionTest, SaysWhenTheSensorHasSaved) {

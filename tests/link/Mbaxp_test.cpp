@@ -430,6 +430,15 @@ TEST_F(MbaxpTest, OneShotsRunFirstInFirstOut) {
     EXPECT_EQ(events_, (std::vector<Event>{{3, 0}, {0, 0}, {2, 0}}));
 }
 
+TEST_F(MbaxpTest, ARunThatWaitsAlreadyIsNotQueuedAgain) {
+    line_->AnswerAlways(goodReply);
+    master_.TriggerOnce(once);
+    master_.TriggerOnce(once);
+    EXPECT_TRUE(WaitUntil([this] { return !events_.empty(); }));
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(line_->Requests().size(), 2U);
+}
+
 TEST_F(MbaxpTest, NeitherOneShotsNorACycleStarve) {
     line_->AnswerAlways(goodReply);
     EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 1)); // always due

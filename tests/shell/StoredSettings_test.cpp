@@ -83,9 +83,16 @@ TEST_F(StoredSettingsTest, SurviveAWindowPlaceThatMakesNoSense) {
     EXPECT_EQ(ReadWindowState(store_), WindowState::Normal);
 }
 
+TEST_F(StoredSettingsTest, KnowThreeStatesOfTheWindow) {
+    for (const WindowState state : {WindowState::Minimised, WindowState::Maximised, WindowState::Normal}) {
+        WriteWindowState(store_, state);
+        EXPECT_EQ(ReadWindowState(store_), state);
+    }
+}
+
 TEST_F(StoredSettingsTest, ComeBackAsTheyWereWritten) {
     WriteCommSettings(store_, {.commPort = 12, .baudRate = 2, .parityStop = 3, .modbusAddress = 200});
-    WriteWindowPlace(store_, {.top = 150, .left = -45, .height = 9000, .width = 57600});
+    WriteWindowPlace(store_, {.top = 149.6, .left = -45, .height = 9000, .width = 57600});
     WriteWindowState(store_, WindowState::Maximised);
     const CommSettings settings = ReadCommSettings(store_);
     EXPECT_EQ(settings.commPort, 12);
