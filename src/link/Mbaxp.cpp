@@ -373,7 +373,11 @@ void Mbaxp::Start(int number) {
     if (currentIsOnce_) {
         onceQueue_.pop_front();
     } else {
-        transaction.dueUs = std::max(transaction.dueUs + transaction.periodUs, now);
+        // On its grid, but for a round that is late by more than a period: no two follow each other closely.
+        transaction.dueUs += transaction.periodUs;
+        if (transaction.dueUs <= now) {
+            transaction.dueUs = now + transaction.periodUs;
+        }
     }
     lastWasOnce_ = currentIsOnce_;
     DropOldDebts(now);

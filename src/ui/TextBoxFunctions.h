@@ -1,0 +1,20 @@
+#pragma once
+
+#include "support/UserDialogs.h"
+
+#include <QLineEdit>
+#include <QString>
+
+// What all forms do with the boxes that values are typed into.
+namespace TextBoxFunctions {
+
+// Selects the whole text, so that the next key replaces it.
+void SelectAllText(QLineEdit &box);
+
+// True when the box holds a number from `minimum` to `maximum`, both included; with `round` the text becomes
+// that of the number as a whole one. Otherwise it tells the user the limits under the field's name and leaves
+// box and focus alone.
+bool ValidateNumericEntry(QLineEdit &box, const QString &name, double minimum, double maximum, bool round,
+                          UserDialogs &dialogs);
+
+} // namespace TextBoxFunctions
