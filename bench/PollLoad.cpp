@@ -6,6 +6,7 @@
 #include "support/ApplicationTitle.h"
 #include "support/ProgramFolder.h"
 #include "tabs/TabTable.h"
+#include "tools/PrintedDialogs.h"
 
 #include <QEventLoop>
 #include <QTabWidget>
@@ -22,15 +23,6 @@ constexpr int polls = 20;
 constexpr int loadMs = 8000;
 constexpr int periodMs = 200;
 constexpr int patienceMs = 30000;
-
-// No box is expected; one that comes says why there is no poll.
-class PrintedDialogs : public UserDialogs {
-public:
-    BoxAnswer OwnedMessageBox(const QString &text, BoxStyle, const QString &) override {
-        std::fprintf(stderr, "box: %s\n", qPrintable(text));
-        return BoxAnswer::Ok;
-    }
-};
 
 // The processor time from one poll to the one `count` polls later, each displayed and painted.
 double ProcessorMsOfPolls(LinkSession &link, int count) {

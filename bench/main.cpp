@@ -35,6 +35,7 @@ int Usage() {
 // The settings of whoever measures mustn't count.
 void Isolate(const QTemporaryDir &settings) {
     qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
+    qputenv("XDG_DATA_HOME", settings.path().toLocal8Bit());
     qputenv("XDG_RUNTIME_DIR", settings.path().toLocal8Bit());
     qputenv("QT_LOGGING_RULES", "*.debug=false"); // a peer is talkative
     qputenv("ZTVLINK_HOME", ZTV_BIN_DIR);

@@ -8,6 +8,7 @@
 #include "sim/SimulatedSensor.h"
 #include "support/ProgramFolder.h"
 #include "tabs/TabTable.h"
+#include "tools/PrintedDialogs.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -19,15 +20,6 @@
 #include <cstdlib>
 
 namespace {
-
-// Prints what would be a box, and goes on.
-class PrintedDialogs : public UserDialogs {
-public:
-    BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &) override {
-        std::printf("box: %s\n", qPrintable(text));
-        return style.buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Yes;
-    }
-};
 
 void Watch(int milliseconds) {
     QEventLoop loop;

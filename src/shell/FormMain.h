@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QTabWidget>
+#include <QUrl>
 #include <array>
 #include <cstdint>
 #include <functional>
@@ -28,6 +29,8 @@ public:
         QString programFolder;
         QString commandText;
         std::function<bool()> ctrlKeyIsDown;
+        std::function<void()> registerFileType = [] {};                           // once in each start
+        std::function<bool(const QUrl &)> openUrl = [](auto &) { return false; }; // in the system's browser
     };
 
     // Runs the whole start-up but for showing the window. Fault when the presets can't be read.

@@ -84,6 +84,7 @@ def visit(bin_dir, line):
         QT_QPA_PLATFORM="xcb",
         QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
         XDG_CONFIG_HOME=tempfile.mkdtemp(dir=line.parent),
+        XDG_DATA_HOME=tempfile.mkdtemp(dir=line.parent),
         ZTVLINK_PORT_1=str(line),
     )
     ztv_link = subprocess.Popen([bin_dir / "ZtvLink"], env=environment)

@@ -5,8 +5,9 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char *argv[]) {
-    QTemporaryDir configuration;
-    qputenv("XDG_CONFIG_HOME", configuration.path().toLocal8Bit());
+    QTemporaryDir folder; // nothing of the user's own is read or written
+    qputenv("XDG_CONFIG_HOME", folder.path().toLocal8Bit());
+    qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit());
     testing::InitGoogleTest(&argc, argv);
     QCoreApplication application(argc, argv);
     FailOnQtWarnings();

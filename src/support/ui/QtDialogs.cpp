@@ -1,5 +1,7 @@
 #include "support/ui/QtDialogs.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QMessageBox>
 
 namespace {
@@ -32,6 +34,11 @@ QMessageBox::StandardButtons ButtonsOf(BoxButtons buttons) {
     return QMessageBox::Ok;
 }
 
+// What is behind the last parenthesis is matched and not shown: the caption may show patterns of its own.
+QString FilterText(const FileFilter &filter) {
+    return QStringLiteral("%1 (%2)").arg(filter.caption, filter.patterns.join(u' '));
+}
+
 } // namespace
 
 BoxAnswer QtDialogs::OwnedMessageBox(const QString &text, BoxStyle style, const QString &title) {
@@ -47,4 +54,41 @@ BoxAnswer QtDialogs::OwnedMessageBox(const QString &text, BoxStyle style, const 
     default:
         return style.buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Cancel;
     }
+}
+
+std::optional<QString> QtDialogs::OpenFileDialog(const FileQuestion &question) {
+    return AskForFile(question, QFileDialog::AcceptOpen);
+}
+
+std::optional<QString> QtDialogs::SaveFileDialog(const FileQuestion &question) {
+    return AskForFile(question, QFileDialog::AcceptSave);
+}
+
+std::optional<QString> QtDialogs::AskForFile(const FileQuestion &question, QFileDialog::AcceptMode mode) {
+    QFileDialog dialog(owner_);
+    const bool saves = mode == QFileDialog::AcceptSave;
+    dialog.setWindowTitle(saves ? QFileDialog::tr("Save As") : QFileDialog::tr("Open"));
+    dialog.setAcceptMode(mode);
+    dialog.setFileMode(saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    QStringList filters;
+    for (const FileFilter &filter : question.filters) {
+        filters.append(FilterText(filter));
+    }
+    dialog.setNameFilters(filters);
+    dialog.selectNameFilter(filters.value(static_cast<qsizetype>(question.preselectedFilter)));
+    dialog.setDefaultSuffix(question.defaultSuffix);
+    const QFileInfo suggestion(question.suggestion);
+    if (!question.suggestion.isEmpty() && !suggestion.isDir()) {
+        dialog.setDirectory(suggestion.absolutePath());
+        dialog.selectFile(suggestion.fileName());
+    } else if (!question.suggestion.isEmpty() || !lastFolder_.isEmpty()) {
+        dialog.setDirectory(question.suggestion.isEmpty() ? lastFolder_ : question.suggestion);
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
+    const QString chosen = dialog.selectedFiles().constFirst();
+    lastFolder_ = QFileInfo(chosen).absolutePath();
+    return QDir::toNativeSeparators(chosen);
 }

@@ -2,17 +2,23 @@
 
 #include "support/UserDialogs.h"
 
+#include <QFileDialog>
 #include <QPointer>
 #include <QWidget>
 
-// Real message boxes.
+// Real message boxes and file dialogs.
 class QtDialogs : public UserDialogs {
 public:
-    // The window that owns the boxes from now on. Until it is set they stand alone.
+    // The window that owns the dialogs from now on. Until it is set they stand alone.
     void SetOwner(QWidget *owner) { owner_ = owner; }
 
     BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &title) override;
+    std::optional<QString> OpenFileDialog(const FileQuestion &question) override;
+    std::optional<QString> SaveFileDialog(const FileQuestion &question) override;
 
 private:
+    std::optional<QString> AskForFile(const FileQuestion &question, QFileDialog::AcceptMode mode);
+
     QPointer<QWidget> owner_;
+    QString lastFolder_;
 };

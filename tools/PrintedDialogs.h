@@ -1,0 +1,16 @@
+#pragma once
+
+#include "support/UserDialogs.h"
+
+#include <cstdio>
+
+// Prints what would be a box, and goes on as a person in a hurry would: Ok, Yes, no file.
+class PrintedDialogs : public UserDialogs {
+public:
+    BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &) override {
+        std::fprintf(stderr, "box: %s\n", qPrintable(text));
+        return style.buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Yes;
+    }
+    std::optional<QString> OpenFileDialog(const FileQuestion &) override { return std::nullopt; }
+    std::optional<QString> SaveFileDialog(const FileQuestion &) override { return std::nullopt; }
+};
