@@ -253,7 +253,7 @@ void LinkSession::AddressingProbeComplete() {
     addressingMode_ = mark == addressingMark ? 0 : 1;
     DefinePoll();
     if (downloadOnConnect_) {
-        StartDownload();
+        DownloadTable();
     } else {
         mbaxp1_.StartCyclic(LinkTransaction::Poll);
     }
@@ -264,15 +264,25 @@ void LinkSession::DefinePoll() {
                                 Element(pollPeriodByBaud, baudRate_, "PollPeriodByBaud"));
 }
 
-void LinkSession::StartDownload() {
+void LinkSession::DownloadTable() {
     zentrova_.WriteAllPending(true);
-    const std::int16_t count = zentrova_.ParamCount();
-    mbaxp1_.DefineWriteRegisters(LinkTransaction::Download, modbusAddress_, 1 - addressingMode_, count - 1,
-                                 downloadPeriodMs);
-    for (std::int16_t tag = 1; tag < count; ++tag) {
-        mbaxp1_.RegisterValue(LinkTransaction::Download, tag - 1,
-                              Global::SignedFromUnsigned(zentrova_.ParamValue(tag)));
+    DefineDownload();
+    for (std::int16_t tag = 1; tag < zentrova_.ParamCount(); ++tag) {
+        DownloadValue(tag, zentrova_.ParamValue(tag));
     }
+    StartDownload();
+}
+
+void LinkSession::DefineDownload() {
+    mbaxp1_.DefineWriteRegisters(LinkTransaction::Download, modbusAddress_, 1 - addressingMode_,
+                                 zentrova_.ParamCount() - 1, downloadPeriodMs);
+}
+
+void LinkSession::DownloadValue(std::int16_t Tag, std::int32_t value) {
+    mbaxp1_.RegisterValue(LinkTransaction::Download, Tag - 1, Global::SignedFromUnsigned(value));
+}
+
+void LinkSession::StartDownload() {
     mbaxp1_.TriggerOnce(LinkTransaction::Download);
 }
 

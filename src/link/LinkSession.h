@@ -81,6 +81,9 @@ public:
     bool PortIsOpen() const override { return mbaxp1_.PortIsOpen(); }
     void WaitForWriteIdle() override;
     void StartWrite(std::int16_t Tag, std::int32_t value) override;
+    void DefineDownload() override;
+    void DownloadValue(std::int16_t Tag, std::int32_t value) override;
+    void StartDownload() override;
 
     // Handlers of the master's events.
     void TransactionDone(std::int16_t transaction);
@@ -102,7 +105,7 @@ private:
     void DownloadFailed();
     void StartPollAfterConnectDownload();
     void DefinePoll();
-    void StartDownload();
+    void DownloadTable();
     void ReconnectWithDeviceSettings();
     std::int16_t WrittenParameter() const;
     void SetStatus(const QString &word);

@@ -147,7 +147,7 @@ bool Mbaxp::Define(std::int16_t number, std::uint8_t function, std::int32_t slav
                            .address = static_cast<std::uint16_t>(address),
                            .quantity = static_cast<std::uint16_t>(quantity),
                            .words = {}};
-    transaction.buffer.assign(static_cast<std::size_t>(quantity), 0);
+    transaction.buffer.resize(static_cast<std::size_t>(quantity)); // words that it has stay
     transaction.periodUs = std::max<qint64>(periodMs, 1) * 1000;
     return true;
 }

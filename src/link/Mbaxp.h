@@ -56,8 +56,8 @@ public:
     // The status code of the last call that failed.
     std::int16_t LastError() const { return lastError_; }
 
-    // Definitions replace what the number stood for, and its buffer. False (IndexError) when a frame can't
-    // hold it.
+    // Definitions replace what the number stood for; of its buffer the words within the quantity stay. False
+    // (IndexError) when a frame can't hold it.
     bool DefineReadRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
                              std::int32_t quantity, std::int32_t periodMs);
     bool DefineWriteRegister(std::int16_t transaction, std::int16_t slave, std::int32_t address,

@@ -3,6 +3,16 @@
 #include "model/Element.h"
 #include "model/Global.h"
 #include "model/InitArray.h"
+#include "model/SettingsFile.h"
+#include "support/ProgramVersion.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::int16_t userUnitsRow = 10; // of the units, whose first text names the unit on display
+
+} // namespace
 
 ClassZentrova::ClassZentrova(const QString &programFolder) {
     InitParamsFromPresetsFile(programFolder);
@@ -53,10 +63,10 @@ void ClassZentrova::ParamValue(std::int16_t Tag, std::int32_t NewValue) {
     if (row.preset.readOnly || row.value == NewValue) {
         return;
     }
-    if (link_ != nullptr && link_->PortIsOpen()) {
+    if (PortIsOpen()) {
         link_->WaitForWriteIdle();
         // The wait lets the user go offline; the value is then kept as any offline change is.
-        if (link_->PortIsOpen()) {
+        if (PortIsOpen()) {
             row.writePending = true;
             link_->StartWrite(Tag, NewValue);
         }
@@ -105,4 +115,54 @@ std::int16_t ClassZentrova::ParamDecimalPlaces(std::int16_t Tag) const {
 QString ClassZentrova::FormatRaw(std::int32_t Value, std::int16_t Tag) const {
     return Global::ApplyUnits(*this, Global::RawToFormatted(Value, ParamDecimalPlaces(Tag)), ParamUnits(Tag),
                               ParamMax(Tag));
+}
+
+bool ClassZentrova::SaveFile(const QString &FileName) {
+    std::vector<SettingsRow> rows;
+    rows.reserve(rows_.size());
+    for (std::int16_t tag = 0; tag < ParamCount(); ++tag) {
+        rows.push_back({.tag = tag, .name = ParamName(tag), .value = ParamValue(tag)});
+    }
+    if (fileNotes_.isEmpty()) {
+        fileNotes_ = QStringLiteral(" ");
+    }
+    WriteSettingsFile(
+        FileName, rows,
+        {.notes = fileNotes_, .swVersion = ProgramVersion(), .userUnits = ParamLookUp(userUnitsRow, 0)});
+    fileChanged_ = false;
+    return false;
+}
+
+std::int16_t ClassZentrova::OpenFile(const QString &FileName, UserDialogs &dialogs) {
+    try {
+        return LoadFile(FileName);
+    } catch (const Fault &fault) {
+        dialogs.OwnedMessageBox(fault.Description(), {.icon = BoxIcon::None, .buttons = BoxButtons::Ok},
+                                QString());
+        return FileOpened::Failed;
+    }
+}
+
+std::int16_t ClassZentrova::LoadFile(const QString &fileName) {
+    SettingsFileReader file(fileName);
+    const std::int16_t count = std::min(file.Count(), ParamCount());
+    const bool download = PortIsOpen();
+    if (download) {
+        writeAllPending_ = true;
+        link_->DefineDownload();
+    }
+    // Straight into the table: a file is no change of the user's, and it brings the read-only rows too.
+    file.ForEachValue(count, [&](std::int16_t tag, std::int32_t value) {
+        Row &row = RowOf(tag);
+        row.value = std::max(std::min(value, row.preset.maximum), row.preset.minimum);
+        if (download) {
+            link_->DownloadValue(tag, row.value);
+        }
+    });
+    fileNotes_ = file.Notes();
+    if (download) {
+        link_->StartDownload();
+    }
+    // The count was limited before, so a file with more rows than the table is taken for a whole one.
+    return count > ParamCount() ? FileOpened::InPart : FileOpened::Whole;
 }

@@ -1,23 +1,51 @@
 #include "model/ReadOnlyDatabase.h"
 
 #include <QFileInfo>
+#include <QUrl>
 #include <sqlite3.h>
 
 namespace {
 
 constexpr int longestText = 4096; // characters; the texts of these files are names and notes
 constexpr qsizetype mostTextOfAFile = 4 << 20;
+constexpr qint64 largestFile = 8 << 20; // bytes
+constexpr int stepsPerCheck = 1000;     // of the engine
+constexpr int mostChecks = 10000;
 
 Fault DatabaseFault(const QString &where, const QString &message) {
     return Fault(Fault::Kind::Database, QStringLiteral("%1: %2.").arg(where, message));
 }
 
+// Immutable: no lock, journal or index file is made beside a file that came from outside.
+std::string AddressOf(const QFileInfo &file) {
+    QByteArray path = QUrl::toPercentEncoding(file.absoluteFilePath(), "/");
+    if (!path.startsWith('/')) {
+        path.prepend('/'); // a drive letter
+    }
+    return "file://" + path.toStdString() + "?immutable=1";
+}
+
 SQLite::Database Open(const QString &fileName) {
+    const QFileInfo file(fileName);
+    if (!file.exists()) {
+        throw DatabaseFault(fileName, QStringLiteral("there is no such file"));
+    }
+    if (!file.isFile()) { // opening a pipe or a device may never end
+        throw DatabaseFault(fileName, QStringLiteral("this isn't a file"));
+    }
+    if (file.size() > largestFile) {
+        throw DatabaseFault(fileName, QStringLiteral("the file is too large"));
+    }
     try {
-        return SQLite::Database(fileName.toStdString(), SQLite::OPEN_READONLY);
+        return SQLite::Database(AddressOf(file), SQLite::OPEN_READONLY | SQLite::OPEN_URI);
     } catch (const SQLite::Exception &e) {
         throw DatabaseFault(fileName, QString::fromUtf8(e.what()));
     }
+}
+
+// Ends what a crafted file makes endless.
+int CountDown(void *checksLeft) {
+    return --*static_cast<int *>(checksLeft) < 0 ? 1 : 0;
 }
 
 } // namespace
@@ -76,8 +104,12 @@ void DatabaseRecord::Fail(int column, const QString &what) const {
         QStringLiteral("column %1 %2").arg(QString::fromUtf8(statement_.getColumnName(column)), what));
 }
 
-ReadOnlyDatabase::ReadOnlyDatabase(const QString &fileName) : fileName_(fileName), database_(Open(fileName)) {
+ReadOnlyDatabase::ReadOnlyDatabase(const QString &fileName)
+    : fileName_(fileName),
+      database_(Open(fileName)),
+      checksLeft_(std::make_unique<int>(mostChecks)) {
     sqlite3 *handle = database_.getHandle();
+    sqlite3_progress_handler(handle, stepsPerCheck, CountDown, checksLeft_.get());
     sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);

@@ -8,6 +8,7 @@
 #include <functional>
 #include <initializer_list>
 #include <limits>
+#include <memory>
 
 // The record that a walk over a table stands on. Its columns are those that were asked for, in that order.
 class DatabaseRecord {
@@ -59,5 +60,6 @@ private:
 
     QString fileName_;
     SQLite::Database database_;
+    std::unique_ptr<int> checksLeft_; // outlives every statement
     qsizetype textRead_ = 0;
 };

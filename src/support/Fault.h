@@ -7,7 +7,7 @@
 // it ends the program with its description (see shell/Application).
 class Fault : public std::exception {
 public:
-    enum class Kind { Subscript, Overflow, Conversion, DivisionByZero, Database };
+    enum class Kind { Subscript, Overflow, Conversion, DivisionByZero, Database, File };
 
     Fault(Kind kind, const QString &description);
 

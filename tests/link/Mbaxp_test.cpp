@@ -636,8 +636,16 @@ TEST_F(MbaxpTest, ABufferReads0WhereNothingWasSet) {
     line_->Answer(goodReply);
     EXPECT_EQ(Run(), 0);
     EXPECT_EQ(master_.RegisterValue(once, 2), 0);
-    EXPECT_TRUE(master_.DefineReadRegisters(once, 1, 0, 2, 1000));
-    EXPECT_EQ(master_.RegisterValue(once, 0), 0);
+}
+
+TEST_F(MbaxpTest, ABufferKeepsItsWordsThroughADefinition) {
+    EXPECT_TRUE(master_.DefineWriteRegisters(once, 1, 0, 2, 1000));
+    master_.RegisterValue(once, 0, 11);
+    master_.RegisterValue(once, 1, 12);
+    EXPECT_TRUE(master_.DefineWriteRegisters(once, 1, 1, 3, 1000));
+    EXPECT_EQ(master_.RegisterValue(once, 0), 11);
+    EXPECT_EQ(master_.RegisterValue(once, 1), 12);
+    EXPECT_EQ(master_.RegisterValue(once, 2), 0);
 }
 
 TEST_F(MbaxpTest, SettingAWordOutsideTheBufferIsAnIndexError) {

@@ -2,10 +2,10 @@
 
 #include "model/ParamDefines.h"
 #include "support/Fault.h"
+#include "tests/support/FakeLink.h"
 #include "tests/support/Printers.h"
 #include "tests/support/TestPresets.h"
 
-#include <functional>
 #include <gtest/gtest.h>
 #include <utility>
 #include <vector>
@@ -14,29 +14,6 @@ namespace {
 
 constexpr std::int16_t setting = ParamDefines::NearDistance;
 constexpr std::int16_t readOnlyRow = ParamDefines::ActualDistance;
-
-class FakeLink : public ParameterLink {
-public:
-    bool PortIsOpen() const override { return open; }
-    void WaitForWriteIdle() override {
-        ++waits;
-        if (whileWaiting) {
-            whileWaiting();
-        }
-    }
-    void StartWrite(std::int16_t Tag, std::int32_t value) override {
-        writes.emplace_back(Tag, value);
-        if (onStart) {
-            onStart();
-        }
-    }
-
-    bool open = true;
-    int waits = 0;
-    std::vector<std::pair<int, int>> writes;
-    std::function<void()> whileWaiting;
-    std::function<void()> onStart;
-};
 
 } // namespace
 

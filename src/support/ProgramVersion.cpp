@@ -1,0 +1,5 @@
+#include "support/ProgramVersion.h"
+
+QString ProgramVersion() {
+    return QStringLiteral(ZTV_VERSION);
+}
