@@ -8,7 +8,10 @@ packages=(cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-base-dev-tool
 for purpose in "$@"; do
     case "$purpose" in
     build) ;;
-    test) packages+=(python3 sqlite3 libgtest-dev libmodbus-dev mbpoll python3-gi gir1.2-atspi-2.0 at-spi2-core dbus xvfb xauth) ;;
+    test)
+        packages+=(libgtest-dev libmodbus-dev mbpoll python3-gi gir1.2-atspi-2.0 at-spi2-core dbus xvfb xauth
+            shared-mime-info desktop-file-utils xdg-utils libglib2.0-bin)
+        ;;
     bench) packages+=(libmodbus-dev qt6-serialbus-dev libxcb1-dev xvfb cutecom) ;;
     check) packages+=(clang-format clang-tidy) ;;
     *)

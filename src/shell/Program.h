@@ -15,6 +15,7 @@ struct ProgramStart {
     SettingsStore &settings;
     QString programFolder;
     QString commandText;
+    QString application = {}; // what a double click on a settings file is to start; empty to register nothing
 };
 
 // Tells the user of a fault that ends the program.

@@ -2,6 +2,7 @@
 #include "shell/CommandLine.h"
 #include "shell/Program.h"
 #include "support/ApplicationTitle.h"
+#include "support/FileType.h"
 #include "support/ProgramFolder.h"
 #include "support/SettingsStore.h"
 #include "support/ui/QtDialogs.h"
@@ -19,6 +20,7 @@ int main(int argc, char *argv[]) {
     return RunProgram({.dialogs = dialogs,
                        .settings = settings,
                        .programFolder = ProgramFolder(),
-                       .commandText = CommandLine::JoinArguments(QCoreApplication::arguments().mid(1))},
+                       .commandText = CommandLine::JoinArguments(QCoreApplication::arguments().mid(1)),
+                       .application = FileType::ThisApplication()},
                       [&dialogs](QWidget &form) { dialogs.SetOwner(&form); });
 }

@@ -102,3 +102,12 @@ void ReplaceFile(const QString &fileName, const QByteArray &content) {
     }
     attributes.Replaced();
 }
+
+bool TryReplaceFile(const QString &fileName, const QByteArray &content) {
+    try {
+        ReplaceFile(fileName, content);
+        return true;
+    } catch (const Fault &) {
+        return false;
+    }
+}

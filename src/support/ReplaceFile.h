@@ -7,3 +7,6 @@
 // file or the new one. A read-only file is replaced as well. Fault (file) when it can't be done; the old file
 // is then left as it was.
 void ReplaceFile(const QString &fileName, const QByteArray &content);
+
+// The same for whoever can do without; false when it can't be done.
+bool TryReplaceFile(const QString &fileName, const QByteArray &content);

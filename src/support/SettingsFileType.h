@@ -1,10 +1,28 @@
 #pragma once
 
+#include "support/ApplicationTitle.h"
+
+#include <QString>
 #include <cstdint>
 
-// What the desktop and the program know the files of settings by.
+// The type of the settings files.
 namespace SettingsFileType {
 
-inline constexpr std::int32_t ApplicationId = 0x5A545631; // "ZTV1", in the header of the database
+// The application_id of the database that a settings file is: "ZTV1". It tells the type of a file whatever
+// its name.
+inline constexpr std::int32_t ApplicationId = 0x5A545631;
+
+inline QString Extension() {
+    return QStringLiteral(".ztv");
+}
+inline QString ClassName() {
+    return ApplicationTitle();
+}
+inline QString Description() {
+    return QStringLiteral("Zentrova File");
+}
+inline QString MimeType() {
+    return QStringLiteral("application/x-ztv-link-settings");
+}
 
 } // namespace SettingsFileType

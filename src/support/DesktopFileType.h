@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// Publishes a file type, and the program that opens its files, on a desktop that follows the freedesktop
+// conventions. All of it is the user's own and lies below XDG_DATA_HOME.
+namespace DesktopFileType {
+
+struct Binding {
+    QString extension; // with its point
+    QString className;
+    QString description;
+    QString application;
+};
+
+// True when the program's desktop entry is there, which is the last that Publish writes.
+bool IsPublished();
+
+// Writes the MIME type, the icon (an SVG; none when empty) and the desktop entry, and has the desktop's
+// tools take note of them, without waiting for it. What fails is left undone.
+void Publish(const Binding &binding, const QByteArray &icon);
+
+} // namespace DesktopFileType

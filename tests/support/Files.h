@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <gtest/gtest.h>
+
+// Writes a file, and the folders above it.
+inline void WriteFile(const QString &path, const QByteArray &content) {
+    EXPECT_TRUE(QDir().mkpath(QFileInfo(path).path()));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
+    EXPECT_EQ(file.write(content), content.size());
+}
+
+// Writes a program that a shell runs.
+inline void WriteScript(const QString &path, const QByteArray &commands) {
+    WriteFile(path, "#!/bin/sh\n" + commands);
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+// The content of a file; empty when there is none.
+inline QByteArray ReadFile(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}

@@ -1,0 +1,40 @@
+#include "support/ReplaceFile.h"
+
+#include "tests/support/FileSizeLimit.h"
+#include "tests/support/Files.h"
+#include "tests/support/Printers.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+class ReplaceFileTest : public testing::Test {
+protected:
+    QStringList Files() const {
+        return QDir(folder_.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+    QTemporaryDir folder_;
+    QString path_ = folder_.filePath(QStringLiteral("a"));
+};
+
+TEST_F(ReplaceFileTest, ReplacesTheContent) {
+    EXPECT_TRUE(TryReplaceFile(path_, "first and long"));
+    EXPECT_TRUE(TryReplaceFile(path_, "second"));
+    EXPECT_EQ(ReadFile(path_), QByteArray("second"));
+    EXPECT_TRUE(TryReplaceFile(path_, {}));
+    EXPECT_EQ(ReadFile(path_), QByteArray());
+}
+
+TEST_F(ReplaceFileTest, KeepsTheOldContentWhereTheNewDoesntFit) {
+    WriteFile(path_, "old");
+    const FileSizeLimit limit(8);
+    EXPECT_FALSE(TryReplaceFile(path_, "a little too long"));
+    EXPECT_FALSE(TryReplaceFile(path_, QByteArray(100000, 'a')));
+    EXPECT_EQ(ReadFile(path_), QByteArray("old"));
+    EXPECT_EQ(Files(), QStringList{QStringLiteral("a")});
+}
+
+TEST_F(ReplaceFileTest, FailsWhereThereIsNoFolder) {
+    EXPECT_FALSE(TryReplaceFile(folder_.filePath(QStringLiteral("gone/a")), "x"));
+    EXPECT_EQ(Files(), QStringList());
+}
