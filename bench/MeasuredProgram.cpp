@@ -28,8 +28,8 @@ int main(int argc, char *argv[]) {
                        .settings = settings,
                        .programFolder = ProgramFolder(),
                        .commandText = QString()},
-                      [&dialogs, &form](QWidget &shown) {
+                      [&dialogs, &form](FormMain &shown) {
                           dialogs.SetOwner(&shown);
-                          form = qobject_cast<FormMain *>(&shown);
+                          form = &shown;
                       });
 }

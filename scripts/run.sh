@@ -27,4 +27,5 @@ if [ ! -e "$folder/sensor" ]; then
     exit 1
 fi
 echo "The simulated sensor is on port 1. Click \"Online\", then \"Read\"."
-ZTVLINK_PORT_1="$folder/sensor" "$bin/ZtvLink" "$@"
+# What is tried here isn't to be what a double click on a settings file starts from now on.
+XDG_DATA_HOME="$folder" ZTVLINK_PORT_1="$folder/sensor" "$bin/ZtvLink" "$@"

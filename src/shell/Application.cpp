@@ -21,6 +21,7 @@ void AskForPunctualTimers() {
 
 Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     setApplicationName(ApplicationTitle());
+    setDesktopFileName(QStringLiteral("ztv-link"));
     setStyle(QStringLiteral("Fusion"));
     AskForPunctualTimers();
 }

@@ -1,9 +1,13 @@
 #include "shell/FormMain.h"
 
 #include "link/SerialPorts.h"
+#include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
 #include "model/ParamDefines.h"
+#include "shell/MakerAddress.h"
+#include "shell/UnseenDialogs.h"
 #include "support/ApplicationTitle.h"
+#include "support/PathFunctions.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/BasicPage.h"
 #include "tabs/ui/DistancePage.h"
@@ -61,6 +65,10 @@ FormMain::FormMain(Surroundings surroundings) : surroundings_(std::move(surround
     link_->ModbusAddress(comm.modbusAddress);
     SetMbaxp1CommProperties(comm.commPort, comm.baudRate, comm.parityStop, 0);
 
+    BuildFileCommands();
+    surroundings_.registerFileType();
+    OpenFileOfCommandLine();
+
     BuildControls();
     BuildPages();
     ConnectCommands();
@@ -77,9 +85,9 @@ void FormMain::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std
     link_->SetMbaxp1CommProperties(port, baud, parityStop, timeoutMs);
 }
 
-BoxAnswer FormMain::Ask(const QString &question) {
-    return surroundings_.dialogs.OwnedMessageBox(
-        question, {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo}, ApplicationTitle());
+BoxAnswer FormMain::Ask(const QString &question, BoxButtons buttons) {
+    return surroundings_.dialogs.OwnedMessageBox(question, {.icon = BoxIcon::Question, .buttons = buttons},
+                                                 ApplicationTitle());
 }
 
 void FormMain::AskToClearSettings(bool wanted) {
@@ -115,6 +123,25 @@ void FormMain::ShowAsStored() {
     case WindowState::Normal:
         show();
         break;
+    }
+}
+
+void FormMain::BuildFileCommands() {
+    fileCommands_ = std::make_unique<FileCommands>(FileCommands::Surroundings{
+        .dialogs = surroundings_.dialogs,
+        .changesNeedSaving = [this] { return zentrova_->FileChangesNeedSaving(); },
+        .portIsOpen = [this] { return link_->PortIsOpen(); },
+        .openFile = [this](const QString &name) { return zentrova_->OpenFile(name, surroundings_.dialogs); },
+        .saveFile = [this](const QString &name) { return zentrova_->SaveFile(name); },
+        .updateCaption = [this] { UpdateCaption(); },
+        .showTable = [this] { UpdateDisplay(); }});
+}
+
+// A file that can't be opened at the start shows nothing, and a later "Save" asks for a name.
+void FormMain::OpenFileOfCommandLine() {
+    if (!options_.CommandLineFile.isEmpty()) {
+        UnseenDialogs unseen;
+        zentrova_->OpenFile(options_.CommandLineFile, unseen);
     }
 }
 
@@ -158,34 +185,53 @@ void FormMain::ConnectCommands() {
     commands_->Menu("mnuOnline").setCheckable(true);
     const auto goOnline = [this] { GoOnline(0); };
     const auto goOffline = [this] { GoOffline(); };
+    const auto openFile = [this] { fileCommands_->Open(); };
+    const auto saveFile = [this] { fileCommands_->Save(FileCommands::SaveAs::CurrentName); };
+    const auto saveFileAs = [this] { fileCommands_->Save(FileCommands::SaveAs::AskedName); };
     const auto saveInSensor = [this] {
         zentrova_->ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
     };
     const auto exit = [this] { close(); };
     const std::pair<QAction &, std::function<void()>> works[] = {
+        {commands_->Menu("mnuFileOpen"), openFile},
+        {commands_->Menu("mnuFileSave(0)"), saveFile},
+        {commands_->Menu("mnuFileSave(1)"), saveFileAs},
+        {commands_->Menu("mnuFileExit"), exit},
+        {commands_->Menu("mnuCommunications"), [this] { ShowCommunications(); }},
         {commands_->Menu("mnuOnline"), [this] { ToggleOnline(); }},
         {commands_->Menu("mnuReinit"), [this] { Reinitialise(); }},
-        {commands_->Menu("mnuFileExit"), exit},
+        {commands_->Menu("mnuHalvernWeb"), [this] { ShowMakersPages(); }},
         {commands_->Button("Online"), goOnline},
         {commands_->Button("Offline"), goOffline},
+        {commands_->Button("Open File"), openFile},
+        {commands_->Button("Save File"), saveFile},
         {commands_->Button("Save ZTV"), saveInSensor},
         {commands_->Button("Exit"), exit},
     };
     for (const auto &[action, work] : works) {
-        action.setEnabled(true);
-        // From the event loop: an assistive client that pressed the button mustn't be kept waiting while
-        // the work has a dialog open.
-        connect(
-            &action, &QAction::triggered, this,
-            [&action = action, work = work] {
-                // What came before it may have opened a dialog, or changed the state of the link.
-                if (action.isEnabled() && QApplication::activeModalWidget() == nullptr) {
-                    work();
-                }
-            },
-            Qt::QueuedConnection);
+        GiveWork(action, work);
     }
+    commands_->Menu("mnuHalvernWeb")
+        .setText(MakerAddress(surroundings_.settings)
+                     .toString(QUrl::RemoveScheme | QUrl::StripTrailingSlash)
+                     .mid(2));
     connect(tabStrip1_, &QTabWidget::currentChanged, this, &FormMain::SelectTab);
+}
+
+void FormMain::GiveWork(QAction &action, std::function<void()> work) {
+    withWork_.insert(&action);
+    action.setEnabled(true);
+    // From the event loop: an assistive client that pressed the button mustn't be kept waiting while
+    // the work has a dialog open.
+    connect(
+        &action, &QAction::triggered, this,
+        [&action, work = std::move(work)] {
+            // What came before it may have opened a dialog, or changed the state of the link.
+            if (action.isEnabled() && QApplication::activeModalWidget() == nullptr) {
+                work();
+            }
+        },
+        Qt::QueuedConnection);
 }
 
 void FormMain::ConnectLink() {
@@ -205,9 +251,11 @@ void FormMain::ShowLinkState(bool online) {
         {commands_->Button("Online"), true, false},
         {commands_->Button("Offline"), false, true},
         {commands_->Button("Save ZTV"), false, true},
+        {commands_->Menu("mnuOptionsUpgradeFirmware"), true, false},
     };
     for (const Row &row : rows) {
-        row.action.setEnabled(online ? row.whenOnline : row.whenOffline);
+        row.action.setEnabled(withWork_.count(&row.action) != 0 &&
+                              (online ? row.whenOnline : row.whenOffline));
     }
     online_ = online;
     commands_->Menu("mnuOnline").setChecked(online);
@@ -229,6 +277,29 @@ void FormMain::Reinitialise() {
         BoxAnswer::Yes) {
         zentrova_->ParamValue(ParamDefines::ReinitCommand, ParamDefines::FactoryDefaults);
     }
+}
+
+void FormMain::UpdateCaption() {
+    if (CurrentFileName().isEmpty()) {
+        return;
+    }
+    // Paths are parted by "/" elsewhere than on Windows.
+    QString name = PathFunctions::FileNameOfPath(CurrentFileName().section(u'/', -1));
+    name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")); // which stands for itself in a title
+    setWindowTitle(name + QStringLiteral(" - ") + ApplicationTitle());
+}
+
+void FormMain::ShowMakersPages() {
+    const QUrl address = MakerAddress(surroundings_.settings);
+    if (!surroundings_.openUrl(address)) {
+        surroundings_.dialogs.OwnedMessageBox(
+            QStringLiteral("The web browser couldn't be started. The address is\n%1").arg(address.toString()),
+            {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
+    }
+}
+
+void FormMain::ShowCommunications() {
+    FormComms(*link_, *zentrova_, surroundings_.dialogs, surroundings_.settings, this).exec();
 }
 
 std::int16_t FormMain::AskDirection() {
@@ -275,8 +346,26 @@ void FormMain::LayOut() {
 }
 
 void FormMain::closeEvent(QCloseEvent *event) {
+    if (!ChangesAreLookedAfter()) {
+        event->ignore();
+        return;
+    }
     StoreSettings();
     event->accept();
+}
+
+// Whatever becomes of the save, the answer lets the program close.
+bool FormMain::ChangesAreLookedAfter() {
+    if (!zentrova_->FileChangesNeedSaving()) {
+        return true;
+    }
+    const BoxAnswer answer =
+        Ask(QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+            BoxButtons::YesNoCancel);
+    if (answer == BoxAnswer::Yes) {
+        fileCommands_->Save(FileCommands::SaveAs::CurrentName);
+    }
+    return answer != BoxAnswer::Cancel;
 }
 
 void FormMain::StoreSettings() {

@@ -3,6 +3,7 @@
 #include "link/LinkSession.h"
 #include "model/ClassZentrova.h"
 #include "shell/CommandLine.h"
+#include "shell/FileCommands.h"
 #include "shell/MainCommands.h"
 #include "shell/StoredSettings.h"
 #include "support/SettingsStore.h"
@@ -17,6 +18,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 
 // The main form. It composes the program's parts, enables and routes; the work is done elsewhere.
 class FormMain : public QMainWindow {
@@ -58,6 +60,9 @@ public:
     // -1 (true) when the Ctrl key is down at this moment, else 0.
     std::int16_t CtrlKey() const { return surroundings_.ctrlKeyIsDown() ? -1 : 0; }
 
+    // The settings file that is open; empty if none.
+    const QString &CurrentFileName() const { return fileCommands_->CurrentFileName(); }
+
     // The tab that shows, and the help topic that belongs to what shows.
     std::int16_t CurrentTab() const { return currentTab_; }
     std::int16_t HelpContext() const { return helpContext_; }
@@ -77,22 +82,31 @@ private:
     void BuildPages();
     void AskToClearSettings(bool wanted);
     void PlaceWindow();
+    void BuildFileCommands();
+    void OpenFileOfCommandLine();
     void ConnectCommands();
+    void GiveWork(QAction &action, std::function<void()> work);
     void ConnectLink();
     void SelectTab(int stripIndex);
     void LayOut();
     void ShowLinkState(bool online);
     void ToggleOnline();
     void Reinitialise();
+    void UpdateCaption();
+    void ShowMakersPages();
+    void ShowCommunications();
     std::int16_t AskDirection();
+    bool ChangesAreLookedAfter();
     void StoreSettings();
-    BoxAnswer Ask(const QString &question);
+    BoxAnswer Ask(const QString &question, BoxButtons buttons = BoxButtons::YesNo);
 
     Surroundings surroundings_;
     CommandLine::Options options_;
     std::unique_ptr<ClassZentrova> zentrova_;
     std::unique_ptr<LinkSession> link_;
+    std::unique_ptr<FileCommands> fileCommands_;
     std::unique_ptr<MainCommands> commands_;
+    std::set<const QAction *> withWork_;
     QTabWidget *tabStrip1_ = nullptr;
     QLabel *statusText_ = nullptr;
     std::array<TabPage *, 6> tabFrames_{}; // by tab number; 0 isn't used

@@ -1,10 +1,12 @@
 #include "shell/Program.h"
 
 #include "shell/FormMain.h"
+#include "shell/Rescue.h"
 #include "support/ApplicationTitle.h"
 #include "support/FileType.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <cstdlib>
 
 namespace {
@@ -17,12 +19,16 @@ void RegisterFileType(const QString &application) {
 
 } // namespace
 
-void ShowFault(UserDialogs &dialogs, const Fault &fault) {
-    dialogs.OwnedMessageBox(fault.Description(), {.icon = BoxIcon::Critical, .buttons = BoxButtons::Ok},
-                            ApplicationTitle());
+void ShowFault(UserDialogs &dialogs, const Fault &fault, FormMain *form) {
+    QString text = fault.Description();
+    const QString rescued = form != nullptr ? RescueUnsavedChanges(form->Zentrova()) : QString();
+    if (!rescued.isEmpty()) {
+        text += QStringLiteral("\n\n") + rescued;
+    }
+    dialogs.OwnedMessageBox(text, {.icon = BoxIcon::Critical, .buttons = BoxButtons::Ok}, ApplicationTitle());
 }
 
-int RunProgram(const ProgramStart &start, const std::function<void(QWidget &)> &onShown) {
+int RunProgram(const ProgramStart &start, const std::function<void(FormMain &)> &onShown) {
     try {
         FormMain form(
             {.dialogs = start.dialogs,
@@ -31,7 +37,8 @@ int RunProgram(const ProgramStart &start, const std::function<void(QWidget &)> &
              .commandText = start.commandText,
              .ctrlKeyIsDown =
                  [] { return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier); },
-             .registerFileType = [&start] { RegisterFileType(start.application); }});
+             .registerFileType = [&start] { RegisterFileType(start.application); },
+             .openUrl = QDesktopServices::openUrl});
         form.ShowAsStored();
         onShown(form);
         return QApplication::exec();

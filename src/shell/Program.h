@@ -7,7 +7,7 @@
 #include <QString>
 #include <functional>
 
-class QWidget;
+class FormMain;
 
 // The program from its start to its end, but for the application object.
 struct ProgramStart {
@@ -18,9 +18,9 @@ struct ProgramStart {
     QString application = {}; // what a double click on a settings file is to start; empty to register nothing
 };
 
-// Tells the user of a fault that ends the program.
-void ShowFault(UserDialogs &dialogs, const Fault &fault);
+// Tells the user of a fault that ends the program. Unsaved changes are rescued first, if there is a form yet.
+void ShowFault(UserDialogs &dialogs, const Fault &fault, FormMain *form = nullptr);
 
 // Shows the main form and runs until it closes. Returns the exit status: 1 when the start failed, after a
 // box that says why. `onShown` is told the main form once it shows.
-int RunProgram(const ProgramStart &start, const std::function<void(QWidget &)> &onShown);
+int RunProgram(const ProgramStart &start, const std::function<void(FormMain &)> &onShown);

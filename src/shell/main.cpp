@@ -1,5 +1,6 @@
 #include "shell/Application.h"
 #include "shell/CommandLine.h"
+#include "shell/FormMain.h"
 #include "shell/Program.h"
 #include "support/ApplicationTitle.h"
 #include "support/FileType.h"
@@ -12,8 +13,9 @@
 int main(int argc, char *argv[]) {
     Application application(argc, argv);
     QtDialogs dialogs;
-    application.OnFault([&dialogs](const Fault &fault) {
-        ShowFault(dialogs, fault);
+    FormMain *form = nullptr;
+    application.OnFault([&dialogs, &form](const Fault &fault) {
+        ShowFault(dialogs, fault, form);
         std::_Exit(EXIT_FAILURE); // what the fault broke mustn't be torn down in order
     });
     SettingsStore settings(ApplicationTitle());
@@ -22,5 +24,8 @@ int main(int argc, char *argv[]) {
                        .programFolder = ProgramFolder(),
                        .commandText = CommandLine::JoinArguments(QCoreApplication::arguments().mid(1)),
                        .application = FileType::ThisApplication()},
-                      [&dialogs](QWidget &form) { dialogs.SetOwner(&form); });
+                      [&dialogs, &form](FormMain &shown) {
+                          dialogs.SetOwner(&shown);
+                          form = &shown;
+                      });
 }

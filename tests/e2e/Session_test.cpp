@@ -1,71 +1,10 @@
 #include "model/ParamDefines.h"
-#include "sim/SimulatedSensor.h"
-#include "tests/support/MainForm.h"
+#include "tests/e2e/Session.h"
 #include "tests/support/Printers.h"
-#include "tests/support/Wait.h"
 
 #include <QTabBar>
 #include <algorithm>
-#include <optional>
 #include <set>
-
-// The whole program against the simulated sensor: the form's own controls at one end of the line, the
-// sensor's registers at the other.
-class SessionTest : public MainFormTest {
-protected:
-    using Writes = std::vector<std::pair<int, int>>;
-
-    ~SessionTest() override {
-        form_.reset();
-        qunsetenv("ZTVLINK_PORT_1");
-    }
-
-    void StartSensor(int addressing = 1) {
-        sim::SensorOptions options;
-        options.presets = ShippedPresetsFolder() + QStringLiteral("/Presets.fil");
-        options.addressing = addressing;
-        options.link = configuration_.filePath(QStringLiteral("line"));
-        sensor_.emplace(options);
-        ASSERT_EQ(sensor_->Start(), QString());
-        qputenv("ZTVLINK_PORT_1", sensor_->Path().toLocal8Bit());
-    }
-
-    // Online by the toolbar and the question about the direction.
-    void GoOnline(const char *direction = "Read") {
-        WhenDialogOpens([direction](QWidget &dialog) { Form(dialog).Press(direction); });
-        Ui().Choose("Toolbar1(Online)");
-    }
-
-    void StartPolling(int addressing = 1) {
-        StartSensor(addressing);
-        Start();
-        GoOnline();
-        EXPECT_TRUE(WaitForPolls(1));
-    }
-
-    // That many good polls from now on.
-    bool WaitForPolls(int count) {
-        int polls = 0;
-        const auto connection =
-            QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, form_.get(),
-                             [&polls](std::int16_t transaction) { polls += transaction == 1 ? 1 : 0; });
-        const bool came = WaitUntil([&] { return polls >= count; });
-        QObject::disconnect(connection);
-        return came;
-    }
-
-    bool WaitForStatus(const char *word) {
-        return WaitUntil([&] {
-            return Ui().Text("StatusText") ==
-                   QStringLiteral("Communication Status: ") + QString::fromLatin1(word);
-        });
-    }
-
-    void Write(std::int16_t tag, std::int32_t value) { form_->Zentrova().ParamValue(tag, value); }
-    std::int32_t Value(std::int16_t tag) { return form_->Zentrova().ParamValue(tag); }
-
-    std::optional<sim::SimulatedSensor> sensor_;
-};
 
 TEST_F(SessionTest, ShowsALiveDistanceInBothAddressingModes) {
     for (const int addressing : {1, 0}) {

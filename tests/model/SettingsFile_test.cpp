@@ -5,6 +5,8 @@
 #include "support/ProgramVersion.h"
 #include "support/SettingsFileType.h"
 #include "tests/support/FakeLink.h"
+#include "tests/support/FileSizeLimit.h"
+#include "tests/support/Files.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/TestPresets.h"
@@ -15,7 +17,6 @@
 #include <QTemporaryDir>
 #include <csignal>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -23,12 +24,6 @@ namespace {
 
 constexpr std::int16_t setting = ParamDefines::NearDistance;
 constexpr std::int16_t readOnlyRow = ParamDefines::ActualDistance;
-
-QByteArray ContentOf(const QString &fileName) {
-    QFile file(fileName);
-    EXPECT_TRUE(file.open(QFile::ReadOnly)) << fileName.toStdString();
-    return file.readAll();
-}
 
 } // namespace
 
@@ -160,18 +155,13 @@ TEST_F(SettingsFileTest, FaultsWhereNothingCanBeWritten) {
 TEST_F(SettingsFileTest, KeepsTheOldFileWholeWhenTheDiskIsFull) {
     zentrova_.SaveFile(Path());
     QFile::setPermissions(Path(), QFile::ReadOwner);
-    const QByteArray before = ContentOf(Path());
+    const QByteArray before = ReadFile(Path());
     zentrova_.ParamValue(setting, 4321);
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    const auto previous = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit small = limit;
-    small.rlim_cur = 5000;
-    setrlimit(RLIMIT_FSIZE, &small);
-    EXPECT_THROW(zentrova_.SaveFile(Path()), Fault);
-    setrlimit(RLIMIT_FSIZE, &limit);
-    std::signal(SIGXFSZ, previous);
-    EXPECT_TRUE(ContentOf(Path()) == before);
+    {
+        const FileSizeLimit limit(5000);
+        EXPECT_THROW(zentrova_.SaveFile(Path()), Fault);
+    }
+    EXPECT_TRUE(ReadFile(Path()) == before);
     EXPECT_FALSE(QFile::permissions(Path()) & QFile::WriteOwner);
     EXPECT_TRUE(zentrova_.FileChangesNeedSaving());
     EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"line 4.ztv"});
@@ -353,12 +343,12 @@ TEST_F(SettingsFileTest, DoesNothingForAHostileFileButSaySo) {
         const QString file = corpus + u'/' + line.section(u'\t', 0, 0);
         SCOPED_TRACE(file.toStdString());
         const bool comparable = QFileInfo(file).isFile() && QFileInfo(file).size() < 10'000'000;
-        const QByteArray content = comparable ? ContentOf(file) : QByteArray();
+        const QByteArray content = comparable ? ReadFile(file) : QByteArray();
         dialogs_.ExpectTextWith(line.section(u'\t', 1), BoxIcon::None, QString());
         EXPECT_EQ(zentrova_.OpenFile(file, dialogs_), FileOpened::Failed);
         EXPECT_TRUE(dialogs_.AllCame());
         if (comparable) {
-            EXPECT_TRUE(ContentOf(file) == content);
+            EXPECT_TRUE(ReadFile(file) == content);
         }
         EXPECT_EQ(entries(), before);
     }

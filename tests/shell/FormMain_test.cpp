@@ -6,6 +6,9 @@
 #include "tests/support/Wait.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
 #include <QMenu>
 #include <QProgressBar>
 #include <QTabBar>
@@ -219,6 +222,107 @@ TEST_F(FormMainTest, ClosesByMenuAndToolbar) {
     }
 }
 
+// Files. --------------------------------------------------------------------------------------------
+
+TEST_F(FormMainTest, SavesAndOpensByMenuAndToolbar) {
+    Start();
+    const QString file = configuration_.filePath(QStringLiteral("left.ztv"));
+    form_->Zentrova().ParamValue(28, 4321);
+    dialogs_.ExpectSaveFile(file);
+    dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    Ui().Choose("Toolbar1(Save File)");
+    EXPECT_EQ(form_->CurrentFileName(), file);
+    EXPECT_EQ(form_->windowTitle(), QStringLiteral("left.ztv - ZTV Link"));
+    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving());
+
+    Start();
+    EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("12.00\""));
+    dialogs_.ExpectOpenFile(file);
+    Ui().Choose("Toolbar1(Open File)");
+    EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("43.21\""));
+    EXPECT_EQ(form_->windowTitle(), QStringLiteral("left.ztv - ZTV Link"));
+
+    const QString copy = configuration_.filePath(QStringLiteral("right.ztv"));
+    dialogs_.ExpectSaveFile(copy);
+    dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    Ui().Choose("mnuFileSave(1)");
+    EXPECT_EQ(form_->windowTitle(), QStringLiteral("right.ztv - ZTV Link"));
+    dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    Ui().Choose("mnuFileSave(0)");
+    dialogs_.ExpectOpenFile(std::nullopt);
+    Ui().Choose("mnuFileOpen");
+    EXPECT_EQ(form_->CurrentFileName(), copy);
+}
+
+TEST_F(FormMainTest, ShowsTheLastComponentOfThePath) {
+    Start();
+    const char *rows[][2] = {{"a/b c.d.ztv", "b c.d.ztv - ZTV Link"},
+                             {"a/x[*].ztv", "x[*][*].ztv - ZTV Link"}};
+    QDir(configuration_.path()).mkdir(QStringLiteral("a"));
+    for (const auto &row : rows) {
+        dialogs_.ExpectSaveFile(configuration_.filePath(QString::fromLatin1(row[0])));
+        dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+        Ui().Choose("mnuFileSave(1)");
+        EXPECT_EQ(form_->windowTitle(), QString::fromLatin1(row[1]));
+    }
+}
+
+TEST_F(FormMainTest, KeepsItsCaptionWhenAFileCannotBeOpened) {
+    Start();
+    dialogs_.ExpectOpenFile(configuration_.filePath(QStringLiteral("nothing.ztv")));
+    dialogs_.ExpectTextWith(QStringLiteral("there is no such file"), BoxIcon::None, QString());
+    dialogs_.ExpectNotice(QStringLiteral("Error opening file!"));
+    Ui().Choose("mnuFileOpen");
+    EXPECT_EQ(form_->windowTitle(), QStringLiteral("ZTV Link"));
+    EXPECT_EQ(form_->CurrentFileName(), QString());
+}
+
+TEST_F(FormMainTest, OpensTheFileOfTheCommandLineUnderNoName) {
+    const QString file = configuration_.filePath(QStringLiteral("left over.ztv"));
+    ClassZentrova zentrova(ShippedPresetsFolder());
+    zentrova.ParamValue(28, 4321);
+    zentrova.SaveFile(file);
+    Start(QStringLiteral("\"%1\"").arg(file));
+    EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("43.21\""));
+    EXPECT_EQ(form_->CurrentFileName(), QString());
+    EXPECT_EQ(form_->windowTitle(), QStringLiteral("ZTV Link"));
+    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving());
+}
+
+TEST_F(FormMainTest, StartsQuietlyWithAFileThatCannotBeOpened) {
+    Start(QStringLiteral("/nowhere/nothing.ztv"));
+    EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("12.00\""));
+}
+
+TEST_F(FormMainTest, RegistersItsFileTypeOnceInEachStart) {
+    Start();
+    EXPECT_EQ(registrations_, 1);
+    Start();
+    EXPECT_EQ(registrations_, 2);
+}
+
+TEST_F(FormMainTest, OpensTheMakersPagesInTheBrowser) {
+    settings_.Write(QStringLiteral("Maker"), QStringLiteral("WebAddress"),
+                    QStringLiteral("https://maker.example/a?b"));
+    Start();
+    EXPECT_EQ(Ui().Get<QAction>("mnuHalvernWeb").text(), QStringLiteral("maker.example/a?b"));
+    Ui().Choose("mnuHalvernWeb");
+    EXPECT_EQ(opened_, QUrl(QStringLiteral("https://maker.example/a?b")));
+    browser_ = false;
+    dialogs_.ExpectTextWith(QStringLiteral("https://maker.example/a?b"), BoxIcon::Exclamation);
+    Ui().Choose("mnuHalvernWeb");
+}
+
+TEST_F(FormMainTest, EditsTheCommunicationSettings) {
+    Start();
+    WhenDialogOpens([](QWidget &dialog) {
+        Form(dialog).Get<QLineEdit>("TextModbusAddress").setText(QStringLiteral("17"));
+        Form(dialog).Press("CommandOK");
+    });
+    Ui().Choose("mnuCommunications");
+    EXPECT_EQ(form_->ModbusAddress(), 17);
+}
+
 // Tabs. ---------------------------------------------------------------------------------------------
 
 TEST_F(FormMainTest, ShowsThePageOfTheTabThatIsClicked) {
@@ -301,6 +405,52 @@ TEST_F(FormMainTest, LaysOutTheStripAndThePageThatShows) {
 }
 
 // Unload. -------------------------------------------------------------------------------------------
+
+TEST_F(FormMainTest, AsksAboutUnsavedChangesBeforeItCloses) {
+    const QString question =
+        QStringLiteral("The currently open file has been changed. Do you want to save the changes?");
+    Start();
+    form_->Link().ModbusAddress(99);
+    form_->Zentrova().ParamValue(28, 4321);
+    dialogs_.Expect(question, BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::Cancel);
+    form_->close();
+    EXPECT_TRUE(form_->isVisible());
+    EXPECT_EQ(StoredText(settings_, "Options", "NetworkAddress"), QStringLiteral("nothing"));
+
+    dialogs_.Expect(question, BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
+    form_->close();
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_EQ(StoredText(settings_, "Options", "NetworkAddress"), QStringLiteral("99"));
+    EXPECT_TRUE(form_->Zentrova().FileChangesNeedSaving());
+}
+
+TEST_F(FormMainTest, SavesUnsavedChangesAndCloses) {
+    const QString file = configuration_.filePath(QStringLiteral("left.ztv"));
+    Start();
+    form_->Zentrova().ParamValue(28, 4321);
+    dialogs_.Expect(
+        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::Yes);
+    dialogs_.ExpectSaveFile(file);
+    dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    form_->close();
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_TRUE(QFile::exists(file));
+}
+
+TEST_F(FormMainTest, ClosesAfterASaveThatWasCancelledOrFailed) {
+    for (const std::optional<QString> &file :
+         {std::optional<QString>(), std::optional(QStringLiteral("/no/where.ztv"))}) {
+        Start();
+        form_->Zentrova().ParamValue(28, 4321);
+        dialogs_.Expect(
+            QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+            BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::Yes);
+        dialogs_.ExpectSaveFile(file);
+        form_->close();
+        EXPECT_FALSE(form_->isVisible());
+    }
+}
 
 TEST_F(FormMainTest, LeavesItsSettingsToTheNextRun) {
     Start();

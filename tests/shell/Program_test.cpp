@@ -1,16 +1,20 @@
 #include "shell/Program.h"
 
 #include "shell/Application.h"
+#include "shell/FormMain.h"
+#include "shell/Rescue.h"
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/TestPresets.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QWidget>
 #include <gtest/gtest.h>
+#include <set>
 
 namespace {
 
@@ -18,7 +22,7 @@ int RunWith(ScriptedDialogs &dialogs, const QString &folder, bool &shown) {
     SettingsStore settings(ApplicationTitle());
     return RunProgram(
         {.dialogs = dialogs, .settings = settings, .programFolder = folder, .commandText = QString()},
-        [&shown](QWidget &form) {
+        [&shown](FormMain &form) {
             shown = form.isVisible();
             QTimer::singleShot(0, qApp, [] { QApplication::exit(0); });
         });
@@ -36,7 +40,7 @@ TEST(ProgramTest, ShowsItsFormAndEndsWithStatus0) {
 TEST(ProgramTest, EndsWithStatus1AndTheDatabasesMessageWithoutPresets) {
     const QTemporaryDir empty;
     ScriptedDialogs dialogs;
-    dialogs.ExpectTextWith(QStringLiteral("Presets.fil: unable to open database file"), BoxIcon::Critical);
+    dialogs.ExpectTextWith(QStringLiteral("Presets.fil: there is no such file"), BoxIcon::Critical);
     bool shown = false;
     EXPECT_EQ(RunWith(dialogs, empty.path(), shown), 1);
     EXPECT_FALSE(shown);
@@ -55,6 +59,54 @@ TEST(ProgramTest, SaysWhatIsWrongWithDamagedPresets) {
         bool shown = false;
         EXPECT_EQ(RunWith(dialogs, presets.Folder(), shown), 1);
     }
+}
+
+TEST(ProgramTest, RescuesUnsavedChangesOnAFault) {
+    const QTemporaryDir data;
+    const QByteArray before = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", data.path().toLocal8Bit());
+    ScriptedDialogs dialogs;
+    SettingsStore settings(ApplicationTitle());
+    RunProgram({.dialogs = dialogs,
+                .settings = settings,
+                .programFolder = ShippedPresetsFolder(),
+                .commandText = QString()},
+               [&](FormMain &form) {
+                   QTimer::singleShot(0, qApp, [] { QApplication::exit(0); });
+                   dialogs.ExpectNotice(QStringLiteral("Subscript out of range: x"), BoxIcon::Critical);
+                   ShowFault(dialogs, Fault::Subscript(QStringLiteral("x")), &form);
+                   for (int value : {4321, 4322}) { // within a second, too
+                       form.Zentrova().ParamValue(28, value);
+                       dialogs.ExpectTextWith(
+                           QStringLiteral("Subscript out of range: x\n\nYour unsaved changes are in "
+                                          "the file\n%1/ZTV Link/Rescued ")
+                               .arg(data.path()),
+                           BoxIcon::Critical);
+                       ShowFault(dialogs, Fault::Subscript(QStringLiteral("x")), &form);
+                   }
+               });
+    const QFileInfoList files =
+        QDir(data.filePath(QStringLiteral("ZTV Link"))).entryInfoList(QDir::Files, QDir::Time);
+    ASSERT_EQ(files.size(), 2);
+    std::set<std::int32_t> values;
+    for (const QFileInfo &file : files) {
+        ClassZentrova zentrova(ShippedPresetsFolder());
+        EXPECT_EQ(zentrova.OpenFile(file.filePath(), dialogs), FileOpened::Whole);
+        values.insert(zentrova.ParamValue(28));
+    }
+    EXPECT_EQ(values, (std::set<std::int32_t>{4321, 4322}));
+    qputenv("XDG_DATA_HOME", before);
+}
+
+TEST(ProgramTest, SaysSoWhenNothingCouldBeRescued) {
+    const QByteArray before = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", "/dev/null");
+    ClassZentrova zentrova(ShippedPresetsFolder());
+    EXPECT_EQ(RescueUnsavedChanges(zentrova), QString());
+    zentrova.ParamValue(28, 4321);
+    EXPECT_TRUE(RescueUnsavedChanges(zentrova).startsWith(
+        QStringLiteral("Your unsaved changes couldn't be saved: /dev/null/ZTV Link/Rescued ")));
+    qputenv("XDG_DATA_HOME", before);
 }
 
 TEST(ApplicationTest, HandsAFaultOfAHandlerToItsOneHandler) {

@@ -25,11 +25,18 @@ protected:
 
     // Starts the program with this command line and shows its form.
     void Start(const QString &commandText = QString()) {
-        form_ = std::make_unique<FormMain>(FormMain::Surroundings{.dialogs = dialogs_,
-                                                                  .settings = settings_,
-                                                                  .programFolder = presets_,
-                                                                  .commandText = commandText,
-                                                                  .ctrlKeyIsDown = [this] { return ctrl_; }});
+        form_ = std::make_unique<FormMain>(
+            FormMain::Surroundings{.dialogs = dialogs_,
+                                   .settings = settings_,
+                                   .programFolder = presets_,
+                                   .commandText = commandText,
+                                   .ctrlKeyIsDown = [this] { return ctrl_; },
+                                   .registerFileType = [this] { ++registrations_; },
+                                   .openUrl =
+                                       [this](const QUrl &url) {
+                                           opened_ = url;
+                                           return browser_;
+                                       }});
         form_->ShowAsStored();
     }
 
@@ -41,6 +48,9 @@ protected:
     SettingsStore settings_{ApplicationTitle()};
     QString presets_ = ShippedPresetsFolder();
     bool ctrl_ = false;
+    int registrations_ = 0;
+    QUrl opened_;
+    bool browser_ = true;
     std::unique_ptr<FormMain> form_;
 };
 

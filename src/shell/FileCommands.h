@@ -1,0 +1,43 @@
+#pragma once
+
+#include "support/UserDialogs.h"
+
+#include <QString>
+#include <cstdint>
+#include <functional>
+
+// What the menu and the toolbar do with settings files: their questions, in order, and their outcomes.
+class FileCommands {
+public:
+    enum class SaveAs { CurrentName = 0, AskedName = 1 };
+
+    struct Surroundings {
+        UserDialogs &dialogs;
+        std::function<bool()> changesNeedSaving;
+        std::function<bool()> portIsOpen;
+        std::function<std::int16_t(const QString &)> openFile; // a FileOpened code
+        std::function<bool(const QString &)> saveFile;         // true: not saved
+        std::function<void()> updateCaption;
+        std::function<void()> showTable; // on the tabs
+    };
+
+    explicit FileCommands(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+
+    // The file that is open; empty if none.
+    const QString &CurrentFileName() const { return currentFileName_; }
+
+    void Open();
+
+    // Without a current name it is asked for as well. A fault in saving goes on to the caller, unless the
+    // name was asked for: that ends the command quietly.
+    void Save(SaveAs which);
+
+private:
+    bool ChangesAreLookedAfter();
+    bool DownloadIsWanted();
+    BoxAnswer Ask(const QString &text, BoxStyle style);
+    void Tell(const QString &text, BoxIcon icon);
+
+    Surroundings surroundings_;
+    QString currentFileName_;
+};

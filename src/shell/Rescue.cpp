@@ -1,0 +1,40 @@
+#include "shell/Rescue.h"
+
+#include "support/ApplicationTitle.h"
+#include "support/Fault.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+namespace {
+
+QString NewFileName() {
+    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' +
+                      ApplicationTitle());
+    folder.mkpath(QStringLiteral("."));
+    const QString stem =
+        folder.filePath(QStringLiteral("Rescued ") +
+                        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH-mm-ss")));
+    QString name = stem + QStringLiteral(".ztv");
+    for (int next = 2; QFile::exists(name); ++next) {
+        name = QStringLiteral("%1 (%2).ztv").arg(stem).arg(next);
+    }
+    return QDir::toNativeSeparators(name);
+}
+
+} // namespace
+
+QString RescueUnsavedChanges(ClassZentrova &zentrova) {
+    if (!zentrova.FileChangesNeedSaving()) {
+        return {};
+    }
+    const QString name = NewFileName();
+    try {
+        zentrova.SaveFile(name);
+        return QStringLiteral("Your unsaved changes are in the file\n%1").arg(name);
+    } catch (const Fault &fault) {
+        return QStringLiteral("Your unsaved changes couldn't be saved: %1").arg(fault.Description());
+    }
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "model/ClassZentrova.h"
+
+#include <QString>
+
+// For a program that can't go on: saves changes that nobody saved to a file of their own in the user's data
+// folder. Returns what to tell the user of that; nothing where nothing was unsaved.
+QString RescueUnsavedChanges(ClassZentrova &zentrova);
