@@ -1,6 +1,7 @@
 // Shows the program against the simulated sensor where nobody can click: goes online, visits each tab and
 // dialog, prints the distances that it sees and leaves a picture of each.
 
+#include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
 #include "model/ParamDefines.h"
 #include "shell/Application.h"
@@ -29,7 +30,11 @@ void Watch(int milliseconds) {
 
 class Tour {
 public:
-    Tour(FormMain &form, const QString &folder) : form_(form), folder_(folder) {}
+    Tour(FormMain &form, UserDialogs &dialogs, SettingsStore &settings, const QString &folder)
+        : form_(form),
+          dialogs_(dialogs),
+          settings_(settings),
+          folder_(folder) {}
 
     bool Run() {
         form_.show();
@@ -38,6 +43,8 @@ public:
         direction.show();
         Picture(direction, QStringLiteral("read-write"));
         direction.close();
+
+        CommsPicture(QStringLiteral("communications-offline"));
 
         form_.GoOnline(1);
         const QStringList distances = WatchDistances();
@@ -48,6 +55,7 @@ public:
             Watch(500);
             Picture(form_, QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key).toLower());
         }
+        CommsPicture(QStringLiteral("communications-online"));
         form_.resize(form_.size() * 1.4);
         strip->setCurrentIndex(Tab::Distance - 1);
         Watch(500);
@@ -72,6 +80,13 @@ private:
         return distances;
     }
 
+    void CommsPicture(const QString &name) {
+        FormComms comms(form_.Link(), form_.Zentrova(), dialogs_, settings_, &form_);
+        comms.show();
+        Picture(comms, name);
+        comms.close();
+    }
+
     void Picture(QWidget &widget, const QString &name) {
         Watch(50);
         const QString file = folder_ + u'/' + name + QStringLiteral(".png");
@@ -81,6 +96,8 @@ private:
     }
 
     FormMain &form_;
+    UserDialogs &dialogs_;
+    SettingsStore &settings_;
     QString folder_;
     bool ok_ = true;
 };
@@ -115,5 +132,5 @@ int main(int argc, char *argv[]) {
                    .programFolder = ProgramFolder(),
                    .commandText = QStringLiteral("/CHECKOUT"),
                    .ctrlKeyIsDown = [] { return false; }});
-    return Tour(form, folder).Run() ? EXIT_SUCCESS : EXIT_FAILURE;
+    return Tour(form, dialogs, settings, folder).Run() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

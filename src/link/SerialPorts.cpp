@@ -1,28 +1,94 @@
 #include "link/SerialPorts.h"
 
+#include <QDir>
+#include <QFileInfo>
+#include <QSerialPortInfo>
+
 #ifdef Q_OS_UNIX
 #include <QFile>
-#include <QFileInfo>
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 #endif
 
+namespace {
+
+QString Section() {
+    return QStringLiteral("Ports");
+}
+
+QString DeviceOfEnvironment([[maybe_unused]] std::int16_t number) {
+#ifdef Q_OS_WIN
+    return {};
+#else
+    return qEnvironmentVariable(QStringLiteral("ZTVLINK_PORT_%1").arg(number).toLatin1().constData());
+#endif
+}
+
+} // namespace
+
 namespace SerialPorts {
 
-QString DeviceOfPort(const SettingsStore &settings, std::int16_t number) {
+QString DeviceOfPort([[maybe_unused]] const SettingsStore &settings, std::int16_t number) {
 #ifdef Q_OS_WIN
-    Q_UNUSED(settings)
     return QStringLiteral("COM%1").arg(number);
 #else
-    QString fromEnvironment =
-        qEnvironmentVariable(QStringLiteral("ZTVLINK_PORT_%1").arg(number).toLatin1().constData());
-    if (!fromEnvironment.isEmpty()) {
-        return fromEnvironment;
+    for (const QString &device : {DeviceOfEnvironment(number), ChosenDevice(settings, number)}) {
+        if (!device.isEmpty()) {
+            return device;
+        }
     }
-    return settings.Read(QStringLiteral("Ports"), QString::number(number),
-                         QStringLiteral("/dev/ttyS%1").arg(number - 1));
+    return QStringLiteral("/dev/ttyS%1").arg(number - 1);
 #endif
+}
+
+std::optional<std::int16_t> PortOfDevice([[maybe_unused]] const QString &device) {
+#ifdef Q_OS_WIN
+    constexpr int highest = 255;
+    const int number = QStringView(device).mid(3).toInt();
+    if (device.startsWith(QStringLiteral("COM")) && number >= 1 && number <= highest) {
+        return static_cast<std::int16_t>(number);
+    }
+#endif
+    return std::nullopt;
+}
+
+bool DeviceCanBeChosen(std::int16_t number) {
+    return DeviceOfEnvironment(number).isEmpty();
+}
+
+void ChooseDevice(SettingsStore &settings, std::int16_t number, const QString &device) {
+    const QString key = QString::number(number);
+    if (device.isEmpty()) {
+        settings.Remove(Section(), key);
+    } else {
+        settings.Write(Section(), key, device);
+    }
+}
+
+QString ChosenDevice(const SettingsStore &settings, std::int16_t number) {
+    return settings.Read(Section(), QString::number(number), QString());
+}
+
+QStringList AvailableDevices(const QString &byIdFolder) {
+    QStringList devices;
+    QStringList targets;
+    for (const QFileInfo &link : QDir(byIdFolder).entryInfoList(QDir::System | QDir::Files, QDir::Name)) {
+        if (link.exists()) {
+            devices.append(link.absoluteFilePath());
+            targets.append(link.canonicalFilePath());
+        }
+    }
+    for (const QSerialPortInfo &port : QSerialPortInfo::availablePorts()) {
+        if (!targets.contains(port.systemLocation())) {
+            devices.append(port.systemLocation());
+        }
+    }
+    return devices;
+}
+
+bool IsThere(const QString &device) {
+    return QFileInfo::exists(device) || AvailableDevices().contains(device);
 }
 
 QString PermissionAdvice([[maybe_unused]] const QString &device) {

@@ -37,6 +37,12 @@ bool SettingsStore::Write(const QString &section, const QString &key, const QStr
     return Flush(*settings);
 }
 
+bool SettingsStore::Remove(const QString &section, const QString &key) {
+    const auto settings = Open(title_);
+    settings->remove(section + u'/' + key);
+    return Flush(*settings);
+}
+
 bool SettingsStore::Clear() {
     const auto settings = Open(title_);
     settings->clear();

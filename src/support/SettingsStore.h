@@ -14,6 +14,9 @@ public:
     // False when the store can't be written.
     bool Write(const QString &section, const QString &key, const QString &value);
 
+    // Deletes one. False when the store can't be written.
+    bool Remove(const QString &section, const QString &key);
+
     // Deletes all of the application's settings. False when the store can't be written.
     bool Clear();
 

@@ -2,6 +2,8 @@
 
 #include "tests/support/Printers.h"
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -15,6 +17,31 @@ TEST(SerialPortsTest, NamesTheDeviceByEnvironmentThenSettingThenNumber) {
     qputenv("ZTVLINK_PORT_7", "/dev/named");
     EXPECT_EQ(SerialPorts::DeviceOfPort(settings, 7), QStringLiteral("/dev/named"));
     qunsetenv("ZTVLINK_PORT_7");
+}
+
+TEST(SerialPortsTest, PutsAChosenDeviceBehindANumberUntilItIsTakenBack) {
+    SettingsStore settings(QStringLiteral("ZTV Link choice test"));
+    SerialPorts::ChooseDevice(settings, 9, QStringLiteral("/dev/chosen"));
+    EXPECT_EQ(SerialPorts::DeviceOfPort(settings, 9), QStringLiteral("/dev/chosen"));
+    EXPECT_EQ(SerialPorts::ChosenDevice(settings, 9), QStringLiteral("/dev/chosen"));
+    EXPECT_TRUE(SerialPorts::DeviceCanBeChosen(9));
+    SerialPorts::ChooseDevice(settings, 9, QString());
+    EXPECT_EQ(SerialPorts::DeviceOfPort(settings, 9), QStringLiteral("/dev/ttyS8"));
+    EXPECT_EQ(SerialPorts::PortOfDevice(QStringLiteral("/dev/ttyS8")), std::nullopt);
+}
+
+TEST(SerialPortsTest, OffersDevicesByTheirOwnNamesFirst) {
+    const QTemporaryDir folder;
+    QFile::link(QStringLiteral("/dev/null"), folder.filePath(QStringLiteral("usb-B-port0")));
+    QFile::link(QStringLiteral("/dev/zero"), folder.filePath(QStringLiteral("usb-A-port0")));
+    QFile::link(QStringLiteral("/dev/unplugged"), folder.filePath(QStringLiteral("usb-C-port0")));
+    const QStringList devices = SerialPorts::AvailableDevices(folder.path());
+    ASSERT_GE(devices.size(), 2);
+    EXPECT_EQ(devices[0], folder.filePath(QStringLiteral("usb-A-port0")));
+    EXPECT_EQ(devices[1], folder.filePath(QStringLiteral("usb-B-port0")));
+    EXPECT_FALSE(devices.contains(folder.filePath(QStringLiteral("usb-C-port0"))));
+    EXPECT_TRUE(SerialPorts::AvailableDevices(folder.filePath(QStringLiteral("none"))).size() <=
+                devices.size());
 }
 
 TEST(SerialPortsTest, AdvisesOnPermissionsOnlyWhereTheyAreTheCause) {

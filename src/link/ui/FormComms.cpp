@@ -1,0 +1,263 @@
+#include "link/ui/FormComms.h"
+
+#include "link/SerialPorts.h"
+#include "link/ui/FormSearch.h"
+#include "model/ParamDefines.h"
+#include "support/Numbers.h"
+#include "ui/Controls.h"
+#include "ui/EntryFocus.h"
+#include "ui/TextBoxFunctions.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr double highestPort = 255;
+constexpr double highestAddress = 247;
+constexpr int numberWidth = 72;
+constexpr int countsEveryMs = 1000;
+
+QPushButton *NewButton(const char *name, const char *caption, const char *toolTip) {
+    auto *button = Controls::Named(new QPushButton(QString::fromLatin1(caption)), name);
+    button->setToolTip(QString::fromLatin1(toolTip));
+    button->setAccessibleName(Controls::SpokenCaption(button->text()));
+    button->setAutoDefault(false);
+    return button;
+}
+
+} // namespace
+
+FormComms::FormComms(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs,
+                     SettingsStore &settings, QWidget *parent)
+    : QDialog(parent),
+      link_(link),
+      zentrova_(zentrova),
+      dialogs_(dialogs),
+      settings_(settings) {
+    Controls::Named(this, "FormComms");
+    setWindowTitle(QStringLiteral("Communications Setup"));
+    auto *column = new QVBoxLayout(this);
+    BuildSettings(*column);
+    BuildStatistics(*column);
+    BuildButtons(*column);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+
+    FillFromTable(*baudRate_, ParamDefines::BaudRateCode);
+    FillFromTable(*parityStop_, ParamDefines::ParityStopCode);
+    port_->setText(QString::number(link_.CommPort()));
+    address_->setText(QString::number(link_.ModbusAddress()));
+    baudRate_->setCurrentIndex(link_.BaudRate());
+    parityStop_->setCurrentIndex(link_.ParityStop());
+    ShowDevice();
+    ShowCounts();
+    EnableDisableCommSettings(link_.PortIsOpen());
+
+    Controls::Named(&timer_, "Timer1");
+    connect(&timer_, &QTimer::timeout, this, &FormComms::ShowCounts);
+    timer_.start(countsEveryMs);
+}
+
+void FormComms::BuildSettings(QVBoxLayout &column) {
+    // In their tab order.
+    port_ = Controls::Named(new QLineEdit(this), "TextPort");
+    device_ = Controls::Named(new DeviceBox(this), "ComboDevice");
+    baudRate_ = Controls::Named(new QComboBox(this), "ComboBaudRate");
+    parityStop_ = Controls::Named(new QComboBox(this), "ComboParityStopBits");
+    address_ = Controls::Named(new QLineEdit(this), "TextModbusAddress");
+    struct Row {
+        const char *label;
+        const char *caption;
+        QWidget *control;
+        const char *toolTip;
+    };
+    const Row rows[] = {
+        {"LabelPort", "Port:", port_, "The serial communications port"},
+        {"LabelBaud", "Baud Rate:", baudRate_, "Baud rate"},
+        {"LabelParityStop", "Parity/Stop Bits:", parityStop_, "Parity & Stop Bits"},
+        {"LabelAddress", "Modbus Address:", address_, "Modbus Address of ZTV500-100"},
+    };
+    auto *grid = new QGridLayout;
+    int line = 0;
+    for (const Row &row : rows) {
+        const QString caption = QString::fromLatin1(row.caption);
+        auto *label = Controls::Named(new QLabel(caption), row.label);
+        label->setBuddy(row.control);
+        row.control->setToolTip(QString::fromLatin1(row.toolTip));
+        row.control->setAccessibleName(caption.chopped(1));
+        row.control->setMinimumWidth(numberWidth);
+        grid->addWidget(label, line, 0);
+        grid->addWidget(row.control, line, 1);
+        ++line;
+    }
+    device_->setAccessibleName(QStringLiteral("Device of the port"));
+    grid->addWidget(device_, 0, 2);
+    grid->setColumnStretch(2, 1);
+    column.addLayout(grid);
+
+    for (QLineEdit *box : {port_, address_}) {
+        EntryFocus::SelectAllOnEntry(*box);
+        EntryFocus::ValidateOnLeave(*box, [this, box] { return IsValid(*box); });
+    }
+    connect(port_, &QLineEdit::textChanged, this, &FormComms::ShowDevice);
+    connect(device_, &DeviceBox::DeviceChosen, this, &FormComms::TakeDevice);
+    lockedOnline_ = {port_, device_, baudRate_, parityStop_, address_};
+}
+
+void FormComms::BuildStatistics(QVBoxLayout &column) {
+    auto *frame = Controls::Named(new QGroupBox(QStringLiteral("Statistics")), "FrameErrors");
+    auto *grid = new QGridLayout(frame);
+    const std::pair<const char *, const char *> rows[] = {{"LabelTimeouts", "Timeouts:"},
+                                                          {"LabelCrcErrors", "CRC Errors:"}};
+    QLabel **counts[] = {&timeouts_, &crcErrors_};
+    for (int row = 0; row < 2; ++row) {
+        const auto &[name, text] = rows[row];
+        const QString caption = QString::fromLatin1(text);
+        grid->addWidget(Controls::Named(new QLabel(caption), Controls::Member(name, 0)), row, 0);
+        QLabel *count = Controls::Named(new QLabel, Controls::Member(name, 1));
+        count->setAccessibleName(caption.chopped(1));
+        count->setMinimumWidth(numberWidth);
+        grid->addWidget(count, row, 1);
+        *counts[row] = count;
+    }
+    auto *reset = NewButton("CommandReset", "&Reset", "Reset statistical counts");
+    connect(reset, &QPushButton::clicked, this, [this] {
+        link_.TimeoutCount(0);
+        link_.CrcErrorCount(0);
+        ShowCounts();
+    });
+    grid->addWidget(reset, 0, 2, 2, 1, Qt::AlignVCenter | Qt::AlignRight);
+    grid->setColumnStretch(2, 1);
+    column.addWidget(frame);
+}
+
+void FormComms::BuildButtons(QVBoxLayout &column) {
+    auto *search = NewButton("CommandSearch", "&Search...", "Searches for Modbus devices");
+    auto *ok = NewButton("CommandOK", "&OK", "Accept current settings & close");
+    auto *cancel = NewButton("CommandCancel", "&Cancel", "Discard any changes and close");
+    auto *help = NewButton("CommandHelp", "&Help", "Displays help file");
+    help->setEnabled(false); // until there is a help file
+    ok->setDefault(true);
+    connect(search, &QPushButton::clicked, this, &FormComms::Search);
+    connect(ok, &QPushButton::clicked, this, &FormComms::accept);
+    connect(cancel, &QPushButton::clicked, this, &FormComms::reject);
+    auto *row = new QHBoxLayout;
+    row->addWidget(search);
+    row->addStretch();
+    for (QPushButton *button : {ok, cancel, help}) {
+        row->addWidget(button);
+    }
+    column.addLayout(row);
+    lockedOnline_.insert(lockedOnline_.end(), {ok, search});
+}
+
+// The lists follow whatever range the table gives.
+void FormComms::FillFromTable(QComboBox &list, std::int16_t tag) const {
+    for (std::int32_t code = zentrova_.ParamMin(tag); code <= zentrova_.ParamMax(tag); ++code) {
+        list.addItem(zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), code));
+    }
+}
+
+bool FormComms::IsValid(QLineEdit &box) {
+    const bool isPort = &box == port_;
+    return TextBoxFunctions::ValidateNumericEntry(
+        box, isPort ? QStringLiteral("Port Number") : QStringLiteral("Modbus Address"), 1,
+        isPort ? highestPort : highestAddress, true, dialogs_);
+}
+
+void FormComms::EnableDisableCommSettings(bool online) {
+    for (QWidget *control : lockedOnline_) {
+        control->setEnabled(!online);
+    }
+    ShowDevice();
+}
+
+void FormComms::ShowCounts() {
+    timeouts_->setText(QString::number(link_.TimeoutCount()));
+    crcErrors_->setText(QString::number(link_.CrcErrorCount()));
+}
+
+// The port that is typed, while it is one.
+std::optional<std::int16_t> FormComms::Port() const {
+    const QString text = port_->text();
+    if (!IsNumeric(text)) {
+        return std::nullopt;
+    }
+    const double number = ToNumber(text);
+    return number >= 1 && number <= highestPort ? std::optional(ToInt16(number)) : std::nullopt;
+}
+
+void FormComms::ShowDevice() {
+    const std::optional<std::int16_t> port = Port();
+    device_->Device(port ? SerialPorts::DeviceOfPort(settings_, *port) : QString());
+    device_->setEnabled(port && port_->isEnabled() && SerialPorts::DeviceCanBeChosen(*port));
+}
+
+void FormComms::TakeDevice(const QString &device) {
+    const std::optional<std::int16_t> named = SerialPorts::PortOfDevice(device);
+    if (named) {
+        port_->setText(QString::number(*named));
+    } else if (const std::optional<std::int16_t> port = Port()) {
+        devicesBefore_.try_emplace(*port, SerialPorts::ChosenDevice(settings_, *port));
+        SerialPorts::ChooseDevice(settings_, *port, device);
+    }
+}
+
+void FormComms::PutDevicesBack() {
+    for (const auto &[port, device] : devicesBefore_) {
+        SerialPorts::ChooseDevice(settings_, port, device);
+    }
+}
+
+void FormComms::Search() {
+    const std::optional<std::int16_t> port = Port();
+    if (!port) {
+        return;
+    }
+    FormSearch search(link_, zentrova_, dialogs_,
+                      {.port = *port,
+                       .baud = ToInt16(baudRate_->currentIndex()),
+                       .parityStop = ToInt16(parityStop_->currentIndex())},
+                      this);
+    search.exec();
+    if (const std::optional<UsedCommSettings> used = search.Used()) {
+        address_->setText(used->address);
+        baudRate_->setCurrentIndex(used->baud);
+        parityStop_->setCurrentIndex(used->parityStop);
+    }
+}
+
+// Whoever gets here without leaving the boxes, as an assistive client does, is asked now.
+bool FormComms::EntriesAreValid() {
+    for (QLineEdit *box : {port_, address_}) {
+        if (!IsValid(*box)) {
+            box->setFocus();
+            TextBoxFunctions::SelectAllText(*box);
+            return false;
+        }
+    }
+    return true;
+}
+
+void FormComms::accept() {
+    if (!EntriesAreValid()) {
+        return;
+    }
+    link_.CommPort(ToInt16(ToNumber(port_->text())));
+    link_.ModbusAddress(ToInt16(ToNumber(address_->text())));
+    link_.BaudRate(ToInt16(baudRate_->currentIndex()));
+    link_.ParityStop(ToInt16(parityStop_->currentIndex()));
+    link_.SetMbaxp1CommProperties(link_.CommPort(), link_.BaudRate(), link_.ParityStop(), 0);
+    QDialog::accept();
+}
+
+// Also when the window is closed by its frame. The search leaves the master on the last settings that it
+// tried; this puts it back.
+void FormComms::reject() {
+    PutDevicesBack();
+    link_.SetMbaxp1CommProperties(link_.CommPort(), link_.BaudRate(), link_.ParityStop(), 0);
+    QDialog::reject();
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "link/LinkSession.h"
+#include "link/ui/DeviceBox.h"
+#include "model/ClassZentrova.h"
+#include "support/SettingsStore.h"
+#include "support/UserDialogs.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTimer>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <vector>
+
+class QVBoxLayout;
+
+// Edits the communication settings while the link is offline, shows the poll's error counts, and is the door
+// to the search for devices. It neither opens nor closes the port.
+class FormComms : public QDialog {
+    Q_OBJECT
+
+public:
+    FormComms(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, SettingsStore &settings,
+              QWidget *parent = nullptr);
+
+    // Locks what must stay as it is while the port is open.
+    void EnableDisableCommSettings(bool online);
+
+public Q_SLOTS:
+    void accept() override;
+    void reject() override;
+
+private:
+    void BuildSettings(QVBoxLayout &column);
+    void BuildStatistics(QVBoxLayout &column);
+    void BuildButtons(QVBoxLayout &column);
+    void FillFromTable(QComboBox &list, std::int16_t tag) const;
+    bool IsValid(QLineEdit &box);
+    bool EntriesAreValid();
+    void ShowCounts();
+    void ShowDevice();
+    void TakeDevice(const QString &device);
+    void PutDevicesBack();
+    void Search();
+    std::optional<std::int16_t> Port() const;
+
+    LinkSession &link_;
+    ClassZentrova &zentrova_;
+    UserDialogs &dialogs_;
+    SettingsStore &settings_;
+    QLineEdit *port_ = nullptr;
+    DeviceBox *device_ = nullptr;
+    QComboBox *baudRate_ = nullptr;
+    QComboBox *parityStop_ = nullptr;
+    QLineEdit *address_ = nullptr;
+    QLabel *timeouts_ = nullptr;
+    QLabel *crcErrors_ = nullptr;
+    QTimer timer_{this};
+    std::vector<QWidget *> lockedOnline_;
+    std::map<std::int16_t, QString> devicesBefore_; // of the ports whose device was changed here
+};
