@@ -26,8 +26,8 @@ inline constexpr float LowerBoxTop = 3120;
 struct Panel {
     Drawing::Name name;
     std::optional<Drawing::ControlId> parent;
-    BasicFields::Rectangle place;
-    bool border;
+    BasicFields::Rectangle place = {};
+    bool border = false;
 };
 
 inline constexpr std::array Panels = {
@@ -44,10 +44,10 @@ inline constexpr std::array Panels = {
 
 struct Label {
     Drawing::Name name;
-    Drawing::ControlId parent;
-    BasicFields::Rectangle place;
-    const char *caption;
-    bool visible;
+    Drawing::ControlId parent = FrameGraphGroup;
+    BasicFields::Rectangle place = {};
+    const char *caption = "";
+    bool visible = true;
 };
 
 inline constexpr std::array Labels = {

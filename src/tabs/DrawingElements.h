@@ -71,11 +71,11 @@ inline QString ToString(const Name &name) {
 
 struct Line {
     Name name;
-    ControlId parent;
-    float x1;
-    float y1;
-    float x2;
-    float y2;
+    ControlId parent = {};
+    float x1 = 0;
+    float y1 = 0;
+    float x2 = 0;
+    float y2 = 0;
     Colour colour = Colour::Text;
     LineStyle style = LineStyle::Solid;
     int width = 1; // pixels
@@ -87,23 +87,23 @@ struct Line {
 // A filled outline that stays as it is.
 struct Shape {
     Name name;
-    ControlId parent;
-    float left;
-    float top;
-    float width;
-    float height;
-    Outline outline;
-    Colour fill;
+    ControlId parent = {};
+    float left = 0;
+    float top = 0;
+    float width = 0;
+    float height = 0;
+    Outline outline = {};
+    Colour fill = {};
 };
 
 // A frame, label, text box or relay marker: a widget takes its place, its looks and its texts from here.
 struct Control {
     Name name;
     std::optional<ControlId> parent; // nothing: the page itself
-    float left;
-    float top;
-    float width;
-    float height;
+    float left = 0;
+    float top = 0;
+    float width = 0;
+    float height = 0;
     bool visible = true;
     bool enabled = true;
     bool border = false;
@@ -114,8 +114,8 @@ struct Control {
 };
 
 struct Point {
-    float x;
-    float y;
+    float x = 0;
+    float y = 0;
 };
 
 } // namespace Drawing

@@ -2,6 +2,7 @@
 
 #include "model/ParamDefines.h"
 #include "support/Fault.h"
+#include "tabs/DrawingChanges.h"
 #include "tests/support/TestPresets.h"
 
 #include <functional>
@@ -474,4 +475,30 @@ TEST_F(BasicGraphTest, HidesTheTargetWithoutAnEcho) {
         graph_.UpdateGraph();
         EXPECT_FALSE(TheControl(ControlId::FrameTarget).visible) << echo;
     }
+}
+
+TEST_F(BasicGraphTest, ChangesNothingButThePulseWhileTheValuesStay) {
+    Configure(2);
+    graph_.UpdateGraph();
+    DrawingChanges changes(drawing_);
+    for (int tick = 0; tick < 40; ++tick) {
+        graph_.UpdateGraph();
+        const auto since = changes.Take();
+        ASSERT_EQ(since.areas.size(), 2U);
+        EXPECT_EQ(since.areas[0].parent, ControlId::FrameZentrova);
+        EXPECT_EQ(since.areas[1].parent, ControlId::FrameZentrova);
+        EXPECT_TRUE(since.controls.empty());
+    }
+}
+
+TEST_F(BasicGraphTest, ChangesTheCursorAndWhatRidesOnItWithTheDistance) {
+    Configure(1);
+    graph_.UpdateGraph();
+    DrawingChanges changes(drawing_);
+    Set(ParamDefines::ActualDistance, 1100);
+    graph_.UpdateGraph();
+    const auto since = changes.Take();
+    EXPECT_EQ(since.areas.size(), 4U); // the cursor and the pulse
+    EXPECT_EQ(since.controls, (std::vector<ControlId>{ControlId::FrameActualDist, ControlId::FrameZentrova,
+                                                      ControlId::FrameTarget}));
 }
