@@ -10,6 +10,8 @@ else()
     target_compile_options(ztv_flags INTERFACE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
         -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
+    # No fused operations: a single-precision result is the same on every processor.
+    target_compile_options(ztv_flags INTERFACE -ffp-contract=off)
 endif()
 if(ZTV_WERROR)
     target_compile_options(ztv_flags INTERFACE $<IF:$<BOOL:${MSVC}>,/WX,-Werror>)

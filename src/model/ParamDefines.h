@@ -50,5 +50,9 @@ inline constexpr std::int16_t LastRawOutput = 90;
 inline constexpr std::int32_t StoreSettings = 1;    // of SaveCommand
 inline constexpr std::int32_t FactoryDefaults = 1;  // of ReinitCommand
 inline constexpr std::int32_t EnterBootLoader = 99; // of ReinitCommand
+inline constexpr std::int32_t EchoPresent = 1;      // of EchoReceived
+inline constexpr std::int32_t ManualMode = 0;       // of AnalogOutputMode
+inline constexpr std::int32_t LinearMode = 1;       // of AnalogOutputMode
+inline constexpr std::int32_t HyperbolicMode = 2;   // of AnalogOutputMode
 
 } // namespace ParamDefines

@@ -16,3 +16,7 @@ Fault Fault::Overflow(const QString &what) {
 Fault Fault::Conversion(const QString &what) {
     return Fault(Kind::Conversion, QStringLiteral("Type mismatch: ") + what);
 }
+
+Fault Fault::DivisionByZero(const QString &what) {
+    return Fault(Kind::DivisionByZero, QStringLiteral("Division by zero: ") + what);
+}

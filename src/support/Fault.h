@@ -18,6 +18,7 @@ public:
     static Fault Subscript(const QString &what);
     static Fault Overflow(const QString &what);
     static Fault Conversion(const QString &what);
+    static Fault DivisionByZero(const QString &what);
 
 private:
     Kind cause_;

@@ -68,4 +68,9 @@ inline constexpr std::array Table = {
     Field{ParamDefines::ManualOutput, "Manual Output", Home::ManOutput, 105, 345, {30, 0, 885, 345}, false},
 };
 
+// The indices of those that the chart moves, hides or disables.
+inline constexpr int FarVoltage = 0;
+inline constexpr int NearVoltage = 1;
+inline constexpr int NearDistance = 3;
+
 } // namespace BasicFields

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <string_view>
+
+// What the picture of the Basic tab is made of. All coordinates are twips within the parent, in single
+// precision.
+namespace Drawing {
+
+// The controls and lines by their given names. Behind the name of an array stand its further members.
+enum class ControlId {
+    FrameGraphGroup,
+    FrameGraph,
+    FrameOutputVoltage,
+    FrameManOutput,
+    FrameActualDist,
+    FrameRange,
+    FrameTransducer,
+    FrameZentrova,
+    FrameTarget,
+    LabelMode,
+    Label2,
+    Label3,
+    LabelTarget,
+    LabelRelayDist,
+    TextParam,
+    LabelParam = TextParam + 9,
+    PicRelay = LabelParam + 9,
+};
+
+enum class LineId {
+    Line0V,
+    LineLinearSlope,
+    Line10V,
+    LineNearDistExt,
+    LineFarDistExt = LineNearDistExt + 2,
+    LineMinRange = LineFarDistExt + 2,
+    LineMaxRange,
+    LineDistExt,
+    LineVoltExt = LineDistExt + 2,
+    LineManual = LineVoltExt + 2,
+    ZentrovaLine,
+    Line1,
+    Line2,
+    LineRelay,
+};
+
+// The id of an array's member.
+template <typename Id>
+constexpr Id Member(Id array, int index) {
+    return static_cast<Id>(static_cast<int>(array) + index);
+}
+
+enum class Colour { Text, Blue, Green, Red, Olive, Gray };
+enum class LineStyle { Solid, Dot, Dash, DashDot };
+enum class Outline { Rectangle, Circle };
+
+struct Name {
+    std::string_view text;
+    int index = -1; // in its array; -1: not in one
+
+    bool operator==(const Name &) const = default;
+};
+
+// As it is written: "TextParam(3)".
+inline QString ToString(const Name &name) {
+    const QString text = QString::fromLatin1(name.text.data(), static_cast<qsizetype>(name.text.size()));
+    return name.index < 0 ? text : QStringLiteral("%1(%2)").arg(text).arg(name.index);
+}
+
+struct Line {
+    Name name;
+    ControlId parent = {};
+    float x1 = 0;
+    float y1 = 0;
+    float x2 = 0;
+    float y2 = 0;
+    Colour colour = Colour::Text;
+    LineStyle style = LineStyle::Solid;
+    int width = 1; // pixels
+    bool visible = true;
+
+    bool operator==(const Line &) const = default;
+};
+
+// A filled outline that stays as it is.
+struct Shape {
+    Name name;
+    ControlId parent = {};
+    float left = 0;
+    float top = 0;
+    float width = 0;
+    float height = 0;
+    Outline outline = {};
+    Colour fill = {};
+};
+
+// A frame, label, text box or relay marker: a widget takes its place, its looks and its texts from here.
+struct Control {
+    Name name;
+    std::optional<ControlId> parent; // nothing: the page itself
+    float left = 0;
+    float top = 0;
+    float width = 0;
+    float height = 0;
+    bool visible = true;
+    bool enabled = true;
+    bool border = false;
+    QString caption = {};
+    QString toolTip = {};
+
+    bool operator==(const Control &) const = default;
+};
+
+struct Point {
+    float x = 0;
+    float y = 0;
+};
+
+} // namespace Drawing
