@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QLineEdit>
+#include <functional>
+
+// What becomes of a box that values are typed into as the focus comes to it, and as the user wants to leave
+// it.
+namespace EntryFocus {
+
+// Selects the whole text when the focus comes to the box by whatever way, a click included. Coming back from
+// another window or from a menu of its own, the box is as it was left.
+void SelectAllOnEntry(QLineEdit &box);
+
+// Asks `isValid` once when the user wants to leave the box for another control of its window: by a click, a
+// key, a mnemonic, or by Enter where that presses the default button. On false the focus is on the box, with
+// its whole text selected, and what was clicked or pressed doesn't act. `isValid` tells the user why, and may
+// open a modal box for that.
+//
+// The window can always be closed (Escape, its frame), and another window or a menu isn't leaving; neither is
+// a box that is disabled or hidden.
+void ValidateOnLeave(QLineEdit &box, std::function<bool()> isValid);
+
+} // namespace EntryFocus
