@@ -8,9 +8,10 @@ constexpr int startMs = 10000;
 
 } // namespace
 
-SensorProcess::SensorProcess() {
+SensorProcess::SensorProcess(const QStringList &options) {
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process_.start(QStringLiteral(ZTV_BIN_DIR "/ztv-sim"), {QStringLiteral("--link"), Device()});
+    process_.start(QStringLiteral(ZTV_BIN_DIR "/ztv-sim"),
+                   QStringList{QStringLiteral("--link"), Device()} + options);
     if (!process_.waitForReadyRead(startMs) || !process_.readLine().startsWith("port ")) {
         throw std::runtime_error("the simulated sensor doesn't start");
     }

@@ -2,6 +2,7 @@
 
 #include "bench/PollLoad.h"
 #include "bench/RoundTrip.h"
+#include "bench/Search.h"
 #include "bench/StartUp.h"
 #include "shell/Application.h"
 
@@ -21,6 +22,7 @@ struct Group {
 constexpr std::array groups = {
     Group{"round-trip", MeasureRoundTrips},
     Group{"poll", MeasurePollLoad},
+    Group{"search", MeasureSearch},
     Group{"start-up", MeasureStartUp},
 };
 
@@ -28,7 +30,7 @@ constexpr int wrongUsage = 2;
 constexpr int attempts = 3;
 
 int Usage() {
-    std::fprintf(stderr, "usage: ztv-bench [--check] [round-trip] [poll] [start-up]\n");
+    std::fprintf(stderr, "usage: ztv-bench [--check] [round-trip] [poll] [search] [start-up]\n");
     return wrongUsage;
 }
 

@@ -95,7 +95,7 @@ void LinkSession::GoOnline(std::int16_t skipPrompt) {
         downloadOnConnect_ = choice == ConnectChoice::Write;
     }
     if (!mbaxp1_.OpenPort()) {
-        ReportOpenFailure();
+        Notice(OpenFailureText());
         return;
     }
     mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, modbusAddress_, addressingMarkRegister, 1,
@@ -105,14 +105,14 @@ void LinkSession::GoOnline(std::int16_t skipPrompt) {
     firstReadPending_ = true;
 }
 
-void LinkSession::ReportOpenFailure() {
+QString LinkSession::OpenFailureText() const {
     const std::int16_t code = mbaxp1_.LastError();
     QString text = QStringLiteral("Error %1. %2").arg(code).arg(MbaxpErrorDesc(code));
     const QString advice = SerialPorts::PermissionAdvice(surroundings_.deviceOfPort(mbaxp1_.PortNumber()));
     if (code == LinkStatus::OpenFailed && !advice.isEmpty()) {
         text += QStringLiteral("\n\n") + advice;
     }
-    Notice(text);
+    return text;
 }
 
 void LinkSession::GoOffline() {

@@ -72,6 +72,10 @@ public:
     void SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
                                  std::int16_t timeoutMs);
 
+    // What to tell the user about an OpenPort that has just failed: code, words, and advice where there is
+    // some.
+    QString OpenFailureText() const;
+
     // Opens the port and starts to probe for the sensor. `skipPrompt` 0 asks the user for the direction,
     // any other value keeps the one that stands.
     void GoOnline(std::int16_t skipPrompt);
@@ -110,7 +114,6 @@ private:
     std::int16_t WrittenParameter() const;
     void SetStatus(const QString &word);
     void Notice(const QString &text);
-    void ReportOpenFailure();
 
     ClassZentrova &zentrova_;
     Surroundings surroundings_;

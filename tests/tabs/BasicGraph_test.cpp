@@ -3,6 +3,7 @@
 #include "model/ParamDefines.h"
 #include "support/Fault.h"
 #include "tabs/DrawingChanges.h"
+#include "tests/support/FakeLink.h"
 #include "tests/support/TestPresets.h"
 
 #include <functional>
@@ -182,18 +183,15 @@ TEST_F(BasicGraphTest, FaultsOnARollWithoutADiameterAndLeavesNoCurve) {
 }
 
 // A link whose wait lets something else happen.
-class BusyLink : public ParameterLink {
+class BusyLink : public FakeLink {
 public:
-    bool PortIsOpen() const override { return true; }
     void WaitForWriteIdle() override {
         if (meanwhile) {
             std::exchange(meanwhile, nullptr)();
         }
     }
-    void StartWrite(std::int16_t Tag, std::int32_t value) override { writes.push_back({Tag, value}); }
 
     std::function<void()> meanwhile;
-    std::vector<std::pair<std::int16_t, std::int32_t>> writes;
 };
 
 class BasicGraphOnline : public BasicGraphTest {
@@ -206,7 +204,7 @@ protected:
 TEST_F(BasicGraphOnline, SendsTheNearDistanceToTheSensor) {
     Set(ParamDefines::NearDistance, 700);
     Configure(2);
-    EXPECT_EQ(link_.writes, (std::vector<std::pair<std::int16_t, std::int32_t>>{{28, 1600}}));
+    EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{28, 1600}}));
 }
 
 TEST_F(BasicGraphOnline, KeepsTheModeThatWasConfiguredWhileTheWriteWaited) {

@@ -1,0 +1,60 @@
+#include "bench/Search.h"
+
+#include "bench/Measure.h"
+#include "bench/SensorProcess.h"
+#include "link/ui/FormSearch.h"
+#include "support/ProgramFolder.h"
+#include "tools/PrintedDialogs.h"
+
+#include <QEventLoop>
+#include <QPushButton>
+#include <QTimer>
+#include <stdexcept>
+
+namespace {
+
+constexpr double limitRatio = 1.05;
+constexpr int addresses = 247;
+constexpr double requestBits = 8 * 11.0;
+constexpr double bitsPerMs = 38.4;
+constexpr double timeoutMs = 30;
+constexpr double leastMs = addresses * (requestBits / bitsPerMs + timeoutMs);
+constexpr SearchStart start{.port = 1, .baud = 4, .parityStop = 1};
+constexpr int patienceMs = 60000;
+
+} // namespace
+
+void MeasureSearch(Figures &figures) {
+    const SensorProcess sensor({QStringLiteral("--baud"), QStringLiteral("2400")}); // so it hears nothing
+    PrintedDialogs dialogs;
+    ClassZentrova zentrova(ProgramFolder());
+    LinkSession link(zentrova, {.dialogs = dialogs,
+                                .deviceOfPort = [&](std::int16_t) { return sensor.Device(); },
+                                .askDirection = [] { return ConnectChoice::Cancel; }});
+    FormSearch form(link, zentrova, dialogs, start);
+    form.show();
+
+    QEventLoop loop;
+    int answers = 0;
+    QObject::connect(&link, &LinkSession::DeviceAnswered, &loop, [&] {
+        ++answers;
+        if (!link.PortIsOpen()) {
+            loop.quit();
+        }
+    });
+    QTimer::singleShot(patienceMs, &loop, &QEventLoop::quit);
+    const double begin = Measure::NowMs();
+    form.findChild<QPushButton *>(QStringLiteral("CommandStart"))->click();
+    loop.exec();
+    const double took = Measure::NowMs() - begin;
+    if (answers != addresses) {
+        throw std::runtime_error("the search doesn't try every address");
+    }
+    figures.Add({.name = QStringLiteral("search of %1 silent addresses as a multiple of their line times and "
+                                        "timeouts")
+                             .arg(addresses),
+                 .value = took / leastMs,
+                 .unit = QStringLiteral("times"),
+                 .limit = limitRatio,
+                 .peers = {}});
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "bench/Figures.h"
+
+// What a search of a silent line takes beside the line times and timeouts that it can't do without.
+void MeasureSearch(Figures &figures);

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "link/LinkSession.h"
+
+#include <QObject>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+// The line that a search starts on: a port number and two indices.
+struct SearchStart {
+    std::int16_t port;
+    std::int16_t baud;
+    std::int16_t parityStop;
+};
+
+// What is left of a search: the probes of the setting under test, and whether all addresses are tried again
+// on each setting behind it.
+struct SearchRest {
+    std::int16_t baud;
+    std::int16_t parityStop;
+    int probes;
+    int addresses;
+    bool varies;
+};
+
+// The probes that are left and the time that they take if nobody answers.
+struct SearchWork {
+    int probes = 0;
+    double milliseconds = 0;
+};
+SearchWork WorkLeft(const SearchRest &rest);
+
+// Looks for sensors by reading one register of each slave address in turn, and of all of them again on every
+// line setting if asked. There is no loop: each answer, good or bad, comes to FoundDevice and starts the next
+// probe.
+class DeviceSearch : public QObject {
+    Q_OBJECT
+
+public:
+    struct AddressRange {
+        std::int16_t bottom;
+        std::int16_t top;
+    };
+
+    // What the user has chosen, asked again at each answer.
+    struct Choices {
+        std::function<AddressRange()> addressRange;
+        std::function<bool()> varyCommSettings;
+    };
+
+    // Sets the line to where the search starts.
+    DeviceSearch(LinkSession &link, const SearchStart &start, Choices choices, QObject *parent = nullptr);
+    ~DeviceSearch() override;
+
+    // False when the port can't be opened; the master's LastError tells why.
+    bool Start();
+
+    // Ends the search at the answer that is due.
+    void Stop();
+
+    // Ends the search at once: the port is closed and nothing is told any more.
+    void Abandon();
+
+    // The answer to the probe: 0 for a good one, else why there is none. Without a search it has no effect.
+    void FoundDevice(std::int16_t status);
+
+    bool IsSearching() const { return searching_; }
+    std::int16_t SearchAddress() const { return searchAddress_; }
+    std::int16_t DevicesFound() const { return devicesFound_; }
+    bool StopRequested() const { return stopRequested_; }
+    std::int16_t SearchPort() const { return searchPort_; }
+    std::int16_t SearchBaud() const { return searchBaud_; }
+    std::int16_t SearchParityStop() const { return searchParityStop_; }
+    static const std::vector<std::int16_t> &SearchTimeoutByBaud(); // milliseconds
+
+    int ProbesDone() const { return probesDone_; }
+    SearchRest Rest() const; // the probe that is on the line counts as left
+
+Q_SIGNALS:
+    void Started();                       // the port is open
+    void Probing();                       // the address under test is about to be probed
+    void ProbeRefused(std::int16_t code); // the search stands still until it is stopped
+    void DeviceFound();                   // at the address and settings under test
+    void Ended();                         // the port is closed
+
+private:
+    void SendProbe();
+    void NextCommSettings(bool restart);
+    void ApplyCommSettings();
+    void End();
+
+    LinkSession &link_;
+    Choices choices_;
+    std::int16_t searchAddress_ = 0;
+    std::int16_t devicesFound_ = 0;
+    bool stopRequested_ = false;
+    std::int16_t searchPort_;
+    std::int16_t searchBaud_;
+    std::int16_t searchParityStop_;
+    bool searching_ = false;
+    bool standsStill_ = false; // its last probe was refused
+    int probesDone_ = 0;
+};

@@ -1,0 +1,411 @@
+#include "link/ui/FormSearch.h"
+
+#include "link/ui/ResultsList.h"
+#include "support/ApplicationTitle.h"
+#include "support/Numbers.h"
+#include "ui/Controls.h"
+#include "ui/EntryFocus.h"
+#include "ui/TextBoxFunctions.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr std::int16_t lowestAddress = 1;
+constexpr std::int16_t highestAddress = 247;
+constexpr std::size_t fromBox = 0;
+constexpr std::size_t toBox = 1;
+
+enum Column { AddressColumn, BaudColumn, ParityStopColumn, ColumnCount };
+constexpr int tagRole = Qt::UserRole; // an index, or the row's key in the first column
+
+constexpr int resultRows = 6;
+constexpr int sectionGap = 12;
+constexpr double longestSearchMs = 599'000;
+
+// A hidden one keeps its place, so that nothing moves as a search starts.
+template <typename Widget>
+Widget *Shy(Widget *widget) {
+    QSizePolicy policy = widget->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(policy);
+    widget->hide();
+    return widget;
+}
+
+QPushButton *Button(const char *name, const char *caption, const char *toolTip) {
+    auto *button = Controls::Named(new QPushButton(QString::fromLatin1(caption)), name);
+    button->setToolTip(QString::fromLatin1(toolTip));
+    button->setAccessibleName(Controls::SpokenCaption(button->text()));
+    return button;
+}
+
+template <typename Option>
+Option *Choice(const QString &name, const char *caption, const char *toolTip = "") {
+    auto *option = Controls::Named(new Option(QString::fromLatin1(caption)), name);
+    option->setToolTip(QString::fromLatin1(toolTip));
+    option->setAccessibleName(Controls::SpokenCaption(option->text()));
+    return option;
+}
+
+QLabel *Label(const char *name, const char *text) {
+    return Controls::Named(new QLabel(QString::fromLatin1(text)), name);
+}
+
+QString TimeLeftText(double milliseconds) {
+    constexpr int minute = 60;
+    const int seconds = static_cast<int>(std::ceil(milliseconds / 1000));
+    return seconds < minute ? QStringLiteral("%1 s left").arg(seconds)
+                            : QStringLiteral("%1 min %2 s left").arg(seconds / minute).arg(seconds % minute);
+}
+
+int WidthOf(const QWidget &widget, const QString &text) {
+    return widget.fontMetrics().horizontalAdvance(text);
+}
+
+void SetWidth(QWidget *widget, const QString &text) {
+    widget->setMinimumWidth(WidthOf(*widget, text));
+}
+
+} // namespace
+
+FormSearch::FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, SearchStart start,
+                       QWidget *parent)
+    : QDialog(parent),
+      link_(link),
+      zentrova_(zentrova),
+      dialogs_(dialogs),
+      search_(link, start,
+              {.addressRange = [this] { return AddressRange(); },
+               .varyCommSettings = [this] { return checkVaryCommSettings_->isChecked(); }}) {
+    Controls::Named(this, "FormSearch");
+    setWindowTitle(QStringLiteral("Search"));
+    setModal(true);
+
+    checkVaryCommSettings_ =
+        Choice<QCheckBox>(QStringLiteral("CheckVaryCommSettings"), "&Vary Comm Settings",
+                          "Search routine iterates through all possible baud, parity, & stop bit selections");
+    auto *left = new QVBoxLayout;
+    left->addWidget(BuildAddressRange());
+    left->addWidget(checkVaryCommSettings_);
+    left->addSpacing(sectionGap);
+    left->addLayout(BuildResults(), 1);
+    auto *columns = new QHBoxLayout;
+    columns->setSpacing(sectionGap);
+    columns->addLayout(left, 1);
+    columns->addLayout(BuildButtons());
+    auto *rows = new QVBoxLayout(this);
+    rows->setSpacing(sectionGap);
+    rows->addLayout(columns, 1);
+    rows->addLayout(BuildStatus());
+
+    ConnectControls();
+    ConnectSearch();
+    optionAddressRange_[0]->setChecked(true);
+    SetTabOrder();
+    commandStart_->setFocus();
+}
+
+QWidget *FormSearch::BuildAddressRange() {
+    auto *frame = Controls::Named(new QGroupBox(QStringLiteral("Address Range")), "FrameAddressRange");
+    optionAddressRange_ = {Choice<QRadioButton>(Controls::Member("OptionAddressRange", 0), "&All (1-247)"),
+                           Choice<QRadioButton>(Controls::Member("OptionAddressRange", 1), "&From")};
+    struct Box {
+        const char *text;
+        const char *toolTip;
+        const char *accessibleName;
+    };
+    constexpr std::array boxes = {Box{"1", "Start search address", "From"},
+                                  Box{"247", "Stop search address", "To"}};
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        auto *box = Controls::Named(new QLineEdit(QString::fromLatin1(boxes[i].text)),
+                                    Controls::Member("TextAddressRange", static_cast<int>(i)));
+        box->setToolTip(QString::fromLatin1(boxes[i].toolTip));
+        box->setAccessibleName(QString::fromLatin1(boxes[i].accessibleName));
+        box->setFixedWidth(WidthOf(*box, QStringLiteral("0000")) + 2 * sectionGap);
+        box->setEnabled(false);
+        EntryFocus::SelectAllOnEntry(*box);
+        EntryFocus::ValidateOnLeave(*box, [this, i] { return AddressRangeIsValid(i); });
+        textAddressRange_[i] = box;
+    }
+    auto *to = Label("LabelTo", "To");
+    to->setBuddy(textAddressRange_[toBox]);
+
+    auto *range = new QHBoxLayout;
+    range->addWidget(optionAddressRange_[1]);
+    range->addWidget(textAddressRange_[fromBox]);
+    range->addWidget(to);
+    range->addWidget(textAddressRange_[toBox]);
+    range->addStretch();
+    auto *rows = new QVBoxLayout(frame);
+    rows->addWidget(optionAddressRange_[0]);
+    rows->addLayout(range);
+    return frame;
+}
+
+QLayout *FormSearch::BuildStatus() {
+    labelSearchStatus_ = Shy(Label("LabelSearchStatus", "Searching..."));
+    labelCommStatus_ = Shy(Label("LabelCommStatus", "Comm Status..."));
+    progress_ = Shy(Controls::Named(new QProgressBar, "SearchProgress"));
+    progress_->setAccessibleName(QStringLiteral("Search progress"));
+    progress_->setTextVisible(false);
+    timeLeft_ = Shy(Label("LabelTimeLeft", ""));
+    // Their texts change with each probe; nothing beside them is to move.
+    SetWidth(labelSearchStatus_, QStringLiteral("Searching 247"));
+    SetWidth(labelCommStatus_, QStringLiteral("38400,N2"));
+    SetWidth(timeLeft_, TimeLeftText(longestSearchMs));
+    timeLeft_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+
+    auto *row = new QHBoxLayout;
+    row->setSpacing(sectionGap);
+    row->addWidget(labelCommStatus_); // the one that stays when the search is over
+    row->addWidget(labelSearchStatus_);
+    row->addWidget(progress_, 1);
+    row->addWidget(timeLeft_);
+    return row;
+}
+
+QLayout *FormSearch::BuildResults() {
+    auto *results = Label("LabelResults", "Results:");
+    labelDevicesFound_ = Label("LabelDevicesFound", "Devices Found: 0");
+    listViewResults_ = Controls::Named(new ResultsList, "ListViewResults");
+    results->setBuddy(listViewResults_);
+    listViewResults_->setAccessibleName(QStringLiteral("Results"));
+    listViewResults_->setHeaderLabels(
+        {QStringLiteral("Address"), QStringLiteral("Baud"), QStringLiteral("ParityStopBits")});
+    listViewResults_->header()->setSectionResizeMode(QHeaderView::Stretch);
+    listViewResults_->header()->setSectionsMovable(false);
+    listViewResults_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    listViewResults_->setMinimumWidth(
+        ColumnCount * (WidthOf(*listViewResults_, QStringLiteral("ParityStopBits")) + 2 * sectionGap));
+    listViewResults_->setMinimumHeight(listViewResults_->fontMetrics().lineSpacing() * (resultRows + 3));
+    listViewResults_->EmptyText(QStringLiteral("Press Start to search for devices."));
+    checkUseSelectedCommSettings_ =
+        Choice<QCheckBox>(QStringLiteral("CheckUseSelectedCommSettings"), "&Use Selected Comm Settings",
+                          "Changes software comm settings to the selected value in the Results table");
+    checkUseSelectedCommSettings_->setEnabled(false);
+
+    auto *words = new QHBoxLayout;
+    words->addWidget(results);
+    words->addStretch();
+    words->addWidget(labelDevicesFound_);
+    auto *rows = new QVBoxLayout;
+    rows->addLayout(words);
+    rows->addWidget(listViewResults_, 1);
+    rows->addWidget(checkUseSelectedCommSettings_);
+    return rows;
+}
+
+QLayout *FormSearch::BuildButtons() {
+    commandStart_ = Button("CommandStart", "&Start", "Start Searching");
+    commandStart_->setDefault(true);
+    commandStop_ = Button("CommandStop", "S&top", "Stop Searching");
+    commandStop_->setEnabled(false);
+    commandClose_ = Button("CommandClose", "&Close", "Close this window");
+    commandHelp_ = Button("CommandHelp", "&Help", "Displays help file");
+
+    auto *column = new QVBoxLayout;
+    column->addWidget(commandStart_);
+    column->addWidget(commandStop_);
+    column->addStretch();
+    column->addWidget(commandClose_);
+    column->addWidget(commandHelp_);
+    return column;
+}
+
+void FormSearch::SetTabOrder() {
+    const std::array<QWidget *, 11> order = {optionAddressRange_[0],
+                                             optionAddressRange_[1],
+                                             textAddressRange_[fromBox],
+                                             textAddressRange_[toBox],
+                                             checkVaryCommSettings_,
+                                             commandStart_,
+                                             commandStop_,
+                                             listViewResults_,
+                                             checkUseSelectedCommSettings_,
+                                             commandClose_,
+                                             commandHelp_};
+    for (std::size_t i = 1; i < order.size(); ++i) {
+        setTabOrder(order[i - 1], order[i]);
+    }
+}
+
+void FormSearch::ConnectControls() {
+    connect(optionAddressRange_[0], &QRadioButton::toggled, this, [this](bool all) {
+        for (QLineEdit *box : textAddressRange_) {
+            box->setEnabled(!all);
+        }
+    });
+    connect(commandStart_, &QPushButton::clicked, this, &FormSearch::Start);
+    connect(commandStop_, &QPushButton::clicked, &search_, &DeviceSearch::Stop);
+    connect(commandClose_, &QPushButton::clicked, this, &FormSearch::reject);
+    connect(commandHelp_, &QPushButton::clicked, this, &FormSearch::HelpRequested);
+    connect(listViewResults_, &QTreeWidget::itemSelectionChanged, this, &FormSearch::FollowSelection);
+    connect(listViewResults_, &QTreeWidget::itemClicked, this, &FormSearch::UseSelected);
+}
+
+void FormSearch::ConnectSearch() {
+    connect(&link_, &LinkSession::DeviceAnswered, this, &FormSearch::FoundDevice);
+    connect(&search_, &DeviceSearch::Started, this, &FormSearch::ShowStarted);
+    connect(&search_, &DeviceSearch::Probing, this, &FormSearch::ShowProbe);
+    // Painting the bar takes time that the probe needn't wait for.
+    connect(&search_, &DeviceSearch::Probing, this, &FormSearch::ShowProgress, Qt::QueuedConnection);
+    connect(&search_, &DeviceSearch::DeviceFound, this, &FormSearch::AddResult);
+    connect(&search_, &DeviceSearch::Ended, this, &FormSearch::ShowEnded);
+    connect(&search_, &DeviceSearch::ProbeRefused, this, [this](std::int16_t code) {
+        Warn(QStringLiteral("Read Error: %1").arg(code), ApplicationTitle());
+    });
+}
+
+void FormSearch::Start() {
+    // Not every way to press a button leaves the box first.
+    if (!optionAddressRange_[0]->isChecked()) {
+        for (std::size_t i = 0; i < textAddressRange_.size(); ++i) {
+            if (!AddressRangeIsValid(i)) {
+                textAddressRange_[i]->setFocus();
+                TextBoxFunctions::SelectAllText(*textAddressRange_[i]);
+                return;
+            }
+        }
+    }
+    if (!search_.Start()) {
+        Warn(link_.OpenFailureText(), ApplicationTitle());
+    }
+}
+
+void FormSearch::ShowStarted() {
+    setCursor(Qt::BusyCursor);
+    const bool hadFocus = commandStart_->hasFocus();
+    commandStop_->setEnabled(true);
+    if (hadFocus) {
+        commandStop_->setFocus();
+    }
+    commandStart_->setEnabled(false);
+    listViewResults_->clear();
+    checkUseSelectedCommSettings_->setChecked(false);
+    checkUseSelectedCommSettings_->setEnabled(false);
+    listViewResults_->EmptyText(QStringLiteral("No device has answered yet."));
+    labelDevicesFound_->setText(QStringLiteral("Devices Found: 0"));
+    progress_->show();
+    timeLeft_->show();
+}
+
+void FormSearch::ShowProbe() {
+    labelSearchStatus_->setText(QStringLiteral("Searching %1").arg(search_.SearchAddress()));
+    labelSearchStatus_->show();
+    labelCommStatus_->setText(zentrova_.BaudRateString(search_.SearchBaud()) + u',' +
+                              zentrova_.ParityStopString(search_.SearchParityStop()));
+    labelCommStatus_->show();
+}
+
+void FormSearch::ShowProgress() {
+    if (!search_.IsSearching()) {
+        return;
+    }
+    const SearchWork left = WorkLeft(search_.Rest());
+    progress_->setMaximum(std::max(search_.ProbesDone() + left.probes, 1));
+    progress_->setValue(search_.ProbesDone());
+    timeLeft_->setText(TimeLeftText(left.milliseconds));
+}
+
+void FormSearch::AddResult() {
+    const int count = search_.DevicesFound();
+    labelDevicesFound_->setText(QStringLiteral("Devices Found: %1").arg(count));
+    auto *row = new QTreeWidgetItem({QString::number(search_.SearchAddress()),
+                                     zentrova_.BaudRateString(search_.SearchBaud()),
+                                     zentrova_.ParityStopString(search_.SearchParityStop())});
+    row->setData(AddressColumn, tagRole, QStringLiteral("Key%1").arg(count));
+    row->setData(BaudColumn, tagRole, search_.SearchBaud());
+    row->setData(ParityStopColumn, tagRole, search_.SearchParityStop());
+    listViewResults_->addTopLevelItem(row);
+}
+
+void FormSearch::ShowEnded() {
+    const bool hadFocus = commandStop_->hasFocus();
+    commandStart_->setEnabled(true);
+    if (hadFocus) {
+        commandStart_->setFocus();
+    }
+    commandStop_->setEnabled(false);
+    labelSearchStatus_->hide();
+    progress_->hide();
+    timeLeft_->hide();
+    listViewResults_->EmptyText(QStringLiteral("No device was found."));
+    unsetCursor();
+}
+
+void FormSearch::FollowSelection() {
+    if (listViewResults_->selectedItems().isEmpty()) {
+        checkUseSelectedCommSettings_->setChecked(false);
+        checkUseSelectedCommSettings_->setEnabled(false);
+    } else {
+        UseSelected();
+    }
+}
+
+void FormSearch::UseSelected() {
+    const QList<QTreeWidgetItem *> selected = listViewResults_->selectedItems();
+    if (!selected.isEmpty() && !selected.constFirst()->text(AddressColumn).isEmpty()) {
+        checkUseSelectedCommSettings_->setEnabled(true);
+        checkUseSelectedCommSettings_->setChecked(true);
+    }
+}
+
+// Every way to close a dialog comes here.
+void FormSearch::done(int result) {
+    Unload();
+    QDialog::done(result);
+}
+
+void FormSearch::Unload() {
+    search_.Abandon();
+    unsetCursor();
+    const QList<QTreeWidgetItem *> selected = listViewResults_->selectedItems();
+    if (checkUseSelectedCommSettings_->isChecked() && checkUseSelectedCommSettings_->isEnabled() &&
+        !selected.isEmpty()) {
+        const QTreeWidgetItem &row = *selected.constFirst();
+        used_ = {.address = row.text(AddressColumn),
+                 .baud = row.data(BaudColumn, tagRole).toInt(),
+                 .parityStop = row.data(ParityStopColumn, tagRole).toInt()};
+    }
+}
+
+bool FormSearch::AddressRangeIsValid(std::size_t box) {
+    const auto isNumber = [this](std::size_t i) { return IsNumeric(textAddressRange_[i]->text()); };
+    const auto number = [this](std::size_t i) { return ToNumber(textAddressRange_[i]->text()); };
+    if (!isNumber(box) || number(box) < lowestAddress || number(box) > highestAddress) {
+        Warn(QStringLiteral("Please enter a numeric value from 1 to 247."), QStringLiteral("Invalid Range"));
+        return false;
+    }
+    if (isNumber(fromBox) && isNumber(toBox) && number(fromBox) > number(toBox)) {
+        Warn(QStringLiteral("The From Address Range must be less than or equal to the To Range."),
+             ApplicationTitle());
+        return false;
+    }
+    return true;
+}
+
+// A box may be changed during a search. While its text is no number, which it mostly is for a moment only,
+// the number that it held before counts.
+DeviceSearch::AddressRange FormSearch::AddressRange() {
+    if (optionAddressRange_[0]->isChecked()) {
+        return {.bottom = lowestAddress, .top = highestAddress};
+    }
+    for (std::size_t i = 0; i < textAddressRange_.size(); ++i) {
+        const QString text = textAddressRange_[i]->text();
+        if (IsNumeric(text) && std::abs(ToNumber(text)) < std::numeric_limits<std::int16_t>::max()) {
+            addressRange_[i] = ToInt16(ToNumber(text));
+        }
+    }
+    return {.bottom = addressRange_[fromBox], .top = addressRange_[toBox]};
+}
+
+void FormSearch::Warn(const QString &text, const QString &title) {
+    dialogs_.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, title);
+}

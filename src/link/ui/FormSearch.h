@@ -1,0 +1,91 @@
+#pragma once
+
+#include "link/DeviceSearch.h"
+#include "model/ClassZentrova.h"
+#include "support/UserDialogs.h"
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <array>
+#include <optional>
+
+class ResultsList;
+
+// The communication settings of a device that the user picked from the results.
+struct UsedCommSettings {
+    QString address;
+    int baud;       // index
+    int parityStop; // index
+};
+
+// The dialog that searches the line for devices. The link must be offline. Closed by whatever way, it leaves
+// the port closed and no probe under way, and the master on the settings tried last.
+class FormSearch : public QDialog {
+    Q_OBJECT
+
+public:
+    FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, SearchStart start,
+               QWidget *parent = nullptr);
+
+    // The answer to the probe, as DeviceSearch::FoundDevice takes it.
+    void FoundDevice(std::int16_t status) { search_.FoundDevice(status); }
+
+    // What the user wants to take over, once the dialog is closed.
+    std::optional<UsedCommSettings> Used() const { return used_; }
+
+    void done(int result) override;
+
+Q_SIGNALS:
+    void HelpRequested();
+
+private:
+    QWidget *BuildAddressRange();
+    QLayout *BuildStatus();
+    QLayout *BuildResults();
+    QLayout *BuildButtons();
+    void SetTabOrder();
+    void ConnectControls();
+    void ConnectSearch();
+
+    void Start();
+    void ShowStarted();
+    void ShowProbe();
+    void ShowProgress();
+    void AddResult();
+    void ShowEnded();
+    void FollowSelection();
+    void UseSelected();
+    void Unload();
+
+    bool AddressRangeIsValid(std::size_t box);
+    DeviceSearch::AddressRange AddressRange();
+    void Warn(const QString &text, const QString &title);
+
+    LinkSession &link_;
+    ClassZentrova &zentrova_;
+    UserDialogs &dialogs_;
+
+    std::array<QRadioButton *, 2> optionAddressRange_{};
+    std::array<QLineEdit *, 2> textAddressRange_{};
+    QCheckBox *checkVaryCommSettings_ = nullptr;
+    QPushButton *commandStart_ = nullptr;
+    QPushButton *commandStop_ = nullptr;
+    QPushButton *commandClose_ = nullptr;
+    QPushButton *commandHelp_ = nullptr;
+    QLabel *labelSearchStatus_ = nullptr;
+    QLabel *labelCommStatus_ = nullptr;
+    QLabel *labelDevicesFound_ = nullptr;
+    QProgressBar *progress_ = nullptr;
+    QLabel *timeLeft_ = nullptr;
+    ResultsList *listViewResults_ = nullptr;
+    QCheckBox *checkUseSelectedCommSettings_ = nullptr;
+
+    std::array<std::int16_t, 2> addressRange_{1, 247}; // the last numbers that were in the boxes
+    DeviceSearch search_;
+    std::optional<UsedCommSettings> used_;
+};
