@@ -2,10 +2,14 @@
 
 #include "link/LinkStatus.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <algorithm>
 #include <cmath>
 
 namespace {
+
+constexpr QEvent::Type startEvent = QEvent::User;
 
 constexpr int highestSlave = 247;
 constexpr qsizetype mostReceivedBytes = 1024; // a babbling line mustn't fill the memory
@@ -240,19 +244,21 @@ void Mbaxp::WakeIn(qint64 microseconds) {
 }
 
 // Runs start from the event loop: none ends within the call that asked for it, and they go on while a
-// handler keeps a box open.
+// handler keeps a box open. They come before what is to be painted: the line is slower than the screen.
 void Mbaxp::PostStart() {
-    if (startPosted_) {
-        return;
+    if (!startPosted_) {
+        startPosted_ = true;
+        QCoreApplication::postEvent(this, new QEvent(startEvent), Qt::HighEventPriority);
     }
-    startPosted_ = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            startPosted_ = false;
-            StartNext();
-        },
-        Qt::QueuedConnection);
+}
+
+bool Mbaxp::event(QEvent *event) {
+    if (event->type() != startEvent) {
+        return QObject::event(event);
+    }
+    startPosted_ = false;
+    StartNext();
+    return true;
 }
 
 void Mbaxp::OnWake() {

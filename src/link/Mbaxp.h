@@ -89,6 +89,9 @@ Q_SIGNALS:
     void TransactionDone(std::int16_t transaction);
     void TransactionFailed(std::int16_t transaction, std::int16_t status);
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     struct Settings {
         std::int16_t portNumber = 1;

@@ -260,6 +260,9 @@ TEST_F(SessionTest, KeepsTheLineSettingsThatItFollowedForTheNextRun) {
     StartPolling();
     Write(ParamDefines::NetworkAddress, 5);
     EXPECT_TRUE(WaitUntil([this] { return form_->ModbusAddress() == 5; }));
+    dialogs_.Expect(
+        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
     form_->close();
     Start();
     EXPECT_EQ(form_->ModbusAddress(), 5);
