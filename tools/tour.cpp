@@ -3,6 +3,7 @@
 
 #include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
+#include "link/ui/FormSearch.h"
 #include "model/ParamDefines.h"
 #include "shell/Application.h"
 #include "shell/FormMain.h"
@@ -14,9 +15,11 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QTreeWidget>
 #include <cstdio>
 #include <cstdlib>
 
@@ -45,6 +48,7 @@ public:
         direction.close();
 
         CommsPicture(QStringLiteral("communications-offline"));
+        SearchPictures();
 
         form_.GoOnline(1);
         const QStringList distances = WatchDistances();
@@ -85,6 +89,26 @@ private:
         comms.show();
         Picture(comms, name);
         comms.close();
+    }
+
+    // The sensor is found at its address; the rest of the range is silent.
+    void SearchPictures() {
+        FormSearch search(
+            form_.Link(), form_.Zentrova(), dialogs_,
+            {.port = form_.CommPort(), .baud = form_.BaudRate(), .parityStop = form_.ParityStop()}, &form_);
+        search.show();
+        Picture(search, QStringLiteral("search"));
+        search.findChild<QPushButton *>(QStringLiteral("CommandStart"))->click();
+        Watch(1500);
+        Picture(search, QStringLiteral("search-running"));
+        search.findChild<QPushButton *>(QStringLiteral("CommandStop"))->click();
+        Watch(200);
+        auto *results = search.findChild<QTreeWidget *>(QStringLiteral("ListViewResults"));
+        results->setCurrentItem(results->topLevelItem(0));
+        Picture(search, QStringLiteral("search-done"));
+        ok_ = ok_ && results->topLevelItemCount() == 1;
+        search.close();
+        form_.SetMbaxp1CommProperties(form_.CommPort(), form_.BaudRate(), form_.ParityStop(), 0);
     }
 
     void Picture(QWidget &widget, const QString &name) {

@@ -2,7 +2,11 @@
 #include "tests/e2e/Session.h"
 #include "tests/support/Printers.h"
 
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QTabBar>
+#include <QTreeWidget>
 #include <algorithm>
 #include <set>
 
@@ -266,6 +270,44 @@ TEST_F(SessionTest, KeepsTheLineSettingsThatItFollowedForTheNextRun) {
     form_->close();
     Start();
     EXPECT_EQ(form_->ModbusAddress(), 5);
+    GoOnline();
+    EXPECT_TRUE(WaitForPolls(1));
+}
+
+TEST_F(SessionTest, FindsASensorWhoseSettingsNobodyRemembersAndGoesOnline) {
+    StartPolling();
+    for (const auto &[tag, value] : Writes{{65, 9}, {66, 3}, {67, 3}}) {
+        Write(static_cast<std::int16_t>(tag), value);
+        EXPECT_TRUE(WaitForPolls(2));
+    }
+    form_->GoOffline();
+    settings_.Clear();
+    Start(); // at the settings of a fresh installation
+    WhenDialogOpens([](QWidget &comms) {
+        WhenDialogOpens([](QWidget &search) {
+            const Form ui(search);
+            ui.Press("OptionAddressRange(1)");
+            ui.Get<QLineEdit>("TextAddressRange(0)").setText(QStringLiteral("8"));
+            ui.Get<QLineEdit>("TextAddressRange(1)").setText(QStringLiteral("9"));
+            ui.Get<QCheckBox>("CheckVaryCommSettings").setChecked(true);
+            ui.Press("CommandStart");
+            auto &results = ui.Get<QTreeWidget>("ListViewResults");
+            EXPECT_TRUE(WaitUntil([&] { return results.topLevelItemCount() == 1; }));
+            ui.Press("CommandStop");
+            EXPECT_TRUE(WaitUntil([&] { return ui.Enabled("CommandStart"); }));
+            results.setCurrentItem(results.topLevelItem(0));
+            ui.Press("CommandClose");
+        });
+        const Form ui(comms);
+        ui.Press("CommandSearch");
+        EXPECT_EQ(ui.Text("TextPort"), QStringLiteral("1"));
+        EXPECT_EQ(ui.Text("TextModbusAddress"), QStringLiteral("9"));
+        EXPECT_EQ(ui.Get<QComboBox>("ComboBaudRate").currentText(), QStringLiteral("19200"));
+        EXPECT_EQ(ui.Get<QComboBox>("ComboParityStopBits").currentText(), QStringLiteral("O1"));
+        ui.Press("CommandOK");
+    });
+    Ui().Choose("mnuCommunications");
+    EXPECT_EQ(form_->ModbusAddress(), 9);
     GoOnline();
     EXPECT_TRUE(WaitForPolls(1));
 }

@@ -209,6 +209,7 @@ QLayout *FormSearch::BuildButtons() {
     commandStop_->setEnabled(false);
     commandClose_ = Button("CommandClose", "&Close", "Close this window");
     commandHelp_ = Button("CommandHelp", "&Help", "Displays help file");
+    commandHelp_->setEnabled(false); // until there is a help file
 
     auto *column = new QVBoxLayout;
     column->addWidget(commandStart_);
@@ -245,7 +246,6 @@ void FormSearch::ConnectControls() {
     connect(commandStart_, &QPushButton::clicked, this, &FormSearch::Start);
     connect(commandStop_, &QPushButton::clicked, &search_, &DeviceSearch::Stop);
     connect(commandClose_, &QPushButton::clicked, this, &FormSearch::reject);
-    connect(commandHelp_, &QPushButton::clicked, this, &FormSearch::HelpRequested);
     connect(listViewResults_, &QTreeWidget::itemSelectionChanged, this, &FormSearch::FollowSelection);
     connect(listViewResults_, &QTreeWidget::itemClicked, this, &FormSearch::UseSelected);
 }

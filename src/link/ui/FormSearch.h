@@ -40,9 +40,6 @@ public:
 
     void done(int result) override;
 
-Q_SIGNALS:
-    void HelpRequested();
-
 private:
     QWidget *BuildAddressRange();
     QLayout *BuildStatus();

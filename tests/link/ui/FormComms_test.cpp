@@ -280,9 +280,26 @@ TEST_F(FormCommsTest, ShowsAndResetsTheCounts) {
     EXPECT_EQ(ui.Text("LabelCrcErrors(1)"), QStringLiteral("0"));
 }
 
-TEST_F(FormCommsTest, TakesWhatTheSearchFound) {
+TEST_F(FormCommsTest, KeepsItsFieldsWhenTheSearchEndsWithoutAPick) {
     Run([](const Form &ui) {
         WhenDialogOpens([](QWidget &search) { search.close(); });
+        ui.Press("CommandSearch");
+        EXPECT_EQ(ui.Text("TextModbusAddress"), QStringLiteral("33"));
+        EXPECT_EQ(ui.Get<QComboBox>("ComboBaudRate").currentIndex(), 2);
+        ui.Press("CommandCancel");
+    });
+    ExpectMaster(3, 5, 1, 0, 350); // no longer at the search's time-out
+}
+
+TEST_F(FormCommsTest, LetsTheSearchStartFromWhatItShows) {
+    Run([this](const Form &ui) {
+        Enter(ui, "TextPort", "12");
+        ui.Get<QComboBox>("ComboBaudRate").setCurrentIndex(0);
+        ui.Get<QComboBox>("ComboParityStopBits").setCurrentIndex(1);
+        WhenDialogOpens([this](QWidget &search) {
+            ExpectMaster(12, 3, 0, 1, 120);
+            search.close();
+        });
         ui.Press("CommandSearch");
         ui.Press("CommandCancel");
     });

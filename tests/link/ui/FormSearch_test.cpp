@@ -187,15 +187,6 @@ TEST_F(FormSearchTest, EnablesTheRangeByItsOption) {
     EXPECT_TRUE(WaitUntil([this] { return !Box(0).isEnabled() && !Box(1).isEnabled(); }));
 }
 
-TEST_F(FormSearchTest, AsksForHelp) {
-    int asked = 0;
-    QObject::connect(form_.get(), &FormSearch::HelpRequested, [&asked] { ++asked; });
-    Ui().Press("CommandHelp");
-    EXPECT_EQ(asked, 1);
-}
-
-// The range. -----------------------------------------------------------------------------------------
-
 TEST_F(FormSearchTest, RefusesToLeaveABoxThatHoldsNoAddress) {
     ChooseRange("1", "247");
     for (const int index : {0, 1}) {
