@@ -60,6 +60,13 @@ public:
             Picture(form_, QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key).toLower());
         }
         CommsPicture(QStringLiteral("communications-online"));
+        strip->setCurrentIndex(Tab::Basic - 1);
+        for (const std::int32_t mode : {ParamDefines::ManualMode, ParamDefines::HyperbolicMode}) {
+            form_.Zentrova().ParamValue(ParamDefines::AnalogOutputMode, mode);
+            form_.ConfigureBasicTab();
+            Watch(400);
+            Picture(form_, QStringLiteral("basic-mode-%1").arg(mode));
+        }
         form_.resize(form_.size() * 1.4);
         strip->setCurrentIndex(Tab::Distance - 1);
         Watch(500);

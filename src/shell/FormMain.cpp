@@ -17,10 +17,12 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QPixmap>
 #include <QResizeEvent>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTabBar>
+#include <QTimer>
 
 namespace {
 
@@ -74,12 +76,20 @@ FormMain::FormMain(Surroundings surroundings) : surroundings_(std::move(surround
     BuildPages();
     ConnectCommands();
     ConnectLink();
+    ConnectPages();
     ShowLinkState(false);
     LayOut();
+    ColourPages();
+    timer1_->start(); // last: its tick reads the table
+    ConfigureBasicTab();
     UpdateDisplay();
 }
 
-FormMain::~FormMain() = default;
+// The pages go before the table that they show; what has the focus loses it while all is there.
+FormMain::~FormMain() {
+    hide();
+    delete takeCentralWidget();
+}
 
 void FormMain::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
                                        std::int16_t timeoutMs) {
@@ -135,7 +145,11 @@ void FormMain::BuildFileCommands() {
         .openFile = [this](const QString &name) { return zentrova_->OpenFile(name, surroundings_.dialogs); },
         .saveFile = [this](const QString &name) { return zentrova_->SaveFile(name); },
         .updateCaption = [this] { UpdateCaption(); },
-        .showTable = [this] { UpdateDisplay(); }});
+        .showTable =
+            [this] {
+                ConfigureBasicTab();
+                UpdateDisplay(); // whichever tab shows
+            }});
 }
 
 // A file that can't be opened at the start shows nothing, and a later "Save" asks for a name.
@@ -172,8 +186,8 @@ void FormMain::BuildPages() {
     QWidget *central = centralWidget();
     entryRules_ = std::make_unique<EntryRules>(*zentrova_, surroundings_.dialogs);
     text1_ = new ValueOverlay(*entryRules_, central);
-    connect(text1_, &ValueOverlay::Left, this, &FormMain::UpdateDisplay);
-    tabFrames_[Tab::Basic] = new BasicPage(*zentrova_, central);
+    basicPage_ = new BasicPage(*zentrova_, *text1_, central);
+    tabFrames_[Tab::Basic] = basicPage_;
     tabFrames_[Tab::Advanced] = new TabPage(Tab::Advanced, central);
     tabFrames_[Tab::Wizard] = new WizardPage(central);
     tabFrames_[Tab::Distance] = new DistancePage(*zentrova_, central);
@@ -243,7 +257,24 @@ void FormMain::GiveWork(QAction &action, std::function<void()> work) {
 void FormMain::ConnectLink() {
     connect(link_.get(), &LinkSession::StatusChanged, statusText_, &QLabel::setText);
     connect(link_.get(), &LinkSession::OnlineChanged, this, &FormMain::ShowLinkState);
+    connect(link_.get(), &LinkSession::FirstReadComplete, this, &FormMain::ConfigureBasicTab);
     connect(link_.get(), &LinkSession::TableRefreshed, this, &FormMain::UpdateDisplay);
+}
+
+void FormMain::ConnectPages() {
+    timer1_ = Controls::Named(new QTimer(this), "Timer1");
+    timer1_->setInterval(BasicGraph::TickMilliseconds);
+    timer1_->setTimerType(Qt::PreciseTimer);
+    connect(timer1_, &QTimer::timeout, basicPage_, &BasicPage::UpdateGraph);
+    connect(basicPage_, &BasicPage::ValueBoxLeft, this, &FormMain::UpdateDisplay);
+    connect(text1_, &ValueOverlay::Left, this, [this] {
+        UpdateDisplay();
+        basicPage_->PositionRelayMarkers();
+    });
+}
+
+void FormMain::ConfigureBasicTab() {
+    basicPage_->ConfigureBasicTab();
 }
 
 void FormMain::ShowLinkState(bool online) {
@@ -327,6 +358,12 @@ void FormMain::SelectTab(int stripIndex) {
     }
     currentTab_ = selected.number;
     LayOut();
+    if (currentTab_ == Tab::Basic) {
+        timer1_->start();
+    } else {
+        timer1_->stop();
+    }
+    ConfigureBasicTab();
     UpdateDisplay();
 }
 
@@ -341,6 +378,28 @@ bool FormMain::ValidateAndWriteTextBoxVal(QLineEdit &box) {
 void FormMain::resizeEvent(QResizeEvent *event) {
     QMainWindow::resizeEvent(event);
     LayOut();
+}
+
+// What the pages paint has the background of the strip, so that it needn't be painted from there on each tick.
+void FormMain::ColourPages() {
+    constexpr int sample = 3;
+    QPixmap behind(sample, sample);
+    const QPoint middle = tabStrip1_->rect().center();
+    tabStrip1_->render(&behind, QPoint(), QRect(middle, behind.size()), QWidget::DrawWindowBackground);
+    for (TabPage *page : tabFrames_) {
+        if (page != nullptr) {
+            QPalette palette = page->palette();
+            palette.setColor(QPalette::Window, behind.toImage().pixelColor(sample / 2, sample / 2));
+            page->setPalette(palette);
+        }
+    }
+}
+
+void FormMain::changeEvent(QEvent *event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange) {
+        ColourPages();
+    }
 }
 
 void FormMain::LayOut() {

@@ -22,6 +22,9 @@
 #include <memory>
 #include <set>
 
+class BasicPage;
+class QTimer;
+
 // The main form. It composes the program's parts, enables and routes; the work is done elsewhere.
 class FormMain : public QMainWindow {
     Q_OBJECT
@@ -72,6 +75,9 @@ public:
     // Copies the parameter table onto the page that shows.
     void UpdateDisplay();
 
+    // Sets the Basic tab to the sensor's output mode. In hyperbolic mode it writes the near distance.
+    void ConfigureBasicTab();
+
     // Takes the text of a box for the parameter in its property "Tag". False: the user has been told why not,
     // and the text is selected.
     bool ValidateAndWriteTextBoxVal(QLineEdit &box);
@@ -82,6 +88,7 @@ public:
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void BuildControls();
@@ -93,8 +100,10 @@ private:
     void ConnectCommands();
     void GiveWork(QAction &action, std::function<void()> work);
     void ConnectLink();
+    void ConnectPages();
     void SelectTab(int stripIndex);
     void LayOut();
+    void ColourPages();
     void ShowLinkState(bool online);
     void ToggleOnline();
     void Reinitialise();
@@ -113,6 +122,8 @@ private:
     std::unique_ptr<FileCommands> fileCommands_;
     std::unique_ptr<MainCommands> commands_;
     std::set<const QAction *> withWork_;
+    BasicPage *basicPage_ = nullptr;
+    QTimer *timer1_ = nullptr;
     QTabWidget *tabStrip1_ = nullptr;
     QLabel *statusText_ = nullptr;
     std::unique_ptr<EntryRules> entryRules_;

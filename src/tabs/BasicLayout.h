@@ -52,8 +52,8 @@ struct Label {
 
 inline constexpr std::array Labels = {
     Label{{"LabelMode"}, FrameGraphGroup, BasicFields::LabelMode, "Mode:", true},
-    Label{{"Label2"}, FrameGraphGroup, {8160, 240, 420, 240}, "On", true},
-    Label{{"Label3"}, FrameGraphGroup, {8160, 480, 420, 240}, "Off", true},
+    Label{{"Label2"}, FrameGraphGroup, {9075, 240, 645, 240}, "On", true},
+    Label{{"Label3"}, FrameGraphGroup, {9075, 480, 645, 240}, "Off", true},
     Label{{"LabelTarget"}, FrameTarget, {60, 480, 1095, 240}, "TARGET", true},
     Label{{"LabelRelayDist"}, FrameGraphGroup, {4680, 3360, 675, 195}, "RelayDist", false},
 };

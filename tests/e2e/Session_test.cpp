@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTabBar>
+#include <QTest>
 #include <QTreeWidget>
 #include <algorithm>
 #include <set>
@@ -310,4 +311,39 @@ TEST_F(SessionTest, FindsASensorWhoseSettingsNobodyRemembersAndGoesOnline) {
     EXPECT_EQ(form_->ModbusAddress(), 9);
     GoOnline();
     EXPECT_TRUE(WaitForPolls(1));
+}
+
+TEST_F(SessionTest, WritesADraggedThresholdOnce) {
+    StartPolling();
+    sensor_->ClearRecords();
+    auto &marker = Ui().Get<QWidget>("PicRelay(3)");
+    QTest::mousePress(&marker, Qt::LeftButton, {}, QPoint(5, 40));
+    for (const int place : {150, 180, 200}) {
+        QTest::mouseMove(&marker, QPoint(place - marker.x(), 40));
+        Settle();
+    }
+    EXPECT_TRUE(WaitForPolls(1));
+    EXPECT_EQ(sensor_->Writes(), Writes());
+    QTest::mouseRelease(&marker, Qt::LeftButton, {}, QPoint(5, 40));
+    EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(sensor_->Writes(), (Writes{{59, 13728}})); // 3000 twips
+    EXPECT_EQ(Value(59), 13728);
+}
+
+TEST_F(SessionTest, WritesTheNearDistanceBehindAFarDistanceInHyperbolicMode) {
+    StartPolling();
+    Write(ParamDefines::AnalogOutputMode, 2);
+    form_->ConfigureBasicTab();
+    EXPECT_TRUE(WaitForPolls(2));
+    sensor_->ClearRecords();
+    form_->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    auto &box = Ui().Get<QLineEdit>("TextParam(4)");
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_2);
+    QTest::keyClicks(&Ui().Get<QLineEdit>("Text1"), QStringLiteral("0.5\""));
+    QTest::keyClick(&Ui().Get<QLineEdit>("Text1"), Qt::Key_Return);
+    EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(sensor_->Writes(), (Writes{{29, 2050}, {28, 1000}}));
+    EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("10.00\""));
 }

@@ -1,5 +1,6 @@
 #include "shell/FormMain.h"
 
+#include "model/ParamDefines.h"
 #include "support/Fault.h"
 #include "tests/support/MainForm.h"
 #include "tests/support/Printers.h"
@@ -13,6 +14,7 @@
 #include <QProgressBar>
 #include <QTabBar>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 namespace {
@@ -375,6 +377,61 @@ TEST_F(FormMainTest, ReachesEachTabByItsMnemonic) {
         QTest::keyClick(form_.get(), key, Qt::AltModifier);
         EXPECT_EQ(form_->CurrentTab(), tab);
     }
+}
+
+TEST_F(FormMainTest, AnimatesTheBasicTabAlone) {
+    Start(QStringLiteral("/checkout"));
+    const auto *timer = form_->findChild<QTimer *>(QStringLiteral("Timer1"), Qt::FindDirectChildrenOnly);
+    ASSERT_NE(timer, nullptr);
+    EXPECT_EQ(timer->interval(), 50);
+    EXPECT_TRUE(timer->isActive());
+    for (const int index : {1, 2, 3, 4}) {
+        ClickTab(index);
+        EXPECT_FALSE(timer->isActive());
+    }
+    ClickTab(0);
+    EXPECT_TRUE(timer->isActive());
+}
+
+TEST_F(FormMainTest, SetsTheBasicTabToTheModeOfTheTable) {
+    Start();
+    EXPECT_TRUE(Ui().Get<QWidget>("TextParam(1)").isVisible());
+    form_->Zentrova().ParamUpdate(ParamDefines::AnalogOutputMode, 2);
+    EXPECT_TRUE(Ui().Get<QWidget>("TextParam(1)").isVisible());
+    Q_EMIT form_->Link().FirstReadComplete();
+    EXPECT_FALSE(Ui().Get<QWidget>("TextParam(1)").isVisible());
+    form_->Zentrova().ParamUpdate(ParamDefines::AnalogOutputMode, 0);
+    ClickTab(3); // whichever tab comes
+    ClickTab(0);
+    EXPECT_TRUE(Ui().Get<QWidget>("FrameManOutput").isVisible());
+}
+
+TEST_F(FormMainTest, WritesTheNearDistanceOfARollWhenAFileBringsHyperbolicMode) {
+    const QString file = configuration_.filePath(QStringLiteral("roll.ztv"));
+    ClassZentrova zentrova(ShippedPresetsFolder());
+    zentrova.ParamValue(ParamDefines::AnalogOutputMode, 2);
+    zentrova.SaveFile(file);
+    Start();
+    dialogs_.ExpectOpenFile(file);
+    Ui().Choose("mnuFileOpen");
+    // 36000 - (2400 - 300) / 2
+    EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("349.50\""));
+}
+
+TEST_F(FormMainTest, PutsTheMarkersBackWhenAnEntryIsLeft) {
+    Start();
+    form_->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    auto &marker = Ui().Get<QWidget>("PicRelay(0)");
+    const int before = marker.x();
+    auto &box = Ui().Get<QLineEdit>("TextParam(3)");
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_5);
+    auto &editor = Ui().Get<QLineEdit>("Text1");
+    QTest::keyClicks(&editor, QStringLiteral("0"));
+    QTest::keyClick(&editor, Qt::Key_Return);
+    EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("50.00\""));
+    EXPECT_NE(marker.x(), before);
 }
 
 // Size. ---------------------------------------------------------------------------------------------

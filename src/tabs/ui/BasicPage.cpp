@@ -2,21 +2,31 @@
 
 #include "model/ParamDefines.h"
 #include "tabs/BasicFields.h"
+#include "tabs/BasicLayout.h"
+#include "tabs/ui/DrawnFrame.h"
+#include "tabs/ui/RelayMarker.h"
 #include "ui/Controls.h"
+#include "ui/EntryFocus.h"
+
+#include <QKeyEvent>
+#include <algorithm>
+
+using enum Drawing::ControlId;
+using Drawing::ControlId;
+using Drawing::Member;
 
 namespace {
 
 constexpr int boxPadding = 6; // pixels of a box that its frame and margins take
+constexpr int dragLabelPadding = 4;
+constexpr int legendIndent = 4;
 
-QRect ToPixels(const BasicFields::Rectangle &r) {
-    return Controls::FromTwips(r.left, r.top, r.width, r.height);
+QRect ToPixels(const Drawing::Control &control) {
+    return Controls::FromTwips(control.left, control.top, control.width, control.height);
 }
 
-QFrame *AddFrame(QWidget *parent, const char *name, const BasicFields::Rectangle &place) {
-    auto *frame = Controls::Named(new QFrame(parent), name);
-    frame->setFrameShape(QFrame::NoFrame);
-    frame->setGeometry(ToPixels(place));
-    return frame;
+int ToPixels(int twips) {
+    return Controls::FromTwips(0, 0, twips, 0).width();
 }
 
 bool Wraps(const BasicFields::Field &field) {
@@ -27,70 +37,126 @@ QString TagToolTip(std::int16_t tag) {
     return QStringLiteral("Tag=%1").arg(tag);
 }
 
+bool IsTextParam(ControlId id) {
+    return id >= TextParam && id < LabelParam;
+}
+
+bool IsPicRelay(ControlId id) {
+    return id >= PicRelay;
+}
+
 } // namespace
 
-BasicPage::BasicPage(const ClassZentrova &zentrova, QWidget *parent)
+BasicPage::BasicPage(ClassZentrova &zentrova, ValueOverlay &text1, QWidget *parent)
     : TabPage(1, parent),
-      zentrova_(zentrova) {
+      zentrova_(zentrova),
+      text1_(text1) {
+    widgets_.resize(drawing_.Controls().size());
     ChooseFonts();
-    QFrame *group = AddFrame(this, "FrameGraphGroup", BasicFields::FrameGraphGroup);
-
-    labelMode_ = Controls::Named(new QLabel(QStringLiteral("Mode:"), group), "LabelMode");
-    labelMode_->setGeometry(ToPixels(BasicFields::LabelMode));
-    labelMode_->setToolTip(TagToolTip(ParamDefines::AnalogOutputMode));
-
-    QFrame *graph = AddFrame(group, "FrameGraph", BasicFields::FrameGraph);
-    graph->setFrameShape(QFrame::StyledPanel);
-    graph->setFrameShadow(QFrame::Sunken);
-
-    QFrame *actualDist = AddFrame(group, "FrameActualDist", BasicFields::FrameActualDist);
-    QFrame *outputVoltage = AddFrame(group, "FrameOutputVoltage", BasicFields::FrameOutputVoltage);
-    QFrame *manOutput = AddFrame(group, "FrameManOutput", BasicFields::FrameManOutput);
-    for (int index = 0; index < static_cast<int>(BasicFields::Table.size()); ++index) {
-        switch (BasicFields::Table[static_cast<std::size_t>(index)].home) {
-        case BasicFields::Home::Group:
-            AddField(index, group);
-            break;
-        case BasicFields::Home::ActualDist:
-            AddField(index, actualDist);
-            break;
-        case BasicFields::Home::OutputVoltage:
-            AddField(index, outputVoltage);
-            break;
-        case BasicFields::Home::ManOutput:
-            AddField(index, manOutput);
-            break;
-        }
+    BuildFrames();
+    BuildLabels();
+    BuildFields();
+    BuildMarkers();
+    for (std::size_t id = 0; id < widgets_.size(); ++id) {
+        Apply(static_cast<ControlId>(id));
+    }
+    // What moves over the surroundings of the chart is in front of them, and ends at the chart's border.
+    for (const ControlId id :
+         {FrameActualDist, FrameOutputVoltage, FrameManOutput, FrameGraph, LabelRelayDist}) {
+        WidgetOf(id)->raise();
     }
 }
 
-void BasicPage::AddField(int index, QWidget *home) {
-    const BasicFields::Field &field = BasicFields::Table[static_cast<std::size_t>(index)];
-    const QString caption = QString::fromLatin1(field.caption);
+QWidget *BasicPage::ParentOf(ControlId id) {
+    const Drawing::Control &control = drawing_.At(id);
+    return control.parent ? WidgetOf(*control.parent) : this;
+}
 
-    auto *label = Controls::Named(new QLabel(caption, home), Controls::Member("LabelParam", index));
-    label->setGeometry(ToPixels(field.label));
-    label->setWordWrap(Wraps(field));
-    label->setAlignment(Wraps(field) ? Qt::AlignHCenter | Qt::AlignBottom : Qt::AlignCenter);
-    label->setToolTip(TagToolTip(field.tag));
-    label->setFont(labelFont_);
+void BasicPage::Keep(ControlId id, QWidget *widget) {
+    widgets_[static_cast<std::size_t>(id)] = widget;
+}
 
-    auto *box = Controls::Named(new QLineEdit(home), Controls::Member("TextParam", index));
-    box->setGeometry(ToPixels({field.boxLeft, field.boxTop, BasicFields::BoxWidth, BasicFields::BoxHeight}));
-    box->setAlignment(Qt::AlignCenter);
-    box->setTextMargins(-2, 0, -2, 0);
-    box->setFont(boxFont_);
-    box->setProperty("Tag", QString::number(field.tag));
-    box->setAccessibleName(caption);
-    box->setReadOnly(true); // it shows the sensor's value; typing goes into an editor over it
-    box->setEnabled(!field.displayOnly);
-    if (field.displayOnly) {
+void BasicPage::BuildFrames() {
+    for (const ControlId id : {FrameGraphGroup, FrameGraph, FrameOutputVoltage, FrameManOutput,
+                               FrameActualDist, FrameRange, FrameTransducer, FrameZentrova, FrameTarget}) {
+        auto *frame = new DrawnFrame(drawing_, id, ParentOf(id));
+        Keep(id, Controls::Named(frame, Drawing::ToString(drawing_.At(id).name)));
+    }
+}
+
+void BasicPage::BuildLabels() {
+    for (const ControlId id : {LabelMode, Label2, Label3, LabelTarget, LabelRelayDist}) {
+        const Drawing::Control &control = drawing_.At(id);
+        auto *label =
+            Controls::Named(new QLabel(control.caption, ParentOf(id)), Drawing::ToString(control.name));
+        label->setFont(labelFont_);
+        Keep(id, label);
+    }
+    labelMode_ = static_cast<QLabel *>(WidgetOf(LabelMode));
+    labelMode_->setFont(font());
+    labelMode_->setToolTip(TagToolTip(ParamDefines::AnalogOutputMode));
+
+    for (const ControlId id : {Label2, Label3}) {
+        auto *label = static_cast<QLabel *>(WidgetOf(id));
+        label->setAutoFillBackground(true); // over the end of its sample
+        label->setIndent(legendIndent);
+    }
+    auto *target = static_cast<QLabel *>(WidgetOf(LabelTarget));
+    target->setAlignment(Qt::AlignCenter);
+    QPalette onTarget = target->palette();
+    onTarget.setColor(QPalette::WindowText, Qt::white);
+    target->setPalette(onTarget);
+
+    dragLabel_ = static_cast<QLabel *>(WidgetOf(LabelRelayDist));
+    dragLabel_->setAlignment(Qt::AlignCenter);
+    dragLabel_->setAutoFillBackground(true);
+    dragLabel_->setBackgroundRole(QPalette::ToolTipBase);
+    dragLabel_->setForegroundRole(QPalette::ToolTipText);
+}
+
+void BasicPage::BuildFields() {
+    int index = 0;
+    for (const BasicFields::Field &field : BasicFields::Table) {
+        const QString caption = QString::fromLatin1(field.caption);
+        const ControlId labelId = Member(LabelParam, index);
+        auto *label =
+            Controls::Named(new QLabel(caption, ParentOf(labelId)), Controls::Member("LabelParam", index));
+        label->setWordWrap(Wraps(field));
+        label->setAlignment(Wraps(field) ? Qt::AlignHCenter | Qt::AlignBottom : Qt::AlignCenter);
+        label->setToolTip(TagToolTip(field.tag));
+        label->setFont(labelFont_);
+        label->setAutoFillBackground(true); // over the end of its line
+        Keep(labelId, label);
+
+        const ControlId boxId = Member(TextParam, index);
+        auto *box = Controls::Named(new QLineEdit(ParentOf(boxId)), Controls::Member("TextParam", index));
+        box->setAlignment(Qt::AlignCenter);
+        box->setTextMargins(-2, 0, -2, 0);
+        box->setFont(boxFont_);
+        box->setProperty("Tag", QString::number(field.tag));
+        box->setAccessibleName(caption);
+        box->setReadOnly(true); // it shows the sensor's value; typing goes into an editor over it
         // What can't be edited is still there to be read.
         QPalette palette = box->palette();
         palette.setColor(QPalette::Disabled, QPalette::Text, palette.color(QPalette::Active, QPalette::Text));
         box->setPalette(palette);
+        EntryFocus::SelectAllOnEntry(*box);
+        box->installEventFilter(this);
+        Keep(boxId, box);
+        textParams_.push_back(box);
+        ++index;
     }
-    textParams_.push_back(box);
+}
+
+void BasicPage::BuildMarkers() {
+    for (int number = 0; number < static_cast<int>(BasicLayout::Relays.size()); ++number) {
+        const ControlId id = Member(PicRelay, number);
+        auto *marker = new RelayMarker(drawing_, drag_, number, ParentOf(id));
+        marker->setAccessibleName(
+            zentrova_.ParamName(BasicLayout::Relays[static_cast<std::size_t>(number)].threshold));
+        connect(marker, &RelayMarker::Moved, this, &BasicPage::ShowChanges);
+        Keep(id, marker);
+    }
 }
 
 // One size for all labels and one for all boxes, as large as the tightest of them takes.
@@ -100,19 +166,96 @@ void BasicPage::ChooseFonts() {
     for (const BasicFields::Field &field : BasicFields::Table) {
         const QString caption = QString::fromLatin1(field.caption);
         for (const QString &line : Wraps(field) ? caption.split(u' ') : QStringList{caption}) {
-            labels.push_back({.text = line, .width = ToPixels(field.label).width()});
+            labels.push_back({.text = line, .width = ToPixels(field.label.width)});
         }
         boxes.push_back({.text = zentrova_.FormatRaw(zentrova_.ParamMax(field.tag), field.tag),
-                         .width = ToPixels({0, 0, BasicFields::BoxWidth, 0}).width() - boxPadding});
+                         .width = ToPixels(BasicFields::BoxWidth) - boxPadding});
     }
     labelFont_ = Controls::FittingFont(font(), labels);
     boxFont_ = Controls::FittingFont(font(), boxes);
 }
 
+void BasicPage::Apply(ControlId id) {
+    const Drawing::Control &control = drawing_.At(id);
+    QWidget *widget = WidgetOf(id);
+    if (id == LabelRelayDist) {
+        PlaceDragLabel();
+    } else if (IsPicRelay(id)) {
+        widget->setGeometry(static_cast<RelayMarker *>(widget)->Place());
+        widget->setToolTip(control.toolTip);
+    } else {
+        widget->setGeometry(ToPixels(control));
+    }
+    widget->setVisible(control.visible);
+    if (IsTextParam(id)) {
+        widget->setEnabled(control.enabled);
+    }
+}
+
+bool BasicPage::eventFilter(QObject *watched, QEvent *event) {
+    auto *box = qobject_cast<QLineEdit *>(watched);
+    if (box != nullptr && event->type() == QEvent::KeyPress) {
+        OpenEditor(*box, static_cast<QKeyEvent &>(*event));
+    } else if (box != nullptr && event->type() == QEvent::FocusOut) {
+        Q_EMIT ValueBoxLeft();
+    }
+    return TabPage::eventFilter(watched, event);
+}
+
+// The box goes on showing what the sensor says; what is typed comes into the editor over it.
+void BasicPage::OpenEditor(QLineEdit &box, const QKeyEvent &key) {
+    text1_.MoveOver(box, box.property("Tag").toString(), box.text());
+    if (key.key() >= Qt::Key_0 && key.key() <= Qt::Key_9) {
+        text1_.Open(QChar(u'0' + (key.key() - Qt::Key_0)));
+    } else if (key.key() == Qt::Key_Left || key.key() == Qt::Key_Right) {
+        text1_.Open();
+    }
+}
+
+// Two lines of text don't fit the label's size as it is laid out; its middle stays.
+void BasicPage::PlaceDragLabel() {
+    const QRect laidOut = ToPixels(drawing_.At(LabelRelayDist));
+    dragLabel_->setText(drawing_.At(LabelRelayDist).caption);
+    const QSize size = dragLabel_->sizeHint() + QSize(2 * dragLabelPadding, 0);
+    const int left = laidOut.center().x() - size.width() / 2;
+    const int rightmost = std::min(dragLabel_->parentWidget()->width(), width()) - size.width();
+    dragLabel_->setGeometry(QRect(QPoint(std::clamp(left, 0, std::max(rightmost, 0)), laidOut.top()), size));
+}
+
+void BasicPage::ShowChanges() {
+    const DrawingChanges::Since since = changes_.Take();
+    for (const DrawingChanges::Area &area : since.areas) {
+        if (auto *frame = qobject_cast<DrawnFrame *>(WidgetOf(area.parent))) {
+            frame->UpdateArea(area);
+        }
+    }
+    for (const ControlId id : since.controls) {
+        Apply(id);
+    }
+}
+
+void BasicPage::ConfigureBasicTab() {
+    graph_.ConfigureBasicTab();
+    ShowChanges();
+}
+
+void BasicPage::PositionRelayMarkers() {
+    graph_.PositionRelayMarkers();
+    ShowChanges();
+}
+
+void BasicPage::UpdateGraph() {
+    graph_.UpdateGraph();
+    ShowChanges();
+}
+
 void BasicPage::UpdateDisplay() {
     for (std::size_t index = 0; index < textParams_.size(); ++index) {
         const std::int16_t tag = BasicFields::Table[index].tag;
-        textParams_[index]->setText(zentrova_.FormatRaw(zentrova_.ParamValue(tag), tag));
+        const QString text = zentrova_.FormatRaw(zentrova_.ParamValue(tag), tag);
+        if (textParams_[index]->text() != text) { // setting it would take back what is selected in it
+            textParams_[index]->setText(text);
+        }
     }
     const std::int16_t mode = ParamDefines::AnalogOutputMode;
     labelMode_->setText(QStringLiteral("Mode: ") + zentrova_.FormatRaw(zentrova_.ParamValue(mode), mode));

@@ -1,28 +1,62 @@
 #pragma once
 
 #include "model/ClassZentrova.h"
+#include "tabs/BasicDrawing.h"
+#include "tabs/BasicGraph.h"
+#include "tabs/DrawingChanges.h"
+#include "tabs/RelayDrag.h"
 #include "tabs/ui/TabPage.h"
+#include "tabs/ui/ValueOverlay.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <vector>
 
-// The Basic tab: the values around the chart of the sensor's output.
+// The Basic tab: the chart of the sensor's output with the values around it.
 class BasicPage : public TabPage {
     Q_OBJECT
 
 public:
-    BasicPage(const ClassZentrova &zentrova, QWidget *parent);
+    // Values are typed into `text1`. It and the table must outlive this.
+    BasicPage(ClassZentrova &zentrova, ValueOverlay &text1, QWidget *parent);
 
     void UpdateDisplay() override;
 
+    // What BasicGraph does under these names, shown.
+    void ConfigureBasicTab();
+    void PositionRelayMarkers();
+    void UpdateGraph();
+
+Q_SIGNALS:
+    void ValueBoxLeft(); // one of TextParam has lost the focus
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void ChooseFonts();
-    void AddField(int index, QWidget *home);
+    void BuildFrames();
+    void BuildLabels();
+    void BuildFields();
+    void BuildMarkers();
+    void Keep(Drawing::ControlId id, QWidget *widget);
+    QWidget *WidgetOf(Drawing::ControlId id) const { return widgets_[static_cast<std::size_t>(id)]; }
+    QWidget *ParentOf(Drawing::ControlId id);
+    void Apply(Drawing::ControlId id);
+    void PlaceDragLabel();
+    void OpenEditor(QLineEdit &box, const QKeyEvent &key);
+    void ShowChanges();
 
-    const ClassZentrova &zentrova_;
+    ClassZentrova &zentrova_;
+    ValueOverlay &text1_;
+    BasicDrawing drawing_;
+    BasicGraph graph_{zentrova_, drawing_};
+    RelayDrag drag_{zentrova_, drawing_};
+    DrawingChanges changes_{drawing_};
+    std::vector<QWidget *> widgets_; // by ControlId
     QFont labelFont_;
     QFont boxFont_;
     QLabel *labelMode_ = nullptr;
+    QLabel *dragLabel_ = nullptr;
     std::vector<QLineEdit *> textParams_;
 };

@@ -3,12 +3,16 @@
 #include "model/ParamDefines.h"
 #include "tests/support/Form.h"
 #include "tests/support/Printers.h"
+#include "tests/support/ScriptedDialogs.h"
 #include "tests/support/TestPresets.h"
+#include "tests/support/Wait.h"
 
 #include <QFontMetrics>
 #include <QStyle>
 #include <QStyleOptionFrame>
+#include <QTest>
 #include <gtest/gtest.h>
+#include <set>
 #include <string>
 
 class BasicPageTest : public testing::Test {
@@ -23,7 +27,11 @@ protected:
     }
 
     ClassZentrova zentrova_{ShippedPresetsFolder()};
-    BasicPage page_{zentrova_, nullptr};
+    ScriptedDialogs dialogs_;
+    EntryRules rules_{zentrova_, dialogs_};
+    QWidget window_;
+    ValueOverlay text1_{rules_, &window_};
+    BasicPage page_{zentrova_, text1_, &window_};
     Form ui_{page_};
 };
 
@@ -113,4 +121,283 @@ TEST_F(BasicPageTest, FollowsTheTable) {
     EXPECT_EQ(ui_.Text("TextParam(6)"), QStringLiteral("1.06\""));
     EXPECT_EQ(ui_.Text("TextParam(7)"), QStringLiteral("10.00V"));
     EXPECT_EQ(ui_.Text("LabelMode"), QStringLiteral("Mode: Hyperbolic"));
+}
+
+// The chart. -----------------------------------------------------------------------------------------
+
+class BasicChartTest : public BasicPageTest {
+protected:
+    BasicChartTest() {
+        window_.resize(640, 420);
+        window_.show();
+        window_.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
+        page_.ConfigureBasicTab();
+    }
+
+    void Set(std::int16_t tag, std::int32_t value) { zentrova_.ParamUpdate(tag, value); }
+    bool Visible(const char *name) { return ui_.Get<QWidget>(name).isVisible(); }
+    QRect Place(const char *name) { return ui_.Get<QWidget>(name).geometry(); }
+
+    // Ticks, and the frames that are painted for them.
+    std::set<std::string> PaintedByATick() {
+        Settle();
+        PaintedNames painted;
+        for (QWidget *widget : page_.findChildren<QWidget *>()) {
+            widget->installEventFilter(&painted);
+        }
+        page_.UpdateGraph();
+        Settle();
+        return painted.names;
+    }
+
+    // The red, green and blue of the page's picture at a place of the chart, in twips.
+    QColor ColourAt(double x, double y) {
+        const QImage picture = page_.grab().toImage();
+        const QPoint chart = ui_.Get<QWidget>("FrameGraph").mapTo(&page_, QPoint());
+        return picture.pixelColor(chart + QPoint(static_cast<int>(x / 15), static_cast<int>(y / 15)));
+    }
+
+private:
+    class PaintedNames : public QObject {
+    public:
+        bool eventFilter(QObject *watched, QEvent *event) override {
+            if (event->type() == QEvent::Paint) {
+                names.insert(watched->objectName().toStdString());
+            }
+            return false;
+        }
+        std::set<std::string> names;
+    };
+};
+
+TEST_F(BasicChartTest, ShowsWhatBelongsToTheMode) {
+    struct Row {
+        std::int32_t mode;
+        bool farVoltage, nearVoltage, manual, nearDistance;
+    };
+    const Row rows[] = {{0, false, false, true, true},
+                        {1, true, true, false, true},
+                        {2, true, false, false, false},
+                        {7, false, false, false, true}};
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.mode);
+        Set(ParamDefines::AnalogOutputMode, row.mode);
+        page_.ConfigureBasicTab();
+        EXPECT_EQ(Visible("TextParam(0)"), row.farVoltage);
+        EXPECT_EQ(Visible("LabelParam(0)"), row.farVoltage);
+        EXPECT_EQ(Visible("TextParam(1)"), row.nearVoltage);
+        EXPECT_EQ(Visible("LabelParam(1)"), row.nearVoltage);
+        EXPECT_EQ(Visible("FrameManOutput"), row.manual);
+        EXPECT_EQ(ui_.Enabled("TextParam(3)"), row.nearDistance);
+        EXPECT_FALSE(Visible("LabelRelayDist"));
+    }
+}
+
+TEST_F(BasicChartTest, MovesItsFramesWithTheValues) {
+    Set(ParamDefines::ActualDistance, 36000); // 4920 twips
+    Set(ParamDefines::OutputVoltage, 1000);   // 240 twips
+    page_.UpdateGraph();
+    EXPECT_NEAR(Place("FrameActualDist").left(), (1560 + 4920 - 607.5 + 7) / 15, 1);
+    EXPECT_NEAR(Place("FrameOutputVoltage").top(), (1080 + 240 - 480) / 15.0, 1);
+    EXPECT_NEAR(Place("FrameTarget").left(), (1560 + 4920) / 15.0, 1);
+    EXPECT_NEAR(Place("FrameZentrova").width(), (1560 + 4920 - 600) / 15.0, 1);
+    Set(ParamDefines::EchoReceived, 0);
+    page_.UpdateGraph();
+    EXPECT_FALSE(Visible("FrameTarget"));
+}
+
+TEST_F(BasicChartTest, PaintsItsLinesInTheirColours) {
+    Set(ParamDefines::ActualDistance, 42000);
+    page_.UpdateGraph();
+    EXPECT_EQ(ColourAt(1000, 2160), QColor(0, 0, 255)); // the plateau on the near rail
+    EXPECT_EQ(ColourAt(6000, 240), QColor(0, 0, 255));
+    EXPECT_EQ(ColourAt(1000, 240), QColor(Qt::white));
+    Set(ParamDefines::FarVoltage, 100);
+    Set(ParamDefines::NearVoltage, 900);
+    page_.UpdateGraph();
+    EXPECT_EQ(ColourAt(1000, 2160), QColor(Qt::white)); // flipped
+    EXPECT_EQ(ColourAt(1000, 240), QColor(0, 0, 255));
+}
+
+TEST_F(BasicChartTest, PaintsOnATickOnlyWhatMoved) {
+    for (int tick = 0; tick < 5; ++tick) {
+        page_.UpdateGraph();
+    }
+    EXPECT_EQ(PaintedByATick(), (std::set<std::string>{"FrameZentrova"}));
+    Set(ParamDefines::OutputVoltage, 700);
+    const std::set<std::string> painted = PaintedByATick();
+    EXPECT_EQ(painted.count("FrameGraph"), 1U);
+    EXPECT_EQ(painted.count("FrameTarget"), 0U);
+    EXPECT_EQ(painted.count("TextParam(2)"), 0U);
+}
+
+TEST_F(BasicChartTest, CanBeDraggedByAMarkerWiderThanItsLine) {
+    auto &marker = ui_.Get<QWidget>("PicRelay(0)");
+    EXPECT_EQ(marker.cursor().shape(), Qt::SizeHorCursor);
+    EXPECT_GE(marker.width(), 9);
+    EXPECT_EQ(marker.y(), 7); // 100 twips
+    EXPECT_EQ(marker.height(), 145);
+    const auto dragTo = [&](int x) {
+        QTest::mouseMove(&marker, QPoint(x - marker.x(), 50));
+        Settle();
+    };
+    QTest::mousePress(&marker, Qt::LeftButton, {}, QPoint(1, 50)); // beside the line
+    dragTo(200);
+    EXPECT_TRUE(Visible("LabelRelayDist"));
+    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 1 On Threshold\n137.28\"")); // 3000 twips
+    EXPECT_EQ(zentrova_.ParamValue(56), 6000);
+    dragTo(2000);
+    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 1 On Threshold\n137.28\""));
+    QTest::mouseRelease(&marker, Qt::LeftButton, {}, QPoint(5, 50));
+    EXPECT_EQ(zentrova_.ParamValue(56), 13728);
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+}
+
+TEST_F(BasicChartTest, TellsAThresholdWhenItsMarkerIsHovered) {
+    auto &marker = ui_.Get<QWidget>("PicRelay(2)");
+    EXPECT_EQ(marker.toolTip(), QStringLiteral("Relay 1 Off Threshold"));
+    QTest::mouseMove(&marker, QPoint(3, 30));
+    EXPECT_EQ(marker.toolTip(), QStringLiteral("Relay 1 Off Threshold=72.00\""));
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+    QTest::mousePress(&marker, Qt::RightButton, {}, QPoint(3, 30));
+    QTest::mouseMove(&marker, QPoint(100, 30));
+    QTest::mouseRelease(&marker, Qt::RightButton, {}, QPoint(3, 30));
+    EXPECT_EQ(zentrova_.ParamValue(58), 7200);
+}
+
+TEST_F(BasicChartTest, MovesAFocusedMarkerByTheArrowKeys) {
+    auto &marker = ui_.Get<QWidget>("PicRelay(1)");
+    marker.setFocus(Qt::TabFocusReason);
+    const int before = marker.x();
+    QTest::keyPress(&marker, Qt::Key_Right);
+    QTest::keyPress(&marker, Qt::Key_Right);
+    EXPECT_EQ(marker.x(), before + 2);
+    EXPECT_TRUE(Visible("LabelRelayDist"));
+    EXPECT_EQ(zentrova_.ParamValue(57), 24000);
+    QTest::keyRelease(&marker, Qt::Key_Right);
+    EXPECT_GT(zentrova_.ParamValue(57), 24000);
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+    QTest::keyPress(&marker, Qt::Key_Left);
+    const std::int32_t written = zentrova_.ParamValue(57);
+    ui_.Get<QWidget>("PicRelay(3)").setFocus(); // with the key still down
+    EXPECT_LT(zentrova_.ParamValue(57), written);
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+}
+
+// Typing. --------------------------------------------------------------------------------------------
+
+class BasicEntryTest : public BasicChartTest {
+protected:
+    QLineEdit &Focus(int index) {
+        auto &box = dynamic_cast<QLineEdit &>(Member("TextParam", index));
+        box.setFocus(Qt::TabFocusReason);
+        EXPECT_EQ(box.selectedText(), box.text());
+        return box;
+    }
+};
+
+TEST_F(BasicEntryTest, OpensTheEditorOverTheBoxWithTheDigitThatWasPressed) {
+    for (const auto modifier : {Qt::NoModifier, Qt::KeypadModifier}) {
+        for (int digit = 0; digit <= 9; ++digit) {
+            QLineEdit &box = Focus(4);
+            QTest::keyClick(&box, static_cast<Qt::Key>(Qt::Key_0 + digit), modifier);
+            EXPECT_TRUE(text1_.isVisible());
+            EXPECT_TRUE(text1_.hasFocus());
+            EXPECT_EQ(text1_.text(), QString::number(digit));
+            EXPECT_EQ(text1_.property("Tag").toString(), QStringLiteral("29"));
+            EXPECT_EQ(text1_.geometry(), QRect(box.mapTo(&window_, QPoint()), box.size()));
+            QTest::keyClick(&text1_, Qt::Key_Escape);
+            EXPECT_FALSE(text1_.isVisible());
+            EXPECT_TRUE(box.hasFocus());
+        }
+    }
+    EXPECT_EQ(zentrova_.ParamValue(29), 36000);
+}
+
+TEST_F(BasicEntryTest, OpensTheEditorWithTheWholeTextByTheCursorKeys) {
+    for (const auto key : {Qt::Key_Left, Qt::Key_Right}) {
+        QTest::keyClick(&Focus(3), key);
+        EXPECT_TRUE(text1_.isVisible());
+        EXPECT_EQ(text1_.selectedText(), QStringLiteral("12.00\""));
+        QTest::keyClick(&text1_, Qt::Key_Escape);
+    }
+}
+
+TEST_F(BasicEntryTest, StaysHiddenForAnyOtherKey) {
+    for (const auto key :
+         {Qt::Key_A, Qt::Key_Minus, Qt::Key_Up, Qt::Key_F2, Qt::Key_Delete, Qt::Key_Period}) {
+        QLineEdit &box = Focus(3);
+        QTest::keyClick(&box, key);
+        EXPECT_FALSE(text1_.isVisible());
+        EXPECT_EQ(box.text(), QStringLiteral("12.00\""));
+        EXPECT_EQ(text1_.property("Tag").toString(), QStringLiteral("28"));
+    }
+}
+
+TEST_F(BasicEntryTest, OpensTheEditorInTheMovingFrameToo) {
+    Set(ParamDefines::AnalogOutputMode, 0);
+    page_.ConfigureBasicTab();
+    page_.UpdateGraph();
+    QLineEdit &box = Focus(8);
+    QTest::keyClick(&box, Qt::Key_1);
+    EXPECT_EQ(text1_.geometry(), QRect(box.mapTo(&window_, QPoint()), box.size()));
+    QTest::keyClicks(&text1_, QStringLiteral("24"));
+    QTest::keyClick(&text1_, Qt::Key_Return);
+    EXPECT_EQ(zentrova_.ParamValue(40), 124);
+    EXPECT_FALSE(text1_.isVisible());
+}
+
+TEST_F(BasicEntryTest, KeepsTheEditorOnARefusedValue) {
+    QLineEdit &box = Focus(3);
+    QTest::keyClick(&box, Qt::Key_3);
+    dialogs_.ExpectNotice(QStringLiteral("Please enter a value between 6.00\" and 420.00\""), BoxIcon::None,
+                          QString());
+    QTest::keyClick(&text1_, Qt::Key_Return);
+    EXPECT_TRUE(text1_.isVisible());
+    EXPECT_EQ(text1_.selectedText(), QStringLiteral("3"));
+    dialogs_.ExpectNotice(QStringLiteral("Please enter a value between 6.00\" and 420.00\""), BoxIcon::None,
+                          QString());
+    QTest::mouseClick(&Member("TextParam", 4), Qt::LeftButton);
+    Settle();
+    EXPECT_TRUE(text1_.hasFocus());
+    QTest::keyClicks(&text1_, QStringLiteral("20"));
+    QTest::mouseClick(&Member("TextParam", 4), Qt::LeftButton);
+    Settle();
+    EXPECT_FALSE(text1_.isVisible());
+    EXPECT_EQ(zentrova_.ParamValue(28), 2000);
+    EXPECT_TRUE(Member("TextParam", 4).hasFocus());
+    EXPECT_EQ(box.text(), QStringLiteral("12.00\"")); // until the next refresh
+}
+
+TEST_F(BasicEntryTest, TakesTheBoxsPlaceInTheTabOrder) {
+    QTest::keyClick(&Focus(2), Qt::Key_7);
+    QTest::keyClick(&text1_, Qt::Key_Tab);
+    Settle();
+    EXPECT_FALSE(text1_.isVisible());
+    EXPECT_EQ(zentrova_.ParamValue(24), 700);
+    EXPECT_TRUE(Member("TextParam", 3).hasFocus());
+}
+
+TEST_F(BasicEntryTest, LetsAnEmptyTextGo) {
+    QTest::keyClick(&Focus(2), Qt::Key_7);
+    QTest::keyClick(&text1_, Qt::Key_Backspace);
+    QTest::keyClick(&text1_, Qt::Key_Tab);
+    Settle();
+    EXPECT_FALSE(text1_.isVisible());
+    EXPECT_EQ(zentrova_.ParamValue(24), 600);
+}
+
+TEST_F(BasicEntryTest, SaysWhenABoxIsLeft) {
+    int left = 0;
+    Focus(2);
+    QObject::connect(&page_, &BasicPage::ValueBoxLeft, [&left] { ++left; });
+    Focus(3);
+    EXPECT_EQ(left, 1);
+}
+
+TEST_F(BasicEntryTest, KeepsTheSelectionOfAFocusedBoxThatDoesNotChange) {
+    QLineEdit &box = Focus(2);
+    page_.UpdateDisplay();
+    EXPECT_EQ(box.selectedText(), QStringLiteral("6.00\""));
 }

@@ -1,0 +1,51 @@
+#include "tabs/ui/DrawnFrame.h"
+
+#include "tabs/ui/DrawingPainter.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+namespace {
+
+constexpr double penMargin = 2; // pixels that a line may reach beyond its coordinates
+
+} // namespace
+
+DrawnFrame::DrawnFrame(const BasicDrawing &drawing, Drawing::ControlId id, QWidget *parent)
+    : QFrame(parent),
+      drawing_(drawing),
+      id_(id) {
+    if (drawing.At(id).border) {
+        setFrameShape(QFrame::StyledPanel);
+        setFrameShadow(QFrame::Sunken);
+        setBackgroundRole(QPalette::Base);
+    }
+    setAttribute(Qt::WA_OpaquePaintEvent); // so that what is behind it isn't painted on each tick
+}
+
+void DrawnFrame::UpdateArea(const DrawingChanges::Area &area) {
+    const QRectF place(QPointF(DrawingPainter::ToPixels(area.left), DrawingPainter::ToPixels(area.top)),
+                       QPointF(DrawingPainter::ToPixels(area.right), DrawingPainter::ToPixels(area.bottom)));
+    update(place.adjusted(-penMargin, -penMargin, penMargin, penMargin).toAlignedRect());
+}
+
+void DrawnFrame::paintEvent(QPaintEvent *event) {
+    QPainter painter(this);
+    for (const QRect &exposed : event->region()) {
+        painter.fillRect(exposed, palette().color(backgroundRole()));
+    }
+    drawFrame(&painter);
+    for (const Drawing::Shape &shape : BasicDrawing::Shapes()) {
+        if (shape.parent == id_) {
+            DrawingPainter::PaintShape(painter, shape, palette());
+        }
+    }
+    for (const Drawing::Line &line : drawing_.Lines()) {
+        if (line.visible && line.parent == id_) {
+            DrawingPainter::PaintLine(painter, line, palette());
+        }
+    }
+    if (drawing_.LineHyperbolic().front().parent == id_) {
+        DrawingPainter::PaintCurve(painter, drawing_.LineHyperbolic(), palette());
+    }
+}

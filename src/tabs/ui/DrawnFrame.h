@@ -1,0 +1,25 @@
+#pragma once
+
+#include "tabs/BasicDrawing.h"
+#include "tabs/DrawingChanges.h"
+
+#include <QFrame>
+
+// A frame of the Basic tab, with the lines and shapes that stand in it.
+class DrawnFrame : public QFrame {
+    Q_OBJECT
+
+public:
+    // The drawing must outlive this.
+    DrawnFrame(const BasicDrawing &drawing, Drawing::ControlId id, QWidget *parent);
+
+    // Has an area of it painted again.
+    void UpdateArea(const DrawingChanges::Area &area);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    const BasicDrawing &drawing_;
+    Drawing::ControlId id_;
+};
