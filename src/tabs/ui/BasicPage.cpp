@@ -37,6 +37,11 @@ QString TagToolTip(std::int16_t tag) {
     return QStringLiteral("Tag=%1").arg(tag);
 }
 
+// A value that moves with its cursor, over whatever is there.
+bool IsReading(ControlId id) {
+    return id == FrameActualDist || id == FrameOutputVoltage || id == FrameManOutput;
+}
+
 bool IsTextParam(ControlId id) {
     return id >= TextParam && id < LabelParam;
 }
@@ -79,7 +84,7 @@ void BasicPage::Keep(ControlId id, QWidget *widget) {
 void BasicPage::BuildFrames() {
     for (const ControlId id : {FrameGraphGroup, FrameGraph, FrameOutputVoltage, FrameManOutput,
                                FrameActualDist, FrameRange, FrameTransducer, FrameZentrova, FrameTarget}) {
-        auto *frame = new DrawnFrame(drawing_, id, ParentOf(id));
+        auto *frame = new DrawnFrame(drawing_, id, !IsReading(id), ParentOf(id));
         Keep(id, Controls::Named(frame, Drawing::ToString(drawing_.At(id).name)));
     }
 }

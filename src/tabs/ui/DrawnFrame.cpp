@@ -11,16 +11,17 @@ constexpr double penMargin = 2; // pixels that a line may reach beyond its coord
 
 } // namespace
 
-DrawnFrame::DrawnFrame(const BasicDrawing &drawing, Drawing::ControlId id, QWidget *parent)
+DrawnFrame::DrawnFrame(const BasicDrawing &drawing, Drawing::ControlId id, bool opaque, QWidget *parent)
     : QFrame(parent),
       drawing_(drawing),
-      id_(id) {
+      id_(id),
+      opaque_(opaque) {
     if (drawing.At(id).border) {
         setFrameShape(QFrame::StyledPanel);
         setFrameShadow(QFrame::Sunken);
         setBackgroundRole(QPalette::Base);
     }
-    setAttribute(Qt::WA_OpaquePaintEvent); // so that what is behind it isn't painted on each tick
+    setAttribute(Qt::WA_OpaquePaintEvent, opaque);
 }
 
 void DrawnFrame::UpdateArea(const DrawingChanges::Area &area) {
@@ -31,8 +32,10 @@ void DrawnFrame::UpdateArea(const DrawingChanges::Area &area) {
 
 void DrawnFrame::paintEvent(QPaintEvent *event) {
     QPainter painter(this);
-    for (const QRect &exposed : event->region()) {
-        painter.fillRect(exposed, palette().color(backgroundRole()));
+    if (opaque_) {
+        for (const QRect &exposed : event->region()) {
+            painter.fillRect(exposed, palette().color(backgroundRole()));
+        }
     }
     drawFrame(&painter);
     for (const Drawing::Shape &shape : BasicDrawing::Shapes()) {

@@ -10,8 +10,9 @@ class DrawnFrame : public QFrame {
     Q_OBJECT
 
 public:
-    // The drawing must outlive this.
-    DrawnFrame(const BasicDrawing &drawing, Drawing::ControlId id, QWidget *parent);
+    // The drawing must outlive this. An opaque one paints its own background, so that what is behind it isn't
+    // painted on each tick.
+    DrawnFrame(const BasicDrawing &drawing, Drawing::ControlId id, bool opaque, QWidget *parent);
 
     // Has an area of it painted again.
     void UpdateArea(const DrawingChanges::Area &area);
@@ -22,4 +23,5 @@ protected:
 private:
     const BasicDrawing &drawing_;
     Drawing::ControlId id_;
+    bool opaque_;
 };
