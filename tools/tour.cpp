@@ -15,6 +15,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -61,6 +63,7 @@ public:
         }
         CommsPicture(QStringLiteral("communications-online"));
         strip->setCurrentIndex(Tab::Basic - 1);
+        EditingPictures();
         for (const std::int32_t mode : {ParamDefines::ManualMode, ParamDefines::HyperbolicMode}) {
             form_.Zentrova().ParamValue(ParamDefines::AnalogOutputMode, mode);
             form_.ConfigureBasicTab();
@@ -116,6 +119,31 @@ private:
         ok_ = ok_ && results->topLevelItemCount() == 1;
         search.close();
         form_.SetMbaxp1CommProperties(form_.CommPort(), form_.BaudRate(), form_.ParityStop(), 0);
+    }
+
+    // A threshold that is being dragged, and a value that is being typed.
+    void EditingPictures() {
+        auto *marker = form_.findChild<QWidget *>(QStringLiteral("PicRelay(0)"));
+        const auto mouse = [&](QEvent::Type type, int x, Qt::MouseButtons buttons) {
+            const QPointF place(x - marker->x(), marker->height() / 2.0);
+            QMouseEvent event(type, place, marker->mapToGlobal(place), Qt::LeftButton, buttons,
+                              Qt::NoModifier);
+            QCoreApplication::sendEvent(marker, &event);
+        };
+        mouse(QEvent::MouseButtonPress, marker->x() + 5, Qt::LeftButton);
+        mouse(QEvent::MouseMove, 290, Qt::LeftButton);
+        Picture(form_, QStringLiteral("basic-drag"));
+        mouse(QEvent::MouseButtonRelease, 290, Qt::NoButton);
+
+        auto *box = form_.findChild<QWidget *>(QStringLiteral("TextParam(4)"));
+        box->setFocus();
+        for (const int key : {Qt::Key_3, Qt::Key_5}) {
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QChar(key));
+            QCoreApplication::sendEvent(form_.focusWidget(), &press);
+        }
+        Picture(form_, QStringLiteral("basic-entry"));
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QCoreApplication::sendEvent(form_.focusWidget(), &escape);
     }
 
     void Picture(QWidget &widget, const QString &name) {
