@@ -12,6 +12,10 @@ constexpr qint64 largestFile = 8 << 20; // bytes
 constexpr int stepsPerCheck = 1000;     // of the engine
 constexpr int mostChecks = 10000;
 
+// What takes the engine a time that grows with the square of its number, before a statement runs.
+constexpr int longestStatement = 8192; // of ours, and of the file's for its tables
+constexpr int mostSchemaEntries = 100;
+
 Fault DatabaseFault(const QString &where, const QString &message) {
     return Fault(Fault::Kind::Database, QStringLiteral("%1: %2.").arg(where, message));
 }
@@ -115,12 +119,17 @@ ReadOnlyDatabase::ReadOnlyDatabase(const QString &fileName)
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
     sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 1 << 20);
+    sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, longestStatement);
     sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
 }
 
 // A plain table keeps what was stored and nothing else: no view or virtual table, whose reading runs code; no
 // generated column, which makes as much as it likes of a few bytes; records in the order of their row ids.
 void ReadOnlyDatabase::RequirePlainTable(const char *table) {
+    SQLite::Statement entries(database_, "SELECT count(*) FROM sqlite_schema");
+    if (!entries.executeStep() || entries.getColumn(0).getInt64() > mostSchemaEntries) {
+        throw Failure(QStringLiteral("there are too many tables"));
+    }
     SQLite::Statement kind(
         database_,
         "SELECT type, wr FROM pragma_table_list WHERE schema = 'main' AND name = ? COLLATE NOCASE");

@@ -12,6 +12,7 @@
 #include "tests/support/TestPresets.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -345,7 +346,10 @@ TEST_F(SettingsFileTest, DoesNothingForAHostileFileButSaySo) {
         const bool comparable = QFileInfo(file).isFile() && QFileInfo(file).size() < 10'000'000;
         const QByteArray content = comparable ? ReadFile(file) : QByteArray();
         dialogs_.ExpectTextWith(line.section(u'\t', 1), BoxIcon::None, QString());
+        QElapsedTimer clock;
+        clock.start();
         EXPECT_EQ(zentrova_.OpenFile(file, dialogs_), FileOpened::Failed);
+        EXPECT_LT(clock.elapsed(), 5000);
         EXPECT_TRUE(dialogs_.AllCame());
         if (comparable) {
             EXPECT_TRUE(ReadFile(file) == content);

@@ -143,7 +143,38 @@ tell("giant.ztv", "the file is too large")
 tables = sqlite3.connect(FOLDER / "many-tables.ztv")
 tables.executescript("BEGIN;" + "".join(f"CREATE TABLE T{n} (x);" for n in range(1500)) + "COMMIT")
 tables.close()
-tell("many-tables.ztv", "there is no table Settings")
+tell("many-tables.ztv", "there are too many tables")
+def schema(name, rows, message):
+    """Rows that no statement would make, straight into the schema of a good file."""
+    path = FOLDER / name
+    path.write_bytes(good)
+    database = sqlite3.connect(path)
+    page = settings // PAGE + 1
+    database.execute("PRAGMA writable_schema = 1")
+    database.executemany(
+        "INSERT INTO sqlite_schema VALUES (?, ?, ?, ?, ?)",
+        [(kind, title, title, page if kind == "table" else 0, text) for kind, title, text in rows],
+    )
+    database.commit()
+    database.close()
+    tell(name, message)
+
+
+# Each takes the engine a time that grows with the square of its length, before any statement runs.
+schema(
+    "crowd-of-tables.ztv",
+    [("view", "v", "CREATE VIEW v AS SELECT 1 FROM nowhere")]
+    + [("table", f"t{n}", f"CREATE TABLE t{n}(a)") for n in range(60000)],
+    "there are too many tables",
+)
+columns = [f"c{n}" for n in range(300)]
+pairs = [f"UNIQUE({a},{b})" for a in columns for b in columns if a != b][:58000]
+schema(
+    "crowd-of-constraints.ztv",
+    [("table", "x", f"CREATE TABLE x({','.join(columns + pairs)})")],
+    "table Settings:",
+)
+
 os.mkfifo(FOLDER / "pipe.ztv")
 tell("pipe.ztv", "this isn't a file")
 (FOLDER / "folder.ztv").mkdir()
