@@ -113,7 +113,11 @@ void FormMain::PlaceWindow() {
     setMinimumSize(Controls::FromTwips(0, 0, leastWidth, leastHeight).size());
     const WindowPlace place = ReadWindowPlace(surroundings_.settings);
     const QRect wanted = Controls::FromTwips(place.left, place.top, place.width, place.height);
-    resize(wanted.size());
+    QRect desktop;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        desktop |= screen->geometry();
+    }
+    resize(wanted.size().boundedTo(2 * desktop.size())); // none can be painted that is far larger
     const QRect title(wanted.topLeft(), QSize(wanted.width(), titleBarAllowance));
     bool withinReach = false;
     for (const QScreen *screen : QGuiApplication::screens()) {
@@ -235,6 +239,9 @@ void FormMain::ConnectCommands() {
         .setText(MakerAddress(surroundings_.settings)
                      .toString(QUrl::RemoveScheme | QUrl::StripTrailingSlash)
                      .mid(2));
+    // The click toggles the mark; only the link's state may set it, whatever becomes of the work.
+    connect(&commands_->Menu("mnuOnline"), &QAction::triggered, this,
+            [this] { commands_->Menu("mnuOnline").setChecked(online_); });
     connect(tabStrip1_, &QTabWidget::currentChanged, this, &FormMain::SelectTab);
 }
 
@@ -299,8 +306,6 @@ void FormMain::ShowLinkState(bool online) {
 }
 
 void FormMain::ToggleOnline() {
-    // The click has toggled the mark already; only the link's state may set it.
-    commands_->Menu("mnuOnline").setChecked(online_);
     if (online_) {
         GoOffline();
     } else {

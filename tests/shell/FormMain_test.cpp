@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QProgressBar>
+#include <QScreen>
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
@@ -188,6 +189,26 @@ TEST_F(FormMainTest, LeavesTheOnlineMarkWhenTheConnectIsCancelled) {
     WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Cancel"); });
     Ui().Choose("mnuOnline");
     EXPECT_FALSE(Ui().Get<QAction>("mnuOnline").isChecked());
+}
+
+TEST_F(FormMainTest, LeavesTheOnlineMarkWhereADialogComesFirst) {
+    Start();
+    WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Cancel"); });
+    Ui().Get<QAction>("Toolbar1(Online)").trigger();
+    Ui().Get<QAction>("mnuOnline").trigger();
+    EXPECT_FALSE(WaitUntil([] { return false; }, 200));
+    EXPECT_FALSE(form_->Link().PortIsOpen());
+    EXPECT_FALSE(Ui().Get<QAction>("mnuOnline").isChecked());
+}
+
+TEST_F(FormMainTest, ComesBackNotFarLargerThanTheScreens) {
+    settings_.Write(QStringLiteral("Startup"), QStringLiteral("Height"), QStringLiteral("900000"));
+    settings_.Write(QStringLiteral("Startup"), QStringLiteral("Width"), QStringLiteral("900000"));
+    Start();
+    EXPECT_TRUE(WaitUntil([this] { return form_->isVisible(); }));
+    const QSize screen = 2 * form_->screen()->virtualSize();
+    EXPECT_LE(form_->width(), std::max(screen.width(), form_->minimumWidth()));
+    EXPECT_LE(form_->height(), std::max(screen.height(), form_->minimumHeight()));
 }
 
 TEST_F(FormMainTest, AsksOnceForTwoQuickClicks) {
