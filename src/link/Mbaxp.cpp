@@ -189,13 +189,18 @@ void Mbaxp::TriggerOnce(std::int16_t number) {
         return;
     }
     Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
-    if (!transaction.once) {
+    if (!WaitsForItsOneRun(number)) {
         transaction.once = true;
         onceQueue_.push_back(number);
         if (current_ < 0) {
             PostStart();
         }
     }
+}
+
+// One that is on the line already doesn't: its request may be older than its definition.
+bool Mbaxp::WaitsForItsOneRun(int number) const {
+    return std::find(onceQueue_.begin(), onceQueue_.end(), number) != onceQueue_.end();
 }
 
 bool Mbaxp::TransactionBusy(std::int16_t number) const {
@@ -483,7 +488,7 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
     current_ = -1;
     if (currentIsOnce_) {
-        transaction.once = false;
+        transaction.once = WaitsForItsOneRun(number);
     }
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
     if (done) {

@@ -123,6 +123,7 @@ private:
     bool Define(std::int16_t number, std::uint8_t function, std::int32_t slave, std::int32_t address,
                 std::int32_t quantity, int mostRegisters, std::int32_t periodMs);
     bool CanRun(std::int16_t number);
+    bool WaitsForItsOneRun(int number) const;
     bool Refuse(std::int16_t status);
     LineSettings LineSettingsInForce() const;
     qint64 LineTimeUs(qsizetype bytes) const;

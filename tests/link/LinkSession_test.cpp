@@ -503,6 +503,31 @@ TEST_F(LinkSessionTest, ADownloadIsDoneOnceAlone) {
     }
 }
 
+TEST_F(LinkSessionTest, ADownloadThatIsAskedForDuringAnotherFollowsIt) {
+    StartProbing();
+    session_.Mbaxp1().StopCyclic(LinkTransaction::AddressingProbe);
+    line_.Answer(std::vector<ScriptedLine::Chunk>{{WithCrc("01 10 00 01 00 5F"), 60}});
+    line_.Answer(WithCrc("01 10 00 01 00 5F"));
+    line_.AnswerAlways(PollReply());
+    dialogs_.Expect(QStringLiteral("Parameters downloaded successfully!"), BoxIcon::Exclamation,
+                    BoxButtons::Ok, BoxAnswer::Ok,
+                    [this] { EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); })); });
+    dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
+    const auto download = [this](std::int32_t value) {
+        session_.DefineDownload();
+        session_.DownloadValue(1, value);
+        session_.StartDownload();
+    };
+    download(0x11);
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() == 2; }));
+    download(0x22);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    ASSERT_GE(line_.Requests().size(), 3U);
+    EXPECT_EQ(line_.Requests()[1].mid(7, 2), Hex("00 11"));
+    EXPECT_EQ(line_.Requests()[2].mid(7, 2), Hex("00 22"));
+    session_.GoOffline();
+}
+
 TEST_F(LinkSessionTest, ALinkThatIsClosedBehindTheBoxStaysClosed) {
     session_.GoOnline(1);
     dialogs_.Expect(QStringLiteral("Parameters downloaded successfully!"), BoxIcon::Exclamation,
