@@ -25,6 +25,15 @@ QString DeviceOfEnvironment([[maybe_unused]] std::int16_t number) {
 #endif
 }
 
+// As DeviceOfPort names it.
+QString DeviceOf(const QSerialPortInfo &port) {
+#ifdef Q_OS_WIN
+    return port.portName(); // the location is a path in front of it
+#else
+    return port.systemLocation();
+#endif
+}
+
 } // namespace
 
 namespace SerialPorts {
@@ -80,8 +89,8 @@ QStringList AvailableDevices(const QString &byIdFolder) {
         }
     }
     for (const QSerialPortInfo &port : QSerialPortInfo::availablePorts()) {
-        if (!targets.contains(port.systemLocation())) {
-            devices.append(port.systemLocation());
+        if (!targets.contains(DeviceOf(port))) {
+            devices.append(DeviceOf(port));
         }
     }
     return devices;

@@ -47,6 +47,9 @@ void ResultsList::paintEvent(QPaintEvent *event) {
 
 void ResultsList::keyPressEvent(QKeyEvent *event) {
     QTreeWidget::keyPressEvent(event);
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        event->accept(); // or it would press the dialog's default button, which starts anew
+    }
     if (MovesTheRow(event->key()) && currentItem() != nullptr) {
         currentItem()->setSelected(true);
     }

@@ -187,6 +187,23 @@ TEST_F(FormSearchTest, EnablesTheRangeByItsOption) {
     EXPECT_TRUE(WaitUntil([this] { return !Box(0).isEnabled() && !Box(1).isEnabled(); }));
 }
 
+TEST_F(FormSearchTest, OffersNoHelpUntilThereIsSome) {
+    EXPECT_FALSE(Ui().Enabled("CommandHelp"));
+}
+
+TEST_F(FormSearchTest, KeepsTheResultsWhenEnterIsPressedOnOne) {
+    FindTwo();
+    Results().setFocus();
+    QTest::keyClick(&Results(), Qt::Key_Down);
+    EXPECT_TRUE(Use().isChecked());
+    const std::size_t requests = line_.Requests().size();
+    QTest::keyClick(&Results(), Qt::Key_Return);
+    EXPECT_FALSE(WaitUntil([&] { return line_.Requests().size() > requests; }, 100));
+    EXPECT_EQ(Results().topLevelItemCount(), 2);
+}
+
+// The range. -----------------------------------------------------------------------------------------
+
 TEST_F(FormSearchTest, RefusesToLeaveABoxThatHoldsNoAddress) {
     ChooseRange("1", "247");
     for (const int index : {0, 1}) {
