@@ -77,7 +77,9 @@ std::optional<QString> QtDialogs::AskForFile(const FileQuestion &question, QFile
     }
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(filters.value(static_cast<qsizetype>(question.preselectedFilter)));
-    dialog.setDefaultSuffix(question.defaultSuffix);
+    if (saves) { // a file that is there is opened by the name that it has
+        dialog.setDefaultSuffix(question.defaultSuffix);
+    }
     const QFileInfo suggestion(question.suggestion);
     if (!question.suggestion.isEmpty() && !suggestion.isDir()) {
         dialog.setDirectory(suggestion.absolutePath());

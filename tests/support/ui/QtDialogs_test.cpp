@@ -83,6 +83,12 @@ TEST_F(QtDialogsTest, OpensOnlyAFileThatIsThere) {
               QDir::toNativeSeparators(folder_.filePath(QStringLiteral("a.ztv"))));
 }
 
+TEST_F(QtDialogsTest, OpensAFileWhoseNameHasNoSuffix) {
+    WhenDialogOpens([](QWidget &dialog) { Type(dialog, "none"); });
+    EXPECT_EQ(dialogs_.OpenFileDialog(Question()),
+              QDir::toNativeSeparators(folder_.filePath(QStringLiteral("none"))));
+}
+
 TEST_F(QtDialogsTest, GivesANameWithoutASuffixOne) {
     WhenDialogOpens([](QWidget &dialog) { Type(dialog, "left"); });
     EXPECT_EQ(dialogs_.SaveFileDialog(Question()),
