@@ -13,7 +13,7 @@ constexpr int stepsPerCheck = 1000;     // of the engine
 constexpr int mostChecks = 10000;
 
 // What takes the engine a time that grows with the square of its number, before a statement runs.
-constexpr int longestStatement = 8192; // of ours, and of the file's for its tables
+constexpr int longestStatement = 1024; // of ours, and of the file's for its tables
 constexpr int mostSchemaEntries = 100;
 
 Fault DatabaseFault(const QString &where, const QString &message) {
