@@ -1,5 +1,6 @@
 #include "model/ReadOnlyDatabase.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QUrl>
 #include <sqlite3.h>
@@ -29,6 +30,23 @@ std::string AddressOf(const QFileInfo &file) {
     return "file://" + path.toStdString() + "?immutable=1";
 }
 
+// The tables of such a file are told in a part of its first page. The engine would read any number of them
+// before it could be asked how many there are.
+bool DescribesItselfInOnePage(const QString &fileName) {
+    constexpr int pageSizeAt = 16;
+    constexpr int schemaKindAt = 100;
+    constexpr char leaf = 0x0D;
+    QFile file(fileName);
+    if (!file.open(QFile::ReadOnly)) {
+        return true; // the engine says why
+    }
+    const QByteArray head = file.read(schemaKindAt + 1);
+    const bool isDatabase = head.size() > schemaKindAt && head.startsWith("SQLite format 3");
+    const bool largePages = isDatabase && (static_cast<unsigned char>(head[pageSizeAt]) > 0x10 ||
+                                           head[pageSizeAt] == 0); // 65536 reads as 1
+    return !isDatabase || (head[schemaKindAt] == leaf && !largePages);
+}
+
 SQLite::Database Open(const QString &fileName) {
     const QFileInfo file(fileName);
     if (!file.exists()) {
@@ -39,6 +57,9 @@ SQLite::Database Open(const QString &fileName) {
     }
     if (file.size() > largestFile) {
         throw DatabaseFault(fileName, QStringLiteral("the file is too large"));
+    }
+    if (!DescribesItselfInOnePage(fileName)) {
+        throw DatabaseFault(fileName, QStringLiteral("there are too many tables"));
     }
     try {
         return SQLite::Database(AddressOf(file), SQLite::OPEN_READONLY | SQLite::OPEN_URI);

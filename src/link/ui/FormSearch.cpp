@@ -246,6 +246,9 @@ void FormSearch::ConnectControls() {
     connect(commandStart_, &QPushButton::clicked, this, &FormSearch::Start);
     connect(commandStop_, &QPushButton::clicked, &search_, &DeviceSearch::Stop);
     connect(commandClose_, &QPushButton::clicked, this, &FormSearch::reject);
+    // Enter on what was picked mustn't start a search that clears it.
+    connect(checkUseSelectedCommSettings_, &QCheckBox::toggled, this,
+            [this](bool picked) { (picked ? commandClose_ : commandStart_)->setDefault(true); });
     connect(listViewResults_, &QTreeWidget::itemSelectionChanged, this, &FormSearch::FollowSelection);
     connect(listViewResults_, &QTreeWidget::itemClicked, this, &FormSearch::UseSelected);
 }

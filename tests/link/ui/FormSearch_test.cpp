@@ -202,6 +202,15 @@ TEST_F(FormSearchTest, KeepsTheResultsWhenEnterIsPressedOnOne) {
     EXPECT_EQ(Results().topLevelItemCount(), 2);
 }
 
+TEST_F(FormSearchTest, ClosesWithThePickAtEnterOnItsMark) {
+    FindTwo();
+    Results().setCurrentItem(Results().topLevelItem(1));
+    Use().setFocus();
+    QTest::keyClick(&Use(), Qt::Key_Return);
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_TRUE(form_->Used().has_value());
+}
+
 // The range. -----------------------------------------------------------------------------------------
 
 TEST_F(FormSearchTest, RefusesToLeaveABoxThatHoldsNoAddress) {
