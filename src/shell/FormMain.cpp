@@ -10,6 +10,7 @@
 #include "support/PathFunctions.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/BasicPage.h"
+#include "tabs/ui/CheckoutPage.h"
 #include "tabs/ui/DistancePage.h"
 #include "tabs/ui/WizardPage.h"
 #include "ui/Controls.h"
@@ -167,11 +168,12 @@ void FormMain::BuildControls() {
 
 void FormMain::BuildPages() {
     QWidget *central = centralWidget();
-    tabFrames_[Tab::Basic] = new BasicPage(*zentrova_, central);
+    auto *basic = new BasicPage(*zentrova_, central);
+    tabFrames_[Tab::Basic] = basic;
     tabFrames_[Tab::Advanced] = new TabPage(Tab::Advanced, central);
     tabFrames_[Tab::Wizard] = new WizardPage(central);
     tabFrames_[Tab::Distance] = new DistancePage(*zentrova_, central);
-    tabFrames_[Tab::Checkout] = new TabPage(Tab::Checkout, central);
+    tabFrames_[Tab::Checkout] = new CheckoutPage(*zentrova_, basic->TextParam(8), central);
     for (const Tab::Description &tab : Tab::Table) {
         TabPage *page = tabFrames_[static_cast<std::size_t>(tab.number)];
         page->move(
@@ -320,6 +322,7 @@ void FormMain::SelectTab(int stripIndex) {
     }
     currentTab_ = selected.number;
     LayOut();
+    tabFrames_[static_cast<std::size_t>(selected.number)]->Entered();
     UpdateDisplay();
 }
 

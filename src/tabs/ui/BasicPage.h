@@ -16,6 +16,9 @@ public:
 
     void UpdateDisplay() override;
 
+    // A value box by its index; its property "Tag" is the parameter that it shows.
+    QLineEdit &TextParam(std::size_t index) const { return *textParams_.at(index); }
+
 private:
     void ChooseFonts();
     void AddField(int index, QWidget *home);
