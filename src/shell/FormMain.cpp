@@ -10,6 +10,7 @@
 #include "support/PathFunctions.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/BasicPage.h"
+#include "tabs/ui/CheckoutPage.h"
 #include "tabs/ui/DistancePage.h"
 #include "tabs/ui/TextBoxEntry.h"
 #include "tabs/ui/WizardPage.h"
@@ -195,7 +196,7 @@ void FormMain::BuildPages() {
     tabFrames_[Tab::Advanced] = new TabPage(Tab::Advanced, central);
     tabFrames_[Tab::Wizard] = new WizardPage(central);
     tabFrames_[Tab::Distance] = new DistancePage(*zentrova_, central);
-    tabFrames_[Tab::Checkout] = new TabPage(Tab::Checkout, central);
+    tabFrames_[Tab::Checkout] = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
     for (const Tab::Description &tab : Tab::Table) {
         TabPage *page = tabFrames_[static_cast<std::size_t>(tab.number)];
         page->move(
@@ -368,6 +369,7 @@ void FormMain::SelectTab(int stripIndex) {
     } else {
         timer1_->stop();
     }
+    tabFrames_[static_cast<std::size_t>(selected.number)]->Entered();
     ConfigureBasicTab();
     UpdateDisplay();
 }
@@ -385,7 +387,8 @@ void FormMain::resizeEvent(QResizeEvent *event) {
     LayOut();
 }
 
-// What the pages paint has the background of the strip, so that it needn't be painted from there on each tick.
+// What the pages paint has the background of the strip, so that it needn't be painted from there on each
+// tick.
 void FormMain::ColourPages() {
     constexpr int sample = 3;
     QPixmap behind(sample, sample);

@@ -27,6 +27,9 @@ public:
     void PositionRelayMarkers();
     void UpdateGraph();
 
+    // A member of TextParam; its property "Tag" is the parameter that it shows.
+    QLineEdit &ValueBox(std::size_t index) const { return *textParams_.at(index); }
+
 Q_SIGNALS:
     void ValueBoxLeft(); // one of TextParam has lost the focus
 

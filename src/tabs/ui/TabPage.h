@@ -10,6 +10,9 @@ public:
     // The member `number` of the pages' array.
     TabPage(int number, QWidget *parent);
 
+    // The user has changed to this page. It may write parameters, which turns the event loop.
+    virtual void Entered() {}
+
     // Copies the parameter table onto the page. Called for the page that shows only.
     virtual void UpdateDisplay() {}
 };

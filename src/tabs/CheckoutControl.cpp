@@ -1,0 +1,80 @@
+#include "tabs/CheckoutControl.h"
+
+#include "model/Element.h"
+#include "model/ParamDefines.h"
+#include "support/Numbers.h"
+
+#include <QScopeGuard>
+
+namespace {
+
+constexpr int lastOption = static_cast<int>(CheckoutOptions::AnalogOut.size()) - 1;
+
+} // namespace
+
+CheckoutControl::CheckoutControl(ClassZentrova &zentrova, QObject *parent)
+    : QObject(parent),
+      zentrova_(zentrova) {}
+
+QString CheckoutControl::NextTag(const QString &tag) {
+    const int next = ToInt16(ToNumber(tag)) + 1;
+    return QString::number(next > lastOption ? 0 : next);
+}
+
+void CheckoutControl::SetAnalogOut(int index) {
+    const bool isForced = index >= 0 && index < CheckoutOptions::FollowsDistance;
+    Add(CheckoutOptions::AnalogOut[static_cast<std::size_t>(isForced ? index
+                                                                     : CheckoutOptions::FollowsDistance)]);
+}
+
+void CheckoutControl::SetRange(int index) {
+    Add(Element(CheckoutOptions::Range, index, "OptionRange"));
+}
+
+void CheckoutControl::ToggleRelay(int index) {
+    Add({.tag = static_cast<std::int16_t>(ParamDefines::Relay1Output + index), .value = {}});
+}
+
+void CheckoutControl::ToggleClockOut() {
+    Add({.tag = ParamDefines::ClockOut, .value = {}});
+}
+
+void CheckoutControl::Reinitialise() {
+    Add({.tag = ParamDefines::ReinitCommand, .value = ParamDefines::FactoryDefaults});
+}
+
+void CheckoutControl::Add(const CheckoutOptions::Option &option) {
+    Add({.tag = option.first.tag, .value = option.first.value});
+    if (option.second) {
+        Add({.tag = option.second->tag, .value = option.second->value});
+    }
+}
+
+void CheckoutControl::Add(Step step) {
+    // One call for all that come until then.
+    if (steps_.empty() && !busy_) {
+        QMetaObject::invokeMethod(this, &CheckoutControl::Finish, Qt::QueuedConnection);
+    }
+    steps_.push_back(step);
+}
+
+void CheckoutControl::Finish() {
+    if (busy_) {
+        return;
+    }
+    busy_ = true;
+    const auto done = qScopeGuard([this] {
+        steps_.clear(); // left over only by a fault
+        busy_ = false;
+    });
+    while (!steps_.empty()) {
+        const Step step = steps_.front();
+        steps_.pop_front();
+        Do(step);
+    }
+}
+
+// A toggle looks at the value as its turn comes, so that a second click takes back the first.
+void CheckoutControl::Do(const Step &step) {
+    zentrova_.ParamValue(step.tag, step.value.value_or(zentrova_.ParamValue(step.tag) == 0 ? 1 : 0));
+}

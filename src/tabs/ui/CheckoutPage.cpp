@@ -1,0 +1,346 @@
+#include "tabs/ui/CheckoutPage.h"
+
+#include "model/ParamDefines.h"
+#include "support/Numbers.h"
+#include "tabs/TabTable.h"
+#include "tabs/ui/LargeNumber.h"
+#include "ui/Controls.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+using ImageListCheckout::Key;
+
+namespace {
+
+constexpr int voltageWidth = 90;
+constexpr int gap = 10;
+constexpr int smallGap = 6;
+constexpr int leastNumberHeight = 64;
+
+QGroupBox *NewFrame(const char *name, const char *caption) {
+    return Controls::Named(new QGroupBox(QString::fromLatin1(caption)), name);
+}
+
+QLabel *NewLabel(const char *caption) {
+    return new QLabel(QString::fromLatin1(caption));
+}
+
+QLabel *NewInputLabel(int index, const char *caption) {
+    return Controls::Named(NewLabel(caption), Controls::Member("LabelInputs", index));
+}
+
+// What can't be changed here is still there to be read.
+void KeepReadable(QWidget &widget) {
+    QPalette palette = widget.palette();
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText}) {
+        palette.setColor(QPalette::Disabled, role, palette.color(QPalette::Active, role));
+    }
+    widget.setPalette(palette);
+}
+
+QLineEdit *NewVoltage(const char *name, const char *spokenName) {
+    auto *box = Controls::Named(new QLineEdit, name);
+    box->setAccessibleName(QString::fromLatin1(spokenName));
+    box->setAlignment(Qt::AlignCenter);
+    box->setFixedWidth(voltageWidth);
+    box->setEnabled(false);
+    KeepReadable(*box);
+    return box;
+}
+
+QPushButton *NewButton(const char *name, const char *caption) {
+    auto *button = Controls::Named(new QPushButton(QString::fromLatin1(caption)), name);
+    button->setAccessibleName(Controls::SpokenCaption(button->text()));
+    return button;
+}
+
+void AddOption(QButtonGroup &group, const char *array, const char *caption) {
+    const auto index = static_cast<int>(group.buttons().size());
+    group.addButton(
+        Controls::Named(new QRadioButton(QString::fromLatin1(caption)), Controls::Member(array, index)),
+        index);
+}
+
+// Tab comes to a group at the option that is selected, or at the first one: not at one that the next press of
+// a key would select by mistake.
+void ReachBySelected(const QButtonGroup &group) {
+    const QList<QAbstractButton *> options = group.buttons();
+    const QAbstractButton *reached =
+        group.checkedButton() != nullptr ? group.checkedButton() : options.first();
+    for (QAbstractButton *option : options) {
+        option->setFocusPolicy(option == reached ? Qt::StrongFocus : Qt::ClickFocus);
+    }
+}
+
+// A frame's content leaves room for larger fonts in the smallest window.
+void Tighten(QLayout &layout) {
+    layout.setContentsMargins(gap, smallGap, gap, smallGap);
+}
+
+void AddSwitch(QGridLayout &grid, int row, SwitchButton *button) {
+    grid.addWidget(NewLabel("Off"), row, 1, Qt::AlignRight | Qt::AlignVCenter);
+    grid.addWidget(button, row, 2);
+    grid.addWidget(NewLabel("On"), row, 3);
+}
+
+void AddIndicator(QGridLayout &grid, int row, Indicator *indicator, QLabel *label) {
+    grid.addWidget(indicator, row, 0);
+    grid.addWidget(label, row, 1);
+}
+
+} // namespace
+
+CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWidget *parent)
+    : TabPage(Tab::Checkout, parent),
+      zentrova_(zentrova),
+      manualOutput_(manualOutput),
+      control_(zentrova) {
+    // Tab goes through them in the order in which they are made.
+    auto *relays = BuildRelays();
+    auto *clkOut = BuildClkOut();
+    auto *digInputs = BuildDigInputs();
+    auto *clockSel = BuildClockSel();
+    auto *analogOut = BuildAnalogOut();
+    auto *distance = BuildDistance();
+    auto *analogInput = BuildAnalogInput();
+    commandReInit_ = NewButton("CommandReInit", "Re-Initialize");
+    connect(commandReInit_, &QPushButton::clicked, this, &CheckoutPage::ReInitClick);
+
+    auto *side = new QVBoxLayout;
+    side->addWidget(analogInput);
+    side->addStretch();
+    side->addWidget(commandReInit_);
+
+    auto *grid = new QGridLayout(this);
+    grid->setContentsMargins(0, smallGap, 0, 0);
+    grid->setSpacing(gap);
+    grid->addWidget(relays, 0, 0);
+    grid->addWidget(clkOut, 1, 0);
+    grid->addWidget(digInputs, 0, 1);
+    grid->addWidget(clockSel, 1, 1);
+    grid->addWidget(analogOut, 0, 2, 2, 1);
+    grid->addWidget(distance, 2, 0, 1, 2);
+    grid->addLayout(side, 2, 2);
+    // What a larger window adds goes to the distance, which is to be read from afar.
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(2, 1);
+}
+
+QGroupBox *CheckoutPage::BuildRelays() {
+    QGroupBox *frame = NewFrame("FrameRelays", "Relays");
+    auto *grid = new QGridLayout(frame);
+    Tighten(*grid);
+    for (int i = 0; i < 2; ++i) {
+        const QString number = QString::number(i + 1);
+        auto *relay = Controls::Named(new SwitchButton(QStringLiteral("Relay ") + number, frame),
+                                      Controls::Member("imgRelay", i));
+        grid->addWidget(Controls::Named(new QLabel(number), Controls::Member("lblRelay1", i)), i, 0);
+        AddSwitch(*grid, i, relay);
+        connect(relay, &SwitchButton::clicked, this, [this, i] { control_.ToggleRelay(i); });
+        imgRelay_[static_cast<std::size_t>(i)] = relay;
+    }
+    grid->setColumnStretch(4, 1);
+    return frame;
+}
+
+QGroupBox *CheckoutPage::BuildClkOut() {
+    QGroupBox *frame = NewFrame("FrameClkOut", "Clock Out");
+    auto *grid = new QGridLayout(frame);
+    Tighten(*grid);
+    imgClkOut_ = Controls::Named(new SwitchButton(frame->title(), frame), "imgClkOut");
+    AddSwitch(*grid, 0, imgClkOut_);
+    // In line with the relays above, which have a number in front.
+    grid->setColumnMinimumWidth(0, fontMetrics().horizontalAdvance(u'1') + grid->horizontalSpacing());
+    grid->setColumnStretch(4, 1);
+    connect(imgClkOut_, &SwitchButton::clicked, this, &CheckoutPage::ClkOutClick);
+    return frame;
+}
+
+QGroupBox *CheckoutPage::BuildDigInputs() {
+    QGroupBox *frame = NewFrame("FrameDigInputs", "Digital Inputs");
+    auto *grid = new QGridLayout(frame);
+    Tighten(*grid);
+    QLabel *teach = NewInputLabel(0, "Teach");
+    imageTeachInput_ = Controls::Named(new Indicator(teach->text(), frame), "ImageTeachInput");
+    AddIndicator(*grid, 0, imageTeachInput_, teach);
+    QLabel *clock = NewInputLabel(1, "Ext Clk In");
+    imageExtClkInStatus_ = Controls::Named(new Indicator(clock->text(), frame), "ImageExtClkInStatus");
+    AddIndicator(*grid, 1, imageExtClkInStatus_, clock);
+    grid->setColumnStretch(1, 1);
+    return frame;
+}
+
+QGroupBox *CheckoutPage::BuildClockSel() {
+    QGroupBox *frame = NewFrame("FrameClockSel", "Clock Select");
+    optionClockSel_ = new QButtonGroup(this);
+    auto *column = new QVBoxLayout(frame);
+    Tighten(*column);
+    for (const char *caption : {"Internal", "External"}) {
+        AddOption(*optionClockSel_, "OptionClockSel", caption);
+    }
+    for (QAbstractButton *option : optionClockSel_->buttons()) {
+        option->setEnabled(false);
+        KeepReadable(*option);
+        column->addWidget(option);
+    }
+    return frame;
+}
+
+QGroupBox *CheckoutPage::BuildAnalogOut() {
+    QGroupBox *frame = NewFrame("FrameAnalogOut", "Analog Output");
+    optionAnalogOut_ = new QButtonGroup(this);
+    auto *options = new QVBoxLayout;
+    for (const CheckoutOptions::Option &option : CheckoutOptions::AnalogOut) {
+        AddOption(*optionAnalogOut_, "OptionAnalogOut", option.caption);
+        options->addWidget(optionAnalogOut_->buttons().last());
+    }
+    ReachBySelected(*optionAnalogOut_);
+    // Setting an option that is selected already is no click, and neither is clearing one.
+    connect(optionAnalogOut_, &QButtonGroup::idToggled, this, [this](int index, bool selected) {
+        if (selected) {
+            AnalogOutClick(index);
+        }
+    });
+
+    textCheckoutVoltageOut_ = NewVoltage("TextCheckoutVoltageOut", "Analog Output");
+    commandNext_ = NewButton("CommandNext", "&Next");
+    commandNext_->setProperty("Tag", QStringLiteral("0"));
+    commandNext_->setFixedWidth(voltageWidth);
+    connect(commandNext_, &QPushButton::clicked, this, &CheckoutPage::NextClick);
+    auto *side = new QVBoxLayout;
+    side->addWidget(textCheckoutVoltageOut_);
+    side->addStretch();
+    side->addWidget(commandNext_);
+
+    auto *row = new QHBoxLayout(frame);
+    Tighten(*row);
+    row->addLayout(options, 1);
+    row->addLayout(side);
+    return frame;
+}
+
+QGroupBox *CheckoutPage::BuildAnalogInput() {
+    QGroupBox *frame = NewFrame("FrameAnalogInput", "Analog Input");
+    textCheckoutVoltageIn_ = NewVoltage("TextCheckoutVoltageIn", "Analog Input");
+    auto *row = new QHBoxLayout(frame);
+    Tighten(*row);
+    row->addWidget(textCheckoutVoltageIn_, 0, Qt::AlignRight);
+    return frame;
+}
+
+QGroupBox *CheckoutPage::BuildDistance() {
+    QGroupBox *frame = NewFrame("FrameDistance", "Distance");
+    labelDist_ = Controls::Named(new LargeNumber(QStringLiteral("420.00\""), frame), "LabelDist");
+    labelDist_->setMinimumHeight(leastNumberHeight);
+
+    auto *echo = new QGridLayout;
+    echo->setHorizontalSpacing(smallGap);
+    QLabel *received = NewInputLabel(2, "Echo Received");
+    imageNoEcho_ = Controls::Named(new Indicator(received->text(), frame), "ImageNoEcho");
+    AddIndicator(*echo, 0, imageNoEcho_, received);
+    echo->setColumnStretch(1, 1);
+    auto *side = new QVBoxLayout;
+    side->addLayout(echo);
+    side->addStretch();
+    side->addWidget(BuildDistRange());
+
+    auto *row = new QHBoxLayout(frame);
+    Tighten(*row);
+    row->setSpacing(2 * gap);
+    row->addWidget(labelDist_, 1);
+    row->addLayout(side);
+    return frame;
+}
+
+QGroupBox *CheckoutPage::BuildDistRange() {
+    QGroupBox *frame = NewFrame("FrameDistRange", "Range");
+    optionRange_ = new QButtonGroup(this);
+    auto *column = new QVBoxLayout(frame);
+    Tighten(*column);
+    for (const CheckoutOptions::Option &option : CheckoutOptions::Range) {
+        AddOption(*optionRange_, "OptionRange", option.caption);
+        column->addWidget(optionRange_->buttons().last());
+    }
+    ReachBySelected(*optionRange_);
+    connect(optionRange_, &QButtonGroup::idToggled, this, [this](int index, bool selected) {
+        if (selected) {
+            ReachBySelected(*optionRange_);
+            control_.SetRange(index);
+        }
+    });
+    return frame;
+}
+
+// At once, since what follows a change of tab goes by the output's mode.
+void CheckoutPage::Entered() {
+    SelectAnalogOut(CheckoutOptions::FollowsDistance);
+    control_.Finish();
+}
+
+void CheckoutPage::SelectAnalogOut(int index) {
+    optionAnalogOut_->button(index)->setChecked(true);
+}
+
+void CheckoutPage::AnalogOutClick(int index) {
+    commandNext_->setProperty("Tag", QString::number(index));
+    ReachBySelected(*optionAnalogOut_);
+    control_.SetAnalogOut(index);
+}
+
+void CheckoutPage::NextClick() {
+    const QString next = CheckoutControl::NextTag(commandNext_->property("Tag").toString());
+    commandNext_->setProperty("Tag", next);
+    SelectAnalogOut(next.toInt());
+}
+
+// The output goes to its full scale first, on purpose.
+void CheckoutPage::ClkOutClick() {
+    SelectAnalogOut(CheckoutOptions::FullScale);
+    control_.ToggleClockOut();
+}
+
+void CheckoutPage::ReInitClick() {
+    ClearRange();
+    SelectAnalogOut(CheckoutOptions::FollowsDistance);
+    control_.Reinitialise();
+}
+
+void CheckoutPage::ClearRange() {
+    optionRange_->setExclusive(false); // which would keep one selected
+    for (QAbstractButton *option : optionRange_->buttons()) {
+        option->setChecked(false);
+    }
+    optionRange_->setExclusive(true);
+    ReachBySelected(*optionRange_);
+}
+
+Key CheckoutPage::Lit(std::int16_t tag, Key key) const {
+    if (zentrova_.ParamValue(tag) == 1) {
+        return key;
+    }
+    return key == Key::On ? Key::Off : Key::Gray;
+}
+
+void CheckoutPage::UpdateDisplay() {
+    const auto text = [this](std::int16_t tag) {
+        return zentrova_.FormatRaw(zentrova_.ParamValue(tag), tag);
+    };
+    manualOutput_.setText(text(ToInt16(ToNumber(manualOutput_.property("Tag").toString()))));
+    optionClockSel_->button(zentrova_.ParamValue(ParamDefines::ClockSelect) == 1 ? 1 : 0)->setChecked(true);
+    imageTeachInput_->Picture(Lit(ParamDefines::TeachInput, Key::Red));
+    imageExtClkInStatus_->Picture(Lit(ParamDefines::ExternalClockInput, Key::Red));
+    // What the relays do, not what they were told.
+    for (std::size_t i = 0; i < imgRelay_.size(); ++i) {
+        imgRelay_[i]->Picture(
+            Lit(static_cast<std::int16_t>(ParamDefines::Relay1State + static_cast<int>(i)), Key::On));
+    }
+    imgClkOut_->Picture(Lit(ParamDefines::ClockOut, Key::On));
+    labelDist_->setText(text(ParamDefines::ActualDistance));
+    imageNoEcho_->Picture(Lit(ParamDefines::EchoReceived, Key::Green));
+    textCheckoutVoltageOut_->setText(text(ParamDefines::OutputVoltage));
+    textCheckoutVoltageIn_->setText(text(ParamDefines::AnalogInputVoltage));
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "model/ClassZentrova.h"
+#include "tabs/CheckoutControl.h"
+#include "tabs/ui/Indicator.h"
+#include "tabs/ui/SwitchButton.h"
+#include "tabs/ui/TabPage.h"
+
+#include <QButtonGroup>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <array>
+
+// The Checkout tab: tests the hardware of an installed sensor. It forces the analog output, switches relays
+// and clock by hand, and shows the inputs, the distance and the echo.
+class CheckoutPage : public TabPage {
+    Q_OBJECT
+
+public:
+    // `manualOutput` is the box of the Basic tab that is kept current from here; its property "Tag" is the
+    // parameter that it shows.
+    CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWidget *parent);
+
+    // Puts a forced output back to following the distance.
+    void Entered() override;
+
+    void UpdateDisplay() override;
+
+private:
+    QGroupBox *BuildRelays();
+    QGroupBox *BuildClkOut();
+    QGroupBox *BuildDigInputs();
+    QGroupBox *BuildClockSel();
+    QGroupBox *BuildAnalogOut();
+    QGroupBox *BuildAnalogInput();
+    QGroupBox *BuildDistance();
+    QGroupBox *BuildDistRange();
+
+    void AnalogOutClick(int index);
+    void NextClick();
+    void ClkOutClick();
+    void ReInitClick();
+    void SelectAnalogOut(int index);
+    void ClearRange();
+    ImageListCheckout::Key Lit(std::int16_t tag, ImageListCheckout::Key key) const;
+
+    ClassZentrova &zentrova_;
+    QLineEdit &manualOutput_;
+    CheckoutControl control_;
+    std::array<SwitchButton *, 2> imgRelay_{};
+    SwitchButton *imgClkOut_ = nullptr;
+    Indicator *imageTeachInput_ = nullptr;
+    Indicator *imageExtClkInStatus_ = nullptr;
+    Indicator *imageNoEcho_ = nullptr;
+    QButtonGroup *optionClockSel_ = nullptr; // each by the index in its array
+    QButtonGroup *optionAnalogOut_ = nullptr;
+    QButtonGroup *optionRange_ = nullptr;
+    QLineEdit *textCheckoutVoltageOut_ = nullptr;
+    QLineEdit *textCheckoutVoltageIn_ = nullptr;
+    QPushButton *commandNext_ = nullptr;
+    QPushButton *commandReInit_ = nullptr;
+    QLabel *labelDist_ = nullptr;
+};

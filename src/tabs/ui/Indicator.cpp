@@ -1,0 +1,30 @@
+#include "tabs/ui/Indicator.h"
+
+#include <QPainter>
+
+namespace {
+
+constexpr int side = 22;
+
+} // namespace
+
+Indicator::Indicator(const QString &spokenName, QWidget *parent) : QLabel(parent) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAccessibleName(spokenName);
+    Picture(picture_);
+}
+
+void Indicator::Picture(ImageListCheckout::Key key) {
+    picture_ = key;
+    setAccessibleDescription(ImageListCheckout::Word(key));
+    update();
+}
+
+QSize Indicator::sizeHint() const {
+    return {side, side};
+}
+
+void Indicator::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    ImageListCheckout::Picture(picture_).paint(&painter, rect());
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "tabs/ui/ImageListCheckout.h"
+
+#include <QLabel>
+
+// Shows a state of the sensor as a picture. It is read out by its accessible name, with the state for its
+// description.
+class Indicator : public QLabel {
+    Q_OBJECT
+
+public:
+    Indicator(const QString &spokenName, QWidget *parent);
+
+    ImageListCheckout::Key Picture() const { return picture_; }
+    void Picture(ImageListCheckout::Key key);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    ImageListCheckout::Key picture_ = ImageListCheckout::Key::Gray;
+};

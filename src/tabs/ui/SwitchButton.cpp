@@ -1,0 +1,43 @@
+#include "tabs/ui/SwitchButton.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
+
+namespace {
+
+constexpr QSize pictureSize(40, 24);
+constexpr int focusMargin = 3;
+constexpr double opacityWhileDown = 0.6;
+
+} // namespace
+
+SwitchButton::SwitchButton(const QString &spokenName, QWidget *parent) : QAbstractButton(parent) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(spokenName);
+    Picture(picture_);
+}
+
+void SwitchButton::Picture(ImageListCheckout::Key key) {
+    picture_ = key;
+    setAccessibleDescription(ImageListCheckout::Word(key));
+    update();
+}
+
+QSize SwitchButton::sizeHint() const {
+    return pictureSize.grownBy({focusMargin, focusMargin, focusMargin, focusMargin});
+}
+
+void SwitchButton::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    if (hasFocus()) {
+        QStyleOptionFocusRect option;
+        option.initFrom(this);
+        option.backgroundColor = palette().color(QPalette::Window);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    }
+    painter.setOpacity(isDown() ? opacityWhileDown : 1);
+    ImageListCheckout::Picture(picture_).paint(
+        &painter, rect().adjusted(focusMargin, focusMargin, -focusMargin, -focusMargin));
+}

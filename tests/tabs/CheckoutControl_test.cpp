@@ -1,0 +1,165 @@
+#include "tabs/CheckoutControl.h"
+
+#include "model/ParamDefines.h"
+#include "support/Fault.h"
+#include "tests/support/FakeLink.h"
+#include "tests/support/Printers.h"
+#include "tests/support/TestPresets.h"
+#include "tests/support/Wait.h"
+
+#include <gtest/gtest.h>
+#include <utility>
+#include <vector>
+
+class CheckoutControlTest : public testing::Test {
+protected:
+    using Writes = std::vector<std::pair<int, int>>;
+
+    // Values that no option writes, so that each write of an option is one.
+    CheckoutControlTest() {
+        for (const std::int16_t tag : {ParamDefines::AnalogOutputMode, ParamDefines::ManualOutput,
+                                       ParamDefines::MaxRange, ParamDefines::FarDistance}) {
+            zentrova_.ParamUpdate(tag, 7);
+        }
+        zentrova_.ConnectTo(&link_);
+    }
+
+    Writes Take() {
+        Settle();
+        return std::exchange(link_.writes, {});
+    }
+
+    // As the sensor confirms it.
+    void Confirm() {
+        for (std::int16_t tag = 0; tag < zentrova_.ParamCount(); ++tag) {
+            zentrova_.ParamWritePending(tag, false);
+        }
+    }
+
+    FakeLink link_;
+    ClassZentrova zentrova_{ShippedPresetsFolder()};
+    CheckoutControl control_{zentrova_};
+};
+
+TEST_F(CheckoutControlTest, ForcesTheOutputToEachVoltage) {
+    const int counts[] = {0, 1024, 2048, 3072, 4095};
+    for (int index = 0; index < 5; ++index) {
+        Confirm();
+        zentrova_.ParamUpdate(39, 2);
+        zentrova_.ParamUpdate(40, 7);
+        control_.SetAnalogOut(index);
+        EXPECT_EQ(Take(), (Writes{{39, 0}, {40, counts[index]}}));
+    }
+}
+
+TEST_F(CheckoutControlTest, LetsTheOutputFollowTheDistanceForAnyOtherIndex) {
+    for (const int index : {5, 6, -1, 32767}) {
+        Confirm();
+        zentrova_.ParamUpdate(39, 2);
+        control_.SetAnalogOut(index);
+        EXPECT_EQ(Take(), (Writes{{39, 1}})) << index;
+    }
+}
+
+TEST_F(CheckoutControlTest, WritesTheEndsOfARangeInTheOrderOfTheOption) {
+    control_.SetRange(0);
+    EXPECT_EQ(Take(), (Writes{{29, 6000}, {25, 6200}}));
+    control_.SetRange(1);
+    EXPECT_EQ(Take(), (Writes{{25, 42000}, {29, 42000}}));
+    EXPECT_THROW(control_.SetRange(2), Fault);
+    EXPECT_THROW(control_.SetRange(-1), Fault);
+}
+
+TEST_F(CheckoutControlTest, CountsTheOptionsInTurn) {
+    const char *const next[] = {"1", "2", "3", "4", "5", "0"};
+    for (int index = 0; index < 6; ++index) {
+        EXPECT_EQ(CheckoutControl::NextTag(QString::number(index)), QString::fromLatin1(next[index]));
+    }
+    EXPECT_EQ(CheckoutControl::NextTag(QStringLiteral("99")), QStringLiteral("0"));
+    EXPECT_THROW(CheckoutControl::NextTag(QStringLiteral("Next")), Fault);
+}
+
+TEST_F(CheckoutControlTest, SwitchesARelayOnOnlyFromNothing) {
+    for (const int relay : {0, 1}) {
+        SCOPED_TRACE(relay);
+        const std::pair<int, int> turns[] = {{0, 1}, {1, 0}, {2, 0}, {-1, 0}, {65535, 0}};
+        for (const auto &[before, after] : turns) {
+            Confirm();
+            zentrova_.ParamUpdate(static_cast<std::int16_t>(54 + relay), before);
+            control_.ToggleRelay(relay);
+            EXPECT_EQ(Take(), (Writes{{54 + relay, after}}));
+        }
+    }
+}
+
+TEST_F(CheckoutControlTest, SwitchesTheClockOutputOnOnlyFromNothing) {
+    for (const auto &[before, after] : {std::pair(0, 1), std::pair(1, 0), std::pair(5, 0)}) {
+        Confirm();
+        zentrova_.ParamUpdate(23, before);
+        control_.ToggleClockOut();
+        EXPECT_EQ(Take(), (Writes{{23, after}}));
+    }
+}
+
+TEST_F(CheckoutControlTest, Reinitialises) {
+    control_.Reinitialise();
+    EXPECT_EQ(Take(), (Writes{{3, 1}}));
+}
+
+TEST_F(CheckoutControlTest, DoesWhatIsAskedForFromTheEventLoop) {
+    control_.ToggleRelay(0);
+    EXPECT_TRUE(link_.writes.empty());
+    EXPECT_EQ(Take(), (Writes{{54, 1}}));
+}
+
+TEST_F(CheckoutControlTest, FinishesAtOnceWhenAskedTo) {
+    control_.SetRange(0);
+    control_.Finish();
+    EXPECT_EQ(link_.writes, (Writes{{29, 6000}, {25, 6200}}));
+    EXPECT_EQ(Take().size(), 2U); // nothing again
+}
+
+TEST_F(CheckoutControlTest, LetsAClickDuringAWaitComeAfterTheOneThatWaits) {
+    int waits = 0;
+    link_.whileWaiting = [&] {
+        if (++waits == 1) {
+            control_.SetAnalogOut(2);
+            control_.ToggleRelay(0);
+            control_.ToggleRelay(0);
+            control_.Finish();
+            Settle();
+            EXPECT_TRUE(link_.writes.empty());
+        }
+    };
+    control_.SetAnalogOut(4);
+    EXPECT_EQ(Take(), (Writes{{39, 0}, {40, 4095}, {40, 2048}, {54, 1}, {54, 0}}));
+    EXPECT_EQ(zentrova_.ParamValue(40), 2048);
+}
+
+TEST_F(CheckoutControlTest, StaysInTheTableWhileOffline) {
+    link_.open = false;
+    control_.SetAnalogOut(4);
+    control_.ToggleRelay(1);
+    EXPECT_TRUE(Take().empty());
+    EXPECT_EQ(zentrova_.ParamValue(39), 0);
+    EXPECT_EQ(zentrova_.ParamValue(40), 4095);
+    EXPECT_EQ(zentrova_.ParamValue(55), 1);
+    EXPECT_TRUE(zentrova_.FileChangesNeedSaving());
+}
+
+TEST_F(CheckoutControlTest, KeepsTheRestInTheTableWhenTheUserGoesOfflineMeanwhile) {
+    link_.onStart = [this] { link_.open = false; };
+    control_.SetAnalogOut(4);
+    EXPECT_EQ(Take(), (Writes{{39, 0}}));
+    EXPECT_EQ(zentrova_.ParamValue(40), 4095);
+}
+
+TEST_F(CheckoutControlTest, GoesOnAfterAFault) {
+    link_.whileWaiting = [] { throw Fault::Subscript(QStringLiteral("of the link")); };
+    control_.SetAnalogOut(4);
+    EXPECT_THROW(control_.Finish(), Fault);
+    link_.whileWaiting = {};
+    EXPECT_TRUE(Take().empty());
+    control_.ToggleRelay(0);
+    EXPECT_EQ(Take(), (Writes{{54, 1}}));
+}
