@@ -57,7 +57,7 @@ TEST_F(CheckoutTest, LetsTheOutputFollowTheDistanceOnTheFirstEntryOnly) {
     Start(QStringLiteral("/checkout"));
     GoOnline();
     EXPECT_TRUE(WaitForPolls(1));
-    EXPECT_TRUE(Written({}));
+    EXPECT_TRUE(Written({{28, 34950}})); // the near distance of the roll
     ClickTab(Tab::Checkout);
     EXPECT_TRUE(Written({{39, 1}}));
     EXPECT_TRUE(IsSelected("OptionAnalogOut(5)"));
