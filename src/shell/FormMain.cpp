@@ -11,6 +11,7 @@
 #include "tabs/TabTable.h"
 #include "tabs/ui/BasicPage.h"
 #include "tabs/ui/DistancePage.h"
+#include "tabs/ui/TextBoxEntry.h"
 #include "tabs/ui/WizardPage.h"
 #include "ui/Controls.h"
 
@@ -156,6 +157,8 @@ void FormMain::BuildControls() {
 
     tabStrip1_ = Controls::Named(new QTabWidget(central), "TabStrip1");
     tabStrip1_->setUsesScrollButtons(false);
+    // A click on a tab takes the focus too: what is being edited is checked before the page goes.
+    tabStrip1_->tabBar()->setFocusPolicy(Qt::StrongFocus);
     // The pages lie over the strip, close below its tabs.
     tabStrip1_->tabBar()->setFixedHeight(Controls::FromTwips(0, 0, 0, frameTopInStrip).height());
     for (const Tab::Description &tab : Tab::Table) {
@@ -167,6 +170,9 @@ void FormMain::BuildControls() {
 
 void FormMain::BuildPages() {
     QWidget *central = centralWidget();
+    entryRules_ = std::make_unique<EntryRules>(*zentrova_, surroundings_.dialogs);
+    text1_ = new ValueOverlay(*entryRules_, central);
+    connect(text1_, &ValueOverlay::Left, this, &FormMain::UpdateDisplay);
     tabFrames_[Tab::Basic] = new BasicPage(*zentrova_, central);
     tabFrames_[Tab::Advanced] = new TabPage(Tab::Advanced, central);
     tabFrames_[Tab::Wizard] = new WizardPage(central);
@@ -313,6 +319,7 @@ void FormMain::SelectTab(int stripIndex) {
         return;
     }
     const Tab::Description &selected = Tab::Table[static_cast<std::size_t>(stripIndex)];
+    text1_->Close(); // by a key of its own the tab comes without the focus
     tabFrames_[static_cast<std::size_t>(currentTab_)]->hide();
     tabFrames_[static_cast<std::size_t>(selected.number)]->show();
     if (selected.helpContext != 0) {
@@ -325,6 +332,10 @@ void FormMain::SelectTab(int stripIndex) {
 
 void FormMain::UpdateDisplay() {
     tabFrames_[static_cast<std::size_t>(currentTab_)]->UpdateDisplay();
+}
+
+bool FormMain::ValidateAndWriteTextBoxVal(QLineEdit &box) {
+    return ::ValidateAndWriteTextBoxVal(box, *entryRules_);
 }
 
 void FormMain::resizeEvent(QResizeEvent *event) {

@@ -8,7 +8,9 @@
 #include "shell/StoredSettings.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
+#include "tabs/EntryRules.h"
 #include "tabs/ui/TabPage.h"
+#include "tabs/ui/ValueOverlay.h"
 
 #include <QLabel>
 #include <QMainWindow>
@@ -70,6 +72,10 @@ public:
     // Copies the parameter table onto the page that shows.
     void UpdateDisplay();
 
+    // Takes the text of a box for the parameter in its property "Tag". False: the user has been told why not,
+    // and the text is selected.
+    bool ValidateAndWriteTextBoxVal(QLineEdit &box);
+
     // Shows the window in the state that the last run left.
     void ShowAsStored();
 
@@ -109,6 +115,8 @@ private:
     std::set<const QAction *> withWork_;
     QTabWidget *tabStrip1_ = nullptr;
     QLabel *statusText_ = nullptr;
+    std::unique_ptr<EntryRules> entryRules_;
+    ValueOverlay *text1_ = nullptr;
     std::array<TabPage *, 6> tabFrames_{}; // by tab number; 0 isn't used
     WindowState storedWindowState_ = WindowState::Normal;
     std::int16_t currentTab_ = 1;

@@ -21,8 +21,9 @@ void ScriptedDialogs::Expect(const QString &text, BoxIcon icon, BoxButtons butto
     expected_.push_back(std::move(box));
 }
 
-void ScriptedDialogs::ExpectNotice(const QString &text, BoxIcon icon, const QString &title) {
-    Expect(text, icon, BoxButtons::Ok, BoxAnswer::Ok);
+void ScriptedDialogs::ExpectNotice(const QString &text, BoxIcon icon, const QString &title,
+                                   std::function<void()> whileOpen) {
+    Expect(text, icon, BoxButtons::Ok, BoxAnswer::Ok, std::move(whileOpen));
     expected_.back().title = title;
 }
 

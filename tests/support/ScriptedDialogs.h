@@ -16,7 +16,7 @@ public:
     void Expect(const QString &text, BoxIcon icon, BoxButtons buttons, BoxAnswer answer,
                 std::function<void()> whileOpen = {});
     void ExpectNotice(const QString &text, BoxIcon icon = BoxIcon::Exclamation,
-                      const QString &title = ApplicationTitle());
+                      const QString &title = ApplicationTitle(), std::function<void()> whileOpen = {});
 
     // The next box's text needs only to hold this.
     void ExpectTextWith(const QString &part, BoxIcon icon, const QString &title = ApplicationTitle());

@@ -1,0 +1,128 @@
+#include "tabs/ui/ValueOverlay.h"
+
+#include "support/Numbers.h"
+#include "tabs/ui/TextBoxEntry.h"
+#include "ui/Controls.h"
+#include "ui/EntryFocus.h"
+#include "ui/TextBoxFunctions.h"
+
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
+
+namespace {
+
+// Another window or a menu has the focus for a while.
+bool ComesBack(Qt::FocusReason reason) {
+    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+           reason == Qt::MenuBarFocusReason;
+}
+
+} // namespace
+
+ValueOverlay::ValueOverlay(EntryRules &rules, QWidget *parent) : QLineEdit(parent), rules_(rules) {
+    Controls::Named(this, "Text1");
+    setAccessibleName(QStringLiteral("Value"));
+    EntryFocus::SelectAllOnEntry(*this);
+    EntryFocus::ValidateOnLeave(*this, [this] { return PermitsLeaving(); });
+    hide();
+}
+
+void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &tag, const QString &text) {
+    owner_ = &owner;
+    setGeometry(place);
+    setText(text);
+    SetTag(tag);
+    QWidget::setTabOrder(&owner, this);
+}
+
+void ValueOverlay::MoveOver(QWidget &owner, const QString &tag, const QString &text) {
+    MoveOver(owner, QRect(owner.mapTo(parentWidget(), QPoint()), owner.size()), tag, text);
+}
+
+void ValueOverlay::SetTag(const QString &tag) {
+    setProperty("Tag", tag);
+    setAccessibleName(rules_.Zentrova().ParamName(ToInt16(ToNumber(tag))));
+}
+
+void ValueOverlay::Open(QChar first) {
+    ++openings_;
+    raise();
+    show();
+    setFocus(Qt::OtherFocusReason);
+    TextBoxFunctions::SelectAllText(*this);
+    if (!first.isNull()) {
+        insert(first);
+    }
+}
+
+void ValueOverlay::Close() {
+    if (isHidden()) {
+        return;
+    }
+    {
+        const QScopedValueRollback<bool> guard(closing_, true);
+        // Also while another window is active: what it gives the focus back to is the owner then.
+        if (owner_ && window()->focusWidget() == this) {
+            owner_->setFocus(Qt::OtherFocusReason);
+        }
+        hide();
+    }
+    Q_EMIT Left();
+}
+
+void ValueOverlay::keyPressEvent(QKeyEvent *event) {
+    switch (event->key()) {
+    case Qt::Key_Escape:
+        Close();
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: {
+        // While the text is written the box may have gone on to another value.
+        const int opening = openings_;
+        if (checked_ != opening && Write() && opening == openings_) {
+            Close();
+        }
+        break;
+    }
+    default:
+        QLineEdit::keyPressEvent(event);
+        break;
+    }
+}
+
+bool ValueOverlay::Write() {
+    const QScopedValueRollback<int> guard(checked_, openings_);
+    return ValidateAndWriteTextBoxVal(*this, rules_);
+}
+
+bool ValueOverlay::PermitsLeaving() {
+    const int opening = openings_;
+    if (isHidden() || closing_ || text().isEmpty() || checked_ == opening) {
+        return true;
+    }
+    const bool permitted = Write();
+    if (opening != openings_ || isHidden()) {
+        return true; // what was asked about isn't there any more
+    }
+    if (permitted) {
+        HideIfLeft();
+    }
+    return permitted;
+}
+
+void ValueOverlay::focusOutEvent(QFocusEvent *event) {
+    QLineEdit::focusOutEvent(event);
+    if (closing_ || ComesBack(event->reason())) {
+        return;
+    }
+    // After the check, which a click brings before it and anything else behind it.
+    QMetaObject::invokeMethod(this, &ValueOverlay::HideIfLeft, Qt::QueuedConnection);
+}
+
+void ValueOverlay::HideIfLeft() {
+    if (checked_ != openings_ && !isHidden() && window()->focusWidget() != this) {
+        hide();
+        Q_EMIT Left();
+    }
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "tabs/EntryRules.h"
+
+#include <QLineEdit>
+#include <QPointer>
+#include <QRect>
+#include <QString>
+
+// Text1: the one box of the main form that values are typed into. It lies hidden until it is placed over
+// what shows a value and opened there; its property "Tag" is the parameter's number as text.
+class ValueOverlay : public QLineEdit {
+    Q_OBJECT
+
+public:
+    // `parent` is what all pages stand in.
+    ValueOverlay(EntryRules &rules, QWidget *parent);
+
+    // Gets ready to edit the parameter `tag` at `place`, in the parent's coordinates, hidden or not as it is.
+    // `owner` shows the value: its place in the tab order is the box's too, and it gets the focus back.
+    void MoveOver(QWidget &owner, const QRect &place, const QString &tag, const QString &text);
+
+    // The same over the whole of a box that shows a value.
+    void MoveOver(QWidget &owner, const QString &tag, const QString &text);
+
+    // Shows the box where it is, with the focus and its whole text selected; `first`, the key that opened it,
+    // replaces that text.
+    void Open(QChar first = {});
+
+    // Hides the box if it shows. Nothing is written.
+    void Close();
+
+    // The parameter's number as text, without moving the box.
+    void SetTag(const QString &tag);
+
+Q_SIGNALS:
+    // The box has lost the focus, or was closed, and is hidden.
+    void Left();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    bool Write();
+    bool PermitsLeaving();
+    void HideIfLeft();
+
+    EntryRules &rules_;
+    QPointer<QWidget> owner_;
+    int openings_ = 0;
+    int checked_ = 0; // the opening whose text is being checked or written; 0: none
+    bool closing_ = false;
+};
