@@ -19,14 +19,14 @@ constexpr int changedOption = 1;
 
 // Twips.
 constexpr int listLeft = 150;
-constexpr int listTop = 60;
+constexpr int listTop = 180;
 constexpr int listWidthLess = 300; // than the page
 constexpr int listHeightLess = 900;
 constexpr int firstOptionBelowList = 100;
 constexpr int secondOptionBelowFirst = 10;
 constexpr int refreshBelowList = 225;
 constexpr int optionWidth = 1800;
-constexpr int optionHeight = 300;
+constexpr int optionHeight = 270;
 constexpr int refreshLeft = 2100;
 constexpr int refreshWidth = 1335;
 constexpr int refreshHeight = 405;
@@ -69,8 +69,10 @@ AdvancedPage::AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialo
     BuildControls();
     connect(listView1_, &ParameterList::EditWanted, this, &AdvancedPage::Edit);
     connect(listView1_, &ParameterList::Moved, this, [this] {
-        HideEditorsIfScrolled();
-        CloseEditors();
+        if (isVisible()) {
+            HideEditorsIfScrolled(); // which remembers where the list is now
+            CloseEditors();
+        }
     });
     connect(combo1_, &ChoiceOverlay::Chosen, this, &AdvancedPage::Choose);
     connect(&rules_, &EntryRules::Written, this,

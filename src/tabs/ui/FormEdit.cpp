@@ -47,6 +47,9 @@ void FormEdit::BuildControls() {
         box->setAccessibleName(option->accessibleName());
         box->setFixedWidth(boxWidth);
         box->setEnabled(false);
+        QPalette colours = box->palette();
+        colours.setColor(QPalette::Disabled, QPalette::Text, Controls::LegibleDisabledText(colours));
+        box->setPalette(colours);
         grid->addWidget(option, index, 0);
         grid->addWidget(box, index, 1);
         EntryFocus::SelectAllOnEntry(*box);
