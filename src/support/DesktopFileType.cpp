@@ -2,8 +2,8 @@
 
 #include "support/DesktopEntry.h"
 #include "support/MimePackage.h"
-#include "support/SettingsFileType.h"
 #include "support/ReplaceFile.h"
+#include "support/SettingsFileType.h"
 
 #include <QDir>
 #include <QFileInfo>
