@@ -251,6 +251,17 @@ void AdvancedPage::resizeEvent(QResizeEvent *event) {
         Controls::FromTwips(listLeft, second, optionWidth, optionHeight));
     commandRefresh_->setGeometry(
         Controls::FromTwips(refreshLeft, below + refreshBelowList, refreshWidth, refreshHeight));
+    CloseEditorsOffTheList();
+}
+
+// A window that is made smaller takes the cell out of sight, not the editor.
+void AdvancedPage::CloseEditorsOffTheList() {
+    const int bottom = listView1_->mapTo(text1_.parentWidget(), QPoint(0, listView1_->height())).y();
+    for (const QWidget *editor : std::initializer_list<const QWidget *>{&text1_, combo1_}) {
+        if (editor->isVisible() && editor->geometry().bottom() >= bottom) {
+            CloseEditors();
+        }
+    }
 }
 
 void AdvancedPage::hideEvent(QHideEvent *event) {

@@ -39,6 +39,7 @@ private:
     void ShowWritten(const QString &text);
     void HideEditorsIfScrolled();
     void CloseEditors();
+    void CloseEditorsOffTheList();
     void Edit(int row);
     void EditText(int row);
     void EditChoice(int row, std::int16_t tag);

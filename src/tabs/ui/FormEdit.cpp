@@ -74,7 +74,7 @@ void FormEdit::BuildControls() {
         buttons->addWidget(button);
     }
     ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, &FormEdit::Accept);
+    connect(ok, &QPushButton::clicked, this, &FormEdit::WriteAndClose);
     connect(cancel, &QPushButton::clicked, this, &FormEdit::reject);
 
     QWidget *const tabOrder[] = {
@@ -140,7 +140,7 @@ void FormEdit::ConvertFrom(int index) {
     }
 }
 
-void FormEdit::Accept() {
+void FormEdit::WriteAndClose() {
     QLineEdit &box = *textDataVal_[raw];
     if (ValidateAndWriteTextBoxVal(box, rules_)) {
         accept();

@@ -34,7 +34,7 @@ private:
     void SelectType(int index);
     bool Validate(int index);
     void ConvertFrom(int index);
-    void Accept();
+    void WriteAndClose();
 
     EntryRules &rules_;
     UserDialogs &dialogs_;

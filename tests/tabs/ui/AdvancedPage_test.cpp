@@ -502,6 +502,27 @@ TEST_F(AdvancedPageTest, ScrollingClosesTheEditorsWithoutWriting) {
     EXPECT_EQ(Value(39), 1);
 }
 
+TEST_F(AdvancedPageTest, ASmallerWindowClosesAnEditorThatItsListNoLongerReaches) {
+    StartOnTab();
+    form_->resize(900, 900);
+    Settle();
+    for (const std::int16_t tag : {std::int16_t{28}, std::int16_t{20}}) {
+        List().scrollToTop();
+        DoubleClickAt(List().visualRect(Model().index(tag - 1, Column::Value)).center());
+        const QWidget &editor = tag == 28 ? static_cast<QWidget &>(Text1()) : Combo1();
+        EXPECT_TRUE(editor.isVisible());
+        form_->resize(899, 899);
+        Settle();
+        EXPECT_TRUE(editor.isVisible());
+        form_->resize(680, 596);
+        Settle();
+        ExpectNothingOpen();
+        form_->resize(900, 900);
+        Settle();
+    }
+    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving());
+}
+
 TEST_F(AdvancedPageTest, WritesTheSelectedRowWhereverTheValueCameFrom) {
     StartOnTab();
     List().SelectRow(*Model().RowOf(50));
