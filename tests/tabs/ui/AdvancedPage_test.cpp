@@ -597,6 +597,25 @@ TEST_F(AdvancedPageTest, LeavingTakesTheChoice) {
     EXPECT_EQ(Value(28), 1200);
 }
 
+TEST_F(AdvancedPageTest, AChoiceThatIsLeftForAHeaderGoesIntoItsOwnRow) {
+    StartOnTab();
+    DoubleClick(39);
+    Key(Qt::Key_Down);
+    ClickHeader(0);
+    ClickHeader(0);
+    EXPECT_EQ(Model().TagOf(0), 95);
+    ExpectNothingOpen();
+    EXPECT_EQ(Value(39), 2);
+    EXPECT_EQ(Shown(39), QStringLiteral("Hyperbolic"));
+
+    Poll(30, 4); // the place of 66 in the reversed list
+    DoubleClick(66);
+    ExpectChoiceOpen("38400");
+    Key(Qt::Key_Up);
+    ShowChanged();
+    EXPECT_EQ(Value(66), 3);
+}
+
 TEST_F(AdvancedPageTest, EscapeAbandonsTheChoice) {
     StartOnTab();
     DoubleClick(39);
