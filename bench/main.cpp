@@ -1,5 +1,6 @@
 // Measures the program against its limits and its peers.
 
+#include "bench/ListRefresh.h"
 #include "bench/PollLoad.h"
 #include "bench/RoundTrip.h"
 #include "bench/Search.h"
@@ -20,9 +21,8 @@ struct Group {
 };
 
 constexpr std::array groups = {
-    Group{"round-trip", MeasureRoundTrips},
-    Group{"poll", MeasurePollLoad},
-    Group{"search", MeasureSearch},
+    Group{"round-trip", MeasureRoundTrips}, Group{"poll", MeasurePollLoad},
+    Group{"list", MeasureListRefresh},      Group{"search", MeasureSearch},
     Group{"start-up", MeasureStartUp},
 };
 
@@ -30,7 +30,7 @@ constexpr int wrongUsage = 2;
 constexpr int attempts = 3;
 
 int Usage() {
-    std::fprintf(stderr, "usage: ztv-bench [--check] [round-trip] [poll] [search] [start-up]\n");
+    std::fprintf(stderr, "usage: ztv-bench [--check] [round-trip] [poll] [list] [search] [start-up]\n");
     return wrongUsage;
 }
 

@@ -10,14 +10,18 @@
 #include "sim/SimulatedSensor.h"
 #include "support/ProgramFolder.h"
 #include "tabs/TabTable.h"
+#include "tabs/ui/FormEdit.h"
+#include "tabs/ui/ParameterList.h"
 #include "tools/PrintedDialogs.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -61,6 +65,8 @@ public:
             Watch(500);
             Picture(form_, QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key).toLower());
         }
+        strip->setCurrentIndex(Tab::Advanced - 1);
+        VisitList();
         CommsPicture(QStringLiteral("communications-online"));
         strip->setCurrentIndex(Tab::Basic - 1);
         EditingPictures();
@@ -92,6 +98,43 @@ private:
             }
         }
         return distances;
+    }
+
+    // The Advanced list in its states, with each of its editors.
+    void VisitList() {
+        auto &list = *form_.findChild<ParameterList *>();
+        form_.activateWindow();
+        list.setFocus();
+        for (const auto &[tag, name] : {std::pair{ParamDefines::NearDistance, "advanced-text"},
+                                        {ParamDefines::AnalogOutputMode, "advanced-choice"}}) {
+            list.SelectRow(tag - 1);
+            Press(list, Qt::Key_Return);
+            Picture(form_, QString::fromLatin1(name));
+            Press(*QApplication::focusWidget(), Qt::Key_Escape);
+        }
+        form_.Zentrova().ParamValue(ParamDefines::ManualOutput, 2048);
+        form_.Zentrova().ParamValue(ParamDefines::NearVoltage, 100);
+        form_.findChild<QRadioButton *>(QStringLiteral("OptionViewParameters(1)"))->setChecked(true);
+        Q_EMIT list.header()->sectionClicked(ParameterListModel::Name);
+        Picture(form_, QStringLiteral("advanced-changed-sorted"));
+        form_.findChild<QRadioButton *>(QStringLiteral("OptionViewParameters(0)"))->setChecked(true);
+        Q_EMIT list.header()->sectionClicked(ParameterListModel::Tag);
+
+        EntryRules rules(form_.Zentrova(), dialogs_);
+        FormEdit edit(rules, dialogs_, &form_);
+        edit.RawMax = 4095;
+        edit.EngMax = 10;
+        edit.SetEntry(QStringLiteral("2048"), QStringLiteral("40"));
+        edit.show();
+        Picture(edit, QStringLiteral("enter-value-raw"));
+        edit.findChild<QRadioButton *>(QStringLiteral("OptionDataType(1)"))->setChecked(true);
+        Picture(edit, QStringLiteral("enter-value-volts"));
+        edit.close();
+    }
+
+    static void Press(QWidget &widget, Qt::Key key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(&widget, &event);
     }
 
     void CommsPicture(const QString &name) {

@@ -9,6 +9,7 @@
 #include "support/ApplicationTitle.h"
 #include "support/PathFunctions.h"
 #include "tabs/TabTable.h"
+#include "tabs/ui/AdvancedPage.h"
 #include "tabs/ui/BasicPage.h"
 #include "tabs/ui/CheckoutPage.h"
 #include "tabs/ui/DistancePage.h"
@@ -193,7 +194,9 @@ void FormMain::BuildPages() {
     text1_ = new ValueOverlay(*entryRules_, central);
     basicPage_ = new BasicPage(*zentrova_, *text1_, central);
     tabFrames_[Tab::Basic] = basicPage_;
-    tabFrames_[Tab::Advanced] = new TabPage(Tab::Advanced, central);
+    auto *advanced = new AdvancedPage(*zentrova_, *entryRules_, surroundings_.dialogs, *text1_, central);
+    connect(advanced, &AdvancedPage::Rebuilt, this, &FormMain::UpdateDisplay);
+    tabFrames_[Tab::Advanced] = advanced;
     tabFrames_[Tab::Wizard] = new WizardPage(central);
     tabFrames_[Tab::Distance] = new DistancePage(*zentrova_, central);
     tabFrames_[Tab::Checkout] = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
@@ -356,7 +359,9 @@ void FormMain::SelectTab(int stripIndex) {
         return;
     }
     const Tab::Description &selected = Tab::Table[static_cast<std::size_t>(stripIndex)];
-    text1_->Close(); // by a key of its own the tab comes without the focus
+    // The mnemonic of a tab leaves the focus where it is, but what is edited there goes with its page.
+    text1_->Close();
+    tabStrip1_->tabBar()->setFocus(Qt::OtherFocusReason);
     tabFrames_[static_cast<std::size_t>(currentTab_)]->hide();
     tabFrames_[static_cast<std::size_t>(selected.number)]->show();
     if (selected.helpContext != 0) {

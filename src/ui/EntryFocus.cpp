@@ -14,11 +14,7 @@
 
 namespace {
 
-// The focus goes to another window or a menu, and comes back from there by itself.
-bool IsElsewhere(Qt::FocusReason reason) {
-    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
-           reason == Qt::MenuBarFocusReason;
-}
+using EntryFocus::IsElsewhere;
 
 class Selector : public QObject {
 public:
@@ -218,6 +214,11 @@ private:
 } // namespace
 
 namespace EntryFocus {
+
+bool IsElsewhere(Qt::FocusReason reason) {
+    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+           reason == Qt::MenuBarFocusReason;
+}
 
 void SelectAllOnEntry(QLineEdit &box) {
     new Selector(box);

@@ -7,6 +7,9 @@
 // it.
 namespace EntryFocus {
 
+// The focus goes to another window or a menu, and comes back from there by itself: nothing is left.
+bool IsElsewhere(Qt::FocusReason reason);
+
 // Selects the whole text when the focus comes to the box by whatever way, a click included. Coming back from
 // another window or from a menu of its own, the box is as it was left.
 void SelectAllOnEntry(QLineEdit &box);

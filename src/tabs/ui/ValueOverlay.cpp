@@ -10,16 +10,6 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 
-namespace {
-
-// Another window or a menu has the focus for a while.
-bool ComesBack(Qt::FocusReason reason) {
-    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
-           reason == Qt::MenuBarFocusReason;
-}
-
-} // namespace
-
 ValueOverlay::ValueOverlay(EntryRules &rules, QWidget *parent) : QLineEdit(parent), rules_(rules) {
     Controls::Named(this, "Text1");
     setAccessibleName(QStringLiteral("Value"));
@@ -113,7 +103,7 @@ bool ValueOverlay::PermitsLeaving() {
 
 void ValueOverlay::focusOutEvent(QFocusEvent *event) {
     QLineEdit::focusOutEvent(event);
-    if (closing_ || ComesBack(event->reason())) {
+    if (closing_ || EntryFocus::IsElsewhere(event->reason())) {
         return;
     }
     // After the check, which a click brings before it and anything else behind it.

@@ -1,0 +1,70 @@
+#include "bench/ListRefresh.h"
+
+#include "bench/Measure.h"
+#include "shell/FormMain.h"
+#include "support/ApplicationTitle.h"
+#include "support/ProgramFolder.h"
+#include "tabs/TabTable.h"
+#include "tools/PrintedDialogs.h"
+
+#include <QCoreApplication>
+#include <QTabWidget>
+
+namespace {
+
+constexpr double unchangedLimitMs = 0.2;
+constexpr double changedLimitMs = 2;
+constexpr int warmUp = 20;
+constexpr int rounds = 200;
+constexpr int settleMs = 200;
+
+// 0 and 1 are in every row's range, and other texts but for a row that has only one.
+void ChangeAll(ClassZentrova &zentrova, int round) {
+    for (std::int16_t tag = 1; tag < zentrova.ParamCount(); ++tag) {
+        zentrova.ParamUpdate(tag, round % 2);
+    }
+}
+
+} // namespace
+
+void MeasureListRefresh(Figures &figures) {
+    PrintedDialogs dialogs;
+    SettingsStore settings(ApplicationTitle());
+    FormMain form({.dialogs = dialogs,
+                   .settings = settings,
+                   .programFolder = ProgramFolder(),
+                   .commandText = QString(),
+                   .ctrlKeyIsDown = [] { return false; }});
+    form.show();
+    form.findChild<QTabWidget *>(QStringLiteral("TabStrip1"))->setCurrentIndex(Tab::Advanced - 1);
+    Measure::Idle(settleMs);
+
+    std::vector<double> unchanged;
+    std::vector<double> changed;
+    std::vector<double> painted;
+    for (int round = 0; round < warmUp + rounds; ++round) {
+        ChangeAll(form.Zentrova(), round);
+        const double start = Measure::NowMs();
+        form.UpdateDisplay();
+        const double refreshed = Measure::NowMs();
+        QCoreApplication::processEvents();
+        const double shown = Measure::NowMs();
+        form.UpdateDisplay();
+        const double again = Measure::NowMs();
+        if (round >= warmUp) {
+            changed.push_back(refreshed - start);
+            painted.push_back(shown - start);
+            unchanged.push_back(again - shown);
+        }
+    }
+    const auto add = [&figures](const char *name, const std::vector<double> &values, double limit) {
+        figures.Add({.name = QString::fromLatin1(name),
+                     .value = Measure::Median(values),
+                     .unit = QStringLiteral("ms"),
+                     .limit = limit,
+                     .peers = {}});
+    };
+    add("refresh of the Advanced list with no value changed", unchanged, unchangedLimitMs);
+    add("refresh of the Advanced list with all values changed", changed, changedLimitMs);
+    add("the same with the painting of those in sight", painted, changedLimitMs);
+}

@@ -1,0 +1,270 @@
+#include "tabs/ui/AdvancedPage.h"
+
+#include "model/ParamDefines.h"
+#include "model/UnitClass.h"
+#include "support/ApplicationTitle.h"
+#include "support/Fault.h"
+#include "support/Numbers.h"
+#include "tabs/ui/FormEdit.h"
+#include "ui/Controls.h"
+
+#include <QPersistentModelIndex>
+
+namespace {
+
+using View = ParameterListModel::View;
+
+constexpr int allOption = 0;
+constexpr int changedOption = 1;
+
+// Twips.
+constexpr int listLeft = 150;
+constexpr int listTop = 180;
+constexpr int listWidthLess = 300; // than the page
+constexpr int listHeightLess = 900;
+constexpr int firstOptionBelowList = 100;
+constexpr int secondOptionBelowFirst = 10;
+constexpr int refreshBelowList = 225;
+constexpr int optionWidth = 1800;
+constexpr int optionHeight = 270;
+constexpr int refreshLeft = 2100;
+constexpr int refreshWidth = 1335;
+constexpr int refreshHeight = 405;
+constexpr int listBorder = 30; // of which an editor's place stands clear
+constexpr int textInset = 50;
+constexpr int textTop = 30;
+constexpr int textWider = 10; // than its column
+constexpr int textLower = 10; // than its row
+constexpr int choiceInset = 80;
+constexpr int choiceTop = 0;
+
+QPoint Offset(int x, int y) {
+    return Controls::FromTwips(x, y, 0, 0).topLeft();
+}
+
+bool HasOutputDialog(std::int16_t tag) {
+    return tag == ParamDefines::ManualOutput ||
+           (tag >= ParamDefines::FirstRawOutput && tag <= ParamDefines::LastRawOutput);
+}
+
+// A unit beyond those that are known is offered as a list, though it is shown as a number.
+bool IsTyped(std::int16_t unitCode) {
+    return unitCode == 0 || ClassOfUnit(unitCode) == UnitClass::Suffix;
+}
+
+int Pixels(int twips) {
+    return Controls::FromTwips(0, 0, twips, 0).width();
+}
+
+} // namespace
+
+AdvancedPage::AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialogs &dialogs,
+                           ValueOverlay &text1, QWidget *parent)
+    : TabPage(2, parent),
+      zentrova_(zentrova),
+      rules_(rules),
+      dialogs_(dialogs),
+      text1_(text1),
+      model_(zentrova) {
+    BuildControls();
+    connect(listView1_, &ParameterList::EditWanted, this, &AdvancedPage::Edit);
+    connect(listView1_, &ParameterList::Moved, this, [this] {
+        if (isVisible()) {
+            HideEditorsIfScrolled(); // which remembers where the list is now
+            CloseEditors();
+        }
+    });
+    connect(combo1_, &ChoiceOverlay::Chosen, this, &AdvancedPage::Choose);
+    connect(&rules_, &EntryRules::Written, this,
+            [this](std::int16_t, const QString &text) { ShowWritten(text); });
+    for (QRadioButton *option : optionViewParameters_) {
+        connect(option, &QRadioButton::toggled, this, [this](bool selected) {
+            if (selected) {
+                Rebuild();
+            }
+        });
+    }
+    connect(commandRefresh_, &QPushButton::clicked, this, &AdvancedPage::Rebuild);
+    optionViewParameters_[allOption]->setChecked(true);
+}
+
+void AdvancedPage::BuildControls() {
+    listView1_ = new ParameterList(model_, this);
+
+    constexpr std::array captions = {"All", "Changed"};
+    constexpr std::array toolTips = {"Display All Parameters",
+                                     "Display only parameters changed from factory presets"};
+    for (int index : {allOption, changedOption}) {
+        const auto i = static_cast<std::size_t>(index);
+        auto *option = Controls::Named(new QRadioButton(QString::fromLatin1(captions[i]), this),
+                                       Controls::Member("OptionViewParameters", index));
+        option->setAccessibleName(option->text());
+        option->setToolTip(QString::fromLatin1(toolTips[i]));
+        optionViewParameters_[i] = option;
+    }
+
+    commandRefresh_ = Controls::Named(new QPushButton(QStringLiteral("&Refresh"), this), "CommandRefresh");
+    commandRefresh_->setAccessibleName(Controls::SpokenCaption(commandRefresh_->text()));
+    commandRefresh_->setToolTip(QStringLiteral("Refresh the Parameters Changed display"));
+
+    combo1_ = new ChoiceOverlay(text1_.parentWidget());
+    setTabOrder(listView1_, combo1_);
+    setTabOrder(combo1_, listView1_); // where Enter goes on to
+}
+
+// Views. --------------------------------------------------------------------------------------------
+
+void AdvancedPage::Rebuild() {
+    const bool changedOnly = optionViewParameters_[changedOption]->isChecked();
+    commandRefresh_->setEnabled(changedOnly);
+    const int row = listView1_->SelectedRow();
+    const std::int16_t selected = row < 0 ? std::int16_t{0} : model_.TagOf(row);
+    CloseEditors();
+    model_.Fill(changedOnly ? View::Changed : View::All);
+    if (model_.rowCount() > 0) {
+        listView1_->SelectRow(model_.RowOf(selected).value_or(0));
+    }
+    Q_EMIT Rebuilt();
+}
+
+void AdvancedPage::UpdateDisplay() {
+    HideEditorsIfScrolled();
+    model_.Refresh();
+}
+
+void AdvancedPage::HideEditorsIfScrolled() {
+    const int row = listView1_->FirstVisibleRow();
+    if (row >= 0 && model_.TagOf(row) != firstVisible_) {
+        firstVisible_ = model_.TagOf(row);
+        CloseEditors();
+    }
+}
+
+// Text first: closing it may come back here.
+void AdvancedPage::CloseEditors() {
+    text1_.Close();
+    combo1_->Close();
+}
+
+void AdvancedPage::ShowWritten(const QString &text) {
+    if (const int row = listView1_->SelectedRow(); row >= 0) {
+        model_.ShowValue(row, text);
+    }
+}
+
+// Editors. ------------------------------------------------------------------------------------------
+
+void AdvancedPage::Edit(int row) {
+    const std::int16_t tag = model_.TagOf(row);
+    const QString tagText = model_.Text(row, ParameterListModel::Tag);
+    text1_.SetTag(tagText);
+    if (zentrova_.ParamReadOnly(tag)) {
+        return;
+    }
+    if (HasOutputDialog(tag)) {
+        // From the event loop, so that the click that asked for it is through.
+        QMetaObject::invokeMethod(
+            this,
+            [this, tagText, text = model_.Text(row, ParameterListModel::Value)] {
+                EditOutput(tagText, text);
+            },
+            Qt::QueuedConnection);
+    } else if (IsTyped(zentrova_.ParamUnits(tag))) {
+        EditText(row);
+    } else {
+        EditChoice(row, tag);
+    }
+}
+
+void AdvancedPage::EditText(int row) {
+    const QRect cell = listView1_->PlaceOf(row, ParameterListModel::Value, *text1_.parentWidget());
+    const QRect place(cell.topLeft() + Offset(textInset - listBorder, textTop - listBorder),
+                      QSize(cell.width() + Pixels(textWider), cell.height() - Pixels(textLower)));
+    text1_.MoveOver(*listView1_, place, model_.Text(row, ParameterListModel::Tag),
+                    model_.Text(row, ParameterListModel::Value));
+    text1_.Open();
+}
+
+void AdvancedPage::EditChoice(int row, std::int16_t tag) {
+    QStringList texts;
+    int choice = 0;
+    try {
+        for (std::int32_t value = zentrova_.ParamMin(tag); value <= zentrova_.ParamMax(tag); ++value) {
+            texts.push_back(zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), value));
+        }
+        // By the place in the list, whatever parameter stands there.
+        choice = zentrova_.ParamValue(ToInt16(row + 1));
+        if (choice < 0 || choice >= texts.size()) {
+            throw Fault::Subscript(
+                QStringLiteral("Combo1(%1), with %2 elements").arg(choice).arg(texts.size()));
+        }
+    } catch (const Fault &fault) {
+        dialogs_.OwnedMessageBox(fault.Description(),
+                                 {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
+                                 ApplicationTitle());
+        return;
+    }
+    const QRect cell = listView1_->PlaceOf(row, ParameterListModel::Value, *text1_.parentWidget());
+    combo1_->setAccessibleName(zentrova_.ParamName(tag));
+    combo1_->Open(*listView1_, cell.topLeft() + Offset(choiceInset - listBorder, choiceTop - listBorder),
+                  cell.width(), texts, choice);
+}
+
+void AdvancedPage::Choose(int index) {
+    const std::int16_t tag = ToInt16(ToNumber(text1_.property("Tag").toString()));
+    const QPersistentModelIndex selected(listView1_->currentIndex());
+    QMetaObject::invokeMethod(
+        this,
+        [this, tag, index, selected] {
+            zentrova_.ParamValue(tag, index);
+            if (selected.isValid()) {
+                model_.ShowValue(selected.row(), zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), index));
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+void AdvancedPage::EditOutput(const QString &tagText, const QString &text) {
+    const std::int16_t tag = ToInt16(ToNumber(tagText));
+    FormEdit form(rules_, dialogs_, this);
+    form.RawMin = ToInt16(zentrova_.ParamMin(tag));
+    form.RawMax = ToInt16(zentrova_.ParamMax(tag));
+    form.EngMin = 0;
+    form.EngMax = 10;
+    form.SetEntry(text, tagText);
+    form.exec();
+}
+
+// Layout. -------------------------------------------------------------------------------------------
+
+void AdvancedPage::resizeEvent(QResizeEvent *event) {
+    TabPage::resizeEvent(event);
+    const int listWidth = width() * Controls::TwipsPerPixel - listWidthLess;
+    const int listHeight = height() * Controls::TwipsPerPixel - listHeightLess;
+    const int below = listTop + listHeight;
+    const int first = below + firstOptionBelowList;
+    const int second = first + optionHeight + secondOptionBelowFirst;
+    listView1_->setGeometry(Controls::FromTwips(listLeft, listTop, listWidth, listHeight));
+    optionViewParameters_[allOption]->setGeometry(
+        Controls::FromTwips(listLeft, first, optionWidth, optionHeight));
+    optionViewParameters_[changedOption]->setGeometry(
+        Controls::FromTwips(listLeft, second, optionWidth, optionHeight));
+    commandRefresh_->setGeometry(
+        Controls::FromTwips(refreshLeft, below + refreshBelowList, refreshWidth, refreshHeight));
+    CloseEditorsOffTheList();
+}
+
+// A window that is made smaller takes the cell out of sight, not the editor.
+void AdvancedPage::CloseEditorsOffTheList() {
+    const int bottom = listView1_->mapTo(text1_.parentWidget(), QPoint(0, listView1_->height())).y();
+    for (const QWidget *editor : std::initializer_list<const QWidget *>{&text1_, combo1_}) {
+        if (editor->isVisible() && editor->geometry().bottom() >= bottom) {
+            CloseEditors();
+        }
+    }
+}
+
+void AdvancedPage::hideEvent(QHideEvent *event) {
+    combo1_->Close();
+    TabPage::hideEvent(event);
+}

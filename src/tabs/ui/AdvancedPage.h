@@ -1,0 +1,59 @@
+#pragma once
+
+#include "model/ClassZentrova.h"
+#include "support/UserDialogs.h"
+#include "tabs/EntryRules.h"
+#include "tabs/ParameterListModel.h"
+#include "tabs/ui/ChoiceOverlay.h"
+#include "tabs/ui/ParameterList.h"
+#include "tabs/ui/TabPage.h"
+#include "tabs/ui/ValueOverlay.h"
+
+#include <QPushButton>
+#include <QRadioButton>
+#include <array>
+#include <cstdint>
+
+// The Advanced tab: the list of all parameters, where each that may be changed can be.
+class AdvancedPage : public TabPage {
+    Q_OBJECT
+
+public:
+    // `text1` is the main form's box for typed values, Combo1 is put beside it.
+    AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialogs &dialogs, ValueOverlay &text1,
+                 QWidget *parent);
+
+    void UpdateDisplay() override;
+
+Q_SIGNALS:
+    // The rows were built anew; their values are owed an UpdateDisplay.
+    void Rebuilt();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void BuildControls();
+    void Rebuild();
+    void ShowWritten(const QString &text);
+    void HideEditorsIfScrolled();
+    void CloseEditors();
+    void CloseEditorsOffTheList();
+    void Edit(int row);
+    void EditText(int row);
+    void EditChoice(int row, std::int16_t tag);
+    void EditOutput(const QString &tagText, const QString &text);
+    void Choose(int index);
+
+    ClassZentrova &zentrova_;
+    EntryRules &rules_;
+    UserDialogs &dialogs_;
+    ValueOverlay &text1_;
+    ParameterListModel model_;
+    ParameterList *listView1_ = nullptr;
+    ChoiceOverlay *combo1_ = nullptr;
+    std::array<QRadioButton *, 2> optionViewParameters_{};
+    QPushButton *commandRefresh_ = nullptr;
+    std::int16_t firstVisible_ = 0; // the parameter at the top, as of the last look
+};

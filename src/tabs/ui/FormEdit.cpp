@@ -1,0 +1,150 @@
+#include "tabs/ui/FormEdit.h"
+
+#include "model/Global.h"
+#include "support/Numbers.h"
+#include "tabs/ui/TextBoxEntry.h"
+#include "ui/Controls.h"
+#include "ui/EntryFocus.h"
+#include "ui/TextBoxFunctions.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QShowEvent>
+
+namespace {
+
+constexpr int raw = 0;
+constexpr int volts = 1;
+constexpr int voltsDecimals = 2;
+constexpr int significantDigits = 15;
+constexpr int margin = 12;
+constexpr int boxWidth = 110;
+constexpr int buttonWidth = 80;
+
+} // namespace
+
+FormEdit::FormEdit(EntryRules &rules, UserDialogs &dialogs, QWidget *parent)
+    : QDialog(parent),
+      rules_(rules),
+      dialogs_(dialogs) {
+    Controls::Named(this, "FormEdit");
+    setWindowTitle(QStringLiteral("Enter Value"));
+    BuildControls();
+    optionDataType_[raw]->setChecked(true);
+}
+
+void FormEdit::BuildControls() {
+    auto *grid = new QGridLayout;
+    grid->setHorizontalSpacing(margin);
+    constexpr std::array captions = {"&Raw", "&Volts"};
+    for (int index : {raw, volts}) {
+        const auto i = static_cast<std::size_t>(index);
+        auto *option = Controls::Named(new QRadioButton(QString::fromLatin1(captions[i]), this),
+                                       Controls::Member("OptionDataType", index));
+        option->setAccessibleName(Controls::SpokenCaption(option->text()));
+        auto *box = Controls::Named(new QLineEdit(this), Controls::Member("TextDataVal", index));
+        box->setAccessibleName(option->accessibleName());
+        box->setFixedWidth(boxWidth);
+        box->setEnabled(false);
+        QPalette colours = box->palette();
+        colours.setColor(QPalette::Disabled, QPalette::Text, Controls::LegibleDisabledText(colours));
+        box->setPalette(colours);
+        grid->addWidget(option, index, 0);
+        grid->addWidget(box, index, 1);
+        EntryFocus::SelectAllOnEntry(*box);
+        EntryFocus::ValidateOnLeave(*box, [this, index] { return Validate(index); });
+        connect(option, &QRadioButton::toggled, this, [this, index](bool selected) {
+            if (selected) {
+                SelectType(index);
+            }
+        });
+        optionDataType_[i] = option;
+        textDataVal_[i] = box;
+    }
+
+    auto *ok = Controls::Named(new QPushButton(QStringLiteral("&OK"), this), "CommandOK");
+    auto *cancel = Controls::Named(new QPushButton(QStringLiteral("&Cancel"), this), "CommandCancel");
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    for (QPushButton *button : {ok, cancel}) {
+        button->setAccessibleName(Controls::SpokenCaption(button->text()));
+        button->setMinimumWidth(buttonWidth);
+        button->setAutoDefault(false);
+        buttons->addWidget(button);
+    }
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &FormEdit::WriteAndClose);
+    connect(cancel, &QPushButton::clicked, this, &FormEdit::reject);
+
+    QWidget *const tabOrder[] = {
+        optionDataType_[raw], optionDataType_[volts], textDataVal_[raw], textDataVal_[volts], ok, cancel};
+    for (std::size_t i = 1; i < std::size(tabOrder); ++i) {
+        setTabOrder(tabOrder[i - 1], tabOrder[i]);
+    }
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->addLayout(grid);
+    layout->addSpacing(margin);
+    layout->addLayout(buttons);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void FormEdit::SetEntry(const QString &text, const QString &tag) {
+    textDataVal_[raw]->setText(text);
+    textDataVal_[raw]->setProperty("Tag", tag);
+}
+
+void FormEdit::showEvent(QShowEvent *event) {
+    QDialog::showEvent(event);
+    ConvertFrom(raw);
+    textDataVal_[raw]->setFocus(Qt::OtherFocusReason);
+}
+
+void FormEdit::SelectType(int index) {
+    const auto chosen = static_cast<std::size_t>(index);
+    textDataVal_[chosen]->setEnabled(true);
+    textDataVal_[1 - chosen]->setEnabled(false);
+    if (isVisible()) {
+        textDataVal_[chosen]->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+// The box is left once its text is valid, so the other one follows here.
+bool FormEdit::Validate(int index) {
+    const bool isRaw = index == raw;
+    const bool valid = TextBoxFunctions::ValidateNumericEntry(
+        *textDataVal_[static_cast<std::size_t>(index)],
+        isRaw ? QStringLiteral("the raw value") : QStringLiteral("the formatted value"),
+        isRaw ? RawMin : EngMin, isRaw ? RawMax : EngMax, false, dialogs_);
+    if (valid) {
+        ConvertFrom(index);
+    }
+    return valid;
+}
+
+void FormEdit::ConvertFrom(int index) {
+    const QString text = textDataVal_[static_cast<std::size_t>(index)]->text();
+    if (!IsNumeric(text)) {
+        return; // a row whose unit isn't a plain number
+    }
+    if (index == raw) {
+        const double shown =
+            Global::InterpolateClipped(ToInt16(ToNumber(text)), RawMin, RawMax, EngMin, EngMax);
+        textDataVal_[volts]->setText(FormatDecimals(shown, voltsDecimals));
+    } else {
+        const double value = Global::InterpolateClipped(ToNumber(text), EngMin, EngMax, RawMin, RawMax);
+        textDataVal_[raw]->setText(QString::number(value, 'g', significantDigits));
+        textDataVal_[volts]->setText(ReformatDecimals(text, voltsDecimals));
+    }
+}
+
+void FormEdit::WriteAndClose() {
+    QLineEdit &box = *textDataVal_[raw];
+    if (ValidateAndWriteTextBoxVal(box, rules_)) {
+        accept();
+    } else {
+        box.setFocus(Qt::OtherFocusReason); // unless it is disabled
+    }
+}

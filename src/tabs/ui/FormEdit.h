@@ -1,0 +1,43 @@
+#pragma once
+
+#include "support/UserDialogs.h"
+#include "tabs/EntryRules.h"
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <array>
+#include <cstdint>
+
+// Edits a raw value of the output stage, as the number or in volts. What is accepted has been written when
+// the dialog closes.
+class FormEdit : public QDialog {
+    Q_OBJECT
+
+public:
+    FormEdit(EntryRules &rules, UserDialogs &dialogs, QWidget *parent = nullptr);
+
+    // The ends of the raw range, and the volts there. Set before the dialog is shown.
+    std::int16_t RawMin = 0;
+    std::int16_t RawMax = 0;
+    std::int16_t EngMin = 0;
+    std::int16_t EngMax = 0;
+
+    // The raw value as text, and the number of its parameter.
+    void SetEntry(const QString &text, const QString &tag);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void BuildControls();
+    void SelectType(int index);
+    bool Validate(int index);
+    void ConvertFrom(int index);
+    void WriteAndClose();
+
+    EntryRules &rules_;
+    UserDialogs &dialogs_;
+    std::array<QRadioButton *, 2> optionDataType_{};
+    std::array<QLineEdit *, 2> textDataVal_{};
+};

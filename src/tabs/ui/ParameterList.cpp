@@ -1,0 +1,123 @@
+#include "tabs/ui/ParameterList.h"
+
+#include "ui/Controls.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <array>
+
+namespace {
+
+constexpr std::array columnWidths = {952, 4180, 1983, 2540}; // twips
+constexpr int rowPadding = 6;                                // pixels: an editor has its frame inside a row
+class CellDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QColor readOnlyColour;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const override {
+        return {0, option.fontMetrics.height() + rowPadding};
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (index.column() != ParameterListModel::Tag &&
+            index.data(ParameterListModel::ReadOnlyRole).toBool()) {
+            option->palette.setColor(QPalette::Text, readOnlyColour);
+        }
+    }
+};
+
+} // namespace
+
+ParameterList::ParameterList(ParameterListModel &model, QWidget *parent) : QTreeView(parent), model_(model) {
+    Controls::Named(this, "ListView1");
+    setAccessibleName(QStringLiteral("Parameters"));
+    setItemDelegate(new CellDelegate(this));
+    ChooseReadOnlyColour();
+    setModel(&model);
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setEditTriggers(NoEditTriggers);
+    setSelectionMode(SingleSelection);
+    setTabKeyNavigation(false);
+    SetUpHeader();
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ParameterList::Moved);
+    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &ParameterList::Moved);
+}
+
+void ParameterList::SetUpHeader() {
+    header()->setSectionsMovable(false);
+    header()->setSectionsClickable(true);
+    header()->setStretchLastSection(false);
+    header()->setMinimumSectionSize(0);
+    int left = 0;
+    for (int column = 0; column < ParameterListModel::Columns; ++column) {
+        const int width = columnWidths[static_cast<std::size_t>(column)];
+        header()->resizeSection(column, Controls::FromTwips(left, 0, width, 0).width());
+        left += width;
+    }
+    connect(header(), &QHeaderView::sectionClicked, this, &ParameterList::SortBy);
+    connect(header(), &QHeaderView::sectionResized, this, &ParameterList::Moved);
+}
+
+void ParameterList::SortBy(int column) {
+    model_.SortBy(column);
+    header()->setSortIndicatorShown(true);
+    header()->setSortIndicator(column, model_.SortOrder());
+    Q_EMIT Moved();
+}
+
+void ParameterList::SelectRow(int row) {
+    setCurrentIndex(model_.index(row, ParameterListModel::Tag));
+}
+
+QRect ParameterList::PlaceOf(int row, ParameterListModel::Column column, const QWidget &widget) const {
+    const QRect place = visualRect(model_.index(row, column));
+    return {viewport()->mapTo(&widget, place.topLeft()), place.size()};
+}
+
+void ParameterList::mouseDoubleClickEvent(QMouseEvent *event) {
+    QTreeView::mouseDoubleClickEvent(event);
+    const QModelIndex cell = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && cell.isValid() && cell.column() == ParameterListModel::Value) {
+        scrollTo(cell); // which the click would do later, under the editor
+        Q_EMIT EditWanted(cell.row());
+    }
+}
+
+void ParameterList::keyPressEvent(QKeyEvent *event) {
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_F2:
+        if (currentIndex().isValid()) {
+            scrollTo(model_.index(SelectedRow(), ParameterListModel::Value));
+            Q_EMIT EditWanted(SelectedRow());
+        }
+        break;
+    default:
+        QTreeView::keyPressEvent(event);
+        break;
+    }
+}
+
+void ParameterList::changeEvent(QEvent *event) {
+    QTreeView::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
+        ChooseReadOnlyColour();
+    }
+}
+
+void ParameterList::ChooseReadOnlyColour() {
+    static_cast<CellDelegate *>(itemDelegate())->readOnlyColour = Controls::LegibleDisabledText(palette());
+    viewport()->update();
+}
