@@ -362,6 +362,10 @@ void FormMain::SelectTab(int stripIndex) {
     // The mnemonic of a tab leaves the focus where it is, but what is edited there goes with its page.
     text1_->Close();
     tabStrip1_->tabBar()->setFocus(Qt::OtherFocusReason);
+    tabFrames_[static_cast<std::size_t>(currentTab_)]->Leaving();
+    if (tabStrip1_->currentIndex() != stripIndex) {
+        return; // the user has gone on meanwhile
+    }
     tabFrames_[static_cast<std::size_t>(currentTab_)]->hide();
     tabFrames_[static_cast<std::size_t>(selected.number)]->show();
     if (selected.helpContext != 0) {

@@ -9,6 +9,7 @@
 #include "ui/Controls.h"
 
 #include <QPersistentModelIndex>
+#include <utility>
 
 namespace {
 
@@ -213,15 +214,19 @@ void AdvancedPage::EditChoice(int row, std::int16_t tag) {
 void AdvancedPage::Choose(int index) {
     const std::int16_t tag = ToInt16(ToNumber(text1_.property("Tag").toString()));
     const QPersistentModelIndex selected(listView1_->currentIndex());
-    QMetaObject::invokeMethod(
-        this,
-        [this, tag, index, selected] {
-            zentrova_.ParamValue(tag, index);
-            if (selected.isValid()) {
-                model_.ShowValue(selected.row(), zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), index));
-            }
-        },
-        Qt::QueuedConnection);
+    owedWrite_ = [this, tag, index, selected] {
+        zentrova_.ParamValue(tag, index);
+        if (selected.isValid()) {
+            model_.ShowValue(selected.row(), zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), index));
+        }
+    };
+    QMetaObject::invokeMethod(this, &AdvancedPage::WriteChoice, Qt::QueuedConnection);
+}
+
+void AdvancedPage::WriteChoice() {
+    if (owedWrite_) {
+        std::exchange(owedWrite_, nullptr)();
+    }
 }
 
 void AdvancedPage::EditOutput(const QString &tagText, const QString &text) {

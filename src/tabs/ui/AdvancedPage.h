@@ -13,6 +13,7 @@
 #include <QRadioButton>
 #include <array>
 #include <cstdint>
+#include <functional>
 
 // The Advanced tab: the list of all parameters, where each that may be changed can be.
 class AdvancedPage : public TabPage {
@@ -23,6 +24,7 @@ public:
     AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialogs &dialogs, ValueOverlay &text1,
                  QWidget *parent);
 
+    void Leaving() override { WriteChoice(); }
     void UpdateDisplay() override;
 
 Q_SIGNALS:
@@ -45,6 +47,7 @@ private:
     void EditChoice(int row, std::int16_t tag);
     void EditOutput(const QString &tagText, const QString &text);
     void Choose(int index);
+    void WriteChoice();
 
     ClassZentrova &zentrova_;
     EntryRules &rules_;
@@ -55,5 +58,6 @@ private:
     ChoiceOverlay *combo1_ = nullptr;
     std::array<QRadioButton *, 2> optionViewParameters_{};
     QPushButton *commandRefresh_ = nullptr;
+    std::function<void()> owedWrite_; // of a choice that was made, until the event loop turns
     std::int16_t firstVisible_ = 0; // the parameter at the top, as of the last look
 };

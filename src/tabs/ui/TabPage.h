@@ -10,6 +10,10 @@ public:
     // The member `number` of the pages' array.
     TabPage(int number, QWidget *parent);
 
+    // The user changes to another page: what this one still has to write, it writes now, which may turn the
+    // event loop.
+    virtual void Leaving() {}
+
     // The user has changed to this page. It may write parameters, which turns the event loop.
     virtual void Entered() {}
 
