@@ -20,6 +20,10 @@ ValueOverlay::ValueOverlay(EntryRules &rules, QWidget *parent) : QLineEdit(paren
 
 void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &tag, const QString &text) {
     owner_ = &owner;
+    // What is typed stands as what it replaces.
+    const auto *box = qobject_cast<QLineEdit *>(&owner);
+    setAlignment(box != nullptr ? box->alignment() : Qt::AlignLeft | Qt::AlignVCenter);
+    setFont(owner.font());
     setGeometry(place);
     setText(text);
     SetTag(tag);
