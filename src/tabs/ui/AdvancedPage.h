@@ -59,5 +59,5 @@ private:
     std::array<QRadioButton *, 2> optionViewParameters_{};
     QPushButton *commandRefresh_ = nullptr;
     std::function<void()> owedWrite_; // of a choice that was made, until the event loop turns
-    std::int16_t firstVisible_ = 0; // the parameter at the top, as of the last look
+    std::int16_t firstVisible_ = 0;   // the parameter at the top, as of the last look
 };
