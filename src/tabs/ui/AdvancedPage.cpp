@@ -85,7 +85,13 @@ AdvancedPage::AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialo
             }
         });
     }
-    connect(commandRefresh_, &QPushButton::clicked, this, &AdvancedPage::Rebuild);
+    connect(commandRefresh_, &QPushButton::clicked, this, [this] {
+        if (combo1_->isVisible()) {
+            commandRefresh_->setFocus(Qt::OtherFocusReason); // which its mnemonic doesn't
+            WriteChoice();
+        }
+        Rebuild();
+    });
     optionViewParameters_[allOption]->setChecked(true);
 }
 
@@ -184,6 +190,7 @@ void AdvancedPage::EditText(int row) {
     text1_.MoveOver(*listView1_, place, model_.Text(row, ParameterListModel::Tag),
                     model_.Text(row, ParameterListModel::Value));
     text1_.Open();
+    listView1_->ScrollUnder(text1_);
 }
 
 void AdvancedPage::EditChoice(int row, std::int16_t tag) {
@@ -209,6 +216,7 @@ void AdvancedPage::EditChoice(int row, std::int16_t tag) {
     combo1_->setAccessibleName(zentrova_.ParamName(tag));
     combo1_->Open(*listView1_, cell.topLeft() + Offset(choiceInset - listBorder, choiceTop - listBorder),
                   cell.width(), texts, choice);
+    listView1_->ScrollUnder(*combo1_);
 }
 
 void AdvancedPage::Choose(int index) {

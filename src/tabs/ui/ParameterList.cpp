@@ -85,6 +85,11 @@ QRect ParameterList::PlaceOf(int row, ParameterListModel::Column column, const Q
     return {viewport()->mapTo(&widget, place.topLeft()), place.size()};
 }
 
+void ParameterList::ScrollUnder(QWidget &editor) {
+    verticalScrollBar()->setFocusProxy(&editor);
+    horizontalScrollBar()->setFocusProxy(&editor);
+}
+
 void ParameterList::mouseDoubleClickEvent(QMouseEvent *event) {
     QTreeView::mouseDoubleClickEvent(event);
     const QModelIndex cell = indexAt(event->position().toPoint());

@@ -20,6 +20,9 @@ public:
     // A cell's place in the coordinates of `widget`, which the list stands in.
     QRect PlaceOf(int row, ParameterListModel::Column column, const QWidget &widget) const;
 
+    // A press on a scroll bar leaves the focus with this editor.
+    void ScrollUnder(QWidget &editor);
+
 Q_SIGNALS:
     // A double click on the Value cell of the row, or Enter or F2 on the row.
     void EditWanted(int row);

@@ -722,3 +722,37 @@ TEST_F(AdvancedPageTest, TellsAnAssistiveClientItsCells) {
               QStringLiteral("Read only"));
     QAccessible::setActive(false);
 }
+
+TEST_F(AdvancedPageTest, TheScrollBarClosesTheEditorsWithoutWriting) {
+    StartOnTab();
+    for (const std::int16_t tag : {std::int16_t{28}, ParamDefines::AnalogOutputMode}) {
+        DoubleClick(tag);
+        if (tag == 28) {
+            Type("13");
+        } else {
+            Key(Qt::Key_Down);
+        }
+        QScrollBar &bar = *List().verticalScrollBar();
+        const int before = bar.value();
+        ClickInWindow(bar, {bar.width() / 2, bar.height() - bar.width() - 5});
+        EXPECT_GT(bar.value(), before);
+        ExpectNothingOpen();
+        EXPECT_TRUE(List().hasFocus());
+    }
+    EXPECT_EQ(Value(28), 1200);
+    EXPECT_EQ(Value(39), 1);
+}
+
+TEST_F(AdvancedPageTest, TheMnemonicOfRefreshTakesTheChoice) {
+    StartOnTab();
+    Poll(ParamDefines::AnalogOutputMode, 2);
+    ShowChanged();
+    Poll(static_cast<std::int16_t>(*Model().RowOf(39) + 1), 1); // where the list opens
+    DoubleClick(39);
+    EXPECT_TRUE(Combo1().isVisible());
+    Key(Qt::Key_Home);
+    Key(Qt::Key_R, Qt::AltModifier);
+    EXPECT_TRUE(WaitUntil([this] { return !Combo1().isVisible(); }));
+    Settle();
+    EXPECT_EQ(Value(39), 0);
+}
