@@ -40,9 +40,9 @@ void RelayDrag::MouseUp(int marker, bool leftButton) {
     }
 }
 
-void RelayDrag::Step(int marker, float twips) {
+bool RelayDrag::Step(int marker, float twips) {
     ShowThreshold(marker);
-    MoveTo(marker, drawing_.At(PicRelay, marker).left + twips);
+    return MoveTo(marker, drawing_.At(PicRelay, marker).left + twips);
 }
 
 void RelayDrag::LetGo(int marker) {
@@ -57,12 +57,12 @@ void RelayDrag::ShowThreshold(int marker) {
 }
 
 // A place beyond the limits is no place: the marker stays where it is.
-void RelayDrag::MoveTo(int marker, float left) {
+bool RelayDrag::MoveTo(int marker, float left) {
     const Drawing::Control &graph = drawing_.At(FrameGraph);
     Drawing::Control &strip = drawing_.At(PicRelay, marker);
     const std::int32_t newLeft = ToInt32(left);
     if (newLeft < LeftLimit() || static_cast<float>(newLeft) > graph.width - strip.width) {
-        return;
+        return false;
     }
     strip.left = static_cast<float>(newLeft);
     Drawing::Control &label = drawing_.At(LabelRelayDist);
@@ -70,6 +70,7 @@ void RelayDrag::MoveTo(int marker, float left) {
     label.caption =
         zentrova_.ParamName(ThresholdOf(marker)) + u'\n' + zentrova_.FormatRaw(ValueAt(strip.left), model);
     label.left = graph.left + strip.left - label.width / 2;
+    return true;
 }
 
 std::int32_t RelayDrag::LeftLimit() const {

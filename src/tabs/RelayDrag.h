@@ -23,13 +23,13 @@ public:
     // The write may turn the event loop.
     void MouseUp(int marker, bool leftButton);
 
-    // The same by the keyboard: a step of so many twips, and letting go.
-    void Step(int marker, float twips);
+    // The same by the keyboard: a step of so many twips, and letting go. False: it would have passed a limit.
+    bool Step(int marker, float twips);
     void LetGo(int marker);
 
 private:
     void ShowThreshold(int marker);
-    void MoveTo(int marker, float left);
+    bool MoveTo(int marker, float left);
     std::int32_t ValueAt(float left) const;
     std::int32_t LeftLimit() const;
 

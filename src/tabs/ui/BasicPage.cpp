@@ -237,6 +237,9 @@ void BasicPage::ShowChanges() {
     for (const ControlId id : since.controls) {
         Apply(id);
     }
+    if (!since.controls.empty()) {
+        text1_.StayOver();
+    }
 }
 
 void BasicPage::ConfigureBasicTab() {

@@ -54,8 +54,9 @@ void RelayMarker::keyPressEvent(QKeyEvent *event) {
         QWidget::keyPressEvent(event);
         return;
     }
-    movedByKey_ = true;
-    drag_.Step(number_, event->key() == Qt::Key_Left ? -keyStep : keyStep);
+    if (drag_.Step(number_, event->key() == Qt::Key_Left ? -keyStep : keyStep)) {
+        movedByKey_ = true;
+    }
     Q_EMIT Moved();
 }
 

@@ -24,6 +24,7 @@ void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &t
     const auto *box = qobject_cast<QLineEdit *>(&owner);
     setAlignment(box != nullptr ? box->alignment() : Qt::AlignLeft | Qt::AlignVCenter);
     setFont(owner.font());
+    overOwner_ = false;
     setGeometry(place);
     setText(text);
     SetTag(tag);
@@ -32,6 +33,18 @@ void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &t
 
 void ValueOverlay::MoveOver(QWidget &owner, const QString &tag, const QString &text) {
     MoveOver(owner, QRect(owner.mapTo(parentWidget(), QPoint()), owner.size()), tag, text);
+    overOwner_ = true;
+}
+
+void ValueOverlay::StayOver() {
+    if (isHidden() || !overOwner_ || !owner_) {
+        return;
+    }
+    if (!owner_->isEnabled() || !owner_->isVisibleTo(parentWidget())) {
+        Close();
+        return;
+    }
+    setGeometry(QRect(owner_->mapTo(parentWidget(), QPoint()), owner_->size()));
 }
 
 void ValueOverlay::SetTag(const QString &tag) {
@@ -96,13 +109,23 @@ bool ValueOverlay::PermitsLeaving() {
         return true;
     }
     const bool permitted = Write();
+    if (opening != openings_) {
+        goneOn_ = true;
+        QMetaObject::invokeMethod(
+            this, [this] { goneOn_ = false; }, Qt::QueuedConnection);
+    }
     if (opening != openings_ || isHidden()) {
         return true; // what was asked about isn't there any more
     }
     if (permitted) {
+        asked_ = opening;
         HideIfLeft();
     }
     return permitted;
+}
+
+bool ValueOverlay::focusNextPrevChild(bool next) {
+    return goneOn_ || QLineEdit::focusNextPrevChild(next);
 }
 
 void ValueOverlay::focusOutEvent(QFocusEvent *event) {
@@ -115,8 +138,21 @@ void ValueOverlay::focusOutEvent(QFocusEvent *event) {
 }
 
 void ValueOverlay::HideIfLeft() {
-    if (checked_ != openings_ && !isHidden() && window()->focusWidget() != this) {
-        hide();
-        Q_EMIT Left();
+    if (checked_ == openings_ || isHidden() || window()->focusWidget() == this) {
+        return;
     }
+    // Nobody asks while the value before is still being written.
+    if (const int opening = openings_; OwesACheck()) {
+        const bool permitted = Write();
+        if (opening != openings_ || isHidden()) {
+            return;
+        }
+        if (!permitted) {
+            setFocus(Qt::OtherFocusReason);
+            TextBoxFunctions::SelectAllText(*this);
+            return;
+        }
+    }
+    hide();
+    Q_EMIT Left();
 }

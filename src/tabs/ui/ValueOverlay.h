@@ -27,6 +27,10 @@ public:
     // replaces that text.
     void Open(QChar first = {});
 
+    // Goes with what it lies over the whole of: to where that is now, or away when that is hidden or
+    // disabled.
+    void StayOver();
+
     // Hides the box if it shows. Nothing is written.
     void Close();
 
@@ -40,15 +44,20 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     bool Write();
     bool PermitsLeaving();
+    bool OwesACheck() const { return asked_ != openings_ && !text().isEmpty(); }
     void HideIfLeft();
 
     EntryRules &rules_;
     QPointer<QWidget> owner_;
     int openings_ = 0;
     int checked_ = 0; // the opening whose text is being checked or written; 0: none
+    int asked_ = 0;   // the opening whose text was found valid as it was left
+    bool overOwner_ = false;
     bool closing_ = false;
+    bool goneOn_ = false; // the user is at another value already than the key that is on its way was for
 };

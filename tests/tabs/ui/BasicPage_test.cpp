@@ -401,3 +401,33 @@ TEST_F(BasicEntryTest, KeepsTheSelectionOfAFocusedBoxThatDoesNotChange) {
     page_.UpdateDisplay();
     EXPECT_EQ(box.selectedText(), QStringLiteral("6.00\""));
 }
+
+TEST_F(BasicEntryTest, ClosesTheEditorOfABoxThatGoes) {
+    QTest::keyClick(&Focus(0), Qt::Key_5);
+    EXPECT_TRUE(text1_.isVisible());
+    zentrova_.ParamUpdate(ParamDefines::AnalogOutputMode, 0);
+    page_.ConfigureBasicTab();
+    Settle();
+    EXPECT_FALSE(text1_.isVisible());
+}
+
+TEST_F(BasicEntryTest, KeepsTheEditorOverABoxThatMoves) {
+    QLineEdit &box = Focus(0);
+    QTest::keyClick(&box, Qt::Key_5);
+    zentrova_.ParamUpdate(ParamDefines::FarVoltage, 0);
+    zentrova_.ParamUpdate(ParamDefines::NearVoltage, 1000);
+    page_.UpdateGraph();
+    EXPECT_TRUE(text1_.isVisible());
+    EXPECT_EQ(text1_.text(), QStringLiteral("5"));
+    EXPECT_EQ(text1_.geometry(), QRect(box.mapTo(&window_, QPoint()), box.size()));
+}
+
+TEST_F(BasicChartTest, WritesNothingForAKeyThatMovesNoMarker) {
+    zentrova_.ParamUpdate(ParamDefines::MaxRange, 38000);
+    zentrova_.ParamUpdate(57, 42000);
+    page_.PositionRelayMarkers();
+    auto &marker = ui_.Get<QWidget>("PicRelay(1)");
+    marker.setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&marker, Qt::Key_Right);
+    EXPECT_EQ(zentrova_.ParamValue(57), 42000);
+}

@@ -338,3 +338,39 @@ TEST_F(ValueOverlayTest, StaysOpenOverAnotherValueThatIsEditedWhileTheWriteWaits
     const std::vector<std::pair<int, int>> expected = {{28, 1300}, {29, 30000}};
     EXPECT_EQ(link.writes, expected);
 }
+
+TEST_F(ValueOverlayTest, WritesWhatIsTypedForAnotherValueWhileTheOneLeftWaits) {
+    FakeLink link;
+    zentrova_.ConnectTo(&link);
+    Open();
+    Type("13");
+    link.whileWaiting = [&] {
+        link.whileWaiting = {};
+        overlay_.MoveOver(*next_, QStringLiteral("29"), QStringLiteral("360.00\""));
+        overlay_.Open(u'3');
+        Type("00");
+        Key(Qt::Key_Tab);
+    };
+    Key(Qt::Key_Tab);
+    EXPECT_TRUE(overlay_.isHidden());
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::FarDistance), 30000);
+    EXPECT_EQ(Near(), 1300);
+    EXPECT_EQ(link.writes.size(), 2U);
+}
+
+TEST_F(ValueOverlayTest, ChecksWhatIsTypedForAnotherValueWhileTheOneLeftWaits) {
+    FakeLink link;
+    zentrova_.ConnectTo(&link);
+    Open();
+    Type("13");
+    link.whileWaiting = [&] {
+        link.whileWaiting = {};
+        overlay_.MoveOver(*next_, QStringLiteral("28"), QStringLiteral("12.00\""));
+        overlay_.Open(u'5');
+        ExpectRefusal();
+        Key(Qt::Key_Tab);
+    };
+    Key(Qt::Key_Tab);
+    ExpectHeld();
+    EXPECT_EQ(overlay_.text(), QStringLiteral("5"));
+}
