@@ -199,7 +199,13 @@ void FormMain::BuildPages() {
     tabFrames_[Tab::Advanced] = advanced;
     tabFrames_[Tab::Wizard] = new WizardPage(central);
     tabFrames_[Tab::Distance] = new DistancePage(*zentrova_, central);
-    tabFrames_[Tab::Checkout] = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
+    auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
+    connect(checkout, &CheckoutPage::Finished, this, [this] {
+        if (currentTab_ != Tab::Checkout) { // which was left before the output's mode was written
+            ConfigureBasicTab();
+        }
+    });
+    tabFrames_[Tab::Checkout] = checkout;
     for (const Tab::Description &tab : Tab::Table) {
         TabPage *page = tabFrames_[static_cast<std::size_t>(tab.number)];
         page->move(

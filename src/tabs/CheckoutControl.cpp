@@ -72,6 +72,7 @@ void CheckoutControl::Finish() {
         steps_.pop_front();
         Do(step);
     }
+    Q_EMIT Finished();
 }
 
 // A toggle looks at the value as its turn comes, so that a second click takes back the first.

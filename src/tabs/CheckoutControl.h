@@ -32,6 +32,9 @@ public:
     // Works the queue off now. Does nothing while it is being worked off further up.
     void Finish();
 
+Q_SIGNALS:
+    void Finished(); // the queue is worked off
+
 private:
     struct Step {
         std::int16_t tag = 0;

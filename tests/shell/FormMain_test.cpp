@@ -2,6 +2,7 @@
 
 #include "model/ParamDefines.h"
 #include "support/Fault.h"
+#include "tests/support/FakeLink.h"
 #include "tests/support/MainForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/Wait.h"
@@ -12,6 +13,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QProgressBar>
+#include <QRadioButton>
 #include <QScreen>
 #include <QTabBar>
 #include <QTest>
@@ -425,6 +427,27 @@ TEST_F(FormMainTest, SetsTheBasicTabToTheModeOfTheTable) {
     ClickTab(3); // whichever tab comes
     ClickTab(0);
     EXPECT_TRUE(Ui().Get<QWidget>("FrameManOutput").isVisible());
+}
+
+TEST_F(FormMainTest, SetsTheBasicTabToTheModeThatIsWrittenAfterCheckoutWasLeft) {
+    Start(QStringLiteral("/Checkout"));
+    ClickTab(4);
+    Settle();
+    FakeLink link;
+    form_->Zentrova().ConnectTo(&link);
+    int waits = 0;
+    link.whileWaiting = [&] {
+        if (++waits == 2) { // the second write of the option waits for the first
+            Ui().Get<QRadioButton>("OptionAnalogOut(5)").setChecked(true);
+            ClickTab(0);
+        }
+    };
+    Ui().Get<QRadioButton>("OptionAnalogOut(1)").setChecked(true);
+    Settle();
+    EXPECT_EQ(form_->CurrentTab(), 1);
+    EXPECT_EQ(form_->Zentrova().ParamValue(ParamDefines::AnalogOutputMode), 1);
+    EXPECT_TRUE(Ui().Get<QWidget>("TextParam(0)").isVisible());
+    form_->Zentrova().ConnectTo(&form_->Link());
 }
 
 TEST_F(FormMainTest, WritesTheNearDistanceOfARollWhenAFileBringsHyperbolicMode) {

@@ -98,6 +98,7 @@ CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWi
       zentrova_(zentrova),
       manualOutput_(manualOutput),
       control_(zentrova) {
+    connect(&control_, &CheckoutControl::Finished, this, &CheckoutPage::Finished);
     // Tab goes through them in the order in which they are made.
     auto *relays = BuildRelays();
     auto *clkOut = BuildClkOut();

@@ -28,6 +28,9 @@ public:
 
     void UpdateDisplay() override;
 
+Q_SIGNALS:
+    void Finished(); // all that was clicked is written, maybe after the user has gone to another page
+
 private:
     QGroupBox *BuildRelays();
     QGroupBox *BuildClkOut();
