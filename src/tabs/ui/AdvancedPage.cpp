@@ -8,6 +8,7 @@
 #include "tabs/ui/FormEdit.h"
 #include "ui/Controls.h"
 
+#include <QApplication>
 #include <QPersistentModelIndex>
 #include <utility>
 
@@ -173,7 +174,9 @@ void AdvancedPage::Edit(int row) {
         QMetaObject::invokeMethod(
             this,
             [this, tagText, text = model_.Text(row, ParameterListModel::Value)] {
-                EditOutput(tagText, text);
+                if (QApplication::activeModalWidget() == nullptr) { // asked for twice, it opens once
+                    EditOutput(tagText, text);
+                }
             },
             Qt::QueuedConnection);
     } else if (IsTyped(zentrova_.ParamUnits(tag))) {

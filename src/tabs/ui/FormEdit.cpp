@@ -98,6 +98,9 @@ void FormEdit::SetEntry(const QString &text, const QString &tag) {
 
 void FormEdit::showEvent(QShowEvent *event) {
     QDialog::showEvent(event);
+    if (event->spontaneous()) {
+        return; // it comes back from being minimised, with what is being typed
+    }
     ConvertFrom(raw);
     textDataVal_[raw]->setFocus(Qt::OtherFocusReason);
 }

@@ -69,10 +69,11 @@ void RelayMarker::keyReleaseEvent(QKeyEvent *event) {
     }
 }
 
-// The key's release goes to whatever has the focus then.
+// The key's release goes to whatever has the focus then. The write may turn the event loop, so the focus
+// moves first.
 void RelayMarker::focusOutEvent(QFocusEvent *event) {
     QWidget::focusOutEvent(event);
-    LetGoOfKey();
+    QMetaObject::invokeMethod(this, &RelayMarker::LetGoOfKey, Qt::QueuedConnection);
 }
 
 void RelayMarker::LetGoOfKey() {

@@ -281,6 +281,7 @@ TEST_F(BasicChartTest, MovesAFocusedMarkerByTheArrowKeys) {
     QTest::keyPress(&marker, Qt::Key_Left);
     const std::int32_t written = zentrova_.ParamValue(57);
     ui_.Get<QWidget>("PicRelay(3)").setFocus(); // with the key still down
+    Settle();
     EXPECT_LT(zentrova_.ParamValue(57), written);
     EXPECT_FALSE(Visible("LabelRelayDist"));
 }
