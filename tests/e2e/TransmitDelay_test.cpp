@@ -22,6 +22,7 @@ protected:
 
     static void Enter(const Form &ui, const char *box, const char *text) {
         QTest::mouseClick(&ui.Get<QLineEdit>(box), Qt::LeftButton);
+        ui.Get<QLineEdit>(box).selectAll();
         QTest::keyClicks(&ui.Get<QLineEdit>(box), QString::fromLatin1(text));
     }
 

@@ -6,6 +6,7 @@
 #include "support/Numbers.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
+#include "ui/TextBoxFunctions.h"
 
 #include <QApplication>
 #include <QFocusEvent>
@@ -31,9 +32,14 @@ QFrame *NewRule() {
 }
 
 // The message took the release of the click that led to it.
-void FinishClickUnder(const QWidget &window) {
-    auto *button = qobject_cast<QAbstractButton *>(window.focusWidget());
-    if (QGuiApplication::mouseButtons() == Qt::NoButton && button != nullptr && button->isDown()) {
+void FinishClickIn(const QWidget &window) {
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) {
+        return;
+    }
+    if (auto *box = qobject_cast<QLineEdit *>(window.focusWidget())) {
+        TextBoxFunctions::SelectAllText(*box);
+    } else if (auto *button = qobject_cast<QAbstractButton *>(window.focusWidget());
+               button != nullptr && button->isDown()) {
         button->click();
     }
 }
@@ -197,7 +203,7 @@ void FormTransmitDelay::CheckLeftBox(const QLineEdit &box) {
                              {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
     if (byMouse) {
         QMetaObject::invokeMethod(
-            this, [this] { FinishClickUnder(*this); }, Qt::QueuedConnection);
+            this, [this] { FinishClickIn(*this); }, Qt::QueuedConnection);
     }
 }
 

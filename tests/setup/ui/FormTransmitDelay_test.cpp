@@ -51,6 +51,21 @@ protected:
         dialogs_.Expect(QStringLiteral("Please enter a numeric value."), BoxIcon::Exclamation, BoxButtons::Ok,
                         BoxAnswer::Ok, std::move(whileOpen));
     }
+    // Clicks on a control; a real message comes with the press, and takes the release.
+    void ExpectMessageDuringClick(const char *name) {
+        QWindow *window = form_->windowHandle();
+        auto &control = Ui().Get<QWidget>(name);
+        const QPoint place = control.mapTo(form_.get(), control.rect().center());
+        ExpectNotANumber([this, window, place] {
+            QDialog message(form_.get());
+            QTimer::singleShot(0, &message, [&] {
+                QTest::mouseRelease(window, Qt::LeftButton, {}, place);
+                message.accept();
+            });
+            message.exec();
+        });
+        QTest::mousePress(window, Qt::LeftButton, {}, place);
+    }
     void ExpectQuestion(BoxAnswer answer, std::function<void()> whileOpen = {}) {
         dialogs_.Expect(QStringLiteral("Are you sure? This should only be done on the Master Unit in a "
                                        "multi-unit installation."),
@@ -202,20 +217,18 @@ TEST_F(FormTransmitDelayTest, ActsOnTheClickThatLeavesTheBox) {
 TEST_F(FormTransmitDelayTest, ActsOnAClickWhoseReleaseWentToTheMessage) {
     Open();
     Type("abc");
-    QWindow *window = form_->windowHandle();
-    auto &close = Ui().Get<QPushButton>("CommandClose");
-    const QPoint place = close.mapTo(form_.get(), close.rect().center());
-    ExpectNotANumber([&] {
-        QDialog message;
-        QTimer::singleShot(0, &message, [&] {
-            QTest::mouseRelease(window, Qt::LeftButton, {}, place);
-            message.accept();
-        });
-        message.exec();
-    });
-    QTest::mousePress(window, Qt::LeftButton, {}, place);
+    ExpectMessageDuringClick("CommandClose");
     EXPECT_TRUE(WaitUntil([this] { return !form_->isVisible(); }));
-    EXPECT_FALSE(close.isDown());
+    EXPECT_FALSE(Ui().Get<QPushButton>("CommandClose").isDown());
+}
+
+TEST_F(FormTransmitDelayTest, SelectsTheBoxThatWasClickedThoughAMessageCame) {
+    Open();
+    Type("abc");
+    ExpectMessageDuringClick("TextSumOfDelays");
+    EXPECT_TRUE(WaitUntil([this] { return Delays().hasSelectedText(); }));
+    EXPECT_EQ(form_->focusWidget(), &Delays());
+    EXPECT_EQ(Delays().selectedText(), QStringLiteral("0"));
 }
 
 TEST_F(FormTransmitDelayTest, AsksNothingWhenItIsClosedByEscape) {
