@@ -5,6 +5,7 @@
 #include "link/ui/FormReadWrite.h"
 #include "link/ui/FormSearch.h"
 #include "model/ParamDefines.h"
+#include "setup/ui/FormTransmitDelay.h"
 #include "shell/Application.h"
 #include "shell/FormMain.h"
 #include "sim/SimulatedSensor.h"
@@ -55,6 +56,7 @@ public:
 
         CommsPicture(QStringLiteral("communications-offline"));
         SearchPictures();
+        TransmitDelayPicture(QStringLiteral("transmit-delay-offline"));
 
         form_.GoOnline(1);
         const QStringList distances = WatchDistances();
@@ -68,6 +70,7 @@ public:
         strip->setCurrentIndex(Tab::Advanced - 1);
         VisitList();
         CommsPicture(QStringLiteral("communications-online"));
+        TransmitDelayPicture(QStringLiteral("transmit-delay-online"));
         strip->setCurrentIndex(Tab::Basic - 1);
         EditingPictures();
         for (const std::int32_t mode : {ParamDefines::ManualMode, ParamDefines::HyperbolicMode}) {
@@ -142,6 +145,16 @@ private:
         comms.show();
         Picture(comms, name);
         comms.close();
+    }
+
+    void TransmitDelayPicture(const QString &name) {
+        FormTransmitDelay calculator(form_.Zentrova(), form_.Link(), dialogs_, &form_);
+        calculator.findChild<QLineEdit *>(QStringLiteral("TextSumOfRanges"))
+            ->setText(QStringLiteral("840.00"));
+        calculator.show();
+        Picture(calculator, name);
+        calculator.findChild<QCheckBox *>(QStringLiteral("chkSaveSettings"))->setChecked(false);
+        calculator.close();
     }
 
     // The sensor is found at its address; the rest of the range is silent.

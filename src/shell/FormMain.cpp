@@ -4,6 +4,7 @@
 #include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
 #include "model/ParamDefines.h"
+#include "setup/ui/FormTransmitDelay.h"
 #include "shell/MakerAddress.h"
 #include "shell/UnseenDialogs.h"
 #include "support/ApplicationTitle.h"
@@ -234,6 +235,7 @@ void FormMain::ConnectCommands() {
         {commands_->Menu("mnuCommunications"), [this] { ShowCommunications(); }},
         {commands_->Menu("mnuOnline"), [this] { ToggleOnline(); }},
         {commands_->Menu("mnuReinit"), [this] { Reinitialise(); }},
+        {commands_->Menu("mnuTransmitDelayCalc"), [this] { ShowTransmitDelay(); }},
         {commands_->Menu("mnuHalvernWeb"), [this] { ShowMakersPages(); }},
         {commands_->Button("Online"), goOnline},
         {commands_->Button("Offline"), goOffline},
@@ -352,6 +354,10 @@ void FormMain::ShowMakersPages() {
 
 void FormMain::ShowCommunications() {
     FormComms(*link_, *zentrova_, surroundings_.dialogs, surroundings_.settings, this).exec();
+}
+
+void FormMain::ShowTransmitDelay() {
+    FormTransmitDelay(*zentrova_, *link_, surroundings_.dialogs, this).exec();
 }
 
 std::int16_t FormMain::AskDirection() {

@@ -110,6 +110,7 @@ private:
     void UpdateCaption();
     void ShowMakersPages();
     void ShowCommunications();
+    void ShowTransmitDelay();
     std::int16_t AskDirection();
     bool ChangesAreLookedAfter();
     void StoreSettings();

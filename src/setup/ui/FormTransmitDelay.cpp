@@ -1,0 +1,272 @@
+#include "setup/ui/FormTransmitDelay.h"
+
+#include "model/ParamDefines.h"
+#include "setup/TransmitDelay.h"
+#include "support/ApplicationTitle.h"
+#include "support/Numbers.h"
+#include "ui/Controls.h"
+#include "ui/EntryFocus.h"
+#include "ui/TextBoxFunctions.h"
+
+#include <QApplication>
+#include <QFocusEvent>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int textWidth = 440;
+constexpr int boxWidth = 120;
+constexpr int margin = 12;
+constexpr int decimalsOfRanges = 2;
+constexpr int decimalsOfDelays = 0;
+
+QFrame *NewRule() {
+    auto *rule = new QFrame;
+    rule->setFrameShape(QFrame::HLine);
+    rule->setFrameShadow(QFrame::Sunken);
+    return rule;
+}
+
+// The message took the release of the click that led to it.
+void FinishClickIn(const QWidget &window) {
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) {
+        return;
+    }
+    if (auto *box = qobject_cast<QLineEdit *>(window.focusWidget())) {
+        TextBoxFunctions::SelectAllText(*box);
+    } else if (auto *button = qobject_cast<QAbstractButton *>(window.focusWidget());
+               button != nullptr && button->isDown()) {
+        button->click();
+    }
+}
+
+} // namespace
+
+FormTransmitDelay::FormTransmitDelay(ClassZentrova &zentrova, const ParameterLink &link, UserDialogs &dialogs,
+                                     QWidget *parent)
+    : QDialog(parent),
+      zentrova_(zentrova),
+      dialogs_(dialogs),
+      online_(link.PortIsOpen()) {
+    Controls::Named(this, "FormTransmitDelay");
+    setWindowTitle(QStringLiteral("Transmit Delay Calculator"));
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(margin, margin, margin, margin);
+    AddExplanation(*column, 0,
+                   "In multi-unit installations, the Transmit Delay on the master unit must be set long "
+                   "enough to allow all slave units to transmit and receive before the master unit "
+                   "re-initiates its own transmission.");
+    column->addWidget(NewRule());
+    BuildEntries(*column);
+    column->addWidget(NewRule());
+    BuildResults(*column);
+    column->addWidget(NewRule());
+    BuildButtons(*column);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+
+    RecalculateDelay();
+    saveSettings_->setEnabled(online_);
+}
+
+void FormTransmitDelay::AddExplanation(QVBoxLayout &column, int index, const char *text) {
+    auto *label = Controls::Named(new QLabel(QString::fromLatin1(text)), Controls::Member("Label4", index));
+    label->setWordWrap(true);
+    label->setMinimumWidth(textWidth);
+    column.addWidget(label);
+}
+
+void FormTransmitDelay::AddRow(QVBoxLayout &column, const char *labelName, const char *caption,
+                               QLineEdit &box) {
+    auto *label = Controls::Named(new QLabel(QString::fromLatin1(caption)), labelName);
+    label->setBuddy(&box);
+    box.setAccessibleName(label->text().simplified());
+    box.setFixedWidth(boxWidth);
+    box.setAlignment(Qt::AlignRight);
+    auto *row = new QHBoxLayout;
+    row->addWidget(label, 1);
+    row->addWidget(&box);
+    column.addLayout(row);
+}
+
+void FormTransmitDelay::BuildEntries(QVBoxLayout &column) {
+    sumOfRanges_ = NewEntry("TextSumOfRanges", "0.00");
+    sumOfDelays_ = NewEntry("TextSumOfDelays", "0");
+    AddExplanation(column, 1,
+                   "Add up each of the Max Range (parameter 25) values in each of the slave units and enter "
+                   "the total value in the field below.");
+    AddRow(column, "Label1", "Sum of  Max Range values", *sumOfRanges_);
+    column.addSpacing(margin);
+    AddExplanation(column, 3,
+                   "Add up each of the Transmit Delay Low (parameter 21) values in each of the slave units "
+                   "and enter the total value in the field below.");
+    AddRow(column, "Label5", "Sum of Delay values", *sumOfDelays_);
+}
+
+QLineEdit *FormTransmitDelay::NewEntry(const char *name, const char *text) {
+    auto *box = Controls::Named(new QLineEdit(QString::fromLatin1(text), this), name);
+    EntryFocus::SelectAllOnEntry(*box);
+    EntryFocus::ValidateOnLeave(*box, [this, box] {
+        CheckLeftBox(*box);
+        return true; // the focus leaves all the same
+    });
+    box->installEventFilter(this);
+    connect(box, &QLineEdit::textChanged, this, &FormTransmitDelay::RecalculateDelay);
+    return box;
+}
+
+void FormTransmitDelay::BuildResults(QVBoxLayout &column) {
+    actualDelay_ = Controls::Named(new QLabel, "LabelActualDelay");
+    auto *caption = new QLabel(QStringLiteral("Total delay"));
+    actualDelay_->setAccessibleDescription(caption->text());
+    actualDelay_->setAlignment(Qt::AlignRight);
+    QFont bold = actualDelay_->font();
+    bold.setBold(true);
+    actualDelay_->setFont(bold);
+    auto *row = new QHBoxLayout;
+    row->addWidget(caption, 1);
+    row->addWidget(actualDelay_);
+    column.addLayout(row);
+    column.addSpacing(margin);
+
+    AddExplanation(
+        column, 2,
+        "The values below need to be entered into the Transmit Delay settings of the Master unit.");
+    low_ = Controls::Named(new QLineEdit(this), "TextTransmitDelayLow");
+    high_ = Controls::Named(new QLineEdit(this), "TextTransmitDelayHigh");
+    for (QLineEdit *box : {low_, high_}) {
+        box->setEnabled(false);
+        QPalette colours = box->palette();
+        colours.setColor(QPalette::Disabled, QPalette::Text, Controls::LegibleDisabledText(colours));
+        box->setPalette(colours);
+    }
+    AddRow(column, "Label2", "(21) Master Transmit Delay (low)", *low_);
+    AddRow(column, "Label3", "(22) Master Transmit Delay (high)", *high_);
+}
+
+void FormTransmitDelay::BuildButtons(QVBoxLayout &column) {
+    const auto newButton = [this](const char *name, const char *caption) {
+        auto *button = Controls::Named(new QPushButton(QString::fromLatin1(caption), this), name);
+        button->setAccessibleName(button->text());
+        button->setAutoDefault(false);
+        return button;
+    };
+    write_ =
+        newButton("CommandSetTransmitDelayValues", "Write above values to the Transmit Delay parameters");
+    saveSettings_ =
+        Controls::Named(new QCheckBox(QStringLiteral("Save Changes in Zentrova when window closes."), this),
+                        "chkSaveSettings");
+    saveSettings_->setToolTip(QStringLiteral("Save parameter changes in Zentrova"));
+    saveSettings_->setAccessibleName(saveSettings_->text());
+    saveSettings_->setChecked(true);
+    auto *help = newButton("CommandHelp", "Help");
+    help->setEnabled(false); // until there is a help file
+    auto *close = newButton("CommandClose", "Close");
+    connect(write_, &QPushButton::clicked, this, &FormTransmitDelay::SetTransmitDelayValues);
+    connect(close, &QPushButton::clicked, this, &FormTransmitDelay::reject);
+
+    column.addWidget(write_);
+    column.addWidget(saveSettings_);
+    column.addSpacing(margin);
+    auto *row = new QHBoxLayout;
+    row->addStretch();
+    row->addWidget(help);
+    row->addWidget(close);
+    column.addLayout(row);
+}
+
+void FormTransmitDelay::RecalculateDelay() {
+    const std::optional<TransmitDelay::Results> results =
+        TransmitDelay::Calculate(sumOfRanges_->text(), sumOfDelays_->text());
+    if (results) {
+        actualDelay_->setText(results->actualDelay);
+    }
+    low_->setText(results ? results->low : QString());
+    high_->setText(results ? results->high : QString());
+    write_->setEnabled(online_ && ResultsFit());
+}
+
+bool FormTransmitDelay::ResultsFit() const {
+    return TransmitDelay::RawValue(zentrova_, low_->text(), ParamDefines::TransmitDelayLow) &&
+           TransmitDelay::RawValue(zentrova_, high_->text(), ParamDefines::TransmitDelayHigh);
+}
+
+void FormTransmitDelay::CheckLeftBox(const QLineEdit &box) {
+    if (IsNumeric(box.text())) {
+        return;
+    }
+    const bool byMouse = QGuiApplication::mouseButtons() != Qt::NoButton;
+    dialogs_.OwnedMessageBox(QStringLiteral("Please enter a numeric value."),
+                             {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
+    if (byMouse) {
+        QMetaObject::invokeMethod(
+            this, [this] { FinishClickIn(*this); }, Qt::QueuedConnection);
+    }
+}
+
+bool FormTransmitDelay::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::FocusOut &&
+        !EntryFocus::IsElsewhere(static_cast<QFocusEvent *>(event)->reason())) {
+        auto &box = watched == sumOfRanges_ ? *sumOfRanges_ : *sumOfDelays_;
+        box.setText(ReformatDecimals(box.text(), &box == sumOfRanges_ ? decimalsOfRanges : decimalsOfDelays));
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+// Enter presses the button that has the focus, and no other: who ends an entry with it wants neither a write
+// nor the window closed.
+void FormTransmitDelay::keyPressEvent(QKeyEvent *event) {
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+        QDialog::keyPressEvent(event);
+    } else if (auto *button = qobject_cast<QPushButton *>(focusWidget())) {
+        button->click();
+    }
+}
+
+void FormTransmitDelay::SetTransmitDelayValues() {
+    if (working_) {
+        return;
+    }
+    {
+        const QScopedValueRollback<bool> guard(working_, true);
+        AskAndWrite();
+    }
+    if (closeWanted_) {
+        reject();
+    }
+}
+
+// The writes turn the event loop; what is typed meanwhile is for the next time.
+void FormTransmitDelay::AskAndWrite() {
+    using namespace ParamDefines;
+    const auto low = TransmitDelay::RawValue(zentrova_, low_->text(), TransmitDelayLow);
+    const auto high = TransmitDelay::RawValue(zentrova_, high_->text(), TransmitDelayHigh);
+    if (!low || !high ||
+        dialogs_.OwnedMessageBox(QStringLiteral("Are you sure? This should only be done on the Master Unit "
+                                                "in a multi-unit installation."),
+                                 {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo},
+                                 ApplicationTitle()) != BoxAnswer::Yes) {
+        return;
+    }
+    zentrova_.ParamValue(TransmitDelayLow, *low);
+    zentrova_.ParamValue(TransmitDelayHigh, *high);
+    saveSettings_->setChecked(true);
+}
+
+void FormTransmitDelay::done(int result) {
+    if (working_) {
+        closeWanted_ = true;
+        return;
+    }
+    {
+        const QScopedValueRollback<bool> guard(working_, true); // the save may turn the event loop too
+        if (saveSettings_->isEnabled() && saveSettings_->isChecked()) {
+            zentrova_.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+        }
+    }
+    closeWanted_ = false;
+    QDialog::done(result);
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "model/ClassZentrova.h"
+#include "model/ParameterLink.h"
+#include "support/UserDialogs.h"
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+class QVBoxLayout;
+
+// Works out the transmit delay of a master unit from its slaves' settings. While the port is open it writes
+// the delay, and has the sensor save its parameters as the window closes.
+class FormTransmitDelay : public QDialog {
+    Q_OBJECT
+
+public:
+    FormTransmitDelay(ClassZentrova &zentrova, const ParameterLink &link, UserDialogs &dialogs,
+                      QWidget *parent = nullptr);
+
+    // Every way of closing the window comes here. One that comes during a write takes effect after it.
+    void done(int result) override;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void BuildEntries(QVBoxLayout &column);
+    void BuildResults(QVBoxLayout &column);
+    void BuildButtons(QVBoxLayout &column);
+    QLineEdit *NewEntry(const char *name, const char *text);
+    void AddExplanation(QVBoxLayout &column, int index, const char *text);
+    void AddRow(QVBoxLayout &column, const char *labelName, const char *caption, QLineEdit &box);
+    void RecalculateDelay();
+    void CheckLeftBox(const QLineEdit &box);
+    void SetTransmitDelayValues();
+    void AskAndWrite();
+    bool ResultsFit() const;
+
+    ClassZentrova &zentrova_;
+    UserDialogs &dialogs_;
+    const bool online_;
+    bool working_ = false;     // a write or the save is waiting in the event loop
+    bool closeWanted_ = false; // meanwhile
+    QLineEdit *sumOfRanges_ = nullptr;
+    QLineEdit *sumOfDelays_ = nullptr;
+    QLabel *actualDelay_ = nullptr;
+    QLineEdit *low_ = nullptr;
+    QLineEdit *high_ = nullptr;
+    QPushButton *write_ = nullptr;
+    QCheckBox *saveSettings_ = nullptr;
+};
