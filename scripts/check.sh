@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The checks that need no build: layers, format, and words that mustn't stand in the sources. With "tidy" also
-# clang-tidy over the release build.
+# clang-tidy over the release build; with "quick-tidy" without its analysis of paths, which takes half the time.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -23,11 +23,13 @@ if grep -nE '\b(SIGNAL|SLOT) *\(' -r src sim tools tests; then
     failed=1
 fi
 
-if [ "${1:-}" = tidy ]; then
+if [[ "${1:-}" == *tidy ]]; then
+    checks=()
+    [ "$1" = tidy ] || checks=('-checks=-clang-analyzer-*')
     # Those that are built here: a platform's own files need its headers.
     mapfile -t units < <(git ls-files 'src/*.cpp' 'sim/*.cpp' 'tools/*.cpp' |
         while read -r unit; do grep -q "/$unit\"" build/release/compile_commands.json && echo "$unit"; done)
-    printf '%s\n' "${units[@]}" | xargs -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet \
+    printf '%s\n' "${units[@]}" | xargs -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet "${checks[@]}" \
         2> >(grep -v ' warnings\? generated' >&2) || failed=1
 fi
 exit $failed
