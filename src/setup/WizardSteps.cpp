@@ -144,14 +144,17 @@ void WizardSteps::Cancel() {
     zentrova_.ParamValue(ParamDefines::MaxRange, savedMaxRange_);
 }
 
-void WizardSteps::Finish(const Entries &entries) {
-    const WizardCalibration::Settings settings =
-        entries.use == Use::Distance
-            ? WizardCalibration::ForDistance(zentrova_, {.farRaw = Recorded(AtFarEnd).raw,
-                                                         .nearRaw = Recorded(AtNearEnd).raw,
-                                                         .farVoltage = entries.voltage[AtFarEnd],
-                                                         .nearVoltage = entries.voltage[AtNearEnd]})
-        : entries.drive == DriveMode::Torque ? WizardCalibration::ForTorque(zentrova_, roll_)
-                                             : WizardCalibration::ForVelocity(zentrova_, roll_);
-    WizardCalibration::Write(zentrova_, settings, entries.save);
+WizardCalibration::Settings WizardSteps::Outcome(const Entries &entries) const {
+    if (entries.use == Use::Distance) {
+        return WizardCalibration::ForDistance(zentrova_, {.farRaw = Recorded(AtFarEnd).raw,
+                                                          .nearRaw = Recorded(AtNearEnd).raw,
+                                                          .farVoltage = entries.voltage[AtFarEnd],
+                                                          .nearVoltage = entries.voltage[AtNearEnd]});
+    }
+    return entries.drive == DriveMode::Torque ? WizardCalibration::ForTorque(zentrova_, roll_)
+                                              : WizardCalibration::ForVelocity(zentrova_, roll_);
+}
+
+void WizardSteps::Finish(const WizardCalibration::Settings &outcome, const Entries &entries) {
+    WizardCalibration::Write(zentrova_, outcome, entries.save);
 }

@@ -74,8 +74,11 @@ public:
     // Puts the range limits back; nothing else has been written before the end.
     void Cancel();
 
-    // Writes what came out. Fault (conversion, overflow) before the first write.
-    void Finish(const Entries &entries);
+    // What the steps have come to. Fault (conversion, overflow) for what can't be written.
+    WizardCalibration::Settings Outcome(const Entries &entries) const;
+
+    // Writes it, by writes that turn the event loop.
+    void Finish(const WizardCalibration::Settings &outcome, const Entries &entries);
 
 private:
     std::optional<QString> ValidateStep(const Entries &entries) const;

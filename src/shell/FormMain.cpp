@@ -4,6 +4,7 @@
 #include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
 #include "model/ParamDefines.h"
+#include "setup/ui/frmWizard.h"
 #include "shell/MakerAddress.h"
 #include "shell/UnseenDialogs.h"
 #include "support/ApplicationTitle.h"
@@ -197,7 +198,8 @@ void FormMain::BuildPages() {
     auto *advanced = new AdvancedPage(*zentrova_, *entryRules_, surroundings_.dialogs, *text1_, central);
     connect(advanced, &AdvancedPage::Rebuilt, this, &FormMain::UpdateDisplay);
     tabFrames_[Tab::Advanced] = advanced;
-    tabFrames_[Tab::Wizard] = new WizardPage(central);
+    wizardPage_ = new WizardPage(central);
+    tabFrames_[Tab::Wizard] = wizardPage_;
     tabFrames_[Tab::Distance] = new DistancePage(*zentrova_, central);
     tabFrames_[Tab::Checkout] = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
     for (const Tab::Description &tab : Tab::Table) {
@@ -278,6 +280,7 @@ void FormMain::ConnectPages() {
     timer1_->setTimerType(Qt::PreciseTimer);
     connect(timer1_, &QTimer::timeout, basicPage_, &BasicPage::UpdateGraph);
     connect(basicPage_, &BasicPage::ValueBoxLeft, this, &FormMain::UpdateDisplay);
+    connect(wizardPage_, &WizardPage::StartWizard, this, &FormMain::ShowWizard);
     connect(text1_, &ValueOverlay::Left, this, [this] {
         UpdateDisplay();
         basicPage_->PositionRelayMarkers();
@@ -305,6 +308,7 @@ void FormMain::ShowLinkState(bool online) {
         row.action.setEnabled(withWork_.count(&row.action) != 0 &&
                               (online ? row.whenOnline : row.whenOffline));
     }
+    wizardPage_->EnableStart(online);
     online_ = online;
     commands_->Menu("mnuOnline").setChecked(online);
 }
@@ -346,6 +350,13 @@ void FormMain::ShowMakersPages() {
 
 void FormMain::ShowCommunications() {
     FormComms(*link_, *zentrova_, surroundings_.dialogs, surroundings_.settings, this).exec();
+}
+
+// What came before the press may have opened a dialog, or ended the link.
+void FormMain::ShowWizard() {
+    if (online_ && QApplication::activeModalWidget() == nullptr) {
+        frmWizard(*zentrova_, surroundings_.dialogs, this).exec();
+    }
 }
 
 std::int16_t FormMain::AskDirection() {

@@ -283,7 +283,7 @@ TEST_F(WizardStepsTest, WritesTheRouteThatWasChosen) {
         }
         zentrova_.ParamUpdate(ParamDefines::NearDistance, 1);
         zentrova_.ParamUpdate(ParamDefines::FarDistance, 1);
-        steps_->Finish(entries_);
+        steps_->Finish(steps_->Outcome(entries_), entries_);
         EXPECT_EQ(link_.writes, row.writes);
     }
 }
@@ -299,6 +299,6 @@ TEST_F(WizardStepsTest, WritesTheDistanceRouteWhateverElseWasChosenBefore) {
     Next();
     Next();
     link_.writes.clear();
-    steps_->Finish(entries_);
+    steps_->Finish(steps_->Outcome(entries_), entries_);
     EXPECT_EQ(link_.writes, (Writes{{29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {36, 200}, {1, 1}}));
 }
