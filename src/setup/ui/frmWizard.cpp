@@ -19,7 +19,7 @@
 namespace {
 
 constexpr int readEveryMs = 1000;
-constexpr int stepWidth = 660;
+constexpr int leastStepWidth = 660;
 constexpr int parkedLeft = -10000; // twips
 constexpr int numberWidth = 80;
 constexpr int gap = 14;
@@ -31,6 +31,10 @@ constexpr double greatestVoltage = 10;
 
 std::size_t At(int index) {
     return static_cast<std::size_t>(index);
+}
+
+int ParkedLeft() {
+    return Controls::FromTwips(parkedLeft, 0, 0, 0).left();
 }
 
 // A button takes no press of Enter that is meant for a box, but has its own while it has the focus.
@@ -371,16 +375,19 @@ void frmWizard::SetTabOrder() {
 
 // All of one size, that of the fullest.
 void frmWizard::SizeSteps() {
-    int height = 0;
+    int width = leastStepWidth;
     for (QGroupBox *frame : fraStep_) {
         frame->ensurePolished();
-        height = std::max({height, frame->heightForWidth(stepWidth), frame->sizeHint().height()});
+        width = std::max(width, frame->minimumSizeHint().width());
     }
-    const int parked = Controls::FromTwips(parkedLeft, 0, 0, 0).left();
+    int height = 0;
+    for (const QGroupBox *frame : fraStep_) {
+        height = std::max({height, frame->heightForWidth(width), frame->minimumSizeHint().height()});
+    }
     for (QGroupBox *frame : fraStep_) {
-        frame->setGeometry(parked, 0, stepWidth, height);
+        frame->setGeometry(ParkedLeft(), 0, width, height);
     }
-    area_->setFixedSize(stepWidth, height);
+    area_->setFixedSize(width, height);
 }
 
 void frmWizard::AddEntry(QLineEdit &box, std::function<bool()> isValid) {
@@ -571,7 +578,7 @@ void frmWizard::ShowStep() {
     FirstControl()->setFocus(Qt::OtherFocusReason);
     if (&before != &shown) {
         before.hide();
-        before.move(Controls::FromTwips(parkedLeft, 0, 0, 0).topLeft());
+        before.move(ParkedLeft(), 0);
     }
 }
 
