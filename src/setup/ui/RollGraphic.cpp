@@ -57,7 +57,7 @@ RollGraphic::RollGraphic(QWidget *parent) : StepPicture(QStringLiteral(":/wizard
     for (const Value &value : values) {
         auto *label =
             Controls::Named(new QLabel(this), Controls::Member("LabelGraphic", static_cast<int>(index)));
-        label->setAccessibleName(QString::fromLatin1(value.meaning));
+        label->setAccessibleDescription(QString::fromLatin1(value.meaning));
         label->setGeometry(value.place);
         label->setAlignment(value.alignment | Qt::AlignVCenter);
         QPalette colours = label->palette(); // of the drawing, in any colour scheme

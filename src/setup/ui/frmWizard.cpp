@@ -173,7 +173,7 @@ QGridLayout *frmWizard::BuildRecording(int place) {
     auto *grid = new QGridLayout;
     const auto number = [](const QString &name, const char *spoken) {
         auto *label = Controls::Named(new QLabel(WizardSteps::NoReading()), name);
-        label->setAccessibleName(QString::fromLatin1(spoken));
+        label->setAccessibleDescription(QString::fromLatin1(spoken)); // its name is the number
         label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         label->setMinimumWidth(numberWidth);
         QFont font = label->font();
@@ -290,7 +290,7 @@ void frmWizard::BuildCoreDistance() {
     for (const Row &row : rows) {
         const QString caption = QString::fromLatin1(row.caption);
         row.label = Controls::Named(new QLabel, row.name);
-        row.label->setAccessibleName(caption.chopped(1));
+        row.label->setAccessibleDescription(caption.chopped(1));
         row.label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         grid->addWidget(Controls::Named(new QLabel(caption), Controls::Member("Label2", line)), line + 4, 0);
         grid->addWidget(row.label, line + 4, 1);
@@ -338,7 +338,7 @@ QWidget *frmWizard::BuildNavigation() {
         void (frmWizard::*work)();
     };
     const Row rows[] = {{"Help", nullptr},
-                        {"Cancel", &frmWizard::reject},
+                        {"Cancel", &frmWizard::AskToCancel},
                         {"< &Back", &frmWizard::Back},
                         {"&Next >", &frmWizard::Next},
                         {"&Finish", &frmWizard::Finish}};
@@ -346,7 +346,7 @@ QWidget *frmWizard::BuildNavigation() {
     for (const Row &entry : rows) {
         QPushButton *button = NewButton(Controls::Member("cmdNav", index), entry.caption);
         if (entry.work != nullptr) {
-            connect(button, &QPushButton::clicked, this, entry.work);
+            connect(button, &QPushButton::clicked, this, [this, work = entry.work] { Press(work); });
         } else {
             button->setEnabled(false); // until there is a help file
         }
@@ -485,6 +485,23 @@ void frmWizard::Work(const std::function<void()> &work) {
     }
 }
 
+// From the event loop: an assistive client that pressed a button mustn't be kept waiting while a box is open.
+// A second press before that is meant for the same step.
+void frmWizard::Press(void (frmWizard::*work)()) {
+    if (std::exchange(pressed_, true)) {
+        return;
+    }
+    QMetaObject::invokeMethod(
+        this,
+        [this, work] {
+            pressed_ = false;
+            if (isVisible()) {
+                (this->*work)();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
 void frmWizard::Next() {
     Work([this] {
         if (!EntriesAreValid()) {
@@ -506,6 +523,10 @@ void frmWizard::Back() {
 }
 
 void frmWizard::AskToCancel() {
+    if (atWork_) {
+        leave_ = Leave::Ask;
+        return;
+    }
     Work([this] {
         const BoxAnswer answer = dialogs_.OwnedMessageBox(
             QStringLiteral("Are you sure?"), {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo},
@@ -609,10 +630,6 @@ QWidget *frmWizard::FirstControl() const {
 }
 
 void frmWizard::reject() {
-    if (atWork_) {
-        leave_ = Leave::Ask;
-        return;
-    }
     AskToCancel();
 }
 

@@ -57,6 +57,7 @@ private:
     void SetTabOrder();
     void SizeSteps();
 
+    void Press(void (frmWizard::*work)());
     void Work(const std::function<void()> &work);
     void Next();
     void Back();
@@ -100,6 +101,7 @@ private:
     std::vector<Entry> entries_;
     int suffixes_ = 0;
     int shownStep_ = 0;
+    bool pressed_ = false;
     bool atWork_ = false;
     Leave leave_ = Leave::No;
 };

@@ -52,6 +52,11 @@ protected:
     }
     static void Key(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
 
+    static void Enter() {
+        Key(Qt::Key_Return);
+        Settle();
+    }
+
     void ExpectQuestion(BoxAnswer answer) {
         dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, answer, {},
                         QStringLiteral("Cancel?"));
@@ -379,16 +384,16 @@ TEST_F(FrmWizardTest, PutsNothingBackWhenItsFrameIsClosed) {
 
 TEST_F(FrmWizardTest, CanBeUsedByKeyboardAlone) {
     Open();
-    Key(Qt::Key_Return);
+    Enter();
     ExpectStep(1);
     Key(Qt::Key_Space);
     EXPECT_TRUE(Ui().Get<QAbstractButton>("OptionZentrovaMode(0)").isChecked());
-    Key(Qt::Key_Return);
+    Enter();
     ExpectStep(2);
     SetDistance(20000);
-    Key(Qt::Key_Return); // Record has the focus
+    Enter(); // Record has the focus
     QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("10"));
-    Key(Qt::Key_Return);
+    Enter();
     ExpectStep(3);
     Key(Qt::Key_Space);
     QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("0"));
@@ -398,9 +403,9 @@ TEST_F(FrmWizardTest, CanBeUsedByKeyboardAlone) {
         Key(Qt::Key_Tab);
         EXPECT_TRUE(Ui().Get<QWidget>(name).hasFocus()) << name;
     }
-    Key(Qt::Key_Return);
+    Enter();
     ExpectStep(7);
-    Key(Qt::Key_Return);
+    Enter();
     EXPECT_FALSE(form_->isVisible());
 }
 
@@ -451,4 +456,56 @@ TEST_F(FrmWizardTest, ShowsTheDistanceOfEverySecondWhateverStepShows) {
         WaitUntil([this] { return Ui().Text("LabelActualDistance(0)") == QStringLiteral("12.34"); }, 3000));
     EXPECT_EQ(Ui().Text("LabelActualDistance(1)"), QStringLiteral("12.34"));
     EXPECT_EQ(Ui().Text("LabelActualDistance(2)"), QStringLiteral("12.34"));
+}
+
+TEST_F(FrmWizardTest, APressReturnsBeforeItsBoxOpens) {
+    Open();
+    Next();
+    bool returned = false;
+    dialogs_.ExpectNotice(QStringLiteral("Please select a mode."), BoxIcon::Exclamation, ApplicationTitle(),
+                          [&returned] { EXPECT_TRUE(returned); });
+    Ui().Get<QAbstractButton>("cmdNav(3)").click();
+    returned = true;
+    Settle();
+}
+
+TEST_F(FrmWizardTest, TakesADoubleClickForOne) {
+    Open();
+    Ui().Get<QAbstractButton>("cmdNav(3)").click();
+    Ui().Get<QAbstractButton>("cmdNav(3)").click();
+    Settle();
+    ExpectStep(1);
+}
+
+TEST_F(FrmWizardTest, ForgetsAPressWhenItsFrameIsClosedFirst) {
+    FinishDistanceRoute("0");
+    Ui().Get<QAbstractButton>("cmdNav(4)").click();
+    form_->close();
+    Settle();
+    EXPECT_TRUE(link_.writes.empty());
+}
+
+TEST_F(FrmWizardTest, FollowsTheMnemonicsFromAnEmptyBoxToo) {
+    GoToFarEnd();
+    SetDistance(20000);
+    Ui().Press("CommandRecordDistance(0)");
+    SetDistance(20100);
+    // The button shows itself pressed for a moment first.
+    QTest::keyClick(form_->windowHandle(), Qt::Key_R, Qt::AltModifier);
+    EXPECT_TRUE(
+        WaitUntil([this] { return Ui().Text("LabelRecordedDistance(0)") == QStringLiteral("201.00"); }));
+    QTest::keyClick(form_->windowHandle(), Qt::Key_B, Qt::AltModifier);
+    EXPECT_TRUE(WaitUntil([this] { return Ui().Get<QWidget>("fraStep(1)").isVisible(); }));
+    ExpectStep(1);
+}
+
+TEST_F(FrmWizardTest, DoesNotLetAnEmptyBoxBeLeftForTheOtherOne) {
+    Open();
+    Next();
+    Choose("OptionZentrovaMode(1)");
+    Next();
+    dialogs_.ExpectNotice(
+        QStringLiteral("Please enter a numeric value between\n0.01 and 200 for Core Diameter."));
+    Key(Qt::Key_Tab);
+    EXPECT_TRUE(Ui().Get<QLineEdit>("TextCoreDia").hasFocus());
 }
