@@ -8,7 +8,7 @@ namespace {
 
 // Places in the drawing.
 struct Value {
-    const char *meaning;
+    const char *meaning = nullptr;
     QRect place;
     Qt::Alignment alignment;
 };

@@ -37,7 +37,7 @@ int ParkedLeft() {
     return Controls::FromTwips(parkedLeft, 0, 0, 0).left();
 }
 
-// A button takes no press of Enter that is meant for a box, but has its own while it has the focus.
+// Enter presses the button that has the focus; from anywhere else it is the default one's.
 QPushButton *NewButton(const QString &name, const char *caption) {
     auto *button = Controls::Named(new QPushButton(QString::fromLatin1(caption)), name);
     button->setAccessibleName(Controls::SpokenCaption(button->text()).remove(u'<').remove(u'>').trimmed());
@@ -161,8 +161,11 @@ void frmWizard::BuildMode() {
         QLabel *description = NewText(QString::fromLatin1(row.name), row.text);
         option->setAccessibleDescription(description->text());
         description->setIndent(optionIndent);
-        column->addWidget(option);
-        column->addWidget(description);
+        auto *pair = new QVBoxLayout;
+        pair->setSpacing(gap / 4);
+        pair->addWidget(option);
+        pair->addWidget(description);
+        column->addLayout(pair);
         optionZentrovaMode_[At(index)] = option;
     }
     column->addStretch();
