@@ -6,6 +6,7 @@
 #include "link/ui/FormSearch.h"
 #include "model/ParamDefines.h"
 #include "setup/ui/FormTransmitDelay.h"
+#include "setup/ui/frmWizard.h"
 #include "shell/Application.h"
 #include "shell/FormMain.h"
 #include "sim/SimulatedSensor.h"
@@ -20,6 +21,7 @@
 #include <QEventLoop>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
@@ -71,6 +73,7 @@ public:
         VisitList();
         CommsPicture(QStringLiteral("communications-online"));
         TransmitDelayPicture(QStringLiteral("transmit-delay-online"));
+        WizardPictures();
         strip->setCurrentIndex(Tab::Basic - 1);
         EditingPictures();
         for (const std::int32_t mode : {ParamDefines::ManualMode, ParamDefines::HyperbolicMode}) {
@@ -155,6 +158,51 @@ private:
         Picture(calculator, name);
         calculator.findChild<QCheckBox *>(QStringLiteral("chkSaveSettings"))->setChecked(false);
         calculator.close();
+    }
+
+    // Both routes of the wizard, each step as it is left.
+    void WizardPictures() {
+        for (const int use : {0, 1}) {
+            frmWizard wizard(form_.Zentrova(), dialogs_, &form_);
+            wizard.show();
+            const auto press = [&wizard](const char *name) {
+                wizard.findChild<QAbstractButton *>(QString::fromLatin1(name))->click();
+            };
+            const auto type = [&wizard](const char *name, const char *text) {
+                wizard.findChild<QLineEdit *>(QString::fromLatin1(name))->setText(QString::fromLatin1(text));
+            };
+            const auto leave = [&](const char *step) {
+                Picture(wizard, QStringLiteral("wizard-") + QString::fromLatin1(step));
+                press("cmdNav(3)");
+                Watch(300);
+            };
+            Watch(1200); // until the first reading
+            leave("introduction");
+            if (use == 0) {
+                press("OptionZentrovaMode(0)");
+                leave("mode");
+                press("CommandRecordDistance(0)");
+                type("TextVoltageOutput(0)", "10");
+                leave("far");
+                press("CommandRecordDistance(1)");
+                type("TextVoltageOutput(1)", "0");
+                leave("near");
+            } else {
+                press("OptionZentrovaMode(1)");
+                leave("mode-diameter");
+                type("TextCoreDia", "3");
+                type("TextMaxDia", "24");
+                leave("diameters");
+                Picture(wizard, QStringLiteral("wizard-core-not-recorded"));
+                press("CommandRecordDistance(2)");
+                leave("core");
+                press("OptionDriveMode(0)");
+                leave("drive");
+            }
+            Picture(wizard, QStringLiteral("wizard-finished"));
+            ok_ = ok_ && wizard.findChild<QWidget *>(QStringLiteral("cmdNav(4)"))->isEnabled();
+            wizard.close();
+        }
     }
 
     // The sensor is found at its address; the rest of the range is silent.

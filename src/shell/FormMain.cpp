@@ -5,6 +5,7 @@
 #include "link/ui/FormReadWrite.h"
 #include "model/ParamDefines.h"
 #include "setup/ui/FormTransmitDelay.h"
+#include "setup/ui/frmWizard.h"
 #include "shell/MakerAddress.h"
 #include "shell/UnseenDialogs.h"
 #include "support/ApplicationTitle.h"
@@ -198,7 +199,8 @@ void FormMain::BuildPages() {
     auto *advanced = new AdvancedPage(*zentrova_, *entryRules_, surroundings_.dialogs, *text1_, central);
     connect(advanced, &AdvancedPage::Rebuilt, this, &FormMain::UpdateDisplay);
     tabFrames_[Tab::Advanced] = advanced;
-    tabFrames_[Tab::Wizard] = new WizardPage(central);
+    wizardPage_ = new WizardPage(central);
+    tabFrames_[Tab::Wizard] = wizardPage_;
     tabFrames_[Tab::Distance] = new DistancePage(*zentrova_, central);
     auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
     connect(checkout, &CheckoutPage::Finished, this, [this] {
@@ -286,6 +288,7 @@ void FormMain::ConnectPages() {
     timer1_->setTimerType(Qt::PreciseTimer);
     connect(timer1_, &QTimer::timeout, basicPage_, &BasicPage::UpdateGraph);
     connect(basicPage_, &BasicPage::ValueBoxLeft, this, &FormMain::UpdateDisplay);
+    connect(wizardPage_, &WizardPage::StartWizard, this, &FormMain::ShowWizard);
     connect(text1_, &ValueOverlay::Left, this, [this] {
         UpdateDisplay();
         basicPage_->PositionRelayMarkers();
@@ -313,6 +316,7 @@ void FormMain::ShowLinkState(bool online) {
         row.action.setEnabled(withWork_.count(&row.action) != 0 &&
                               (online ? row.whenOnline : row.whenOffline));
     }
+    wizardPage_->EnableStart(online);
     online_ = online;
     commands_->Menu("mnuOnline").setChecked(online);
 }
@@ -358,6 +362,13 @@ void FormMain::ShowCommunications() {
 
 void FormMain::ShowTransmitDelay() {
     FormTransmitDelay(*zentrova_, *link_, surroundings_.dialogs, this).exec();
+}
+
+// What came before the press may have opened a dialog, or ended the link.
+void FormMain::ShowWizard() {
+    if (online_ && QApplication::activeModalWidget() == nullptr) {
+        frmWizard(*zentrova_, surroundings_.dialogs, this).exec();
+    }
 }
 
 std::int16_t FormMain::AskDirection() {

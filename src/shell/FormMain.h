@@ -24,6 +24,7 @@
 
 class BasicPage;
 class QTimer;
+class WizardPage;
 
 // The main form. It composes the program's parts, enables and routes; the work is done elsewhere.
 class FormMain : public QMainWindow {
@@ -111,6 +112,7 @@ private:
     void ShowMakersPages();
     void ShowCommunications();
     void ShowTransmitDelay();
+    void ShowWizard();
     std::int16_t AskDirection();
     bool ChangesAreLookedAfter();
     void StoreSettings();
@@ -124,6 +126,7 @@ private:
     std::unique_ptr<MainCommands> commands_;
     std::set<const QAction *> withWork_;
     BasicPage *basicPage_ = nullptr;
+    WizardPage *wizardPage_ = nullptr;
     QTimer *timer1_ = nullptr;
     QTabWidget *tabStrip1_ = nullptr;
     QLabel *statusText_ = nullptr;

@@ -3,6 +3,7 @@
 #include "tests/support/Wait.h"
 
 #include "link/ui/FormReadWrite.h"
+#include "setup/ui/frmWizard.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -44,6 +45,10 @@ TEST_F(AccessibilityTest, EachControlThatTakesTheFocusHasAName) {
     ExpectAllNamed(*form_);
     FormReadWrite direction;
     ExpectAllNamed(direction);
+    frmWizard wizard(form_->Zentrova(), dialogs_);
+    ExpectAllNamed(wizard);
+    EXPECT_EQ(Seen(Form(wizard).Get<QLabel>("LabelActualDistance(0)")).text(QAccessible::Name),
+              QStringLiteral("---.--"));
 }
 
 TEST_F(AccessibilityTest, ValuesCanBeReadUnderTheCaptionBesideThem) {

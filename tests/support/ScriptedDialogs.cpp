@@ -10,10 +10,10 @@ ScriptedDialogs::~ScriptedDialogs() {
 }
 
 void ScriptedDialogs::Expect(const QString &text, BoxIcon icon, BoxButtons buttons, BoxAnswer answer,
-                             std::function<void()> whileOpen) {
+                             std::function<void()> whileOpen, const QString &title) {
     Expected box;
     box.text = text;
-    box.title = ApplicationTitle();
+    box.title = title;
     box.icon = icon;
     box.buttons = buttons;
     box.answer = answer;
@@ -23,8 +23,7 @@ void ScriptedDialogs::Expect(const QString &text, BoxIcon icon, BoxButtons butto
 
 void ScriptedDialogs::ExpectNotice(const QString &text, BoxIcon icon, const QString &title,
                                    std::function<void()> whileOpen) {
-    Expect(text, icon, BoxButtons::Ok, BoxAnswer::Ok, std::move(whileOpen));
-    expected_.back().title = title;
+    Expect(text, icon, BoxButtons::Ok, BoxAnswer::Ok, std::move(whileOpen), title);
 }
 
 void ScriptedDialogs::ExpectTextWith(const QString &part, BoxIcon icon, const QString &title) {

@@ -14,7 +14,7 @@ public:
 
     // The next box has this text and look and gets this answer. `whileOpen` runs while it is open.
     void Expect(const QString &text, BoxIcon icon, BoxButtons buttons, BoxAnswer answer,
-                std::function<void()> whileOpen = {});
+                std::function<void()> whileOpen = {}, const QString &title = ApplicationTitle());
     void ExpectNotice(const QString &text, BoxIcon icon = BoxIcon::Exclamation,
                       const QString &title = ApplicationTitle(), std::function<void()> whileOpen = {});
 

@@ -23,15 +23,20 @@ WizardPage::WizardPage(QWidget *parent) : TabPage(3, parent) {
     description->setWordWrap(true);
     description->setMaximumWidth(textWidth);
 
-    auto *start = Controls::Named(new QPushButton(QStringLiteral("Start Wizard"), this), "cmdStartWizard");
-    start->setAccessibleName(start->text());
-    start->setMinimumWidth(buttonWidth);
-    start->setEnabled(false);
+    start_ = Controls::Named(new QPushButton(QStringLiteral("Start Wizard"), this), "cmdStartWizard");
+    start_->setAccessibleName(start_->text());
+    start_->setMinimumWidth(buttonWidth);
+    start_->setEnabled(false);
+    connect(start_, &QPushButton::clicked, this, &WizardPage::StartWizard, Qt::QueuedConnection);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->addWidget(description);
     layout->addSpacing(margin / 2);
-    layout->addWidget(start, 0, Qt::AlignLeft);
+    layout->addWidget(start_, 0, Qt::AlignLeft);
     layout->addStretch();
+}
+
+void WizardPage::EnableStart(bool online) {
+    start_->setEnabled(online);
 }

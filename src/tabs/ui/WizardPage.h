@@ -10,4 +10,14 @@ class WizardPage : public TabPage {
 
 public:
     explicit WizardPage(QWidget *parent);
+
+    // The wizard needs live distances.
+    void EnableStart(bool online);
+
+Q_SIGNALS:
+    // From the event loop: an assistive client that pressed the button mustn't be kept waiting.
+    void StartWizard();
+
+private:
+    QPushButton *start_ = nullptr;
 };

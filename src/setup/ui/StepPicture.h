@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QSvgRenderer>
+#include <QWidget>
+
+// A drawing from the program's resources, sharp at any scale, on a light ground that suits any colour scheme.
+class StepPicture : public QWidget {
+    Q_OBJECT
+
+public:
+    // The drawing fills the ground, whose size is its own in pixels.
+    StepPicture(const QString &file, QWidget *parent);
+
+    QSize sizeHint() const override { return drawing_.defaultSize(); }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QSvgRenderer drawing_;
+};

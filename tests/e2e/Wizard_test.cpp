@@ -1,0 +1,242 @@
+#include "model/ParamDefines.h"
+#include "tests/e2e/Session.h"
+#include "tests/support/Printers.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+
+// The setup wizard against a sensor, from the button on its tab to the sensor's registers.
+class WizardTest : public SessionTest {
+protected:
+    // A sensor whose registers hold none of what the wizard will write.
+    void StartOnWizard() {
+        StartSensor();
+        const std::pair<int, int> registers[] = {{24, 1000}, {25, 30000}, {28, 1111}, {29, 22222}, {33, 111},
+                                                 {34, 1111}, {36, 11},    {37, 22},   {39, 0}};
+        for (const auto &[number, value] : registers) {
+            ASSERT_TRUE(sensor_->SetRegister(number, value)) << number;
+        }
+        Start();
+        EXPECT_FALSE(Ui().Enabled("cmdStartWizard"));
+        GoOnline();
+        EXPECT_TRUE(WaitForPolls(1));
+        Ui().Get<QTabWidget>("TabStrip1").setCurrentIndex(2);
+        sensor_->ClearRecords();
+    }
+
+    // Opens the wizard, does `work` with it and returns when it is closed.
+    void RunWizard(const std::function<void(const Form &)> &work) {
+        bool came = false;
+        WhenDialogOpens([&](QWidget &dialog) {
+            EXPECT_EQ(dialog.objectName(), QStringLiteral("frmWizard"));
+            work(Form(dialog));
+            EXPECT_FALSE(dialog.isVisible());
+            dialog.close();
+            came = true;
+        });
+        Ui().Press("cmdStartWizard");
+        EXPECT_TRUE(WaitUntil([&] { return came; }));
+    }
+
+    void Record(const Form &wizard, int place, int distance) {
+        sensor_->HoldTarget(distance);
+        const QByteArray index = "(" + QByteArray::number(place) + ")";
+        const QString shown = QString::number(distance / 100.0, 'f', 2);
+        EXPECT_TRUE(
+            WaitUntil([&] { return wizard.Text(("LabelActualDistance" + index).constData()) == shown; }));
+        wizard.Press(("CommandRecordDistance" + index).constData());
+    }
+    static void Type(const Form &wizard, const char *box, const char *text) {
+        wizard.Get<QLineEdit>(box).setFocus();
+        QTest::keyClicks(&wizard.Get<QLineEdit>(box), QString::fromLatin1(text));
+    }
+    static void Next(const Form &wizard) { wizard.Press("cmdNav(3)"); }
+    static void Choose(const Form &wizard, const char *option) {
+        wizard.Get<QAbstractButton>(option).click();
+    }
+
+    void TakeDistanceRoute(const Form &wizard) {
+        Next(wizard);
+        Choose(wizard, "OptionZentrovaMode(0)");
+        Next(wizard);
+        Record(wizard, 0, 20000);
+        Type(wizard, "TextVoltageOutput(0)", "9.5");
+        Next(wizard);
+        Record(wizard, 1, 3000);
+        Type(wizard, "TextVoltageOutput(1)", "1.25");
+        Next(wizard);
+    }
+    void TakeDiameterRoute(const Form &wizard, const char *drive) {
+        Next(wizard);
+        Choose(wizard, "OptionZentrovaMode(1)");
+        Next(wizard);
+        Type(wizard, "TextCoreDia", "3");
+        Type(wizard, "TextMaxDia", "24");
+        Next(wizard);
+        Record(wizard, 2, 6000);
+        Next(wizard);
+        Choose(wizard, drive);
+        Next(wizard);
+    }
+    void Finish(const Form &wizard, bool save = true) {
+        if (!save) {
+            Choose(wizard, "chkSaveSettings");
+        } else {
+            dialogs_.ExpectNotice(QStringLiteral("Parameters saved successfully!"));
+        }
+        wizard.Press("cmdNav(4)");
+        EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+        EXPECT_TRUE(WaitForPolls(2));
+    }
+
+    // At the request that follows that many writes from now on, before the sensor hears it.
+    void AfterWrites(std::size_t count, std::function<void()> work) {
+        sensor_->ClearRecords();
+        sensor_->OnRequest([this, count, done = false, work = std::move(work)](const QByteArray &) mutable {
+            if (!done && sensor_->Writes().size() == count) {
+                done = true;
+                work();
+            }
+        });
+    }
+
+    const Writes opened_{{24, 600}, {25, 42000}};
+    static Writes Joined(Writes first, const Writes &second) {
+        first.insert(first.end(), second.begin(), second.end());
+        return first;
+    }
+};
+
+TEST_F(WizardTest, WritesTheDistanceRouteAndSavesIt) {
+    StartOnWizard();
+    RunWizard([this](const Form &wizard) {
+        TakeDistanceRoute(wizard);
+        EXPECT_EQ(sensor_->Writes(), opened_);
+        Finish(wizard);
+    });
+    EXPECT_EQ(
+        sensor_->Writes(),
+        Joined(opened_,
+               {{39, 1}, {29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {37, 950}, {36, 125}, {1, 1}}));
+    sensor_->Reset(); // a loss of power
+    EXPECT_EQ(sensor_->Register(ParamDefines::FarDistance), 20000);
+    EXPECT_EQ(sensor_->Register(ParamDefines::NearVoltage), 125);
+}
+
+TEST_F(WizardTest, WritesTheTorqueRouteWithoutSavingIt) {
+    StartOnWizard();
+    RunWizard([this](const Form &wizard) {
+        TakeDiameterRoute(wizard, "OptionDriveMode(0)");
+        Finish(wizard, false);
+    });
+    EXPECT_EQ(
+        sensor_->Writes(),
+        Joined(opened_, {{39, 1}, {29, 6000}, {28, 4950}, {25, 6500}, {24, 4450}, {37, 125}, {36, 1000}}));
+    EXPECT_EQ(sensor_->Register(ParamDefines::MaxDiameter), 1111);
+}
+
+TEST_F(WizardTest, WritesTheVelocityRouteAndSavesIt) {
+    StartOnWizard();
+    RunWizard([this](const Form &wizard) {
+        TakeDiameterRoute(wizard, "OptionDriveMode(1)");
+        Finish(wizard);
+    });
+    EXPECT_EQ(sensor_->Writes(), Joined(opened_, {{39, 2},
+                                                  {33, 300},
+                                                  {34, 2400},
+                                                  {29, 6000},
+                                                  {28, 4950},
+                                                  {25, 6500},
+                                                  {24, 4450},
+                                                  {37, 1000},
+                                                  {36, 0},
+                                                  {1, 1}}));
+    // The tab that shows the outcome follows.
+    Ui().Get<QTabWidget>("TabStrip1").setCurrentIndex(0);
+    EXPECT_TRUE(WaitForPolls(1));
+    EXPECT_EQ(Value(ParamDefines::NearDistance), 4950);
+}
+
+TEST_F(WizardTest, OpensTheRangeEachTimeThatTheSensorLacksItAndPutsItBackOnCancel) {
+    StartOnWizard();
+    RunWizard([this](const Form &wizard) {
+        TakeDistanceRoute(wizard);
+        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes,
+                        {}, QStringLiteral("Cancel?"));
+        wizard.Press("cmdNav(1)");
+    });
+    EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(sensor_->Writes(), Joined(opened_, {{24, 1000}, {25, 30000}}));
+    EXPECT_EQ(sensor_->Register(ParamDefines::MinRange), 1000);
+    EXPECT_EQ(sensor_->Register(ParamDefines::MaxRange), 30000);
+}
+
+TEST_F(WizardTest, LeavesTheRangeOpenWhenItsFrameIsClosed) {
+    StartOnWizard();
+    RunWizard([](const Form &wizard) {
+        Next(wizard);
+        wizard.Get<QWidget>("picNav").window()->close();
+    });
+    EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(sensor_->Writes(), opened_);
+}
+
+TEST_F(WizardTest, BeginsAfreshEachTime) {
+    StartOnWizard();
+    for (int time = 0; time < 2; ++time) {
+        RunWizard([this](const Form &wizard) {
+            EXPECT_EQ(wizard.Text("LabelRecordedDistance(0)"), QStringLiteral("---.--"));
+            TakeDistanceRoute(wizard);
+            wizard.Get<QWidget>("picNav").window()->close();
+        });
+    }
+}
+
+TEST_F(WizardTest, ClosesWhenTheSensorFallsSilentInTheMiddleOfItsEnd) {
+    StartOnWizard();
+    RunWizard([this](const Form &wizard) {
+        TakeDistanceRoute(wizard);
+        // Each write from then on fails by itself.
+        for (int write = 3; write <= 8; ++write) {
+            dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+        }
+        AfterWrites(2, [this] { sensor_->Execute(QStringLiteral("mute on")); });
+        wizard.Press("cmdNav(4)");
+        EXPECT_FALSE(wizard.Get<QWidget>("picNav").window()->isVisible());
+    });
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    sensor_->Execute(QStringLiteral("mute off"));
+    EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(sensor_->Register(ParamDefines::FarDistance), 20000);
+    EXPECT_EQ(Value(ParamDefines::FarVoltage), 22);
+    EXPECT_TRUE(Ui().Enabled("cmdStartWizard"));
+}
+
+TEST_F(WizardTest, ClosesWhenTheLinkIsClosedInTheMiddleOfItsEnd) {
+    StartOnWizard();
+    RunWizard([this](const Form &wizard) {
+        TakeDistanceRoute(wizard);
+        AfterWrites(2, [this] { QTimer::singleShot(0, form_.get(), [this] { form_->GoOffline(); }); });
+        wizard.Press("cmdNav(4)");
+    });
+    EXPECT_FALSE(Ui().Enabled("cmdStartWizard"));
+    EXPECT_EQ(Value(ParamDefines::MaxRange), 20500); // in the table alone
+    EXPECT_EQ(sensor_->Register(ParamDefines::MaxRange), 42000);
+}
+
+TEST_F(WizardTest, CanBeStartedOnlineOnly) {
+    StartOnWizard();
+    EXPECT_TRUE(Ui().Enabled("cmdStartWizard"));
+    form_->GoOffline();
+    EXPECT_FALSE(Ui().Enabled("cmdStartWizard"));
+    GoOnline();
+    EXPECT_TRUE(Ui().Enabled("cmdStartWizard"));
+    // A press that comes before the link ends opens nothing after it.
+    Ui().Get<QAbstractButton>("cmdStartWizard").click();
+    form_->GoOffline();
+    Settle();
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}

@@ -1,0 +1,511 @@
+#include "setup/ui/frmWizard.h"
+
+#include "model/ParamDefines.h"
+#include "support/ApplicationTitle.h"
+#include "tests/support/FakeLink.h"
+#include "tests/support/Form.h"
+#include "tests/support/Printers.h"
+#include "tests/support/ScriptedDialogs.h"
+#include "tests/support/TestPresets.h"
+#include "tests/support/Wait.h"
+
+#include <QApplication>
+#include <QTest>
+#include <gtest/gtest.h>
+
+class FrmWizardTest : public testing::Test {
+protected:
+    using Writes = std::vector<std::pair<int, int>>;
+
+    FrmWizardTest() {
+        zentrova_.ParamUpdate(ParamDefines::MinRange, 1000);
+        zentrova_.ParamUpdate(ParamDefines::MaxRange, 20000);
+        zentrova_.ConnectTo(&link_);
+    }
+
+    // Afresh, as each time it is shown.
+    void Open() {
+        form_.emplace(zentrova_, dialogs_);
+        form_->show();
+        form_->activateWindow();
+        EXPECT_TRUE(WaitUntil([this] { return form_->isActiveWindow(); }));
+    }
+    Form Ui() { return Form(*form_); }
+
+    // The poll's value, and the second that it takes to be seen.
+    void SetDistance(int raw) {
+        zentrova_.ParamUpdate(ParamDefines::ActualDistance, raw);
+        auto &timer = Ui().Get<QTimer>("TimerUpdate");
+        const QString text = QString::number(raw);
+        timer.setInterval(1);
+        EXPECT_TRUE(WaitUntil([&] { return timer.property("Tag").toString() == text; }));
+        timer.setInterval(1000);
+    }
+
+    void Next() { Ui().Press("cmdNav(3)"); }
+    void Back() { Ui().Press("cmdNav(2)"); }
+    void Choose(const char *option) { Ui().Get<QAbstractButton>(option).click(); }
+    void Type(const char *box, const char *text) {
+        Ui().Get<QLineEdit>(box).setFocus();
+        Ui().Get<QLineEdit>(box).selectAll();
+        QTest::keyClicks(&Ui().Get<QLineEdit>(box), QString::fromLatin1(text));
+    }
+    static void Key(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+
+    static void Enter() {
+        Key(Qt::Key_Return);
+        Settle();
+    }
+
+    void ExpectQuestion(BoxAnswer answer) {
+        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, answer, {},
+                        QStringLiteral("Cancel?"));
+    }
+
+    void ExpectStep(int step) {
+        for (int index = 0; index < 8; ++index) {
+            const QByteArray name = QByteArray("fraStep(") + QByteArray::number(index) + ")";
+            const auto &frame = Ui().Get<QWidget>(name.constData());
+            EXPECT_EQ(frame.isVisible(), index == step) << index;
+            EXPECT_EQ(frame.x(), index == step ? 0 : -667) << index;
+        }
+    }
+
+    void GoToFarEnd() {
+        Open();
+        Next();
+        Choose("OptionZentrovaMode(0)");
+        Next();
+    }
+    void FinishDistanceRoute(const char *nearVoltage) {
+        GoToFarEnd();
+        SetDistance(20000);
+        Ui().Press("CommandRecordDistance(0)");
+        Type("TextVoltageOutput(0)", "10");
+        Next();
+        SetDistance(3000);
+        Ui().Press("CommandRecordDistance(1)");
+        Type("TextVoltageOutput(1)", nearVoltage);
+        Next();
+        ExpectStep(7);
+        link_.writes.clear();
+    }
+    void GoToCore() {
+        Open();
+        Next();
+        Choose("OptionZentrovaMode(1)");
+        Next();
+        Type("TextCoreDia", "3");
+        Type("TextMaxDia", "24");
+        Next();
+    }
+
+    ScriptedDialogs dialogs_;
+    ClassZentrova zentrova_{ShippedPresetsFolder()};
+    FakeLink link_;
+    std::optional<frmWizard> form_;
+    const QString notRecorded_ = QStringLiteral("You must click the Record button to proceed.");
+    const QString badVoltage_ =
+        QStringLiteral("Please enter a numeric value between\n0 and 10 for Voltage Level.");
+};
+
+TEST_F(FrmWizardTest, HasItsControls) {
+    Open();
+    EXPECT_EQ(form_->windowTitle(), QStringLiteral("Zentrova Setup Wizard"));
+    const char *texts[][2] = {
+        {"lblStep(0)",
+         "This Wizard will assist you in setting up the Zentrova. Click Next to proceed or Cancel to abort."},
+        {"lblStep(1)", "Please select the desired mode of operation below and then click Next."},
+        {"lblStep(2)", "Far (Maximum) Distance Calibration"},
+        {"lblStep(3)", "Near (Minimum) Distance Calibration"},
+        {"lblStep(4)",
+         "Enter the Core and Max diameter values below. If multiple size cores and max diameters "
+         "are used, enter the smallest Core diameter and the largest Max diameter."},
+        {"lblStep(5)",
+         "Congratulations! You have completed the setup wizard for the Zentrova. Click Finish to "
+         "accept these settings or Cancel to abort."},
+        {"lblStep(6)", "Core Distance Calibration"},
+        {"lblStep(7)", "Select the drive mode that will be used."},
+        {"OptionZentrovaMode(0)", "Distance"},
+        {"OptionZentrovaMode(1)", "Diameter"},
+        {"lblDistDesc", "Select this mode if the Zentrova simply provides a signal proportional to the "
+                        "distance."},
+        {"OptionDriveMode(0)", "Torque (winders or unwinders)"},
+        {"OptionDriveMode(1)", "Velocity (winders only)"},
+        {"LabelCurrentDist(0)", "Current Distance:"},
+        {"LabelRecordedDist(2)", "Recorded Distance:"},
+        {"CommandRecordDistance(0)", "&Record"},
+        {"CommandRecordDistance(1)", "&Record"},
+        {"CommandRecordDistance(2)", "&Record"},
+        {"LabelVoltsSuffix(0)", "Volts"},
+        {"LabelVoltsSuffix(1)", "Volts"},
+        {"LabelSuffix(0)", "Inches"},
+        {"LabelSuffix(7)", "Inches"},
+        {"Label1(0)", "Core Diameter"},
+        {"Label1(1)", "Max Diameter"},
+        {"Label2(0)", "Distance to Core:"},
+        {"Label2(1)", "Distance to Max:"},
+        {"TextVoltageOutput(0)", ""},
+        {"TextVoltageOutput(1)", ""},
+        {"TextCoreDia", ""},
+        {"TextMaxDia", ""},
+        {"chkSaveSettings", "Save Changes in Zentrova when Wizard closes."},
+        {"LabelMaxDistCalDesc(2)",
+         "Load an empty Core and verify current distance reading below. Once verified, "
+         "click the Record button."},
+        {"cmdNav(0)", "Help"},
+        {"cmdNav(1)", "Cancel"},
+        {"cmdNav(2)", "< &Back"},
+        {"cmdNav(3)", "&Next >"},
+        {"cmdNav(4)", "&Finish"}};
+    for (const auto &row : texts) {
+        EXPECT_EQ(Ui().Text(row[0]), QString::fromLatin1(row[1]));
+    }
+    for (const char *name : {"LabelActualDistance(0)", "LabelActualDistance(1)", "LabelActualDistance(2)",
+                             "LabelRecordedDistance(0)", "LabelRecordedDistance(1)",
+                             "LabelRecordedDistance(2)", "LabelDistToCore", "LabelDistToMax",
+                             "LabelGraphic(0)", "LabelGraphic(1)", "LabelGraphic(2)", "LabelGraphic(3)"}) {
+        EXPECT_EQ(Ui().Text(name), QStringLiteral("---.--")) << name;
+    }
+    const char *captions[] = {
+        "Introduction Screen", "Step 1", "Step 2", "Step 3", "Step 4", "Step 5", "Step 6", "Finished!"};
+    for (int step = 0; step < 8; ++step) {
+        const QByteArray index = "(" + QByteArray::number(step) + ")";
+        const auto &frame = Ui().Get<QGroupBox>(("fraStep" + index).constData());
+        EXPECT_EQ(frame.title(), QString::fromLatin1(captions[step]));
+        EXPECT_EQ(frame.size(), Ui().Get<QWidget>("fraStep(0)").size());
+        EXPECT_GE(frame.height(), frame.heightForWidth(frame.width()));
+        EXPECT_GE(frame.width(), frame.minimumSizeHint().width());
+        EXPECT_FALSE(Ui().Get<QWidget>(("imgStep" + index).constData()).size().isEmpty());
+    }
+    for (const char *name : {"FrameGraphic", "ShapeCore", "ShapeMax", "picNav"}) {
+        Ui().Get<QWidget>(name);
+    }
+    const char *toolTips[][2] = {{"TextVoltageOutput(0)", "Desired output voltage at maximum distance"},
+                                 {"TextVoltageOutput(1)", "Desirerd output voltage at minimum distance"},
+                                 {"TextMaxDia", "Diameter of a full roll"},
+                                 {"TextCoreDia", "Diameter of an empty core"},
+                                 {"chkSaveSettings", "Save parameter changes in Zentrova"}};
+    for (const auto &row : toolTips) {
+        EXPECT_EQ(Ui().Get<QWidget>(row[0]).toolTip(), QString::fromLatin1(row[1]));
+        EXPECT_FALSE(Ui().Get<QWidget>(row[0]).accessibleName().isEmpty()) << row[0];
+    }
+    EXPECT_TRUE(Ui().Get<QCheckBox>("chkSaveSettings").isChecked());
+    EXPECT_EQ(Ui().Get<QTimer>("TimerUpdate").interval(), 1000);
+    EXPECT_TRUE(Ui().Get<QTimer>("TimerUpdate").isActive());
+    ExpectStep(0);
+    EXPECT_FALSE(Ui().Enabled("cmdNav(2)"));
+    EXPECT_FALSE(Ui().Enabled("cmdNav(4)"));
+}
+
+TEST_F(FrmWizardTest, LeadsThroughTheDistanceRouteAndWritesIt) {
+    FinishDistanceRoute("0");
+    EXPECT_FALSE(Ui().Enabled("cmdNav(3)"));
+    EXPECT_EQ(Ui().Text("TextVoltageOutput(0)"), QStringLiteral("10.00"));
+    EXPECT_EQ(Ui().Get<QWidget>("LabelRecordedDistance(0)").property("Tag").toString(),
+              QStringLiteral("20000"));
+    Back();
+    ExpectStep(3);
+    EXPECT_FALSE(Ui().Enabled("cmdNav(4)"));
+    Next();
+    Ui().Press("cmdNav(4)");
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_EQ(link_.writes, (Writes{{29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {1, 1}}));
+}
+
+TEST_F(FrmWizardTest, LeadsThroughTheDiameterRouteAndWritesIt) {
+    GoToCore();
+    ExpectStep(5);
+    EXPECT_EQ(Ui().Text("LabelGraphic(0)"), QStringLiteral("3.00"));
+    EXPECT_EQ(Ui().Text("LabelGraphic(1)"), QStringLiteral("24.00"));
+    SetDistance(6000);
+    EXPECT_EQ(Ui().Text("LabelActualDistance(2)"), QStringLiteral("60.00"));
+    Ui().Press("CommandRecordDistance(2)");
+    for (const char *name : {"LabelRecordedDistance(2)", "LabelDistToCore", "LabelGraphic(2)"}) {
+        EXPECT_EQ(Ui().Text(name), QStringLiteral("60.00")) << name;
+    }
+    for (const char *name : {"LabelDistToMax", "LabelGraphic(3)"}) {
+        EXPECT_EQ(Ui().Text(name), QStringLiteral("49.50")) << name;
+    }
+    Next();
+    dialogs_.ExpectNotice(QStringLiteral("Please select the drive mode."));
+    Next();
+    Choose("OptionDriveMode(0)");
+    Next();
+    ExpectStep(7);
+    Choose("chkSaveSettings");
+    link_.writes.clear();
+    Ui().Press("cmdNav(4)");
+    EXPECT_EQ(link_.writes, (Writes{{29, 6000}, {28, 4950}, {25, 6500}, {24, 4450}, {37, 125}, {36, 1000}}));
+}
+
+TEST_F(FrmWizardTest, ForgetsTheCoreOnTheWayBackToTheDiameters) {
+    GoToCore();
+    SetDistance(6000);
+    Ui().Press("CommandRecordDistance(2)");
+    Back();
+    ExpectStep(4);
+    for (const char *name : {"LabelRecordedDistance(2)", "LabelDistToCore", "LabelDistToMax",
+                             "LabelGraphic(2)", "LabelGraphic(3)"}) {
+        EXPECT_EQ(Ui().Text(name), QStringLiteral("---.--")) << name;
+    }
+    EXPECT_EQ(Ui().Get<QWidget>("LabelRecordedDistance(2)").property("Tag").toString(), QString());
+    Next();
+    dialogs_.ExpectNotice(notRecorded_);
+    Next();
+    ExpectStep(5);
+}
+
+TEST_F(FrmWizardTest, AsksForWhatIsMissing) {
+    Open();
+    Next();
+    dialogs_.ExpectNotice(QStringLiteral("Please select a mode."));
+    Next();
+    Choose("OptionZentrovaMode(0)");
+    Next();
+    dialogs_.ExpectNotice(notRecorded_);
+    Next();
+    dialogs_.ExpectNotice(notRecorded_);
+    Ui().Press("CommandRecordDistance(0)"); // before the first reading
+    Next();
+    SetDistance(20000);
+    Ui().Press("CommandRecordDistance(0)");
+    EXPECT_TRUE(Ui().Get<QLineEdit>("TextVoltageOutput(0)").hasFocus());
+    dialogs_.ExpectNotice(QStringLiteral("Please enter an output voltage value."));
+    Next();
+    ExpectStep(2);
+}
+
+TEST_F(FrmWizardTest, LetsAnEmptyBoxBeLeftForAButton) {
+    GoToFarEnd();
+    SetDistance(20000);
+    Ui().Press("CommandRecordDistance(0)");
+    SetDistance(20100);
+    Ui().Press("CommandRecordDistance(0)");
+    EXPECT_EQ(Ui().Text("LabelRecordedDistance(0)"), QStringLiteral("201.00"));
+    Back();
+    ExpectStep(1);
+    Next();
+    EXPECT_EQ(Ui().Text("LabelRecordedDistance(0)"), QStringLiteral("201.00"));
+}
+
+TEST_F(FrmWizardTest, RefusesAVoltageOutOfRangeAndSelectsIt) {
+    GoToFarEnd();
+    SetDistance(20000);
+    Ui().Press("CommandRecordDistance(0)");
+    auto &box = Ui().Get<QLineEdit>("TextVoltageOutput(0)");
+    for (const char *text : {"10.01", "-1", "abc"}) {
+        Type("TextVoltageOutput(0)", text);
+        dialogs_.ExpectNotice(badVoltage_);
+        Next();
+        ExpectStep(2);
+        EXPECT_TRUE(box.hasFocus());
+        EXPECT_EQ(box.selectedText(), QString::fromLatin1(text));
+    }
+    Type("TextVoltageOutput(0)", "2.345");
+    Key(Qt::Key_Tab);
+    EXPECT_EQ(box.text(), QStringLiteral("2.35"));
+    EXPECT_FALSE(box.hasFocus());
+}
+
+TEST_F(FrmWizardTest, RefusesDiametersOutOfRange) {
+    Open();
+    Next();
+    Choose("OptionZentrovaMode(1)");
+    Next();
+    EXPECT_TRUE(Ui().Get<QLineEdit>("TextCoreDia").hasFocus());
+    dialogs_.ExpectNotice(QStringLiteral("Please enter a value for Core Diameter."));
+    Next();
+    dialogs_.ExpectNotice(
+        QStringLiteral("Please enter a numeric value between\n0.01 and 200 for Core Diameter."));
+    Type("TextCoreDia", "0");
+    Key(Qt::Key_Tab);
+    Type("TextCoreDia", "200");
+    Key(Qt::Key_Tab);
+    EXPECT_EQ(Ui().Text("TextCoreDia"), QStringLiteral("200.00"));
+    dialogs_.ExpectNotice(
+        QStringLiteral("Please enter a numeric value between\n0.01 and 200 for Max Diameter."));
+    Type("TextMaxDia", "200.01");
+    Next();
+    dialogs_.ExpectNotice(QStringLiteral("The 'Max Diameter' must be greater than the 'Core Diameter'."));
+    Type("TextMaxDia", "200");
+    Next();
+    ExpectStep(4);
+}
+
+TEST_F(FrmWizardTest, TakesAnyNearVoltage) {
+    FinishDistanceRoute("25");
+    EXPECT_EQ(Ui().Text("TextVoltageOutput(1)"), QStringLiteral("25.00"));
+    Ui().Press("cmdNav(4)");
+    EXPECT_EQ(link_.writes, (Writes{{29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {36, 2500}, {1, 1}}));
+}
+
+TEST_F(FrmWizardTest, TellsOfANearVoltageThatIsNoNumberBeforeItWritesAnything) {
+    FinishDistanceRoute("5v");
+    dialogs_.ExpectNotice(QStringLiteral("Type mismatch: \"5v\" isn't a number"));
+    Ui().Press("cmdNav(4)");
+    EXPECT_TRUE(form_->isVisible());
+    EXPECT_TRUE(link_.writes.empty());
+    Back();
+    Type("TextVoltageOutput(1)", "5");
+    Next();
+    Ui().Press("cmdNav(4)");
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_FALSE(link_.writes.empty());
+}
+
+TEST_F(FrmWizardTest, PutsTheRangeBackOnCancelAndEscapeIfTheUserIsSure) {
+    const std::function<void()> ways[] = {[this] { Ui().Press("cmdNav(1)"); }, [] { Key(Qt::Key_Escape); }};
+    for (const auto &leave : ways) {
+        zentrova_.ParamValue(ParamDefines::MinRange, 1000);
+        zentrova_.ParamValue(ParamDefines::MaxRange, 20000);
+        Open();
+        Next();
+        link_.writes.clear();
+        ExpectQuestion(BoxAnswer::No);
+        leave();
+        EXPECT_TRUE(form_->isVisible());
+        EXPECT_TRUE(link_.writes.empty());
+        ExpectQuestion(BoxAnswer::Yes);
+        leave();
+        EXPECT_FALSE(form_->isVisible());
+        EXPECT_EQ(link_.writes, (Writes{{24, 1000}, {25, 20000}}));
+    }
+}
+
+TEST_F(FrmWizardTest, PutsNothingBackWhenItsFrameIsClosed) {
+    Open();
+    Next();
+    link_.writes.clear();
+    form_->close();
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_TRUE(link_.writes.empty());
+}
+
+TEST_F(FrmWizardTest, CanBeUsedByKeyboardAlone) {
+    Open();
+    Enter();
+    ExpectStep(1);
+    Key(Qt::Key_Space);
+    EXPECT_TRUE(Ui().Get<QAbstractButton>("OptionZentrovaMode(0)").isChecked());
+    Enter();
+    ExpectStep(2);
+    SetDistance(20000);
+    Enter(); // Record has the focus
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("10"));
+    Enter();
+    ExpectStep(3);
+    Key(Qt::Key_Space);
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("0"));
+    Key(Qt::Key_Backtab);
+    EXPECT_TRUE(Ui().Get<QWidget>("CommandRecordDistance(1)").hasFocus());
+    for (const char *name : {"TextVoltageOutput(1)", "cmdNav(1)", "cmdNav(2)", "cmdNav(3)"}) {
+        Key(Qt::Key_Tab);
+        EXPECT_TRUE(Ui().Get<QWidget>(name).hasFocus()) << name;
+    }
+    Enter();
+    ExpectStep(7);
+    Enter();
+    EXPECT_FALSE(form_->isVisible());
+}
+
+TEST_F(FrmWizardTest, IgnoresWhatIsPressedDuringAWrite) {
+    FinishDistanceRoute("0");
+    link_.whileWaiting = [this] {
+        for (const char *name : {"cmdNav(1)", "cmdNav(2)", "cmdNav(4)"}) {
+            Ui().Get<QAbstractButton>(name).click();
+        }
+        Key(Qt::Key_Escape);
+        form_->close();
+    };
+    Ui().Press("cmdNav(4)");
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_EQ(link_.writes, (Writes{{29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {1, 1}}));
+}
+
+TEST_F(FrmWizardTest, LeavesOnceTheWriteIsThrough) {
+    Open();
+    link_.whileWaiting = [this] { Key(Qt::Key_Escape); };
+    ExpectQuestion(BoxAnswer::No);
+    Next();
+    ExpectStep(1);
+    Back();
+    link_.whileWaiting = {};
+    zentrova_.ParamValue(ParamDefines::MinRange, 1000);
+    link_.writes.clear();
+    link_.whileWaiting = [this] { form_->close(); };
+    Next();
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_EQ(link_.writes, (Writes{{24, 600}}));
+}
+
+TEST_F(FrmWizardTest, WritesTheRestIntoTheTableWhenTheLinkEndsMeanwhile) {
+    FinishDistanceRoute("1");
+    link_.onStart = [this] { link_.open = link_.writes.size() < 2; };
+    Ui().Press("cmdNav(4)");
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_EQ(link_.writes, (Writes{{29, 20000}, {28, 3000}}));
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::MaxRange), 20500);
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::NearVoltage), 100);
+}
+
+TEST_F(FrmWizardTest, ShowsTheDistanceOfEverySecondWhateverStepShows) {
+    Open();
+    zentrova_.ParamUpdate(ParamDefines::ActualDistance, 1234);
+    EXPECT_TRUE(
+        WaitUntil([this] { return Ui().Text("LabelActualDistance(0)") == QStringLiteral("12.34"); }, 3000));
+    EXPECT_EQ(Ui().Text("LabelActualDistance(1)"), QStringLiteral("12.34"));
+    EXPECT_EQ(Ui().Text("LabelActualDistance(2)"), QStringLiteral("12.34"));
+}
+
+TEST_F(FrmWizardTest, APressReturnsBeforeItsBoxOpens) {
+    Open();
+    Next();
+    bool returned = false;
+    dialogs_.ExpectNotice(QStringLiteral("Please select a mode."), BoxIcon::Exclamation, ApplicationTitle(),
+                          [&returned] { EXPECT_TRUE(returned); });
+    Ui().Get<QAbstractButton>("cmdNav(3)").click();
+    returned = true;
+    Settle();
+}
+
+TEST_F(FrmWizardTest, TakesADoubleClickForOne) {
+    Open();
+    Ui().Get<QAbstractButton>("cmdNav(3)").click();
+    Ui().Get<QAbstractButton>("cmdNav(3)").click();
+    Settle();
+    ExpectStep(1);
+}
+
+TEST_F(FrmWizardTest, ForgetsAPressWhenItsFrameIsClosedFirst) {
+    FinishDistanceRoute("0");
+    Ui().Get<QAbstractButton>("cmdNav(4)").click();
+    form_->close();
+    Settle();
+    EXPECT_TRUE(link_.writes.empty());
+}
+
+TEST_F(FrmWizardTest, FollowsTheMnemonicsFromAnEmptyBoxToo) {
+    GoToFarEnd();
+    SetDistance(20000);
+    Ui().Press("CommandRecordDistance(0)");
+    SetDistance(20100);
+    // The button shows itself pressed for a moment first.
+    QTest::keyClick(form_->windowHandle(), Qt::Key_R, Qt::AltModifier);
+    EXPECT_TRUE(
+        WaitUntil([this] { return Ui().Text("LabelRecordedDistance(0)") == QStringLiteral("201.00"); }));
+    QTest::keyClick(form_->windowHandle(), Qt::Key_B, Qt::AltModifier);
+    EXPECT_TRUE(WaitUntil([this] { return Ui().Get<QWidget>("fraStep(1)").isVisible(); }));
+    ExpectStep(1);
+}
+
+TEST_F(FrmWizardTest, DoesNotLetAnEmptyBoxBeLeftForTheOtherOne) {
+    Open();
+    Next();
+    Choose("OptionZentrovaMode(1)");
+    Next();
+    dialogs_.ExpectNotice(
+        QStringLiteral("Please enter a numeric value between\n0.01 and 200 for Core Diameter."));
+    Key(Qt::Key_Tab);
+    EXPECT_TRUE(Ui().Get<QLineEdit>("TextCoreDia").hasFocus());
+}
