@@ -118,7 +118,7 @@ void FormComms::BuildStatistics(QVBoxLayout &column) {
         const QString caption = QString::fromLatin1(text);
         grid->addWidget(Controls::Named(new QLabel(caption), Controls::Member(name, 0)), row, 0);
         QLabel *count = Controls::Named(new QLabel, Controls::Member(name, 1));
-        count->setAccessibleName(caption.chopped(1));
+        count->setAccessibleDescription(caption.chopped(1)); // a name would hide the number
         count->setMinimumWidth(numberWidth);
         grid->addWidget(count, row, 1);
         *counts[row] = count;
