@@ -30,6 +30,10 @@ const Settings &RequireRegisters(const Settings &settings) {
          {settings.farDistance, settings.nearDistance, settings.farVoltage, settings.nearVoltage}) {
         Global::SignedFromUnsigned(value);
     }
+    if (settings.diameters) {
+        Global::SignedFromUnsigned(settings.diameters->core);
+        Global::SignedFromUnsigned(settings.diameters->max);
+    }
     return settings;
 }
 

@@ -86,6 +86,9 @@ frmWizard::frmWizard(ClassZentrova &zentrova, UserDialogs &dialogs, QWidget *par
     SizeSteps();
     ShowRecorded();
     ShowStep();
+    for (QAbstractButton *button : findChildren<QAbstractButton *>()) {
+        button->installEventFilter(this);
+    }
 
     Controls::Named(&timerUpdate_, "TimerUpdate");
     connect(&timerUpdate_, &QTimer::timeout, this, [this] {
@@ -409,10 +412,15 @@ void frmWizard::AddEntry(QLineEdit &box, std::function<bool()> isValid) {
 // Enter in a box is Next, which checks the box itself.
 bool frmWizard::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            Next();
-            return true;
+        const auto &key = static_cast<const QKeyEvent &>(*event);
+        if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
+            if (key.isAutoRepeat()) {
+                return true; // a key that is held mustn't run through to Finish
+            }
+            if (qobject_cast<QLineEdit *>(watched) != nullptr) {
+                Next();
+                return true;
+            }
         }
     }
     return QDialog::eventFilter(watched, event);
@@ -552,6 +560,7 @@ void frmWizard::Finish() {
             Tell(fault.Description());
             return;
         }
+        chkSaveSettings_->setEnabled(false); // it is taken by now
         steps_.Finish(outcome, entries);
         done(Accepted);
     });

@@ -10,6 +10,7 @@
 #include "tests/support/Wait.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -407,6 +408,18 @@ TEST_F(FrmWizardTest, CanBeUsedByKeyboardAlone) {
     ExpectStep(7);
     Enter();
     EXPECT_FALSE(form_->isVisible());
+}
+
+TEST_F(FrmWizardTest, DoesNotRunThroughItsStepsByAKeyThatIsHeld) {
+    Open();
+    for (int held = 0; held < 3; ++held) {
+        QKeyEvent again(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+        QApplication::sendEvent(QApplication::focusWidget(), &again);
+        Settle();
+    }
+    ExpectStep(0);
+    Enter();
+    ExpectStep(1);
 }
 
 TEST_F(FrmWizardTest, IgnoresWhatIsPressedDuringAWrite) {
