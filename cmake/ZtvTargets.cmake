@@ -18,7 +18,7 @@ if(ZTV_WERROR)
 endif()
 if(ZTV_SANITIZE)
     target_compile_options(ztv_flags INTERFACE
-        -O1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        $<$<NOT:$<BOOL:$<TARGET_PROPERTY:ZTV_QUICK_TO_BUILD>>>:-O1> -g1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(ztv_flags INTERFACE -fsanitize=address,undefined)
 endif()
 if(ZTV_COVERAGE)
