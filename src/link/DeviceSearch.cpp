@@ -1,11 +1,11 @@
 #include "link/DeviceSearch.h"
 
+#include "link/LineCodes.h"
 #include "model/Element.h"
 #include "model/InitArray.h"
 #include "support/Numbers.h"
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
@@ -15,8 +15,6 @@ constexpr std::int16_t highestBaud = 4;
 constexpr std::int16_t highestParityStop = 3;
 
 constexpr int requestBytes = 8;
-constexpr std::int16_t tenBitParityStop = 0; // "N1"; every other setting has 11 bits a character
-constexpr std::array bitsPerSecond = {2400, 4800, 9600, 19200, 38400};
 
 struct LineIndices {
     std::int16_t baud;
@@ -34,9 +32,9 @@ LineIndices Below(LineIndices indices) {
 }
 
 double MillisecondsOfProbe(LineIndices line) {
-    const double bits = requestBytes * (line.parityStop == tenBitParityStop ? 10.0 : 11.0);
-    return bits * 1000 / Element(bitsPerSecond, line.baud, "bits per second") +
-           Element(DeviceSearch::SearchTimeoutByBaud(), line.baud, "SearchTimeoutByBaud");
+    const double lineTimeUs =
+        static_cast<double>(LineTimeUs(LineCodesOf(line.baud, line.parityStop), requestBytes));
+    return lineTimeUs / 1000 + Element(DeviceSearch::SearchTimeoutByBaud(), line.baud, "SearchTimeoutByBaud");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "link/LinkSession.h"
 
+#include "link/LineCodes.h"
 #include "link/SerialPorts.h"
 #include "model/Element.h"
 #include "model/Global.h"
@@ -24,39 +25,6 @@ constexpr std::int16_t downloadPeriodMs = 4000;
 const std::vector<std::int16_t> responseTimeoutByBaud = InitArray::Integers({1200, 600, 350, 200, 100});
 const std::vector<std::int16_t> pollPeriodByBaud = InitArray::Integers({1500, 700, 500, 300, 200});
 
-std::int16_t BaudCodeOf(std::int16_t baud) {
-    switch (baud) {
-    case 0:
-        return 3;
-    case 1:
-        return 4;
-    case 2:
-        return 5;
-    case 3:
-        return 7;
-    default:
-        return 8;
-    }
-}
-
-struct ParityStopCodes {
-    std::int16_t parity;
-    std::int16_t stopBits;
-};
-
-ParityStopCodes ParityStopCodesOf(std::int16_t parityStop) {
-    switch (parityStop) {
-    case 0:
-        return {.parity = 0, .stopBits = 0};
-    case 1:
-        return {.parity = 0, .stopBits = 1};
-    case 2:
-        return {.parity = 2, .stopBits = 0};
-    default:
-        return {.parity = 1, .stopBits = 0};
-    }
-}
-
 } // namespace
 
 LinkSession::LinkSession(ClassZentrova &zentrova, Surroundings surroundings, QObject *parent)
@@ -78,8 +46,8 @@ void LinkSession::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, 
     mbaxp1_.PortNumber(port);
     mbaxp1_.LineModeB(1);
     mbaxp1_.LineModeA(0);
-    mbaxp1_.BaudCode(BaudCodeOf(baud));
-    const ParityStopCodes codes = ParityStopCodesOf(parityStop);
+    const LineCodes codes = LineCodesOf(baud, parityStop);
+    mbaxp1_.BaudCode(codes.baud);
     mbaxp1_.ParityCode(codes.parity);
     mbaxp1_.StopBitsCode(codes.stopBits);
     mbaxp1_.ResponseTimeout(timeoutMs != 0 ? timeoutMs

@@ -1,5 +1,6 @@
 #include "link/Mbaxp.h"
 
+#include "link/LineCodes.h"
 #include "link/LinkStatus.h"
 
 #include <QCoreApplication>
@@ -13,7 +14,6 @@ constexpr QEvent::Type startEvent = QEvent::User;
 
 constexpr int highestSlave = 247;
 constexpr qsizetype mostReceivedBytes = 1024; // a babbling line mustn't fill the memory
-constexpr qint64 secondUs = 1'000'000;
 
 // Of late replies.
 constexpr int owedForTimeouts = 5;          // one that is later than this comes no more
@@ -21,21 +21,6 @@ constexpr qint64 owedForAtMostUs = 500'000; // beyond one timeout
 constexpr qint64 ownReplyGapUs = 50'000;    // behind a late one, its own follows sooner than this
 constexpr qint64 unusualDelayUs = 15'000;   // beyond the usual delay; adapters vary by about as much
 constexpr int mostDoubtfulRuns = 2;         // then the line is given time until nothing is owed any more
-
-int BitsPerSecond(std::int16_t baudCode) {
-    switch (baudCode) {
-    case 3:
-        return 2400;
-    case 4:
-        return 4800;
-    case 5:
-        return 9600;
-    case 7:
-        return 19200;
-    default:
-        return 38400;
-    }
-}
 
 QSerialPort::Parity ParityOf(std::int16_t code) {
     switch (code) {
@@ -235,8 +220,8 @@ void Mbaxp::RegisterValue(std::int16_t number, std::int32_t index, std::int16_t 
 }
 
 qint64 Mbaxp::LineTimeUs(qsizetype bytes) const {
-    const bool tenBits = inForce_.parityCode == 0 && inForce_.stopBitsCode == 0;
-    return bytes * (tenBits ? 10 : 11) * secondUs / BitsPerSecond(inForce_.baudCode);
+    return ::LineTimeUs(
+        {.baud = inForce_.baudCode, .parity = inForce_.parityCode, .stopBits = inForce_.stopBitsCode}, bytes);
 }
 
 qint64 Mbaxp::SilentIntervalUs() const {

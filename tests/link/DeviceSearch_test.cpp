@@ -291,10 +291,10 @@ TEST(SearchWorkTest, CountsTheLineTimeAndTheTimeoutOfEachProbe) {
     const SearchWork one =
         WorkLeft({.baud = 4, .parityStop = 1, .probes = 1, .addresses = 247, .varies = false});
     EXPECT_EQ(one.probes, 1);
-    EXPECT_NEAR(one.milliseconds, 30 + 8 * 11 / 38.4, 1e-9);
+    EXPECT_NEAR(one.milliseconds, 30 + 8 * 11 / 38.4, 0.01);
     const SearchWork n1 =
         WorkLeft({.baud = 0, .parityStop = 0, .probes = 2, .addresses = 247, .varies = false});
-    EXPECT_NEAR(n1.milliseconds, 2 * (120 + 8 * 10 / 2.4), 1e-9);
+    EXPECT_NEAR(n1.milliseconds, 2 * (120 + 8 * 10 / 2.4), 0.01);
     const SearchWork none =
         WorkLeft({.baud = 0, .parityStop = 0, .probes = 0, .addresses = 9, .varies = true});
     EXPECT_EQ(none.probes, 0);
@@ -308,11 +308,11 @@ TEST(SearchWorkTest, AddsTheSettingsThatFollow) {
     const double bitsOfASetting = 8 * (3 * 11 + 10);
     const double timeouts = 4 * (120 + 60 + 30 + 30 + 30);
     const double frames = bitsOfASetting * (1 / 2.4 + 1 / 4.8 + 1 / 9.6 + 1 / 19.2 + 1 / 38.4);
-    EXPECT_NEAR(all.milliseconds, 247 * (timeouts + frames), 1e-6);
+    EXPECT_NEAR(all.milliseconds, 247 * (timeouts + frames), 5);
     const SearchWork rest =
         WorkLeft({.baud = 0, .parityStop = 1, .probes = 3, .addresses = 10, .varies = true});
     EXPECT_EQ(rest.probes, 13);
-    EXPECT_NEAR(rest.milliseconds, 13 * 120 + 3 * 88 / 2.4 + 10 * 80 / 2.4, 1e-9);
+    EXPECT_NEAR(rest.milliseconds, 13 * 120 + 3 * 88 / 2.4 + 10 * 80 / 2.4, 0.01);
 }
 
 TEST_F(DeviceSearchTest, TellsHowFarItIs) {
