@@ -15,7 +15,6 @@ constexpr int mostChecks = 10000;
 
 // What takes the engine a time that grows with the square of its number, before a statement runs.
 constexpr int longestStatement = 1024; // of ours, and of the file's for its tables
-constexpr int mostSchemaEntries = 100;
 
 Fault DatabaseFault(const QString &where, const QString &message) {
     return Fault(Fault::Kind::Database, QStringLiteral("%1: %2.").arg(where, message));
@@ -147,10 +146,6 @@ ReadOnlyDatabase::ReadOnlyDatabase(const QString &fileName)
 // A plain table keeps what was stored and nothing else: no view or virtual table, whose reading runs code; no
 // generated column, which makes as much as it likes of a few bytes; records in the order of their row ids.
 void ReadOnlyDatabase::RequirePlainTable(const char *table) {
-    SQLite::Statement entries(database_, "SELECT count(*) FROM sqlite_schema");
-    if (!entries.executeStep() || entries.getColumn(0).getInt64() > mostSchemaEntries) {
-        throw Failure(QStringLiteral("there are too many tables"));
-    }
     SQLite::Statement kind(
         database_,
         "SELECT type, wr FROM pragma_table_list WHERE schema = 'main' AND name = ? COLLATE NOCASE");
