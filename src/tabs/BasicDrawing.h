@@ -28,14 +28,12 @@ public:
     const std::vector<Drawing::Control> &Controls() const { return controls_; }
     static std::span<const Drawing::Shape> Shapes();
 
-    // Calls visit(line) for each visible line, fixed or of the curve, that stands in `parent` itself.
+    // Calls visit(line) for each visible line that stands in `parent` itself, but for the curve's.
     template <typename Visit>
     void VisitLines(Drawing::ControlId parent, Visit &&visit) const {
-        for (const std::vector<Drawing::Line> *lines : {&lines_, &curve_}) {
-            for (const Drawing::Line &line : *lines) {
-                if (line.visible && line.parent == parent) {
-                    visit(line);
-                }
+        for (const Drawing::Line &line : lines_) {
+            if (line.visible && line.parent == parent) {
+                visit(line);
             }
         }
     }

@@ -43,11 +43,8 @@ void DrawnFrame::paintEvent(QPaintEvent *event) {
             DrawingPainter::PaintShape(painter, shape, palette());
         }
     }
-    for (const Drawing::Line &line : drawing_.Lines()) {
-        if (line.visible && line.parent == id_) {
-            DrawingPainter::PaintLine(painter, line, palette());
-        }
-    }
+    drawing_.VisitLines(
+        id_, [&](const Drawing::Line &line) { DrawingPainter::PaintLine(painter, line, palette()); });
     if (drawing_.LineHyperbolic().front().parent == id_) {
         DrawingPainter::PaintCurve(painter, drawing_.LineHyperbolic(), palette());
     }
