@@ -437,7 +437,8 @@ void FormMain::ColourPages() {
 
 void FormMain::changeEvent(QEvent *event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange) {
+    const bool otherColours = event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange;
+    if (otherColours && tabStrip1_ != nullptr) {
         ColourPages();
     }
 }

@@ -333,8 +333,15 @@ TEST_F(FormMainTest, OpensTheMakersPagesInTheBrowser) {
     EXPECT_EQ(Ui().Get<QAction>("mnuHalvernWeb").text(), QStringLiteral("maker.example/a?b"));
     Ui().Choose("mnuHalvernWeb");
     EXPECT_EQ(opened_, QUrl(QStringLiteral("https://maker.example/a?b")));
+    const char *rows[][2] = {{"www.maker.example", "www.maker.example"},
+                             {"http://maker.example/?a&b", "maker.example/?a&&b"}};
+    for (const auto &row : rows) {
+        settings_.Write(QStringLiteral("Maker"), QStringLiteral("WebAddress"), QString::fromLatin1(row[0]));
+        Start();
+        EXPECT_EQ(Ui().Get<QAction>("mnuHalvernWeb").text(), QString::fromLatin1(row[1]));
+    }
     browser_ = false;
-    dialogs_.ExpectTextWith(QStringLiteral("https://maker.example/a?b"), BoxIcon::Exclamation);
+    dialogs_.ExpectTextWith(QStringLiteral("http://maker.example/?a&b"), BoxIcon::Exclamation);
     Ui().Choose("mnuHalvernWeb");
 }
 
