@@ -26,12 +26,11 @@ void FileCommands::Tell(const QString &text, BoxIcon icon) {
     Ask(text, {.icon = icon, .buttons = BoxButtons::Ok});
 }
 
-bool FileCommands::ChangesAreLookedAfter() {
+bool FileCommands::LookAfterChanges(const QString &question) {
     if (!surroundings_.changesNeedSaving()) {
         return true;
     }
-    const BoxAnswer answer = Ask(QStringLiteral("Save changes in file %1?").arg(currentFileName_),
-                                 {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNoCancel});
+    const BoxAnswer answer = Ask(question, {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNoCancel});
     if (answer == BoxAnswer::Yes) {
         Save(SaveAs::CurrentName);
     }
@@ -46,7 +45,8 @@ bool FileCommands::DownloadIsWanted() {
 }
 
 void FileCommands::Open() {
-    if (!ChangesAreLookedAfter() || !DownloadIsWanted()) {
+    if (!LookAfterChanges(QStringLiteral("Save changes in file %1?").arg(currentFileName_)) ||
+        !DownloadIsWanted()) {
         return;
     }
     const std::optional<QString> name = surroundings_.dialogs.OpenFileDialog(QuestionOf(currentFileName_));

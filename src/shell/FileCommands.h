@@ -28,12 +28,14 @@ public:
 
     void Open();
 
+    // Asks about unsaved changes, if there are any, and saves them on Yes. False: Cancel.
+    bool LookAfterChanges(const QString &question);
+
     // Without a current name it is asked for as well. A fault in saving goes on to the caller, unless the
     // name was asked for: that ends the command quietly.
     void Save(SaveAs which);
 
 private:
-    bool ChangesAreLookedAfter();
     bool DownloadIsWanted();
     BoxAnswer Ask(const QString &text, BoxStyle style);
     void Tell(const QString &text, BoxIcon icon);

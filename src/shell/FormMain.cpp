@@ -100,9 +100,9 @@ void FormMain::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std
     link_->SetMbaxp1CommProperties(port, baud, parityStop, timeoutMs);
 }
 
-BoxAnswer FormMain::Ask(const QString &question, BoxButtons buttons) {
-    return surroundings_.dialogs.OwnedMessageBox(question, {.icon = BoxIcon::Question, .buttons = buttons},
-                                                 ApplicationTitle());
+BoxAnswer FormMain::Ask(const QString &question) {
+    return surroundings_.dialogs.OwnedMessageBox(
+        question, {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo}, ApplicationTitle());
 }
 
 void FormMain::AskToClearSettings(bool wanted) {
@@ -249,10 +249,7 @@ void FormMain::ConnectCommands() {
     for (const auto &[action, work] : works) {
         GiveWork(action, work);
     }
-    commands_->Menu("mnuHalvernWeb")
-        .setText(MakerAddress(surroundings_.settings)
-                     .toString(QUrl::RemoveScheme | QUrl::StripTrailingSlash)
-                     .mid(2));
+    commands_->Menu("mnuHalvernWeb").setText(MakerCaption(surroundings_.settings));
     // The click toggles the mark; only the link's state may set it, whatever becomes of the work.
     connect(&commands_->Menu("mnuOnline"), &QAction::triggered, this,
             [this] { commands_->Menu("mnuOnline").setChecked(online_); });
@@ -457,26 +454,14 @@ void FormMain::LayOut() {
 }
 
 void FormMain::closeEvent(QCloseEvent *event) {
-    if (!ChangesAreLookedAfter()) {
+    // Whatever becomes of the save, the answer lets the program close.
+    if (!fileCommands_->LookAfterChanges(
+            QStringLiteral("The currently open file has been changed. Do you want to save the changes?"))) {
         event->ignore();
         return;
     }
     StoreSettings();
     event->accept();
-}
-
-// Whatever becomes of the save, the answer lets the program close.
-bool FormMain::ChangesAreLookedAfter() {
-    if (!zentrova_->FileChangesNeedSaving()) {
-        return true;
-    }
-    const BoxAnswer answer =
-        Ask(QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-            BoxButtons::YesNoCancel);
-    if (answer == BoxAnswer::Yes) {
-        fileCommands_->Save(FileCommands::SaveAs::CurrentName);
-    }
-    return answer != BoxAnswer::Cancel;
 }
 
 void FormMain::StoreSettings() {

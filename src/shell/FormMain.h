@@ -114,9 +114,8 @@ private:
     void ShowTransmitDelay();
     void ShowWizard();
     std::int16_t AskDirection();
-    bool ChangesAreLookedAfter();
     void StoreSettings();
-    BoxAnswer Ask(const QString &question, BoxButtons buttons = BoxButtons::YesNo);
+    BoxAnswer Ask(const QString &question);
 
     Surroundings surroundings_;
     CommandLine::Options options_;
