@@ -20,3 +20,7 @@ Fault Fault::Conversion(const QString &what) {
 Fault Fault::DivisionByZero(const QString &what) {
     return Fault(Kind::DivisionByZero, QStringLiteral("Division by zero: ") + what);
 }
+
+Fault Fault::File(const QString &fileName, const QString &reason) {
+    return Fault(Kind::File, QStringLiteral("%1: %2.").arg(fileName, reason));
+}

@@ -19,6 +19,7 @@ public:
     static Fault Overflow(const QString &what);
     static Fault Conversion(const QString &what);
     static Fault DivisionByZero(const QString &what);
+    static Fault File(const QString &fileName, const QString &reason); // the reason without its full stop
 
 private:
     Kind cause_;

@@ -18,10 +18,6 @@
 
 namespace {
 
-Fault FileFault(const QString &fileName, const QString &message) {
-    return Fault(Fault::Kind::File, QStringLiteral("%1: %2.").arg(fileName, message));
-}
-
 // A file's attributes, normal while this lives and put back unless the file has been replaced.
 class ClearedAttributes {
 public:
@@ -92,13 +88,13 @@ bool ReachesTheDisk(QSaveFile &file) {
 void ReplaceFile(const QString &fileName, const QByteArray &content) {
     const QFileInfo old(fileName);
     if (old.exists() && !old.isFile()) {
-        throw FileFault(fileName, QStringLiteral("this isn't a file that can be written"));
+        throw Fault::File(fileName, QStringLiteral("this isn't a file that can be written"));
     }
     ClearedAttributes attributes(fileName);
     QSaveFile file(fileName);
     if (!file.open(QFile::WriteOnly) || file.write(content) != content.size() || !ReachesTheDisk(file) ||
         !file.commit()) {
-        throw FileFault(fileName, file.error() == QFile::NoError ? qt_error_string() : file.errorString());
+        throw Fault::File(fileName, file.error() == QFile::NoError ? qt_error_string() : file.errorString());
     }
     attributes.Replaced();
 }
