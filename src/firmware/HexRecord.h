@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <cstdint>
+
+// A line of an INHEX32 file, taken apart by position: ":", length, address, type, data, checksum. A line that
+// ends early or holds something else than digits has a value in every field all the same (HexField::Value).
+class HexRecord {
+public:
+    static constexpr std::uint32_t dataType = 0;
+    static constexpr std::uint32_t endType = 1;
+    static constexpr std::uint32_t upperWordType = 4;
+
+    // The characters that any field can reach: those of a record of 255 bytes.
+    static constexpr qsizetype longestText = 1 + 2 * (255 + 5);
+
+    // True for a line that starts with ":".
+    static bool IsRecord(QByteArrayView line) { return line.startsWith(':'); }
+
+    // A record refers to its line; it doesn't copy it.
+    explicit HexRecord(QByteArrayView line) : line_(line) {}
+
+    int Length() const;
+    std::uint32_t Address() const; // the low 16 bits
+    std::uint32_t Type() const;
+    std::uint32_t UpperWord() const; // of a record of upperWordType
+    std::uint8_t Byte(int index) const;
+
+    // The sum of all bytes that the length says are there, checksum included.
+    int Sum() const { return SumOfGroups(line_, Length() + 5); }
+
+    // The sum of the first `count` groups of two digits behind the ":".
+    static int SumOfGroups(QByteArrayView text, int count);
+
+    // What makes the sum of such groups and itself 0 modulo 256.
+    static std::uint8_t Checksum(QByteArrayView text, int count);
+
+private:
+    QByteArrayView line_;
+};
