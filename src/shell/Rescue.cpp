@@ -1,19 +1,16 @@
 #include "shell/Rescue.h"
 
-#include "support/ApplicationTitle.h"
 #include "support/Fault.h"
+#include "support/ProgramFolder.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 
 namespace {
 
 QString NewFileName() {
-    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' +
-                      ApplicationTitle());
-    folder.mkpath(QStringLiteral("."));
+    const QDir folder(UserDataFolder());
     const QString stem =
         folder.filePath(QStringLiteral("Rescued ") +
                         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH-mm-ss")));

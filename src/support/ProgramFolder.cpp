@@ -1,8 +1,26 @@
 #include "support/ProgramFolder.h"
 
+#include "support/ApplicationTitle.h"
+
 #include <QCoreApplication>
+#include <QDir>
+#include <QStandardPaths>
+#include <QTemporaryFile>
 
 QString ProgramFolder() {
     const QString home = qEnvironmentVariable("ZTVLINK_HOME");
     return home.isEmpty() ? QCoreApplication::applicationDirPath() : home;
+}
+
+QString FolderForOwnFiles(const QString &programFolder) {
+    // Only trying tells: the attributes of a folder don't, where access lists or a read-only disk decide.
+    QTemporaryFile trial(programFolder + QStringLiteral("/XXXXXX.tmp"));
+    return trial.open() ? programFolder : UserDataFolder();
+}
+
+QString UserDataFolder() {
+    const QString folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' + ApplicationTitle();
+    QDir().mkpath(folder);
+    return folder;
 }

@@ -26,6 +26,7 @@ struct FileQuestion {
     std::size_t preselectedFilter = 0;
     QString suggestion;    // the file that is preselected, or the folder to start in; may be empty
     QString defaultSuffix; // what a name typed without one gets on saving
+    QString title = {};    // the usual one if empty
 };
 
 // The one road to message boxes and file dialogs, so that a test can stand in for the person who answers

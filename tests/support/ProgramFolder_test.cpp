@@ -1,8 +1,11 @@
 #include "support/ProgramFolder.h"
 
+#include "tests/support/EnvironmentVariable.h"
 #include "tests/support/Printers.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 TEST(ProgramFolderTest, IsTheExecutablesUnlessTheEnvironmentNamesAnother) {
@@ -11,4 +14,19 @@ TEST(ProgramFolderTest, IsTheExecutablesUnlessTheEnvironmentNamesAnother) {
     qputenv("ZTVLINK_HOME", "/somewhere/else");
     EXPECT_EQ(ProgramFolder(), QStringLiteral("/somewhere/else"));
     qunsetenv("ZTVLINK_HOME");
+}
+
+TEST(ProgramFolderTest, OwnFilesGoToItIfItCanBeWrittenTo) {
+    const QTemporaryDir folder;
+    EXPECT_EQ(FolderForOwnFiles(folder.path()), folder.path());
+    EXPECT_TRUE(QDir(folder.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+}
+
+TEST(ProgramFolderTest, OtherwiseTheyGoToTheUsersDataFolder) {
+    const QTemporaryDir data;
+    const EnvironmentVariable isolated("XDG_DATA_HOME", data.path());
+    const QString expected = data.filePath(QStringLiteral("ZTV Link"));
+    EXPECT_EQ(FolderForOwnFiles(QStringLiteral("/proc")), expected); // whoever asks
+    EXPECT_EQ(FolderForOwnFiles(data.filePath(QStringLiteral("none"))), expected);
+    EXPECT_TRUE(QFileInfo(expected).isDir());
 }

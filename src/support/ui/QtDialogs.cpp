@@ -67,7 +67,8 @@ std::optional<QString> QtDialogs::SaveFileDialog(const FileQuestion &question) {
 std::optional<QString> QtDialogs::AskForFile(const FileQuestion &question, QFileDialog::AcceptMode mode) {
     QFileDialog dialog(owner_);
     const bool saves = mode == QFileDialog::AcceptSave;
-    dialog.setWindowTitle(saves ? QFileDialog::tr("Save As") : QFileDialog::tr("Open"));
+    const QString usual = saves ? QFileDialog::tr("Save As") : QFileDialog::tr("Open");
+    dialog.setWindowTitle(question.title.isEmpty() ? usual : question.title);
     dialog.setAcceptMode(mode);
     dialog.setFileMode(saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::HideNameFilterDetails);

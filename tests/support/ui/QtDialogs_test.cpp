@@ -152,3 +152,13 @@ TEST_F(QtDialogsTest, AnswersABoxByItsButton) {
                   QStringLiteral("ZTV Link"))),
               static_cast<int>(BoxAnswer::Cancel));
 }
+
+TEST_F(QtDialogsTest, TakesTheTitleOfTheQuestion) {
+    WhenDialogOpens([](QWidget &dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Open HEX File"));
+        dialog.close();
+    });
+    FileQuestion question = Question();
+    question.title = QStringLiteral("Open HEX File");
+    EXPECT_EQ(dialogs_.OpenFileDialog(question), std::nullopt);
+}
