@@ -2,6 +2,7 @@
 
 #include "firmware/HexField.h"
 
+#include <QByteArray>
 #include <algorithm>
 
 namespace {
@@ -16,6 +17,12 @@ constexpr qsizetype PositionOf(int index) {
 
 std::uint32_t MemoryImageLine::Address(QByteArrayView line) {
     return HexField::Value(line, 1, addressDigits);
+}
+
+std::uint32_t MemoryImageLine::AddressToWrite(QByteArrayView line) {
+    constexpr std::uint32_t mask = 0xFFFFFF;
+    const QByteArray digits = '1' + line.first(std::min<qsizetype>(addressDigits, line.size())).toByteArray();
+    return HexField::Value(digits, 1, 1 + addressDigits) & mask;
 }
 
 std::uint8_t MemoryImageLine::Byte(QByteArrayView line, int index) {

@@ -11,6 +11,11 @@ constexpr int byteCount = 16;
 constexpr qsizetype textLength = 6 + 3 * byteCount;
 
 std::uint32_t Address(QByteArrayView line);
+
+// The address that a line is written to. One with fewer than six digits is read as if a 1 stood before it, as
+// it always has been: an empty line goes to 1.
+std::uint32_t AddressToWrite(QByteArrayView line);
+
 std::uint8_t Byte(QByteArrayView line, int index);
 
 // The characters where a byte's digits are, as they stand: fewer than two where the line ends.

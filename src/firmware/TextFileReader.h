@@ -17,6 +17,9 @@ public:
     // The next line without its end, for as long as nothing else is called; empty at the end of the file.
     QByteArrayView ReadLine();
 
+    // What was read of the whole, 0 to 1.
+    double Fraction() const;
+
 private:
     void PassLineEnd();
     bool Fill();

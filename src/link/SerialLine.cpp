@@ -104,6 +104,15 @@ QByteArray SerialLine::TakeInput() {
     return IsOpen() ? std::exchange(input_, {}) + port_.readAll() : QByteArray();
 }
 
+QByteArray SerialLine::WaitForInput(int milliseconds) {
+    QByteArray bytes = TakeInput();
+    if (!bytes.isEmpty() || !IsOpen()) {
+        return bytes;
+    }
+    port_.waitForReadyRead(milliseconds);
+    return TakeInput();
+}
+
 QByteArray SerialLine::TakeAllInput() {
     if (IsOpen()) {
         port_.waitForReadyRead(0); // waits for nothing

@@ -37,6 +37,10 @@ public:
     // The same with those that the system still holds.
     QByteArray TakeAllInput();
 
+    // Blocks until something has come, at most so long, and returns it. Empty when nothing came in time or the
+    // line is no longer open.
+    QByteArray WaitForInput(int milliseconds);
+
 Q_SIGNALS:
     // Both come from the event loop, never from within a call, so a handler may close and reopen the line.
     void BytesArrived();

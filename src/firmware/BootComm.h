@@ -1,0 +1,67 @@
+#pragma once
+
+#include "firmware/BootLibrary.h"
+#include "firmware/BootSettings.h"
+
+#include <QString>
+#include <cstdint>
+#include <functional>
+
+// What the loops of BootComm return besides the negative results of the boot library.
+namespace TransferResult {
+
+inline constexpr std::int16_t Finished = 1;
+inline constexpr std::int16_t Aborted = -100;
+inline constexpr std::int16_t VerifyFailed = -101; // of the line that was written last
+
+} // namespace TransferResult
+
+// What a loop of BootComm tells and asks in each round.
+struct TransferEvents {
+    std::function<void()> yield = [] {}; // lets pending events run, among them one that aborts
+    std::function<void(const QString &)> status = [](const QString &) {};
+    std::function<void(double)> progress = [](double) {}; // what is done of the whole, 0 to 1
+};
+
+// The boot link: its settings, the small operations on the device, and the loops that move its memories to
+// and from the memory images. Everything blocks; a loop yields once a round.
+class BootComm {
+public:
+    explicit BootComm(OpenBootLine open) : library_(std::move(open)) {}
+
+    BootSettings &Settings() { return settings_; }
+    void OnTransfer(TransferEvents events) { events_ = std::move(events); }
+
+    // Opens the port of the settings unless it is held already. False when it can't be opened.
+    bool OpenPort();
+    // Closes the port if it is held.
+    void ClosePort();
+
+    // "V", major, ".", minor; empty when no boot loader answers.
+    QString ReadBootVersion();
+    // Always empty, which means success: a reset has no answer.
+    QString ResetProcessor();
+    // Tells the boot loader to start the application at the next reset. Exactly 1 is success.
+    std::int16_t SetRunMode();
+    // The byte, or -1.
+    std::int16_t ReadEepromByte(std::int16_t address);
+
+    // Reads a region into a memory image. Multiplies both addresses by `bytesPerAddress`. Fault when the file
+    // can't be written.
+    std::int16_t ReadRegion(std::int32_t &start, std::int32_t &end, std::uint8_t bytesPerAddress,
+                            std::uint8_t command, const QString &fileName);
+    std::int16_t EraseRegion(std::int32_t start, std::int32_t end);
+    // Writes and verifies a memory image line by line, wherever its addresses lie. A line that differs goes
+    // to ErrorFile and the loop on to the next, whose result replaces that one's. Fault when a file can't be
+    // opened or written.
+    std::int16_t WriteProgramImage(std::uint8_t blockBytes, std::uint8_t bytesPerAddress,
+                                   std::uint8_t writeCommand, const QString &fileName);
+
+private:
+    bool GoesOn();
+    TransferRecord NewRecord(std::uint8_t command, std::uint8_t length, std::uint32_t address) const;
+
+    BootLibrary library_;
+    BootSettings settings_;
+    TransferEvents events_;
+};

@@ -1,0 +1,207 @@
+#include "firmware/BootLibrary.h"
+
+#include "firmware/BootFrame.h"
+
+#include <QElapsedTimer>
+#include <algorithm>
+
+namespace {
+
+constexpr int bitsPerCharacter = 10;
+constexpr qsizetype mostGarbage = 4096; // of a line that babbles
+
+// After a try that failed, the answer to it may still be on its way.
+constexpr int silenceMs = 30;
+constexpr int mostSilences = 20;
+
+QByteArray HeadOf(const TransferRecord &record, std::uint8_t count) {
+    constexpr int bitsPerByte = 8;
+    QByteArray head;
+    head.append(static_cast<char>(record.Command));
+    head.append(static_cast<char>(count));
+    for (int byte = 0; byte < 3; ++byte) {
+        head.append(static_cast<char>(record.Address >> (byte * bitsPerByte)));
+    }
+    return head;
+}
+
+QByteArray BytesOf(std::span<const std::uint8_t> bytes) {
+    return QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size()));
+}
+
+// The only packets that a loader leaves unanswered, or answers with more than their command.
+bool IsReset(const QByteArray &packet) {
+    return packet == QByteArray(2, '\0');
+}
+bool AsksForVersion(const QByteArray &packet) {
+    return packet == QByteArray("\0\2", 2);
+}
+
+} // namespace
+
+std::int32_t BootLibrary::OpenPIC(const QByteArray &PortName, std::int32_t BitRate, std::int32_t TimeoutMs) {
+    line_.reset();
+    line_ = open_(PortName, BitRate);
+    if (!line_) {
+        return BootResult::NotOpen;
+    }
+    bitRate_ = std::max(BitRate, 1);
+    timeoutMs_ = TimeoutMs;
+    return ++handle_;
+}
+
+void BootLibrary::ClosePIC(std::int32_t handle) {
+    if (handle == handle_) {
+        line_.reset();
+    }
+}
+
+std::int32_t BootLibrary::SendGetPacket(std::int32_t handle, std::span<std::uint8_t> buffer,
+                                        std::int32_t bytesToSend, std::int32_t largestReply,
+                                        std::int32_t tries) {
+    if (bytesToSend < 1 || static_cast<std::size_t>(bytesToSend) > buffer.size()) {
+        return BootResult::WriteError;
+    }
+    const QByteArray packet = BytesOf(buffer.first(static_cast<std::size_t>(bytesToSend)));
+    if (IsReset(packet)) {
+        if (!line_ || handle != handle_) {
+            return BootResult::NotOpen;
+        }
+        return line_->Write(BootFrame::Encode(packet)) ? 0 : BootResult::WriteError;
+    }
+    constexpr qsizetype versionBytes = 4;
+    const qsizetype room = std::min<qsizetype>(largestReply, static_cast<qsizetype>(buffer.size()));
+    const qsizetype size = AsksForVersion(packet) ? versionBytes : 1;
+    if (size > room) {
+        return BootResult::AnswerTooLong;
+    }
+    const Answer answer = Exchange(
+        handle, packet,
+        {.beginning = AsksForVersion(packet) ? packet : packet.first(1), .least = size, .most = room}, tries);
+    std::copy(answer.payload.begin(), answer.payload.end(), buffer.begin());
+    return answer.result;
+}
+
+std::int32_t BootLibrary::ReadPIC(std::int32_t handle, const TransferRecord &record,
+                                  std::span<std::uint8_t> buffer) {
+    if (record.DataLength > buffer.size()) {
+        return BootResult::AnswerTooLong;
+    }
+    const QByteArray head = HeadOf(record, record.DataLength);
+    const qsizetype size = head.size() + record.DataLength;
+    const Answer answer =
+        Exchange(handle, head, {.beginning = head, .least = size, .most = size}, record.Retries);
+    if (answer.result < 0) {
+        return answer.result;
+    }
+    std::copy(answer.payload.begin() + head.size(), answer.payload.end(), buffer.begin());
+    return record.DataLength;
+}
+
+std::int32_t BootLibrary::WritePIC(std::int32_t handle, const TransferRecord &record,
+                                   std::span<const std::uint8_t> buffer) {
+    if (record.DataLength > buffer.size()) {
+        return BootResult::WriteError;
+    }
+    const auto blocks =
+        static_cast<std::uint8_t>(record.DataLength / std::max<std::uint8_t>(record.BlockBytes, 1));
+    const QByteArray head = HeadOf(record, blocks);
+    const Answer answer = Exchange(handle, head + BytesOf(buffer.first(record.DataLength)),
+                                   {.beginning = head.first(1), .least = 1, .most = 1}, record.Retries);
+    return answer.result < 0 ? answer.result : record.DataLength;
+}
+
+std::int32_t BootLibrary::VerifyPIC(std::int32_t handle, const TransferRecord &record,
+                                    std::span<const std::uint8_t> buffer) {
+    if (record.DataLength > buffer.size()) {
+        return BootResult::WriteError;
+    }
+    std::array<std::uint8_t, 255> there{};
+    const std::int32_t result = ReadPIC(handle, record, there);
+    if (result < 0) {
+        return result;
+    }
+    const bool same = std::equal(there.begin(), there.begin() + record.DataLength, buffer.begin());
+    return same ? result : BootResult::BytesDiffer;
+}
+
+BootLibrary::Answer BootLibrary::Exchange(std::int32_t handle, const QByteArray &packet,
+                                          const Expected &expected, std::int32_t tries) {
+    Answer answer{BootResult::NotOpen, {}};
+    if (!line_ || handle != handle_) {
+        return answer;
+    }
+    const QByteArray frame = BootFrame::Encode(packet);
+    for (std::int32_t tried = 0; tried == 0 || tried < tries; ++tried) {
+        answer = Try(frame, expected);
+        if (answer.result >= 0) {
+            if (tried > 0) {
+                LetLineFallSilent();
+            }
+            return answer;
+        }
+        if (answer.result == BootResult::NotOpen || answer.result == BootResult::WriteError) {
+            return answer;
+        }
+        LetLineFallSilent();
+    }
+    return answer;
+}
+
+BootLibrary::Answer BootLibrary::Try(const QByteArray &frame, const Expected &expected) {
+    line_->ClearInput();
+    if (!line_->Write(frame)) {
+        return {BootResult::WriteError, {}};
+    }
+    return Listen(LineTimeMs(frame.size() + BootFrame::LongestOf(expected.least)) + timeoutMs_, expected);
+}
+
+BootLibrary::Answer BootLibrary::Listen(int milliseconds, const Expected &expected) {
+    BootFrame::Reader reader(expected.most);
+    QElapsedTimer waited;
+    waited.start();
+    qsizetype received = 0;
+    for (;;) {
+        const int left = milliseconds - static_cast<int>(waited.elapsed());
+        const auto bytes = left > 0 ? line_->Read(left) : QByteArray();
+        if (!bytes) {
+            return {BootResult::NotOpen, {}};
+        }
+        if (bytes->isEmpty() || received > mostGarbage) {
+            return {received > 0 ? BootResult::DamagedAnswer : BootResult::NoAnswer, {}};
+        }
+        received += bytes->size();
+        for (const char byte : *bytes) {
+            switch (reader.Take(byte)) {
+            case BootFrame::Reader::State::Open:
+                continue;
+            case BootFrame::Reader::State::Damaged:
+                return {BootResult::DamagedAnswer, {}};
+            case BootFrame::Reader::State::TooLong:
+                return {BootResult::AnswerTooLong, {}};
+            case BootFrame::Reader::State::Complete:
+                break;
+            }
+            QByteArray payload = reader.Payload();
+            if (!payload.startsWith(expected.beginning) || payload.size() < expected.least) {
+                return {BootResult::UnexpectedAnswer, {}};
+            }
+            const auto size = static_cast<std::int32_t>(payload.size());
+            return {size, std::move(payload)};
+        }
+    }
+}
+
+void BootLibrary::LetLineFallSilent() {
+    for (int silence = 0; silence < mostSilences; ++silence) {
+        const auto bytes = line_->Read(silenceMs);
+        if (!bytes || bytes->isEmpty()) {
+            return;
+        }
+    }
+}
+
+int BootLibrary::LineTimeMs(qsizetype bytes) const {
+    constexpr qsizetype secondMs = 1000;
+    return static_cast<int>(bytes * bitsPerCharacter * secondMs / bitRate_);
+}

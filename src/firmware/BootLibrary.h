@@ -1,0 +1,74 @@
+#pragma once
+
+#include "firmware/BootLine.h"
+#include "firmware/TransferRecord.h"
+
+#include <QByteArray>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+// The negative results of the boot library.
+namespace BootResult {
+
+inline constexpr std::int32_t NotOpen = -1;
+inline constexpr std::int32_t WriteError = -2;
+inline constexpr std::int32_t NoAnswer = -3;
+inline constexpr std::int32_t DamagedAnswer = -4;
+inline constexpr std::int32_t AnswerTooLong = -5;
+inline constexpr std::int32_t UnexpectedAnswer = -6;
+inline constexpr std::int32_t BytesDiffer = -12;
+
+} // namespace BootResult
+
+// Speaks with the sensor's boot loader over a serial line that it owns while it is open. Every call blocks
+// until it is answered, or has been tried as often as it may. What the calls return is negative on failure.
+class BootLibrary {
+public:
+    explicit BootLibrary(OpenBootLine open) : open_(std::move(open)) {}
+
+    // The handle of the port, greater than 0, or NotOpen. Each try of a later call waits `TimeoutMs` for its
+    // answer, beyond the time that both take on the line. A port that was open is closed.
+    std::int32_t OpenPIC(const QByteArray &PortName, std::int32_t BitRate, std::int32_t TimeoutMs);
+    void ClosePIC(std::int32_t handle);
+
+    // Sends the first `bytesToSend` bytes of the buffer. The size of the answer, which then stands in the
+    // buffer; a reset has none, is sent once and gives 0.
+    std::int32_t SendGetPacket(std::int32_t handle, std::span<std::uint8_t> buffer, std::int32_t bytesToSend,
+                               std::int32_t largestReply, std::int32_t tries);
+
+    // The bytes read into the buffer, which must hold `DataLength`.
+    std::int32_t ReadPIC(std::int32_t handle, const TransferRecord &record, std::span<std::uint8_t> buffer);
+
+    // The bytes written: `DataLength` of the buffer.
+    std::int32_t WritePIC(std::int32_t handle, const TransferRecord &record,
+                          std::span<const std::uint8_t> buffer);
+
+    // Reads with the record's command and compares: BytesDiffer, or the bytes compared.
+    std::int32_t VerifyPIC(std::int32_t handle, const TransferRecord &record,
+                           std::span<const std::uint8_t> buffer);
+
+private:
+    struct Answer {
+        std::int32_t result; // the size of the payload, or a BootResult
+        QByteArray payload;
+    };
+    struct Expected {
+        QByteArray beginning;
+        qsizetype least;
+        qsizetype most;
+    };
+
+    Answer Exchange(std::int32_t handle, const QByteArray &packet, const Expected &expected,
+                    std::int32_t tries);
+    Answer Try(const QByteArray &frame, const Expected &expected);
+    Answer Listen(int milliseconds, const Expected &expected);
+    void LetLineFallSilent();
+    int LineTimeMs(qsizetype bytes) const;
+
+    OpenBootLine open_;
+    std::unique_ptr<BootLine> line_;
+    std::int32_t handle_ = 0;
+    std::int32_t bitRate_ = 0;
+    std::int32_t timeoutMs_ = 0;
+};

@@ -1,0 +1,305 @@
+#include "firmware/BootLibrary.h"
+
+#include "firmware/BootFrame.h"
+#include "tests/support/Printers.h"
+
+#include <array>
+#include <deque>
+#include <gtest/gtest.h>
+
+namespace {
+
+QByteArray Bytes(const char *hex) {
+    return QByteArray::fromHex(hex);
+}
+
+// A line whose far end answers as a script says, without taking any time for it.
+class FakeLine : public BootLine {
+public:
+    struct Far {
+        std::vector<QByteArray> sent; // frames
+        std::deque<QByteArray> answers;
+        std::vector<int> waits; // for an answer, milliseconds
+        int silences = 0;       // waits for a line that falls silent
+        bool refuses = false;   // to take bytes
+        bool gone = false;
+    };
+    explicit FakeLine(Far &far) : far_(far) {}
+
+    void ClearInput() override { input_.clear(); }
+    bool Write(const QByteArray &bytes) override {
+        if (far_.refuses) {
+            return false;
+        }
+        far_.sent.push_back(bytes);
+        if (!far_.answers.empty()) {
+            input_ = far_.answers.front();
+            far_.answers.pop_front();
+        }
+        return true;
+    }
+    std::optional<QByteArray> Read(int milliseconds) override {
+        if (far_.gone) {
+            return std::nullopt;
+        }
+        constexpr int silence = 30;
+        if (milliseconds == silence) {
+            ++far_.silences;
+        } else {
+            far_.waits.push_back(milliseconds);
+        }
+        return std::exchange(input_, {});
+    }
+
+private:
+    Far &far_;
+    QByteArray input_;
+};
+
+class BootLibraryTest : public testing::Test {
+protected:
+    std::int32_t Open() { return handle_ = library_.OpenPIC("COM3", 38400, 1000); }
+    void Answer(const char *payload) { far_.answers.push_back(BootFrame::Encode(Bytes(payload))); }
+    QByteArray Payload(std::size_t frame) const {
+        BootFrame::Reader reader(300);
+        for (const char byte : far_.sent.at(frame)) {
+            reader.Take(byte);
+        }
+        return reader.Payload();
+    }
+
+    std::int32_t SendVersionRead(std::int32_t tries = 3, std::int32_t largest = 10) {
+        packet_ = {0, 2};
+        return library_.SendGetPacket(handle_, packet_, 2, largest, tries);
+    }
+    std::int32_t SendErase() {
+        packet_ = {3, 1, 0x40, 0x08, 0x00};
+        return library_.SendGetPacket(handle_, packet_, 5, 255, 5);
+    }
+
+    FakeLine::Far far_;
+    bool opens_ = true;
+    QByteArray openedPort_;
+    std::int32_t openedRate_ = 0;
+    BootLibrary library_{[this](const QByteArray &port, std::int32_t rate) -> std::unique_ptr<BootLine> {
+        openedPort_ = port;
+        openedRate_ = rate;
+        return opens_ ? std::make_unique<FakeLine>(far_) : nullptr;
+    }};
+    std::int32_t handle_ = 0;
+    std::array<std::uint8_t, 11> packet_{};
+    std::array<std::uint8_t, 256> buffer_{};
+    TransferRecord record_{.Command = BootCommand::ReadProgram,
+                           .DataLength = 16,
+                           .Address = 0x0F0504,
+                           .BlockBytes = 1,
+                           .BytesPerAddress = 1,
+                           .Retries = 3};
+};
+
+} // namespace
+
+TEST_F(BootLibraryTest, OpensAPortByItsNameAndRate) {
+    EXPECT_GT(Open(), 0);
+    EXPECT_EQ(openedPort_, QByteArray("COM3"));
+    EXPECT_EQ(openedRate_, 38400);
+}
+
+TEST_F(BootLibraryTest, GivesANegativeHandleForAPortThatCantBeOpened) {
+    opens_ = false;
+    EXPECT_EQ(Open(), BootResult::NotOpen);
+    EXPECT_EQ(SendVersionRead(), BootResult::NotOpen);
+}
+
+TEST_F(BootLibraryTest, NothingWorksOnAClosedPortOrWithAnotherHandle) {
+    EXPECT_EQ(SendVersionRead(), BootResult::NotOpen);
+    Open();
+    library_.ClosePIC(handle_);
+    packet_ = {0, 0};
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 2, 10, 3), BootResult::NotOpen);
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), BootResult::NotOpen);
+    EXPECT_EQ(library_.WritePIC(handle_, record_, buffer_), BootResult::NotOpen);
+    EXPECT_EQ(library_.VerifyPIC(handle_, record_, buffer_), BootResult::NotOpen);
+    Open();
+    EXPECT_EQ(library_.ReadPIC(handle_ - 1, record_, buffer_), BootResult::NotOpen);
+    library_.ClosePIC(handle_ - 1); // closes nothing
+    Answer("00 02 05 01");
+    EXPECT_EQ(SendVersionRead(), 4);
+}
+
+TEST_F(BootLibraryTest, PutsTheAnswerIntoTheBufferFromItsStart) {
+    Open();
+    Answer("00 02 0F 04");
+    EXPECT_EQ(SendVersionRead(), 4);
+    EXPECT_EQ(far_.sent, std::vector<QByteArray>{Bytes("0F 0F 00 02 FE 04")});
+    EXPECT_EQ(packet_[2], 0x0F);
+    EXPECT_EQ(packet_[3], 0x04);
+    Answer("03");
+    EXPECT_EQ(SendErase(), 1);
+    EXPECT_EQ(Payload(1), Bytes("03 01 40 08 00"));
+    EXPECT_EQ(far_.silences, 0);
+}
+
+TEST_F(BootLibraryTest, SendsAResetOnceAndWaitsForNothing) {
+    Open();
+    packet_ = {0, 0};
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 2, 10, 3), 0);
+    EXPECT_EQ(far_.sent, std::vector<QByteArray>{Bytes("0F 0F 00 00 00 04")});
+    EXPECT_TRUE(far_.waits.empty());
+    far_.refuses = true;
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 2, 10, 3), BootResult::WriteError);
+}
+
+TEST_F(BootLibraryTest, TriesAsOftenAsItMay) {
+    Open();
+    EXPECT_EQ(SendVersionRead(3), BootResult::NoAnswer);
+    EXPECT_EQ(far_.sent.size(), 3u);
+    EXPECT_EQ(SendErase(), BootResult::NoAnswer);
+    EXPECT_EQ(far_.sent.size(), 8u);
+    record_.Retries = 2;
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), BootResult::NoAnswer);
+    EXPECT_EQ(far_.sent.size(), 10u);
+    record_.Retries = 0; // still once
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), BootResult::NoAnswer);
+    EXPECT_EQ(far_.sent.size(), 11u);
+}
+
+TEST_F(BootLibraryTest, WaitsTheTimeoutBeyondTheTimeOnTheLine) {
+    Open();
+    SendVersionRead(1);
+    const int expected = 1000 + (6 + 13) * 10 / 38; // request and longest answer, 10 bits a character
+    ASSERT_EQ(far_.waits.size(), 1u);
+    EXPECT_NEAR(far_.waits.front(), expected, 2);
+}
+
+TEST_F(BootLibraryTest, AGoodAnswerToALaterTryCounts) {
+    Open();
+    far_.answers.push_back({});
+    far_.answers.push_back(Bytes("0F 0F 00 02 00 01 FE 04")); // damaged
+    Answer("03");                                             // another's
+    EXPECT_EQ(SendVersionRead(3), BootResult::UnexpectedAnswer);
+    EXPECT_EQ(far_.silences, 3); // what may still come to these tries isn't to be taken for the next
+    far_.answers.push_back({});
+    Answer("00 02 00 01");
+    EXPECT_EQ(SendVersionRead(3), 4);
+    EXPECT_EQ(far_.silences, 5); // also after the one that succeeded
+}
+
+TEST_F(BootLibraryTest, TellsFailuresApart) {
+    struct Row {
+        const char *what;
+        QByteArray answer;
+        std::int32_t result;
+    };
+    const Row rows[] = {
+        {"nothing", {}, BootResult::NoAnswer},
+        {"garbage", Bytes("55 AA 55"), BootResult::DamagedAnswer},
+        {"cut off", Bytes("0F 0F 00 02 05 01"), BootResult::DamagedAnswer},
+        {"wrong checksum", Bytes("0F 0F 00 02 05 01 00 04"), BootResult::DamagedAnswer},
+        {"too long", BootFrame::Encode(Bytes("00 02 05 01 00 00 00 00 00 00 00")), BootResult::AnswerTooLong},
+        {"too short", BootFrame::Encode(Bytes("00 02 05")), BootResult::UnexpectedAnswer},
+        {"another command", BootFrame::Encode(Bytes("01 02 05 01")), BootResult::UnexpectedAnswer},
+        {"a reset's", BootFrame::Encode(Bytes("00 00 05 01")), BootResult::UnexpectedAnswer},
+    };
+    for (const Row &row : rows) {
+        Open();
+        far_.answers = {row.answer};
+        EXPECT_EQ(SendVersionRead(1), row.result) << row.what;
+    }
+}
+
+TEST_F(BootLibraryTest, DoesntTryAgainOnALineThatIsGone) {
+    Open();
+    far_.gone = true;
+    EXPECT_EQ(SendVersionRead(), BootResult::NotOpen);
+    EXPECT_EQ(far_.sent.size(), 1u);
+    far_.refuses = true;
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), BootResult::WriteError);
+    EXPECT_EQ(far_.sent.size(), 1u);
+}
+
+TEST_F(BootLibraryTest, RefusesWhatABufferDoesntHold) {
+    Open();
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 12, 10, 3), BootResult::WriteError);
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 0, 10, 3), BootResult::WriteError);
+    EXPECT_EQ(SendVersionRead(3, 3), BootResult::AnswerTooLong); // no room for a version
+    std::array<std::uint8_t, 15> small{};
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, small), BootResult::AnswerTooLong);
+    EXPECT_EQ(library_.WritePIC(handle_, record_, small), BootResult::WriteError);
+    EXPECT_EQ(library_.VerifyPIC(handle_, record_, small), BootResult::WriteError);
+    EXPECT_TRUE(far_.sent.empty());
+}
+
+TEST_F(BootLibraryTest, ReadsWithTheCountOfBytesAndTheAddressInThreeBytes) {
+    Open();
+    const QByteArray data = Bytes("04 05 0F 00 11 22 33 44 55 66 77 88 99 AA BB FF");
+    far_.answers.push_back(BootFrame::Encode(Bytes("01 10 04 05 0F") + data));
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), 16);
+    EXPECT_EQ(Payload(0), Bytes("01 10 04 05 0F"));
+    EXPECT_EQ(QByteArray(reinterpret_cast<const char *>(buffer_.data()), 16), data);
+}
+
+TEST_F(BootLibraryTest, TakesNoReadOfAnotherAddressOrSize) {
+    for (const char *head : {"01 10 05 05 0F", "01 10 04 05 0E", "04 10 04 05 0F"}) {
+        Open();
+        far_.answers = {BootFrame::Encode(Bytes(head) + QByteArray(16, 'x'))};
+        record_.Retries = 1;
+        EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), BootResult::UnexpectedAnswer) << head;
+    }
+    far_.answers = {BootFrame::Encode(Bytes("01 10 04 05 0F") + QByteArray(15, 'x'))};
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), BootResult::UnexpectedAnswer);
+    far_.answers = {BootFrame::Encode(Bytes("01 10 04 05 0F") + QByteArray(17, 'x'))};
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), BootResult::AnswerTooLong);
+}
+
+TEST_F(BootLibraryTest, WritesWithTheCountOfBlocks) {
+    Open();
+    buffer_.fill(0x0F);
+    record_.Command = BootCommand::WriteProgram;
+    record_.Address = 0x000800;
+    record_.BlockBytes = 8;
+    Answer("02");
+    EXPECT_EQ(library_.WritePIC(handle_, record_, buffer_), 16);
+    EXPECT_EQ(Payload(0), Bytes("02 02 00 08 00") + QByteArray(16, 0x0F));
+    record_.BlockBytes = 0; // can't be divided by
+    Answer("02");
+    EXPECT_EQ(library_.WritePIC(handle_, record_, buffer_), 16);
+    EXPECT_EQ(Payload(1).at(1), 16);
+}
+
+TEST_F(BootLibraryTest, AWriteIsAnsweredByItsCommandAlone) {
+    Open();
+    record_.Command = BootCommand::WriteEeprom;
+    record_.Retries = 1;
+    Answer("05 01");
+    EXPECT_EQ(library_.WritePIC(handle_, record_, buffer_), BootResult::AnswerTooLong);
+    Answer("02");
+    EXPECT_EQ(library_.WritePIC(handle_, record_, buffer_), BootResult::UnexpectedAnswer);
+}
+
+TEST_F(BootLibraryTest, VerifiesByReadingWithTheRecordsCommandWhateverItsBlocks) {
+    Open();
+    buffer_.fill(0x5A);
+    record_.BlockBytes = 8;
+    const QByteArray head = Bytes("01 10 04 05 0F");
+    far_.answers.push_back(BootFrame::Encode(head + QByteArray(16, 0x5A)));
+    EXPECT_GE(library_.VerifyPIC(handle_, record_, buffer_), 0);
+    EXPECT_EQ(Payload(0), head);
+    far_.answers.push_back(BootFrame::Encode(head + QByteArray(15, 0x5A) + '\x5B'));
+    EXPECT_EQ(library_.VerifyPIC(handle_, record_, buffer_), -12);
+    EXPECT_EQ(far_.sent.size(), 2u); // a difference isn't tried again
+    record_.Retries = 1;
+    EXPECT_EQ(library_.VerifyPIC(handle_, record_, buffer_), BootResult::NoAnswer);
+}
+
+TEST(TransferRecordTest, HasItsFieldsInTheirPlaces) {
+    const TransferRecord record{.Command = 0x11,
+                                .DataLength = 0x22,
+                                .reserved = 0,
+                                .Address = 0x33445566,
+                                .BlockBytes = 0x77,
+                                .BytesPerAddress = 0x88,
+                                .Retries = 0x99AA};
+    EXPECT_EQ(QByteArray(reinterpret_cast<const char *>(&record), sizeof record),
+              Bytes("11 22 00 00 66 55 44 33 77 88 AA 99"));
+}
