@@ -1,5 +1,7 @@
 #include "shell/FormMain.h"
 
+#include "firmware/SerialBootLine.h"
+#include "firmware/ui/FormUpgradeFirmware.h"
 #include "link/SerialPorts.h"
 #include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
@@ -58,14 +60,14 @@ FormMain::FormMain(Surroundings surroundings) : surroundings_(std::move(surround
     const CommSettings comm = ReadCommSettings(surroundings_.settings);
     PlaceWindow();
     zentrova_ = std::make_unique<ClassZentrova>(surroundings_.programFolder);
+    const auto deviceOfPort = [this](std::int16_t number) {
+        return SerialPorts::DeviceOfPort(surroundings_.settings, number);
+    };
     link_ = std::make_unique<LinkSession>(
         *zentrova_, LinkSession::Surroundings{.dialogs = surroundings_.dialogs,
-                                              .deviceOfPort =
-                                                  [this](std::int16_t number) {
-                                                      return SerialPorts::DeviceOfPort(surroundings_.settings,
-                                                                                       number);
-                                                  },
+                                              .deviceOfPort = deviceOfPort,
                                               .askDirection = [this] { return AskDirection(); }});
+    bootComm_ = std::make_unique<BootComm>(SerialBootLine::Opener(deviceOfPort));
     link_->CommPort(comm.commPort);
     link_->BaudRate(comm.baudRate);
     link_->ParityStop(comm.parityStop);
@@ -238,6 +240,7 @@ void FormMain::ConnectCommands() {
         {commands_->Menu("mnuOnline"), [this] { ToggleOnline(); }},
         {commands_->Menu("mnuReinit"), [this] { Reinitialise(); }},
         {commands_->Menu("mnuTransmitDelayCalc"), [this] { ShowTransmitDelay(); }},
+        {commands_->Menu("mnuOptionsUpgradeFirmware"), [this] { ShowUpgradeFirmware(); }},
         {commands_->Menu("mnuHalvernWeb"), [this] { ShowMakersPages(); }},
         {commands_->Button("Online"), goOnline},
         {commands_->Button("Offline"), goOffline},
@@ -359,6 +362,17 @@ void FormMain::ShowCommunications() {
 
 void FormMain::ShowTransmitDelay() {
     FormTransmitDelay(*zentrova_, *link_, surroundings_.dialogs, this).exec();
+}
+
+void FormMain::ShowUpgradeFirmware() {
+    FormUpgradeFirmware({.bootComm = *bootComm_,
+                         .link = *link_,
+                         .zentrova = *zentrova_,
+                         .dialogs = surroundings_.dialogs,
+                         .programFolder = surroundings_.programFolder,
+                         .showInEditor = surroundings_.showInEditor},
+                        this)
+        .exec();
 }
 
 // What came before the press may have opened a dialog, or ended the link.

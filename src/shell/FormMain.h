@@ -1,5 +1,6 @@
 #pragma once
 
+#include "firmware/BootComm.h"
 #include "link/LinkSession.h"
 #include "model/ClassZentrova.h"
 #include "shell/CommandLine.h"
@@ -39,6 +40,9 @@ public:
         std::function<bool()> ctrlKeyIsDown;
         std::function<void()> registerFileType = [] {};                           // once in each start
         std::function<bool(const QUrl &)> openUrl = [](auto &) { return false; }; // in the system's browser
+        // In a text editor, `command` if that is there.
+        std::function<bool(const QString &command, const QString &fileName)> showInEditor =
+            [](auto &, auto &) { return false; };
     };
 
     // Runs the whole start-up but for showing the window. Fault when the presets can't be read.
@@ -112,6 +116,7 @@ private:
     void ShowMakersPages();
     void ShowCommunications();
     void ShowTransmitDelay();
+    void ShowUpgradeFirmware();
     void ShowWizard();
     std::int16_t AskDirection();
     void StoreSettings();
@@ -121,6 +126,7 @@ private:
     CommandLine::Options options_;
     std::unique_ptr<ClassZentrova> zentrova_;
     std::unique_ptr<LinkSession> link_;
+    std::unique_ptr<BootComm> bootComm_;
     std::unique_ptr<FileCommands> fileCommands_;
     std::unique_ptr<MainCommands> commands_;
     std::set<const QAction *> withWork_;

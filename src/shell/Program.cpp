@@ -4,6 +4,7 @@
 #include "shell/Rescue.h"
 #include "support/ApplicationTitle.h"
 #include "support/FileType.h"
+#include "support/TextEditor.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -38,7 +39,8 @@ int RunProgram(const ProgramStart &start, const std::function<void(FormMain &)> 
              .ctrlKeyIsDown =
                  [] { return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier); },
              .registerFileType = [&start] { RegisterFileType(start.application); },
-             .openUrl = QDesktopServices::openUrl});
+             .openUrl = QDesktopServices::openUrl,
+             .showInEditor = TextEditor::Show});
         form.ShowAsStored();
         onShown(form);
         return QApplication::exec();

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "firmware/BootComm.h"
+#include "support/UserDialogs.h"
+
+#include <QObject>
+#include <QString>
+#include <cstdint>
+#include <functional>
+
+// The commands of the upgrade console with the words that they show, but for the window. A transfer lets
+// events run once a round, and a further command may start then; all share one flag that aborts.
+class UpgradeConsole : public QObject {
+    Q_OBJECT
+
+public:
+    struct Surroundings {
+        UserDialogs &dialogs;
+        // Shows a file in a text editor, `command` if that is there. False when there is none.
+        std::function<bool(const QString &command, const QString &fileName)> showInEditor;
+    };
+
+    // The panels of the status bar.
+    enum class Panel { Status = 1, Version, Processor, ComPort, BaudRate };
+
+    UpgradeConsole(BootComm &bootComm, Surroundings surroundings, QObject *parent = nullptr);
+    ~UpgradeConsole() override;
+
+    // Fills the settings anew but for the port's handle. The images lie in `imageFolder`.
+    void Load(std::int16_t commPort, std::int32_t bitRate, const QString &imageFolder);
+
+    // True when a boot loader answers; the device's commands are then there.
+    bool ConnectBootloader();
+    void DisconnectBootloader();
+
+    // Transfers. Fault when an image can't be opened or created.
+    void ReadDevice();
+    bool EraseDevice();
+    bool WriteDevice();
+    void Abort();
+
+    // The hex file at the path, or one that the user is asked for if it is empty, becomes the memory images.
+    bool OpenHexFile(const QString &path);
+    void SaveHexFile();
+    void EraseFiles();
+    void ViewFiles();
+
+    bool RunModeCommand();
+    void RunApp();
+
+    BootComm &Boot() { return bootComm_; }
+    void SetStatus(const QString &word);
+
+Q_SIGNALS:
+    void PanelChanged(UpgradeConsole::Panel panel, const QString &text);
+    void PointerChanged(Qt::CursorShape shape);
+    void ConnectedChanged(bool connected);
+    void RedrawWanted();
+    void TransferStarted(const QString &what);
+    void TransferAdvanced(double done); // of the whole, 0 to 1
+    void TransferEnded();
+
+private:
+    class Transfer;
+
+    void FindDevice();
+    bool ShowOutcome(std::int16_t result, const QString &failed);
+    bool ShowInEditor(const QString &fileName);
+    void Warn(const QString &text, const QString &title);
+
+    BootComm &bootComm_;
+    BootSettings &settings_;
+    Surroundings surroundings_;
+};

@@ -1,0 +1,224 @@
+#include "firmware/ui/FormUpgradeFirmware.h"
+
+#include "firmware/ui/StatusPanels.h"
+#include "firmware/ui/TransferBar.h"
+#include "support/Numbers.h"
+#include "support/ProgramFolder.h"
+#include "ui/Controls.h"
+
+#include <QDir>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+// Twips.
+constexpr int heightWithPanel = 6570;
+constexpr int heightWithout = 2535;
+
+constexpr int margin = 12;
+constexpr int titleScale = 2;
+constexpr int leastWidth = 640;
+constexpr char16_t registeredMark = 174;
+
+QString FirmwareFile(const QString &programFolder) {
+    return QDir::toNativeSeparators(programFolder + QStringLiteral("/Firmware/B70214.hex"));
+}
+
+} // namespace
+
+struct FormUpgradeFirmware::Command {
+    const char *name;
+    const char *caption;
+    const char *toolTip;
+    bool device = false; // there only while a boot loader is connected
+};
+
+FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *parent)
+    : QDialog(parent),
+      surroundings_(std::move(surroundings)),
+      console_(new UpgradeConsole(
+          surroundings_.bootComm,
+          {.dialogs = surroundings_.dialogs, .showInEditor = surroundings_.showInEditor}, this)),
+      upgrade_(new OneButtonUpgrade(*console_, surroundings_.link, surroundings_.zentrova,
+                                    surroundings_.dialogs, this)) {
+    Controls::Named(this, "FormUpgradeFirmware");
+    setWindowTitle(QStringLiteral("Upgrade Firmware"));
+    setMinimumWidth(leastWidth);
+
+    auto *upgrade = NewButton({"CommandUpgradeFirmware", "Upgrade Firmware", "Upgrade ZTV500-100 Firmware"},
+                              [this] { Upgrade(); });
+    auto *close = NewButton({"CommandClose", "Close", "Close window"}, [this] { reject(); });
+    connect(upgrade_, &OneButtonUpgrade::RunningChanged, this, [upgrade, close](bool running) {
+        upgrade->setEnabled(!running);
+        close->setEnabled(!running);
+    });
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(upgrade);
+    buttons->addWidget(close);
+
+    transferBar_ = new TransferBar(this);
+    BuildExpertPanel();
+    statusBar1_ =
+        Controls::Named(new StatusPanels({{QStringLiteral("Status"), QStringLiteral("Status"), 5},
+                                          {QStringLiteral("Bootloader Firmware Version"),
+                                           QStringLiteral("Bootloader Firmware Version"), 5},
+                                          {QStringLiteral("Processor"), QStringLiteral("Processor"), 3},
+                                          {QStringLiteral("Com Port"), QStringLiteral("Com Port"), 2},
+                                          {QStringLiteral("Baud Rate"), QStringLiteral("Baud Rate"), 2}},
+                                         this),
+                        "StatusBar1");
+
+    auto *inner = new QVBoxLayout;
+    inner->setContentsMargins(margin, margin, margin, 0);
+    inner->setSpacing(margin);
+    inner->addWidget(BuildTitle());
+    inner->addLayout(buttons);
+    inner->addWidget(transferBar_);
+    inner->addWidget(frame1_);
+    inner->addStretch();
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addLayout(inner, 1);
+    column->addWidget(statusBar1_);
+
+    ConnectConsole();
+    SetDesignHeight(heightWithout);
+    const std::int16_t baud = surroundings_.link.BaudRate();
+    console_->Load(surroundings_.link.CommPort(),
+                   ToInt32(ToNumber(surroundings_.zentrova.BaudRateString(baud))),
+                   FolderForOwnFiles(surroundings_.programFolder));
+    upgrade->setFocus();
+}
+
+QWidget *FormUpgradeFirmware::BuildTitle() {
+    auto *title = new QWidget(this);
+    lblTitle_ = Controls::Named(new QLabel(QStringLiteral("Zentrova"), title), "lblTitle");
+    QFont font = lblTitle_->font();
+    font.setPointSizeF(font.pointSizeF() * titleScale);
+    font.setBold(true);
+    lblTitle_->setFont(font);
+    lblTitle_->installEventFilter(this);
+    auto *mark = Controls::Named(new QLabel(QString(QChar(registeredMark)), title), "lblCircleR");
+    auto *row = new QHBoxLayout(title);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(2);
+    row->addStretch();
+    row->addWidget(lblTitle_);
+    row->addWidget(mark, 0, Qt::AlignTop);
+    row->addStretch();
+    return title;
+}
+
+QAbstractButton *FormUpgradeFirmware::NewButton(const Command &command, std::function<void()> work) {
+    auto *button = Controls::Named(new QPushButton(QString::fromLatin1(command.caption), this), command.name);
+    button->setToolTip(QString::fromLatin1(command.toolTip));
+    button->setAccessibleName(button->text());
+    button->setAutoDefault(false);
+    if (command.device) {
+        button->setEnabled(false);
+        connect(console_, &UpgradeConsole::ConnectedChanged, button, &QWidget::setEnabled);
+    }
+    // From the event loop: an assistive client that pressed the button mustn't be kept waiting while it
+    // works.
+    connect(
+        button, &QAbstractButton::clicked, this,
+        [button, work = std::move(work)] {
+            if (button->isEnabled()) {
+                work();
+            }
+        },
+        Qt::QueuedConnection);
+    return button;
+}
+
+void FormUpgradeFirmware::BuildExpertPanel() {
+    frame1_ = Controls::Named(new QGroupBox(this), "Frame1");
+    auto *grid = new QGridLayout(frame1_);
+    const std::pair<Command, std::function<void()>> left[] = {
+        {{"CommandConnect", "Connect", "Establishes communication with the bootloader"},
+         [this] { console_->ConnectBootloader(); }},
+        {{"CommandRead", "Read Device", "Read device's program into memory (.MCP files)", true},
+         [this] { console_->ReadDevice(); }},
+        {{"CommandErase", "Erase Device", "Erases the device's Flash memory", true},
+         [this] { console_->EraseDevice(); }},
+        {{"CommandWrite", "Write Device", "Writes current memory (.MCP files) to the device", true},
+         [this] { console_->WriteDevice(); }},
+        {{"CommandRunApp", "Run App", "Disable bootloader and run application code", true},
+         [this] { console_->RunApp(); }},
+    };
+    const std::pair<Command, std::function<void()>> right[] = {
+        {{"CommandDisconnect", "Disconnect", "Closes communication with the bootloader"},
+         [this] { console_->DisconnectBootloader(); }},
+        {{"CommandOpenHexFile", "Open Hex File", "Reads and converts a hex file into memory (.MCP file)"},
+         [this] { console_->OpenHexFile(QString()); }},
+        {{"CommandSaveHexFile", "Save Hex File", "Save the current memory (.MCP files) to a hex file"},
+         [this] { console_->SaveHexFile(); }},
+        {{"CommandEraseFiles", "Erase Files", "Erases all .MCP files"}, [this] { console_->EraseFiles(); }},
+        {{"CommandViewDataFiles", "View Files", "View current memory (located in .MCP files)"},
+         [this] { console_->ViewFiles(); }},
+    };
+    int row = 0;
+    for (const auto &[command, work] : left) {
+        grid->addWidget(NewButton(command, work), row++, 0);
+    }
+    row = 0;
+    for (const auto &[command, work] : right) {
+        grid->addWidget(NewButton(command, work), row++, 1);
+    }
+    grid->addWidget(
+        NewButton({"CommandAbort", "Abort", "Aborts current operation"}, [this] { console_->Abort(); }), row,
+        0, 1, 2, Qt::AlignHCenter);
+}
+
+void FormUpgradeFirmware::ConnectConsole() {
+    connect(console_, &UpgradeConsole::PanelChanged, this,
+            [this](UpgradeConsole::Panel panel, const QString &text) {
+                statusBar1_->SetText(static_cast<int>(panel), text);
+            });
+    connect(console_, &UpgradeConsole::PointerChanged, this, [this](Qt::CursorShape shape) {
+        if (shape == Qt::ArrowCursor) {
+            unsetCursor();
+        } else {
+            setCursor(shape);
+        }
+    });
+    connect(console_, &UpgradeConsole::RedrawWanted, this, [this] { repaint(); });
+    connect(console_, &UpgradeConsole::TransferStarted, transferBar_, &TransferBar::Start);
+    connect(console_, &UpgradeConsole::TransferAdvanced, transferBar_, &TransferBar::Advance);
+    connect(console_, &UpgradeConsole::TransferEnded, transferBar_, &TransferBar::End);
+}
+
+// The window is as high as the design says, or as its contents need with a larger font.
+void FormUpgradeFirmware::SetDesignHeight(int twips) {
+    designHeight_ = twips;
+    frame1_->setVisible(twips != heightWithout);
+    layout()->activate();
+    setFixedHeight(std::max(twips / Controls::TwipsPerPixel, layout()->minimumSize().height()));
+}
+
+bool FormUpgradeFirmware::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == lblTitle_ && event->type() == QEvent::MouseButtonPress &&
+        static_cast<QMouseEvent *>(event)->modifiers() == Qt::ControlModifier) {
+        SetDesignHeight(designHeight_ == heightWithout ? heightWithPanel : heightWithout);
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void FormUpgradeFirmware::Upgrade() {
+    upgrade_->Run(FirmwareFile(surroundings_.programFolder));
+}
+
+void FormUpgradeFirmware::done(int result) {
+    if (upgrade_->Running()) {
+        return;
+    }
+    console_->DisconnectBootloader();
+    QDialog::done(result);
+}

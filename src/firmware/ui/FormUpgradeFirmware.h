@@ -1,0 +1,59 @@
+#pragma once
+
+#include "firmware/OneButtonUpgrade.h"
+#include "firmware/UpgradeConsole.h"
+
+#include <QDialog>
+#include <functional>
+#include <map>
+
+class QAbstractButton;
+class QGroupBox;
+class QLabel;
+class StatusPanels;
+class TransferBar;
+
+// Replaces the sensor's firmware: one button for the whole job, and behind the title, pressed with Ctrl, a
+// panel with a button for each step.
+class FormUpgradeFirmware : public QDialog {
+    Q_OBJECT
+
+public:
+    struct Surroundings {
+        BootComm &bootComm; // the program's one
+        LinkSession &link;
+        ClassZentrova &zentrova;
+        UserDialogs &dialogs;
+        QString programFolder;
+        std::function<bool(const QString &command, const QString &fileName)> showInEditor;
+    };
+
+    explicit FormUpgradeFirmware(Surroundings surroundings, QWidget *parent = nullptr);
+
+    // Every way of closing the window comes here. While the upgrade runs none works.
+    void done(int result) override;
+
+    UpgradeConsole &Console() { return *console_; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    struct Command;
+
+    QWidget *BuildTitle();
+    void BuildExpertPanel();
+    QAbstractButton *NewButton(const Command &command, std::function<void()> work);
+    void ConnectConsole();
+    void SetDesignHeight(int twips);
+    void Upgrade();
+
+    Surroundings surroundings_;
+    UpgradeConsole *console_;
+    OneButtonUpgrade *upgrade_;
+    QLabel *lblTitle_ = nullptr;
+    QGroupBox *frame1_ = nullptr;
+    TransferBar *transferBar_ = nullptr;
+    StatusPanels *statusBar1_ = nullptr;
+    int designHeight_ = 0; // twips
+};

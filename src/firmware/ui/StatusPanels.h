@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QLabel>
+#include <QWidget>
+#include <vector>
+
+// A status bar of panels. A text that is too long for its panel is cut short with a mark, and stands whole in
+// the panel's tool tip.
+class StatusPanels : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Panel {
+        QString text;    // until another is set
+        QString meaning; // its accessible name
+        int stretch;
+    };
+
+    explicit StatusPanels(const std::vector<Panel> &panels, QWidget *parent = nullptr);
+
+    // Panels count from 1.
+    void SetText(int panel, const QString &text);
+    QString Text(int panel) const;
+
+private:
+    class Label;
+    std::vector<Label *> labels_;
+};

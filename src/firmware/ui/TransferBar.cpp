@@ -1,0 +1,58 @@
+#include "firmware/ui/TransferBar.h"
+
+#include "firmware/TimeLeft.h"
+#include "ui/Controls.h"
+
+#include <QHBoxLayout>
+
+namespace {
+
+constexpr int steps = 1000;
+constexpr qint64 wordsEachMs = 500; // a time that changes faster can't be read
+
+} // namespace
+
+TransferBar::TransferBar(QWidget *parent)
+    : QWidget(parent),
+      progress_(Controls::Named(new QProgressBar(this), "ProgressTransfer")),
+      timeLeft_(Controls::Named(new QLabel(this), "LabelTimeLeft")) {
+    progress_->setRange(0, steps);
+    progress_->setAccessibleName(QStringLiteral("Progress of the transfer"));
+    timeLeft_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    timeLeft_->setMinimumWidth(
+        timeLeft_->fontMetrics().horizontalAdvance(QStringLiteral("00 min 00 s left")));
+    for (QWidget *part : {static_cast<QWidget *>(progress_), static_cast<QWidget *>(timeLeft_)}) {
+        QSizePolicy policy = part->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        part->setSizePolicy(policy);
+        part->hide();
+    }
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(progress_, 1);
+    row->addWidget(timeLeft_);
+}
+
+void TransferBar::Start(const QString &what) {
+    progress_->setFormat(what + QStringLiteral(" %p%"));
+    progress_->setValue(0);
+    timeLeft_->clear();
+    progress_->show();
+    timeLeft_->show();
+    elapsed_.start();
+    shownAtMs_ = 0;
+}
+
+void TransferBar::Advance(double done) {
+    progress_->setValue(static_cast<int>(done * steps));
+    const qint64 now = elapsed_.elapsed();
+    if (now - shownAtMs_ >= wordsEachMs) {
+        shownAtMs_ = now;
+        timeLeft_->setText(TimeLeft(now, done));
+    }
+}
+
+void TransferBar::End() {
+    progress_->hide();
+    timeLeft_->hide();
+}

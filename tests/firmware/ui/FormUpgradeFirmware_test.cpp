@@ -1,0 +1,670 @@
+#include "firmware/ui/FormUpgradeFirmware.h"
+
+#include "support/Fault.h"
+#include "tests/firmware/FakeLoader.h"
+#include "tests/support/Form.h"
+#include "tests/support/Printers.h"
+#include "tests/support/ScriptedDialogs.h"
+#include "tests/support/TestPresets.h"
+#include "tests/support/Wait.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QGroupBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr const char *deviceCommands[] = {"CommandRead", "CommandErase", "CommandWrite", "CommandRunApp"};
+
+class FormUpgradeFirmwareTest : public testing::Test {
+protected:
+    void Open() {
+        form_.reset(); // one console at a time
+        form_ = std::make_unique<FormUpgradeFirmware>(FormUpgradeFirmware::Surroundings{
+            .bootComm = boot_,
+            .link = link_,
+            .zentrova = zentrova_,
+            .dialogs = dialogs_,
+            .programFolder = folder_.path(),
+            .showInEditor = [this](const QString &command, const QString &fileName) {
+                EXPECT_EQ(command, QStringLiteral("notepad.exe"));
+                shown_.append(fileName);
+                return hasEditor_;
+            }});
+        form_->show();
+    }
+    void Connect() {
+        Open();
+        Press("CommandConnect");
+        EXPECT_EQ(Panel(1), QStringLiteral("Device found..."));
+    }
+
+    Form Ui() const { return Form(*form_); }
+    void Press(const char *name) const {
+        Ui().Press(name);
+        Settle();
+    }
+    // A press that comes while something runs: it is worked off at the next yield.
+    void PressMeanwhile(const char *name) const { Ui().Get<QPushButton>(name).click(); }
+    QString Panel(int number) const {
+        return Ui().Text(("StatusBar1(" + std::to_string(number) + ")").c_str());
+    }
+    QString Path(const char *name) const { return folder_.filePath(QString::fromLatin1(name)); }
+    QByteArray ContentOf(const char *name) const {
+        QFile file(Path(name));
+        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray("no such file");
+    }
+    void Make(const char *name, const QByteArray &content) const {
+        QFile file(Path(name));
+        ASSERT_TRUE(QDir(folder_.path()).mkpath(QFileInfo(Path(name)).path()));
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        ASSERT_EQ(file.write(content), content.size());
+    }
+    void MakeFirmware() const {
+        Make("Firmware/B70214.hex", ":10080000000102030405060708090A0B0C0D0E0F70\r\n:00000001FF\r\n");
+    }
+    void ExpectDeviceCommands(bool enabled) const {
+        for (const char *name : deviceCommands) {
+            EXPECT_EQ(Ui().Enabled(name), enabled) << name;
+        }
+    }
+    void ExpectUpgradeQuestion(BoxAnswer answer, std::function<void()> whileOpen = {}) {
+        dialogs_.Expect(QStringLiteral("This utility will upgrade the ZTV500-100 firmware.\n\nContinue?"),
+                        BoxIcon::Question, BoxButtons::YesNo, answer, std::move(whileOpen));
+    }
+    void ExpectPortBox() { dialogs_.ExpectTextWith(QStringLiteral("Error "), BoxIcon::Exclamation); }
+    // The waits of the upgrade last ten seconds; who waits for them here has seen that, and needn't.
+    void HurryWait() {
+        auto *timer = form_->findChild<QTimer *>(QStringLiteral("TimerTimeout"));
+        ASSERT_NE(timer, nullptr);
+        EXPECT_EQ(timer->interval(), 10000);
+        EXPECT_TRUE(timer->isActive());
+        timer->start(0);
+    }
+
+    QTemporaryDir folder_;
+    ScriptedDialogs dialogs_;
+    ClassZentrova zentrova_{ShippedPresetsFolder()};
+    LinkSession link_{zentrova_,
+                      {.dialogs = dialogs_,
+                       .deviceOfPort = [](std::int16_t) { return QStringLiteral("/no/such/device"); },
+                       .askDirection = [] { return ConnectChoice::Cancel; }}};
+    FakeLoader loader_;
+    BootComm boot_{loader_.Opener()};
+    QStringList shown_;
+    bool hasEditor_ = true;
+    std::unique_ptr<FormUpgradeFirmware> form_;
+};
+
+} // namespace
+
+TEST_F(FormUpgradeFirmwareTest, HasItsControlsWithTheirTexts) {
+    Open();
+    EXPECT_EQ(form_->windowTitle(), QStringLiteral("Upgrade Firmware"));
+    EXPECT_EQ(Ui().Text("lblTitle"), QStringLiteral("Zentrova"));
+    EXPECT_EQ(Ui().Text("lblCircleR"), QString(QChar(174)));
+    struct Row {
+        const char *name;
+        const char *caption;
+        const char *toolTip;
+        bool enabled;
+    };
+    const Row rows[] = {
+        {"CommandUpgradeFirmware", "Upgrade Firmware", "Upgrade ZTV500-100 Firmware", true},
+        {"CommandClose", "Close", "Close window", true},
+        {"CommandConnect", "Connect", "Establishes communication with the bootloader", true},
+        {"CommandDisconnect", "Disconnect", "Closes communication with the bootloader", true},
+        {"CommandRead", "Read Device", "Read device's program into memory (.MCP files)", false},
+        {"CommandErase", "Erase Device", "Erases the device's Flash memory", false},
+        {"CommandWrite", "Write Device", "Writes current memory (.MCP files) to the device", false},
+        {"CommandRunApp", "Run App", "Disable bootloader and run application code", false},
+        {"CommandOpenHexFile", "Open Hex File", "Reads and converts a hex file into memory (.MCP file)",
+         true},
+        {"CommandSaveHexFile", "Save Hex File", "Save the current memory (.MCP files) to a hex file", true},
+        {"CommandEraseFiles", "Erase Files", "Erases all .MCP files", true},
+        {"CommandViewDataFiles", "View Files", "View current memory (located in .MCP files)", true},
+        {"CommandAbort", "Abort", "Aborts current operation", true},
+    };
+    for (const Row &row : rows) {
+        const auto &button = Ui().Get<QPushButton>(row.name);
+        EXPECT_EQ(button.text(), QString::fromLatin1(row.caption));
+        EXPECT_EQ(button.toolTip(), QString::fromLatin1(row.toolTip));
+        EXPECT_EQ(button.isEnabled(), row.enabled) << row.name;
+        EXPECT_EQ(button.accessibleName(), button.text());
+    }
+}
+
+TEST_F(FormUpgradeFirmwareTest, BeginsWithTheSettingsOfTheMoment) {
+    link_.CommPort(12);
+    link_.BaudRate(3);
+    boot_.Settings().Retries = 99;
+    boot_.Settings().PortHandle = -1;
+    Open();
+    EXPECT_EQ(Panel(1), QStringLiteral("Status"));
+    EXPECT_EQ(Panel(2), QStringLiteral("Bootloader Firmware Version"));
+    EXPECT_EQ(Panel(3), QStringLiteral("Processor"));
+    EXPECT_EQ(Panel(4), QStringLiteral("COM12"));
+    EXPECT_EQ(Panel(5), QStringLiteral("19200"));
+    const BootSettings &settings = boot_.Settings();
+    EXPECT_EQ(settings.BitRate, 19200);
+    EXPECT_EQ(settings.PortName, QStringLiteral("COM12"));
+    EXPECT_EQ(settings.Retries, 3);
+    EXPECT_EQ(settings.PortHandle, -1); // kept
+    EXPECT_EQ(settings.ProgramFile, Path("PROGMEM.MCP"));
+    EXPECT_EQ(settings.EepromFile, Path("EEDATA.MCP"));
+    EXPECT_EQ(settings.UserIdFile, Path("USERID.MCP"));
+    EXPECT_EQ(settings.ConfigFile, Path("CONFIG.MCP"));
+    EXPECT_EQ(settings.ErrorFile, Path("ERROR.MCP"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, ShowsItsPanelForCtrlAndAPressOnTheTitle) {
+    Open();
+    auto &title = Ui().Get<QLabel>("lblTitle");
+    auto &frame = Ui().Get<QGroupBox>("Frame1");
+    const int closed = form_->height();
+    EXPECT_FALSE(frame.isVisible());
+    EXPECT_GE(closed, 2535 / 15);
+    for (const Qt::KeyboardModifiers keys :
+         {Qt::KeyboardModifiers(), Qt::KeyboardModifiers(Qt::ShiftModifier),
+          Qt::ControlModifier | Qt::ShiftModifier, Qt::ControlModifier | Qt::AltModifier}) {
+        QTest::mouseClick(&title, Qt::LeftButton, keys);
+        EXPECT_FALSE(frame.isVisible());
+    }
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+        QTest::mouseClick(&title, button, Qt::ControlModifier);
+        EXPECT_TRUE(frame.isVisible());
+        EXPECT_GE(form_->height(), 6570 / 15);
+        QTest::mouseClick(&title, button, Qt::ControlModifier);
+        EXPECT_FALSE(frame.isVisible());
+        EXPECT_EQ(form_->height(), closed);
+    }
+    QTest::mouseClick(Ui().Get<QWidget>("lblCircleR").parentWidget(), Qt::LeftButton, Qt::ControlModifier,
+                      QPoint(1, 1));
+    EXPECT_FALSE(frame.isVisible());
+}
+
+TEST_F(FormUpgradeFirmwareTest, ConnectsToABootLoader) {
+    Open();
+    Press("CommandConnect");
+    EXPECT_EQ(Panel(1), QStringLiteral("Device found..."));
+    EXPECT_EQ(Panel(2), QStringLiteral("V1.5"));
+    EXPECT_EQ(Panel(3), QStringLiteral("PIC18F2525"));
+    ExpectDeviceCommands(true);
+    Press("CommandConnect");
+    EXPECT_EQ(loader_.openedPorts.size(), 1u); // the port is reused
+    Press("CommandDisconnect");
+    EXPECT_EQ(Panel(1), QStringLiteral("Not connected..."));
+    EXPECT_EQ(Panel(2), QStringLiteral(" "));
+    EXPECT_EQ(Panel(3), QStringLiteral(" "));
+    EXPECT_TRUE(loader_.closed);
+    EXPECT_EQ(boot_.Settings().PortHandle, -1);
+    ExpectDeviceCommands(false);
+}
+
+TEST_F(FormUpgradeFirmwareTest, TellsWhyItDidntConnect) {
+    Open();
+    loader_.opens = false;
+    Press("CommandConnect");
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to open port..."));
+    loader_.opens = true;
+    loader_.answers = false;
+    Press("CommandConnect");
+    EXPECT_EQ(Panel(1), QStringLiteral("Not connected..."));
+    EXPECT_TRUE(loader_.closed);
+    ExpectDeviceCommands(false);
+    EXPECT_EQ(form_->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(FormUpgradeFirmwareTest, AFaultOfTheSearchIsShownAndLeavesTheFormUsable) {
+    Open();
+    loader_.instead = [](auto &, auto &) -> QByteArray { throw Fault::Overflow(QStringLiteral("a test")); };
+    QString text;
+    dialogs_.Expect(QStringLiteral("Core error:  ") + Fault::Overflow(QStringLiteral("a test")).Description(),
+                    BoxIcon::Exclamation, BoxButtons::Ok, BoxAnswer::Ok, {}, QString());
+    Press("CommandConnect");
+    EXPECT_EQ(Panel(1), Fault::Overflow(QStringLiteral("a test")).Description());
+    loader_.instead = {};
+    Press("CommandConnect");
+    EXPECT_EQ(Panel(1), QStringLiteral("Device found..."));
+}
+
+TEST_F(FormUpgradeFirmwareTest, ClosesThePortWithTheWindow) {
+    Connect();
+    Press("CommandClose");
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_TRUE(loader_.closed);
+    EXPECT_EQ(boot_.Settings().PortHandle, -1);
+}
+
+TEST_F(FormUpgradeFirmwareTest, ReadsTheFourMemoriesInTheirOrder) {
+    Connect();
+    loader_.packets.clear();
+    Press("CommandRead");
+    EXPECT_EQ(Panel(1), QStringLiteral("Finished operation..."));
+    ASSERT_EQ(loader_.packets.size(), 368u + 8u + 1u + 1u);
+    EXPECT_EQ(loader_.packets.at(368), QByteArray::fromHex("04 80 00 00 00"));
+    EXPECT_EQ(loader_.packets.at(376), QByteArray::fromHex("01 10 00 00 30"));
+    EXPECT_EQ(loader_.packets.at(377), QByteArray::fromHex("01 10 00 00 20"));
+    EXPECT_EQ(ContentOf("PROGMEM.MCP").count('\n'), 2944);
+    EXPECT_EQ(ContentOf("EEDATA.MCP").count('\n'), 64);
+    EXPECT_EQ(ContentOf("CONFIG.MCP").left(6), QByteArray("300000"));
+    EXPECT_EQ(ContentOf("USERID.MCP").left(6), QByteArray("200000"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, AFailureInOneRegionDoesntStopTheOthers) {
+    Connect();
+    loader_.instead = [](const QByteArray &packet, const QByteArray &answer) {
+        return packet.at(0) == BootCommand::ReadEeprom ? QByteArray() : answer;
+    };
+    Press("CommandRead");
+    EXPECT_EQ(Panel(1), QStringLiteral("Finished operation...")); // of the last
+    EXPECT_EQ(ContentOf("EEDATA.MCP"), QByteArray());
+    loader_.answers = false;
+    loader_.instead = {};
+    Press("CommandRead");
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to read device..."));
+}
+
+TEST_F(FormUpgradeFirmwareTest, AnAbortEndsTheWholeRead) {
+    Connect();
+    loader_.packets.clear();
+    loader_.instead = [this](auto &, const QByteArray &answer) {
+        if (loader_.packets.size() == 5) {
+            PressMeanwhile("CommandAbort");
+        }
+        return answer;
+    };
+    Press("CommandRead");
+    EXPECT_EQ(Panel(1), QStringLiteral("Operation aborted..."));
+    EXPECT_EQ(loader_.packets.size(), 5u);
+    EXPECT_EQ(ContentOf("PROGMEM.MCP").count('\n'), 40);
+}
+
+TEST_F(FormUpgradeFirmwareTest, ErasesTheApplication) {
+    Connect();
+    loader_.packets.clear();
+    Press("CommandErase");
+    EXPECT_EQ(Panel(1), QStringLiteral("Finished operation..."));
+    EXPECT_EQ(loader_.packets.size(), 736u);
+    loader_.answers = false;
+    Press("CommandErase");
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to write device..."));
+    loader_.answers = true;
+    loader_.instead = [this](auto &, const QByteArray &answer) {
+        PressMeanwhile("CommandAbort");
+        return answer;
+    };
+    Press("CommandErase");
+    EXPECT_EQ(Panel(1), QStringLiteral("Operation aborted..."));
+}
+
+TEST_F(FormUpgradeFirmwareTest, WritesTheProgramImage) {
+    Connect();
+    Make("PROGMEM.MCP", "000800 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F\r\n");
+    loader_.packets.clear();
+    Press("CommandWrite");
+    EXPECT_EQ(Panel(1), QStringLiteral("Finished operation..."));
+    EXPECT_EQ(loader_.packets.size(), 2u);
+    EXPECT_EQ(loader_.program.at(0x80F), 0x0F);
+    EXPECT_TRUE(shown_.isEmpty());
+    loader_.answers = false;
+    Press("CommandWrite");
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to write device..."));
+}
+
+TEST_F(FormUpgradeFirmwareTest, ShowsTheLinesThatDiffer) {
+    Connect();
+    Make("PROGMEM.MCP", "000800 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F\r\n");
+    loader_.instead = [](const QByteArray &packet, QByteArray answer) {
+        if (packet.at(0) == BootCommand::ReadProgram) {
+            answer[5] = 'x';
+        }
+        return answer;
+    };
+    Press("CommandWrite");
+    EXPECT_EQ(Panel(1), QStringLiteral("Verify error received..."));
+    EXPECT_EQ(shown_, QStringList{Path("ERROR.MCP")});
+    EXPECT_EQ(ContentOf("ERROR.MCP"), ContentOf("PROGMEM.MCP"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, AMemoryImageThatIsntThereIsAFault) {
+    Connect();
+    EXPECT_THROW(form_->Console().WriteDevice(), Fault);
+    EXPECT_EQ(form_->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(FormUpgradeFirmwareTest, ShowsTheProgressOfATransfer) {
+    Connect();
+    auto &progress = Ui().Get<QProgressBar>("ProgressTransfer");
+    EXPECT_FALSE(progress.isVisible());
+    QStringList words;
+    std::vector<int> values;
+    loader_.instead = [&](auto &, const QByteArray &answer) {
+        EXPECT_TRUE(progress.isVisible());
+        EXPECT_EQ(form_->cursor().shape(), Qt::BusyCursor);
+        values.push_back(progress.value());
+        words.append(Panel(1));
+        return answer;
+    };
+    Press("CommandErase");
+    EXPECT_FALSE(progress.isVisible());
+    EXPECT_EQ(form_->cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(values.front(), 0);
+    EXPECT_GT(values.back(), 990);
+    EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+    EXPECT_EQ(words.at(1), QStringLiteral("Erasing: 2112"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, ASecondCommandRunsInsideTheFirst) {
+    Connect();
+    bool pressed = false;
+    std::vector<char> order;
+    loader_.instead = [&](const QByteArray &packet, const QByteArray &answer) {
+        if (!std::exchange(pressed, true)) {
+            PressMeanwhile("CommandErase");
+        }
+        order.push_back(packet.at(0));
+        return answer;
+    };
+    Press("CommandRead");
+    EXPECT_EQ(order.at(0), BootCommand::ReadProgram);
+    EXPECT_EQ(order.at(1), BootCommand::EraseProgram);
+    EXPECT_EQ(order.at(736), BootCommand::EraseProgram);
+    EXPECT_EQ(order.at(737), BootCommand::ReadProgram);
+    EXPECT_EQ(Panel(1), QStringLiteral("Finished operation..."));
+}
+
+TEST_F(FormUpgradeFirmwareTest, ClosingTheWindowEndsATransfer) {
+    Connect();
+    loader_.packets.clear();
+    loader_.instead = [this](auto &, const QByteArray &answer) {
+        if (loader_.packets.size() == 3) {
+            PressMeanwhile("CommandClose");
+        }
+        return answer;
+    };
+    Press("CommandRead");
+    EXPECT_EQ(loader_.packets.size(), 3u);
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_TRUE(loader_.closed);
+}
+
+TEST_F(FormUpgradeFirmwareTest, OpensAHexFileThatTheUserChooses) {
+    Open();
+    Make("some.hex", ":10080000000102030405060708090A0B0C0D0E0F70\r\n:00000001FF\r\n");
+    dialogs_.ExpectOpenFile(Path("some.hex"), [](const FileQuestion &question) {
+        EXPECT_EQ(question.title, QStringLiteral("Open HEX File"));
+        ASSERT_EQ(question.filters.size(), 2u);
+        EXPECT_EQ(question.filters[0].caption, QStringLiteral("INHEX32 Files (*.HEX)"));
+        EXPECT_EQ(question.filters[1].caption, QStringLiteral("All Files (*.*)"));
+    });
+    Press("CommandOpenHexFile");
+    EXPECT_EQ(Panel(1), QStringLiteral("HEX file imported..."));
+    EXPECT_EQ(boot_.Settings().HexInputPath, Path("some.hex"));
+    EXPECT_EQ(ContentOf("PROGMEM.MCP"),
+              QByteArray("000800 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F \r\n"));
+    dialogs_.ExpectOpenFile(std::nullopt);
+    Press("CommandOpenHexFile");
+    EXPECT_EQ(Panel(1), QStringLiteral("HEX file imported...")); // nothing happened
+}
+
+TEST_F(FormUpgradeFirmwareTest, RefusesWhatIsNoHexFile) {
+    Open();
+    Make("bad.hex", "hello\r\n");
+    Make("PROGMEM.MCP", "kept");
+    dialogs_.ExpectOpenFile(Path("bad.hex"));
+    Press("CommandOpenHexFile");
+    EXPECT_EQ(Panel(1), QStringLiteral("Invalid HEX file..."));
+    EXPECT_EQ(ContentOf("PROGMEM.MCP"), QByteArray("kept"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, APathThatIsntThereEndsWithoutAWord) {
+    Open();
+    EXPECT_FALSE(form_->Console().OpenHexFile(Path("none.hex")));
+    EXPECT_EQ(Panel(1), QStringLiteral("Status"));
+    EXPECT_EQ(boot_.Settings().HexInputPath, QString());
+}
+
+TEST_F(FormUpgradeFirmwareTest, SavesAHexFile) {
+    Open();
+    Press("CommandEraseFiles");
+    dialogs_.ExpectSaveFile(Path("out.hex"), [](const FileQuestion &question) {
+        EXPECT_EQ(question.title, QStringLiteral("Save HEX File"));
+        EXPECT_EQ(question.filters[0].caption, QStringLiteral("INHEX32 Files (*.HEX)"));
+    });
+    Press("CommandSaveHexFile");
+    EXPECT_EQ(Panel(1), QStringLiteral("HEX file exported..."));
+    EXPECT_EQ(boot_.Settings().HexOutputPath, Path("out.hex"));
+    EXPECT_EQ(ContentOf("out.hex"), QByteArray(":00000001FF\r\n"));
+    dialogs_.ExpectSaveFile(std::nullopt);
+    Press("CommandSaveHexFile");
+    EXPECT_EQ(boot_.Settings().HexOutputPath, Path("out.hex"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, ErasesTheImagesButNotTheListOfErrors) {
+    Open();
+    for (const char *name : {"PROGMEM.MCP", "EEDATA.MCP", "USERID.MCP", "CONFIG.MCP", "ERROR.MCP"}) {
+        Make(name, "x");
+    }
+    Press("CommandEraseFiles");
+    for (const char *name : {"PROGMEM.MCP", "EEDATA.MCP", "USERID.MCP", "CONFIG.MCP"}) {
+        EXPECT_EQ(ContentOf(name), QByteArray()) << name;
+    }
+    EXPECT_EQ(ContentOf("ERROR.MCP"), QByteArray("x"));
+    EXPECT_EQ(Panel(1), QStringLiteral("Status"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, ShowsTheFourImagesInTheirOrder) {
+    Open();
+    Press("CommandViewDataFiles");
+    EXPECT_EQ(shown_,
+              (QStringList{Path("PROGMEM.MCP"), Path("EEDATA.MCP"), Path("CONFIG.MCP"), Path("USERID.MCP")}));
+}
+
+TEST_F(FormUpgradeFirmwareTest, SaysOnceThatThereIsNoEditor) {
+    Open();
+    hasEditor_ = false;
+    dialogs_.ExpectTextWith(QStringLiteral("No text editor could be started."), BoxIcon::Exclamation);
+    Press("CommandViewDataFiles");
+    EXPECT_EQ(shown_.size(), 1);
+}
+
+TEST_F(FormUpgradeFirmwareTest, RunsTheApplicationAfterAQuestion) {
+    Connect();
+    loader_.packets.clear();
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::No);
+    Press("CommandRunApp");
+    EXPECT_TRUE(loader_.packets.empty());
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes);
+    Press("CommandRunApp");
+    EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{QByteArray::fromHex("05 01 FF 7F 00 00"),
+                                                        QByteArray::fromHex("00 00")}));
+    EXPECT_EQ(Panel(1), QStringLiteral("Not connected..."));
+    EXPECT_TRUE(loader_.closed);
+}
+
+TEST_F(FormUpgradeFirmwareTest, TellsThatTheApplicationCantBeRun) {
+    Connect();
+    loader_.answers = false;
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Failed to place processor in run mode!"), BoxIcon::Exclamation,
+                          QStringLiteral("Error"));
+    Press("CommandRunApp");
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to put in Run mode..."));
+    ExpectDeviceCommands(true);
+    EXPECT_FALSE(loader_.closed);
+}
+
+TEST_F(FormUpgradeFirmwareTest, NoEndsTheUpgradeWithNothingChanged) {
+    Open();
+    ExpectUpgradeQuestion(BoxAnswer::No);
+    Press("CommandUpgradeFirmware");
+    EXPECT_TRUE(loader_.openedPorts.empty());
+    EXPECT_EQ(Panel(1), QStringLiteral("Status"));
+    EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, UpgradesASensorThatIsInItsBootLoader) {
+    Open();
+    MakeFirmware();
+    int offlines = 0;
+    QObject::connect(&link_, &LinkSession::OnlineChanged, form_.get(), [&](bool online) {
+        EXPECT_FALSE(online);
+        ++offlines;
+    });
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    QStringList words;
+    loader_.instead = [&](auto &, const QByteArray &answer) {
+        EXPECT_FALSE(Ui().Enabled("CommandUpgradeFirmware"));
+        EXPECT_FALSE(Ui().Enabled("CommandClose"));
+        EXPECT_TRUE(Ui().Enabled("CommandAbort"));
+        words.append(Panel(1));
+        return answer;
+    };
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+    Press("CommandUpgradeFirmware");
+    ASSERT_EQ(loader_.packets.size(), 1u + 1u + 736u + 2u + 1u + 1u);
+    EXPECT_EQ(loader_.packets.at(0), QByteArray::fromHex("00 02"));
+    EXPECT_EQ(loader_.packets.at(1), QByteArray::fromHex("04 01 FE 03 00"));
+    EXPECT_EQ(loader_.packets.at(2), QByteArray::fromHex("03 01 00 08 00"));
+    EXPECT_EQ(loader_.packets.at(740), QByteArray::fromHex("05 01 FF 7F 00 00"));
+    EXPECT_EQ(loader_.packets.at(741), QByteArray::fromHex("00 00"));
+    EXPECT_EQ(words.at(1), QStringLiteral("Device found..."));
+    EXPECT_EQ(words.at(2), QStringLiteral("HEX file imported..."));
+    EXPECT_EQ(words.at(738), QStringLiteral("Finished operation..."));
+    EXPECT_EQ(Panel(1), QStringLiteral("Run mode is set..."));
+    EXPECT_EQ(loader_.program.at(0x80F), 0x0F);
+    EXPECT_EQ(offlines, 1); // though the link was never opened
+    EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+    EXPECT_TRUE(Ui().Enabled("CommandClose"));
+    EXPECT_FALSE(loader_.closed); // the port stays held
+    ExpectDeviceCommands(true);
+}
+
+TEST_F(FormUpgradeFirmwareTest, AFailureToReadTheEepromDoesntStopTheUpgrade) {
+    Open();
+    MakeFirmware();
+    loader_.instead = [](const QByteArray &packet, const QByteArray &answer) {
+        return packet.at(0) == BootCommand::ReadEeprom ? QByteArray() : answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+    Press("CommandUpgradeFirmware");
+}
+
+TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileNothingIsErased) {
+    Open();
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(Panel(1), QStringLiteral("Device found..."));
+    EXPECT_EQ(loader_.packets.size(), 2u);
+    EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, WithAnInvalidFirmwareFileNothingIsErased) {
+    Open();
+    Make("Firmware/B70214.hex", ":10080000000102030405060708090A0B0C0D0E0F71\r\n:00000001FF\r\n");
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(Panel(1), QStringLiteral("Invalid HEX file..."));
+    EXPECT_EQ(loader_.packets.size(), 2u);
+}
+
+TEST_F(FormUpgradeFirmwareTest, AStepThatFailsEndsTheUpgradeWithItsWord) {
+    struct Row {
+        std::uint8_t command;
+        const char *word;
+    };
+    const Row rows[] = {{BootCommand::EraseProgram, "Failed to write device..."},
+                        {BootCommand::WriteProgram, "Failed to write device..."},
+                        {BootCommand::ReadProgram, "Failed to write device..."},
+                        {BootCommand::WriteEeprom, "Failed to put in Run mode..."}};
+    MakeFirmware();
+    for (const Row &row : rows) {
+        Open();
+        loader_.instead = [&row](const QByteArray &packet, const QByteArray &answer) {
+            return packet.at(0) == row.command ? QByteArray() : answer;
+        };
+        loader_.packets.clear();
+        ExpectUpgradeQuestion(BoxAnswer::Yes);
+        Press("CommandUpgradeFirmware");
+        EXPECT_EQ(Panel(1), QString::fromLatin1(row.word));
+        EXPECT_EQ(loader_.packets.back().at(0), row.command); // nothing came behind it
+        EXPECT_TRUE(Ui().Enabled("CommandClose"));
+    }
+}
+
+TEST_F(FormUpgradeFirmwareTest, AnAbortEndsTheUpgrade) {
+    MakeFirmware();
+    for (const std::uint8_t command : {BootCommand::EraseProgram, BootCommand::WriteProgram}) {
+        Make("Firmware/B70214.hex", ":10080000000102030405060708090A0B0C0D0E0F70\r\n"
+                                    ":10081000000102030405060708090A0B0C0D0E0F60\r\n:00000001FF\r\n");
+        Open();
+        loader_.packets.clear();
+        loader_.instead = [this, command](const QByteArray &packet, const QByteArray &answer) {
+            if (packet.at(0) == command) {
+                PressMeanwhile("CommandAbort");
+            }
+            return answer;
+        };
+        ExpectUpgradeQuestion(BoxAnswer::Yes);
+        Press("CommandUpgradeFirmware");
+        EXPECT_EQ(Panel(1), QStringLiteral("Operation aborted..."));
+        EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+    }
+}
+
+TEST_F(FormUpgradeFirmwareTest, StaysOpenWhileTheUpgradeRuns) {
+    Open();
+    MakeFirmware();
+    loader_.instead = [this](auto &, const QByteArray &answer) {
+        form_->close();
+        QTest::keyClick(form_.get(), Qt::Key_Escape);
+        EXPECT_TRUE(form_->isVisible());
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+    Press("CommandUpgradeFirmware");
+    form_->close();
+    EXPECT_FALSE(form_->isVisible());
+}
+
+TEST_F(FormUpgradeFirmwareTest, ASecondPressDuringTheUpgradeIsNone) {
+    Open();
+    MakeFirmware();
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+    PressMeanwhile("CommandUpgradeFirmware");
+    PressMeanwhile("CommandUpgradeFirmware"); // as a double click does, before the first is worked off
+    Settle();
+    EXPECT_TRUE(dialogs_.AllCame());
+}
+
+TEST_F(FormUpgradeFirmwareTest, WithoutALinkTheFirstWaitFails) {
+    Open();
+    loader_.opens = false;
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    ExpectPortBox();
+    bool waited = false;
+    QTimer::singleShot(0, form_.get(), [&] {
+        QTimer::singleShot(0, form_.get(), [&] {
+            waited = true;
+            EXPECT_EQ(Panel(1), QStringLiteral("Placing in boot mode..."));
+            HurryWait();
+        });
+    });
+    dialogs_.ExpectNotice(QStringLiteral("Error Connecting to ZTV500-100. (MSG#1)"));
+    Press("CommandUpgradeFirmware");
+    EXPECT_TRUE(waited);
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to put in Boot mode"));
+    EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+}
