@@ -17,6 +17,13 @@ namespace {
 
 constexpr int patienceMs = 30000;
 
+int WaitFor(pid_t id) {
+    int status = 0;
+    while (waitpid(id, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
 } // namespace
 
 StartedProgram::StartedProgram(const QString &program, const QStringList &arguments) {
@@ -51,10 +58,21 @@ StartedProgram::StartedProgram(const QString &program, const QStringList &argume
 }
 
 StartedProgram::~StartedProgram() {
-    kill(id_, SIGKILL);
-    while (waitpid(id_, nullptr, 0) < 0 && errno == EINTR) {
+    if (id_ > 0) {
+        kill(id_, SIGKILL);
+        WaitFor(id_);
     }
     close(output_);
+}
+
+double StartedProgram::WaitForEnd() {
+    const int status = WaitFor(id_);
+    const double endMs = Measure::NowMs();
+    id_ = -1;
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != EXIT_SUCCESS) {
+        throw std::runtime_error("a started program fails");
+    }
+    return endMs;
 }
 
 QByteArray StartedProgram::ReadLine() {

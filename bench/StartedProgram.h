@@ -19,6 +19,9 @@ public:
     // A line of its standard output. Throws std::runtime_error when none comes.
     QByteArray ReadLine();
 
+    // When it ended by itself, on the same clock. Throws std::runtime_error when it failed.
+    double WaitForEnd();
+
 private:
     pid_t id_ = -1;
     int output_ = -1;

@@ -1,5 +1,6 @@
 // Measures the program against its limits and its peers.
 
+#include "bench/HexImport.h"
 #include "bench/ListRefresh.h"
 #include "bench/PollLoad.h"
 #include "bench/RoundTrip.h"
@@ -23,14 +24,14 @@ struct Group {
 constexpr std::array groups = {
     Group{"round-trip", MeasureRoundTrips}, Group{"poll", MeasurePollLoad},
     Group{"list", MeasureListRefresh},      Group{"search", MeasureSearch},
-    Group{"start-up", MeasureStartUp},
+    Group{"start-up", MeasureStartUp},      Group{"hex", MeasureHexImport},
 };
 
 constexpr int wrongUsage = 2;
 constexpr int attempts = 3;
 
 int Usage() {
-    std::fprintf(stderr, "usage: ztv-bench [--check] [round-trip] [poll] [list] [search] [start-up]\n");
+    std::fprintf(stderr, "usage: ztv-bench [--check] [round-trip] [poll] [list] [search] [start-up] [hex]\n");
     return wrongUsage;
 }
 

@@ -1,16 +1,52 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <algorithm>
+#include <array>
 #include <cstdint>
 
-// Hexadecimal fields of a line, by position. Positions count from 1.
+// Hexadecimal fields of a line, by position. Positions count from 1. They are inline since a conversion
+// spends most of its time here.
 namespace HexField {
+
+constexpr std::uint8_t notADigit = 16;
+
+constexpr std::array<std::uint8_t, 256> digitValues = [] {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(notADigit);
+    for (std::uint8_t digit = 0; digit < 10; ++digit) {
+        values['0' + digit] = digit;
+    }
+    for (std::uint8_t letter = 0; letter < 6; ++letter) {
+        const auto value = static_cast<std::uint8_t>(10 + letter);
+        values['A' + letter] = value;
+        values['a' + letter] = value;
+    }
+    return values;
+}();
 
 // The value of at most `width` digits from `position` on, of either case. What isn't a digit, and the end of
 // the line, ends the field: its leading digits count, and 0 where there is none. `width` is at most 8.
-std::uint32_t Value(QByteArrayView line, qsizetype position, int width);
+inline std::uint32_t Value(QByteArrayView line, qsizetype position, int width) {
+    const qsizetype end = std::min<qsizetype>(line.size(), position - 1 + width);
+    std::uint32_t value = 0;
+    for (qsizetype index = position - 1; index < end; ++index) {
+        const std::uint8_t digit = digitValues[static_cast<std::uint8_t>(line.data()[index])];
+        if (digit == notADigit) {
+            break;
+        }
+        value = value * 16 + digit;
+    }
+    return value;
+}
 
 // Writes the low `width` upper-case digits of the value. Answers with the place behind them.
-char *Put(char *to, std::uint32_t value, int width);
+inline char *Put(char *to, std::uint32_t value, int width) {
+    for (int digit = width - 1; digit >= 0; --digit) {
+        to[digit] = "0123456789ABCDEF"[value % 16];
+        value /= 16;
+    }
+    return to + width;
+}
 
 } // namespace HexField

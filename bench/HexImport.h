@@ -1,0 +1,7 @@
+#pragma once
+
+#include "bench/Figures.h"
+
+// What the import of a hex file takes, check and all, beside other programs' whole conversion of the same
+// file.
+void MeasureHexImport(Figures &figures);
