@@ -73,6 +73,9 @@ echo "Installing $package"
 dpkg --path-include='*' -i "$package" >"$home/dpkg.log" 2>&1 || { cat "$home/dpkg.log" >&2; fail "dpkg -i"; }
 version=$(dpkg-query -W -f='${Version}' ztvlink)
 [ "$(as_user ztv-sim --version)" = "ztv-sim $version" ] || fail "ztv-sim isn't of version $version"
+for part in Presets.fil ZTV.chm help; do # the help is there if it was built
+    [ ! -e "build/release/bin/$part" ] || diff -r "build/release/bin/$part" "/usr/lib/ztvlink/$part"
+done
 desktop-file-validate /usr/share/applications/ztv-link.desktop
 for page in ztvlink ztv-sim; do
     said=$(as_user man --warnings -E UTF-8 -Tutf8 "$page" 2>&1 >"$home/page")
