@@ -21,7 +21,7 @@ if [ "${1:-}" != --here ]; then
         mount -t proc proc "$0/root/proc" && mount --rbind /dev "$0/root/dev" &&
         mkdir -p "$0/root/$PWD" && mount --rbind "$PWD" "$0/root/$PWD" && exec chroot "$0/root" "$@"'
     new_layer=(unshare --mount --pid --fork --kill-child sh -c "$in_layer" "$layer")
-    if "${new_layer[@]}" dpkg --version >/dev/null 2>&1; then
+    if "${new_layer[@]}" dpkg-query -W dpkg >/dev/null 2>&1; then
         "${new_layer[@]}" "$PWD/scripts/try_package.sh" --here
     else
         echo "This machine makes no layer over its system; installing on the system itself."
@@ -45,7 +45,8 @@ home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 cp -r tests/e2e "$package" "$archive" "$home"
 chown -R nobody:nogroup "$home"
-mkdir -p -m 1777 /tmp/.X11-unix # only root may make it, and a user's display needs it
+mkdir -p /tmp/.X11-unix # only root may make it, and a user's display needs it
+chmod 1777 /tmp/.X11-unix
 as_user() {
     (cd "$home" && setpriv --reuid=nobody --regid=nogroup --clear-groups env -i PATH=/usr/local/bin:/usr/bin:/bin \
         HOME="$home" LANG=C.UTF-8 TMPDIR="$home" "$@")
