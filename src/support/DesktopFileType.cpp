@@ -17,8 +17,8 @@ QString InDataFolder(const QString &path) {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' + path;
 }
 
-QString EntryFile() {
-    return InDataFolder(QStringLiteral("applications/ztv-link.desktop"));
+QString EntryName() {
+    return QStringLiteral("applications/ztv-link.desktop");
 }
 
 QString IconName() {
@@ -60,7 +60,7 @@ void RunTool(const QString &name, const QString &folder) {
 } // namespace
 
 bool DesktopFileType::IsPublished() {
-    return QFileInfo::exists(EntryFile());
+    return !QStandardPaths::locate(QStandardPaths::GenericDataLocation, EntryName()).isEmpty();
 }
 
 void DesktopFileType::Publish(const Binding &binding, const QByteArray &icon) {
@@ -73,7 +73,7 @@ void DesktopFileType::Publish(const Binding &binding, const QByteArray &icon) {
                                                  .mimeType = SettingsFileType::MimeType()});
     if (Write(InDataFolder(QStringLiteral("mime/packages/ztv-link.xml")),
               MimePackage::Text(binding.extension, binding.description)) &&
-        Write(EntryFile(), entry)) {
+        Write(InDataFolder(EntryName()), entry)) {
         RunTool(QStringLiteral("update-mime-database"), InDataFolder(QStringLiteral("mime")));
         RunTool(QStringLiteral("update-desktop-database"), InDataFolder(QStringLiteral("applications")));
     }

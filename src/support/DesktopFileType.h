@@ -14,7 +14,9 @@ struct Binding {
     QString application;
 };
 
-// True when the program's desktop entry is there, which is the last that Publish writes.
+// True when the program's desktop entry is there: the user's own, which is the last that Publish writes, or
+// that of an installed package. What a package brings goes with it; what was written into a user's folders
+// would stay.
 bool IsPublished();
 
 // Writes the MIME type, the icon (an SVG; none when empty) and the desktop entry, and has the desktop's

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Gives the assistive client a display and a session bus of its own: assistive_client.sh BIN_DIR
+# Gives an assistive client a display and a session bus of its own: assistive_client.sh BIN_DIR [CLIENT.py]
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 runtime=$(mktemp -d)
 trap 'rm -rf "$runtime"' EXIT
 export XDG_RUNTIME_DIR=$runtime NO_AT_BRIDGE=0
-exec dbus-run-session -- xvfb-run -a /usr/bin/python3 -W ignore::DeprecationWarning "$here/assistive_client.py" "$1"
+exec dbus-run-session -- xvfb-run -a /usr/bin/python3 -B -W ignore::DeprecationWarning "$here/${2:-assistive_client.py}" "$1"

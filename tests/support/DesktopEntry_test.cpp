@@ -1,5 +1,8 @@
 #include "support/DesktopEntry.h"
 
+#include "support/ApplicationTitle.h"
+#include "support/SettingsFileType.h"
+#include "tests/support/Files.h"
 #include "tests/support/Printers.h"
 
 #include <gtest/gtest.h>
@@ -35,6 +38,15 @@ TEST(DesktopEntryTest, SaysWhatItIsAndWhatItOpens) {
               "Terminal=false\n"
               "Categories=Science;Engineering;\n"
               "MimeType=application/x-a;\n");
+}
+
+TEST(DesktopEntryTest, IsInAPackageWhatItIsForAUser) {
+    EXPECT_EQ(ReadFile(QStringLiteral(ZTV_TESTS_DIR "/../packaging/ztv-link.desktop")).toStdString(),
+              DesktopEntry::Text({.name = ApplicationTitle(),
+                                  .application = QStringLiteral("ztvlink"), // found by the path
+                                  .icon = QStringLiteral("ztv-link"),
+                                  .mimeType = SettingsFileType::MimeType()})
+                  .toStdString());
 }
 
 TEST(DesktopEntryTest, KeepsEachValueOnItsLine) {

@@ -124,6 +124,17 @@ TEST_F(FileTypeTest, LeavesAnEntryThatIsThereAlone) {
     EXPECT_FALSE(KeyExists());
 }
 
+TEST_F(FileTypeTest, WritesNothingForTheUserOfAnInstalledPackage) {
+    const EnvironmentVariable dirs{"XDG_DATA_DIRS", Path("local") + u':' + Path("system")};
+    WriteFile(Path("system/applications/ztv-link.desktop"), "the package's");
+    Register();
+    EXPECT_FALSE(QFileInfo::exists(Path("home")));
+    QFile::remove(Path("system/applications/ztv-link.desktop"));
+    Register();
+    EXPECT_FALSE(Entry().isEmpty());
+    EXPECT_TRUE(ToolsWereRun());
+}
+
 TEST_F(FileTypeTest, RepairsNothingWhereOnlyTheExtensionIsThere) {
     FileKeyStore(FileKeyStore::UsersFolder()).Create(RootKey::ClassesRoot, QStringLiteral(".ztv"));
     Register();

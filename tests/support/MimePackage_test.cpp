@@ -70,3 +70,9 @@ TEST_F(MimePackageTest, DescribesTheTypeByItsNamePatternAndMagic) {
         EXPECT_TRUE(text.contains(part)) << part << " in " << text.toStdString();
     }
 }
+
+TEST_F(MimePackageTest, IsInAPackageWhatItIsForAUser) {
+    EXPECT_EQ(
+        ReadFile(QStringLiteral(ZTV_TESTS_DIR "/../packaging/ztv-link.xml")).toStdString(),
+        MimePackage::Text(SettingsFileType::Extension(), SettingsFileType::Description()).toStdString());
+}

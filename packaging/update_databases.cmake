@@ -1,0 +1,12 @@
+# Has the desktop take note of what was installed. A package leaves that to the system it is installed on.
+if("$ENV{DESTDIR}" STREQUAL "")
+    foreach(tool IN ITEMS update-mime-database:mime update-desktop-database:applications)
+        string(REPLACE ":" ";" tool ${tool})
+        list(GET tool 0 name)
+        list(GET tool 1 folder)
+        find_program(program_${name} ${name})
+        if(program_${name})
+            execute_process(COMMAND ${program_${name}} ${CMAKE_INSTALL_PREFIX}/share/${folder})
+        endif()
+    endforeach()
+endif()
