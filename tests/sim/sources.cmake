@@ -3,11 +3,13 @@ set(ZTV_SIM_TESTS
     sim/Commands_test.cpp
     sim/Crc_test.cpp
     sim/FrameLog_test.cpp
+    sim/LineClock_test.cpp
     sim/LineReader_test.cpp
     sim/LineSettings_test.cpp
     sim/ModbusSlave_test.cpp
     sim/OptionsParser_test.cpp
     sim/ParameterTable_test.cpp
+    sim/PreciseTimer_test.cpp
     sim/PseudoTerminal_test.cpp
     sim/Registers_test.cpp
     sim/Relay_test.cpp
