@@ -1,7 +1,10 @@
 set(ZTV_SIM_TESTS
     sim/AnalogOutput_test.cpp
+    sim/BootFrame_test.cpp
     sim/Commands_test.cpp
     sim/Crc_test.cpp
+    sim/DeviceMemory_test.cpp
+    sim/FirmwareImage_test.cpp
     sim/FrameLog_test.cpp
     sim/LineClock_test.cpp
     sim/LineReader_test.cpp
@@ -21,4 +24,5 @@ set(ZTV_SIM_TESTS
     sim/TestHost.cpp
     sim/TestPresets.cpp
     sim/Transmitter_test.cpp
-    sim/ValueText_test.cpp)
+    sim/ValueText_test.cpp
+    sim/WholeFile_test.cpp)
