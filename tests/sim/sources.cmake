@@ -1,6 +1,8 @@
 set(ZTV_SIM_TESTS
     sim/AnalogOutput_test.cpp
     sim/BootFrame_test.cpp
+    sim/BootLoader_test.cpp
+    sim/BootMode_test.cpp
     sim/Commands_test.cpp
     sim/Crc_test.cpp
     sim/DeviceMemory_test.cpp
@@ -13,6 +15,7 @@ set(ZTV_SIM_TESTS
     sim/OptionsParser_test.cpp
     sim/ParameterTable_test.cpp
     sim/PreciseTimer_test.cpp
+    sim/Program_test.cpp
     sim/PseudoTerminal_test.cpp
     sim/Registers_test.cpp
     sim/Relay_test.cpp
