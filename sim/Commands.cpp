@@ -1,17 +1,29 @@
 #include "sim/Commands.h"
 
+#include "sim/BootLoader.h"
+#include "sim/DeviceMemory.h"
 #include "sim/Parameters.h"
 #include "sim/SimulatedSensor.h"
 #include "sim/ValueText.h"
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace sim {
 namespace {
 
 constexpr int longestLatencyMs = 60000;
 constexpr int farthestTarget = 65535;
+constexpr int longestDelayMs = 60000;
+constexpr int mostExchanges = 1000000;
+constexpr int highestAddress = 0xFFFFFF;
+constexpr int shownBytes = 16;
+
+constexpr std::pair<const char *, BootFault::Kind> bootFaults[] = {
+    {"drop", BootFault::Drop},   {"deaf", BootFault::Deaf}, {"corrupt", BootFault::Corrupt},
+    {"delay", BootFault::Delay}, {"cut", BootFault::Cut},   {"unplug", BootFault::Unplug},
+};
 
 // Stores a value that could be read from its text; says otherwise what was wrong with the text.
 template <typename Value, typename Target>
@@ -34,7 +46,11 @@ struct Commands::Command {
     QString Usage() const {
         return QStringLiteral("%1 %2").arg(QLatin1String(name), QLatin1String(arguments)).trimmed();
     }
-    qsizetype ArgumentCount() const { return Usage().count(QLatin1Char(' ')); }
+    // Optional ones stand in brackets.
+    bool Takes(qsizetype count) const {
+        const qsizetype most = Usage().count(QLatin1Char(' '));
+        return count <= most && count >= most - Usage().count(QLatin1Char('['));
+    }
 };
 
 const Commands::Command Commands::commands[] = {
@@ -54,7 +70,17 @@ const Commands::Command Commands::commands[] = {
     {"addressing", "0|1", "parameter N is register N or N - 1", &Commands::Addressing},
     {"unplug", "", "the line hangs up", &Commands::Unplug},
     {"plug", "", "the line is there again", &Commands::Plug},
-    {"reset", "", "restarts with the stored settings", &Commands::Reset},
+    {"reset", "", "restarts with the stored settings; the boot mark decides what runs", &Commands::Reset},
+    {"mark", "[V]", "prints the boot mark, or sets it: 0 has a restart run the application", &Commands::Mark},
+    {"peek", "ADDRESS", "prints 16 bytes of flash, ids or configuration from 0x... on", &Commands::Peek},
+    {"dump", "FILE", "writes the program flash to a raw file", &Commands::Dump},
+    {"bootfault", "N drop|deaf|corrupt|cut|unplug|delay [MS]",
+     "fault of the N-th boot exchange: reply lost, request not heard, one bit of the reply damaged, half of "
+     "the "
+     "reply, hang-up instead of the reply, reply late by MS",
+     &Commands::SetBootFault},
+    {"bootclear", "", "counts boot exchanges from 1 again and forgets their faults",
+     &Commands::ClearBootFaults},
     {"stats", "", "prints the counters", &Commands::Stats},
     {"quit", "", "ends the sensor", &Commands::Quit},
     {"help", "", "prints the commands", &Commands::Help},
@@ -71,7 +97,7 @@ QString Commands::Run(const QString &line) {
     if (command == std::end(commands)) {
         return QStringLiteral("error: unknown command %1").arg(name);
     }
-    if (words.size() != command->ArgumentCount()) {
+    if (!command->Takes(words.size())) {
         return QStringLiteral("error: usage: %1").arg(command->Usage());
     }
     return (this->*command->handler)(words);
@@ -191,14 +217,76 @@ QString Commands::Reset(const QStringList &) {
     return {};
 }
 
+QString Commands::Mark(const QStringList &arguments) {
+    if (arguments.isEmpty()) {
+        return QStringLiteral("mark %1").arg(sensor_.Memory().Mark());
+    }
+    const std::optional<int> mark = WholeNumber(arguments.at(0), 0, 255);
+    if (!mark) {
+        return QStringLiteral("error: bad value %1").arg(arguments.at(0));
+    }
+    sensor_.Memory().SetMark(*mark);
+    return {};
+}
+
+QString Commands::Peek(const QStringList &arguments) {
+    const std::optional<int> address = HexNumber(arguments.at(0), highestAddress);
+    if (!address) {
+        return QStringLiteral("error: bad value %1").arg(arguments.at(0));
+    }
+    const QByteArray bytes = sensor_.Memory().Read(*address, shownBytes).toHex(' ').toUpper();
+    return QStringLiteral("%1 %2")
+        .arg(*address, 6, 16, QLatin1Char('0'))
+        .toUpper()
+        .arg(QString::fromLatin1(bytes));
+}
+
+QString Commands::Dump(const QStringList &arguments) {
+    const QString error = sensor_.Memory().Save(arguments.at(0));
+    return error.isEmpty() ? error : QStringLiteral("error: %1").arg(error);
+}
+
+QString Commands::SetBootFault(const QStringList &arguments) {
+    const std::optional<int> exchange = WholeNumber(arguments.at(0), 1, mostExchanges);
+    if (!exchange) {
+        return QStringLiteral("error: bad value %1").arg(arguments.at(0));
+    }
+    const auto *kind = std::find_if(std::begin(bootFaults), std::end(bootFaults), [&](const auto &fault) {
+        return arguments.at(1) == QLatin1String(fault.first);
+    });
+    if (kind == std::end(bootFaults)) {
+        return QStringLiteral("error: bad value %1").arg(arguments.at(1));
+    }
+    BootFault fault{kind->second, 0};
+    if ((fault.kind == BootFault::Delay) != (arguments.size() == 3)) {
+        return QStringLiteral("error: delay takes MS, the others don't");
+    }
+    if (fault.kind == BootFault::Delay) {
+        const QString error =
+            Assign(WholeNumber(arguments.at(2), 0, longestDelayMs), fault.delayMs, arguments.at(2));
+        if (!error.isEmpty()) {
+            return error;
+        }
+    }
+    sensor_.Boot().SetFault(*exchange, fault);
+    return {};
+}
+
+QString Commands::ClearBootFaults(const QStringList &) {
+    sensor_.Boot().Clear();
+    return {};
+}
+
 QString Commands::Stats(const QStringList &) {
     const Statistics &stats = sensor_.Stats();
-    return QStringLiteral("requests %1 replies %2 exceptions %3 ignored %4 discarded %5")
+    return QStringLiteral("requests %1 replies %2 exceptions %3 ignored %4 discarded %5 boot %6 exchanges %7")
         .arg(stats.requests)
         .arg(stats.replies)
         .arg(stats.exceptions)
         .arg(stats.ignored)
-        .arg(stats.discarded);
+        .arg(stats.discarded)
+        .arg(sensor_.InBootMode() ? QStringLiteral("on") : QStringLiteral("off"))
+        .arg(sensor_.Boot().Exchanges());
 }
 
 // Whoever reads the commands ends the program.

@@ -39,6 +39,11 @@ private:
     QString Unplug(const QStringList &arguments);
     QString Plug(const QStringList &arguments);
     QString Reset(const QStringList &arguments);
+    QString Mark(const QStringList &arguments);
+    QString Peek(const QStringList &arguments);
+    QString Dump(const QStringList &arguments);
+    QString SetBootFault(const QStringList &arguments);
+    QString ClearBootFaults(const QStringList &arguments);
     QString Stats(const QStringList &arguments);
     QString Quit(const QStringList &arguments);
     QString Help(const QStringList &arguments);

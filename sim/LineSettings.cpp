@@ -24,6 +24,10 @@ double LineSettings::CharacterMs() const {
     return (parity == n1 ? 10.0 : 11.0) * 1000.0 / BitsPerSecond();
 }
 
+double LineSettings::BootCharacterMs() const {
+    return 10.0 * 1000.0 / BitsPerSecond();
+}
+
 bool LineSettings::SameSpeed(const termios &other) const {
     return cfgetospeed(&other) == speeds.at(static_cast<std::size_t>(baud));
 }

@@ -18,6 +18,8 @@ struct LineSettings {
 
     int BitsPerSecond() const;
     double CharacterMs() const;
+    // Of the boot loader, which knows no parity and no second stop bit.
+    double BootCharacterMs() const;
 
     bool SameSpeed(const termios &other) const;
     bool Matches(const termios &other) const;

@@ -69,6 +69,10 @@ void AddOptions(QCommandLineParser &parser) {
     add("drop", "The probability (0 to 1) that a reply is lost.", "p");
     add("corrupt", "The probability (0 to 1) that a reply is damaged.", "p");
     add("exception", "Answers everything with this exception; 0 is off.", "code");
+    parser.addOption({text("boot"), text("Starts in the boot loader.")});
+    add("flash", "Keeps the program flash in a raw file of 49152 bytes, written at the end.", "file");
+    add("make-firmware",
+        "Writes a firmware image (INHEX32) to try an upgrade with, and ends. Not for a real sensor.", "file");
     add("seed", "Chooses the movement of the target and the faults.", "n");
     add("log", "Writes the frames to a file, - for standard error.", "file");
 }
@@ -98,11 +102,14 @@ ParsedOptions ParseOptions(const QStringList &arguments) {
 
     SensorOptions &options = parsed.options;
     options.presets = QCoreApplication::applicationDirPath() + QStringLiteral("/Presets.fil");
+    options.boot = parser.isSet(QStringLiteral("boot"));
     options.faults.pace = parser.isSet(QStringLiteral("pace"));
     Reader reader(parser);
     reader.Read("link", NotEmpty, options.link);
     reader.Read("presets", NotEmpty, options.presets);
     reader.Read("log", NotEmpty, options.log);
+    reader.Read("flash", NotEmpty, options.flash);
+    reader.Read("make-firmware", NotEmpty, parsed.firmware);
     reader.Read("address", Between(1, 247), options.address);
     reader.Read("baud", BaudFromText, options.baud);
     reader.Read("parity", ParityFromText, options.parity);

@@ -7,10 +7,12 @@
 
 namespace sim {
 
-// What the command line asks for: a sensor, only a text to print, or nothing because it was wrong.
+// What the command line asks for: a sensor, only a text to print or a firmware file to write, or nothing
+// because it was wrong.
 struct ParsedOptions {
     SensorOptions options;
     QString text;
+    QString firmware; // file name
     QString error;
 };
 

@@ -6,6 +6,8 @@ namespace sim::parameter {
 enum Number : int {
     Save = 1,
     Reinitialise = 3,
+    FirmwareVersion = 8,
+    BootVersion = 9,
     TeachInput = 18,
     ExternalClock = 19,
     MinRange = 24,

@@ -11,9 +11,11 @@ namespace sim {
 
 // Everything that can be chosen before the sensor starts. What isn't set comes from the presets.
 struct SensorOptions {
-    QString presets; // the presets database
-    QString link;    // symbolic link to the pseudo terminal; none when empty
-    QString log;     // file for the frame log, "-" for standard error; none when empty
+    QString presets;   // the presets database
+    QString link;      // symbolic link to the pseudo terminal; none when empty
+    QString log;       // file for the frame log, "-" for standard error; none when empty
+    QString flash;     // file that keeps the program flash from run to run; none when empty
+    bool boot = false; // starts in the boot loader
     std::optional<int> address;
     std::optional<int> baud;   // index, 0 to 4
     std::optional<int> parity; // index, 0 to 3

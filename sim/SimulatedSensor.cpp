@@ -2,6 +2,7 @@
 
 #include "sim/BootLoader.h"
 #include "sim/Commands.h"
+#include "sim/DeviceMemory.h"
 #include "sim/FrameLog.h"
 #include "sim/ModbusSlave.h"
 #include "sim/ParameterTable.h"
@@ -13,6 +14,7 @@
 #include "sim/Transmitter.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QSocketNotifier>
 #include <QTimer>
 
@@ -35,6 +37,7 @@ constexpr double silentCharacters = 3.5;
 constexpr double shortestGapMs = 20;
 constexpr std::size_t mostRecords = 20000;
 constexpr int broadcast = 0;
+constexpr int stayInLoader = 0xFF;
 
 template <typename T>
 void Record(std::deque<T> &records, T record) {
@@ -64,7 +67,8 @@ public:
     SensorModel model;
     LineSettings line;
     bool bootMode = false;
-    std::unique_ptr<BootLoader> bootLoader;
+    DeviceMemory memory{0};
+    BootLoader loader{memory};
     std::deque<QByteArray> requests;
     std::deque<std::pair<int, int>> writes;
     std::function<void(const QByteArray &)> onRequest;
@@ -74,12 +78,16 @@ public:
 private:
     void TakeLine() { line = registers->Line(); }
     QString CheckedLine(LineSettings &chosen) const;
+    QString LoadMemory();
+    void StartProcessor();
     bool Receive();
-    void ReceiveInBootMode(const QByteArray &bytes);
+    void ReceiveInBootMode(QByteArrayView bytes);
+    void Answer(const BootExchange &exchange);
     void Handle(const QByteArray &request);
     bool Hears(const QByteArray &request) const;
-    void Reply(QByteArray reply, qsizetype requestSize);
+    void Reply(QByteArray reply, qsizetype requestSize, int delayMs = 0);
     void Distort(QByteArray &reply);
+    void FlipOneBit(QByteArray &reply);
     bool Chance(double probability);
     void Silence();
 
@@ -90,7 +98,7 @@ private:
     Transmitter transmitter;
     std::unique_ptr<QSocketNotifier> notifier;
     QTimer gap;
-    bool leaveBootMode = false;
+    bool restartAfterReply = false;
 };
 
 SimulatedSensor::Private::Private(SensorOptions chosen)
@@ -120,13 +128,38 @@ QString SimulatedSensor::Private::Start() {
     if (error.isEmpty()) {
         error = log.Open(options.log);
     }
+    if (error.isEmpty()) {
+        error = LoadMemory();
+    }
     if (!error.isEmpty()) {
         return error;
     }
     registers->Configure(chosen);
     TakeLine();
     clock.start();
+    StartProcessor();
     return Plug();
+}
+
+// A flash file that doesn't exist yet is written at once, so that it's known to be writable.
+QString SimulatedSensor::Private::LoadMemory() {
+    memory = DeviceMemory(registers->Value(parameter::FirmwareVersion));
+    if (options.boot) {
+        memory.SetMark(stayInLoader);
+    }
+    if (options.flash.isEmpty()) {
+        return {};
+    }
+    return QFileInfo::exists(options.flash) ? memory.Load(options.flash) : memory.Save(options.flash);
+}
+
+void SimulatedSensor::Private::StartProcessor() {
+    bootMode = !memory.StartsApplication();
+    if (bootMode) {
+        loader.Enter(registers->Value(parameter::BootVersion));
+    } else if (const std::optional<int> version = memory.ApplicationVersion()) {
+        registers->Store(parameter::FirmwareVersion, *version);
+    }
 }
 
 QString SimulatedSensor::Private::CheckedLine(LineSettings &chosen) const {
@@ -167,6 +200,7 @@ void SimulatedSensor::Private::Unplug() {
     }
     gap.stop();
     assembler.Discard();
+    loader.Discard();
     transmitter.Clear();
     LineIdle();
     terminal.Close();
@@ -178,7 +212,8 @@ void SimulatedSensor::Private::Reset() {
     transmitter.Clear();
     registers->Restart();
     TakeLine();
-    bootMode = leaveBootMode = false;
+    restartAfterReply = false;
+    StartProcessor();
 }
 
 bool SimulatedSensor::Private::Receive() {
@@ -193,7 +228,7 @@ bool SimulatedSensor::Private::Receive() {
     }
     const QByteArrayView bytes(buffer.data(), count);
     if (bootMode) {
-        ReceiveInBootMode(bytes.toByteArray());
+        ReceiveInBootMode(bytes);
         return true;
     }
     for (const QByteArray &request : assembler.Append(bytes, line.address)) {
@@ -208,16 +243,42 @@ bool SimulatedSensor::Private::Receive() {
     return true;
 }
 
-void SimulatedSensor::Private::ReceiveInBootMode(const QByteArray &bytes) {
-    log.Write(clock.elapsed(), "rx", bytes);
+void SimulatedSensor::Private::ReceiveInBootMode(QByteArrayView bytes) {
+    log.Write(clock.elapsed(), "rx", bytes.toByteArray());
     termios settings{};
-    if (!bootLoader || faults.mute || !terminal.Settings(settings) || !line.SameSpeed(settings)) {
+    if (faults.mute || !terminal.Settings(settings) || !line.SameSpeed(settings)) {
+        ++statistics.ignored;
+        loader.Discard();
         return;
     }
-    BootAnswer answer = bootLoader->Receive(bytes);
-    leaveBootMode = answer.startApplication;
-    if (leaveBootMode || !answer.bytes.isEmpty()) {
-        Reply(std::move(answer.bytes), bytes.size());
+    for (const BootExchange &exchange : loader.Receive(bytes)) {
+        Answer(exchange);
+    }
+}
+
+void SimulatedSensor::Private::Answer(const BootExchange &exchange) {
+    restartAfterReply = exchange.restart;
+    QByteArray reply = exchange.answer;
+    switch (exchange.fault.kind) {
+    case BootFault::Drop:
+        reply.clear();
+        break;
+    case BootFault::Corrupt:
+        FlipOneBit(reply);
+        break;
+    case BootFault::Cut:
+        reply.truncate(reply.size() / 2);
+        break;
+    case BootFault::Unplug:
+        Unplug();
+        return;
+    case BootFault::None:
+    case BootFault::Deaf:
+    case BootFault::Delay:
+        break;
+    }
+    if (exchange.restart || !reply.isEmpty()) {
+        Reply(std::move(reply), exchange.requestSize, exchange.fault.delayMs);
     }
 }
 
@@ -269,20 +330,21 @@ void SimulatedSensor::Private::Handle(const QByteArray &request) {
     Reply(std::move(outcome.reply), request.size());
 }
 
-// New line settings and boot mode wait until the reply is out.
-void SimulatedSensor::Private::Reply(QByteArray reply, qsizetype requestSize) {
+// New line settings, boot mode and a restart wait until the reply is out.
+void SimulatedSensor::Private::Reply(QByteArray reply, qsizetype requestSize, int delayMs) {
     if (!reply.isEmpty()) {
         Distort(reply);
     }
     if (!reply.isEmpty()) {
         ++statistics.replies;
     }
-    Transmission transmission{std::move(reply), static_cast<double>(faults.latencyMs), 0};
+    Transmission transmission{std::move(reply), static_cast<double>(faults.latencyMs + delayMs), 0};
     if (faults.pace) {
-        // The request has arrived in no time; a wire would have taken its time and the silence after it.
-        transmission.characterMs = line.CharacterMs();
-        transmission.waitMs +=
-            (static_cast<double>(requestSize) + silentCharacters) * transmission.characterMs;
+        // The request has arrived in no time; a wire would have taken its time, and Modbus a silence after
+        // it.
+        transmission.characterMs = bootMode ? line.BootCharacterMs() : line.CharacterMs();
+        transmission.waitMs += (static_cast<double>(requestSize) + (bootMode ? 0.0 : silentCharacters)) *
+                               transmission.characterMs;
     }
     transmitter.Send(std::move(transmission));
 }
@@ -291,9 +353,16 @@ void SimulatedSensor::Private::Distort(QByteArray &reply) {
     if (Chance(faults.drop)) {
         reply.clear();
     } else if (Chance(faults.corrupt)) {
-        const qsizetype index = static_cast<qsizetype>(random() % static_cast<quint32>(reply.size()));
-        reply[index] = static_cast<char>(reply.at(index) ^ (1 << random() % 8));
+        FlipOneBit(reply);
     }
+}
+
+void SimulatedSensor::Private::FlipOneBit(QByteArray &reply) {
+    if (reply.isEmpty()) {
+        return;
+    }
+    const qsizetype index = static_cast<qsizetype>(random() % static_cast<quint32>(reply.size()));
+    reply[index] = static_cast<char>(reply.at(index) ^ (1 << random() % 8));
 }
 
 bool SimulatedSensor::Private::Chance(double probability) {
@@ -304,16 +373,15 @@ void SimulatedSensor::Private::LineIdle() {
     if (!registers) {
         return;
     }
-    if (leaveBootMode) {
+    if (restartAfterReply) {
         Reset();
         return;
     }
     TakeLine();
+    // The loader goes on with the line that the application had.
     if (registers->TakeBootRequest()) {
-        bootMode = true;
-        if (bootLoader) {
-            bootLoader->Enter();
-        }
+        memory.SetMark(stayInLoader);
+        StartProcessor();
     }
 }
 
@@ -389,8 +457,16 @@ bool SimulatedSensor::InBootMode() const {
     return d_->bootMode;
 }
 
-void SimulatedSensor::SetBootLoader(std::unique_ptr<BootLoader> bootLoader) {
-    d_->bootLoader = std::move(bootLoader);
+BootLoader &SimulatedSensor::Boot() {
+    return d_->loader;
+}
+
+DeviceMemory &SimulatedSensor::Memory() {
+    return d_->memory;
+}
+
+QString SimulatedSensor::SaveFlash() const {
+    return d_->options.flash.isEmpty() ? QString() : d_->memory.Save(d_->options.flash);
 }
 
 std::vector<QByteArray> SimulatedSensor::Requests() const {

@@ -16,6 +16,7 @@
 namespace sim {
 
 class BootLoader;
+class DeviceMemory;
 
 struct Statistics {
     int requests = 0;   // executed
@@ -25,8 +26,9 @@ struct Statistics {
     int discarded = 0;  // bytes that belonged to no request
 };
 
-// The sensor as a whole: a Modbus slave on a pseudo terminal. It lives in the event loop of the thread
-// that starts it, and does nothing between two requests. All but Start() needs a started sensor.
+// The sensor as a whole: a Modbus slave and a boot loader that take turns on a pseudo terminal. It lives in
+// the event loop of the thread that starts it, and does nothing between two requests. All but Start() needs a
+// started sensor.
 class SimulatedSensor {
 public:
     explicit SimulatedSensor(SensorOptions options);
@@ -45,7 +47,7 @@ public:
     void Unplug();
     // Returns what went wrong, or an empty text.
     QString Plug();
-    // As after a loss of power: the stored set is back, and the application runs.
+    // As after a loss of power: the stored set is back, and the boot mark decides what runs.
     void Reset();
 
     // Raw values as the parameter table has them. Setting acts as if the sensor itself had changed: it isn't
@@ -65,7 +67,11 @@ public:
     LineFaults &Faults();
 
     bool InBootMode() const;
-    void SetBootLoader(std::unique_ptr<BootLoader> bootLoader);
+    BootLoader &Boot();
+    DeviceMemory &Memory();
+    // Writes the flash to the file of the options, if there is one. Returns what went wrong, or an empty
+    // text.
+    QString SaveFlash() const;
 
     // The last requests with a good CRC, to whatever slave, and the words of write requests to this sensor
     // (parameter number, raw value) in the order on the wire, refused ones included.

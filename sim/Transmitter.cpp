@@ -1,19 +1,27 @@
 #include "sim/Transmitter.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <utility>
 
 namespace sim {
+namespace {
+
+constexpr double nsPerMs = 1e6;
+// Bytes leave in pieces of about this length, as from a buffered port: both ends would be woken for each
+// byte.
+constexpr double pieceNs = 2 * nsPerMs;
+
+qint64 Ns(double ns) {
+    return std::llround(ns);
+}
+
+} // namespace
 
 Transmitter::Transmitter(std::function<void(const QByteArray &)> write, std::function<void()> sent)
     : write_(std::move(write)),
-      sent_(std::move(sent)) {
-    timer_.setSingleShot(true);
-    timer_.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { Advance(); });
-}
+      sent_(std::move(sent)),
+      timer_([this] { Advance(); }) {}
 
 void Transmitter::Send(Transmission transmission) {
     if (queue_.empty() && transmission.waitMs <= 0 && transmission.characterMs <= 0) {
@@ -21,47 +29,61 @@ void Transmitter::Send(Transmission transmission) {
         sent_();
         return;
     }
-    queue_.push_back(std::move(transmission));
+    Scheduled scheduled;
+    scheduled.bytes = std::move(transmission.bytes);
+    scheduled.characterNs = transmission.characterMs * nsPerMs;
+    const qint64 length = Ns(static_cast<double>(scheduled.bytes.size()) * scheduled.characterNs);
+    scheduled.begin = clock_.Reserve(PreciseTimer::Now(), Ns(transmission.waitMs * nsPerMs), length);
+    scheduled.end = scheduled.begin + length;
+    queue_.push_back(std::move(scheduled));
     if (queue_.size() == 1) {
-        Begin();
+        Advance();
     }
 }
 
 void Transmitter::Clear() {
-    timer_.stop();
+    timer_.Stop();
     queue_.clear();
+    clock_.Clear();
 }
 
-void Transmitter::Begin() {
-    written_ = 0;
-    sinceBegin_.start();
-    Advance();
+qsizetype Transmitter::Scheduled::DueAt(qint64 now) const {
+    if (now >= end) {
+        return bytes.size();
+    }
+    return now > begin ? static_cast<qsizetype>(static_cast<double>(now - begin) / characterNs) : 0;
+}
+
+qint64 Transmitter::Scheduled::NextWrite() const {
+    if (characterNs <= 0) {
+        return end;
+    }
+    const double piece = std::max(std::floor(pieceNs / characterNs), 1.0);
+    return std::min(end, begin + Ns((static_cast<double>(written) + piece) * characterNs));
 }
 
 void Transmitter::Advance() {
-    const Transmission &current = queue_.front();
-    const double elapsed = static_cast<double>(sinceBegin_.nsecsElapsed()) / 1e6 - current.waitMs;
-    const qsizetype size = current.bytes.size();
-    qsizetype due = 0;
-    if (elapsed >= 0) {
-        due = current.characterMs > 0 ? static_cast<qsizetype>(std::min<double>(elapsed / current.characterMs,
-                                                                                static_cast<double>(size)))
-                                      : size;
-    }
-    if (due > written_) {
-        write_(current.bytes.mid(written_, due - written_));
-        written_ = due;
-    }
-    if (elapsed < 0 || written_ < size) {
-        const double next = std::ceil(static_cast<double>(written_ + 1) * current.characterMs - elapsed);
-        timer_.start(std::chrono::milliseconds(std::max(1LL, static_cast<long long>(next))));
-        return;
-    }
-    queue_.pop_front();
-    if (queue_.empty()) {
-        sent_();
-    } else {
-        Begin();
+    while (!queue_.empty()) {
+        Scheduled &current = queue_.front();
+        const qint64 now = PreciseTimer::Now();
+        const qsizetype due = current.DueAt(now);
+        if (due > current.written) {
+            write_(current.bytes.mid(current.written, due - current.written));
+            current.written = due;
+        }
+        if (now < current.end) {
+            timer_.StartAt(current.NextWrite());
+            return;
+        }
+        const bool paced = current.characterNs > 0;
+        queue_.pop_front();
+        if (queue_.empty()) {
+            if (paced) {
+                clock_.GivenOut(now);
+            }
+            sent_();
+            return;
+        }
     }
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "sim/LineClock.h"
+#include "sim/PreciseTimer.h"
+
 #include <QByteArray>
-#include <QElapsedTimer>
-#include <QTimer>
 
 #include <deque>
 #include <functional>
@@ -12,7 +13,7 @@ namespace sim {
 // One reply and the time that it takes.
 struct Transmission {
     QByteArray bytes;
-    double waitMs = 0;      // silence before the first byte
+    double waitMs = 0;      // before the first byte
     double characterMs = 0; // time of one byte; 0 sends all at once
 };
 
@@ -26,15 +27,24 @@ public:
     void Clear();
 
 private:
-    void Begin();
+    struct Scheduled {
+        QByteArray bytes;
+        double characterNs = 0;
+        qint64 begin = 0;
+        qint64 end = 0;
+        qsizetype written = 0;
+
+        qsizetype DueAt(qint64 now) const;
+        qint64 NextWrite() const;
+    };
+
     void Advance();
 
     std::function<void(const QByteArray &)> write_;
     std::function<void()> sent_;
-    std::deque<Transmission> queue_;
-    qsizetype written_ = 0;
-    QElapsedTimer sinceBegin_;
-    QTimer timer_;
+    std::deque<Scheduled> queue_;
+    LineClock clock_;
+    PreciseTimer timer_;
 };
 
 } // namespace sim

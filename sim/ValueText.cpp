@@ -25,6 +25,16 @@ std::optional<int> WholeNumber(const QString &text, int min, int max) {
     return value;
 }
 
+std::optional<int> HexNumber(const QString &text, int max) {
+    bool ok = false;
+    const bool hexadecimal = text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+    const int value = text.toInt(&ok, hexadecimal ? 16 : 10);
+    if (!ok || value < 0 || value > max) {
+        return {};
+    }
+    return value;
+}
+
 std::optional<double> Probability(const QString &text) {
     return Number(text, 0, 1);
 }

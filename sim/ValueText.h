@@ -8,6 +8,8 @@ namespace sim {
 
 // Values as they are typed, on the command line and as commands.
 std::optional<int> WholeNumber(const QString &text, int min, int max);
+// "0x800" or "2048".
+std::optional<int> HexNumber(const QString &text, int max);
 std::optional<double> Probability(const QString &text);
 std::optional<bool> OnOff(const QString &text);
 // "12.5" gives 1250.

@@ -1,7 +1,10 @@
+#include "sim/DeviceMemory.h"
+#include "sim/FirmwareImage.h"
 #include "sim/LineReader.h"
 #include "sim/OptionsParser.h"
 #include "sim/SimulatedSensor.h"
 #include "sim/StopSignals.h"
+#include "sim/WholeFile.h"
 
 #include <QCoreApplication>
 
@@ -17,6 +20,19 @@ constexpr int failed = 1;
 void Print(std::FILE *stream, const QString &text) {
     std::fputs(text.toLocal8Bit().constData(), stream);
     std::fflush(stream);
+}
+
+int MakeFirmware(const QString &fileName) {
+    const QString error = sim::WriteWholeFile(
+        fileName, sim::HexFile(sim::DeviceMemory::applicationStart,
+                               sim::Application(sim::upgradeVersion, sim::DeviceMemory::applicationSize)));
+    if (!error.isEmpty()) {
+        Print(stderr, QStringLiteral("ztv-sim: %1\n").arg(error));
+        return failed;
+    }
+    Print(stdout, QStringLiteral("wrote %1, firmware version %2\n")
+                      .arg(fileName, QString::number(sim::upgradeVersion / 100.0, 'f', 2)));
+    return 0;
 }
 
 } // namespace
@@ -36,9 +52,13 @@ int main(int argc, char *argv[]) {
         return 0;
     }
 
+    if (!parsed.firmware.isEmpty()) {
+        return MakeFirmware(parsed.firmware);
+    }
+
     const sim::StopSignals stop([] { QCoreApplication::quit(); });
     sim::SimulatedSensor sensor(parsed.options);
-    const QString error = sensor.Start();
+    QString error = sensor.Start();
     if (!error.isEmpty()) {
         Print(stderr, QStringLiteral("ztv-sim: %1\n").arg(error));
         return failed;
@@ -55,5 +75,11 @@ int main(int argc, char *argv[]) {
             QCoreApplication::quit();
         }
     });
-    return QCoreApplication::exec();
+    QCoreApplication::exec();
+    error = sensor.SaveFlash();
+    if (!error.isEmpty()) {
+        Print(stderr, QStringLiteral("ztv-sim: %1\n").arg(error));
+        return failed;
+    }
+    return 0;
 }

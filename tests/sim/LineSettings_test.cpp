@@ -50,6 +50,11 @@ TEST(SimLineSettings, GiveTheTimeOfACharacter) {
     EXPECT_DOUBLE_EQ(Sensor(4, 2).CharacterMs(), 11000.0 / 38400);
 }
 
+TEST(SimLineSettings, GiveTheLoaderCharactersOfTenBits) {
+    EXPECT_DOUBLE_EQ(Sensor(0, 0).BootCharacterMs(), 10000.0 / 2400);
+    EXPECT_DOUBLE_EQ(Sensor(4, 2).BootCharacterMs(), 10000.0 / 38400);
+}
+
 TEST(SimLineSettings, AreReadFromText) {
     EXPECT_EQ(BaudFromText("2400"), 0);
     EXPECT_EQ(BaudFromText("38400"), 4);

@@ -17,6 +17,17 @@ TEST(SimOptions, LeaveToThePresetsWhatIsNotGiven) {
     EXPECT_FALSE(parsed.options.address || parsed.options.baud || parsed.options.parity ||
                  parsed.options.addressing);
     EXPECT_FALSE(parsed.options.faults.pace);
+    EXPECT_FALSE(parsed.options.boot);
+    EXPECT_EQ(parsed.options.flash, "");
+    EXPECT_EQ(parsed.firmware, "");
+}
+
+TEST(SimOptions, ChooseTheLoaderAndTheFlash) {
+    const ParsedOptions parsed = Parse({"--boot", "--flash", "some/flash", "--make-firmware", "some/hex"});
+    EXPECT_EQ(parsed.error.toStdString(), "");
+    EXPECT_TRUE(parsed.options.boot);
+    EXPECT_EQ(parsed.options.flash, "some/flash");
+    EXPECT_EQ(parsed.firmware, "some/hex");
 }
 
 TEST(SimOptions, AreReadFromTheCommandLine) {
@@ -43,9 +54,10 @@ TEST(SimOptions, AreReadFromTheCommandLine) {
 
 TEST(SimOptions, WithAWrongValueAreRefused) {
     const std::pair<const char *, const char *> wrong[] = {
-        {"--address", "0"},     {"--address", "248"}, {"--baud", "300"}, {"--parity", "E2"},
-        {"--addressing", "2"},  {"--latency", "-1"},  {"--drop", "1.5"}, {"--corrupt", "x"},
-        {"--exception", "256"}, {"--seed", "-1"},     {"--link", ""},    {"--nothing", "1"}};
+        {"--address", "0"},      {"--address", "248"}, {"--baud", "300"}, {"--parity", "E2"},
+        {"--addressing", "2"},   {"--latency", "-1"},  {"--drop", "1.5"}, {"--corrupt", "x"},
+        {"--exception", "256"},  {"--seed", "-1"},     {"--link", ""},    {"--flash", ""},
+        {"--make-firmware", ""}, {"--nothing", "1"}};
     for (const auto &[option, value] : wrong) {
         EXPECT_TRUE(Parse({option, value}).error.contains(QString(option).sliced(2))) << option << value;
     }
@@ -53,7 +65,9 @@ TEST(SimOptions, WithAWrongValueAreRefused) {
 }
 
 TEST(SimOptions, AskForHelpAndVersion) {
-    EXPECT_TRUE(Parse({"--help"}).text.contains("--pace"));
+    for (const char *option : {"--pace", "--boot", "--flash <file>", "--make-firmware <file>"}) {
+        EXPECT_TRUE(Parse({"--help"}).text.contains(option)) << option;
+    }
     EXPECT_TRUE(Parse({"--version"}).text.startsWith("ztv-sim"));
 }
 

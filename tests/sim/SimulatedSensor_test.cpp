@@ -1,6 +1,5 @@
 #include "sim/SimulatedSensor.h"
 
-#include "sim/BootLoader.h"
 #include "sim/Crc.h"
 #include "tests/sim/SensorFixture.h"
 #include "tests/support/Wait.h"
@@ -162,61 +161,6 @@ TEST_F(SimSensor, TakesTheCommunicationPresetsAtTheNextReset) {
     EXPECT_EQ(Ask(host, "09 06 0002 0001"), "090600020001");
     EXPECT_EQ(Ask(host, "09 03 0040 0001"), "0903020009");
     sensor_->Reset();
-    EXPECT_EQ(Ask(host, readAddress), addressReply);
-}
-
-TEST_F(SimSensor, FallsSilentInBootModeUntilAReset) {
-    Start();
-    const TestHost host(sensor_->Path());
-    EXPECT_EQ(Ask(host, "01 06 0002 0000"), "010600020000");
-    EXPECT_FALSE(sensor_->InBootMode());
-    EXPECT_EQ(Ask(host, "01 06 0002 0063"), "010600020063");
-    EXPECT_TRUE(sensor_->InBootMode());
-
-    class Loader : public BootLoader {
-    public:
-        explicit Loader(QByteArray &seen) : seen_(seen) {}
-        void Enter() override {}
-        BootAnswer Receive(const QByteArray &bytes) override {
-            seen_ += bytes;
-            return {};
-        }
-
-    private:
-        QByteArray &seen_;
-    };
-    QByteArray seen;
-    sensor_->SetBootLoader(std::make_unique<Loader>(seen));
-    host.Write(FrameOf(readAddress));
-    ASSERT_TRUE(WaitUntil([&] { return !seen.isEmpty(); }));
-    EXPECT_EQ(host.Read(), "");
-
-    sensor_->Reset();
-    EXPECT_FALSE(sensor_->InBootMode());
-    EXPECT_EQ(Ask(host, readAddress), addressReply);
-}
-
-TEST_F(SimSensor, GivesTheLineToTheBootLoaderAndBack) {
-    class Loader : public BootLoader {
-    public:
-        void Enter() override { entered_ = true; }
-        BootAnswer Receive(const QByteArray &bytes) override {
-            return {entered_ ? "boot " + bytes : bytes, bytes == "go"};
-        }
-
-    private:
-        bool entered_ = false;
-    };
-    Start();
-    sensor_->SetBootLoader(std::make_unique<Loader>());
-    const TestHost host(sensor_->Path());
-    Ask(host, "01 06 0002 0063");
-    host.Write("hello");
-    EXPECT_EQ(host.Await(10), "boot hello");
-    EXPECT_TRUE(sensor_->InBootMode());
-    host.Write("go");
-    EXPECT_EQ(host.Await(7), "boot go");
-    EXPECT_FALSE(sensor_->InBootMode());
     EXPECT_EQ(Ask(host, readAddress), addressReply);
 }
 

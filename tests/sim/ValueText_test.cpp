@@ -12,6 +12,14 @@ TEST(SimValueText, ReadsWholeNumbersWithinTheirLimits) {
     EXPECT_EQ(WholeNumber("", -5, 5), std::nullopt);
 }
 
+TEST(SimValueText, ReadsAddresses) {
+    EXPECT_EQ(HexNumber("0x0bFf", 0xFFFF), 0xBFF);
+    EXPECT_EQ(HexNumber("2048", 2048), 2048);
+    for (const char *bad : {"0x801", "2049", "-1", "0x", "800h", "0x-1", ""}) {
+        EXPECT_EQ(HexNumber(bad, 2048), std::nullopt) << bad;
+    }
+}
+
 TEST(SimValueText, ReadsProbabilities) {
     EXPECT_EQ(Probability("0.25"), 0.25);
     EXPECT_EQ(Probability("1"), 1.0);

@@ -1,13 +1,21 @@
 set(ZTV_SIM_TESTS
     sim/AnalogOutput_test.cpp
+    sim/BootFrame_test.cpp
+    sim/BootLoader_test.cpp
+    sim/BootMode_test.cpp
     sim/Commands_test.cpp
     sim/Crc_test.cpp
+    sim/DeviceMemory_test.cpp
+    sim/FirmwareImage_test.cpp
     sim/FrameLog_test.cpp
+    sim/LineClock_test.cpp
     sim/LineReader_test.cpp
     sim/LineSettings_test.cpp
     sim/ModbusSlave_test.cpp
     sim/OptionsParser_test.cpp
     sim/ParameterTable_test.cpp
+    sim/PreciseTimer_test.cpp
+    sim/Program_test.cpp
     sim/PseudoTerminal_test.cpp
     sim/Registers_test.cpp
     sim/Relay_test.cpp
@@ -19,4 +27,5 @@ set(ZTV_SIM_TESTS
     sim/TestHost.cpp
     sim/TestPresets.cpp
     sim/Transmitter_test.cpp
-    sim/ValueText_test.cpp)
+    sim/ValueText_test.cpp
+    sim/WholeFile_test.cpp)
