@@ -123,14 +123,15 @@ void MeasureImportOf(Figures &figures, int size) {
                   .unit = QStringLiteral("ms"),
                   .limit = flashLimitMs * size / flashBytes,
                   .peers = {}};
-    for (const auto &[name, arguments] : Peers()) {
-        const QString program = QStandardPaths::findExecutable(name);
+    for (const Contender &peer : Peers()) {
+        const QString program = QStandardPaths::findExecutable(peer.name);
         if (program.isEmpty()) {
-            std::printf("%s isn't installed: not measured\n", qPrintable(name));
+            std::printf("%s isn't installed: not measured\n", qPrintable(peer.name));
             continue;
         }
-        figure.peers.push_back(
-            {.name = name, .value = MedianOf([&] { return folder.MsToConvertBy(program, arguments); })});
+        figure.peers.push_back({.name = peer.name, .value = MedianOf([&] {
+                                                       return folder.MsToConvertBy(program, peer.arguments);
+                                                   })});
     }
     figures.Add(figure);
 }
