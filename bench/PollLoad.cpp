@@ -1,7 +1,7 @@
 #include "bench/PollLoad.h"
 
 #include "bench/Measure.h"
-#include "bench/SensorProcess.h"
+#include "tests/support/SensorProcess.h"
 #include "model/ParamDefines.h"
 #include "shell/FormMain.h"
 #include "support/ApplicationTitle.h"

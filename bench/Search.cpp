@@ -1,7 +1,7 @@
 #include "bench/Search.h"
 
 #include "bench/Measure.h"
-#include "bench/SensorProcess.h"
+#include "tests/support/SensorProcess.h"
 #include "link/ui/FormSearch.h"
 #include "support/ProgramFolder.h"
 #include "tools/PrintedDialogs.h"

@@ -2,7 +2,7 @@
 
 #include "bench/Display.h"
 #include "bench/Measure.h"
-#include "bench/SensorProcess.h"
+#include "tests/support/SensorProcess.h"
 #include "bench/StartedProgram.h"
 
 #include <QList>
