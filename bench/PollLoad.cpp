@@ -1,13 +1,13 @@
 #include "bench/PollLoad.h"
 
 #include "bench/Measure.h"
-#include "tests/support/SensorProcess.h"
 #include "model/ParamDefines.h"
 #include "shell/FormMain.h"
 #include "support/ApplicationTitle.h"
 #include "support/ProgramFolder.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/BasicPage.h"
+#include "tests/support/SensorProcess.h"
 #include "tools/PrintedDialogs.h"
 
 #include <QCoreApplication>

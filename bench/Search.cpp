@@ -1,9 +1,9 @@
 #include "bench/Search.h"
 
 #include "bench/Measure.h"
-#include "tests/support/SensorProcess.h"
 #include "link/ui/FormSearch.h"
 #include "support/ProgramFolder.h"
+#include "tests/support/SensorProcess.h"
 #include "tools/PrintedDialogs.h"
 
 #include <QEventLoop>

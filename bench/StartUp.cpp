@@ -2,8 +2,8 @@
 
 #include "bench/Display.h"
 #include "bench/Measure.h"
-#include "tests/support/SensorProcess.h"
 #include "bench/StartedProgram.h"
+#include "tests/support/SensorProcess.h"
 
 #include <QList>
 #include <QStandardPaths>
