@@ -8,6 +8,7 @@
 #include "support/ProgramFolder.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/BasicPage.h"
+#include "tools/NoHelp.h"
 #include "tools/PrintedDialogs.h"
 
 #include <QCoreApplication>
@@ -87,8 +88,10 @@ void MeasurePollLoad(Figures &figures) {
     qputenv("ZTVLINK_PORT_1", sensor.Device().toLocal8Bit());
     PrintedDialogs dialogs;
     SettingsStore settings(ApplicationTitle());
+    NoHelp help;
     FormMain form({.dialogs = dialogs,
                    .settings = settings,
+                   .helpEngine = help,
                    .programFolder = ProgramFolder(),
                    .commandText = QStringLiteral("/CHECKOUT"),
                    .ctrlKeyIsDown = [] { return false; }});

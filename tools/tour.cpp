@@ -7,19 +7,27 @@
 #include "model/ParamDefines.h"
 #include "setup/ui/FormTransmitDelay.h"
 #include "setup/ui/frmWizard.h"
+#include "shell/AboutContents.h"
 #include "shell/Application.h"
 #include "shell/FormMain.h"
 #include "sim/SimulatedSensor.h"
+#include "support/Fault.h"
 #include "support/ProgramFolder.h"
+#include "support/ui/FormAbout.h"
+#include "support/ui/HelpViewer.h"
+#include "support/ui/HelpWindow.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/FormEdit.h"
 #include "tabs/ui/ParameterList.h"
+#include "tools/HelpProject.h"
 #include "tools/PrintedDialogs.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QHash>
 #include <QHeaderView>
+#include <QImage>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -29,6 +37,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QTreeWidget>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -51,7 +60,7 @@ public:
     bool Run() {
         form_.show();
         Picture(form_, QStringLiteral("basic-offline"));
-        FormReadWrite direction(&form_);
+        FormReadWrite direction(form_.hHelp(), &form_);
         direction.show();
         Picture(direction, QStringLiteral("read-write"));
         direction.close();
@@ -87,6 +96,8 @@ public:
         Watch(500);
         Picture(form_, QStringLiteral("distance-large"));
         form_.GoOffline();
+        AboutPicture();
+        HelpPictures();
         return ok_ && distances.size() > 1;
     }
 
@@ -127,7 +138,7 @@ private:
         Q_EMIT list.header()->sectionClicked(ParameterListModel::Tag);
 
         EntryRules rules(form_.Zentrova(), dialogs_);
-        FormEdit edit(rules, dialogs_, &form_);
+        FormEdit edit(rules, dialogs_, form_.hHelp(), &form_);
         edit.RawMax = 4095;
         edit.EngMax = 10;
         edit.SetEntry(QStringLiteral("2048"), QStringLiteral("40"));
@@ -144,14 +155,14 @@ private:
     }
 
     void CommsPicture(const QString &name) {
-        FormComms comms(form_.Link(), form_.Zentrova(), dialogs_, settings_, &form_);
+        FormComms comms(form_.Link(), form_.Zentrova(), dialogs_, settings_, form_.hHelp(), &form_);
         comms.show();
         Picture(comms, name);
         comms.close();
     }
 
     void TransmitDelayPicture(const QString &name) {
-        FormTransmitDelay calculator(form_.Zentrova(), form_.Link(), dialogs_, &form_);
+        FormTransmitDelay calculator(form_.Zentrova(), form_.Link(), dialogs_, form_.hHelp(), &form_);
         calculator.findChild<QLineEdit *>(QStringLiteral("TextSumOfRanges"))
             ->setText(QStringLiteral("840.00"));
         calculator.show();
@@ -163,7 +174,7 @@ private:
     // Both routes of the wizard, each step as it is left.
     void WizardPictures() {
         for (const int use : {0, 1}) {
-            frmWizard wizard(form_.Zentrova(), dialogs_, &form_);
+            frmWizard wizard(form_.Zentrova(), dialogs_, form_.hHelp(), &form_);
             wizard.show();
             const auto press = [&wizard](const char *name) {
                 wizard.findChild<QAbstractButton *>(QString::fromLatin1(name))->click();
@@ -208,7 +219,7 @@ private:
     // The sensor is found at its address; the rest of the range is silent.
     void SearchPictures() {
         FormSearch search(
-            form_.Link(), form_.Zentrova(), dialogs_,
+            form_.Link(), form_.Zentrova(), dialogs_, form_.hHelp(),
             {.port = form_.CommPort(), .baud = form_.BaudRate(), .parityStop = form_.ParityStop()}, &form_);
         search.show();
         Picture(search, QStringLiteral("search"));
@@ -223,6 +234,40 @@ private:
         ok_ = ok_ && results->topLevelItemCount() == 1;
         search.close();
         form_.SetMbaxp1CommProperties(form_.CommPort(), form_.BaudRate(), form_.ParityStop(), 0);
+    }
+
+    void AboutPicture() {
+        FormAbout about(AboutContents(form_.Zentrova(), settings_), {}, form_.hHelp(), &form_);
+        about.show();
+        Picture(about, QStringLiteral("about"));
+        about.close();
+    }
+
+    // The help at the contents, with what the index and the search find, and at each topic.
+    void HelpPictures() {
+        form_.hHelp().HHDisplayContents(form_.winId());
+        HelpWindow *help = nullptr;
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            help = help == nullptr ? qobject_cast<HelpWindow *>(window) : help;
+        }
+        ok_ = ok_ && help != nullptr;
+        if (help == nullptr) {
+            return;
+        }
+        for (const HelpTopic &topic : help->Topics().All()) {
+            form_.hHelp().HHDisplayTopicID(form_.winId(), topic.number);
+            Picture(*help, QStringLiteral("help-") + topic.file.section(u'.', 0, 0));
+        }
+        auto *lists = help->findChild<QTabWidget *>(QStringLiteral("Lists"));
+        lists->setCurrentIndex(1);
+        help->findChild<QLineEdit *>(QStringLiteral("IndexBox"))->setText(QStringLiteral("distance"));
+        Picture(*help, QStringLiteral("help-index"));
+        lists->setCurrentIndex(2);
+        help->findChild<QLineEdit *>(QStringLiteral("SearchBox"))->setText(QStringLiteral("parity baud"));
+        auto *results = help->findChild<QTreeWidget *>(QStringLiteral("Results"));
+        results->setCurrentItem(results->topLevelItem(0));
+        Picture(*help, QStringLiteral("help-search"));
+        help->close();
     }
 
     // A threshold that is being dragged, and a value that is being typed.
@@ -265,15 +310,55 @@ private:
     bool ok_ = true;
 };
 
+QList<QRgb> CommonestColours(const QImage &picture) {
+    constexpr qsizetype most = 256;
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            ++counts[picture.pixel(x, y)];
+        }
+    }
+    QList<QRgb> colours = counts.keys();
+    std::sort(colours.begin(), colours.end(), [&counts](QRgb one, QRgb other) {
+        return std::pair(counts[one], one) > std::pair(counts[other], other);
+    });
+    return colours.first(std::min(most, colours.size()));
+}
+
+// Puts the pictures that the help's topics show into its folder, small. Returns whether all were there.
+bool GiveHelpItsPictures(const QString &tour, const QString &help) {
+    constexpr int widest = 560;
+    try {
+        const HelpTopics topics = HelpTopics::Read(help);
+        for (const QString &name : HelpProject::Pictures(topics)) {
+            QImage picture(tour + u'/' + name);
+            if (picture.width() > widest) {
+                picture = picture.scaledToWidth(widest, Qt::SmoothTransformation);
+            }
+            if (picture.isNull() ||
+                !picture.convertToFormat(QImage::Format_Indexed8, CommonestColours(picture))
+                     .save(help + QStringLiteral("/pictures/") + name)) {
+                std::fprintf(stderr, "no picture %s\n", qPrintable(name));
+                return false;
+            }
+        }
+        return true;
+    } catch (const Fault &fault) {
+        std::fprintf(stderr, "%s\n", fault.what());
+        return false;
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
     Application application(argc, argv);
-    if (application.arguments().size() != 2) {
-        std::fprintf(stderr, "usage: ztv-tour FOLDER\n");
+    const QStringList arguments = application.arguments();
+    if (arguments.size() != 2 && arguments.size() != 3) {
+        std::fprintf(stderr, "usage: ztv-tour FOLDER [HELP_FOLDER]\n");
         return 2;
     }
-    const QString folder = application.arguments().at(1);
+    const QString folder = arguments.at(1);
     QDir().mkpath(folder);
     const QTemporaryDir configuration; // a tour leaves no settings behind
     qputenv("XDG_CONFIG_HOME", configuration.path().toLocal8Bit());
@@ -290,10 +375,14 @@ int main(int argc, char *argv[]) {
 
     PrintedDialogs dialogs;
     SettingsStore settings(QStringLiteral("ZTV Link"));
+    HelpViewer help(dialogs, [](const QUrl &) { return false; });
     FormMain form({.dialogs = dialogs,
                    .settings = settings,
+                   .helpEngine = help,
                    .programFolder = ProgramFolder(),
                    .commandText = QStringLiteral("/CHECKOUT"),
                    .ctrlKeyIsDown = [] { return false; }});
-    return Tour(form, dialogs, settings, folder).Run() ? EXIT_SUCCESS : EXIT_FAILURE;
+    const bool toured = Tour(form, dialogs, settings, folder).Run();
+    const bool gave = arguments.size() == 2 || GiveHelpItsPictures(folder, arguments.at(2));
+    return toured && gave ? EXIT_SUCCESS : EXIT_FAILURE;
 }

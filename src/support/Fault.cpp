@@ -20,3 +20,7 @@ Fault Fault::Conversion(const QString &what) {
 Fault Fault::DivisionByZero(const QString &what) {
     return Fault(Kind::DivisionByZero, QStringLiteral("Division by zero: ") + what);
 }
+
+Fault Fault::DuplicateKey(const QString &what) {
+    return Fault(Kind::DuplicateKey, QStringLiteral("Key is not unique: ") + what);
+}
