@@ -358,7 +358,7 @@ int main(int argc, char *argv[]) {
         std::fprintf(stderr, "usage: ztv-tour FOLDER [HELP_FOLDER]\n");
         return 2;
     }
-    const QString folder = arguments.at(1);
+    const QString &folder = arguments.at(1);
     QDir().mkpath(folder);
     const QTemporaryDir configuration; // a tour leaves no settings behind
     qputenv("XDG_CONFIG_HOME", configuration.path().toLocal8Bit());
