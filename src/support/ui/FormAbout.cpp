@@ -204,8 +204,10 @@ bool FormAbout::eventFilter(QObject *watched, QEvent *event) {
     return QDialog::eventFilter(watched, event);
 }
 
+// From the event loop: a fault mustn't unwind through the delivery of a click.
 void FormAbout::PressToolbar() {
     if (toolbar_->property("Tag").toInt() == ctrlAlone) {
-        commands_.addCheckoutTab();
+        QMetaObject::invokeMethod(
+            this, [this] { commands_.addCheckoutTab(); }, Qt::QueuedConnection);
     }
 }

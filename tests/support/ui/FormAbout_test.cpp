@@ -116,10 +116,12 @@ TEST_F(FormAboutTest, KeepsTheStateOfThePress) {
     QTest::mousePress(&button, Qt::LeftButton, Qt::ControlModifier);
     EXPECT_EQ(ui_.Get<QToolBar>("Toolbar1").property("Tag").toInt(), 2);
     QTest::mouseRelease(&button, Qt::LeftButton);
+    Settle();
     EXPECT_EQ(done_, QStringList{QStringLiteral("tab")});
     QTest::mousePress(&button, Qt::LeftButton);
     EXPECT_EQ(ui_.Get<QToolBar>("Toolbar1").property("Tag").toInt(), 0);
     QTest::mouseRelease(&button, Qt::LeftButton, Qt::ControlModifier);
+    Settle();
     EXPECT_EQ(done_.size(), 1);
 }
 
