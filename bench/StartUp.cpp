@@ -3,7 +3,7 @@
 #include "bench/Display.h"
 #include "bench/Measure.h"
 #include "bench/StartedProgram.h"
-#include "tests/support/SensorProcess.h"
+#include "tools/SensorProcess.h"
 
 #include <QList>
 #include <QStandardPaths>

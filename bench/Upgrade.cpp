@@ -3,7 +3,9 @@
 #include "bench/Measure.h"
 #include "firmware/SerialBootLine.h"
 #include "firmware/ui/FormUpgradeFirmware.h"
-#include "tests/support/SensorProcess.h"
+#include "tools/NoHelp.h"
+#include "tools/PrintedDialogs.h"
+#include "tools/SensorProcess.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -52,14 +54,12 @@ private:
     Traffic &traffic_;
 };
 
-class AgreeingDialogs : public UserDialogs {
+class LastDialog : public PrintedDialogs {
 public:
-    BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &) override {
+    BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &title) override {
         last = text;
-        return style.buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Yes;
+        return PrintedDialogs::OwnedMessageBox(text, style, title);
     }
-    std::optional<QString> OpenFileDialog(const FileQuestion &) override { return std::nullopt; }
-    std::optional<QString> SaveFileDialog(const FileQuestion &) override { return std::nullopt; }
 
     QString last;
 };
@@ -83,15 +83,18 @@ void MeasureUpgrade(Figures &figures) {
         auto line = SerialBootLine::Open(sensor.Device(), bitRate);
         return line ? std::make_unique<CountedLine>(std::move(line), traffic) : nullptr;
     });
-    AgreeingDialogs dialogs;
+    LastDialog dialogs;
     ClassZentrova zentrova(QStringLiteral(ZTV_BIN_DIR));
     LinkSession link(zentrova, {.dialogs = dialogs,
                                 .deviceOfPort = [&sensor](std::int16_t) { return sensor.Device(); },
                                 .askDirection = [] { return ConnectChoice::Cancel; }});
+    NoHelp engine;
+    ClassMyHtmlHelp help(engine, dialogs);
     FormUpgradeFirmware form({.bootComm = boot,
                               .link = link,
                               .zentrova = zentrova,
                               .dialogs = dialogs,
+                              .help = help,
                               .programFolder = home.path(),
                               .showInEditor = [](auto &, auto &) { return true; }});
     form.show();

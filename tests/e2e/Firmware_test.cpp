@@ -3,10 +3,11 @@
 #include "firmware/ui/FormUpgradeFirmware.h"
 #include "model/ParamDefines.h"
 #include "support/Fault.h"
+#include "tests/support/HelpOfForm.h"
 #include "tests/support/MainForm.h"
 #include "tests/support/Printers.h"
-#include "tests/support/SensorProcess.h"
 #include "tests/support/Wait.h"
+#include "tools/SensorProcess.h"
 
 #include <QDir>
 #include <QFile>
@@ -412,6 +413,7 @@ protected:
                                               .link = link_,
                                               .zentrova = zentrova_,
                                               .dialogs = dialogs_,
+                                              .help = help_,
                                               .programFolder = home_.path(),
                                               .showInEditor = [](auto &, auto &) { return true; }});
         BootSettings &settings = boot_.Settings();
@@ -472,6 +474,7 @@ protected:
     QByteArray expected_;
     SensorProcess sensor_;
     NotingDialogs dialogs_;
+    HelpOfForm help_;
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession link_{zentrova_,
                       {.dialogs = dialogs_,

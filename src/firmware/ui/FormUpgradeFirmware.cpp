@@ -5,6 +5,7 @@
 #include "support/Numbers.h"
 #include "support/ProgramFolder.h"
 #include "ui/Controls.h"
+#include "ui/FormHelp.h"
 
 #include <QDir>
 #include <QGridLayout>
@@ -93,6 +94,7 @@ FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *par
     console_->Load(surroundings_.link.CommPort(),
                    ToInt32(ToNumber(surroundings_.zentrova.BaudRateString(baud))),
                    FolderForOwnFiles(surroundings_.programFolder));
+    FormHelp::Offer(*this, surroundings_.help, HelpContextID);
     upgrade->setFocus();
 }
 

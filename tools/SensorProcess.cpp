@@ -1,4 +1,4 @@
-#include "tests/support/SensorProcess.h"
+#include "tools/SensorProcess.h"
 
 #include <stdexcept>
 
