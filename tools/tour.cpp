@@ -21,10 +21,12 @@
 #include "tabs/TabTable.h"
 #include "tabs/ui/FormEdit.h"
 #include "tabs/ui/ParameterList.h"
+#include "tools/DarkPalette.h"
 #include "tools/HelpProject.h"
 #include "tools/PrintedDialogs.h"
 #include "tools/SensorProcess.h"
 
+#include <QCommandLineParser>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -39,6 +41,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -57,11 +60,14 @@ void Watch(int milliseconds) {
 
 class Tour {
 public:
-    Tour(FormMain &form, UserDialogs &dialogs, SettingsStore &settings, const QString &folder)
+    // Keeps the pictures whose names `wanted` matches.
+    Tour(FormMain &form, UserDialogs &dialogs, SettingsStore &settings, const QString &folder,
+         const QRegularExpression &wanted)
         : form_(form),
           dialogs_(dialogs),
           settings_(settings),
-          folder_(folder) {}
+          folder_(folder),
+          wanted_(wanted) {}
 
     bool Run() {
         form_.show();
@@ -378,6 +384,9 @@ private:
 
     void Picture(QWidget &widget, const QString &name) {
         Watch(50);
+        if (!wanted_.match(name).hasMatch()) {
+            return;
+        }
         const QString file = folder_ + u'/' + name + QStringLiteral(".png");
         const bool saved = widget.grab().save(file);
         std::printf("%s %s\n", saved ? "picture" : "can't write", qPrintable(file));
@@ -388,6 +397,7 @@ private:
     UserDialogs &dialogs_;
     SettingsStore &settings_;
     QString folder_;
+    QRegularExpression wanted_;
     bool ok_ = true;
 };
 
@@ -434,19 +444,46 @@ bool GiveHelpItsPictures(const QString &tour, const QString &help) {
 
 int main(int argc, char *argv[]) {
     Application application(argc, argv);
-    const QStringList arguments = application.arguments();
-    if (arguments.size() != 2 && arguments.size() != 3) {
-        std::fprintf(stderr, "usage: ztv-tour FOLDER [HELP_FOLDER]\n");
-        return 2;
+    QCommandLineParser options;
+    options.setApplicationDescription(QStringLiteral("Takes a picture of each tab and dialog."));
+    const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("As a dark desktop shows it."));
+    const QCommandLineOption fontSize(QStringLiteral("font-size"),
+                                      QStringLiteral("With the desktop's font larger."),
+                                      QStringLiteral("points"));
+    const QCommandLineOption only(QStringLiteral("only"),
+                                  QStringLiteral("Keep the pictures whose names match this."),
+                                  QStringLiteral("expression"));
+    options.addOptions({dark, fontSize, only});
+    options.addHelpOption();
+    options.addPositionalArgument(QStringLiteral("FOLDER"), QStringLiteral("Where the pictures go."));
+    options.addPositionalArgument(QStringLiteral("HELP_FOLDER"),
+                                  QStringLiteral("The help that gets its pictures anew."),
+                                  QStringLiteral("[HELP_FOLDER]"));
+    options.process(application);
+    const QStringList arguments = options.positionalArguments();
+    if (arguments.isEmpty() || arguments.size() > 2) {
+        options.showHelp(2);
     }
-    const QString &folder = arguments.at(1);
+    if (options.isSet(dark)) {
+        QApplication::setPalette(DarkPalette());
+    }
+    if (options.isSet(fontSize)) {
+        QFont font = QApplication::font();
+        font.setPointSizeF(options.value(fontSize).toDouble());
+        if (font.pointSizeF() <= 0) {
+            std::fprintf(stderr, "A font has a size above 0.\n");
+            return 2;
+        }
+        QApplication::setFont(font);
+    }
+    const QString folder = QDir().absoluteFilePath(arguments.first()); // an upgrade changes the current one
     QDir().mkpath(folder);
     const QTemporaryDir configuration; // a tour leaves no settings behind
     qputenv("XDG_CONFIG_HOME", configuration.path().toLocal8Bit());
 
-    sim::SensorOptions options;
-    options.presets = ProgramFolder() + QStringLiteral("/Presets.fil");
-    sim::SimulatedSensor sensor(options);
+    sim::SensorOptions sensorOptions;
+    sensorOptions.presets = ProgramFolder() + QStringLiteral("/Presets.fil");
+    sim::SimulatedSensor sensor(sensorOptions);
     const QString error = sensor.Start();
     if (!error.isEmpty()) {
         std::fprintf(stderr, "%s\n", qPrintable(error));
@@ -463,7 +500,7 @@ int main(int argc, char *argv[]) {
                    .programFolder = ProgramFolder(),
                    .commandText = QStringLiteral("/CHECKOUT"),
                    .ctrlKeyIsDown = [] { return false; }});
-    const bool toured = Tour(form, dialogs, settings, folder).Run();
-    const bool gave = arguments.size() == 2 || GiveHelpItsPictures(folder, arguments.at(2));
+    const bool toured = Tour(form, dialogs, settings, folder, QRegularExpression(options.value(only))).Run();
+    const bool gave = arguments.size() == 1 || GiveHelpItsPictures(folder, arguments.at(1));
     return toured && gave ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QColor>
 #include <QFont>
-#include <QPalette>
 #include <QRect>
 #include <QString>
 #include <vector>
@@ -41,9 +39,5 @@ struct Fit {
 
 // The font, made smaller where it must be so that each text fits into its width.
 QFont FittingFont(QFont font, const std::vector<Fit> &fits);
-
-// The palette's colour of disabled text, as much nearer to that of its text as reading it takes: for what
-// can't be edited but is there to be read.
-QColor LegibleDisabledText(const QPalette &palette);
 
 } // namespace Controls

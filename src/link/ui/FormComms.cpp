@@ -4,6 +4,7 @@
 #include "link/ui/FormSearch.h"
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
+#include "ui/Colours.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
 #include "ui/FormHelp.h"
@@ -107,6 +108,9 @@ void FormComms::BuildSettings(QVBoxLayout &column) {
     connect(port_, &QLineEdit::textChanged, this, &FormComms::ShowDevice);
     connect(device_, &DeviceBox::DeviceChosen, this, &FormComms::TakeDevice);
     lockedOnline_ = {port_, device_, baudRate_, parityStop_, address_};
+    for (QWidget *control : lockedOnline_) {
+        Colours::KeepLegibleWhileDisabled(*control); // they say what the link was opened with
+    }
 }
 
 void FormComms::BuildStatistics(QVBoxLayout &column) {

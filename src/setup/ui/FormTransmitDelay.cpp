@@ -4,6 +4,7 @@
 #include "setup/TransmitDelay.h"
 #include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
+#include "ui/Colours.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
 #include "ui/FormHelp.h"
@@ -140,9 +141,7 @@ void FormTransmitDelay::BuildResults(QVBoxLayout &column) {
     high_ = Controls::Named(new QLineEdit(this), "TextTransmitDelayHigh");
     for (QLineEdit *box : {low_, high_}) {
         box->setEnabled(false);
-        QPalette colours = box->palette();
-        colours.setColor(QPalette::Disabled, QPalette::Text, Controls::LegibleDisabledText(colours));
-        box->setPalette(colours);
+        Colours::KeepLegibleWhileDisabled(*box);
     }
     AddRow(column, "Label2", "(21) Master Transmit Delay (low)", *low_);
     AddRow(column, "Label3", "(22) Master Transmit Delay (high)", *high_);

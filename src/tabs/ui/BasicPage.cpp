@@ -3,8 +3,10 @@
 #include "model/ParamDefines.h"
 #include "tabs/BasicFields.h"
 #include "tabs/BasicLayout.h"
+#include "tabs/ui/DrawingPainter.h"
 #include "tabs/ui/DrawnFrame.h"
 #include "tabs/ui/RelayMarker.h"
+#include "ui/Colours.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
 
@@ -108,9 +110,7 @@ void BasicPage::BuildLabels() {
     }
     auto *target = static_cast<QLabel *>(WidgetOf(LabelTarget));
     target->setAlignment(Qt::AlignCenter);
-    QPalette onTarget = target->palette();
-    onTarget.setColor(QPalette::WindowText, Qt::white);
-    target->setPalette(onTarget);
+    ColourTarget();
 
     dragLabel_ = static_cast<QLabel *>(WidgetOf(LabelRelayDist));
     dragLabel_->setAlignment(Qt::AlignCenter);
@@ -141,10 +141,7 @@ void BasicPage::BuildFields() {
         box->setProperty("Tag", QString::number(field.tag));
         box->setAccessibleName(caption);
         box->setReadOnly(true); // it shows the sensor's value; typing goes into an editor over it
-        // What can't be edited is still there to be read.
-        QPalette palette = box->palette();
-        palette.setColor(QPalette::Disabled, QPalette::Text, palette.color(QPalette::Active, QPalette::Text));
-        box->setPalette(palette);
+        Colours::KeepLegibleWhileDisabled(*box);
         EntryFocus::SelectAllOnEntry(*box);
         box->installEventFilter(this);
         Keep(boxId, box);
@@ -192,6 +189,9 @@ void BasicPage::Apply(ControlId id) {
         widget->setGeometry(ToPixels(control));
     }
     widget->setVisible(control.visible);
+    if (id == LabelMode || id == FrameActualDist) {
+        PlaceMode();
+    }
     if (IsTextParam(id)) {
         widget->setEnabled(control.enabled);
     }
@@ -214,6 +214,33 @@ void BasicPage::OpenEditor(QLineEdit &box, const QKeyEvent &key) {
         text1_.Open(QChar(u'0' + (key.key() - Qt::Key_0)));
     } else if (key.key() == Qt::Key_Left || key.key() == Qt::Key_Right) {
         text1_.Open();
+    }
+}
+
+// While the distance's caption is over the end of the mode's text, that goes above it.
+void BasicPage::PlaceMode() {
+    const QWidget *distance = WidgetOf(FrameActualDist);
+    const Drawing::Control &control = drawing_.At(LabelMode);
+    QRect place = ToPixels(control);
+    const int end = place.left() + labelMode_->sizeHint().width();
+    if (distance->isVisibleTo(this) && distance->x() < end) {
+        place.moveBottom(distance->y() - 1);
+    }
+    labelMode_->setGeometry(place);
+}
+
+void BasicPage::ColourTarget() {
+    QWidget *target = WidgetOf(LabelTarget);
+    QPalette colours = target->palette();
+    colours.setColor(QPalette::WindowText,
+                     Colours::TextOn(DrawingPainter::ColourOf(Drawing::Colour::Red, colours)));
+    target->setPalette(colours);
+}
+
+void BasicPage::changeEvent(QEvent *event) {
+    TabPage::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && WidgetOf(LabelTarget) != nullptr) {
+        ColourTarget();
     }
 }
 
@@ -267,4 +294,5 @@ void BasicPage::UpdateDisplay() {
     }
     const std::int16_t mode = ParamDefines::AnalogOutputMode;
     labelMode_->setText(QStringLiteral("Mode: ") + zentrova_.FormatRaw(zentrova_.ParamValue(mode), mode));
+    PlaceMode();
 }

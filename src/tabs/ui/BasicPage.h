@@ -35,6 +35,7 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void ChooseFonts();
@@ -46,6 +47,8 @@ private:
     QWidget *WidgetOf(Drawing::ControlId id) const { return widgets_[static_cast<std::size_t>(id)]; }
     QWidget *ParentOf(Drawing::ControlId id);
     void Apply(Drawing::ControlId id);
+    void ColourTarget();
+    void PlaceMode();
     void PlaceDragLabel();
     void OpenEditor(QLineEdit &box, const QKeyEvent &key);
     void ShowChanges();

@@ -4,6 +4,7 @@
 #include "support/Numbers.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/LargeNumber.h"
+#include "ui/Colours.h"
 #include "ui/Controls.h"
 
 #include <QGridLayout>
@@ -32,22 +33,13 @@ QLabel *NewInputLabel(int index, const char *caption) {
     return Controls::Named(NewLabel(caption), Controls::Member("LabelInputs", index));
 }
 
-// What can't be changed here is still there to be read.
-void KeepReadable(QWidget &widget) {
-    QPalette palette = widget.palette();
-    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText}) {
-        palette.setColor(QPalette::Disabled, role, palette.color(QPalette::Active, role));
-    }
-    widget.setPalette(palette);
-}
-
 QLineEdit *NewVoltage(const char *name, const char *spokenName) {
     auto *box = Controls::Named(new QLineEdit, name);
     box->setAccessibleName(QString::fromLatin1(spokenName));
     box->setAlignment(Qt::AlignCenter);
     box->setFixedWidth(voltageWidth);
     box->setEnabled(false);
-    KeepReadable(*box);
+    Colours::KeepLegibleWhileDisabled(*box);
     return box;
 }
 
@@ -185,7 +177,7 @@ QGroupBox *CheckoutPage::BuildClockSel() {
     }
     for (QAbstractButton *option : optionClockSel_->buttons()) {
         option->setEnabled(false);
-        KeepReadable(*option);
+        Colours::KeepLegibleWhileDisabled(*option);
         column->addWidget(option);
     }
     return frame;

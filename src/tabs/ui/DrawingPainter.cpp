@@ -1,28 +1,12 @@
 #include "tabs/ui/DrawingPainter.h"
 
+#include "ui/Colours.h"
+
 #include <QPolygonF>
 #include <algorithm>
 #include <cmath>
 
 namespace {
-
-QColor ColourOf(Drawing::Colour colour, const QPalette &palette) {
-    switch (colour) {
-    case Drawing::Colour::Blue:
-        return {0, 0, 255};
-    case Drawing::Colour::Green:
-        return {0, 128, 0};
-    case Drawing::Colour::Red:
-        return {224, 0, 0};
-    case Drawing::Colour::Olive:
-        return {128, 128, 0};
-    case Drawing::Colour::Gray:
-        return {128, 128, 128};
-    case Drawing::Colour::Text:
-        break;
-    }
-    return palette.color(QPalette::WindowText);
-}
 
 Qt::PenStyle StyleOf(Drawing::LineStyle style) {
     switch (style) {
@@ -44,7 +28,7 @@ double DeviceWidth(const QPainter &painter, int width) {
 }
 
 QPen PenOf(const QPainter &painter, const Drawing::Line &line, const QPalette &palette) {
-    QPen pen(ColourOf(line.colour, palette),
+    QPen pen(DrawingPainter::ColourOf(line.colour, palette),
              DeviceWidth(painter, line.width) / painter.device()->devicePixelRatioF());
     pen.setStyle(StyleOf(line.style));
     pen.setCapStyle(Qt::FlatCap);
@@ -66,6 +50,24 @@ QPointF ToPoint(float x, float y, QPointF origin) {
 } // namespace
 
 namespace DrawingPainter {
+
+QColor ColourOf(Drawing::Colour colour, const QPalette &palette) {
+    switch (colour) {
+    case Drawing::Colour::Blue:
+        return Colours::Of(Colours::Blue, palette);
+    case Drawing::Colour::Green:
+        return Colours::Of(Colours::Green, palette);
+    case Drawing::Colour::Red:
+        return Colours::Of(Colours::Red, palette);
+    case Drawing::Colour::Olive:
+        return Colours::Of(Colours::Olive, palette);
+    case Drawing::Colour::Gray:
+        return Colours::Of(Colours::Gray, palette);
+    case Drawing::Colour::Text:
+        break;
+    }
+    return palette.color(QPalette::WindowText);
+}
 
 void PaintLine(QPainter &painter, const Drawing::Line &line, const QPalette &palette, QPointF origin) {
     QPointF from = ToPoint(line.x1, line.y1, origin);

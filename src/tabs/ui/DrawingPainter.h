@@ -2,6 +2,7 @@
 
 #include "tabs/DrawingElements.h"
 
+#include <QColor>
 #include <QPainter>
 #include <QPalette>
 #include <QPointF>
@@ -14,6 +15,8 @@ namespace DrawingPainter {
 inline double ToPixels(float twips) {
     return static_cast<double>(twips) / 15;
 }
+
+QColor ColourOf(Drawing::Colour colour, const QPalette &palette);
 
 // `origin` is where the coordinates start, in pixels of the painter.
 void PaintLine(QPainter &painter, const Drawing::Line &line, const QPalette &palette, QPointF origin = {});

@@ -3,6 +3,7 @@
 #include "model/Global.h"
 #include "support/Numbers.h"
 #include "tabs/ui/TextBoxEntry.h"
+#include "ui/Colours.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
 #include "ui/FormHelp.h"
@@ -49,9 +50,7 @@ void FormEdit::BuildControls() {
         box->setAccessibleName(option->accessibleName());
         box->setFixedWidth(boxWidth);
         box->setEnabled(false);
-        QPalette colours = box->palette();
-        colours.setColor(QPalette::Disabled, QPalette::Text, Controls::LegibleDisabledText(colours));
-        box->setPalette(colours);
+        Colours::KeepLegibleWhileDisabled(*box);
         grid->addWidget(option, index, 0);
         grid->addWidget(box, index, 1);
         EntryFocus::SelectAllOnEntry(*box);

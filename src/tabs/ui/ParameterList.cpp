@@ -1,5 +1,6 @@
 #include "tabs/ui/ParameterList.h"
 
+#include "ui/Colours.h"
 #include "ui/Controls.h"
 
 #include <QEvent>
@@ -123,6 +124,6 @@ void ParameterList::changeEvent(QEvent *event) {
 }
 
 void ParameterList::ChooseReadOnlyColour() {
-    static_cast<CellDelegate *>(itemDelegate())->readOnlyColour = Controls::LegibleDisabledText(palette());
+    static_cast<CellDelegate *>(itemDelegate())->readOnlyColour = Colours::LegibleDisabledText(palette());
     viewport()->update();
 }

@@ -12,6 +12,7 @@ namespace {
 constexpr int grabPixels = 5; // on either side of the strip
 constexpr float keyStep = Controls::TwipsPerPixel;
 constexpr int highlightAlpha = 90;
+constexpr int numberPixels = 10;
 
 } // namespace
 
@@ -84,6 +85,23 @@ void RelayMarker::LetGoOfKey() {
     }
 }
 
+// Tells the relays apart without their colours. On and off are often close together, so one has it at its
+// upper end and the other at its lower one.
+void RelayMarker::PaintNumber(QPainter &painter, const QColor &colour) {
+    constexpr int relays = 2;
+    QRect place(0, 0, width(), numberPixels + 1);
+    if (number_ >= relays) {
+        place.moveBottom(height() - 1);
+    }
+    painter.fillRect(place.adjusted(2, 0, -2, 0), palette().color(QPalette::Base));
+    QFont number = font();
+    number.setPixelSize(numberPixels);
+    number.setBold(true);
+    painter.setFont(number);
+    painter.setPen(colour);
+    painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip, QString::number(number_ % relays + 1));
+}
+
 void RelayMarker::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     if (hasFocus() || underMouse()) {
@@ -93,4 +111,5 @@ void RelayMarker::paintEvent(QPaintEvent *) {
     }
     const Drawing::Line &line = drawing_.At(Drawing::LineId::LineRelay, number_);
     DrawingPainter::PaintLine(painter, line, palette(), QPointF(grabPixels, 0));
+    PaintNumber(painter, DrawingPainter::ColourOf(line.colour, palette()));
 }

@@ -29,6 +29,7 @@ protected:
 
 private:
     void LetGoOfKey();
+    void PaintNumber(QPainter &painter, const QColor &colour);
 
     const BasicDrawing &drawing_;
     RelayDrag &drag_;
