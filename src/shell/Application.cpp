@@ -1,6 +1,7 @@
 #include "shell/Application.h"
 
 #include "support/ApplicationTitle.h"
+#include "ui/FocusStyle.h"
 
 #ifdef Q_OS_LINUX
 #include <sys/prctl.h>
@@ -22,7 +23,7 @@ void AskForPunctualTimers() {
 Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     setApplicationName(ApplicationTitle());
     setDesktopFileName(QStringLiteral("ztv-link"));
-    setStyle(QStringLiteral("Fusion"));
+    setStyle(new FocusStyle);
     AskForPunctualTimers();
 }
 

@@ -41,6 +41,7 @@ constexpr int stripLeft = 120;
 constexpr int stripTop = 150;
 constexpr int frameLeftInStrip = 250;
 constexpr int frameTopInStrip = 325;
+constexpr int tabFrame = 5; // pixels of a tab above and below its caption
 
 constexpr int titleBarAllowance = 32; // pixels of the window's title that must stay within reach
 
@@ -189,7 +190,10 @@ void FormMain::BuildControls() {
     // A click on a tab takes the focus too: what is being edited is checked before the page goes.
     tabStrip1_->tabBar()->setFocusPolicy(Qt::StrongFocus);
     // The pages lie over the strip, close below its tabs.
-    tabStrip1_->tabBar()->setFixedHeight(Controls::FromTwips(0, 0, 0, frameTopInStrip).height());
+    const int tabHeight = Controls::FromTwips(0, 0, 0, frameTopInStrip).height();
+    tabStrip1_->tabBar()->setFixedHeight(tabHeight);
+    tabStrip1_->tabBar()->setFont(
+        Controls::FittingFont(font(), {{.text = {}, .width = 0, .height = tabHeight - tabFrame}}));
     for (const Tab::Description &tab : Tab::Table) {
         if (tab.number != Tab::Checkout || options_.CheckoutEnabled) {
             AddTab(tab, tab.caption);

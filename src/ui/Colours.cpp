@@ -24,9 +24,9 @@ QColor Between(const QColor &from, const QColor &to, double part) {
                             mix(from.blueF(), to.blueF()));
 }
 
-class Legible : public QObject {
+class LegibilityKeeper : public QObject {
 public:
-    explicit Legible(QWidget &control) : QObject(&control), control_(control) {
+    LegibilityKeeper(QWidget &control, Legible what) : QObject(&control), control_(control), what_(what) {
         control.installEventFilter(this);
         Colour();
     }
@@ -50,15 +50,17 @@ private:
         }
         colouring_ = true;
         QPalette palette = control_.palette();
-        const QColor colour = LegibleDisabledText(palette);
+        const QColor dimmed = LegibleDisabledText(palette);
         for (const QPalette::ColorRole role : roles_) {
-            palette.setColor(QPalette::Disabled, role, colour);
+            palette.setColor(QPalette::Disabled, role,
+                             what_ == Legible::Entry ? dimmed : palette.color(QPalette::Active, role));
         }
         control_.setPalette(palette);
         colouring_ = false;
     }
 
     QWidget &control_;
+    Legible what_;
     bool colouring_ = false;
 };
 
@@ -100,8 +102,8 @@ QColor LegibleDisabledText(const QPalette &palette) {
     return colour;
 }
 
-void KeepLegibleWhileDisabled(QWidget &control) {
-    new Legible(control);
+void KeepLegibleWhileDisabled(QWidget &control, Legible what) {
+    new LegibilityKeeper(control, what);
 }
 
 } // namespace Colours

@@ -31,7 +31,9 @@ double Contrast(const QColor &one, const QColor &other);
 // can't be edited but is there to be read.
 QColor LegibleDisabledText(const QPalette &palette);
 
-// Gives the control that colour while it is disabled, in whichever palette it gets.
-void KeepLegibleWhileDisabled(QWidget &control);
+// Gives the control that colour while it is disabled, in whichever palette it gets. A `reading`, which nobody
+// could ever edit, has the colour of text.
+enum class Legible { Entry, Reading };
+void KeepLegibleWhileDisabled(QWidget &control, Legible what = Legible::Entry);
 
 } // namespace Colours

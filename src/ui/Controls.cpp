@@ -30,10 +30,14 @@ QString SpokenCaption(const QString &caption) {
     return spoken.remove(u'&');
 }
 
-QFont FittingFont(QFont font, const std::vector<Fit> &fits) {
+QFont FittingFont(QFont font, const std::vector<Fit> &places) {
     int pixels = QFontInfo(font).pixelSize();
-    for (const Fit &fit : fits) {
-        while (pixels > smallestLegiblePixels && QFontMetrics(font).horizontalAdvance(fit.text) > fit.width) {
+    for (const Fit &fit : places) {
+        const auto fits = [&] {
+            const QFontMetrics metrics(font);
+            return metrics.horizontalAdvance(fit.text) <= fit.width && metrics.height() <= fit.height;
+        };
+        while (pixels > smallestLegiblePixels && !fits()) {
             font.setPixelSize(--pixels);
         }
     }

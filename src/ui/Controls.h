@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QRect>
 #include <QString>
+#include <QWidget>
 #include <vector>
 
 // What all forms share in building their controls.
@@ -35,9 +36,10 @@ QString SpokenCaption(const QString &caption);
 struct Fit {
     QString text;
     int width;
+    int height = QWIDGETSIZE_MAX;
 };
 
-// The font, made smaller where it must be so that each text fits into its width.
-QFont FittingFont(QFont font, const std::vector<Fit> &fits);
+// The font, made smaller where it must be so that each text fits into its place.
+QFont FittingFont(QFont font, const std::vector<Fit> &places);
 
 } // namespace Controls

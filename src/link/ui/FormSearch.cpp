@@ -3,6 +3,7 @@
 #include "link/ui/ResultsList.h"
 #include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
+#include "ui/Colours.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
 #include "ui/FormHelp.h"
@@ -132,6 +133,7 @@ QWidget *FormSearch::BuildAddressRange() {
         box->setAccessibleName(QString::fromLatin1(boxes[i].accessibleName));
         box->setFixedWidth(WidthOf(*box, QStringLiteral("0000")) + 2 * sectionGap);
         box->setEnabled(false);
+        Colours::KeepLegibleWhileDisabled(*box);
         EntryFocus::SelectAllOnEntry(*box);
         EntryFocus::ValidateOnLeave(*box, [this, i] { return AddressRangeIsValid(i); });
         textAddressRange_[i] = box;

@@ -53,6 +53,13 @@ RollGraphic::RollGraphic(QWidget *parent) : StepPicture(QStringLiteral(":/wizard
     new Circle("ShapeMax", fullRadius, QColor(0xe0, 0xf7, 0xfa), QPen(QColor(0x00, 0x83, 0x8f), 2), this);
     new Circle("ShapeCore", coreRadius, QColor(0xb0, 0xbe, 0xc5), QPen(ink, 2), this);
     new StepPicture(QStringLiteral(":/wizard/roll-measures.svg"), this);
+    QFont font = this->font();
+    font.setBold(true);
+    for (const Value &value : values) { // one size for all
+        font = Controls::FittingFont(font, {{.text = QStringLiteral("200.00"),
+                                             .width = value.place.width(),
+                                             .height = value.place.height()}});
+    }
     std::size_t index = 0;
     for (const Value &value : values) {
         auto *label =
@@ -63,9 +70,7 @@ RollGraphic::RollGraphic(QWidget *parent) : StepPicture(QStringLiteral(":/wizard
         QPalette colours = label->palette(); // of the drawing, in any colour scheme
         colours.setColor(QPalette::WindowText, ink);
         label->setPalette(colours);
-        QFont font = label->font();
-        font.setBold(true);
-        label->setFont(Controls::FittingFont(font, {{QStringLiteral("200.00"), value.place.width()}}));
+        label->setFont(font);
         labelGraphic_[index++] = label;
     }
 }

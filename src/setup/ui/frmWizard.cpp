@@ -286,7 +286,7 @@ void frmWizard::BuildCoreDistance() {
                               "Load an empty Core and verify current distance reading below. Once verified, "
                               "click the Record button."));
     QGridLayout *grid = BuildRecording(WizardSteps::AtCore);
-    grid->addWidget(commandRecordDistance_[WizardSteps::AtCore], 2, 1, 1, 2);
+    grid->addWidget(commandRecordDistance_[WizardSteps::AtCore], 2, 1, 1, 2, Qt::AlignLeft);
     struct Row {
         QLabel *&label;
         const char *name;

@@ -53,6 +53,7 @@ HelpWindow::HelpWindow(HelpTopics topics, std::function<bool(const QUrl &)> open
     lists_->addTab(BuildContents(), QStringLiteral("&Contents"));
     lists_->addTab(BuildIndex(), QStringLiteral("&Index"));
     lists_->addTab(BuildSearch(), QStringLiteral("&Search"));
+    lists_->setUsesScrollButtons(false); // all three are always there
     auto *halves = new QSplitter;
     halves->addWidget(lists_);
     halves->addWidget(page_);

@@ -24,6 +24,7 @@ constexpr int listLeft = 150;
 constexpr int listTop = 180;
 constexpr int listWidthLess = 300; // than the page
 constexpr int listHeightLess = 900;
+constexpr int optionMark = 24; // pixels
 constexpr int firstOptionBelowList = 100;
 constexpr int secondOptionBelowFirst = 10;
 constexpr int refreshBelowList = 225;
@@ -109,6 +110,9 @@ void AdvancedPage::BuildControls() {
                                        Controls::Member("OptionViewParameters", index));
         option->setAccessibleName(option->text());
         option->setToolTip(QString::fromLatin1(toolTips[i]));
+        option->setFont(Controls::FittingFont(font(), {{.text = option->text(),
+                                                        .width = Pixels(optionWidth) - optionMark,
+                                                        .height = Pixels(optionHeight)}}));
         optionViewParameters_[i] = option;
     }
 

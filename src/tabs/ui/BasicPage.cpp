@@ -100,7 +100,7 @@ void BasicPage::BuildLabels() {
         Keep(id, label);
     }
     labelMode_ = static_cast<QLabel *>(WidgetOf(LabelMode));
-    labelMode_->setFont(font());
+    labelMode_->setFont(modeFont_);
     labelMode_->setToolTip(TagToolTip(ParamDefines::AnalogOutputMode));
 
     for (const ControlId id : {Label2, Label3}) {
@@ -141,7 +141,7 @@ void BasicPage::BuildFields() {
         box->setProperty("Tag", QString::number(field.tag));
         box->setAccessibleName(caption);
         box->setReadOnly(true); // it shows the sensor's value; typing goes into an editor over it
-        Colours::KeepLegibleWhileDisabled(*box);
+        Colours::KeepLegibleWhileDisabled(*box, Colours::Legible::Reading);
         EntryFocus::SelectAllOnEntry(*box);
         box->installEventFilter(this);
         Keep(boxId, box);
@@ -168,13 +168,18 @@ void BasicPage::ChooseFonts() {
     for (const BasicFields::Field &field : BasicFields::Table) {
         const QString caption = QString::fromLatin1(field.caption);
         for (const QString &line : Wraps(field) ? caption.split(u' ') : QStringList{caption}) {
-            labels.push_back({.text = line, .width = ToPixels(field.label.width)});
+            labels.push_back({.text = line,
+                              .width = ToPixels(field.label.width),
+                              .height = ToPixels(BasicFields::LabelHeight)});
         }
         boxes.push_back({.text = zentrova_.FormatRaw(zentrova_.ParamMax(field.tag), field.tag),
                          .width = ToPixels(BasicFields::BoxWidth) - boxPadding});
     }
     labelFont_ = Controls::FittingFont(font(), labels);
     boxFont_ = Controls::FittingFont(font(), boxes);
+    modeFont_ = Controls::FittingFont(font(), {{.text = {},
+                                                .width = ToPixels(BasicFields::LabelMode.width),
+                                                .height = ToPixels(BasicFields::LabelMode.height)}});
 }
 
 void BasicPage::Apply(ControlId id) {
@@ -231,9 +236,9 @@ void BasicPage::PlaceMode() {
 
 void BasicPage::ColourTarget() {
     QWidget *target = WidgetOf(LabelTarget);
-    QPalette colours = target->palette();
+    QPalette colours;
     colours.setColor(QPalette::WindowText,
-                     Colours::TextOn(DrawingPainter::ColourOf(Drawing::Colour::Red, colours)));
+                     Colours::TextOn(DrawingPainter::ColourOf(Drawing::Colour::Red, palette())));
     target->setPalette(colours);
 }
 

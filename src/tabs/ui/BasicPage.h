@@ -62,6 +62,7 @@ private:
     std::vector<QWidget *> widgets_; // by ControlId
     QFont labelFont_;
     QFont boxFont_;
+    QFont modeFont_;
     QLabel *labelMode_ = nullptr;
     QLabel *dragLabel_ = nullptr;
     std::vector<QLineEdit *> textParams_;

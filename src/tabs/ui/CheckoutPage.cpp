@@ -7,9 +7,12 @@
 #include "ui/Colours.h"
 #include "ui/Controls.h"
 
+#include <QApplication>
+#include <QFontInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QRadioButton>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
 using ImageListCheckout::Key;
@@ -19,6 +22,7 @@ namespace {
 constexpr int voltageWidth = 90;
 constexpr int gap = 10;
 constexpr int smallGap = 6;
+constexpr int smallestPixels = 8;
 constexpr int leastNumberHeight = 64;
 
 QGroupBox *NewFrame(const char *name, const char *caption) {
@@ -39,7 +43,7 @@ QLineEdit *NewVoltage(const char *name, const char *spokenName) {
     box->setAlignment(Qt::AlignCenter);
     box->setFixedWidth(voltageWidth);
     box->setEnabled(false);
-    Colours::KeepLegibleWhileDisabled(*box);
+    Colours::KeepLegibleWhileDisabled(*box, Colours::Legible::Reading);
     return box;
 }
 
@@ -177,7 +181,7 @@ QGroupBox *CheckoutPage::BuildClockSel() {
     }
     for (QAbstractButton *option : optionClockSel_->buttons()) {
         option->setEnabled(false);
-        Colours::KeepLegibleWhileDisabled(*option);
+        Colours::KeepLegibleWhileDisabled(*option, Colours::Legible::Reading);
         column->addWidget(option);
     }
     return frame;
@@ -266,6 +270,29 @@ QGroupBox *CheckoutPage::BuildDistRange() {
         }
     });
     return frame;
+}
+
+// The desktop's font, made smaller where the page can't hold all of it.
+void CheckoutPage::FitFont() {
+    if (fittingFont_ || layout() == nullptr) {
+        return;
+    }
+    const QScopedValueRollback<bool> guard(fittingFont_, true);
+    QFont fitting = parentWidget() == nullptr ? QApplication::font() : parentWidget()->font();
+    for (int pixels = QFontInfo(fitting).pixelSize();; --pixels) {
+        setFont(fitting);
+        layout()->activate();
+        const QSize least = layout()->totalMinimumSize();
+        if (pixels <= smallestPixels || (least.width() <= width() && least.height() <= height())) {
+            break;
+        }
+        fitting.setPixelSize(pixels - 1);
+    }
+}
+
+void CheckoutPage::resizeEvent(QResizeEvent *event) {
+    TabPage::resizeEvent(event);
+    FitFont();
 }
 
 // At once, since what follows a change of tab goes by the output's mode.

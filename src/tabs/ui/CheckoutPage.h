@@ -28,10 +28,14 @@ public:
 
     void UpdateDisplay() override;
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 Q_SIGNALS:
     void Finished(); // all that was clicked is written, maybe after the user has gone to another page
 
 private:
+    void FitFont();
     QGroupBox *BuildRelays();
     QGroupBox *BuildClkOut();
     QGroupBox *BuildDigInputs();
@@ -65,4 +69,5 @@ private:
     QPushButton *commandNext_ = nullptr;
     QPushButton *commandReInit_ = nullptr;
     QLabel *labelDist_ = nullptr;
+    bool fittingFont_ = false;
 };

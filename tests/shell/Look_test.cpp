@@ -1,0 +1,645 @@
+// How all forms look: names, mnemonics, the order of Tab, the focus, contrast, and texts that aren't cut off.
+
+#include "tests/support/MainForm.h"
+#include "tests/support/Printers.h"
+#include "tests/support/Wait.h"
+
+#include "firmware/ui/FormUpgradeFirmware.h"
+#include "link/ui/FormComms.h"
+#include "link/ui/FormReadWrite.h"
+#include "link/ui/FormSearch.h"
+#include "model/ParamDefines.h"
+#include "setup/ui/FormTransmitDelay.h"
+#include "setup/ui/frmWizard.h"
+#include "shell/AboutContents.h"
+#include "support/ui/FormAbout.h"
+#include "support/ui/HelpViewer.h"
+#include "support/ui/HelpWindow.h"
+#include "tabs/ui/FormEdit.h"
+#include "tabs/ui/RelayMarker.h"
+#include "tools/DarkPalette.h"
+#include "ui/Colours.h"
+
+#include <QAccessible>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QToolButton>
+#include <QTreeView>
+#include <limits>
+#include <set>
+
+namespace {
+
+constexpr double textContrast = 4.5;
+constexpr double dimmedContrast = 3;
+
+struct Desktop {
+    const char *name;
+    bool dark;
+    double fontScale;
+};
+
+constexpr Desktop light{"light", false, 1};
+constexpr Desktop dark{"dark", true, 1};
+constexpr Desktop largeFont{"large font", false, 1.5};
+
+// The desktop of one test; afterwards the one before is back.
+class OnDesktop {
+public:
+    explicit OnDesktop(const Desktop &desktop) {
+        if (desktop.dark) {
+            QApplication::setPalette(DarkPalette());
+        }
+        QFont font = font_;
+        font.setPointSizeF(font.pointSizeF() * desktop.fontScale);
+        QApplication::setFont(font);
+    }
+    ~OnDesktop() {
+        QApplication::setPalette(palette_);
+        QApplication::setFont(font_);
+    }
+    OnDesktop(const OnDesktop &) = delete;
+    OnDesktop &operator=(const OnDesktop &) = delete;
+
+private:
+    QPalette palette_ = QApplication::palette();
+    QFont font_ = QApplication::font();
+};
+
+bool IsOwnPartOfQt(const QWidget &widget) {
+    return widget.objectName().startsWith(QStringLiteral("qt_")) || widget.inherits("QTipLabel") ||
+           widget.inherits("QSizeGrip") || widget.inherits("QComboBoxPrivateContainer");
+}
+
+template <typename Widget = QWidget>
+std::vector<Widget *> Shown(QWidget &form) {
+    std::vector<Widget *> shown;
+    for (Widget *widget : form.findChildren<Widget *>()) {
+        if (widget->isVisible() && widget->window() == &form && !IsOwnPartOfQt(*widget)) {
+            shown.push_back(widget);
+        }
+    }
+    return shown;
+}
+
+// Those that Tab can come to.
+std::vector<QWidget *> Reachable(QWidget &form) {
+    std::vector<QWidget *> reachable;
+    for (QWidget *widget : Shown(form)) {
+        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled() &&
+            widget->focusProxy() == nullptr) {
+            reachable.push_back(widget);
+        }
+    }
+    return reachable;
+}
+
+QString MnemonicOf(const QString &caption) {
+    return QKeySequence::mnemonic(caption).toString();
+}
+
+QString CaptionOf(const QWidget &widget) {
+    if (const auto *button = qobject_cast<const QAbstractButton *>(&widget)) {
+        return button->text();
+    }
+    if (const auto *group = qobject_cast<const QGroupBox *>(&widget)) {
+        return group->title();
+    }
+    const auto *label = qobject_cast<const QLabel *>(&widget);
+    return label == nullptr || label->buddy() == nullptr ? QString() : label->text();
+}
+
+std::string Naming(const QString &form, const QWidget &widget) {
+    return qPrintable(form + QStringLiteral(": ") + QLatin1String(widget.metaObject()->className()) + u' ' +
+                      widget.objectName());
+}
+
+} // namespace
+
+class LookTest : public MainFormTest {
+protected:
+    HelpEngine &Engine() override { return viewer_; }
+
+    using Visit = std::function<void(QWidget &form, const QString &name)>;
+
+    // Builds the forms on that desktop and calls visit for each, in each of its states, while it shows.
+    void VisitForms(const Desktop &desktop, const Visit &visit) {
+        const OnDesktop here(desktop);
+        const QString on = QLatin1String(desktop.name) + QStringLiteral(", ");
+        Start(QStringLiteral("/checkout"));
+        auto &strip = Ui().Get<QTabWidget>("TabStrip1");
+        for (int tab = 0; tab < strip.count(); ++tab) {
+            strip.setCurrentIndex(tab);
+            Show(*form_, on + strip.tabText(tab), visit);
+        }
+        ClassMyHtmlHelp &help = form_->hHelp();
+        FormReadWrite direction(help);
+        ShowAndClose(direction, on, visit);
+        FormComms comms(form_->Link(), form_->Zentrova(), dialogs_, settings_, help);
+        ShowAndClose(comms, on, visit);
+        FormSearch search(form_->Link(), form_->Zentrova(), dialogs_, help,
+                          {.port = 1, .baud = 4, .parityStop = 1});
+        ShowAndClose(search, on, visit);
+        FormTransmitDelay calculator(form_->Zentrova(), form_->Link(), dialogs_, help);
+        ShowAndClose(calculator, on, visit);
+        EntryRules rules(form_->Zentrova(), dialogs_);
+        FormEdit edit(rules, dialogs_, help);
+        edit.RawMax = 4095;
+        edit.EngMax = 10;
+        edit.SetEntry(QStringLiteral("0"), QStringLiteral("40"));
+        ShowAndClose(edit, on, visit);
+        FormAbout about(AboutContents(form_->Zentrova(), settings_), {}, help);
+        ShowAndClose(about, on, visit);
+        VisitUpgrade(on, visit);
+        VisitWizard(on, visit);
+        VisitHelp(on, visit);
+        form_.reset();
+    }
+
+private:
+    static void Show(QWidget &form, const QString &name, const Visit &visit) {
+        form.show();
+        form.activateWindow();
+        ASSERT_TRUE(WaitUntil([&form] { return form.isActiveWindow(); }));
+        Settle();
+        visit(form, name);
+    }
+
+    static void ShowAndClose(QWidget &form, const QString &on, const Visit &visit) {
+        Show(form, on + form.objectName(), visit);
+        form.close();
+    }
+
+    void VisitUpgrade(const QString &on, const Visit &visit) {
+        BootComm boot([](auto &, auto) { return nullptr; });
+        FormUpgradeFirmware upgrade({.bootComm = boot,
+                                     .link = form_->Link(),
+                                     .zentrova = form_->Zentrova(),
+                                     .dialogs = dialogs_,
+                                     .help = form_->hHelp(),
+                                     .programFolder = presets_,
+                                     .showInEditor = [](auto &, auto &) { return false; }});
+        Show(upgrade, on + QStringLiteral("upgrade"), visit);
+        QTest::mouseClick(&Form(upgrade).Get<QLabel>("lblTitle"), Qt::LeftButton, Qt::ControlModifier);
+        QTest::keyRelease(&upgrade, Qt::Key_Control); // for the tests to come
+        EXPECT_TRUE(Form(upgrade).Get<QWidget>("Frame1").isVisible());
+        Show(upgrade, on + QStringLiteral("upgrade with its panel"), visit);
+        upgrade.close();
+    }
+
+    static void Record(const Form &ui, int place) {
+        const std::string reading = "LabelActualDistance(" + std::to_string(place) + ')';
+        EXPECT_TRUE(WaitUntil([&] { return ui.Text(reading.c_str()) != QStringLiteral("---.--"); }));
+        ui.Press(("CommandRecordDistance(" + std::to_string(place) + ')').c_str());
+    }
+
+    // Each step, by both ways.
+    void VisitWizard(const QString &on, const Visit &visit) {
+        for (const bool distance : {true, false}) {
+            frmWizard wizard(form_->Zentrova(), dialogs_, form_->hHelp());
+            const Form ui(wizard);
+            const auto leave = [&] {
+                Show(wizard, on + QStringLiteral("wizard"), visit);
+                ui.Press("cmdNav(3)");
+            };
+            const auto type = [&](const char *box, const char *text) {
+                ui.Get<QLineEdit>(box).setText(QString::fromLatin1(text));
+            };
+            leave();
+            ui.Get<QAbstractButton>(distance ? "OptionZentrovaMode(0)" : "OptionZentrovaMode(1)").click();
+            leave();
+            if (distance) {
+                type("TextVoltageOutput(0)", "10");
+                Record(ui, 0);
+                leave();
+                type("TextVoltageOutput(1)", "0");
+                Record(ui, 1);
+                leave();
+            } else {
+                type("TextCoreDia", "199.99");
+                type("TextMaxDia", "200.00");
+                leave();
+                Record(ui, 2);
+                leave();
+                ui.Get<QAbstractButton>("OptionDriveMode(0)").click();
+                leave();
+            }
+            EXPECT_TRUE(ui.Enabled("cmdNav(4)"));
+            Show(wizard, on + QStringLiteral("wizard's end"), visit);
+            wizard.close();
+        }
+    }
+
+    void VisitHelp(const QString &on, const Visit &visit) {
+        form_->hHelp().HHDisplayContents(form_->winId());
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            auto *help = qobject_cast<HelpWindow *>(window);
+            for (int list = 0; help != nullptr && list < 3; ++list) {
+                Form(*help).Get<QTabWidget>("Lists").setCurrentIndex(list);
+                Show(*help, on + QStringLiteral("help"), visit);
+            }
+            if (help != nullptr) {
+                help->close();
+            }
+        }
+    }
+
+    HelpViewer viewer_{dialogs_, [](const QUrl &) { return false; }};
+};
+
+// Names. --------------------------------------------------------------------------------------------
+
+TEST_F(LookTest, EachControlThatTakesTheFocusHasAName) {
+    QAccessible::setActive(true);
+    VisitForms(light, [](QWidget &form, const QString &name) {
+        for (QWidget *widget : Shown(form)) {
+            if (widget->focusPolicy() == Qt::NoFocus || qobject_cast<QTabWidget *>(widget) != nullptr ||
+                qobject_cast<QTabBar *>(widget) != nullptr) {
+                continue; // a strip's tabs have the names
+            }
+            QAccessibleInterface *seen = QAccessible::queryAccessibleInterface(widget);
+            ASSERT_NE(seen, nullptr);
+            EXPECT_FALSE(seen->text(QAccessible::Name).isEmpty()) << Naming(name, *widget);
+        }
+    });
+    QAccessible::setActive(false);
+}
+
+TEST_F(LookTest, AMnemonicLeadsToOneControlOfAForm) {
+    VisitForms(light, [](QWidget &form, const QString &name) {
+        std::set<QString> taken;
+        const auto take = [&](std::set<QString> &among, const QString &caption) {
+            const QString mnemonic = MnemonicOf(caption);
+            EXPECT_TRUE(mnemonic.isEmpty() || among.insert(mnemonic).second)
+                << qPrintable(name) << ": " << qPrintable(caption);
+        };
+        for (const QWidget *widget : Shown(form)) {
+            if (qobject_cast<const QToolButton *>(widget) == nullptr ||
+                qobject_cast<const QToolButton *>(widget)->defaultAction() == nullptr) {
+                take(taken, CaptionOf(*widget));
+            }
+            if (const auto *strip = qobject_cast<const QTabBar *>(widget)) {
+                for (int tab = 0; tab < strip->count(); ++tab) {
+                    take(taken, strip->tabText(tab));
+                }
+            } else if (const auto *menus = qobject_cast<const QMenuBar *>(widget)) {
+                for (const QAction *menu : menus->actions()) {
+                    take(taken, menu->text());
+                    std::set<QString> within;
+                    for (const QAction *entry : menu->menu()->actions()) {
+                        take(within, entry->text());
+                    }
+                }
+            }
+        }
+    });
+}
+
+// The focus. ----------------------------------------------------------------------------------------
+
+namespace {
+
+// Tab pressed from the first control on, until it is back there.
+std::vector<QWidget *> InTabOrder(QWidget &form) {
+    constexpr int most = 400; // links of a page are gone through one by one
+    QWidget *first = form.nextInFocusChain();
+    const std::vector<QWidget *> reachable = Reachable(form);
+    while (std::find(reachable.begin(), reachable.end(), first) == reachable.end() && first != &form) {
+        first = first->nextInFocusChain();
+    }
+    std::vector<QWidget *> order{first};
+    first->setFocus(Qt::TabFocusReason);
+    for (int press = 0; press < most; ++press) {
+        QTest::keyClick(form.focusWidget(), Qt::Key_Tab);
+        if (form.focusWidget() == first) {
+            break;
+        }
+        if (form.focusWidget() != order.back()) {
+            order.push_back(form.focusWidget());
+        }
+    }
+    return order;
+}
+
+// Neither below what was before nor to the right of it.
+bool GoesBack(const QRect &before, const QRect &next) {
+    const bool sameRow = before.top() <= next.center().y() && next.center().y() <= before.bottom();
+    return sameRow ? next.left() < before.left()
+                   : next.center().y() < before.center().y() && next.left() <= before.left();
+}
+
+QRect PlaceIn(const QWidget &form, const QWidget &widget) {
+    return {widget.mapTo(&form, QPoint()), widget.size()};
+}
+
+} // namespace
+
+TEST_F(LookTest, TabComesToEveryControlInTheOrderOfReading) {
+    VisitForms(light, [](QWidget &form, const QString &name) {
+        const std::vector<QWidget *> order = InTabOrder(form);
+        const std::set<QWidget *> visited(order.begin(), order.end());
+        EXPECT_EQ(visited.size(), order.size()) << qPrintable(name);
+        for (QWidget *widget : Reachable(form)) {
+            EXPECT_TRUE(visited.contains(widget)) << "Tab never comes to " << Naming(name, *widget);
+        }
+        // A ring goes back once, wherever it starts.
+        std::string goesBack;
+        int times = 0;
+        for (std::size_t i = 0; i < order.size(); ++i) {
+            const QWidget &next = *order[(i + 1) % order.size()];
+            const bool moves = order[i]->inherits("RelayMarker") || next.inherits("RelayMarker");
+            if (!moves && GoesBack(PlaceIn(form, *order[i]), PlaceIn(form, next))) {
+                ++times;
+                goesBack += Naming(name, *order[i]) + ", then " + Naming(name, next) + '\n';
+            }
+        }
+        EXPECT_LE(times, 1) << goesBack;
+    });
+}
+
+TEST_F(LookTest, TheFocusCanBeSeen) {
+    for (const Desktop &desktop : {light, dark}) {
+        VisitForms(desktop, [](QWidget &form, const QString &name) {
+            for (QWidget *widget : Reachable(form)) {
+                const auto picture = [&] { return widget->grab().toImage(); };
+                form.setAttribute(Qt::WA_KeyboardFocusChange); // as a press of Tab does
+                widget->setFocus(Qt::TabFocusReason);
+                const QImage focused = picture();
+                widget->clearFocus();
+                EXPECT_NE(picture(), focused) << Naming(name, *widget);
+            }
+        });
+    }
+}
+
+// Contrast. -----------------------------------------------------------------------------------------
+
+namespace {
+
+QColor CommonestColour(const QImage &picture) {
+    QHash<QRgb, int> counts;
+    QRgb commonest = picture.pixel(0, 0);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QRgb colour = picture.pixel(x, y);
+            if (++counts[colour] > counts[commonest]) {
+                commonest = colour;
+            }
+        }
+    }
+    return QColor::fromRgb(commonest);
+}
+
+// What the control writes its text with.
+std::optional<QPalette::ColorRole> RoleOfText(const QWidget &widget) {
+    const auto *label = qobject_cast<const QLabel *>(&widget);
+    if (label != nullptr && !label->text().isEmpty()) {
+        return label->foregroundRole();
+    }
+    if (const auto *box = qobject_cast<const QLineEdit *>(&widget);
+        box != nullptr && !box->text().isEmpty()) {
+        return QPalette::Text;
+    }
+    if (qobject_cast<const QPushButton *>(&widget) != nullptr ||
+        qobject_cast<const QComboBox *>(&widget) != nullptr) {
+        return QPalette::ButtonText;
+    }
+    if (const auto *tool = qobject_cast<const QToolButton *>(&widget)) {
+        const bool hasText = tool->toolButtonStyle() != Qt::ToolButtonIconOnly;
+        return hasText ? std::optional(QPalette::ButtonText) : std::nullopt;
+    }
+    const auto *button = qobject_cast<const QAbstractButton *>(&widget);
+    return button != nullptr && !button->text().isEmpty() ? std::optional(QPalette::WindowText)
+                                                          : std::nullopt;
+}
+
+bool CarriesInformationWhileDisabled(const QWidget &widget) {
+    return qobject_cast<const QLineEdit *>(&widget) != nullptr ||
+           qobject_cast<const QComboBox *>(&widget) != nullptr ||
+           qobject_cast<const QLabel *>(&widget) != nullptr;
+}
+
+} // namespace
+
+TEST_F(LookTest, TextsStandOutFromTheirGround) {
+    for (const Desktop &desktop : {light, dark}) {
+        VisitForms(desktop, [](QWidget &form, const QString &name) {
+            if (QWidget *focus = form.focusWidget()) {
+                focus->clearFocus(); // a selection has colours of its own
+            }
+            const QImage picture = form.grab().toImage();
+            for (const QWidget *widget : Shown(form)) {
+                const std::optional<QPalette::ColorRole> role = RoleOfText(*widget);
+                if (!role || (!widget->isEnabled() && !CarriesInformationWhileDisabled(*widget))) {
+                    continue;
+                }
+                const int frame = qobject_cast<const QPushButton *>(widget) != nullptr ? 4 : 0;
+                const QRect place =
+                    PlaceIn(form, *widget).adjusted(frame, frame, -frame, -frame) & picture.rect();
+                if (place.isEmpty()) {
+                    continue;
+                }
+                const QColor ground = CommonestColour(picture.copy(place));
+                const QColor text = widget->palette().color(
+                    widget->isEnabled() ? QPalette::Active : QPalette::Disabled, *role);
+                EXPECT_GE(Colours::Contrast(text, ground),
+                          widget->isEnabled() ? textContrast : dimmedContrast)
+                    << Naming(name, *widget) << ": " << qPrintable(text.name()) << " on "
+                    << qPrintable(ground.name());
+            }
+        });
+    }
+}
+
+TEST_F(LookTest, TheChartsColoursStandOutFromBothGrounds) {
+    for (const QPalette &palette : {QApplication::palette(), DarkPalette()}) {
+        for (const Colours::Pair &pair :
+             {Colours::Blue, Colours::Green, Colours::Red, Colours::Olive, Colours::Gray}) {
+            const QColor colour = Colours::Of(pair, palette);
+            EXPECT_GE(Colours::Contrast(colour, palette.color(QPalette::Base)), 3)
+                << qPrintable(colour.name());
+        }
+    }
+}
+
+TEST_F(LookTest, FollowsADesktopThatTurnsDark) {
+    Start();
+    const QColor before = Ui().Get<QLabel>("LabelTarget").palette().color(QPalette::WindowText);
+    auto &box = Ui().Get<QLineEdit>("TextParam(6)");
+    const QColor text = box.palette().color(QPalette::Disabled, QPalette::Text);
+    {
+        const OnDesktop here(dark);
+        Settle();
+        EXPECT_NE(Ui().Get<QLabel>("LabelTarget").palette().color(QPalette::WindowText), before);
+        EXPECT_EQ(box.palette().color(QPalette::Disabled, QPalette::Text),
+                  DarkPalette().color(QPalette::Text));
+        const QImage chart = Ui().Get<QWidget>("FrameGraph").grab().toImage();
+        EXPECT_LT(chart.pixelColor(chart.width() / 4, chart.height() / 3).lightness(), 100);
+    }
+    Settle();
+    EXPECT_EQ(Ui().Get<QLabel>("LabelTarget").palette().color(QPalette::WindowText), before);
+    EXPECT_EQ(box.palette().color(QPalette::Disabled, QPalette::Text), text);
+}
+
+TEST_F(LookTest, RelaysCanBeToldApartWithoutColour) {
+    Start();
+    const auto grey = [this](const char *name) {
+        QWidget &marker = Ui().Get<RelayMarker>(name);
+        marker.resize(12, 145);
+        return marker.grab().toImage().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
+    };
+    EXPECT_NE(grey("PicRelay(0)"), grey("PicRelay(1)"));
+    EXPECT_NE(grey("PicRelay(2)"), grey("PicRelay(3)"));
+    EXPECT_NE(grey("PicRelay(0)"), grey("PicRelay(2)"));
+}
+
+// Texts in full. ------------------------------------------------------------------------------------
+
+namespace {
+
+// The room that a control has for its text; none where the control cuts nothing off.
+std::optional<QSize> RoomForText(const QWidget &widget) {
+    const QStyle &style = *widget.style();
+    const auto button = [&](QStyle::SubElement element) {
+        QStyleOptionButton option;
+        option.initFrom(&widget);
+        return style.subElementRect(element, &option, &widget).size();
+    };
+    if (qobject_cast<const QPushButton *>(&widget) != nullptr) {
+        return button(QStyle::SE_PushButtonContents);
+    }
+    if (qobject_cast<const QRadioButton *>(&widget) != nullptr) {
+        return button(QStyle::SE_RadioButtonContents);
+    }
+    if (qobject_cast<const QCheckBox *>(&widget) != nullptr) {
+        return button(QStyle::SE_CheckBoxContents);
+    }
+    if (const auto *box = qobject_cast<const QLineEdit *>(&widget)) {
+        constexpr int cursor = 2;
+        return QSize(widget.width() - 2 * cursor - box->textMargins().left() - box->textMargins().right(),
+                     widget.height() - 2);
+    }
+    return std::nullopt;
+}
+
+QString TextOf(const QWidget &widget) {
+    if (const auto *box = qobject_cast<const QLineEdit *>(&widget)) {
+        return box->text();
+    }
+    const auto *button = qobject_cast<const QAbstractButton *>(&widget);
+    return button == nullptr ? QString() : button->text();
+}
+
+void ExpectLabelWhole(const QString &form, const QLabel &label) {
+    if (label.text().isEmpty()) {
+        return;
+    }
+    if (label.text() == label.toolTip()) {
+        return; // it may be cut, since it can be read in full there
+    }
+    QString visible = label.text();
+    while (visible.endsWith(QStringLiteral(".."))) {
+        visible.chop(1); // dots that lead to a value go on as far as they can
+    }
+    constexpr int rounding = 1;
+    const QSize room = label.contentsRect().size() + QSize(0, rounding);
+    const QRect text = label.fontMetrics().boundingRect(QRect(QPoint(), QSize(room.width(), QWIDGETSIZE_MAX)),
+                                                        label.wordWrap() ? Qt::TextWordWrap : 0, visible);
+    EXPECT_LE(text.width(), room.width()) << Naming(form, label) << ": " << qPrintable(label.text());
+    EXPECT_LE(text.height(), room.height()) << Naming(form, label) << ": " << qPrintable(label.text());
+}
+
+void ExpectTextsWhole(QWidget &form, const QString &name) {
+    for (const QWidget *widget : Shown(form)) {
+        const QWidget *parent = widget->parentWidget();
+        if (const auto *label = qobject_cast<const QLabel *>(widget)) {
+            ExpectLabelWhole(name, *label);
+            // What moves with a value may stand over the frame's edge.
+            EXPECT_TRUE(label->text().isEmpty() || parent->rect().contains(label->geometry()))
+                << Naming(name, *label);
+        } else if (const std::optional<QSize> room = RoomForText(*widget)) {
+            const QRect text =
+                widget->fontMetrics().boundingRect(QRect(), Qt::TextShowMnemonic, TextOf(*widget));
+            EXPECT_LE(text.width(), room->width())
+                << Naming(name, *widget) << ": " << qPrintable(TextOf(*widget));
+            EXPECT_LE(text.height(), room->height()) << Naming(name, *widget);
+            EXPECT_TRUE(parent->rect().contains(widget->geometry())) << Naming(name, *widget);
+        } else if (const auto *tool = qobject_cast<const QToolButton *>(widget)) {
+            EXPECT_LE(tool->sizeHint().width(), tool->width()) << Naming(name, *tool);
+            EXPECT_LE(tool->sizeHint().height(), tool->height()) << Naming(name, *tool);
+        } else if (const auto *group = qobject_cast<const QGroupBox *>(widget)) {
+            EXPECT_LE(group->minimumSizeHint().width(), group->width()) << Naming(name, *group);
+            EXPECT_LE(group->minimumSizeHint().height(), group->height()) << Naming(name, *group);
+        } else if (const auto *strip = qobject_cast<const QTabBar *>(widget)) {
+            for (int tab = 0; tab < strip->count(); ++tab) {
+                const QRect text =
+                    strip->fontMetrics().boundingRect(QRect(), Qt::TextShowMnemonic, strip->tabText(tab));
+                EXPECT_LE(text.width(), strip->tabRect(tab).width()) << qPrintable(name);
+                EXPECT_LE(text.height() + 4, strip->tabRect(tab).height()) << qPrintable(name);
+                EXPECT_TRUE(strip->rect().contains(strip->tabRect(tab))) << qPrintable(name);
+            }
+        }
+    }
+}
+
+void ExpectCellsWhole(const QTreeView &list) {
+    constexpr int margins = 6;
+    const QAbstractItemModel &model = *list.model();
+    for (int column = 0; column < model.columnCount(); ++column) {
+        EXPECT_LE(list.header()->sectionSizeHint(column), list.columnWidth(column)) << column;
+        for (int row = 0; row < model.rowCount(); ++row) {
+            const QString text = model.index(row, column).data().toString();
+            EXPECT_LE(list.fontMetrics().horizontalAdvance(text) + margins, list.columnWidth(column))
+                << qPrintable(text);
+        }
+    }
+}
+
+} // namespace
+
+TEST_F(LookTest, TextsAreWholeAlsoInALargeFont) {
+    for (const Desktop &desktop : {light, dark, largeFont}) {
+        VisitForms(desktop, ExpectTextsWhole);
+    }
+}
+
+TEST_F(LookTest, TheLongestValuesAreWhole) {
+    for (const Desktop &desktop : {light, largeFont}) {
+        for (const bool greatest : {true, false}) {
+            const OnDesktop here(desktop);
+            Start(QStringLiteral("/checkout"));
+            ClassZentrova &table = form_->Zentrova();
+            for (std::int16_t tag = 0; tag < table.ParamCount(); ++tag) {
+                table.ParamUpdate(tag, greatest ? table.ParamMax(tag) : table.ParamMin(tag));
+            }
+            auto &strip = Ui().Get<QTabWidget>("TabStrip1");
+            for (int tab = 0; tab < strip.count(); ++tab) {
+                strip.setCurrentIndex(tab);
+                form_->ConfigureBasicTab();
+                form_->UpdateDisplay();
+                Settle();
+                ExpectTextsWhole(*form_, strip.tabText(tab));
+            }
+            if (desktop.fontScale == 1) {
+                ExpectCellsWhole(Ui().Get<QTreeView>("ListView1"));
+            }
+            form_->Link().TimeoutCount(std::numeric_limits<std::int16_t>::max());
+            form_->Link().CrcErrorCount(std::numeric_limits<std::int16_t>::max());
+            FormComms comms(form_->Link(), table, dialogs_, settings_, form_->hHelp());
+            comms.show();
+            Settle();
+            ExpectTextsWhole(comms, QStringLiteral("FormComms"));
+        }
+    }
+}
