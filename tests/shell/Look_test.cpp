@@ -20,7 +20,6 @@
 #include "tools/DarkPalette.h"
 #include "ui/Colours.h"
 
-#include <QAccessible>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -148,6 +147,8 @@ protected:
         ShowAndClose(direction, on, visit);
         FormComms comms(form_->Link(), form_->Zentrova(), dialogs_, settings_, help);
         ShowAndClose(comms, on, visit);
+        comms.EnableDisableCommSettings(true);
+        ShowAndClose(comms, on + QStringLiteral("online "), visit);
         FormSearch search(form_->Link(), form_->Zentrova(), dialogs_, help,
                           {.port = 1, .baud = 4, .parityStop = 1});
         ShowAndClose(search, on, visit);
@@ -261,19 +262,19 @@ private:
 // Names. --------------------------------------------------------------------------------------------
 
 TEST_F(LookTest, EachControlThatTakesTheFocusHasAName) {
-    QAccessible::setActive(true);
     VisitForms(light, [](QWidget &form, const QString &name) {
         for (QWidget *widget : Shown(form)) {
             if (widget->focusPolicy() == Qt::NoFocus || qobject_cast<QTabWidget *>(widget) != nullptr ||
                 qobject_cast<QTabBar *>(widget) != nullptr) {
                 continue; // a strip's tabs have the names
             }
-            QAccessibleInterface *seen = QAccessible::queryAccessibleInterface(widget);
-            ASSERT_NE(seen, nullptr);
-            EXPECT_FALSE(seen->text(QAccessible::Name).isEmpty()) << Naming(name, *widget);
+            const auto *label = qobject_cast<const QLabel *>(widget);
+            const auto *button = qobject_cast<const QAbstractButton *>(widget);
+            const bool saysItsCaption = (label != nullptr && !label->text().isEmpty()) ||
+                                        (button != nullptr && !button->text().isEmpty());
+            EXPECT_TRUE(saysItsCaption || !widget->accessibleName().isEmpty()) << Naming(name, *widget);
         }
     });
-    QAccessible::setActive(false);
 }
 
 TEST_F(LookTest, AMnemonicLeadsToOneControlOfAForm) {
@@ -377,7 +378,7 @@ TEST_F(LookTest, TheFocusCanBeSeen) {
                 widget->setFocus(Qt::TabFocusReason);
                 const QImage focused = picture();
                 widget->clearFocus();
-                EXPECT_NE(picture(), focused) << Naming(name, *widget);
+                EXPECT_TRUE(picture() != focused) << Naming(name, *widget);
             }
         });
     }
@@ -499,9 +500,9 @@ TEST_F(LookTest, RelaysCanBeToldApartWithoutColour) {
         marker.resize(12, 145);
         return marker.grab().toImage().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
     };
-    EXPECT_NE(grey("PicRelay(0)"), grey("PicRelay(1)"));
-    EXPECT_NE(grey("PicRelay(2)"), grey("PicRelay(3)"));
-    EXPECT_NE(grey("PicRelay(0)"), grey("PicRelay(2)"));
+    EXPECT_TRUE(grey("PicRelay(0)") != grey("PicRelay(1)"));
+    EXPECT_TRUE(grey("PicRelay(2)") != grey("PicRelay(3)"));
+    EXPECT_TRUE(grey("PicRelay(0)") != grey("PicRelay(2)"));
 }
 
 // Texts in full. ------------------------------------------------------------------------------------
