@@ -434,10 +434,14 @@ bool GiveHelpItsPictures(const QString &tour, const QString &help) {
 
 int main(int argc, char *argv[]) {
     Application application(argc, argv);
-    const QStringList arguments = application.arguments();
+    QStringList arguments = application.arguments();
     if (arguments.size() != 2 && arguments.size() != 3) {
         std::fprintf(stderr, "usage: ztv-tour FOLDER [HELP_FOLDER]\n");
         return 2;
+    }
+    // Absolute: an import of a hex file changes the current folder.
+    for (qsizetype index = 1; index < arguments.size(); ++index) {
+        arguments[index] = QDir(arguments.at(index)).absolutePath();
     }
     const QString &folder = arguments.at(1);
     QDir().mkpath(folder);
