@@ -46,9 +46,10 @@ UpgradeConsole::UpgradeConsole(BootComm &bootComm, Surroundings surroundings, QO
       bootComm_(bootComm),
       settings_(bootComm.Settings()),
       surroundings_(std::move(surroundings)) {
-    bootComm_.OnTransfer({.yield = [] { QCoreApplication::processEvents(); },
-                          .status = [this](const QString &word) { SetStatus(word); },
-                          .progress = [this](double done) { Q_EMIT TransferAdvanced(done); }});
+    bootComm_.OnTransfer(
+        {.yield = [] { QCoreApplication::processEvents(); },
+         .status = [this](const QString &word) { SetStatus(word); },
+         .progress = [this](double done) { Q_EMIT TransferAdvanced(done); }});
 }
 
 UpgradeConsole::~UpgradeConsole() {
@@ -78,30 +79,36 @@ void UpgradeConsole::SetStatus(const QString &word) {
 }
 
 bool UpgradeConsole::ConnectBootloader() {
-    const auto done = qScopeGuard([this] { Q_EMIT PointerChanged(Qt::ArrowCursor); });
     try {
         if (!bootComm_.OpenPort()) {
             SetStatus(QStringLiteral("Failed to open port..."));
             return false;
         }
-        Q_EMIT PointerChanged(Qt::BusyCursor);
-        SetStatus(QStringLiteral("Searching for device..."));
-        Q_EMIT RedrawWanted(); // the search blocks
-        const QString version = bootComm_.ReadBootVersion();
-        Q_EMIT PanelChanged(Panel::Version, version);
-        if (version.isEmpty()) {
+        if (!FindDevice()) {
             DisconnectBootloader();
             return false;
         }
     } catch (const Fault &fault) {
-        SetStatus(fault.Description());
-        Warn(QStringLiteral("Core error:  ") + fault.Description(), QString());
+        const QString text = QStringLiteral("Core error:  ") + fault.Description();
+        SetStatus(text);
+        surroundings_.dialogs.OwnedMessageBox(text, {.icon = BoxIcon::None, .buttons = BoxButtons::Ok},
+                                              QString());
         return false;
     }
     Q_EMIT PanelChanged(Panel::Processor, settings_.DeviceName);
     SetStatus(QStringLiteral("Device found..."));
     Q_EMIT ConnectedChanged(true);
     return true;
+}
+
+bool UpgradeConsole::FindDevice() {
+    Q_EMIT PointerChanged(Qt::BusyCursor);
+    const auto done = qScopeGuard([this] { Q_EMIT PointerChanged(Qt::ArrowCursor); });
+    SetStatus(QStringLiteral("Searching for device..."));
+    Q_EMIT RedrawWanted(); // the search blocks
+    const QString version = bootComm_.ReadBootVersion();
+    Q_EMIT PanelChanged(Panel::Version, version);
+    return !version.isEmpty();
 }
 
 void UpgradeConsole::DisconnectBootloader() {
@@ -240,7 +247,7 @@ bool UpgradeConsole::RunModeCommand() {
 
 void UpgradeConsole::RunApp() {
     if (surroundings_.dialogs.OwnedMessageBox(QStringLiteral("Are you sure?"),
-                                              {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo},
+                                              {.icon = BoxIcon::None, .buttons = BoxButtons::YesNo},
                                               ApplicationTitle()) != BoxAnswer::Yes) {
         return;
     }

@@ -63,7 +63,7 @@ Q_SIGNALS:
 private:
     class Transfer;
 
-    void FindDevice();
+    bool FindDevice();
     bool ShowOutcome(std::int16_t result, const QString &failed);
     bool ShowInEditor(const QString &fileName);
     void Warn(const QString &text, const QString &title);

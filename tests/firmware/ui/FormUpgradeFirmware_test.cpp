@@ -226,11 +226,11 @@ TEST_F(FormUpgradeFirmwareTest, TellsWhyItDidntConnect) {
 TEST_F(FormUpgradeFirmwareTest, AFaultOfTheSearchIsShownAndLeavesTheFormUsable) {
     Open();
     loader_.instead = [](auto &, auto &) -> QByteArray { throw Fault::Overflow(QStringLiteral("a test")); };
-    QString text;
     dialogs_.Expect(QStringLiteral("Core error:  ") + Fault::Overflow(QStringLiteral("a test")).Description(),
-                    BoxIcon::Exclamation, BoxButtons::Ok, BoxAnswer::Ok, {}, QString());
+                    BoxIcon::None, BoxButtons::Ok, BoxAnswer::Ok, {}, QString());
     Press("CommandConnect");
-    EXPECT_EQ(Panel(1), Fault::Overflow(QStringLiteral("a test")).Description());
+    EXPECT_EQ(Panel(1),
+              QStringLiteral("Core error:  ") + Fault::Overflow(QStringLiteral("a test")).Description());
     loader_.instead = {};
     Press("CommandConnect");
     EXPECT_EQ(Panel(1), QStringLiteral("Device found..."));
@@ -480,10 +480,10 @@ TEST_F(FormUpgradeFirmwareTest, SaysOnceThatThereIsNoEditor) {
 TEST_F(FormUpgradeFirmwareTest, RunsTheApplicationAfterAQuestion) {
     Connect();
     loader_.packets.clear();
-    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::No);
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::No);
     Press("CommandRunApp");
     EXPECT_TRUE(loader_.packets.empty());
-    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes);
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
     Press("CommandRunApp");
     EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{QByteArray::fromHex("05 01 FF 7F 00 00"),
                                                         QByteArray::fromHex("00 00")}));
@@ -494,13 +494,57 @@ TEST_F(FormUpgradeFirmwareTest, RunsTheApplicationAfterAQuestion) {
 TEST_F(FormUpgradeFirmwareTest, TellsThatTheApplicationCantBeRun) {
     Connect();
     loader_.answers = false;
-    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes);
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
     dialogs_.ExpectNotice(QStringLiteral("Failed to place processor in run mode!"), BoxIcon::Exclamation,
                           QStringLiteral("Error"));
     Press("CommandRunApp");
     EXPECT_EQ(Panel(1), QStringLiteral("Failed to put in Run mode..."));
     ExpectDeviceCommands(true);
     EXPECT_FALSE(loader_.closed);
+}
+
+// What a command does to the panels and the pointer, in its order.
+TEST_F(FormUpgradeFirmwareTest, CommandsShowTheirWordsAndThePointerInOrder) {
+    Open();
+    QStringList log;
+    QObject::connect(&form_->Console(), &UpgradeConsole::PanelChanged, form_.get(),
+                     [&](UpgradeConsole::Panel panel, const QString &text) {
+                         log.append(QStringLiteral("%1 %2").arg(static_cast<int>(panel)).arg(text));
+                     });
+    QObject::connect(&form_->Console(), &UpgradeConsole::PointerChanged, form_.get(),
+                     [&](Qt::CursorShape shape) {
+                         log.append(shape == Qt::ArrowCursor  ? QStringLiteral("default")
+                                    : shape == Qt::BusyCursor ? QStringLiteral("busy")
+                                                              : QStringLiteral("hourglass"));
+                     });
+    QObject::connect(&form_->Console(), &UpgradeConsole::RedrawWanted, form_.get(),
+                     [&] { log.append(QStringLiteral("redraw")); });
+    const auto expect = [&](const char *name, const QStringList &expected) {
+        log.clear();
+        Press(name);
+        EXPECT_EQ(log.join(u'|').toStdString(), expected.join(u'|').toStdString()) << name;
+    };
+    expect("CommandConnect", {"busy", "1 Searching for device...", "redraw", "2 V1.5", "default",
+                              "3 PIC18F2525", "1 Device found..."});
+    Press("CommandDisconnect");
+    loader_.answers = false;
+    expect("CommandConnect", {"busy", "1 Searching for device...", "redraw", "2 ", "default",
+                              "1 Not connected...", "2  ", "3  "});
+    loader_.answers = true;
+    Press("CommandConnect");
+    Make("some.hex", ":00000001FF");
+    dialogs_.ExpectOpenFile(Path("some.hex"));
+    expect("CommandOpenHexFile",
+           {"1 Importing HEX file...", "busy", "redraw", "1 HEX file imported...", "default"});
+    dialogs_.ExpectSaveFile(Path("out.hex"));
+    expect("CommandSaveHexFile",
+           {"1 Exporting HEX file...", "busy", "redraw", "1 HEX file exported...", "default"});
+    expect("CommandWrite", {"busy", "1 Finished operation...", "default"});
+    Make("PROGMEM.MCP", "000800 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F\r\n");
+    expect("CommandWrite", {"busy", "1 Writing: 2048", "1 Finished operation...", "default"});
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
+    expect("CommandRunApp",
+           {"hourglass", "1 Run mode is set...", "1 Not connected...", "2  ", "3  ", "default"});
 }
 
 TEST_F(FormUpgradeFirmwareTest, NoEndsTheUpgradeWithNothingChanged) {
