@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QScopeGuard>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -26,7 +27,7 @@ FileQuestion HexFileQuestion(const char *title) {
 // Whoever shows the console is busy, and shows a transfer, while this lives.
 class UpgradeConsole::Transfer {
 public:
-    Transfer(UpgradeConsole &console, const char *what) : console_(console) {
+    Transfer(UpgradeConsole &console, const char *what) : console_(console), outer_(console.share_, Share{}) {
         Q_EMIT console_.PointerChanged(Qt::BusyCursor);
         Q_EMIT console_.TransferStarted(QString::fromLatin1(what));
     }
@@ -39,6 +40,7 @@ public:
 
 private:
     UpgradeConsole &console_;
+    QScopedValueRollback<Share> outer_; // of the transfer that this one runs inside of
 };
 
 UpgradeConsole::UpgradeConsole(BootComm &bootComm, Surroundings surroundings, QObject *parent)
@@ -49,7 +51,7 @@ UpgradeConsole::UpgradeConsole(BootComm &bootComm, Surroundings surroundings, QO
     bootComm_.OnTransfer(
         {.yield = [] { QCoreApplication::processEvents(); },
          .status = [this](const QString &word) { SetStatus(word); },
-         .progress = [this](double done) { Q_EMIT TransferAdvanced(done); }});
+         .progress = [this](double done) { Q_EMIT TransferAdvanced(share_.before + share_.size * done); }});
 }
 
 UpgradeConsole::~UpgradeConsole() {
@@ -145,7 +147,13 @@ void UpgradeConsole::ReadDevice() {
     };
     constexpr std::uint8_t bytesPerAddress = 1;
     const Transfer transfer(*this, "Reading");
+    double whole = 0;
+    for (const Region &region : regions) {
+        whole += region.end - region.start + 1;
+    }
+    share_.size = 0;
     for (Region region : regions) {
+        share_ = {share_.before + share_.size, (region.end - region.start + 1) / whole};
         const std::int16_t result =
             bootComm_.ReadRegion(region.start, region.end, bytesPerAddress, region.command, region.fileName);
         ShowOutcome(result, QStringLiteral("Failed to read device..."));

@@ -382,6 +382,43 @@ TEST_F(FormUpgradeFirmwareTest, ASecondCommandRunsInsideTheFirst) {
     EXPECT_EQ(Panel(1), QStringLiteral("Finished operation..."));
 }
 
+TEST_F(FormUpgradeFirmwareTest, AReadHasOneProgressForItsFourMemories) {
+    Connect();
+    auto &progress = Ui().Get<QProgressBar>("ProgressTransfer");
+    std::vector<int> values;
+    loader_.instead = [&](auto &, const QByteArray &answer) {
+        values.push_back(progress.value());
+        return answer;
+    };
+    Press("CommandRead");
+    ASSERT_EQ(values.size(), 378u);
+    EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+    EXPECT_EQ(values.at(368), 47104 * 1000 / 48160); // the EEPROM begins
+    EXPECT_EQ(values.back(), 48144 * 1000 / 48160);
+}
+
+TEST_F(FormUpgradeFirmwareTest, ATransferShowsAgainWhenTheOneInsideItHasEnded) {
+    Connect();
+    auto &progress = Ui().Get<QProgressBar>("ProgressTransfer");
+    int rounds = 0;
+    loader_.instead = [&](const QByteArray &packet, const QByteArray &answer) {
+        const bool reads = packet.at(0) != BootCommand::EraseProgram;
+        EXPECT_TRUE(progress.isVisible());
+        EXPECT_EQ(progress.format(), reads ? QStringLiteral("Reading %p%") : QStringLiteral("Erasing %p%"));
+        if (++rounds == 100) {
+            PressMeanwhile("CommandErase");
+        } else if (rounds == 102) {
+            EXPECT_EQ(progress.value(), 64 * 1000 / 47104);
+        } else if (rounds == 838) {
+            EXPECT_EQ(progress.value(), 101 * 128 * 1000 / 48160);
+        }
+        return answer;
+    };
+    Press("CommandRead");
+    EXPECT_EQ(rounds, 378 + 736);
+    EXPECT_FALSE(progress.isVisible());
+}
+
 TEST_F(FormUpgradeFirmwareTest, ClosingTheWindowEndsATransfer) {
     Connect();
     loader_.packets.clear();
