@@ -6,6 +6,7 @@
 #include "support/ProgramFolder.h"
 #include "ui/Controls.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -128,8 +129,10 @@ QAbstractButton *FormUpgradeFirmware::NewButton(const Command &command, std::fun
     // works.
     connect(
         button, &QAbstractButton::clicked, this,
-        [button, work = std::move(work)] {
-            if (button->isEnabled()) {
+        [this, button, work = std::move(work)] {
+            // A box may have opened since.
+            const QWidget *modal = QApplication::activeModalWidget();
+            if (button->isEnabled() && (modal == nullptr || modal == this)) {
                 work();
             }
         },

@@ -419,6 +419,29 @@ TEST_F(FormUpgradeFirmwareTest, ATransferShowsAgainWhenTheOneInsideItHasEnded) {
     EXPECT_FALSE(progress.isVisible());
 }
 
+TEST_F(FormUpgradeFirmwareTest, APressBehindAnOpenBoxIsNone) {
+    Connect();
+    loader_.packets.clear();
+    const auto pressAll = [this] {
+        QDialog box;
+        box.setModal(true);
+        box.show();
+        for (const char *name : {"CommandUpgradeFirmware", "CommandRunApp", "CommandErase", "CommandClose"}) {
+            PressMeanwhile(name);
+        }
+        Settle();
+    };
+    ExpectUpgradeQuestion(BoxAnswer::No, pressAll);
+    Press("CommandUpgradeFirmware");
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::No,
+                    pressAll);
+    Press("CommandRunApp");
+    EXPECT_TRUE(loader_.packets.empty());
+    EXPECT_TRUE(form_->isVisible());
+    Press("CommandErase");
+    EXPECT_EQ(loader_.packets.size(), 736u);
+}
+
 TEST_F(FormUpgradeFirmwareTest, ClosingTheWindowEndsATransfer) {
     Connect();
     loader_.packets.clear();
