@@ -442,6 +442,26 @@ TEST_F(FormUpgradeFirmwareTest, APressBehindAnOpenBoxIsNone) {
     EXPECT_EQ(loader_.packets.size(), 736u);
 }
 
+TEST_F(FormUpgradeFirmwareTest, APanelTellsInItsToolTipWhatItCantShowWhole) {
+    Open();
+    const auto &label = Ui().Get<QLabel>("StatusBar1(1)");
+    const int room = label.contentsRect().width() - 2 * label.margin();
+    QString text;
+    do {
+        text += u'i';
+        form_->Console().SetStatus(text);
+    } while (label.toolTip() != text && text.size() < 1000);
+    EXPECT_GT(label.fontMetrics().horizontalAdvance(text), room);
+    form_->resize(form_->width() + 200, form_->height());
+    Settle();
+    EXPECT_EQ(label.toolTip(), QStringLiteral("Status"));
+    form_->resize(form_->width() - 200, form_->height());
+    Settle();
+    EXPECT_EQ(label.toolTip(), text);
+    text.chop(1);
+    EXPECT_LE(label.fontMetrics().horizontalAdvance(text), room);
+}
+
 TEST_F(FormUpgradeFirmwareTest, ClosingTheWindowEndsATransfer) {
     Connect();
     loader_.packets.clear();
