@@ -55,9 +55,12 @@ FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *par
     auto *upgrade = NewButton({"CommandUpgradeFirmware", "Upgrade Firmware", "Upgrade ZTV500-100 Firmware"},
                               [this] { Upgrade(); });
     auto *close = NewButton({"CommandClose", "Close", "Close window"}, [this] { reject(); });
-    connect(upgrade_, &OneButtonUpgrade::RunningChanged, this, [upgrade, close](bool running) {
+    connect(upgrade_, &OneButtonUpgrade::RunningChanged, this, [this, upgrade, close](bool running) {
         upgrade->setEnabled(!running);
         close->setEnabled(!running);
+        if (!running && focusWidget() == nullptr) { // a button that is disabled loses it
+            upgrade->setFocus();
+        }
     });
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(upgrade);

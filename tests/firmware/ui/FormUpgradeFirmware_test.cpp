@@ -726,6 +726,17 @@ TEST_F(FormUpgradeFirmwareTest, AStepThatFailsEndsTheUpgradeWithItsWord) {
     }
 }
 
+TEST_F(FormUpgradeFirmwareTest, LeavesTheKeyboardWhereItWasBeforeTheUpgrade) {
+    Open();
+    form_->activateWindow();
+    Settle();
+    ASSERT_TRUE(form_->isActiveWindow());
+    EXPECT_EQ(form_->focusWidget(), &Ui().Get<QPushButton>("CommandUpgradeFirmware"));
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(form_->focusWidget(), &Ui().Get<QPushButton>("CommandUpgradeFirmware"));
+}
+
 TEST_F(FormUpgradeFirmwareTest, AnAbortEndsTheUpgrade) {
     MakeFirmware();
     for (const std::uint8_t command : {BootCommand::EraseProgram, BootCommand::WriteProgram}) {
