@@ -46,7 +46,7 @@ QByteArrayView TextFileReader::ReadLine() {
 
 double TextFileReader::Fraction() const {
     const qint64 read = file_.pos() - (end_ - start_);
-    return file_.size() > 0 ? static_cast<double>(read) / static_cast<double>(file_.size()) : 1;
+    return file_.size() > read ? static_cast<double>(read) / static_cast<double>(file_.size()) : 1;
 }
 
 // Left until the next line is wanted, so that the start of a line can be judged before all of it is read.

@@ -17,7 +17,7 @@ public:
     // The next line without its end, for as long as nothing else is called; empty at the end of the file.
     QByteArrayView ReadLine();
 
-    // What was read of the whole, 0 to 1.
+    // What was read of the whole, 0 to 1, also of a file that others make shorter.
     double Fraction() const;
 
 private:
