@@ -385,6 +385,27 @@ TEST_F(BootCommTest, AnAbortDuringTheLastLineComesTooLate) {
     EXPECT_EQ(Write(), -101);
 }
 
+TEST_F(BootCommTest, GoesByTheSettings) {
+    BootSettings &settings = comm_.Settings();
+    settings.MaxPacketBytes = 0x40;
+    EXPECT_EQ(Read(0x800, 0x87F), 1);
+    EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{Bytes("01 40 00 08 00"), Bytes("01 40 40 08 00")}));
+    settings.EraseBlockBytes = 128;
+    loader_.packets.clear();
+    EXPECT_EQ(comm_.EraseRegion(0x800, 0x8FF), 1);
+    EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{Bytes("03 01 00 08 00"), Bytes("03 01 80 08 00")}));
+    settings.Retries = 2;
+    loader_.answers = false;
+    MakeImage(Line(0x800, 1));
+    for (const std::function<void()> &transfer : std::vector<std::function<void()>>{
+             [this] { Write(); }, [this] { Read(0x800, 0x87F); }, [this] { comm_.SetRunMode(); },
+             [this] { comm_.ReadEepromByte(1022); }}) {
+        loader_.packets.clear();
+        transfer();
+        EXPECT_EQ(loader_.packets.size(), 2u);
+    }
+}
+
 TEST_F(BootCommTest, FilesThatCantBeOpenedOrMadeAreFaultsThatNameThem) {
     const auto expectFault = [](const QString &name, const std::function<void()> &work) {
         try {

@@ -442,6 +442,23 @@ TEST_F(FormUpgradeFirmwareTest, APressBehindAnOpenBoxIsNone) {
     EXPECT_EQ(loader_.packets.size(), 736u);
 }
 
+TEST_F(FormUpgradeFirmwareTest, ADisconnectEndsATransfer) {
+    Connect();
+    loader_.packets.clear();
+    loader_.instead = [this](auto &, const QByteArray &answer) {
+        if (loader_.packets.size() == 3) {
+            PressMeanwhile("CommandDisconnect");
+        }
+        return answer;
+    };
+    Press("CommandErase");
+    EXPECT_EQ(loader_.packets.size(), 3u);
+    EXPECT_TRUE(loader_.closed);
+    EXPECT_EQ(Panel(1), QStringLiteral("Operation aborted..."));
+    EXPECT_EQ(Panel(2), QStringLiteral(" "));
+    ExpectDeviceCommands(false);
+}
+
 TEST_F(FormUpgradeFirmwareTest, APanelTellsInItsToolTipWhatItCantShowWhole) {
     Open();
     const auto &label = Ui().Get<QLabel>("StatusBar1(1)");
@@ -726,6 +743,24 @@ TEST_F(FormUpgradeFirmwareTest, AStepThatFailsEndsTheUpgradeWithItsWord) {
     }
 }
 
+TEST_F(FormUpgradeFirmwareTest, AMismatchOnTheLastLineEndsTheUpgrade) {
+    MakeFirmware();
+    Open();
+    loader_.instead = [](const QByteArray &packet, QByteArray answer) {
+        if (packet.at(0) == BootCommand::ReadProgram) {
+            answer[5] = 'x';
+        }
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(Panel(1), QStringLiteral("Verify error received..."));
+    EXPECT_EQ(shown_, QStringList{Path("ERROR.MCP")});
+    EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram);
+    EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+    EXPECT_FALSE(loader_.closed);
+}
+
 TEST_F(FormUpgradeFirmwareTest, LeavesTheKeyboardWhereItWasBeforeTheUpgrade) {
     Open();
     form_->activateWindow();
@@ -735,6 +770,40 @@ TEST_F(FormUpgradeFirmwareTest, LeavesTheKeyboardWhereItWasBeforeTheUpgrade) {
     ExpectUpgradeQuestion(BoxAnswer::Yes);
     Press("CommandUpgradeFirmware");
     EXPECT_EQ(form_->focusWidget(), &Ui().Get<QPushButton>("CommandUpgradeFirmware"));
+}
+
+// Its port is held still, but the restarted sensor answers there no more.
+TEST_F(FormUpgradeFirmwareTest, ASecondUpgradeGoesTheWayOverTheLinkAgain) {
+    MakeFirmware();
+    Open();
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+    Press("CommandUpgradeFirmware");
+    EXPECT_GT(boot_.Settings().PortHandle, 0);
+    loader_.answers = false;
+    loader_.packets.clear();
+    bool offline = false;
+    QObject::connect(&link_, &LinkSession::OnlineChanged, form_.get(),
+                     [&](bool online) { offline = !online; });
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    ExpectPortBox();
+    QTimer hurry;
+    QObject::connect(&hurry, &QTimer::timeout, form_.get(), [&] {
+        if (Panel(1) == QStringLiteral("Placing in boot mode...")) {
+            EXPECT_TRUE(loader_.closed);
+            EXPECT_EQ(boot_.Settings().PortHandle, -1);
+            hurry.stop();
+            HurryWait();
+        }
+    });
+    hurry.start(0);
+    dialogs_.ExpectNotice(QStringLiteral("Error Connecting to ZTV500-100. (MSG#1)"));
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(loader_.openedPorts.size(), 1u); // not opened for the first search
+    EXPECT_EQ(loader_.packets, std::vector<QByteArray>(3, QByteArray::fromHex("00 02")));
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to put in Boot mode"));
+    EXPECT_TRUE(offline);
+    ExpectDeviceCommands(false);
 }
 
 TEST_F(FormUpgradeFirmwareTest, AnAbortEndsTheUpgrade) {
