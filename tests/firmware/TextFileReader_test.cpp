@@ -123,6 +123,21 @@ TEST_F(TextFileReaderTest, SaysWhenReadingFails) {
     EXPECT_THROW(reader.AtEnd(), Fault);
 }
 
+TEST_F(TextFileReaderTest, TellsThatTheFileWasWrittenTo) {
+    WriteFile(path_, "abcd\nefgh\n");
+    TextFileReader reader(path_, 10);
+    reader.ReadLine();
+    EXPECT_FALSE(reader.HasChanged());
+    QFile file(path_);
+    ASSERT_TRUE(file.open(QFile::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(1), QFile::FileModificationTime));
+    EXPECT_TRUE(reader.HasChanged()); // though it is as long as before
+    TextFileReader another(path_, 10);
+    EXPECT_FALSE(another.HasChanged());
+    ASSERT_TRUE(file.resize(3));
+    EXPECT_TRUE(another.HasChanged());
+}
+
 TEST_F(TextFileReaderTest, TellsHowMuchOfTheFileIsRead) {
     WriteFile(path_, "abcd\nefgh\n");
     TextFileReader reader(path_, 10);
