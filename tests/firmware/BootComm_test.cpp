@@ -373,6 +373,21 @@ TEST_F(BootCommTest, AnAbortBehindALineThatFailedIsToldAsThatFailure) {
     EXPECT_EQ(loader_.packets.size(), 2u);
 }
 
+TEST_F(BootCommTest, AnImageThatChangesUnderAWriteEndsIt) {
+    for (const QByteArray &other : {QByteArray(), Line(0x900, 7) + "\r\n", QByteArray(500, 'x')}) {
+        MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 2) + "\r\n" + Line(0x820, 3) + "\r\n");
+        yields_ = 0;
+        onYield_ = [this, other] { // as a command that is given meanwhile may do
+            if (yields_ == 2) {
+                MakeImage(other);
+            }
+        };
+        loader_.packets.clear();
+        EXPECT_EQ(Write(), TransferResult::ImageChanged);
+        EXPECT_EQ(loader_.packets.size(), 2u);
+    }
+}
+
 TEST_F(BootCommTest, AnAbortDuringTheLastLineComesTooLate) {
     MakeImage(Line(0x800, 1) + "\r\n");
     onYield_ = [] {};
@@ -394,6 +409,11 @@ TEST_F(BootCommTest, GoesByTheSettings) {
     loader_.packets.clear();
     EXPECT_EQ(comm_.EraseRegion(0x800, 0x8FF), 1);
     EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{Bytes("03 01 00 08 00"), Bytes("03 01 80 08 00")}));
+    EXPECT_GE(loader_.longestWaitMs, 990); // the timeout, and the time on the line
+    EXPECT_LT(loader_.longestWaitMs, 2000);
+    comm_.ClosePort();
+    settings.TimeoutMs = 7000;
+    EXPECT_TRUE(comm_.OpenPort());
     settings.Retries = 2;
     loader_.answers = false;
     MakeImage(Line(0x800, 1));
@@ -404,6 +424,7 @@ TEST_F(BootCommTest, GoesByTheSettings) {
         transfer();
         EXPECT_EQ(loader_.packets.size(), 2u);
     }
+    EXPECT_GE(loader_.longestWaitMs, 6990);
 }
 
 TEST_F(BootCommTest, FilesThatCantBeOpenedOrMadeAreFaultsThatNameThem) {

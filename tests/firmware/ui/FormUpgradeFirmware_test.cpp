@@ -209,6 +209,22 @@ TEST_F(FormUpgradeFirmwareTest, ConnectsToABootLoader) {
     ExpectDeviceCommands(false);
 }
 
+TEST_F(FormUpgradeFirmwareTest, LetsEventsRunBeforeItClosesThePort) {
+    Connect();
+    bool wasHeld = false;
+    QMetaObject::invokeMethod(
+        form_.get(), [&] { wasHeld = boot_.Settings().PortHandle > 0; }, Qt::QueuedConnection);
+    form_->Console().DisconnectBootloader();
+    EXPECT_TRUE(wasHeld);
+    EXPECT_EQ(boot_.Settings().PortHandle, -1);
+}
+
+TEST_F(FormUpgradeFirmwareTest, TheBootLinkOutlivesItsWindow) {
+    Connect();
+    form_.reset();
+    EXPECT_EQ(boot_.EraseRegion(0x800, 0x8FF), 1);
+}
+
 TEST_F(FormUpgradeFirmwareTest, TellsWhyItDidntConnect) {
     Open();
     loader_.opens = false;
@@ -231,6 +247,8 @@ TEST_F(FormUpgradeFirmwareTest, AFaultOfTheSearchIsShownAndLeavesTheFormUsable) 
     Press("CommandConnect");
     EXPECT_EQ(Panel(1),
               QStringLiteral("Core error:  ") + Fault::Overflow(QStringLiteral("a test")).Description());
+    EXPECT_EQ(form_->cursor().shape(), Qt::ArrowCursor);
+    ExpectDeviceCommands(false);
     loader_.instead = {};
     Press("CommandConnect");
     EXPECT_EQ(Panel(1), QStringLiteral("Device found..."));
@@ -380,6 +398,25 @@ TEST_F(FormUpgradeFirmwareTest, ASecondCommandRunsInsideTheFirst) {
     EXPECT_EQ(order.at(736), BootCommand::EraseProgram);
     EXPECT_EQ(order.at(737), BootCommand::ReadProgram);
     EXPECT_EQ(Panel(1), QStringLiteral("Finished operation..."));
+}
+
+TEST_F(FormUpgradeFirmwareTest, TellsTheTimeThatATransferWillStillTake) {
+    Open();
+    const auto &timeLeft = Ui().Get<QLabel>("LabelTimeLeft");
+    UpgradeConsole &console = form_->Console();
+    Q_EMIT console.TransferStarted(QStringLiteral("Writing"));
+    EXPECT_TRUE(timeLeft.isVisible());
+    EXPECT_EQ(timeLeft.text(), QString());
+    EXPECT_TRUE(WaitUntil([&] {
+        Q_EMIT console.TransferAdvanced(0.5);
+        return !timeLeft.text().isEmpty();
+    }));
+    EXPECT_TRUE(timeLeft.text().endsWith(QStringLiteral(" s left"))) << timeLeft.text().toStdString();
+    Q_EMIT console.TransferEnded();
+    EXPECT_FALSE(timeLeft.isVisible());
+    Q_EMIT console.TransferStarted(QStringLiteral("Writing"));
+    EXPECT_EQ(timeLeft.text(), QString());
+    Q_EMIT console.TransferEnded();
 }
 
 TEST_F(FormUpgradeFirmwareTest, AReadHasOneProgressForItsFourMemories) {
@@ -699,6 +736,23 @@ TEST_F(FormUpgradeFirmwareTest, AFailureToReadTheEepromDoesntStopTheUpgrade) {
     ExpectUpgradeQuestion(BoxAnswer::Yes);
     dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
     Press("CommandUpgradeFirmware");
+}
+
+// What is left of the image was written and verified, but that isn't the firmware.
+TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsErasedMeanwhileFails) {
+    Open();
+    Make("Firmware/B70214.hex", ":10080000000102030405060708090A0B0C0D0E0F70\r\n"
+                                ":10081000000102030405060708090A0B0C0D0E0F60\r\n:00000001FF\r\n");
+    loader_.instead = [this](const QByteArray &packet, const QByteArray &answer) {
+        if (packet.at(0) == BootCommand::WriteProgram) {
+            PressMeanwhile("CommandEraseFiles");
+        }
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to write device..."));
+    EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram);
 }
 
 TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileNothingIsErased) {
