@@ -5,6 +5,7 @@
 #include "support/ApplicationTitle.h"
 #include "support/ProgramFolder.h"
 #include "tabs/TabTable.h"
+#include "tools/NoHelp.h"
 #include "tools/PrintedDialogs.h"
 
 #include <QCoreApplication>
@@ -30,8 +31,10 @@ void ChangeAll(ClassZentrova &zentrova, int round) {
 void MeasureListRefresh(Figures &figures) {
     PrintedDialogs dialogs;
     SettingsStore settings(ApplicationTitle());
+    NoHelp help;
     FormMain form({.dialogs = dialogs,
                    .settings = settings,
+                   .helpEngine = help,
                    .programFolder = ProgramFolder(),
                    .commandText = QString(),
                    .ctrlKeyIsDown = [] { return false; }});

@@ -1,14 +1,15 @@
 #include "bench/PollLoad.h"
 
 #include "bench/Measure.h"
-#include "bench/SensorProcess.h"
 #include "model/ParamDefines.h"
 #include "shell/FormMain.h"
 #include "support/ApplicationTitle.h"
 #include "support/ProgramFolder.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/BasicPage.h"
+#include "tools/NoHelp.h"
 #include "tools/PrintedDialogs.h"
+#include "tools/SensorProcess.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -87,8 +88,10 @@ void MeasurePollLoad(Figures &figures) {
     qputenv("ZTVLINK_PORT_1", sensor.Device().toLocal8Bit());
     PrintedDialogs dialogs;
     SettingsStore settings(ApplicationTitle());
+    NoHelp help;
     FormMain form({.dialogs = dialogs,
                    .settings = settings,
+                   .helpEngine = help,
                    .programFolder = ProgramFolder(),
                    .commandText = QStringLiteral("/CHECKOUT"),
                    .ctrlKeyIsDown = [] { return false; }});

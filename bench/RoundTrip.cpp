@@ -2,7 +2,7 @@
 
 #include "bench/Masters.h"
 #include "bench/Measure.h"
-#include "bench/SensorProcess.h"
+#include "tools/SensorProcess.h"
 
 #include <QEventLoop>
 #include <QTimer>

@@ -1,10 +1,11 @@
 #include "bench/Search.h"
 
 #include "bench/Measure.h"
-#include "bench/SensorProcess.h"
 #include "link/ui/FormSearch.h"
 #include "support/ProgramFolder.h"
+#include "tools/NoHelp.h"
 #include "tools/PrintedDialogs.h"
+#include "tools/SensorProcess.h"
 
 #include <QEventLoop>
 #include <QPushButton>
@@ -31,7 +32,9 @@ void MeasureSearch(Figures &figures) {
     LinkSession link(zentrova, {.dialogs = dialogs,
                                 .deviceOfPort = [&](std::int16_t) { return sensor.Device(); },
                                 .askDirection = [] { return ConnectChoice::Cancel; }});
-    FormSearch form(link, zentrova, dialogs, start);
+    NoHelp engine;
+    ClassMyHtmlHelp help(engine, dialogs);
+    FormSearch form(link, zentrova, dialogs, help, start);
     form.show();
 
     QEventLoop loop;

@@ -2,8 +2,8 @@
 
 #include "bench/Display.h"
 #include "bench/Measure.h"
-#include "bench/SensorProcess.h"
 #include "bench/StartedProgram.h"
+#include "tools/SensorProcess.h"
 
 #include <QList>
 #include <QStandardPaths>

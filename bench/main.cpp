@@ -6,6 +6,7 @@
 #include "bench/RoundTrip.h"
 #include "bench/Search.h"
 #include "bench/StartUp.h"
+#include "bench/Upgrade.h"
 #include "shell/Application.h"
 
 #include <QTemporaryDir>
@@ -25,13 +26,16 @@ constexpr std::array groups = {
     Group{"round-trip", MeasureRoundTrips}, Group{"poll", MeasurePollLoad},
     Group{"list", MeasureListRefresh},      Group{"search", MeasureSearch},
     Group{"start-up", MeasureStartUp},      Group{"hex", MeasureHexImport},
+    Group{"upgrade", MeasureUpgrade},
 };
 
 constexpr int wrongUsage = 2;
 constexpr int attempts = 3;
 
 int Usage() {
-    std::fprintf(stderr, "usage: ztv-bench [--check] [round-trip] [poll] [list] [search] [start-up] [hex]\n");
+    std::fprintf(
+        stderr,
+        "usage: ztv-bench [--check] [round-trip] [poll] [list] [search] [start-up] [hex] [upgrade]\n");
     return wrongUsage;
 }
 

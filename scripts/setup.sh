@@ -9,7 +9,7 @@ for purpose in "$@"; do
     case "$purpose" in
     build) ;;
     test)
-        packages+=(python3 sqlite3 libgtest-dev libmodbus-dev mbpoll python3-gi gir1.2-atspi-2.0 at-spi2-core dbus xvfb xauth
+        packages+=(fp-utils python3 sqlite3 libgtest-dev libmodbus-dev mbpoll python3-gi gir1.2-atspi-2.0 at-spi2-core dbus xvfb xauth
             shared-mime-info desktop-file-utils xdg-utils libglib2.0-bin srecord binutils)
         ;;
     bench) packages+=(libmodbus-dev qt6-serialbus-dev libxcb1-dev xvfb cutecom srecord binutils) ;;

@@ -1,34 +1,49 @@
 // Shows the program against the simulated sensor where nobody can click: goes online, visits each tab and
 // dialog, prints the distances that it sees and leaves a picture of each.
 
+#include "firmware/SerialBootLine.h"
+#include "firmware/ui/FormUpgradeFirmware.h"
 #include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
 #include "link/ui/FormSearch.h"
 #include "model/ParamDefines.h"
 #include "setup/ui/FormTransmitDelay.h"
 #include "setup/ui/frmWizard.h"
+#include "shell/AboutContents.h"
 #include "shell/Application.h"
 #include "shell/FormMain.h"
 #include "sim/SimulatedSensor.h"
+#include "support/Fault.h"
 #include "support/ProgramFolder.h"
+#include "support/ui/FormAbout.h"
+#include "support/ui/HelpViewer.h"
+#include "support/ui/HelpWindow.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/FormEdit.h"
 #include "tabs/ui/ParameterList.h"
+#include "tools/HelpProject.h"
 #include "tools/PrintedDialogs.h"
+#include "tools/SensorProcess.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QFile>
+#include <QHash>
 #include <QHeaderView>
+#include <QImage>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QTreeWidget>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -51,7 +66,7 @@ public:
     bool Run() {
         form_.show();
         Picture(form_, QStringLiteral("basic-offline"));
-        FormReadWrite direction(&form_);
+        FormReadWrite direction(form_.hHelp(), &form_);
         direction.show();
         Picture(direction, QStringLiteral("read-write"));
         direction.close();
@@ -87,6 +102,9 @@ public:
         Watch(500);
         Picture(form_, QStringLiteral("distance-large"));
         form_.GoOffline();
+        UpgradePictures();
+        AboutPicture();
+        HelpPictures();
         return ok_ && distances.size() > 1;
     }
 
@@ -127,7 +145,7 @@ private:
         Q_EMIT list.header()->sectionClicked(ParameterListModel::Tag);
 
         EntryRules rules(form_.Zentrova(), dialogs_);
-        FormEdit edit(rules, dialogs_, &form_);
+        FormEdit edit(rules, dialogs_, form_.hHelp(), &form_);
         edit.RawMax = 4095;
         edit.EngMax = 10;
         edit.SetEntry(QStringLiteral("2048"), QStringLiteral("40"));
@@ -144,14 +162,14 @@ private:
     }
 
     void CommsPicture(const QString &name) {
-        FormComms comms(form_.Link(), form_.Zentrova(), dialogs_, settings_, &form_);
+        FormComms comms(form_.Link(), form_.Zentrova(), dialogs_, settings_, form_.hHelp(), &form_);
         comms.show();
         Picture(comms, name);
         comms.close();
     }
 
     void TransmitDelayPicture(const QString &name) {
-        FormTransmitDelay calculator(form_.Zentrova(), form_.Link(), dialogs_, &form_);
+        FormTransmitDelay calculator(form_.Zentrova(), form_.Link(), dialogs_, form_.hHelp(), &form_);
         calculator.findChild<QLineEdit *>(QStringLiteral("TextSumOfRanges"))
             ->setText(QStringLiteral("840.00"));
         calculator.show();
@@ -163,7 +181,7 @@ private:
     // Both routes of the wizard, each step as it is left.
     void WizardPictures() {
         for (const int use : {0, 1}) {
-            frmWizard wizard(form_.Zentrova(), dialogs_, &form_);
+            frmWizard wizard(form_.Zentrova(), dialogs_, form_.hHelp(), &form_);
             wizard.show();
             const auto press = [&wizard](const char *name) {
                 wizard.findChild<QAbstractButton *>(QString::fromLatin1(name))->click();
@@ -208,7 +226,7 @@ private:
     // The sensor is found at its address; the rest of the range is silent.
     void SearchPictures() {
         FormSearch search(
-            form_.Link(), form_.Zentrova(), dialogs_,
+            form_.Link(), form_.Zentrova(), dialogs_, form_.hHelp(),
             {.port = form_.CommPort(), .baud = form_.BaudRate(), .parityStop = form_.ParityStop()}, &form_);
         search.show();
         Picture(search, QStringLiteral("search"));
@@ -223,6 +241,114 @@ private:
         ok_ = ok_ && results->topLevelItemCount() == 1;
         search.close();
         form_.SetMbaxp1CommProperties(form_.CommPort(), form_.BaudRate(), form_.ParityStop(), 0);
+    }
+
+    // The upgrade of a sensor that is in its boot loader, in each of its phases, and how it ends otherwise.
+    // The sensor runs in a process of its own, since the boot link blocks.
+    void UpgradePictures() {
+        const QTemporaryDir home(QDir::tempPath() + QStringLiteral("/ztv-tour-XXXXXX"));
+        const QString firmware = home.filePath(QStringLiteral("Firmware/B70214.hex"));
+        QDir(home.path()).mkdir(QStringLiteral("Firmware"));
+        SensorProcess sensor({QStringLiteral("--boot"), QStringLiteral("--latency"), QStringLiteral("2")});
+        BootComm boot(SerialBootLine::Opener([&sensor](std::int16_t) { return sensor.Device(); }));
+        FormUpgradeFirmware console({.bootComm = boot,
+                                     .link = form_.Link(),
+                                     .zentrova = form_.Zentrova(),
+                                     .dialogs = dialogs_,
+                                     .help = form_.hHelp(),
+                                     .programFolder = home.path(),
+                                     .showInEditor = [](auto &, auto &) { return true; }},
+                                    &form_);
+        console.show();
+        Picture(console, QStringLiteral("upgrade"));
+        const auto press = [&console](const char *name) {
+            console.findChild<QPushButton *>(QString::fromLatin1(name))->click();
+            Watch(100);
+        };
+        press("CommandUpgradeFirmware");
+        Picture(console, QStringLiteral("upgrade-no-firmware"));
+        WriteFirmware(firmware, 400);
+        QString picture = QStringLiteral("upgrade-erasing");
+        QObject::connect(&console.Console(), &UpgradeConsole::TransferAdvanced, &console, [&](double done) {
+            if (done > 0.7 && !picture.isEmpty()) {
+                Picture(console, std::exchange(picture, {}));
+            }
+        });
+        QObject::connect(&console.Console(), &UpgradeConsole::TransferEnded, &console,
+                         [&] { picture = QStringLiteral("upgrade-writing"); });
+        press("CommandUpgradeFirmware");
+        Picture(console, QStringLiteral("upgrade-done"));
+        ok_ = ok_ && console.findChild<QLabel *>(QStringLiteral("StatusBar1(1)"))->text() ==
+                         QStringLiteral("Run mode is set...");
+        auto *title = console.findChild<QLabel *>(QStringLiteral("lblTitle"));
+        QMouseEvent ctrl(QEvent::MouseButtonPress, QPointF(5, 5), title->mapToGlobal(QPointF(5, 5)),
+                         Qt::LeftButton, Qt::LeftButton, Qt::ControlModifier);
+        QCoreApplication::sendEvent(title, &ctrl);
+        press("CommandDisconnect");
+        Picture(console, QStringLiteral("upgrade-panel"));
+        for (const char *command : {"mark 255", "reset", "latency 20"}) {
+            sensor.Command(QString::fromLatin1(command));
+        }
+        press("CommandConnect");
+        Picture(console, QStringLiteral("upgrade-panel-connected"));
+        QTimer::singleShot(400, &console, [&] { press("CommandAbort"); });
+        picture = QStringLiteral("upgrade-panel-reading");
+        press("CommandRead");
+        Picture(console, QStringLiteral("upgrade-panel-aborted"));
+        sensor.Command(QStringLiteral("mute on"));
+        boot.Settings().TimeoutMs = 100;
+        press("CommandErase");
+        Picture(console, QStringLiteral("upgrade-panel-failed"));
+        console.close();
+    }
+
+    // The first records of a simulated sensor's firmware.
+    void WriteFirmware(const QString &fileName, int records) {
+        QProcess maker;
+        maker.start(ProgramFolder() + QStringLiteral("/ztv-sim"),
+                    {QStringLiteral("--make-firmware"), fileName});
+        maker.waitForFinished();
+        QFile file(fileName);
+        ok_ = file.open(QFile::ReadWrite) && ok_;
+        QByteArray content;
+        for (int line = 0; line <= records; ++line) {
+            content += file.readLine();
+        }
+        ok_ = file.resize(0) && file.seek(0) && file.write(content + ":00000001FF\r\n") > 0 && ok_;
+    }
+
+    void AboutPicture() {
+        FormAbout about(AboutContents(form_.Zentrova(), settings_), {}, form_.hHelp(), &form_);
+        about.show();
+        Picture(about, QStringLiteral("about"));
+        about.close();
+    }
+
+    // The help at the contents, with what the index and the search find, and at each topic.
+    void HelpPictures() {
+        form_.hHelp().HHDisplayContents(form_.winId());
+        HelpWindow *help = nullptr;
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            help = help == nullptr ? qobject_cast<HelpWindow *>(window) : help;
+        }
+        ok_ = ok_ && help != nullptr;
+        if (help == nullptr) {
+            return;
+        }
+        for (const HelpTopic &topic : help->Topics().All()) {
+            form_.hHelp().HHDisplayTopicID(form_.winId(), topic.number);
+            Picture(*help, QStringLiteral("help-") + topic.file.section(u'.', 0, 0));
+        }
+        auto *lists = help->findChild<QTabWidget *>(QStringLiteral("Lists"));
+        lists->setCurrentIndex(1);
+        help->findChild<QLineEdit *>(QStringLiteral("IndexBox"))->setText(QStringLiteral("distance"));
+        Picture(*help, QStringLiteral("help-index"));
+        lists->setCurrentIndex(2);
+        help->findChild<QLineEdit *>(QStringLiteral("SearchBox"))->setText(QStringLiteral("parity baud"));
+        auto *results = help->findChild<QTreeWidget *>(QStringLiteral("Results"));
+        results->setCurrentItem(results->topLevelItem(0));
+        Picture(*help, QStringLiteral("help-search"));
+        help->close();
     }
 
     // A threshold that is being dragged, and a value that is being typed.
@@ -265,15 +391,55 @@ private:
     bool ok_ = true;
 };
 
+QList<QRgb> CommonestColours(const QImage &picture) {
+    constexpr qsizetype most = 256;
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            ++counts[picture.pixel(x, y)];
+        }
+    }
+    QList<QRgb> colours = counts.keys();
+    std::sort(colours.begin(), colours.end(), [&counts](QRgb one, QRgb other) {
+        return std::pair(counts[one], one) > std::pair(counts[other], other);
+    });
+    return colours.first(std::min(most, colours.size()));
+}
+
+// Puts the pictures that the help's topics show into its folder, small. Returns whether all were there.
+bool GiveHelpItsPictures(const QString &tour, const QString &help) {
+    constexpr int widest = 560;
+    try {
+        const HelpTopics topics = HelpTopics::Read(help);
+        for (const QString &name : HelpProject::Pictures(topics)) {
+            QImage picture(tour + u'/' + name);
+            if (picture.width() > widest) {
+                picture = picture.scaledToWidth(widest, Qt::SmoothTransformation);
+            }
+            if (picture.isNull() ||
+                !picture.convertToFormat(QImage::Format_Indexed8, CommonestColours(picture))
+                     .save(help + QStringLiteral("/pictures/") + name)) {
+                std::fprintf(stderr, "no picture %s\n", qPrintable(name));
+                return false;
+            }
+        }
+        return true;
+    } catch (const Fault &fault) {
+        std::fprintf(stderr, "%s\n", fault.what());
+        return false;
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
     Application application(argc, argv);
-    if (application.arguments().size() != 2) {
-        std::fprintf(stderr, "usage: ztv-tour FOLDER\n");
+    const QStringList arguments = application.arguments();
+    if (arguments.size() != 2 && arguments.size() != 3) {
+        std::fprintf(stderr, "usage: ztv-tour FOLDER [HELP_FOLDER]\n");
         return 2;
     }
-    const QString folder = application.arguments().at(1);
+    const QString &folder = arguments.at(1);
     QDir().mkpath(folder);
     const QTemporaryDir configuration; // a tour leaves no settings behind
     qputenv("XDG_CONFIG_HOME", configuration.path().toLocal8Bit());
@@ -290,10 +456,14 @@ int main(int argc, char *argv[]) {
 
     PrintedDialogs dialogs;
     SettingsStore settings(QStringLiteral("ZTV Link"));
+    HelpViewer help(dialogs, [](const QUrl &) { return false; });
     FormMain form({.dialogs = dialogs,
                    .settings = settings,
+                   .helpEngine = help,
                    .programFolder = ProgramFolder(),
                    .commandText = QStringLiteral("/CHECKOUT"),
                    .ctrlKeyIsDown = [] { return false; }});
-    return Tour(form, dialogs, settings, folder).Run() ? EXIT_SUCCESS : EXIT_FAILURE;
+    const bool toured = Tour(form, dialogs, settings, folder).Run();
+    const bool gave = arguments.size() == 2 || GiveHelpItsPictures(folder, arguments.at(2));
+    return toured && gave ? EXIT_SUCCESS : EXIT_FAILURE;
 }

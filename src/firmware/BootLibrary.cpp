@@ -41,10 +41,12 @@ bool AsksForVersion(const QByteArray &packet) {
 
 std::int32_t BootLibrary::OpenPIC(const QByteArray &PortName, std::int32_t BitRate, std::int32_t TimeoutMs) {
     line_.reset();
-    line_ = open_(PortName, BitRate);
-    if (!line_) {
+    line_ = openLine_(PortName, BitRate);
+    portIsOpen_ = line_ != nullptr;
+    if (!portIsOpen_) {
         return BootResult::NotOpen;
     }
+    portName_ = PortName;
     bitRate_ = std::max(BitRate, 1);
     timeoutMs_ = TimeoutMs;
     return ++handle_;
@@ -52,8 +54,19 @@ std::int32_t BootLibrary::OpenPIC(const QByteArray &PortName, std::int32_t BitRa
 
 void BootLibrary::ClosePIC(std::int32_t handle) {
     if (handle == handle_) {
+        portIsOpen_ = false;
         line_.reset();
     }
+}
+
+BootLine *BootLibrary::LineOf(std::int32_t handle) {
+    if (!portIsOpen_ || handle != handle_) {
+        return nullptr;
+    }
+    if (!line_) {
+        line_ = openLine_(portName_, bitRate_);
+    }
+    return line_.get();
 }
 
 std::int32_t BootLibrary::SendGetPacket(std::int32_t handle, std::span<std::uint8_t> buffer,
@@ -64,10 +77,14 @@ std::int32_t BootLibrary::SendGetPacket(std::int32_t handle, std::span<std::uint
     }
     const QByteArray packet = BytesOf(buffer.first(static_cast<std::size_t>(bytesToSend)));
     if (IsReset(packet)) {
-        if (!line_ || handle != handle_) {
+        if (LineOf(handle) == nullptr) {
             return BootResult::NotOpen;
         }
-        return line_->Write(BootFrame::Encode(packet)) ? 0 : BootResult::WriteError;
+        if (!line_->Write(BootFrame::Encode(packet))) {
+            line_.reset();
+            return BootResult::WriteError;
+        }
+        return 0;
     }
     constexpr qsizetype versionBytes = 4;
     const qsizetype room = std::min<qsizetype>(largestReply, static_cast<qsizetype>(buffer.size()));
@@ -128,7 +145,7 @@ std::int32_t BootLibrary::VerifyPIC(std::int32_t handle, const TransferRecord &r
 BootLibrary::Answer BootLibrary::Exchange(std::int32_t handle, const QByteArray &packet,
                                           const Expected &expected, std::int32_t tries) {
     Answer answer{BootResult::NotOpen, {}};
-    if (!line_ || handle != handle_) {
+    if (LineOf(handle) == nullptr) {
         return answer;
     }
     const QByteArray frame = BootFrame::Encode(packet);
@@ -141,6 +158,7 @@ BootLibrary::Answer BootLibrary::Exchange(std::int32_t handle, const QByteArray 
             return answer;
         }
         if (answer.result == BootResult::NotOpen || answer.result == BootResult::WriteError) {
+            line_.reset();
             return answer;
         }
         LetLineFallSilent();

@@ -25,10 +25,11 @@ inline constexpr std::int32_t BytesDiffer = -12;
 // until it is answered, or has been tried as often as it may. What the calls return is negative on failure.
 class BootLibrary {
 public:
-    explicit BootLibrary(OpenBootLine open) : open_(std::move(open)) {}
+    explicit BootLibrary(OpenBootLine openLine) : openLine_(std::move(openLine)) {}
 
     // The handle of the port, greater than 0, or NotOpen. Each try of a later call waits `TimeoutMs` for its
-    // answer, beyond the time that both take on the line. A port that was open is closed.
+    // answer, beyond the time that both take on the line. A port that was open is closed. A device that goes
+    // away ends the call that finds it gone; the next one looks for it again.
     std::int32_t OpenPIC(const QByteArray &PortName, std::int32_t BitRate, std::int32_t TimeoutMs);
     void ClosePIC(std::int32_t handle);
 
@@ -59,6 +60,7 @@ private:
         qsizetype most;
     };
 
+    BootLine *LineOf(std::int32_t handle);
     Answer Exchange(std::int32_t handle, const QByteArray &packet, const Expected &expected,
                     std::int32_t tries);
     Answer Try(const QByteArray &frame, const Expected &expected);
@@ -66,9 +68,11 @@ private:
     void LetLineFallSilent();
     int LineTimeMs(qsizetype bytes) const;
 
-    OpenBootLine open_;
-    std::unique_ptr<BootLine> line_;
+    OpenBootLine openLine_;
+    bool portIsOpen_ = false;
     std::int32_t handle_ = 0;
+    std::unique_ptr<BootLine> line_; // null while the port is open: the device has gone away
+    QByteArray portName_;
     std::int32_t bitRate_ = 0;
     std::int32_t timeoutMs_ = 0;
 };

@@ -2,6 +2,7 @@
 
 #include "link/LineCodes.h"
 #include "link/LinkStatus.h"
+#include "support/ProgramVersion.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -63,6 +64,10 @@ LineSettings Mbaxp::LineSettingsInForce() const {
             .bitsPerSecond = BitsPerSecond(inForce_.baudCode),
             .parity = ParityOf(inForce_.parityCode),
             .stopBits = inForce_.stopBitsCode == 1 ? QSerialPort::TwoStop : QSerialPort::OneStop};
+}
+
+QString Mbaxp::AboutText() {
+    return QStringLiteral("Mbaxp\nModbus RTU master of ZTV Link\nVersion ") + ProgramVersion();
 }
 
 bool Mbaxp::OpenPort() {

@@ -26,6 +26,9 @@ class Mbaxp : public QObject {
 public:
     static constexpr int TransactionCount = 5;
 
+    // What it is, for a box that tells about it.
+    static QString AboutText();
+
     // `deviceOfPort` names the serial device behind a port number.
     explicit Mbaxp(std::function<QString(std::int16_t)> deviceOfPort, QObject *parent = nullptr);
 

@@ -37,8 +37,8 @@ public:
     // The same with those that the system still holds.
     QByteArray TakeAllInput();
 
-    // Blocks until something has come, at most so long, and returns it. Empty when nothing came in time or the
-    // line is no longer open.
+    // Blocks until something has come, at most so long, and returns it. Empty when nothing came in time or
+    // the line is no longer open.
     QByteArray WaitForInput(int milliseconds);
 
 Q_SIGNALS:

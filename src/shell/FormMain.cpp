@@ -8,11 +8,12 @@
 #include "model/ParamDefines.h"
 #include "setup/ui/FormTransmitDelay.h"
 #include "setup/ui/frmWizard.h"
+#include "shell/AboutContents.h"
 #include "shell/MakerAddress.h"
 #include "shell/UnseenDialogs.h"
 #include "support/ApplicationTitle.h"
+#include "support/Fault.h"
 #include "support/PathFunctions.h"
-#include "tabs/TabTable.h"
 #include "tabs/ui/AdvancedPage.h"
 #include "tabs/ui/BasicPage.h"
 #include "tabs/ui/CheckoutPage.h"
@@ -23,6 +24,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDir>
 #include <QPixmap>
 #include <QResizeEvent>
 #include <QScreen>
@@ -48,10 +50,13 @@ int ToTwips(int pixels) {
 
 } // namespace
 
-FormMain::FormMain(Surroundings surroundings) : surroundings_(std::move(surroundings)) {
+FormMain::FormMain(Surroundings surroundings)
+    : surroundings_(std::move(surroundings)),
+      help_(surroundings_.helpEngine, surroundings_.dialogs) {
     Controls::Named(this, "FormMain");
     setWindowTitle(ApplicationTitle());
     setWindowIcon(QIcon(QStringLiteral(":/icons/ztvlink.svg")));
+    help_.CHMFile(QDir::toNativeSeparators(surroundings_.programFolder + QStringLiteral("/ZTV.chm")));
 
     // The command line comes before any setting is read, so that the settings can be cleared first; the
     // model exists before the link is set up.
@@ -187,9 +192,13 @@ void FormMain::BuildControls() {
     tabStrip1_->tabBar()->setFixedHeight(Controls::FromTwips(0, 0, 0, frameTopInStrip).height());
     for (const Tab::Description &tab : Tab::Table) {
         if (tab.number != Tab::Checkout || options_.CheckoutEnabled) {
-            tabStrip1_->addTab(Controls::Named(new QWidget, tab.key), QString::fromLatin1(tab.caption));
+            AddTab(tab, tab.caption);
         }
     }
+}
+
+void FormMain::AddTab(const Tab::Description &tab, const char *caption) {
+    tabStrip1_->addTab(Controls::Named(new QWidget, tab.key), QString::fromLatin1(caption));
 }
 
 void FormMain::BuildPages() {
@@ -198,7 +207,8 @@ void FormMain::BuildPages() {
     text1_ = new ValueOverlay(*entryRules_, central);
     basicPage_ = new BasicPage(*zentrova_, *text1_, central);
     tabFrames_[Tab::Basic] = basicPage_;
-    auto *advanced = new AdvancedPage(*zentrova_, *entryRules_, surroundings_.dialogs, *text1_, central);
+    auto *advanced =
+        new AdvancedPage(*zentrova_, *entryRules_, surroundings_.dialogs, help_, *text1_, central);
     connect(advanced, &AdvancedPage::Rebuilt, this, &FormMain::UpdateDisplay);
     tabFrames_[Tab::Advanced] = advanced;
     wizardPage_ = new WizardPage(central);
@@ -231,6 +241,7 @@ void FormMain::ConnectCommands() {
         zentrova_->ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
     };
     const auto exit = [this] { close(); };
+    const auto showHelp = [this] { help_.HHDisplayContents(winId()); };
     const std::pair<QAction &, std::function<void()>> works[] = {
         {commands_->Menu("mnuFileOpen"), openFile},
         {commands_->Menu("mnuFileSave(0)"), saveFile},
@@ -241,12 +252,15 @@ void FormMain::ConnectCommands() {
         {commands_->Menu("mnuReinit"), [this] { Reinitialise(); }},
         {commands_->Menu("mnuTransmitDelayCalc"), [this] { ShowTransmitDelay(); }},
         {commands_->Menu("mnuOptionsUpgradeFirmware"), [this] { ShowUpgradeFirmware(); }},
+        {commands_->Menu("mnuZtvHelp"), showHelp},
         {commands_->Menu("mnuHalvernWeb"), [this] { ShowMakersPages(); }},
+        {commands_->Menu("mnuHelpAbout"), [this] { ShowAbout(); }},
         {commands_->Button("Online"), goOnline},
         {commands_->Button("Offline"), goOffline},
         {commands_->Button("Open File"), openFile},
         {commands_->Button("Save File"), saveFile},
         {commands_->Button("Save ZTV"), saveInSensor},
+        {commands_->Button("Help"), showHelp},
         {commands_->Button("Exit"), exit},
     };
     for (const auto &[action, work] : works) {
@@ -357,11 +371,11 @@ void FormMain::ShowMakersPages() {
 }
 
 void FormMain::ShowCommunications() {
-    FormComms(*link_, *zentrova_, surroundings_.dialogs, surroundings_.settings, this).exec();
+    FormComms(*link_, *zentrova_, surroundings_.dialogs, surroundings_.settings, help_, this).exec();
 }
 
 void FormMain::ShowTransmitDelay() {
-    FormTransmitDelay(*zentrova_, *link_, surroundings_.dialogs, this).exec();
+    FormTransmitDelay(*zentrova_, *link_, surroundings_.dialogs, help_, this).exec();
 }
 
 void FormMain::ShowUpgradeFirmware() {
@@ -369,6 +383,7 @@ void FormMain::ShowUpgradeFirmware() {
                          .link = *link_,
                          .zentrova = *zentrova_,
                          .dialogs = surroundings_.dialogs,
+                         .help = help_,
                          .programFolder = surroundings_.programFolder,
                          .showInEditor = surroundings_.showInEditor},
                         this)
@@ -378,12 +393,36 @@ void FormMain::ShowUpgradeFirmware() {
 // What came before the press may have opened a dialog, or ended the link.
 void FormMain::ShowWizard() {
     if (online_ && QApplication::activeModalWidget() == nullptr) {
-        frmWizard(*zentrova_, surroundings_.dialogs, this).exec();
+        frmWizard(*zentrova_, surroundings_.dialogs, help_, this).exec();
     }
 }
 
+void FormMain::ShowAbout() {
+    FormAbout(AboutContents(*zentrova_, surroundings_.settings),
+              {.showMakersPages = [this] { ShowMakersPages(); },
+               .showMasterAbout =
+                   [this] {
+                       surroundings_.dialogs.OwnedMessageBox(
+                           Mbaxp::AboutText(), {.icon = BoxIcon::Information, .buttons = BoxButtons::Ok},
+                           ApplicationTitle());
+                   },
+               .startSysInfo = surroundings_.startSysInfo,
+               .addCheckoutTab = [this] { AddCheckoutTab(); }},
+              help_, this)
+        .exec();
+}
+
+// Fault (duplicate key) when the tab is there.
+void FormMain::AddCheckoutTab() {
+    const Tab::Description &tab = Tab::Table[Tab::Checkout - 1];
+    if (tabStrip1_->findChild<QWidget *>(QString::fromLatin1(tab.key)) != nullptr) {
+        throw Fault::DuplicateKey(QString::fromLatin1(tab.key));
+    }
+    AddTab(tab, tab.key);
+}
+
 std::int16_t FormMain::AskDirection() {
-    FormReadWrite form(this);
+    FormReadWrite form(help_, this);
     form.exec();
     return form.Choice();
 }

@@ -7,9 +7,11 @@
 #include "shell/FileCommands.h"
 #include "shell/MainCommands.h"
 #include "shell/StoredSettings.h"
+#include "support/ClassMyHtmlHelp.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
 #include "tabs/EntryRules.h"
+#include "tabs/TabTable.h"
 #include "tabs/ui/TabPage.h"
 #include "tabs/ui/ValueOverlay.h"
 
@@ -30,11 +32,13 @@ class WizardPage;
 // The main form. It composes the program's parts, enables and routes; the work is done elsewhere.
 class FormMain : public QMainWindow {
     Q_OBJECT
+    Q_PROPERTY(short HelpContextID READ HelpContext)
 
 public:
     struct Surroundings {
         UserDialogs &dialogs;
         SettingsStore &settings;
+        HelpEngine &helpEngine;
         QString programFolder;
         QString commandText;
         std::function<bool()> ctrlKeyIsDown;
@@ -43,6 +47,7 @@ public:
         // In a text editor, `command` if that is there.
         std::function<bool(const QString &command, const QString &fileName)> showInEditor =
             [](auto &, auto &) { return false; };
+        std::function<void()> startSysInfo = [] {}; // tells the user if it can't
     };
 
     // Runs the whole start-up but for showing the window. Fault when the presets can't be read.
@@ -52,6 +57,7 @@ public:
     // The one parameter table and the one link of the program.
     ClassZentrova &Zentrova() { return *zentrova_; }
     LinkSession &Link() { return *link_; }
+    ClassMyHtmlHelp &hHelp() { return help_; }
 
     std::int16_t TimeoutCount() const { return link_->TimeoutCount(); }
     std::int16_t CrcErrorCount() const { return link_->CrcErrorCount(); }
@@ -98,6 +104,7 @@ protected:
 private:
     void BuildControls();
     void BuildPages();
+    void AddTab(const Tab::Description &tab, const char *caption);
     void AskToClearSettings(bool wanted);
     void PlaceWindow();
     void BuildFileCommands();
@@ -118,11 +125,14 @@ private:
     void ShowTransmitDelay();
     void ShowUpgradeFirmware();
     void ShowWizard();
+    void ShowAbout();
+    void AddCheckoutTab();
     std::int16_t AskDirection();
     void StoreSettings();
     BoxAnswer Ask(const QString &question);
 
     Surroundings surroundings_;
+    ClassMyHtmlHelp help_;
     CommandLine::Options options_;
     std::unique_ptr<ClassZentrova> zentrova_;
     std::unique_ptr<LinkSession> link_;

@@ -2,10 +2,14 @@
 
 #include "support/SettingsStore.h"
 
+#include <QPixmap>
 #include <QString>
 #include <QUrl>
 
-// The maker's address on the web: the setting "Maker"/"WebAddress", which whoever ships the program fills in.
+// What the program shows of its maker: the settings of the section "Maker", which whoever ships the program
+// fills in.
+
+// "WebAddress", the maker's address on the web.
 inline QUrl MakerAddress(const SettingsStore &settings) {
     return QUrl::fromUserInput(settings.Read(QStringLiteral("Maker"), QStringLiteral("WebAddress"),
                                              QStringLiteral("https://www.halvern.example/")));
@@ -18,4 +22,21 @@ inline QString MakerCaption(const SettingsStore &settings) {
         caption.remove(0, 2);
     }
     return caption.replace(u'&', QStringLiteral("&&"));
+}
+
+// "Address": street, town, voice and fax numbers, web site and e-mail, one to a line.
+inline QString MakersAddressBlock(const SettingsStore &settings) {
+    return settings.Read(QStringLiteral("Maker"), QStringLiteral("Address"),
+                         QStringLiteral("1 Example Street\nExampletown\nVoice: 555-0100\nFax: 555-0101\n"
+                                        "www.halvern.example\ninfo@halvern.example"));
+}
+
+// "Logo": the file of a picture. One that can't be read leaves the program's own.
+inline QPixmap MakersLogo(const SettingsStore &settings) {
+    constexpr QSize most(160, 120);
+    const QPixmap own(QStringLiteral(":/icons/maker.svg"));
+    const QPixmap logo(settings.Read(QStringLiteral("Maker"), QStringLiteral("Logo"), QString()));
+    return logo.isNull()
+               ? own
+               : logo.scaled(logo.size().boundedTo(most), Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }

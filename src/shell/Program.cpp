@@ -4,6 +4,7 @@
 #include "shell/Rescue.h"
 #include "support/ApplicationTitle.h"
 #include "support/FileType.h"
+#include "support/SystemInformation.h"
 #include "support/TextEditor.h"
 
 #include <QApplication>
@@ -16,6 +17,15 @@ void RegisterFileType(const QString &application) {
     if (!application.isEmpty()) {
         FileType::Register(application, QStringLiteral(":/icons/ztvlink.svg"));
     }
+}
+
+void StartSysInfo(UserDialogs &dialogs) {
+#ifdef Q_OS_WIN
+    SystemRegistryReader registry;
+    SystemInformation::StartSysInfo(registry, SystemInformation::StartDetached, dialogs);
+#else
+    SystemInformation::StartSysInfo(SystemInformation::StartDetached, dialogs);
+#endif
 }
 
 } // namespace
@@ -34,13 +44,15 @@ int RunProgram(const ProgramStart &start, const std::function<void(FormMain &)> 
         FormMain form(
             {.dialogs = start.dialogs,
              .settings = start.settings,
+             .helpEngine = start.helpEngine,
              .programFolder = start.programFolder,
              .commandText = start.commandText,
              .ctrlKeyIsDown =
                  [] { return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier); },
              .registerFileType = [&start] { RegisterFileType(start.application); },
              .openUrl = QDesktopServices::openUrl,
-             .showInEditor = TextEditor::Show});
+             .showInEditor = TextEditor::Show,
+             .startSysInfo = [&start] { StartSysInfo(start.dialogs); }});
         form.ShowAsStored();
         onShown(form);
         return QApplication::exec();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/Fault.h"
+#include "support/HelpEngine.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
 
@@ -13,6 +14,7 @@ class FormMain;
 struct ProgramStart {
     UserDialogs &dialogs;
     SettingsStore &settings;
+    HelpEngine &helpEngine;
     QString programFolder;
     QString commandText;
     QString application = {}; // what a double click on a settings file is to start; empty to register nothing

@@ -2,6 +2,7 @@
 #include "shell/CommandLine.h"
 #include "shell/FormMain.h"
 #include "shell/Program.h"
+#include "shell/SystemHelp.h"
 #include "support/ApplicationTitle.h"
 #include "support/FileType.h"
 #include "support/ProgramFolder.h"
@@ -19,8 +20,10 @@ int main(int argc, char *argv[]) {
         std::_Exit(EXIT_FAILURE); // what the fault broke mustn't be torn down in order
     });
     SettingsStore settings(ApplicationTitle());
+    const std::unique_ptr<HelpEngine> help = SystemHelp(ProgramFolder(), dialogs);
     return RunProgram({.dialogs = dialogs,
                        .settings = settings,
+                       .helpEngine = *help,
                        .programFolder = ProgramFolder(),
                        .commandText = CommandLine::JoinArguments(QCoreApplication::arguments().mid(1)),
                        .application = FileType::ThisApplication()},

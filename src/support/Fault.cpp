@@ -24,3 +24,7 @@ Fault Fault::DivisionByZero(const QString &what) {
 Fault Fault::File(const QString &fileName, const QString &reason) {
     return Fault(Kind::File, QStringLiteral("%1: %2.").arg(fileName, reason));
 }
+
+Fault Fault::DuplicateKey(const QString &what) {
+    return Fault(Kind::DuplicateKey, QStringLiteral("Key is not unique: ") + what);
+}

@@ -7,7 +7,7 @@
 // it ends the program with its description (see shell/Application).
 class Fault : public std::exception {
 public:
-    enum class Kind { Subscript, Overflow, Conversion, DivisionByZero, Database, File };
+    enum class Kind { Subscript, Overflow, Conversion, DivisionByZero, DuplicateKey, Database, File };
 
     Fault(Kind kind, const QString &description);
 
@@ -19,6 +19,7 @@ public:
     static Fault Overflow(const QString &what);
     static Fault Conversion(const QString &what);
     static Fault DivisionByZero(const QString &what);
+    static Fault DuplicateKey(const QString &what);
     static Fault File(const QString &fileName, const QString &reason); // the reason without its full stop
 
 private:

@@ -6,7 +6,11 @@
 #include <memory>
 
 // The numbers are those of the Windows registry.
-enum class RootKey : std::uint32_t { ClassesRoot = 0x80000000, CurrentUser = 0x80000001 };
+enum class RootKey : std::uint32_t {
+    ClassesRoot = 0x80000000,
+    CurrentUser = 0x80000001,
+    LocalMachine = 0x80000002
+};
 enum class ValueType : std::uint32_t { Sz = 1, Dword = 4 };
 
 // 0 when the store was made, otherwise an error of the system.

@@ -2,6 +2,7 @@
 #include "link/ui/ResultsList.h"
 #include "sim/SimulatedSensor.h"
 #include "tests/support/Form.h"
+#include "tests/support/HelpOfForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/SharedLine.h"
@@ -37,7 +38,7 @@ protected:
     }
 
     void Open(SearchStart start, const char *from, const char *to, bool vary = false) {
-        form_ = std::make_unique<FormSearch>(session_, zentrova_, dialogs_, start);
+        form_ = std::make_unique<FormSearch>(session_, zentrova_, dialogs_, help_, start);
         form_->show();
         const Form ui(*form_);
         ui.Get<QRadioButton>("OptionAddressRange(1)").click();
@@ -64,6 +65,7 @@ protected:
     }
 
     ScriptedDialogs dialogs_;
+    HelpOfForm help_;
     std::vector<std::unique_ptr<sim::SimulatedSensor>> sensors_;
     SharedLine line_;
     ClassZentrova zentrova_{ShippedPresetsFolder()};

@@ -233,14 +233,25 @@ TEST_F(BootLibraryTest, ALineThatBabblesHoldsNothingUp) {
     EXPECT_EQ(far_.silences, 2 * 20);
 }
 
-TEST_F(BootLibraryTest, DoesntTryAgainOnALineThatIsGone) {
+TEST_F(BootLibraryTest, DoesntTryAgainOnALineThatIsGoneButLooksForItNextTime) {
     Open();
     far_.gone = true;
     EXPECT_EQ(SendVersionRead(), BootResult::NotOpen);
     EXPECT_EQ(far_.sent.size(), 1u);
+    opens_ = false;
+    EXPECT_EQ(SendVersionRead(), BootResult::NotOpen);
+    EXPECT_EQ(far_.sent.size(), 1u);
+    opens_ = true;
     far_.refuses = true;
     EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), BootResult::WriteError);
-    EXPECT_EQ(far_.sent.size(), 1u);
+    far_.gone = far_.refuses = false;
+    openedRate_ = 0;
+    Answer("00 02 05 01");
+    EXPECT_EQ(SendVersionRead(), 4); // with the handle that it had
+    EXPECT_EQ(openedPort_, QByteArray("COM3"));
+    EXPECT_EQ(openedRate_, 38400);
+    library_.ClosePIC(handle_);
+    EXPECT_EQ(SendVersionRead(), BootResult::NotOpen);
 }
 
 TEST_F(BootLibraryTest, RefusesWhatABufferDoesntHold) {

@@ -43,9 +43,9 @@ protected:
 TEST_F(AccessibilityTest, EachControlThatTakesTheFocusHasAName) {
     Start(QStringLiteral("/checkout"));
     ExpectAllNamed(*form_);
-    FormReadWrite direction;
+    FormReadWrite direction(form_->hHelp());
     ExpectAllNamed(direction);
-    frmWizard wizard(form_->Zentrova(), dialogs_);
+    frmWizard wizard(form_->Zentrova(), dialogs_, form_->hHelp());
     ExpectAllNamed(wizard);
     EXPECT_EQ(Seen(Form(wizard).Get<QLabel>("LabelActualDistance(0)")).text(QAccessible::Name),
               QStringLiteral("---.--"));

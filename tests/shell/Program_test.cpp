@@ -5,7 +5,9 @@
 #include "shell/Rescue.h"
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
+#include "support/ui/HelpViewer.h"
 #include "tests/support/Printers.h"
+#include "tests/support/RecordedHelp.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/TestPresets.h"
 
@@ -20,12 +22,16 @@ namespace {
 
 int RunWith(ScriptedDialogs &dialogs, const QString &folder, bool &shown) {
     SettingsStore settings(ApplicationTitle());
-    return RunProgram(
-        {.dialogs = dialogs, .settings = settings, .programFolder = folder, .commandText = QString()},
-        [&shown](FormMain &form) {
-            shown = form.isVisible();
-            QTimer::singleShot(0, qApp, [] { QApplication::exit(0); });
-        });
+    RecordedHelp help;
+    return RunProgram({.dialogs = dialogs,
+                       .settings = settings,
+                       .helpEngine = help,
+                       .programFolder = folder,
+                       .commandText = QString()},
+                      [&shown](FormMain &form) {
+                          shown = form.isVisible();
+                          QTimer::singleShot(0, qApp, [] { QApplication::exit(0); });
+                      });
 }
 
 } // namespace
@@ -67,8 +73,10 @@ TEST(ProgramTest, RescuesUnsavedChangesOnAFault) {
     qputenv("XDG_DATA_HOME", data.path().toLocal8Bit());
     ScriptedDialogs dialogs;
     SettingsStore settings(ApplicationTitle());
+    RecordedHelp help;
     RunProgram({.dialogs = dialogs,
                 .settings = settings,
+                .helpEngine = help,
                 .programFolder = ShippedPresetsFolder(),
                 .commandText = QString()},
                [&](FormMain &form) {
@@ -123,4 +131,30 @@ TEST(ApplicationTest, HandsAFaultOfAHandlerToItsOneHandler) {
     }
     EXPECT_EQ(faults, (std::vector<std::string>{"Subscript out of range: parameter(96)"}));
     application.OnFault([](const Fault &fault) { ADD_FAILURE() << "fault: " << fault.what(); });
+}
+
+TEST(ProgramTest, EndsWithItsMainFormThoughTheHelpIsOpen) {
+    ScriptedDialogs dialogs;
+    SettingsStore settings(ApplicationTitle());
+    HelpViewer help(dialogs, [](const QUrl &) { return false; });
+    QApplication::setQuitOnLastWindowClosed(true);
+    bool shown = false;
+    EXPECT_EQ(RunProgram({.dialogs = dialogs,
+                          .settings = settings,
+                          .helpEngine = help,
+                          .programFolder = ShippedPresetsFolder(),
+                          .commandText = QString()},
+                         [&shown](FormMain &form) {
+                             QTimer::singleShot(0, &form, [&] {
+                                 form.hHelp().HHDisplayContents(form.winId());
+                                 for (const QWidget *window : QApplication::topLevelWidgets()) {
+                                     shown = shown || (window->objectName() == QStringLiteral("HelpWindow") &&
+                                                       window->isVisible());
+                                 }
+                                 form.close();
+                             });
+                         }),
+              0);
+    QApplication::setQuitOnLastWindowClosed(false);
+    EXPECT_TRUE(shown);
 }

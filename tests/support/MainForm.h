@@ -4,6 +4,7 @@
 #include "support/ApplicationTitle.h"
 #include "support/SettingsStore.h"
 #include "tests/support/Form.h"
+#include "tests/support/RecordedHelp.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/TestPresets.h"
 
@@ -28,6 +29,7 @@ protected:
         form_ = std::make_unique<FormMain>(
             FormMain::Surroundings{.dialogs = dialogs_,
                                    .settings = settings_,
+                                   .helpEngine = Engine(),
                                    .programFolder = presets_,
                                    .commandText = commandText,
                                    .ctrlKeyIsDown = [this] { return ctrl_; },
@@ -36,19 +38,25 @@ protected:
                                        [this](const QUrl &url) {
                                            opened_ = url;
                                            return browser_;
-                                       }});
+                                       },
+                                   .startSysInfo = [this] { ++systemInformations_; }});
         form_->ShowAsStored();
     }
 
     Form Ui() const { return Form(*form_); }
 
+    // What shows the help; it records what it is asked for unless a test has another.
+    virtual HelpEngine &Engine() { return help_; }
+
     QTemporaryDir configuration_;
     QByteArray previousConfiguration_;
     ScriptedDialogs dialogs_;
+    RecordedHelp help_;
     SettingsStore settings_{ApplicationTitle()};
     QString presets_ = ShippedPresetsFolder();
     bool ctrl_ = false;
     int registrations_ = 0;
+    int systemInformations_ = 0;
     QUrl opened_;
     bool browser_ = true;
     std::unique_ptr<FormMain> form_;

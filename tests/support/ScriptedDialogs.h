@@ -26,6 +26,7 @@ public:
     void ExpectSaveFile(std::optional<QString> answer, std::function<void(const FileQuestion &)> check = {});
 
     bool AllCame() const { return expected_.empty(); }
+    std::size_t StillExpected() const { return expected_.size(); }
 
     BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &title) override;
     std::optional<QString> OpenFileDialog(const FileQuestion &question) override;

@@ -5,6 +5,7 @@
 #include "support/Numbers.h"
 #include "support/ProgramFolder.h"
 #include "ui/Controls.h"
+#include "ui/FormHelp.h"
 
 #include <QApplication>
 #include <QDir>
@@ -97,6 +98,7 @@ FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *par
     console_->Load(surroundings_.link.CommPort(),
                    ToInt32(ToNumber(surroundings_.zentrova.BaudRateString(baud))),
                    FolderForOwnFiles(surroundings_.programFolder));
+    FormHelp::Offer(*this, surroundings_.help, HelpContextID);
     upgrade->setFocus();
 }
 

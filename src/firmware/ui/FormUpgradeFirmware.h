@@ -2,6 +2,7 @@
 
 #include "firmware/OneButtonUpgrade.h"
 #include "firmware/UpgradeConsole.h"
+#include "support/ClassMyHtmlHelp.h"
 
 #include <QDialog>
 #include <functional>
@@ -19,11 +20,14 @@ class FormUpgradeFirmware : public QDialog {
     Q_OBJECT
 
 public:
+    static constexpr std::int32_t HelpContextID = 1170;
+
     struct Surroundings {
         BootComm &bootComm; // the program's one
         LinkSession &link;
         ClassZentrova &zentrova;
         UserDialogs &dialogs;
+        ClassMyHtmlHelp &help;
         QString programFolder;
         std::function<bool(const QString &command, const QString &fileName)> showInEditor;
     };

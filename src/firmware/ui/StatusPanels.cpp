@@ -2,9 +2,15 @@
 
 #include "ui/Controls.h"
 
-#include <QHBoxLayout>
 #include <QPainter>
-#include <QStyleOption>
+#include <QResizeEvent>
+#include <numeric>
+
+namespace {
+
+constexpr int gap = 2;
+
+} // namespace
 
 // Keeps its text whole, for whoever reads it out; only the painting cuts it.
 class StatusPanels::Label : public QLabel {
@@ -12,8 +18,6 @@ public:
     using QLabel::QLabel;
 
     void Explain() { setToolTip(Fits() ? accessibleDescription() : text()); }
-
-    QSize minimumSizeHint() const override { return QSize(0, QLabel::minimumSizeHint().height()); }
 
 protected:
     void paintEvent(QPaintEvent *event) override {
@@ -39,11 +43,7 @@ private:
 };
 
 StatusPanels::StatusPanels(const std::vector<Panel> &panels, QWidget *parent) : QWidget(parent) {
-    constexpr int gap = 2;
     constexpr int inset = 3;
-    auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(gap, gap, gap, gap);
-    row->setSpacing(gap);
     for (const Panel &panel : panels) {
         auto *label = Controls::Named(new Label(panel.text, this),
                                       Controls::Member("StatusBar1", static_cast<int>(labels_.size()) + 1));
@@ -51,8 +51,30 @@ StatusPanels::StatusPanels(const std::vector<Panel> &panels, QWidget *parent) : 
         label->setMargin(inset);
         label->setTextFormat(Qt::PlainText);
         label->setAccessibleDescription(panel.meaning);
-        row->addWidget(label, panel.stretch);
         labels_.push_back(label);
+        stretches_.push_back(panel.stretch);
+    }
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+QSize StatusPanels::sizeHint() const {
+    return minimumSizeHint();
+}
+
+QSize StatusPanels::minimumSizeHint() const {
+    return QSize(0, labels_.front()->sizeHint().height() + 2 * gap);
+}
+
+void StatusPanels::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    const int shares = std::accumulate(stretches_.begin(), stretches_.end(), 0);
+    const int room = width() - gap;
+    int share = 0;
+    for (std::size_t index = 0; index < labels_.size(); ++index) {
+        const int left = gap + room * share / shares;
+        share += stretches_[index];
+        const int right = gap + room * share / shares;
+        labels_[index]->setGeometry(left, gap, right - left - gap, height() - 2 * gap);
     }
 }
 

@@ -22,7 +22,16 @@ public:
     void SetText(int panel, const QString &text);
     QString Text(int panel) const;
 
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     class Label;
+
+    // In no layout: a text that changes with each packet mustn't lay the window out anew.
     std::vector<Label *> labels_;
+    std::vector<int> stretches_;
 };

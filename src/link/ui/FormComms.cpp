@@ -6,6 +6,7 @@
 #include "support/Numbers.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
+#include "ui/FormHelp.h"
 #include "ui/TextBoxFunctions.h"
 
 #include <QGridLayout>
@@ -32,12 +33,13 @@ QPushButton *NewButton(const char *name, const char *caption, const char *toolTi
 } // namespace
 
 FormComms::FormComms(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs,
-                     SettingsStore &settings, QWidget *parent)
+                     SettingsStore &settings, ClassMyHtmlHelp &help, QWidget *parent)
     : QDialog(parent),
       link_(link),
       zentrova_(zentrova),
       dialogs_(dialogs),
-      settings_(settings) {
+      settings_(settings),
+      help_(help) {
     Controls::Named(this, "FormComms");
     setWindowTitle(QStringLiteral("Communications Setup"));
     auto *column = new QVBoxLayout(this);
@@ -139,7 +141,7 @@ void FormComms::BuildButtons(QVBoxLayout &column) {
     auto *ok = NewButton("CommandOK", "&OK", "Accept current settings & close");
     auto *cancel = NewButton("CommandCancel", "&Cancel", "Discard any changes and close");
     auto *help = NewButton("CommandHelp", "&Help", "Displays help file");
-    help->setEnabled(false); // until there is a help file
+    FormHelp::Offer(*this, help_, HelpContextID, help);
     ok->setDefault(true);
     connect(search, &QPushButton::clicked, this, &FormComms::Search);
     connect(ok, &QPushButton::clicked, this, &FormComms::accept);
@@ -217,7 +219,7 @@ void FormComms::Search() {
     if (!port) {
         return;
     }
-    FormSearch search(link_, zentrova_, dialogs_,
+    FormSearch search(link_, zentrova_, dialogs_, help_,
                       {.port = *port,
                        .baud = ToInt16(baudRate_->currentIndex()),
                        .parityStop = ToInt16(parityStop_->currentIndex())},

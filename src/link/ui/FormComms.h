@@ -3,6 +3,7 @@
 #include "link/LinkSession.h"
 #include "link/ui/DeviceBox.h"
 #include "model/ClassZentrova.h"
+#include "support/ClassMyHtmlHelp.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
 
@@ -24,8 +25,10 @@ class FormComms : public QDialog {
     Q_OBJECT
 
 public:
+    static constexpr std::int32_t HelpContextID = 1120;
+
     FormComms(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, SettingsStore &settings,
-              QWidget *parent = nullptr);
+              ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
     // Locks what must stay as it is while the port is open.
     void EnableDisableCommSettings(bool online);
@@ -52,6 +55,7 @@ private:
     ClassZentrova &zentrova_;
     UserDialogs &dialogs_;
     SettingsStore &settings_;
+    ClassMyHtmlHelp &help_;
     QLineEdit *port_ = nullptr;
     DeviceBox *device_ = nullptr;
     QComboBox *baudRate_ = nullptr;

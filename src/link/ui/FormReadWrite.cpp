@@ -3,6 +3,7 @@
 #include "link/LinkSession.h"
 #include "support/ApplicationTitle.h"
 #include "ui/Controls.h"
+#include "ui/FormHelp.h"
 
 #include <QKeyEvent>
 #include <QToolBar>
@@ -31,10 +32,13 @@ constexpr int iconSize = 32;
 
 } // namespace
 
-FormReadWrite::FormReadWrite(QWidget *parent) : QDialog(parent), choice_(ConnectChoice::Cancel) {
+FormReadWrite::FormReadWrite(ClassMyHtmlHelp &help, QWidget *parent)
+    : QDialog(parent),
+      choice_(ConnectChoice::Cancel) {
     Controls::Named(this, "FormReadWrite");
     setWindowTitle(ApplicationTitle());
     setModal(true);
+    FormHelp::Offer(*this, help, HelpContextID);
 
     auto *toolbar = Controls::Named(new QToolBar(this), "Toolbar1");
     toolbar->setMovable(false);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/ClassMyHtmlHelp.h"
+
 #include <QDialog>
 #include <cstdint>
 
@@ -8,7 +10,9 @@ class FormReadWrite : public QDialog {
     Q_OBJECT
 
 public:
-    explicit FormReadWrite(QWidget *parent = nullptr);
+    static constexpr std::int32_t HelpContextID = 1110;
+
+    explicit FormReadWrite(ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
     // A ConnectChoice. Cancel unless a button said otherwise, so also when the window was closed.
     std::int16_t Choice() const { return choice_; }

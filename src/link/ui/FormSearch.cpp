@@ -5,6 +5,7 @@
 #include "support/Numbers.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
+#include "ui/FormHelp.h"
 #include "ui/TextBoxFunctions.h"
 
 #include <QGroupBox>
@@ -75,8 +76,8 @@ void SetWidth(QWidget *widget, const QString &text) {
 
 } // namespace
 
-FormSearch::FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, SearchStart start,
-                       QWidget *parent)
+FormSearch::FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs,
+                       ClassMyHtmlHelp &help, SearchStart start, QWidget *parent)
     : QDialog(parent),
       link_(link),
       zentrova_(zentrova),
@@ -106,6 +107,7 @@ FormSearch::FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &
     rows->addLayout(BuildStatus());
 
     ConnectControls();
+    FormHelp::Offer(*this, help, HelpContextID, commandHelp_);
     ConnectSearch();
     optionAddressRange_[0]->setChecked(true);
     SetTabOrder();
@@ -209,7 +211,6 @@ QLayout *FormSearch::BuildButtons() {
     commandStop_->setEnabled(false);
     commandClose_ = Button("CommandClose", "&Close", "Close this window");
     commandHelp_ = Button("CommandHelp", "&Help", "Displays help file");
-    commandHelp_->setEnabled(false); // until there is a help file
 
     auto *column = new QVBoxLayout;
     column->addWidget(commandStart_);

@@ -2,6 +2,7 @@
 
 #include "link/DeviceSearch.h"
 #include "model/ClassZentrova.h"
+#include "support/ClassMyHtmlHelp.h"
 #include "support/UserDialogs.h"
 
 #include <QCheckBox>
@@ -29,8 +30,10 @@ class FormSearch : public QDialog {
     Q_OBJECT
 
 public:
-    FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, SearchStart start,
-               QWidget *parent = nullptr);
+    static constexpr std::int32_t HelpContextID = 1130;
+
+    FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, ClassMyHtmlHelp &help,
+               SearchStart start, QWidget *parent = nullptr);
 
     // The answer to the probe, as DeviceSearch::FoundDevice takes it.
     void FoundDevice(std::int16_t status) { search_.FoundDevice(status); }

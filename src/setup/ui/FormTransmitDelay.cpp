@@ -6,6 +6,7 @@
 #include "support/Numbers.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
+#include "ui/FormHelp.h"
 #include "ui/TextBoxFunctions.h"
 
 #include <QApplication>
@@ -47,7 +48,7 @@ void FinishClickIn(const QWidget &window) {
 } // namespace
 
 FormTransmitDelay::FormTransmitDelay(ClassZentrova &zentrova, const ParameterLink &link, UserDialogs &dialogs,
-                                     QWidget *parent)
+                                     ClassMyHtmlHelp &help, QWidget *parent)
     : QDialog(parent),
       zentrova_(zentrova),
       dialogs_(dialogs),
@@ -65,7 +66,7 @@ FormTransmitDelay::FormTransmitDelay(ClassZentrova &zentrova, const ParameterLin
     column->addWidget(NewRule());
     BuildResults(*column);
     column->addWidget(NewRule());
-    BuildButtons(*column);
+    BuildButtons(*column, help);
     column->setSizeConstraint(QLayout::SetFixedSize);
 
     RecalculateDelay();
@@ -147,7 +148,7 @@ void FormTransmitDelay::BuildResults(QVBoxLayout &column) {
     AddRow(column, "Label3", "(22) Master Transmit Delay (high)", *high_);
 }
 
-void FormTransmitDelay::BuildButtons(QVBoxLayout &column) {
+void FormTransmitDelay::BuildButtons(QVBoxLayout &column, ClassMyHtmlHelp &help) {
     const auto newButton = [this](const char *name, const char *caption) {
         auto *button = Controls::Named(new QPushButton(QString::fromLatin1(caption), this), name);
         button->setAccessibleName(button->text());
@@ -162,8 +163,8 @@ void FormTransmitDelay::BuildButtons(QVBoxLayout &column) {
     saveSettings_->setToolTip(QStringLiteral("Save parameter changes in Zentrova"));
     saveSettings_->setAccessibleName(saveSettings_->text());
     saveSettings_->setChecked(true);
-    auto *help = newButton("CommandHelp", "Help");
-    help->setEnabled(false); // until there is a help file
+    auto *helpButton = newButton("CommandHelp", "Help");
+    FormHelp::Offer(*this, help, HelpContextID, helpButton);
     auto *close = newButton("CommandClose", "Close");
     connect(write_, &QPushButton::clicked, this, &FormTransmitDelay::SetTransmitDelayValues);
     connect(close, &QPushButton::clicked, this, &FormTransmitDelay::reject);
@@ -173,7 +174,7 @@ void FormTransmitDelay::BuildButtons(QVBoxLayout &column) {
     column.addSpacing(margin);
     auto *row = new QHBoxLayout;
     row->addStretch();
-    row->addWidget(help);
+    row->addWidget(helpButton);
     row->addWidget(close);
     column.addLayout(row);
 }

@@ -2,6 +2,7 @@
 
 #include "model/ClassZentrova.h"
 #include "model/ParameterLink.h"
+#include "support/ClassMyHtmlHelp.h"
 #include "support/UserDialogs.h"
 
 #include <QCheckBox>
@@ -18,8 +19,10 @@ class FormTransmitDelay : public QDialog {
     Q_OBJECT
 
 public:
+    static constexpr std::int32_t HelpContextID = 1150;
+
     FormTransmitDelay(ClassZentrova &zentrova, const ParameterLink &link, UserDialogs &dialogs,
-                      QWidget *parent = nullptr);
+                      ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
     // Every way of closing the window comes here. One that comes during a write takes effect after it.
     void done(int result) override;
@@ -31,7 +34,7 @@ protected:
 private:
     void BuildEntries(QVBoxLayout &column);
     void BuildResults(QVBoxLayout &column);
-    void BuildButtons(QVBoxLayout &column);
+    void BuildButtons(QVBoxLayout &column, ClassMyHtmlHelp &help);
     QLineEdit *NewEntry(const char *name, const char *text);
     void AddExplanation(QVBoxLayout &column, int index, const char *text);
     void AddRow(QVBoxLayout &column, const char *labelName, const char *caption, QLineEdit &box);

@@ -5,6 +5,7 @@
 #include "support/Numbers.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
+#include "ui/FormHelp.h"
 #include "ui/TextBoxFunctions.h"
 
 #include <QApplication>
@@ -62,7 +63,7 @@ std::optional<Meaning> Chosen(const std::array<QRadioButton *, 2> &options, Mean
 
 } // namespace
 
-frmWizard::frmWizard(ClassZentrova &zentrova, UserDialogs &dialogs, QWidget *parent)
+frmWizard::frmWizard(ClassZentrova &zentrova, UserDialogs &dialogs, ClassMyHtmlHelp &help, QWidget *parent)
     : QDialog(parent),
       zentrova_(zentrova),
       dialogs_(dialogs),
@@ -81,6 +82,7 @@ frmWizard::frmWizard(ClassZentrova &zentrova, UserDialogs &dialogs, QWidget *par
     auto *column = new QVBoxLayout(this);
     column->addWidget(area_);
     column->addWidget(BuildNavigation());
+    FormHelp::Offer(*this, help, HelpContextID, cmdNav_[At(Help)]);
     column->setSizeConstraint(QLayout::SetFixedSize);
     SetTabOrder();
     SizeSteps();
@@ -353,8 +355,6 @@ QWidget *frmWizard::BuildNavigation() {
         QPushButton *button = NewButton(Controls::Member("cmdNav", index), entry.caption);
         if (entry.work != nullptr) {
             connect(button, &QPushButton::clicked, this, [this, work = entry.work] { Press(work); });
-        } else {
-            button->setEnabled(false); // until there is a help file
         }
         row->addWidget(button);
         if (index == Help) {

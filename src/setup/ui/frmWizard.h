@@ -3,6 +3,7 @@
 #include "model/ClassZentrova.h"
 #include "setup/WizardSteps.h"
 #include "setup/ui/RollGraphic.h"
+#include "support/ClassMyHtmlHelp.h"
 #include "support/UserDialogs.h"
 
 #include <QCheckBox>
@@ -26,7 +27,10 @@ class frmWizard : public QDialog {
     Q_OBJECT
 
 public:
-    frmWizard(ClassZentrova &zentrova, UserDialogs &dialogs, QWidget *parent = nullptr);
+    static constexpr std::int32_t HelpContextID = 1140;
+
+    frmWizard(ClassZentrova &zentrova, UserDialogs &dialogs, ClassMyHtmlHelp &help,
+              QWidget *parent = nullptr);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

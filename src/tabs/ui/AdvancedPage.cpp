@@ -61,11 +61,12 @@ int Pixels(int twips) {
 } // namespace
 
 AdvancedPage::AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialogs &dialogs,
-                           ValueOverlay &text1, QWidget *parent)
+                           ClassMyHtmlHelp &help, ValueOverlay &text1, QWidget *parent)
     : TabPage(2, parent),
       zentrova_(zentrova),
       rules_(rules),
       dialogs_(dialogs),
+      help_(help),
       text1_(text1),
       model_(zentrova) {
     BuildControls();
@@ -242,7 +243,7 @@ void AdvancedPage::WriteChoice() {
 
 void AdvancedPage::EditOutput(const QString &tagText, const QString &text) {
     const std::int16_t tag = ToInt16(ToNumber(tagText));
-    FormEdit form(rules_, dialogs_, this);
+    FormEdit form(rules_, dialogs_, help_, this);
     form.RawMin = ToInt16(zentrova_.ParamMin(tag));
     form.RawMax = ToInt16(zentrova_.ParamMax(tag));
     form.EngMin = 0;

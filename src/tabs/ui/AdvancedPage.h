@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ClassZentrova.h"
+#include "support/ClassMyHtmlHelp.h"
 #include "support/UserDialogs.h"
 #include "tabs/EntryRules.h"
 #include "tabs/ParameterListModel.h"
@@ -21,8 +22,8 @@ class AdvancedPage : public TabPage {
 
 public:
     // `text1` is the main form's box for typed values, Combo1 is put beside it.
-    AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialogs &dialogs, ValueOverlay &text1,
-                 QWidget *parent);
+    AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialogs &dialogs, ClassMyHtmlHelp &help,
+                 ValueOverlay &text1, QWidget *parent);
 
     void Leaving() override { WriteChoice(); }
     void UpdateDisplay() override;
@@ -52,6 +53,7 @@ private:
     ClassZentrova &zentrova_;
     EntryRules &rules_;
     UserDialogs &dialogs_;
+    ClassMyHtmlHelp &help_;
     ValueOverlay &text1_;
     ParameterListModel model_;
     ParameterList *listView1_ = nullptr;

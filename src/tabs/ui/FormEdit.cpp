@@ -5,6 +5,7 @@
 #include "tabs/ui/TextBoxEntry.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
+#include "ui/FormHelp.h"
 #include "ui/TextBoxFunctions.h"
 
 #include <QGridLayout>
@@ -24,13 +25,14 @@ constexpr int buttonWidth = 80;
 
 } // namespace
 
-FormEdit::FormEdit(EntryRules &rules, UserDialogs &dialogs, QWidget *parent)
+FormEdit::FormEdit(EntryRules &rules, UserDialogs &dialogs, ClassMyHtmlHelp &help, QWidget *parent)
     : QDialog(parent),
       rules_(rules),
       dialogs_(dialogs) {
     Controls::Named(this, "FormEdit");
     setWindowTitle(QStringLiteral("Enter Value"));
     BuildControls();
+    FormHelp::Offer(*this, help, HelpContextID);
     optionDataType_[raw]->setChecked(true);
 }
 

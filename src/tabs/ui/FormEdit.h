@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/ClassMyHtmlHelp.h"
 #include "support/UserDialogs.h"
 #include "tabs/EntryRules.h"
 
@@ -15,7 +16,9 @@ class FormEdit : public QDialog {
     Q_OBJECT
 
 public:
-    FormEdit(EntryRules &rules, UserDialogs &dialogs, QWidget *parent = nullptr);
+    static constexpr std::int32_t HelpContextID = 1160;
+
+    FormEdit(EntryRules &rules, UserDialogs &dialogs, ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
     // The ends of the raw range, and the volts there. Set before the dialog is shown.
     std::int16_t RawMin = 0;

@@ -3,6 +3,7 @@
 #include "support/Fault.h"
 #include "tests/firmware/FakeLoader.h"
 #include "tests/support/Form.h"
+#include "tests/support/HelpOfForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/TestPresets.h"
@@ -33,6 +34,7 @@ protected:
             .link = link_,
             .zentrova = zentrova_,
             .dialogs = dialogs_,
+            .help = help_,
             .programFolder = folder_.path(),
             .showInEditor = [this](const QString &command, const QString &fileName) {
                 EXPECT_EQ(command, QStringLiteral("notepad.exe"));
@@ -92,6 +94,7 @@ protected:
 
     QTemporaryDir folder_;
     ScriptedDialogs dialogs_;
+    HelpOfForm help_;
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession link_{zentrova_,
                       {.dialogs = dialogs_,
@@ -925,4 +928,12 @@ TEST_F(FormUpgradeFirmwareTest, WithoutALinkTheFirstWaitFails) {
     EXPECT_TRUE(waited);
     EXPECT_EQ(Panel(1), QStringLiteral("Failed to put in Boot mode"));
     EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, OffersItsHelp) {
+    Open();
+    form_->activateWindow();
+    ASSERT_TRUE(WaitUntil([this] { return form_->isActiveWindow(); })); // before, no shortcut works
+    QTest::keyClick(form_.get(), Qt::Key_F1);
+    EXPECT_TRUE(help_.WasAskedFor(FormUpgradeFirmware::HelpContextID, *form_));
 }

@@ -3,6 +3,7 @@
 #include "link/SerialPorts.h"
 #include "support/ApplicationTitle.h"
 #include "tests/support/Form.h"
+#include "tests/support/HelpOfForm.h"
 #include "tests/support/MainForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedDialogs.h"
@@ -29,7 +30,7 @@ protected:
 
     // Opens the dialog, does `work` with it and returns when it is closed.
     int Run(const std::function<void(const Form &)> &work) {
-        FormComms form(link_, *zentrova_, dialogs_, settings_);
+        FormComms form(link_, *zentrova_, dialogs_, settings_, help_);
         WhenDialogOpens([&work](QWidget &dialog) { work(Form(dialog)); });
         return form.exec();
     }
@@ -52,6 +53,7 @@ protected:
     QTemporaryDir configuration_;
     QByteArray previousConfiguration_;
     ScriptedDialogs dialogs_;
+    HelpOfForm help_;
     SettingsStore settings_{ApplicationTitle()};
     std::unique_ptr<ClassZentrova> zentrova_ = std::make_unique<ClassZentrova>(ShippedPresetsFolder());
     ScriptedLine line_;
@@ -62,7 +64,7 @@ protected:
 };
 
 TEST_F(FormCommsTest, HasItsControls) {
-    FormComms form(link_, *zentrova_, dialogs_, settings_);
+    FormComms form(link_, *zentrova_, dialogs_, settings_, help_);
     const Form ui(form);
     EXPECT_EQ(form.windowTitle(), QStringLiteral("Communications Setup"));
     const char *texts[][2] = {{"LabelPort", "Port:"},
@@ -97,7 +99,7 @@ TEST_F(FormCommsTest, HasItsControls) {
 }
 
 TEST_F(FormCommsTest, ShowsTheSettings) {
-    FormComms form(link_, *zentrova_, dialogs_, settings_);
+    FormComms form(link_, *zentrova_, dialogs_, settings_, help_);
     const Form ui(form);
     EXPECT_EQ(ui.Text("TextPort"), QStringLiteral("3"));
     EXPECT_EQ(ui.Text("TextModbusAddress"), QStringLiteral("33"));
@@ -114,7 +116,7 @@ TEST_F(FormCommsTest, ShowsTheSettings) {
 TEST_F(FormCommsTest, FillsItsListsByTheRangesOfTheTable) {
     const ChangedPresets fewer("UPDATE Parameters SET Max = 2 WHERE rowid = 67");
     ClassZentrova zentrova(fewer.Folder());
-    FormComms form(link_, zentrova, dialogs_, settings_);
+    FormComms form(link_, zentrova, dialogs_, settings_, help_);
     EXPECT_EQ(Form(form).Get<QComboBox>("ComboBaudRate").count(), 3);
 }
 
@@ -237,7 +239,7 @@ TEST_F(FormCommsTest, SelectsTheTextThatTheFocusComesTo) {
 }
 
 TEST_F(FormCommsTest, LocksTheSettingsOnline) {
-    FormComms form(link_, *zentrova_, dialogs_, settings_);
+    FormComms form(link_, *zentrova_, dialogs_, settings_, help_);
     const Form ui(form);
     for (const bool online : {false, true, false}) {
         form.EnableDisableCommSettings(online);
@@ -266,7 +268,7 @@ TEST_F(FormCommsTest, DisturbsNoLinkThatIsOnline) {
 TEST_F(FormCommsTest, ShowsAndResetsTheCounts) {
     link_.TimeoutCount(12);
     link_.CrcErrorCount(345);
-    FormComms form(link_, *zentrova_, dialogs_, settings_);
+    FormComms form(link_, *zentrova_, dialogs_, settings_, help_);
     form.show();
     const Form ui(form);
     EXPECT_EQ(ui.Text("LabelTimeouts(1)"), QStringLiteral("12"));
@@ -357,4 +359,19 @@ TEST_F(FormCommsTest, OffersNoChoiceWhereTheEnvironmentHasMadeIt) {
         ui.Press("CommandCancel");
     });
     qunsetenv("ZTVLINK_PORT_3");
+}
+
+// Also online, and with a text in a box that couldn't be left.
+TEST_F(FormCommsTest, OffersItsHelp) {
+    FormComms form(link_, *zentrova_, dialogs_, settings_, help_);
+    form.show();
+    form.activateWindow();
+    EXPECT_TRUE(WaitUntil([&form] { return form.isActiveWindow(); }));
+    form.EnableDisableCommSettings(true);
+    Form(form).Press("CommandHelp");
+    EXPECT_TRUE(help_.WasAskedFor(FormComms::HelpContextID, form));
+    form.EnableDisableCommSettings(false);
+    Enter(Form(form), "TextPort", "x");
+    QTest::keyClick(&form, Qt::Key_F1);
+    EXPECT_TRUE(help_.WasAskedFor(FormComms::HelpContextID, form));
 }

@@ -2,6 +2,7 @@
 
 #include "link/LinkSession.h"
 #include "tests/support/Form.h"
+#include "tests/support/HelpOfForm.h"
 #include "tests/support/MainForm.h"
 #include "tests/support/Printers.h"
 
@@ -12,7 +13,8 @@
 namespace {
 
 std::int16_t ChoiceAfter(const std::function<void(QWidget &)> &gesture) {
-    FormReadWrite form;
+    HelpOfForm help;
+    FormReadWrite form(help);
     WhenDialogOpens(gesture);
     form.exec();
     return form.Choice();
@@ -21,7 +23,8 @@ std::int16_t ChoiceAfter(const std::function<void(QWidget &)> &gesture) {
 } // namespace
 
 TEST(FormReadWriteTest, AsksWithThreeButtons) {
-    FormReadWrite form;
+    HelpOfForm help;
+    FormReadWrite form(help);
     const Form ui(form);
     EXPECT_EQ(form.windowTitle(), QStringLiteral("ZTV Link"));
     const char *rows[][3] = {{"Read", "&Read", "Read parameters from ZTV-5000"},

@@ -3,6 +3,7 @@
 #include "link/ui/ResultsList.h"
 #include "tests/support/Form.h"
 #include "tests/support/Frames.h"
+#include "tests/support/HelpOfForm.h"
 #include "tests/support/MainForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedLine.h"
@@ -32,7 +33,7 @@ protected:
     ~FormSearchTest() override { form_.reset(); }
 
     void Open(SearchStart start) {
-        form_ = std::make_unique<FormSearch>(session_, zentrova_, dialogs_, start);
+        form_ = std::make_unique<FormSearch>(session_, zentrova_, dialogs_, help_, start);
         form_->show();
         form_->activateWindow();
         EXPECT_TRUE(WaitUntil([this] { return form_->isActiveWindow(); }));
@@ -96,6 +97,7 @@ protected:
     }
 
     ScriptedDialogs dialogs_;
+    HelpOfForm help_;
     ScriptedLine line_;
     QString device_ = line_.Path();
     ClassZentrova zentrova_{ShippedPresetsFolder()};
@@ -187,8 +189,11 @@ TEST_F(FormSearchTest, EnablesTheRangeByItsOption) {
     EXPECT_TRUE(WaitUntil([this] { return !Box(0).isEnabled() && !Box(1).isEnabled(); }));
 }
 
-TEST_F(FormSearchTest, OffersNoHelpUntilThereIsSome) {
-    EXPECT_FALSE(Ui().Enabled("CommandHelp"));
+TEST_F(FormSearchTest, OffersItsHelp) {
+    Ui().Press("CommandHelp");
+    EXPECT_TRUE(help_.WasAskedFor(FormSearch::HelpContextID, *form_));
+    QTest::keyClick(form_.get(), Qt::Key_F1);
+    EXPECT_TRUE(help_.WasAskedFor(FormSearch::HelpContextID, *form_));
 }
 
 TEST_F(FormSearchTest, KeepsTheResultsWhenEnterIsPressedOnOne) {
@@ -512,7 +517,7 @@ TEST_F(FormSearchTest, IsDestroyedInMidProbe) {
 TEST_F(FormSearchTest, EndsItsModalLoopWithAResultPickedInMidSearch) {
     form_->hide();
     line_.Answer(GoodReply(1));
-    FormSearch form(session_, zentrova_, dialogs_, {.port = 1, .baud = 3, .parityStop = 1});
+    FormSearch form(session_, zentrova_, dialogs_, help_, {.port = 1, .baud = 3, .parityStop = 1});
     WhenDialogOpens([](QWidget &dialog) {
         const Form ui(dialog);
         ui.Press("CommandStart");

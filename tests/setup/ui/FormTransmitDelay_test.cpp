@@ -2,6 +2,7 @@
 
 #include "tests/support/FakeLink.h"
 #include "tests/support/Form.h"
+#include "tests/support/HelpOfForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/TestPresets.h"
@@ -20,7 +21,7 @@ protected:
 
     void Open(bool online = true) {
         link_.open = online;
-        form_ = std::make_unique<FormTransmitDelay>(zentrova_, link_, dialogs_);
+        form_ = std::make_unique<FormTransmitDelay>(zentrova_, link_, dialogs_, help_);
         form_->show();
         form_->activateWindow();
         EXPECT_TRUE(WaitUntil([this] { return form_->isActiveWindow() && Ranges().hasFocus(); }));
@@ -75,6 +76,7 @@ protected:
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     FakeLink link_;
     ScriptedDialogs dialogs_;
+    HelpOfForm help_;
     std::unique_ptr<FormTransmitDelay> form_;
 };
 
@@ -362,13 +364,14 @@ TEST_F(FormTransmitDelayTest, ClosesAfterAQuestionDuringWhichItWasClosed) {
 TEST_F(FormTransmitDelayTest, CanBeUsedByKeyboardAlone) {
     Open();
     std::vector<std::string> order;
-    for (int i = 0; i < 6; ++i) {
+    for (int i = 0; i < 7; ++i) {
         order.push_back(QApplication::focusWidget()->objectName().toStdString());
         Key(Qt::Key_Tab);
     }
     const std::vector<std::string> expected = {
         "TextSumOfRanges", "TextSumOfDelays", "CommandSetTransmitDelayValues",
-        "chkSaveSettings", "CommandClose",    "TextSumOfRanges"};
+        "chkSaveSettings", "CommandHelp",     "CommandClose",
+        "TextSumOfRanges"};
     EXPECT_EQ(order, expected);
 }
 
@@ -387,4 +390,12 @@ TEST_F(FormTransmitDelayTest, EnterPressesOnlyTheButtonThatHasTheFocus) {
     Ui().Get<QWidget>("CommandClose").setFocus();
     Key(Qt::Key_Enter);
     EXPECT_FALSE(form_->isVisible());
+}
+
+TEST_F(FormTransmitDelayTest, OffersItsHelp) {
+    Open(false);
+    Ui().Press("CommandHelp");
+    EXPECT_TRUE(help_.WasAskedFor(FormTransmitDelay::HelpContextID, *form_));
+    Key(Qt::Key_F1);
+    EXPECT_TRUE(help_.WasAskedFor(FormTransmitDelay::HelpContextID, *form_));
 }

@@ -4,6 +4,7 @@
 #include "support/ApplicationTitle.h"
 #include "tests/support/FakeLink.h"
 #include "tests/support/Form.h"
+#include "tests/support/HelpOfForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/TestPresets.h"
@@ -26,7 +27,7 @@ protected:
 
     // Afresh, as each time it is shown.
     void Open() {
-        form_.emplace(zentrova_, dialogs_);
+        form_.emplace(zentrova_, dialogs_, help_);
         form_->show();
         form_->activateWindow();
         EXPECT_TRUE(WaitUntil([this] { return form_->isActiveWindow(); }));
@@ -102,6 +103,7 @@ protected:
     }
 
     ScriptedDialogs dialogs_;
+    HelpOfForm help_;
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     FakeLink link_;
     std::optional<frmWizard> form_;
@@ -400,7 +402,7 @@ TEST_F(FrmWizardTest, CanBeUsedByKeyboardAlone) {
     QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("0"));
     Key(Qt::Key_Backtab);
     EXPECT_TRUE(Ui().Get<QWidget>("CommandRecordDistance(1)").hasFocus());
-    for (const char *name : {"TextVoltageOutput(1)", "cmdNav(1)", "cmdNav(2)", "cmdNav(3)"}) {
+    for (const char *name : {"TextVoltageOutput(1)", "cmdNav(0)", "cmdNav(1)", "cmdNav(2)", "cmdNav(3)"}) {
         Key(Qt::Key_Tab);
         EXPECT_TRUE(Ui().Get<QWidget>(name).hasFocus()) << name;
     }
@@ -408,6 +410,15 @@ TEST_F(FrmWizardTest, CanBeUsedByKeyboardAlone) {
     ExpectStep(7);
     Enter();
     EXPECT_FALSE(form_->isVisible());
+}
+
+TEST_F(FrmWizardTest, OffersItsHelp) {
+    Open();
+    Ui().Press("cmdNav(0)");
+    EXPECT_TRUE(help_.WasAskedFor(frmWizard::HelpContextID, *form_));
+    Key(Qt::Key_F1);
+    EXPECT_TRUE(help_.WasAskedFor(frmWizard::HelpContextID, *form_));
+    ExpectStep(0);
 }
 
 TEST_F(FrmWizardTest, DoesNotRunThroughItsStepsByAKeyThatIsHeld) {

@@ -1,6 +1,7 @@
 #include "tabs/ui/FormEdit.h"
 
 #include "tests/support/Form.h"
+#include "tests/support/HelpOfForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedDialogs.h"
 #include "tests/support/TestPresets.h"
@@ -18,7 +19,7 @@ protected:
     }
 
     void Open(const char *text = "0", int rawMin = 0, int rawMax = 4095) {
-        form_ = std::make_unique<FormEdit>(rules_, dialogs_);
+        form_ = std::make_unique<FormEdit>(rules_, dialogs_, help_);
         form_->SetEntry(QString::fromLatin1(text), QStringLiteral(" 85"));
         form_->RawMin = static_cast<std::int16_t>(rawMin);
         form_->RawMax = static_cast<std::int16_t>(rawMax);
@@ -52,6 +53,7 @@ protected:
 
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     ScriptedDialogs dialogs_;
+    HelpOfForm help_;
     EntryRules rules_{zentrova_, dialogs_};
     std::unique_ptr<FormEdit> form_;
     int written_ = 0;

@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-// The simulated sensor in a process of its own, so that its work isn't taken for ours.
+// The simulated sensor in a process of its own: its work isn't taken for ours, and it answers while we block.
 class SensorProcess {
 public:
     // With these options of its own. Throws std::runtime_error when it doesn't start.
@@ -15,6 +15,9 @@ public:
     SensorProcess &operator=(const SensorProcess &) = delete;
 
     QString Device() const { return folder_.filePath(QStringLiteral("port")); }
+
+    // Gives a line of its command language; returns what it prints, once the command is done.
+    QString Command(const QString &line);
 
 private:
     QTemporaryDir folder_;

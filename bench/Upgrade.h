@@ -1,0 +1,6 @@
+#pragma once
+
+#include "bench/Figures.h"
+
+// The upgrade of the whole application, through the console, beside the time that its bytes take on the line.
+void MeasureUpgrade(Figures &figures);

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "support/HelpEngine.h"
+#include "support/UserDialogs.h"
+
+#include <memory>
+
+// What shows the help on this system: its own HTML Help where it has one and the compiled file lies in the
+// program's folder, otherwise the program's window.
+std::unique_ptr<HelpEngine> SystemHelp(const QString &programFolder, UserDialogs &dialogs);

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <variant>
+
+// A window of the system; 0 is none.
+using WindowHandle = std::uintptr_t;
+
+// The commands of the platform's HTML Help, by its numbers.
+enum class HelpCommand : std::uint32_t {
+    DisplayTopic = 0,
+    Contents = 1,
+    TextPopup = 14,
+    Context = 15,
+    CloseAll = 18
+};
+
+// What a command needs to know: a topic's number, or a text.
+using HelpData = std::variant<std::int32_t, QString>;
+
+// What shows the help. It has one entry, that of the platform's HTML Help.
+class HelpEngine {
+public:
+    virtual ~HelpEngine() = default;
+
+    // `file` is the full name of the compiled help file. A help that is missing or damaged is the engine's to
+    // tell of.
+    virtual void HtmlHelp(WindowHandle caller, const QString &file, HelpCommand command,
+                          const HelpData &data) = 0;
+};

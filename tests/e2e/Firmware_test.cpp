@@ -1,0 +1,512 @@
+#include "firmware/HexDigits.h"
+#include "firmware/SerialBootLine.h"
+#include "firmware/ui/FormUpgradeFirmware.h"
+#include "model/ParamDefines.h"
+#include "support/Fault.h"
+#include "tests/support/HelpOfForm.h"
+#include "tests/support/MainForm.h"
+#include "tests/support/Printers.h"
+#include "tests/support/Wait.h"
+#include "tools/SensorProcess.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QProcess>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <optional>
+
+namespace {
+
+constexpr int programStart = 0x800;
+constexpr int programBytes = 0xC000 - programStart;
+constexpr auto success = "Firmware has been sucessfully upgraded!";
+
+QByteArray ContentOf(const QString &fileName) {
+    QFile file(fileName);
+    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray("no such file");
+}
+
+// What a program that isn't ours takes a hex file's application to be, what the file lacks being erased.
+QByteArray ApplicationIn(const QString &hexFile) {
+    const QTemporaryDir folder;
+    const QString binary = folder.filePath(QStringLiteral("application"));
+    QProcess reader;
+    reader.start(QStringLiteral("srec_cat"),
+                 {hexFile, QStringLiteral("-intel"), QStringLiteral("-fill"), QStringLiteral("0xFF"),
+                  QStringLiteral("0x800"), QStringLiteral("0xC000"), QStringLiteral("-offset"),
+                  QStringLiteral("-0x800"), QStringLiteral("-o"), binary, QStringLiteral("-binary")});
+    EXPECT_TRUE(reader.waitForFinished());
+    EXPECT_EQ(reader.exitCode(), 0) << reader.readAllStandardError().toStdString();
+    QByteArray bytes = ContentOf(binary);
+    EXPECT_EQ(bytes.size(), programBytes);
+    return bytes;
+}
+
+// Records and lines below, each with its address.
+QByteArray HexRecord(int address, std::uint8_t first) {
+    QByteArray record = ":10" + HexDigits(address, 4).toLatin1() + "00";
+    unsigned sum = 0x10 + (static_cast<unsigned>(address) >> 8) + (static_cast<unsigned>(address) & 0xFF);
+    for (unsigned index = 0; index < 16; ++index) {
+        const unsigned byte = (first + index * 3) & 0xFF;
+        record += HexDigits(static_cast<std::int32_t>(byte), 2).toLatin1();
+        sum += byte;
+    }
+    return record + HexDigits(static_cast<std::int32_t>((0x100 - sum) & 0xFF), 2).toLatin1() + "\r\n";
+}
+
+// The program in a folder of its own, with the console's files, and a sensor in a process of its own.
+class FirmwareTest : public MainFormTest {
+protected:
+    FirmwareTest() {
+        EXPECT_TRUE(QFile::copy(presets_ + QStringLiteral("/Presets.fil"), Path("Presets.fil")));
+        EXPECT_TRUE(QDir(home_.path()).mkdir(QStringLiteral("Firmware")));
+        presets_ = home_.path();
+    }
+    ~FirmwareTest() override {
+        form_.reset();
+        qunsetenv("ZTVLINK_PORT_1");
+    }
+
+    QString Path(const char *name) const { return home_.filePath(QString::fromLatin1(name)); }
+    QString FirmwareFile() const { return Path("Firmware/B70214.hex"); }
+
+    void StartSensor(const QStringList &options = {}) {
+        sensor_.emplace(options);
+        qputenv("ZTVLINK_PORT_1", sensor_->Device().toLocal8Bit());
+    }
+    void MakeFirmware() const {
+        QProcess maker;
+        maker.start(QStringLiteral(ZTV_BIN_DIR "/ztv-sim"),
+                    {QStringLiteral("--make-firmware"), FirmwareFile()});
+        EXPECT_TRUE(maker.waitForFinished());
+        EXPECT_EQ(maker.exitCode(), 0);
+    }
+    void MakeSmallFirmware() const {
+        QFile file(FirmwareFile());
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        file.write(HexRecord(0x800, 1) + ":00000001FF\r\n");
+    }
+    QByteArray Flash() {
+        const QString file = Path("flash");
+        EXPECT_EQ(sensor_->Command(QStringLiteral("dump ") + file), QString());
+        return ContentOf(file).mid(programStart);
+    }
+
+    // Opens the console from the menu, does the work with it, and closes it.
+    void InConsole(std::function<void(FormUpgradeFirmware &, const Form &)> work) {
+        bool done = false;
+        WhenDialogOpens([&](QWidget &dialog) {
+            auto &console = dynamic_cast<FormUpgradeFirmware &>(dialog);
+            console_ = &console;
+            console.Console().Boot().Settings().TimeoutMs = timeoutMs_;
+            work(console, Form(console));
+            console.close();
+            done = true;
+        });
+        Ui().Choose("mnuOptionsUpgradeFirmware");
+        EXPECT_TRUE(WaitUntil([&] { return done; }, 120000));
+        EXPECT_EQ(form_->findChild<FormUpgradeFirmware *>(), nullptr);
+        console_ = nullptr;
+    }
+    QString Status() const { return Form(*console_).Text("StatusBar1(1)"); }
+    void ExpectQuestion(std::function<void()> whileOpen = {}) {
+        dialogs_.Expect(QStringLiteral("This utility will upgrade the ZTV500-100 firmware.\n\nContinue?"),
+                        BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes, std::move(whileOpen));
+    }
+    void ExpectFailure(int step) {
+        dialogs_.ExpectNotice(QStringLiteral("Error Connecting to ZTV500-100. (MSG#%1)").arg(step),
+                              BoxIcon::Exclamation);
+    }
+    // The waits last ten seconds; this one is over as soon as `when` holds.
+    void CutWaitShort(std::function<bool()> when) {
+        auto *timer = console_->findChild<QTimer *>(QStringLiteral("TimerTimeout"));
+        auto *watch = new QTimer(console_);
+        QObject::connect(watch, &QTimer::timeout, timer, [timer, watch, when = std::move(when)] {
+            if (timer->isActive() && when()) {
+                EXPECT_EQ(timer->interval(), 10000);
+                watch->stop();
+                timer->setInterval(0);
+            }
+        });
+        watch->start(0);
+    }
+
+    QTemporaryDir home_{QDir::tempPath() +
+                        QStringLiteral("/firmware-XXXXXX")}; // no blank, for the sensor's commands
+    std::optional<SensorProcess> sensor_;
+    FormUpgradeFirmware *console_ = nullptr;
+    int timeoutMs_ = 200; // for each answer of a loader; most tests have one to wait for that won't come
+};
+
+} // namespace
+
+TEST_F(FirmwareTest, OneButtonTakesARunningSensorToARunningSensor) {
+    timeoutMs_ = 1000; // as shipped
+    StartSensor();
+    MakeFirmware();
+    const QByteArray before = Flash();
+    ASSERT_NE(before, ApplicationIn(FirmwareFile()));
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_EQ(Status(), QStringLiteral("Run mode is set..."));
+        EXPECT_EQ(ui.Text("StatusBar1(2)").left(1), QStringLiteral("V"));
+    });
+    EXPECT_EQ(Flash(), ApplicationIn(FirmwareFile()));
+    EXPECT_EQ(ContentOf(Path("ERROR.MCP")), QByteArray());
+    EXPECT_FALSE(form_->Link().PortIsOpen());
+
+    // And it is polled again, with the version that the image brought.
+    WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Read"); });
+    Ui().Choose("Toolbar1(Online)");
+    EXPECT_TRUE(WaitUntil([this] { return form_->Zentrova().ParamValue(8) == 300; }));
+    EXPECT_TRUE(WaitUntil(
+        [this] { return Ui().Text("StatusText") == QStringLiteral("Communication Status:  Online"); }));
+}
+
+TEST_F(FirmwareTest, ASensorInItsBootLoaderNeedsNoModbus) {
+    StartSensor({QStringLiteral("--boot")});
+    MakeFirmware();
+    Start();
+    int opened = 0;
+    QObject::connect(&form_->Link(), &LinkSession::OnlineChanged, form_.get(),
+                     [&](bool online) { opened += online ? 1 : 0; });
+    InConsole([this](auto &, const Form &ui) {
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+    });
+    EXPECT_EQ(opened, 0);
+    EXPECT_EQ(Flash(), ApplicationIn(FirmwareFile()));
+}
+
+TEST_F(FirmwareTest, ASecondClickFindsTheRestartedSensorByModbusAgain) {
+    StartSensor();
+    MakeSmallFirmware();
+    sensor_->Command(QStringLiteral("mark 255"));
+    sensor_->Command(QStringLiteral("reset"));
+    Start();
+    InConsole([this](FormUpgradeFirmware &console, const Form &ui) {
+        for (int click = 0; click < 2; ++click) {
+            ExpectQuestion();
+            dialogs_.ExpectNotice(QString::fromLatin1(success));
+            ui.Press("CommandUpgradeFirmware");
+            EXPECT_GT(console.Console().Boot().Settings().PortHandle, 0);
+        }
+    });
+    EXPECT_EQ(Flash(), ApplicationIn(FirmwareFile()));
+}
+
+TEST_F(FirmwareTest, TheTableMayHoldTheCommandAlready) {
+    StartSensor();
+    MakeSmallFirmware();
+    Start();
+    form_->Zentrova().ParamValue(ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader);
+    InConsole([this](auto &, const Form &ui) {
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+    });
+}
+
+TEST_F(FirmwareTest, WithoutASensorTheUpgradeEndsAtItsFirstWait) {
+    StartSensor();
+    sensor_->Command(QStringLiteral("mute on"));
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ExpectQuestion();
+        ExpectFailure(1);
+        CutWaitShort([this] { return form_->Link().PortIsOpen(); });
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_EQ(Status(), QStringLiteral("Failed to put in Boot mode"));
+        EXPECT_TRUE(ui.Enabled("CommandUpgradeFirmware"));
+    });
+    EXPECT_FALSE(form_->Link().PortIsOpen());
+}
+
+TEST_F(FirmwareTest, AWriteThatTakesTooLongEndsItAtTheSecond) {
+    StartSensor();
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ExpectQuestion();
+        // The master is held up behind the question whether the first write may have been lost.
+        CutWaitShort([this] { return form_->Link().Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite); });
+        ExpectFailure(2);
+        ui.Press("CommandUpgradeFirmware");
+    });
+    EXPECT_FALSE(form_->Link().PortIsOpen());
+}
+
+TEST_F(FirmwareTest, AWriteThatIsNotConfirmedEndsItAtTheThird) {
+    StartSensor();
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ExpectQuestion();
+        const auto muted = QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, form_.get(),
+                                            [this](std::int16_t transaction) {
+                                                if (transaction == LinkTransaction::AddressingProbe) {
+                                                    sensor_->Command(QStringLiteral("mute on"));
+                                                }
+                                            });
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+        ExpectFailure(3);
+        CutWaitShort([this] {
+            return dialogs_.StillExpected() == 1 &&
+                   !form_->Link().Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite);
+        });
+        ui.Press("CommandUpgradeFirmware");
+        QObject::disconnect(muted);
+    });
+}
+
+TEST_F(FirmwareTest, AConfirmationThatIsLostOrDamagedIsMendedByASecondClick) {
+    for (const char *fault : {"drop", "corrupt"}) {
+        StartSensor();
+        MakeSmallFirmware();
+        Start();
+        InConsole([this, fault](auto &, const Form &ui) {
+            const auto atWrite =
+                QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, form_.get(),
+                                 [this, fault](std::int16_t transaction) {
+                                     if (transaction == LinkTransaction::AddressingProbe) {
+                                         sensor_->Command(QString::fromLatin1(fault) + QStringLiteral(" 1"));
+                                     }
+                                 });
+            ExpectQuestion();
+            dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+            ExpectFailure(3);
+            CutWaitShort([this] {
+                return dialogs_.StillExpected() == 1 &&
+                       !form_->Link().Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite);
+            });
+            ui.Press("CommandUpgradeFirmware");
+            QObject::disconnect(atWrite);
+            sensor_->Command(QString::fromLatin1(fault) + QStringLiteral(" 0"));
+            ExpectQuestion();
+            dialogs_.ExpectNotice(QString::fromLatin1(success));
+            ui.Press("CommandUpgradeFirmware");
+        });
+        EXPECT_EQ(Flash(), ApplicationIn(FirmwareFile()));
+    }
+}
+
+TEST_F(FirmwareTest, RepliesThatAreLostWhileItGoesOnlineAreAskedForAgain) {
+    StartSensor();
+    MakeSmallFirmware();
+    sensor_->Command(QStringLiteral("drop 1"));
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        int lost = 0;
+        QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionFailed, console_,
+                         [this, &lost](std::int16_t transaction) {
+                             EXPECT_EQ(transaction, LinkTransaction::AddressingProbe);
+                             if (++lost == 2) {
+                                 sensor_->Command(QStringLiteral("drop 0"));
+                             }
+                         });
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_EQ(lost, 2);
+    });
+}
+
+TEST_F(FirmwareTest, ALoaderThatDoesntAnswerEndsItAtTheFourth) {
+    StartSensor();
+    for (int exchange = 1; exchange <= 3; ++exchange) {
+        sensor_->Command(QStringLiteral("bootfault %1 deaf").arg(exchange));
+    }
+    Start();
+    InConsole([this](FormUpgradeFirmware &console, const Form &ui) {
+        ExpectQuestion();
+        ExpectFailure(4);
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_EQ(Status(), QStringLiteral("Failed to put in Boot mode"));
+        EXPECT_EQ(console.Console().Boot().Settings().PortHandle, -1);
+        // It waits in its loader, and a further click finds it.
+        EXPECT_TRUE(console.Console().ConnectBootloader());
+    });
+}
+
+TEST_F(FirmwareTest, ReadsTheWholeDeviceAsItIs) {
+    StartSensor({QStringLiteral("--boot")});
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ui.Press("CommandConnect");
+        ui.Press("CommandRead");
+        EXPECT_EQ(Status(), QStringLiteral("Finished operation..."));
+        dialogs_.ExpectSaveFile(Path("read.hex"));
+        ui.Press("CommandSaveHexFile");
+    });
+    const QTemporaryDir folder;
+    const QString program = folder.filePath(QStringLiteral("program.hex"));
+    EXPECT_EQ(QProcess::execute(QStringLiteral("srec_cat"),
+                                {Path("read.hex"), QStringLiteral("-intel"), QStringLiteral("-crop"),
+                                 QStringLiteral("0"), QStringLiteral("0x10000"), QStringLiteral("-o"),
+                                 program, QStringLiteral("-intel")}),
+              0);
+    EXPECT_EQ(ApplicationIn(program), Flash());
+}
+
+TEST_F(FirmwareTest, RunAppStartsTheApplication) {
+    StartSensor({QStringLiteral("--boot")});
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ui.Press("CommandConnect");
+        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo,
+                        BoxAnswer::Yes);
+        ui.Press("CommandRunApp");
+        EXPECT_EQ(Status(), QStringLiteral("Not connected..."));
+    });
+    EXPECT_TRUE(WaitUntil(
+        [this] { return sensor_->Command(QStringLiteral("stats")).contains(QStringLiteral("boot off")); }));
+    WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Read"); });
+    Ui().Choose("Toolbar1(Online)");
+    EXPECT_TRUE(WaitUntil(
+        [this] { return Ui().Text("StatusText") == QStringLiteral("Communication Status:  Online"); }));
+}
+
+namespace {
+
+// Says yes to each question and keeps what it is told.
+class NotingDialogs : public UserDialogs {
+public:
+    BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &) override {
+        if (style.buttons == BoxButtons::Ok) {
+            told.append(text);
+            return BoxAnswer::Ok;
+        }
+        return BoxAnswer::Yes;
+    }
+    std::optional<QString> OpenFileDialog(const FileQuestion &) override { return std::nullopt; }
+    std::optional<QString> SaveFileDialog(const FileQuestion &) override { return std::nullopt; }
+
+    QStringList told;
+};
+
+// A console on a sensor with little to erase and write, and a line whose answers are waited for more briefly.
+class FaultyUpgradeTest : public testing::Test {
+protected:
+    static constexpr int timeoutMs = 120;
+    static constexpr int exchanges = 2 + 3 + 2 * 3 + 2; // of an upgrade, see OpenConsole
+
+    FaultyUpgradeTest() {
+        EXPECT_TRUE(QDir(home_.path()).mkdir(QStringLiteral("Firmware")));
+        hexFile_ = home_.filePath(QStringLiteral("Firmware/B70214.hex"));
+        QFile file(hexFile_);
+        EXPECT_TRUE(file.open(QFile::WriteOnly));
+        file.write(HexRecord(0x800, 0x04) + HexRecord(0x810, 0x0F) + HexRecord(0x8B0, 0x80) +
+                   ":00000001FF\r\n");
+        file.close();
+        expected_ = ApplicationIn(hexFile_).left(0xC0);
+    }
+
+    void OpenConsole() {
+        form_.reset();
+        form_ = std::make_unique<FormUpgradeFirmware>(
+            FormUpgradeFirmware::Surroundings{.bootComm = boot_,
+                                              .link = link_,
+                                              .zentrova = zentrova_,
+                                              .dialogs = dialogs_,
+                                              .help = help_,
+                                              .programFolder = home_.path(),
+                                              .showInEditor = [](auto &, auto &) { return true; }});
+        BootSettings &settings = boot_.Settings();
+        settings.ProgramEnd = 0x8BF; // three blocks
+        settings.TimeoutMs = timeoutMs;
+        form_->show();
+    }
+    void Upgrade() {
+        dialogs_.told.clear();
+        Form(*form_).Press("CommandUpgradeFirmware");
+        EXPECT_TRUE(Form(*form_).Enabled("CommandUpgradeFirmware"));
+        EXPECT_FALSE(link_.PortIsOpen());
+    }
+    bool SaysSuccess() const { return dialogs_.told.contains(QString::fromLatin1(success)); }
+    QString Status() const { return Form(*form_).Text("StatusBar1(1)"); }
+    QByteArray Flash() {
+        const QString file = home_.filePath(QStringLiteral("flash"));
+        sensor_.Command(QStringLiteral("dump ") + file);
+        return ContentOf(file).mid(programStart, 0xC0);
+    }
+    bool RunsItsLoader() {
+        return sensor_.Command(QStringLiteral("stats")).contains(QStringLiteral("boot on"));
+    }
+    void EnterLoader() {
+        sensor_.Command(QStringLiteral("plug"));
+        sensor_.Command(QStringLiteral("mark 255"));
+        sensor_.Command(QStringLiteral("reset"));
+        sensor_.Command(QStringLiteral("bootclear"));
+    }
+
+    // An upgrade with that fault at that exchange, then, the fault being over, a second click.
+    void TryFault(int exchange, const char *fault) {
+        SCOPED_TRACE(std::string("exchange ") + std::to_string(exchange) + " " + fault);
+        EnterLoader();
+        ASSERT_TRUE(RunsItsLoader());
+        OpenConsole();
+        ASSERT_EQ(sensor_.Command(QStringLiteral("bootfault %1 %2").arg(exchange).arg(QLatin1String(fault))),
+                  QString());
+        Upgrade();
+        if (SaysSuccess()) {
+            EXPECT_EQ(Flash(), expected_);
+            EXPECT_EQ(Status(), QStringLiteral("Run mode is set..."));
+        } else {
+            EXPECT_NE(Status(), QStringLiteral("Run mode is set..."));
+        }
+        if (SaysSuccess() && !RunsItsLoader()) {
+            return; // a further try made good for it
+        }
+        sensor_.Command(QStringLiteral("plug"));
+        Upgrade();
+        EXPECT_TRUE(SaysSuccess()) << dialogs_.told.join(u'|').toStdString() << Status().toStdString();
+        EXPECT_EQ(Flash(), expected_);
+        EXPECT_FALSE(RunsItsLoader());
+    }
+
+    QTemporaryDir home_{QDir::tempPath() + QStringLiteral("/firmware-XXXXXX")};
+    QString hexFile_;
+    QByteArray expected_;
+    SensorProcess sensor_;
+    NotingDialogs dialogs_;
+    HelpOfForm help_;
+    ClassZentrova zentrova_{ShippedPresetsFolder()};
+    LinkSession link_{zentrova_,
+                      {.dialogs = dialogs_,
+                       .deviceOfPort = [this](std::int16_t) { return sensor_.Device(); },
+                       .askDirection = [] { return ConnectChoice::Read; }}};
+    BootComm boot_{SerialBootLine::Opener([this](std::int16_t) { return sensor_.Device(); })};
+    std::unique_ptr<FormUpgradeFirmware> form_;
+};
+
+} // namespace
+
+TEST_F(FaultyUpgradeTest, WithoutAFaultHasThatManyExchanges) {
+    link_.SetMbaxp1CommProperties(1, 4, 1, 0);
+    EnterLoader();
+    OpenConsole();
+    Upgrade();
+    EXPECT_TRUE(SaysSuccess());
+    EXPECT_EQ(Flash(), expected_);
+    EXPECT_TRUE(
+        sensor_.Command(QStringLiteral("stats")).contains(QStringLiteral("exchanges %1").arg(exchanges)))
+        << sensor_.Command(QStringLiteral("stats")).toStdString();
+}
+
+class FaultAtEachExchangeTest : public FaultyUpgradeTest, public testing::WithParamInterface<const char *> {};
+
+TEST_P(FaultAtEachExchangeTest, EndsWellOrIsMendedByASecondClick) {
+    link_.SetMbaxp1CommProperties(1, 4, 1, 0);
+    for (int exchange = 1; exchange <= exchanges; ++exchange) {
+        TryFault(exchange, GetParam());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, FaultAtEachExchangeTest,
+                         testing::Values("drop", "deaf", "corrupt", "cut", "delay 60", "delay 150",
+                                         "unplug"));

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "support/HelpEngine.h"
+
+// Shows no help.
+class NoHelp : public HelpEngine {
+public:
+    void HtmlHelp(WindowHandle, const QString &, HelpCommand, const HelpData &) override {}
+};
