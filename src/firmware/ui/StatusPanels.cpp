@@ -17,19 +17,29 @@ class StatusPanels::Label : public QLabel {
 public:
     using QLabel::QLabel;
 
+    void Explain() { setToolTip(Fits() ? accessibleDescription() : text()); }
+
 protected:
     void paintEvent(QPaintEvent *event) override {
-        if (fontMetrics().horizontalAdvance(text()) <= contentsRect().width()) {
+        if (Fits()) {
             QLabel::paintEvent(event);
             return;
         }
         QPainter painter(this);
         drawFrame(&painter);
         painter.setPen(palette().color(foregroundRole()));
-        const QRect room = contentsRect().adjusted(margin(), 0, -margin(), 0);
-        painter.drawText(room, Qt::AlignVCenter | Qt::TextSingleLine,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
+        painter.drawText(Room(), Qt::AlignVCenter | Qt::TextSingleLine,
+                         fontMetrics().elidedText(text(), Qt::ElideRight, Room().width()));
     }
+
+    void resizeEvent(QResizeEvent *event) override {
+        QLabel::resizeEvent(event);
+        Explain();
+    }
+
+private:
+    bool Fits() const { return fontMetrics().horizontalAdvance(text()) <= Room().width(); }
+    QRect Room() const { return contentsRect().adjusted(margin(), 0, -margin(), 0); }
 };
 
 StatusPanels::StatusPanels(const std::vector<Panel> &panels, QWidget *parent) : QWidget(parent) {
@@ -41,7 +51,6 @@ StatusPanels::StatusPanels(const std::vector<Panel> &panels, QWidget *parent) : 
         label->setMargin(inset);
         label->setTextFormat(Qt::PlainText);
         label->setAccessibleDescription(panel.meaning);
-        label->setToolTip(panel.meaning);
         labels_.push_back(label);
         stretches_.push_back(panel.stretch);
     }
@@ -72,8 +81,7 @@ void StatusPanels::resizeEvent(QResizeEvent *event) {
 void StatusPanels::SetText(int panel, const QString &text) {
     Label &label = *labels_.at(static_cast<std::size_t>(panel) - 1);
     label.setText(text);
-    const bool fits = label.fontMetrics().horizontalAdvance(text) <= label.contentsRect().width();
-    label.setToolTip(fits ? label.accessibleDescription() : text);
+    label.Explain();
 }
 
 QString StatusPanels::Text(int panel) const {
