@@ -85,7 +85,7 @@ FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *par
     inner->addWidget(BuildTitle());
     inner->addLayout(buttons);
     inner->addWidget(transferBar_);
-    inner->addWidget(frame1_);
+    inner->addWidget(frame1_, 1);
     inner->addStretch();
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
