@@ -32,7 +32,9 @@ run_target() {
     fi
     grep -E "doesn't hold|ERROR: |SUMMARY: |runtime error: |Test unit written" "$log" | sed "s/^/$target: /" >&2 ||
         tail -20 "$log" >&2
-    echo "$target: its log is $log; run it again with: $folder/fuzz/fuzz_$target $finding..." >&2
+    local input
+    input=$(sed -n 's/.*Test unit written to //p' "$log" | tail -1)
+    echo "$target: its log is $log; run it again with: $folder/fuzz/fuzz_$target ${input:-$PWD/fuzz/seeds/$target}" >&2
     return 1
 }
 export -f run_target
