@@ -2,13 +2,16 @@
 
 #include "ui/Controls.h"
 
+#include <QBasicTimer>
 #include <QPainter>
 #include <QResizeEvent>
+#include <QTimerEvent>
 #include <numeric>
 
 namespace {
 
 constexpr int gap = 2;
+constexpr int paintedEachMs = 50;
 
 } // namespace
 
@@ -16,6 +19,17 @@ constexpr int gap = 2;
 class StatusPanels::Label : public QLabel {
 public:
     using QLabel::QLabel;
+
+    // While texts come in quick succession only some are painted, and the last.
+    void Show(const QString &text) {
+        if (pause_.isActive()) {
+            setUpdatesEnabled(false);
+        } else {
+            pause_.start(paintedEachMs, this);
+        }
+        setText(text);
+        Explain();
+    }
 
     void Explain() { setToolTip(Fits() ? accessibleDescription() : text()); }
 
@@ -37,9 +51,20 @@ protected:
         Explain();
     }
 
+    void timerEvent(QTimerEvent *event) override {
+        if (event->timerId() != pause_.timerId()) {
+            QLabel::timerEvent(event);
+            return;
+        }
+        pause_.stop();
+        setUpdatesEnabled(true);
+    }
+
 private:
     bool Fits() const { return fontMetrics().horizontalAdvance(text()) <= Room().width(); }
     QRect Room() const { return contentsRect().adjusted(margin(), 0, -margin(), 0); }
+
+    QBasicTimer pause_;
 };
 
 StatusPanels::StatusPanels(const std::vector<Panel> &panels, QWidget *parent) : QWidget(parent) {
@@ -79,9 +104,7 @@ void StatusPanels::resizeEvent(QResizeEvent *event) {
 }
 
 void StatusPanels::SetText(int panel, const QString &text) {
-    Label &label = *labels_.at(static_cast<std::size_t>(panel) - 1);
-    label.setText(text);
-    label.Explain();
+    labels_.at(static_cast<std::size_t>(panel) - 1)->Show(text);
 }
 
 QString StatusPanels::Text(int panel) const {
