@@ -119,7 +119,8 @@ private:
     void ShowUpgradeFirmware();
     void ShowWizard();
     std::int16_t AskDirection();
-    void StoreSettings();
+    bool StoreSettings();
+    void TellOfStore(const QString &what);
     BoxAnswer Ask(const QString &question);
 
     Surroundings surroundings_;
