@@ -31,6 +31,7 @@ constexpr int quickPeriodMs = 2;    // of the poll
 constexpr int usualPeriodMs = 200;  // which leaves a late reply its time
 constexpr int cleanShare = 97;      // of a hundred rounds
 constexpr int stallMs = 25;         // of this machine, which may cost a reply its time
+constexpr int longestRoundMs = 130; // without one
 constexpr int calmMs = 12;          // a sensor that answers sooner has late replies told apart from its own
 constexpr int roundsByChance = 300; // before each fault comes once
 constexpr int roundsForEachFault = 1500;
@@ -152,7 +153,8 @@ private:
     qint64 roundBeganMs_ = 0;
     LineFault writeFault_ = LineFault::None;
     std::optional<std::int16_t> writeStatus_; // while one is on the line
-    bool asWrite_ = false;                    // whose reply the sensor sends
+    bool probing_ = false;
+    bool asWrite_ = false; // whose reply the sensor sends
     int pulledRounds_ = 0;
     bool wholeAgain_ = false;
     QString shown_;
@@ -322,6 +324,7 @@ void SoakTest::OnRequest(const QByteArray &request) {
     const bool write = request.at(1) == 6;
     const bool poll = request.at(1) == 3 && request.at(5) != 1;
     asWrite_ = write;
+    probing_ = !write && !poll;
     if (write) {
         TreatWrite(request);
     } else if (poll) {
@@ -400,9 +403,16 @@ void SoakTest::OnReply(const QByteArray &reply) {
     if (!line_->IsPlugged()) {
         return;
     }
+    if (probing_) {
+        line_->SendToHost(reply);
+        return;
+    }
     if (asWrite_) {
         ForwardReply(reply, writeFault_);
         return;
+    }
+    if (!round_.requested) {
+        return; // the machine has let the round end before
     }
     round_.reply = reply;
     round_.repliedMs = Now();
@@ -476,15 +486,17 @@ void SoakTest::OnPolled(std::int16_t status) {
     const bool pulled = !round_.requested;
     std::int16_t wanted = pulled ? LinkStatus::ReadError : round_.status;
     const qint64 took = Now() - roundBeganMs_;
+    bool stalled = false;
     if (pulled) {
         EXPECT_FALSE(line_->IsPlugged()) << "a round without a request";
-    } else if (status == LinkStatus::Timeout && wanted != status && round_.repliedMs >= 0) {
-        if (owed_) {
+    } else if (status == LinkStatus::Timeout && wanted != status) {
+        if (round_.repliedMs < 0 ? took > longestRoundMs : round_.repliedMs - roundBeganMs_ > stallMs) {
+            wanted = status;
+            stalled = true;
+            ++stalls_;
+        } else if (owed_ && round_.repliedMs >= 0) {
             wanted = status; // an unusual delay then makes a reply one that may be late
             ++heldBack_;
-        } else if (round_.repliedMs - roundBeganMs_ > stallMs) {
-            wanted = status;
-            ++stalls_;
         }
     }
     EXPECT_EQ(status, wanted) << "round " << rounds_ << ", fault: " << RowOf(before_).name << ", then "
@@ -512,6 +524,8 @@ void SoakTest::OnPolled(std::int16_t status) {
                 : fault == LineFault::LateBeforeOwn ? Next::LateThenOwn
                                                     : Next::LateOnly;
         PollAtTheUsualPace();
+    } else if (stalled) {
+        PollAtTheUsualPace(); // its reply is late, too
     } else if (fault == LineFault::HangUpBehind && line_->IsPlugged()) {
         line_->HangUp();
     }
