@@ -250,6 +250,7 @@ TEST_F(MachineFaultsTest, SaysWhichPresetsItMayNotRead) {
     const AsNobody nobody;
     EXPECT_EQ(RunProgram({.dialogs = dialogs_,
                           .settings = settings_,
+                          .helpEngine = help_,
                           .programFolder = presets.Folder(),
                           .commandText = QString()},
                          [](FormMain &) { ADD_FAILURE() << "it runs"; }),
