@@ -1,5 +1,7 @@
 #include "bench/Figures.h"
 
+#include <QStringList>
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -24,7 +26,28 @@ QString LineOf(const Figure &figure) {
 
 } // namespace
 
+QString Figures::Rows() const {
+    QString rows;
+    for (const Figure &figure : figures_) {
+        QStringList peers;
+        for (const Peer &peer : figure.peers) {
+            peers.append(QStringLiteral("%1 %2").arg(peer.name, Text(peer.value)));
+        }
+        rows += QStringLiteral("| %1 | %2 %3 | %4 | %5 |\n")
+                    .arg(figure.name, Text(figure.value), figure.unit, QString::number(figure.limit),
+                         peers.join(QStringLiteral(", ")));
+    }
+    return rows;
+}
+
 void Figures::Add(const Figure &figure) {
+    const auto same = std::find_if(figures_.begin(), figures_.end(),
+                                   [&figure](const Figure &other) { return other.name == figure.name; });
+    if (same == figures_.end()) {
+        figures_.push_back(figure);
+    } else if (figure.value < same->value) {
+        *same = figure;
+    }
     const QString line = LineOf(figure);
     std::printf("%s\n", qPrintable(line));
     std::fflush(stdout);

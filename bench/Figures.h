@@ -25,10 +25,14 @@ class Figures {
 public:
     void Add(const Figure &figure);
 
+    // Each figure as a row of a Markdown table, with the best of its values.
+    QString Rows() const;
+
     // The lines of the figures past their limits, by name.
     const std::map<QString, QString> &Passed() const { return passed_; }
 
 private:
+    std::vector<Figure> figures_;
     std::set<QString> kept_;
     std::map<QString, QString> passed_;
 };

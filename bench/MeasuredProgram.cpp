@@ -5,6 +5,7 @@
 #include "shell/Application.h"
 #include "shell/FormMain.h"
 #include "shell/Program.h"
+#include "shell/SystemHelp.h"
 #include "support/ApplicationTitle.h"
 #include "support/ProgramFolder.h"
 #include "support/ui/QtDialogs.h"
@@ -24,8 +25,10 @@ int main(int argc, char *argv[]) {
     });
     QtDialogs dialogs;
     SettingsStore settings(ApplicationTitle());
+    const std::unique_ptr<HelpEngine> help = SystemHelp(ProgramFolder(), dialogs);
     return RunProgram({.dialogs = dialogs,
                        .settings = settings,
+                       .helpEngine = *help,
                        .programFolder = ProgramFolder(),
                        .commandText = QString()},
                       [&dialogs, &form](FormMain &shown) {

@@ -9,7 +9,10 @@
 #include "bench/Upgrade.h"
 #include "shell/Application.h"
 
+#include <QFile>
 #include <QTemporaryDir>
+#include <QThread>
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -33,9 +36,8 @@ constexpr int wrongUsage = 2;
 constexpr int attempts = 3;
 
 int Usage() {
-    std::fprintf(
-        stderr,
-        "usage: ztv-bench [--check] [round-trip] [poll] [list] [search] [start-up] [hex] [upgrade]\n");
+    std::fprintf(stderr, "usage: ztv-bench [--check] [--table FILE] [round-trip] [poll] [list] [search] "
+                         "[start-up] [hex] [upgrade]\n");
     return wrongUsage;
 }
 
@@ -52,34 +54,49 @@ void Isolate(const QTemporaryDir &settings) {
 }
 
 // Measures again what passed a limit, so that a busy moment doesn't fail a check. True when all are kept.
-bool Check(const Group &group) {
+bool Check(const Group &group, QString &rows) {
     Figures figures;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         group.measure(figures);
         if (figures.Passed().empty()) {
-            return true;
+            break;
         }
     }
+    rows += figures.Rows();
     for (const auto &[name, line] : figures.Passed()) {
         std::fprintf(stderr, "limit passed by %s\n", qPrintable(line));
     }
-    return false;
+    return figures.Passed().empty();
 }
 
-int Run(const QStringList &words, bool check) {
+int Run(const QStringList &words, bool check, QString &rows) {
     bool kept = true;
     for (const Group &group : groups) {
         if (!words.isEmpty() && !words.contains(QLatin1String(group.name))) {
             continue;
         }
         if (check) {
-            kept = Check(group) && kept;
+            kept = Check(group, rows) && kept;
         } else {
             Figures figures;
             group.measure(figures);
+            rows += figures.Rows();
         }
     }
     return kept ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+// With how far the machine's own pace varied meanwhile left to who reads it: the load says how busy it was.
+bool WriteTable(const QString &fileName, const QString &rows) {
+    QFile load(QStringLiteral("/proc/loadavg"));
+    const QByteArray loads = load.open(QFile::ReadOnly) ? load.readAll().simplified() : QByteArray("?");
+    QFile file(fileName);
+    const QString text =
+        QStringLiteral("| What | Value | Limit | Peers in the same run |\n|---|---|---|---|\n") + rows +
+        QStringLiteral("\n%1 processors, load at the end: %2\n")
+            .arg(QThread::idealThreadCount())
+            .arg(QString::fromLatin1(loads.split(' ').mid(0, 3).join(' ')));
+    return file.open(QFile::WriteOnly) && file.write(text.toUtf8()) > 0;
 }
 
 bool Known(const QString &word) {
@@ -103,13 +120,20 @@ int main(int argc, char *argv[]) {
     });
     QStringList words = QCoreApplication::arguments().mid(1);
     const bool check = words.removeAll(QStringLiteral("--check")) > 0;
+    const qsizetype option = words.indexOf(QStringLiteral("--table"));
+    const QString table = option < 0 ? QString() : words.value(option + 1);
+    if (option >= 0) {
+        words.remove(option, std::min<qsizetype>(2, words.size() - option));
+    }
     for (const QString &word : words) {
         if (!Known(word)) {
             return Usage();
         }
     }
     try {
-        return Run(words, check);
+        QString rows;
+        const int status = Run(words, check, rows);
+        return table.isEmpty() || WriteTable(table, rows) ? status : EXIT_FAILURE;
     } catch (const std::exception &error) {
         std::fprintf(stderr, "ztv-bench: %s\n", error.what());
     }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Sets up, builds and measures: one line a figure, with its limit and what peers need for the same.
-# scripts/bench.sh [--check] [round-trip] [poll] [list] [search] [start-up] [hex] [upgrade]; with --check it fails where a limit is passed.
+# scripts/bench.sh [--check] [--table FILE] [round-trip] [poll] [list] [search] [start-up] [hex] [upgrade]; with --check it fails where a limit is passed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

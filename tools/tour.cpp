@@ -460,7 +460,7 @@ int main(int argc, char *argv[]) {
                                   QStringLiteral("The help that gets its pictures anew."),
                                   QStringLiteral("[HELP_FOLDER]"));
     options.process(application);
-    const QStringList arguments = options.positionalArguments();
+    QStringList arguments = options.positionalArguments();
     if (arguments.isEmpty() || arguments.size() > 2) {
         options.showHelp(2);
     }
@@ -476,7 +476,11 @@ int main(int argc, char *argv[]) {
         }
         QApplication::setFont(font);
     }
-    const QString folder = QDir().absoluteFilePath(arguments.first()); // an upgrade changes the current one
+    // Absolute: an import of a hex file changes the current folder.
+    for (QString &argument : arguments) {
+        argument = QDir(argument).absolutePath();
+    }
+    const QString &folder = arguments.first();
     QDir().mkpath(folder);
     const QTemporaryDir configuration; // a tour leaves no settings behind
     qputenv("XDG_CONFIG_HOME", configuration.path().toLocal8Bit());

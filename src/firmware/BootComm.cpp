@@ -144,6 +144,10 @@ std::int16_t BootComm::WriteProgramImage(std::uint8_t blockBytes, std::uint8_t b
             result = result == TransferResult::VerifyFailed ? result : TransferResult::Aborted;
             break;
         }
+        if (lines.HasChanged()) { // by a command that came meanwhile: what follows isn't that image
+            result = TransferResult::ImageChanged;
+            break;
+        }
         TransferRecord record = NewRecord(writeCommand, MemoryImageLine::byteCount,
                                           MemoryImageLine::AddressToWrite(line) / bytesPerAddress);
         record.BlockBytes = blockBytes;

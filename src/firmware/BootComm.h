@@ -13,6 +13,7 @@ namespace TransferResult {
 inline constexpr std::int16_t Finished = 1;
 inline constexpr std::int16_t Aborted = -100;
 inline constexpr std::int16_t VerifyFailed = -101; // of the line that was written last
+inline constexpr std::int16_t ImageChanged = -102; // while it was written
 
 } // namespace TransferResult
 

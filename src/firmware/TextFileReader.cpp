@@ -25,6 +25,8 @@ TextFileReader::TextFileReader(const QString &path, qsizetype longestLine)
     if (!file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         throw Fault::File(path, file_.errorString());
     }
+    sizeOnOpening_ = file_.size();
+    timeOnOpening_ = file_.fileTime(QFileDevice::FileModificationTime);
 }
 
 bool TextFileReader::AtEnd() {
@@ -46,7 +48,12 @@ QByteArrayView TextFileReader::ReadLine() {
 
 double TextFileReader::Fraction() const {
     const qint64 read = file_.pos() - (end_ - start_);
-    return file_.size() > 0 ? static_cast<double>(read) / static_cast<double>(file_.size()) : 1;
+    return file_.size() > read ? static_cast<double>(read) / static_cast<double>(file_.size()) : 1;
+}
+
+bool TextFileReader::HasChanged() const {
+    return file_.size() != sizeOnOpening_ ||
+           file_.fileTime(QFileDevice::FileModificationTime) != timeOnOpening_;
 }
 
 // Left until the next line is wanted, so that the start of a line can be judged before all of it is read.

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QDateTime>
 #include <QFile>
 
 // Reads a text file line by line. A line ends with carriage return, line feed, or both, and the last one may
@@ -17,8 +18,11 @@ public:
     // The next line without its end, for as long as nothing else is called; empty at the end of the file.
     QByteArrayView ReadLine();
 
-    // What was read of the whole, 0 to 1.
+    // What was read of the whole, 0 to 1, also of a file that others make shorter.
     double Fraction() const;
+
+    // Whether somebody has written to the file since it was opened.
+    bool HasChanged() const;
 
 private:
     void PassLineEnd();
@@ -26,6 +30,8 @@ private:
     qsizetype CharactersBeforeLineEnd(qsizetype from) const;
 
     QFile file_;
+    qint64 sizeOnOpening_ = 0;
+    QDateTime timeOnOpening_;
     qsizetype longestLine_;
     QByteArray buffer_;
     qsizetype start_ = 0; // of what is unread in the buffer

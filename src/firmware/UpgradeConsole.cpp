@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QScopeGuard>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -26,7 +27,7 @@ FileQuestion HexFileQuestion(const char *title) {
 // Whoever shows the console is busy, and shows a transfer, while this lives.
 class UpgradeConsole::Transfer {
 public:
-    Transfer(UpgradeConsole &console, const char *what) : console_(console) {
+    Transfer(UpgradeConsole &console, const char *what) : console_(console), outer_(console.share_, Share{}) {
         Q_EMIT console_.PointerChanged(Qt::BusyCursor);
         Q_EMIT console_.TransferStarted(QString::fromLatin1(what));
     }
@@ -39,6 +40,7 @@ public:
 
 private:
     UpgradeConsole &console_;
+    QScopedValueRollback<Share> outer_; // of the transfer that this one runs inside of
 };
 
 UpgradeConsole::UpgradeConsole(BootComm &bootComm, Surroundings surroundings, QObject *parent)
@@ -46,9 +48,10 @@ UpgradeConsole::UpgradeConsole(BootComm &bootComm, Surroundings surroundings, QO
       bootComm_(bootComm),
       settings_(bootComm.Settings()),
       surroundings_(std::move(surroundings)) {
-    bootComm_.OnTransfer({.yield = [] { QCoreApplication::processEvents(); },
-                          .status = [this](const QString &word) { SetStatus(word); },
-                          .progress = [this](double done) { Q_EMIT TransferAdvanced(done); }});
+    bootComm_.OnTransfer(
+        {.yield = [] { QCoreApplication::processEvents(); },
+         .status = [this](const QString &word) { SetStatus(word); },
+         .progress = [this](double done) { Q_EMIT TransferAdvanced(share_.before + share_.size * done); }});
 }
 
 UpgradeConsole::~UpgradeConsole() {
@@ -78,30 +81,36 @@ void UpgradeConsole::SetStatus(const QString &word) {
 }
 
 bool UpgradeConsole::ConnectBootloader() {
-    const auto done = qScopeGuard([this] { Q_EMIT PointerChanged(Qt::ArrowCursor); });
     try {
         if (!bootComm_.OpenPort()) {
             SetStatus(QStringLiteral("Failed to open port..."));
             return false;
         }
-        Q_EMIT PointerChanged(Qt::BusyCursor);
-        SetStatus(QStringLiteral("Searching for device..."));
-        Q_EMIT RedrawWanted(); // the search blocks
-        const QString version = bootComm_.ReadBootVersion();
-        Q_EMIT PanelChanged(Panel::Version, version);
-        if (version.isEmpty()) {
+        if (!FindDevice()) {
             DisconnectBootloader();
             return false;
         }
     } catch (const Fault &fault) {
-        SetStatus(fault.Description());
-        Warn(QStringLiteral("Core error:  ") + fault.Description(), QString());
+        const QString text = QStringLiteral("Core error:  ") + fault.Description();
+        SetStatus(text);
+        surroundings_.dialogs.OwnedMessageBox(text, {.icon = BoxIcon::None, .buttons = BoxButtons::Ok},
+                                              QString());
         return false;
     }
     Q_EMIT PanelChanged(Panel::Processor, settings_.DeviceName);
     SetStatus(QStringLiteral("Device found..."));
     Q_EMIT ConnectedChanged(true);
     return true;
+}
+
+bool UpgradeConsole::FindDevice() {
+    Q_EMIT PointerChanged(Qt::BusyCursor);
+    const auto done = qScopeGuard([this] { Q_EMIT PointerChanged(Qt::ArrowCursor); });
+    SetStatus(QStringLiteral("Searching for device..."));
+    Q_EMIT RedrawWanted(); // the search blocks
+    const QString version = bootComm_.ReadBootVersion();
+    Q_EMIT PanelChanged(Panel::Version, version);
+    return !version.isEmpty();
 }
 
 void UpgradeConsole::DisconnectBootloader() {
@@ -138,7 +147,13 @@ void UpgradeConsole::ReadDevice() {
     };
     constexpr std::uint8_t bytesPerAddress = 1;
     const Transfer transfer(*this, "Reading");
+    double whole = 0;
+    for (const Region &region : regions) {
+        whole += region.end - region.start + 1;
+    }
+    share_.size = 0;
     for (Region region : regions) {
+        share_ = {share_.before + share_.size, (region.end - region.start + 1) / whole};
         const std::int16_t result =
             bootComm_.ReadRegion(region.start, region.end, bytesPerAddress, region.command, region.fileName);
         ShowOutcome(result, QStringLiteral("Failed to read device..."));
@@ -240,7 +255,7 @@ bool UpgradeConsole::RunModeCommand() {
 
 void UpgradeConsole::RunApp() {
     if (surroundings_.dialogs.OwnedMessageBox(QStringLiteral("Are you sure?"),
-                                              {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo},
+                                              {.icon = BoxIcon::None, .buttons = BoxButtons::YesNo},
                                               ApplicationTitle()) != BoxAnswer::Yes) {
         return;
     }

@@ -63,7 +63,13 @@ Q_SIGNALS:
 private:
     class Transfer;
 
-    void FindDevice();
+    // What the loop that runs is of its whole transfer.
+    struct Share {
+        double before = 0;
+        double size = 1;
+    };
+
+    bool FindDevice();
     bool ShowOutcome(std::int16_t result, const QString &failed);
     bool ShowInEditor(const QString &fileName);
     void Warn(const QString &text, const QString &title);
@@ -71,4 +77,5 @@ private:
     BootComm &bootComm_;
     BootSettings &settings_;
     Surroundings surroundings_;
+    Share share_;
 };

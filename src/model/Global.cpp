@@ -2,7 +2,6 @@
 
 #include "model/ClassZentrova.h"
 #include "model/UnitClass.h"
-#include "support/Fault.h"
 #include "support/Numbers.h"
 
 #include <algorithm>
@@ -39,11 +38,8 @@ QString ApplyUnits(const ClassZentrova &zentrova, const QString &number, std::in
 }
 
 std::int32_t FormattedToRaw(const ClassZentrova &zentrova, const QString &text, std::int16_t Tag) {
-    const std::optional<std::int32_t> raw = RemoveDecimalPoint(FormatToDecimals(zentrova, text, Tag));
-    if (!raw) {
-        throw Fault::Conversion(QStringLiteral("an empty text isn't a number"));
-    }
-    return *raw;
+    ToNumber(text); // some texts that aren't a number, like ".1.5", are one without their first point
+    return RemoveDecimalPoint(FormatToDecimals(zentrova, text, Tag)).value();
 }
 
 QString FormatToDecimals(const ClassZentrova &zentrova, const QString &text, std::int16_t Tag) {

@@ -111,7 +111,11 @@ QString DatabaseRecord::Text(int column) const {
     if (!value.isText()) {
         Fail(column, QStringLiteral("holds no text"));
     }
-    QString text = QString::fromStdString(value.getString());
+    const std::string bytes = value.getString();
+    QString text = QString::fromStdString(bytes);
+    if (bytes.starts_with("\xEF\xBB\xBF")) {
+        text.prepend(QChar(QChar::ByteOrderMark)); // Qt drops it; in a text of a database it is a character
+    }
     if (text.size() > longestText) {
         Fail(column, QStringLiteral("holds a text of %1 characters").arg(text.size()));
     }

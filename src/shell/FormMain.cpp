@@ -114,10 +114,18 @@ BoxAnswer FormMain::Ask(const QString &question) {
 }
 
 void FormMain::AskToClearSettings(bool wanted) {
-    if (wanted && Ask(QStringLiteral("Clear all ") + ApplicationTitle() +
-                      QStringLiteral(" Registry Settings?")) == BoxAnswer::Yes) {
-        surroundings_.settings.Clear();
+    if (wanted &&
+        Ask(QStringLiteral("Clear all ") + ApplicationTitle() + QStringLiteral(" Registry Settings?")) ==
+            BoxAnswer::Yes &&
+        !surroundings_.settings.Clear()) {
+        TellOfStore(QStringLiteral("The settings couldn't be cleared. They are in"));
     }
+}
+
+void FormMain::TellOfStore(const QString &what) {
+    surroundings_.dialogs.OwnedMessageBox(QStringLiteral("%1\n%2").arg(what, surroundings_.settings.Place()),
+                                          {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
+                                          ApplicationTitle());
 }
 
 // Where the last run left the window, or where it can be reached if that is off every screen by now.
@@ -517,24 +525,28 @@ void FormMain::closeEvent(QCloseEvent *event) {
         event->ignore();
         return;
     }
-    StoreSettings();
+    // The end of the session isn't held up by a box.
+    if (!StoreSettings() && !qApp->isSavingSession()) {
+        TellOfStore(QStringLiteral("The settings couldn't be stored in"));
+    }
     event->accept();
 }
 
-void FormMain::StoreSettings() {
+bool FormMain::StoreSettings() {
     SettingsStore &store = surroundings_.settings;
-    WriteCommSettings(store, {.commPort = CommPort(),
-                              .baudRate = BaudRate(),
-                              .parityStop = ParityStop(),
-                              .modbusAddress = ModbusAddress()});
+    bool stored = WriteCommSettings(store, {.commPort = CommPort(),
+                                            .baudRate = BaudRate(),
+                                            .parityStop = ParityStop(),
+                                            .modbusAddress = ModbusAddress()});
     if (isMinimized()) {
-        return;
+        return stored;
     }
-    WriteWindowState(store, isMaximized() ? WindowState::Maximised : WindowState::Normal);
+    stored = WriteWindowState(store, isMaximized() ? WindowState::Maximised : WindowState::Normal);
     if (!isMaximized()) {
-        WriteWindowPlace(store, {.top = static_cast<double>(ToTwips(y())),
-                                 .left = static_cast<double>(ToTwips(x())),
-                                 .height = static_cast<double>(ToTwips(height())),
-                                 .width = static_cast<double>(ToTwips(width()))});
+        stored = WriteWindowPlace(store, {.top = static_cast<double>(ToTwips(y())),
+                                          .left = static_cast<double>(ToTwips(x())),
+                                          .height = static_cast<double>(ToTwips(height())),
+                                          .width = static_cast<double>(ToTwips(width()))});
     }
+    return stored;
 }

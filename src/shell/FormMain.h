@@ -128,7 +128,8 @@ private:
     void ShowAbout();
     void AddCheckoutTab();
     std::int16_t AskDirection();
-    void StoreSettings();
+    bool StoreSettings();
+    void TellOfStore(const QString &what);
     BoxAnswer Ask(const QString &question);
 
     Surroundings surroundings_;

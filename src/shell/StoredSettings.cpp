@@ -64,10 +64,13 @@ CommSettings ReadCommSettings(const SettingsStore &store) {
     return settings;
 }
 
-void WriteCommSettings(SettingsStore &store, const CommSettings &settings) {
+bool WriteCommSettings(SettingsStore &store, const CommSettings &settings) {
+    bool stored = true;
     for (const OptionKey &option : optionKeys) {
-        store.Write(Options(), QString::fromLatin1(option.key), QString::number(settings.*option.member));
+        stored =
+            store.Write(Options(), QString::fromLatin1(option.key), QString::number(settings.*option.member));
     }
+    return stored; // the last one stores all
 }
 
 WindowPlace ReadWindowPlace(const SettingsStore &store) {
@@ -81,11 +84,13 @@ WindowPlace ReadWindowPlace(const SettingsStore &store) {
     return place;
 }
 
-void WriteWindowPlace(SettingsStore &store, const WindowPlace &place) {
+bool WriteWindowPlace(SettingsStore &store, const WindowPlace &place) {
+    bool stored = true;
     for (const PlaceKey &entry : placeKeys) {
-        store.Write(Startup(), QString::fromLatin1(entry.key),
-                    QString::number(std::lround(place.*entry.member)));
+        stored = store.Write(Startup(), QString::fromLatin1(entry.key),
+                             QString::number(std::lround(place.*entry.member)));
     }
+    return stored;
 }
 
 WindowState ReadWindowState(const SettingsStore &store) {
@@ -97,6 +102,6 @@ WindowState ReadWindowState(const SettingsStore &store) {
     return state == 2 ? WindowState::Maximised : WindowState::Normal;
 }
 
-void WriteWindowState(SettingsStore &store, WindowState state) {
-    store.Write(Startup(), WindowStateKey(), QString::number(static_cast<int>(state)));
+bool WriteWindowState(SettingsStore &store, WindowState state) {
+    return store.Write(Startup(), WindowStateKey(), QString::number(static_cast<int>(state)));
 }

@@ -30,10 +30,11 @@ std::int16_t ReadRegistryInteger(const SettingsStore &store, const QString &sect
                                  std::int16_t lowest, std::int16_t highest, std::int16_t fallback);
 
 CommSettings ReadCommSettings(const SettingsStore &store);
-void WriteCommSettings(SettingsStore &store, const CommSettings &settings);
+// The writers are false where the store can't be written.
+bool WriteCommSettings(SettingsStore &store, const CommSettings &settings);
 
 WindowPlace ReadWindowPlace(const SettingsStore &store);
-void WriteWindowPlace(SettingsStore &store, const WindowPlace &place);
+bool WriteWindowPlace(SettingsStore &store, const WindowPlace &place);
 
 WindowState ReadWindowState(const SettingsStore &store);
-void WriteWindowState(SettingsStore &store, WindowState state);
+bool WriteWindowState(SettingsStore &store, WindowState state);

@@ -13,6 +13,7 @@
 
 int main(int argc, char *argv[]) {
     Application application(argc, argv);
+    FixProgramFolder();
     QtDialogs dialogs;
     FormMain *form = nullptr;
     application.OnFault([&dialogs, &form](const Fault &fault) {

@@ -70,9 +70,9 @@ bool Parse(const QString &text, double &value) {
         digits.remove(0, 1); // which std::from_chars doesn't know
     }
     const std::errc error = std::from_chars(digits.constBegin(), digits.constEnd(), value).ec;
-    if (error == std::errc::result_out_of_range && digits.toLower().contains("e-")) {
-        value = 0; // too small to be told from it
-        return true;
+    if (error == std::errc::result_out_of_range) {
+        value = trimmed.toDouble(); // infinity, or 0 for what is too small to be told from it
+        return std::isfinite(value);
     }
     return error == std::errc();
 }

@@ -4,12 +4,19 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
 QString ProgramFolder() {
     const QString home = qEnvironmentVariable("ZTVLINK_HOME");
     return home.isEmpty() ? QCoreApplication::applicationDirPath() : home;
+}
+
+void FixProgramFolder() {
+    if (!qEnvironmentVariableIsEmpty("ZTVLINK_HOME")) {
+        qputenv("ZTVLINK_HOME", QFile::encodeName(QDir(ProgramFolder()).absolutePath()));
+    }
 }
 
 QString FolderForOwnFiles(const QString &programFolder) {

@@ -92,8 +92,14 @@ void ReplaceFile(const QString &fileName, const QByteArray &content) {
     }
     ClearedAttributes attributes(fileName);
     QSaveFile file(fileName);
-    if (!file.open(QFile::WriteOnly) || file.write(content) != content.size() || !ReachesTheDisk(file) ||
-        !file.commit()) {
+    if (!file.open(QFile::WriteOnly)) {
+        throw Fault::File(fileName, file.errorString());
+    }
+    // A write that comes short knows no words of its own for all that can be wrong.
+    if (file.write(content) != content.size() || !ReachesTheDisk(file)) {
+        throw Fault::File(fileName, qt_error_string());
+    }
+    if (!file.commit()) {
         throw Fault::File(fileName, file.error() == QFile::NoError ? qt_error_string() : file.errorString());
     }
     attributes.Replaced();

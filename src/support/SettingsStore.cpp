@@ -1,5 +1,6 @@
 #include "support/SettingsStore.h"
 
+#include <QDir>
 #include <QSettings>
 #include <QStandardPaths>
 #include <memory>
@@ -20,7 +21,11 @@ std::unique_ptr<QSettings> Open(const QString &title) {
 
 bool Flush(QSettings &settings) {
     settings.sync();
-    return settings.status() == QSettings::NoError;
+    return settings.status() != QSettings::AccessError; // what it couldn't make out before is gone now
+}
+
+QString Name(const QString &section, const QString &key) {
+    return section + u'/' + key;
 }
 
 } // namespace
@@ -28,23 +33,49 @@ bool Flush(QSettings &settings) {
 SettingsStore::SettingsStore(const QString &applicationTitle) : title_(applicationTitle) {}
 
 QString SettingsStore::Read(const QString &section, const QString &key, const QString &fallback) const {
-    return Open(title_)->value(section + u'/' + key, fallback).toString();
+    const QString name = Name(section, key);
+    if (const auto found = notStored_.find(name); found != notStored_.end()) {
+        return found->second.value_or(fallback);
+    }
+    return Open(title_)->value(name, fallback).toString();
 }
 
 bool SettingsStore::Write(const QString &section, const QString &key, const QString &value) {
-    const auto settings = Open(title_);
-    settings->setValue(section + u'/' + key, value);
-    return Flush(*settings);
+    notStored_[Name(section, key)] = value;
+    return Store();
 }
 
 bool SettingsStore::Remove(const QString &section, const QString &key) {
+    notStored_[Name(section, key)] = std::nullopt;
+    return Store();
+}
+
+bool SettingsStore::Store() {
     const auto settings = Open(title_);
-    settings->remove(section + u'/' + key);
-    return Flush(*settings);
+    for (const auto &[name, value] : notStored_) {
+        if (value) {
+            settings->setValue(name, *value);
+        } else {
+            settings->remove(name);
+        }
+    }
+    const bool stored = Flush(*settings);
+    if (stored) {
+        notStored_.clear();
+    }
+    return stored;
 }
 
 bool SettingsStore::Clear() {
     const auto settings = Open(title_);
     settings->clear();
-    return Flush(*settings);
+    const bool cleared = Flush(*settings);
+    if (cleared) {
+        notStored_.clear();
+    }
+    return cleared;
+}
+
+QString SettingsStore::Place() const {
+    return QDir::toNativeSeparators(Open(title_)->fileName());
 }

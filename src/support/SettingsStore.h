@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <map>
+#include <optional>
 
 // The per-user settings: strings by application title, section and key. The registry on Windows, an INI
-// file in the user's configuration folder elsewhere.
+// file in the user's configuration folder elsewhere. What can't be stored counts for this run all the same,
+// and each later write tries to store it again.
 class SettingsStore {
 public:
     explicit SettingsStore(const QString &applicationTitle);
@@ -20,6 +23,12 @@ public:
     // Deletes all of the application's settings. False when the store can't be written.
     bool Clear();
 
+    // Where the settings are, as a person would look for them.
+    QString Place() const;
+
 private:
+    bool Store();
+
     QString title_;
+    std::map<QString, std::optional<QString>> notStored_; // by section and key; nothing: to be removed
 };

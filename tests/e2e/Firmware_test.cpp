@@ -358,8 +358,7 @@ TEST_F(FirmwareTest, RunAppStartsTheApplication) {
     Start();
     InConsole([this](auto &, const Form &ui) {
         ui.Press("CommandConnect");
-        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo,
-                        BoxAnswer::Yes);
+        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
         ui.Press("CommandRunApp");
         EXPECT_EQ(Status(), QStringLiteral("Not connected..."));
     });

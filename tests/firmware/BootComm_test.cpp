@@ -373,6 +373,21 @@ TEST_F(BootCommTest, AnAbortBehindALineThatFailedIsToldAsThatFailure) {
     EXPECT_EQ(loader_.packets.size(), 2u);
 }
 
+TEST_F(BootCommTest, AnImageThatChangesUnderAWriteEndsIt) {
+    for (const QByteArray &other : {QByteArray(), Line(0x900, 7) + "\r\n", QByteArray(500, 'x')}) {
+        MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 2) + "\r\n" + Line(0x820, 3) + "\r\n");
+        yields_ = 0;
+        onYield_ = [this, other] { // as a command that is given meanwhile may do
+            if (yields_ == 2) {
+                MakeImage(other);
+            }
+        };
+        loader_.packets.clear();
+        EXPECT_EQ(Write(), TransferResult::ImageChanged);
+        EXPECT_EQ(loader_.packets.size(), 2u);
+    }
+}
+
 TEST_F(BootCommTest, AnAbortDuringTheLastLineComesTooLate) {
     MakeImage(Line(0x800, 1) + "\r\n");
     onYield_ = [] {};
@@ -383,6 +398,33 @@ TEST_F(BootCommTest, AnAbortDuringTheLastLineComesTooLate) {
     EXPECT_EQ(Write(), 1);
     SpoilLineAt(0x800);
     EXPECT_EQ(Write(), -101);
+}
+
+TEST_F(BootCommTest, GoesByTheSettings) {
+    BootSettings &settings = comm_.Settings();
+    settings.MaxPacketBytes = 0x40;
+    EXPECT_EQ(Read(0x800, 0x87F), 1);
+    EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{Bytes("01 40 00 08 00"), Bytes("01 40 40 08 00")}));
+    settings.EraseBlockBytes = 128;
+    loader_.packets.clear();
+    EXPECT_EQ(comm_.EraseRegion(0x800, 0x8FF), 1);
+    EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{Bytes("03 01 00 08 00"), Bytes("03 01 80 08 00")}));
+    EXPECT_GE(loader_.longestWaitMs, 990); // the timeout, and the time on the line
+    EXPECT_LT(loader_.longestWaitMs, 2000);
+    comm_.ClosePort();
+    settings.TimeoutMs = 7000;
+    EXPECT_TRUE(comm_.OpenPort());
+    settings.Retries = 2;
+    loader_.answers = false;
+    MakeImage(Line(0x800, 1));
+    for (const std::function<void()> &transfer : std::vector<std::function<void()>>{
+             [this] { Write(); }, [this] { Read(0x800, 0x87F); }, [this] { comm_.SetRunMode(); },
+             [this] { comm_.ReadEepromByte(1022); }}) {
+        loader_.packets.clear();
+        transfer();
+        EXPECT_EQ(loader_.packets.size(), 2u);
+    }
+    EXPECT_GE(loader_.longestWaitMs, 6990);
 }
 
 TEST_F(BootCommTest, FilesThatCantBeOpenedOrMadeAreFaultsThatNameThem) {

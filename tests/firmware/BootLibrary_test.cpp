@@ -23,10 +23,15 @@ public:
         int silences = 0;       // waits for a line that falls silent
         bool refuses = false;   // to take bytes
         bool gone = false;
+        QByteArray early;   // what has come before a frame is sent
+        QByteArray babbles; // what comes again and again
     };
     explicit FakeLine(Far &far) : far_(far) {}
 
-    void ClearInput() override { input_.clear(); }
+    void ClearInput() override {
+        input_.clear();
+        far_.early.clear();
+    }
     bool Write(const QByteArray &bytes) override {
         if (far_.refuses) {
             return false;
@@ -48,7 +53,7 @@ public:
         } else {
             far_.waits.push_back(milliseconds);
         }
-        return std::exchange(input_, {});
+        return far_.early + std::exchange(input_, {}) + far_.babbles;
     }
 
 private:
@@ -170,6 +175,9 @@ TEST_F(BootLibraryTest, WaitsTheTimeoutBeyondTheTimeOnTheLine) {
     const int expected = 1000 + (6 + 13) * 10 / 38; // request and longest answer, 10 bits a character
     ASSERT_EQ(far_.waits.size(), 1u);
     EXPECT_NEAR(far_.waits.front(), expected, 2);
+    handle_ = library_.OpenPIC("COM3", 1200, 500);
+    SendVersionRead(1);
+    EXPECT_NEAR(far_.waits.back(), 500 + (6 + 13) * 10 * 1000 / 1200, 2);
 }
 
 TEST_F(BootLibraryTest, AGoodAnswerToALaterTryCounts) {
@@ -206,6 +214,23 @@ TEST_F(BootLibraryTest, TellsFailuresApart) {
         far_.answers = {row.answer};
         EXPECT_EQ(SendVersionRead(1), row.result) << row.what;
     }
+}
+
+TEST_F(BootLibraryTest, DropsWhatCameBeforeItAsked) {
+    Open();
+    far_.early = BootFrame::Encode(Bytes("00 02 09 09"));
+    Answer("00 02 05 01");
+    EXPECT_EQ(SendVersionRead(1), 4);
+    EXPECT_EQ(packet_[2], 5);
+}
+
+TEST_F(BootLibraryTest, ALineThatBabblesHoldsNothingUp) {
+    Open();
+    far_.babbles = QByteArray(64, 'x');
+    EXPECT_EQ(SendVersionRead(2), BootResult::DamagedAnswer);
+    EXPECT_EQ(far_.sent.size(), 2u);
+    EXPECT_LE(far_.waits.size(), 2u * 70u);
+    EXPECT_EQ(far_.silences, 2 * 20);
 }
 
 TEST_F(BootLibraryTest, DoesntTryAgainOnALineThatIsGoneButLooksForItNextTime) {

@@ -5,6 +5,7 @@
 #include "firmware/TransferRecord.h"
 
 #include <QByteArray>
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <memory>
@@ -27,6 +28,7 @@ public:
     bool opens = true;
     bool answers = true;
     bool closed = false;
+    int longestWaitMs = 0;                         // for an answer
     std::map<std::uint32_t, std::uint8_t> program; // what isn't there reads as 0xFF
     std::map<std::uint32_t, std::uint8_t> eeprom;
     // The answer to a packet; an empty one is none.
@@ -55,7 +57,10 @@ private:
             input_ = answer.isEmpty() ? answer : BootFrame::Encode(answer);
             return true;
         }
-        std::optional<QByteArray> Read(int) override { return std::exchange(input_, {}); }
+        std::optional<QByteArray> Read(int milliseconds) override {
+            loader_.longestWaitMs = std::max(loader_.longestWaitMs, milliseconds);
+            return std::exchange(input_, {});
+        }
 
     private:
         FakeLoader &loader_;

@@ -5,7 +5,10 @@
 #include "tests/support/Wait.h"
 
 #include <QElapsedTimer>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <termios.h>
+#include <unistd.h>
 
 TEST(SerialBootLineTest, MovesBytesBothWays) {
     ScriptedLine far;
@@ -16,6 +19,18 @@ TEST(SerialBootLineTest, MovesBytesBothWays) {
     EXPECT_EQ(far.Requests().front(), QByteArray("\x0F\x0F"));
     far.Send("abc");
     EXPECT_EQ(line->Read(5000), QByteArray("abc"));
+}
+
+TEST(SerialBootLineTest, SetsTheDevice) {
+    ScriptedLine far;
+    const auto line = SerialBootLine::Open(far.Path(), 19200);
+    ASSERT_NE(line, nullptr);
+    termios set{};
+    const int end = open(far.Path().toLocal8Bit().constData(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    EXPECT_EQ(tcgetattr(end, &set), 0);
+    close(end);
+    EXPECT_EQ(cfgetospeed(&set), static_cast<speed_t>(B19200));
+    EXPECT_EQ(set.c_cflag & (CSTOPB | PARODD), 0U);
 }
 
 TEST(SerialBootLineTest, WaitsNoLongerThanItMay) {

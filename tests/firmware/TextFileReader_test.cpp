@@ -122,3 +122,31 @@ TEST_F(TextFileReaderTest, SaysWhenReadingFails) {
     TextFileReader reader(path, 10);
     EXPECT_THROW(reader.AtEnd(), Fault);
 }
+
+TEST_F(TextFileReaderTest, TellsThatTheFileWasWrittenTo) {
+    WriteFile(path_, "abcd\nefgh\n");
+    TextFileReader reader(path_, 10);
+    reader.ReadLine();
+    EXPECT_FALSE(reader.HasChanged());
+    QFile file(path_);
+    ASSERT_TRUE(file.open(QFile::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(1), QFile::FileModificationTime));
+    EXPECT_TRUE(reader.HasChanged()); // though it is as long as before
+    TextFileReader another(path_, 10);
+    EXPECT_FALSE(another.HasChanged());
+    ASSERT_TRUE(file.resize(3));
+    EXPECT_TRUE(another.HasChanged());
+}
+
+TEST_F(TextFileReaderTest, TellsHowMuchOfTheFileIsRead) {
+    WriteFile(path_, "abcd\nefgh\n");
+    TextFileReader reader(path_, 10);
+    EXPECT_EQ(reader.Fraction(), 0);
+    reader.ReadLine();
+    EXPECT_FALSE(reader.AtEnd());
+    EXPECT_EQ(reader.Fraction(), 0.5);
+    ASSERT_EQ(::truncate(path_.toUtf8().constData(), 2), 0);
+    EXPECT_EQ(reader.Fraction(), 1);
+    WriteFile(path_, {});
+    EXPECT_EQ(TextFileReader(path_, 10).Fraction(), 1);
+}

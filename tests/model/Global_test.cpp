@@ -73,6 +73,8 @@ TEST(GlobalDecimals, ReadsThreePlacesWithTheTieAwayFromZero) {
 TEST_F(GlobalTest, FaultsOnATextThatIsNoNumber) {
     EXPECT_THROW(FormattedToRaw(zentrova_, QStringLiteral("abc"), inches), Fault);
     EXPECT_THROW(FormattedToRaw(zentrova_, QString(), inches), Fault);
+    EXPECT_THROW(FormattedToRaw(zentrova_, QStringLiteral(".1.5"), inches), Fault);
+    EXPECT_THROW(FormattedToRaw(zentrova_, QStringLiteral("1e.3"), inches), Fault);
     EXPECT_THROW(FormattedToRaw(zentrova_, QStringLiteral("99999999999"), inches), Fault);
 }
 

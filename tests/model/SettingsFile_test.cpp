@@ -216,6 +216,14 @@ TEST_F(SettingsFileTest, BringsEveryRowButTheFirstBack) {
     EXPECT_FALSE(other.FileChangesNeedSaving());
 }
 
+TEST_F(SettingsFileTest, KeepsNotesThatBeginWithAByteOrderMark) {
+    const QString notes = QString(2, QChar(QChar::ByteOrderMark)) + QStringLiteral("left");
+    zentrova_.FileNotes(notes);
+    zentrova_.SaveFile(Path());
+    EXPECT_EQ(Open(), FileOpened::Whole);
+    EXPECT_EQ(zentrova_.FileNotes(), notes);
+}
+
 TEST_F(SettingsFileTest, LeavesTheMarkOfUnsavedChangesAsItWas) {
     zentrova_.SaveFile(Path());
     EXPECT_EQ(Open(), FileOpened::Whole);

@@ -6,6 +6,7 @@
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "support/ui/HelpViewer.h"
+#include "tests/support/EnvironmentVariable.h"
 #include "tests/support/Printers.h"
 #include "tests/support/RecordedHelp.h"
 #include "tests/support/ScriptedDialogs.h"
@@ -106,9 +107,27 @@ TEST(ProgramTest, RescuesUnsavedChangesOnAFault) {
     qputenv("XDG_DATA_HOME", before);
 }
 
+TEST(ProgramTest, RescuesElsewhereWhereTheDataFolderTakesNothing) {
+    const QTemporaryDir home;
+    const QTemporaryDir temporary;
+    const EnvironmentVariable noData("XDG_DATA_HOME", QStringLiteral("/dev/null"));
+    EnvironmentVariable homeFolder("HOME", home.path());
+    const EnvironmentVariable temporaryFolder("TMPDIR", temporary.path());
+    ClassZentrova zentrova(ShippedPresetsFolder());
+    for (const QTemporaryDir *folder : {&home, &temporary}) {
+        zentrova.ParamValue(28, zentrova.ParamValue(28) + 1);
+        EXPECT_TRUE(RescueUnsavedChanges(zentrova).startsWith(
+            QStringLiteral("Your unsaved changes are in the file\n%1/Rescued ").arg(folder->path())));
+        EXPECT_EQ(QDir(folder->path()).entryList(QDir::Files).size(), 1);
+        homeFolder.Set(QStringLiteral("/dev/null"));
+    }
+}
+
 TEST(ProgramTest, SaysSoWhenNothingCouldBeRescued) {
     const QByteArray before = qgetenv("XDG_DATA_HOME");
     qputenv("XDG_DATA_HOME", "/dev/null");
+    const EnvironmentVariable noHome("HOME", QStringLiteral("/dev/null"));
+    const EnvironmentVariable noTemporary("TMPDIR", QStringLiteral("/dev/null"));
     ClassZentrova zentrova(ShippedPresetsFolder());
     EXPECT_EQ(RescueUnsavedChanges(zentrova), QString());
     zentrova.ParamValue(28, 4321);

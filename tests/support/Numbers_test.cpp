@@ -62,6 +62,18 @@ INSTANTIATE_TEST_SUITE_P(
                     NumericCase{"\xD9\xA3", false}, NumericCase{"1\t", false}, NumericCase{"1d3", false},
                     NumericCase{"1e-400", true}, NumericCase{"1.5\u00A0", false}));
 
+TEST(NumericText, IsJudgedByItsValueHoweverLongItIs) {
+    const QString zeros(400, u'0');
+    EXPECT_FALSE(IsNumeric(u'1' + zeros));
+    EXPECT_FALSE(IsNumeric(u'1' + zeros + QStringLiteral("e-5")));
+    EXPECT_EQ(ToNumber(u'1' + zeros + QStringLiteral("e-400")), 1);
+    EXPECT_EQ(ToNumber(QStringLiteral("0.") + zeros + u'1'), 0);
+    EXPECT_EQ(ToNumber(QStringLiteral("-.") + zeros + QStringLiteral("1e+5")), 0);
+    EXPECT_EQ(ToNumber(QStringLiteral("0e99999999999999999999")), 0);
+    EXPECT_EQ(ToNumber(QStringLiteral("1e-99999999999999999999")), 0);
+    EXPECT_FALSE(IsNumeric(QStringLiteral("1e99999999999999999999")));
+}
+
 TEST(NumericText, HasItsValue) {
     EXPECT_EQ(ToNumber(QStringLiteral(" -1.25e2 ")), -125.0);
     EXPECT_EQ(ToNumber(QStringLiteral(".5")), 0.5);

@@ -30,3 +30,16 @@ TEST(ProgramFolderTest, OtherwiseTheyGoToTheUsersDataFolder) {
     EXPECT_EQ(FolderForOwnFiles(data.filePath(QStringLiteral("none"))), expected);
     EXPECT_TRUE(QFileInfo(expected).isDir());
 }
+
+TEST(ProgramFolderTest, ARelativeOneStaysWhereItIs) {
+    const QString before = QDir::currentPath();
+    const EnvironmentVariable home("ZTVLINK_HOME", QStringLiteral("some/folder"));
+    FixProgramFolder();
+    QDir::setCurrent(QStringLiteral("/"));
+    EXPECT_EQ(ProgramFolder(), before + QStringLiteral("/some/folder"));
+    QDir::setCurrent(before);
+    EnvironmentVariable none("ZTVLINK_HOME", QString());
+    qunsetenv("ZTVLINK_HOME");
+    FixProgramFolder();
+    EXPECT_FALSE(qEnvironmentVariableIsSet("ZTVLINK_HOME"));
+}

@@ -1,5 +1,6 @@
 #include "support/ReplaceFile.h"
 
+#include "support/Fault.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/Files.h"
 #include "tests/support/Printers.h"
@@ -32,6 +33,16 @@ TEST_F(ReplaceFileTest, KeepsTheOldContentWhereTheNewDoesntFit) {
     EXPECT_FALSE(TryReplaceFile(path_, QByteArray(100000, 'a')));
     EXPECT_EQ(ReadFile(path_), QByteArray("old"));
     EXPECT_EQ(Files(), QStringList{QStringLiteral("a")});
+}
+
+TEST_F(ReplaceFileTest, SaysWhatTheSystemSaysOfAWriteThatFailed) {
+    const FileSizeLimit limit(8);
+    try {
+        ReplaceFile(path_, "a little too long");
+        ADD_FAILURE() << "it fits";
+    } catch (const Fault &fault) {
+        EXPECT_EQ(fault.Description(), path_ + QStringLiteral(": File too large."));
+    }
 }
 
 TEST_F(ReplaceFileTest, FailsWhereThereIsNoFolder) {

@@ -1,5 +1,7 @@
 #include "support/SettingsStore.h"
 
+#include "tests/support/EnvironmentVariable.h"
+#include "tests/support/Files.h"
 #include "tests/support/Printers.h"
 
 #include <QFile>
@@ -40,4 +42,32 @@ TEST_F(SettingsStoreTest, ClearsAllOfTheApplicationAndNothingElse) {
     EXPECT_TRUE(store_.Clear());
     EXPECT_EQ(store_.Read(QStringLiteral("Options"), QStringLiteral("Key"), {}), QString());
     EXPECT_EQ(other.Read(QStringLiteral("Options"), QStringLiteral("Key"), {}), QStringLiteral("kept"));
+}
+
+TEST_F(SettingsStoreTest, KeepsForTheRunWhatCantBeStoredAndStoresItLater) {
+    const QString options = QStringLiteral("Options");
+    const QString kept = QStringLiteral("Kept");
+    const QString removed = QStringLiteral("Removed");
+    EXPECT_TRUE(store_.Write(options, removed, QStringLiteral("old")));
+    {
+        const EnvironmentVariable noFolder("XDG_CONFIG_HOME", QStringLiteral("/dev/null"));
+        EXPECT_FALSE(store_.Write(options, kept, QStringLiteral("new")));
+        EXPECT_FALSE(store_.Remove(options, removed));
+        EXPECT_EQ(store_.Read(options, kept, {}), QStringLiteral("new"));
+        EXPECT_EQ(store_.Read(options, removed, QStringLiteral("none")), QStringLiteral("none"));
+        EXPECT_EQ(store_.Place(), QStringLiteral("/dev/null/ZTV Link.conf"));
+    }
+    EXPECT_EQ(store_.Read(options, removed, QStringLiteral("none")), QStringLiteral("none"));
+    EXPECT_TRUE(store_.Write(options, QStringLiteral("Another"), QStringLiteral("1")));
+    const SettingsStore another(QStringLiteral("ZTV Link"));
+    EXPECT_EQ(another.Read(options, kept, {}), QStringLiteral("new"));
+    EXPECT_EQ(another.Read(options, removed, QStringLiteral("none")), QStringLiteral("none"));
+}
+
+TEST_F(SettingsStoreTest, StoresOverAFileThatItCantMakeOut) {
+    WriteFile(store_.Place(), "[Options\n\xff=\x00 %%%\nno line\n");
+    EXPECT_EQ(store_.Read(QStringLiteral("Options"), QStringLiteral("CommPort"), QStringLiteral("1")),
+              QStringLiteral("1"));
+    EXPECT_TRUE(store_.Write(QStringLiteral("Options"), QStringLiteral("CommPort"), QStringLiteral("7")));
+    EXPECT_EQ(store_.Read(QStringLiteral("Options"), QStringLiteral("CommPort"), {}), QStringLiteral("7"));
 }

@@ -7,6 +7,7 @@
 #include "ui/Controls.h"
 #include "ui/FormHelp.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -55,9 +56,12 @@ FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *par
     auto *upgrade = NewButton({"CommandUpgradeFirmware", "Upgrade Firmware", "Upgrade ZTV500-100 Firmware"},
                               [this] { Upgrade(); });
     auto *close = NewButton({"CommandClose", "Close", "Close window"}, [this] { reject(); });
-    connect(upgrade_, &OneButtonUpgrade::RunningChanged, this, [upgrade, close](bool running) {
+    connect(upgrade_, &OneButtonUpgrade::RunningChanged, this, [this, upgrade, close](bool running) {
         upgrade->setEnabled(!running);
         close->setEnabled(!running);
+        if (!running && focusWidget() == nullptr) { // a button that is disabled loses it
+            upgrade->setFocus();
+        }
     });
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(upgrade);
@@ -81,7 +85,7 @@ FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *par
     inner->addWidget(BuildTitle());
     inner->addLayout(buttons);
     inner->addWidget(transferBar_);
-    inner->addWidget(frame1_);
+    inner->addWidget(frame1_, 1);
     inner->addStretch();
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -130,8 +134,10 @@ QAbstractButton *FormUpgradeFirmware::NewButton(const Command &command, std::fun
     // works.
     connect(
         button, &QAbstractButton::clicked, this,
-        [button, work = std::move(work)] {
-            if (button->isEnabled()) {
+        [this, button, work = std::move(work)] {
+            // A box may have opened since.
+            const QWidget *modal = QApplication::activeModalWidget();
+            if (button->isEnabled() && (modal == nullptr || modal == this)) {
                 work();
             }
         },

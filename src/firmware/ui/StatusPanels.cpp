@@ -2,13 +2,16 @@
 
 #include "ui/Controls.h"
 
+#include <QBasicTimer>
 #include <QPainter>
 #include <QResizeEvent>
+#include <QTimerEvent>
 #include <numeric>
 
 namespace {
 
 constexpr int gap = 2;
+constexpr int paintedEachMs = 50;
 
 } // namespace
 
@@ -17,19 +20,51 @@ class StatusPanels::Label : public QLabel {
 public:
     using QLabel::QLabel;
 
+    // While texts come in quick succession only some are painted, and the last.
+    void Show(const QString &text) {
+        if (pause_.isActive()) {
+            setUpdatesEnabled(false);
+        } else {
+            pause_.start(paintedEachMs, this);
+        }
+        setText(text);
+        Explain();
+    }
+
+    void Explain() { setToolTip(Fits() ? accessibleDescription() : text()); }
+
 protected:
     void paintEvent(QPaintEvent *event) override {
-        if (fontMetrics().horizontalAdvance(text()) <= contentsRect().width()) {
+        if (Fits()) {
             QLabel::paintEvent(event);
             return;
         }
         QPainter painter(this);
         drawFrame(&painter);
         painter.setPen(palette().color(foregroundRole()));
-        const QRect room = contentsRect().adjusted(margin(), 0, -margin(), 0);
-        painter.drawText(room, Qt::AlignVCenter | Qt::TextSingleLine,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
+        painter.drawText(Room(), Qt::AlignVCenter | Qt::TextSingleLine,
+                         fontMetrics().elidedText(text(), Qt::ElideRight, Room().width()));
     }
+
+    void resizeEvent(QResizeEvent *event) override {
+        QLabel::resizeEvent(event);
+        Explain();
+    }
+
+    void timerEvent(QTimerEvent *event) override {
+        if (event->timerId() != pause_.timerId()) {
+            QLabel::timerEvent(event);
+            return;
+        }
+        pause_.stop();
+        setUpdatesEnabled(true);
+    }
+
+private:
+    bool Fits() const { return fontMetrics().horizontalAdvance(text()) <= Room().width(); }
+    QRect Room() const { return contentsRect().adjusted(margin(), 0, -margin(), 0); }
+
+    QBasicTimer pause_;
 };
 
 StatusPanels::StatusPanels(const std::vector<Panel> &panels, QWidget *parent) : QWidget(parent) {
@@ -41,7 +76,6 @@ StatusPanels::StatusPanels(const std::vector<Panel> &panels, QWidget *parent) : 
         label->setMargin(inset);
         label->setTextFormat(Qt::PlainText);
         label->setAccessibleDescription(panel.meaning);
-        label->setToolTip(panel.meaning);
         labels_.push_back(label);
         stretches_.push_back(panel.stretch);
     }
@@ -70,10 +104,7 @@ void StatusPanels::resizeEvent(QResizeEvent *event) {
 }
 
 void StatusPanels::SetText(int panel, const QString &text) {
-    Label &label = *labels_.at(static_cast<std::size_t>(panel) - 1);
-    label.setText(text);
-    const bool fits = label.fontMetrics().horizontalAdvance(text) <= label.contentsRect().width();
-    label.setToolTip(fits ? label.accessibleDescription() : text);
+    labels_.at(static_cast<std::size_t>(panel) - 1)->Show(text);
 }
 
 QString StatusPanels::Text(int panel) const {

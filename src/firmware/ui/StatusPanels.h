@@ -5,7 +5,7 @@
 #include <vector>
 
 // A status bar of panels. A text that is too long for its panel is cut short with a mark, and stands whole in
-// the panel's tool tip.
+// the panel's tool tip. A text that is set is there at once; it shows within 50 ms.
 class StatusPanels : public QWidget {
     Q_OBJECT
 

@@ -34,25 +34,35 @@ TransferBar::TransferBar(QWidget *parent)
 }
 
 void TransferBar::Start(const QString &what) {
-    progress_->setFormat(what + QStringLiteral(" %p%"));
-    progress_->setValue(0);
-    timeLeft_->clear();
-    progress_->show();
-    timeLeft_->show();
-    elapsed_.start();
-    shownAtMs_ = 0;
+    transfers_.push_back({.what = what, .elapsed = {}});
+    transfers_.back().elapsed.start();
+    Show(what);
 }
 
 void TransferBar::Advance(double done) {
+    Transfer &transfer = transfers_.back();
     progress_->setValue(static_cast<int>(done * steps));
-    const qint64 now = elapsed_.elapsed();
-    if (now - shownAtMs_ >= wordsEachMs) {
-        shownAtMs_ = now;
+    const qint64 now = transfer.elapsed.elapsed();
+    if (now - transfer.shownAtMs >= wordsEachMs) {
+        transfer.shownAtMs = now;
         timeLeft_->setText(TimeLeft(now, done));
     }
 }
 
 void TransferBar::End() {
-    progress_->hide();
-    timeLeft_->hide();
+    transfers_.pop_back();
+    if (transfers_.empty()) {
+        progress_->hide();
+        timeLeft_->hide();
+    } else {
+        Show(transfers_.back().what);
+    }
+}
+
+void TransferBar::Show(const QString &what) {
+    progress_->setFormat(what + QStringLiteral(" %p%"));
+    progress_->setValue(0);
+    timeLeft_->clear();
+    progress_->show();
+    timeLeft_->show();
 }

@@ -4,8 +4,10 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QWidget>
+#include <vector>
 
-// How far a transfer has come, and the time that it will still take. Keeps its room while there is none.
+// How far a transfer has come, and the time that it will still take. Keeps its room while there is none. A
+// transfer may start inside another, which shows again when that one has ended.
 class TransferBar : public QWidget {
     Q_OBJECT
 
@@ -17,8 +19,15 @@ public:
     void End();
 
 private:
+    struct Transfer {
+        QString what;
+        QElapsedTimer elapsed;
+        qint64 shownAtMs = 0;
+    };
+
+    void Show(const QString &what);
+
     QProgressBar *progress_;
     QLabel *timeLeft_;
-    QElapsedTimer elapsed_;
-    qint64 shownAtMs_ = 0;
+    std::vector<Transfer> transfers_; // the innermost last
 };

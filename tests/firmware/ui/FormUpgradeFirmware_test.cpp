@@ -212,6 +212,22 @@ TEST_F(FormUpgradeFirmwareTest, ConnectsToABootLoader) {
     ExpectDeviceCommands(false);
 }
 
+TEST_F(FormUpgradeFirmwareTest, LetsEventsRunBeforeItClosesThePort) {
+    Connect();
+    bool wasHeld = false;
+    QMetaObject::invokeMethod(
+        form_.get(), [&] { wasHeld = boot_.Settings().PortHandle > 0; }, Qt::QueuedConnection);
+    form_->Console().DisconnectBootloader();
+    EXPECT_TRUE(wasHeld);
+    EXPECT_EQ(boot_.Settings().PortHandle, -1);
+}
+
+TEST_F(FormUpgradeFirmwareTest, TheBootLinkOutlivesItsWindow) {
+    Connect();
+    form_.reset();
+    EXPECT_EQ(boot_.EraseRegion(0x800, 0x8FF), 1);
+}
+
 TEST_F(FormUpgradeFirmwareTest, TellsWhyItDidntConnect) {
     Open();
     loader_.opens = false;
@@ -229,11 +245,13 @@ TEST_F(FormUpgradeFirmwareTest, TellsWhyItDidntConnect) {
 TEST_F(FormUpgradeFirmwareTest, AFaultOfTheSearchIsShownAndLeavesTheFormUsable) {
     Open();
     loader_.instead = [](auto &, auto &) -> QByteArray { throw Fault::Overflow(QStringLiteral("a test")); };
-    QString text;
     dialogs_.Expect(QStringLiteral("Core error:  ") + Fault::Overflow(QStringLiteral("a test")).Description(),
-                    BoxIcon::Exclamation, BoxButtons::Ok, BoxAnswer::Ok, {}, QString());
+                    BoxIcon::None, BoxButtons::Ok, BoxAnswer::Ok, {}, QString());
     Press("CommandConnect");
-    EXPECT_EQ(Panel(1), Fault::Overflow(QStringLiteral("a test")).Description());
+    EXPECT_EQ(Panel(1),
+              QStringLiteral("Core error:  ") + Fault::Overflow(QStringLiteral("a test")).Description());
+    EXPECT_EQ(form_->cursor().shape(), Qt::ArrowCursor);
+    ExpectDeviceCommands(false);
     loader_.instead = {};
     Press("CommandConnect");
     EXPECT_EQ(Panel(1), QStringLiteral("Device found..."));
@@ -385,6 +403,122 @@ TEST_F(FormUpgradeFirmwareTest, ASecondCommandRunsInsideTheFirst) {
     EXPECT_EQ(Panel(1), QStringLiteral("Finished operation..."));
 }
 
+TEST_F(FormUpgradeFirmwareTest, TellsTheTimeThatATransferWillStillTake) {
+    Open();
+    const auto &timeLeft = Ui().Get<QLabel>("LabelTimeLeft");
+    UpgradeConsole &console = form_->Console();
+    Q_EMIT console.TransferStarted(QStringLiteral("Writing"));
+    EXPECT_TRUE(timeLeft.isVisible());
+    EXPECT_EQ(timeLeft.text(), QString());
+    EXPECT_TRUE(WaitUntil([&] {
+        Q_EMIT console.TransferAdvanced(0.5);
+        return !timeLeft.text().isEmpty();
+    }));
+    EXPECT_TRUE(timeLeft.text().endsWith(QStringLiteral(" s left"))) << timeLeft.text().toStdString();
+    Q_EMIT console.TransferEnded();
+    EXPECT_FALSE(timeLeft.isVisible());
+    Q_EMIT console.TransferStarted(QStringLiteral("Writing"));
+    EXPECT_EQ(timeLeft.text(), QString());
+    Q_EMIT console.TransferEnded();
+}
+
+TEST_F(FormUpgradeFirmwareTest, AReadHasOneProgressForItsFourMemories) {
+    Connect();
+    auto &progress = Ui().Get<QProgressBar>("ProgressTransfer");
+    std::vector<int> values;
+    loader_.instead = [&](auto &, const QByteArray &answer) {
+        values.push_back(progress.value());
+        return answer;
+    };
+    Press("CommandRead");
+    ASSERT_EQ(values.size(), 378u);
+    EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+    EXPECT_EQ(values.at(368), 47104 * 1000 / 48160); // the EEPROM begins
+    EXPECT_EQ(values.back(), 48144 * 1000 / 48160);
+}
+
+TEST_F(FormUpgradeFirmwareTest, ATransferShowsAgainWhenTheOneInsideItHasEnded) {
+    Connect();
+    auto &progress = Ui().Get<QProgressBar>("ProgressTransfer");
+    int rounds = 0;
+    loader_.instead = [&](const QByteArray &packet, const QByteArray &answer) {
+        const bool reads = packet.at(0) != BootCommand::EraseProgram;
+        EXPECT_TRUE(progress.isVisible());
+        EXPECT_EQ(progress.format(), reads ? QStringLiteral("Reading %p%") : QStringLiteral("Erasing %p%"));
+        if (++rounds == 100) {
+            PressMeanwhile("CommandErase");
+        } else if (rounds == 102) {
+            EXPECT_EQ(progress.value(), 64 * 1000 / 47104);
+        } else if (rounds == 838) {
+            EXPECT_EQ(progress.value(), 101 * 128 * 1000 / 48160);
+        }
+        return answer;
+    };
+    Press("CommandRead");
+    EXPECT_EQ(rounds, 378 + 736);
+    EXPECT_FALSE(progress.isVisible());
+}
+
+TEST_F(FormUpgradeFirmwareTest, APressBehindAnOpenBoxIsNone) {
+    Connect();
+    loader_.packets.clear();
+    const auto pressAll = [this] {
+        QDialog box;
+        box.setModal(true);
+        box.show();
+        for (const char *name : {"CommandUpgradeFirmware", "CommandRunApp", "CommandErase", "CommandClose"}) {
+            PressMeanwhile(name);
+        }
+        Settle();
+    };
+    ExpectUpgradeQuestion(BoxAnswer::No, pressAll);
+    Press("CommandUpgradeFirmware");
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::No,
+                    pressAll);
+    Press("CommandRunApp");
+    EXPECT_TRUE(loader_.packets.empty());
+    EXPECT_TRUE(form_->isVisible());
+    Press("CommandErase");
+    EXPECT_EQ(loader_.packets.size(), 736u);
+}
+
+TEST_F(FormUpgradeFirmwareTest, ADisconnectEndsATransfer) {
+    Connect();
+    loader_.packets.clear();
+    loader_.instead = [this](auto &, const QByteArray &answer) {
+        if (loader_.packets.size() == 3) {
+            PressMeanwhile("CommandDisconnect");
+        }
+        return answer;
+    };
+    Press("CommandErase");
+    EXPECT_EQ(loader_.packets.size(), 3u);
+    EXPECT_TRUE(loader_.closed);
+    EXPECT_EQ(Panel(1), QStringLiteral("Operation aborted..."));
+    EXPECT_EQ(Panel(2), QStringLiteral(" "));
+    ExpectDeviceCommands(false);
+}
+
+TEST_F(FormUpgradeFirmwareTest, APanelTellsInItsToolTipWhatItCantShowWhole) {
+    Open();
+    const auto &label = Ui().Get<QLabel>("StatusBar1(1)");
+    const int room = label.contentsRect().width() - 2 * label.margin();
+    QString text;
+    do {
+        text += u'i';
+        form_->Console().SetStatus(text);
+    } while (label.toolTip() != text && text.size() < 1000);
+    EXPECT_GT(label.fontMetrics().horizontalAdvance(text), room);
+    form_->resize(form_->width() + 200, form_->height());
+    Settle();
+    EXPECT_EQ(label.toolTip(), QStringLiteral("Status"));
+    form_->resize(form_->width() - 200, form_->height());
+    Settle();
+    EXPECT_EQ(label.toolTip(), text);
+    text.chop(1);
+    EXPECT_LE(label.fontMetrics().horizontalAdvance(text), room);
+}
+
 TEST_F(FormUpgradeFirmwareTest, ClosingTheWindowEndsATransfer) {
     Connect();
     loader_.packets.clear();
@@ -483,10 +617,10 @@ TEST_F(FormUpgradeFirmwareTest, SaysOnceThatThereIsNoEditor) {
 TEST_F(FormUpgradeFirmwareTest, RunsTheApplicationAfterAQuestion) {
     Connect();
     loader_.packets.clear();
-    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::No);
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::No);
     Press("CommandRunApp");
     EXPECT_TRUE(loader_.packets.empty());
-    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes);
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
     Press("CommandRunApp");
     EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{QByteArray::fromHex("05 01 FF 7F 00 00"),
                                                         QByteArray::fromHex("00 00")}));
@@ -497,13 +631,57 @@ TEST_F(FormUpgradeFirmwareTest, RunsTheApplicationAfterAQuestion) {
 TEST_F(FormUpgradeFirmwareTest, TellsThatTheApplicationCantBeRun) {
     Connect();
     loader_.answers = false;
-    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes);
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
     dialogs_.ExpectNotice(QStringLiteral("Failed to place processor in run mode!"), BoxIcon::Exclamation,
                           QStringLiteral("Error"));
     Press("CommandRunApp");
     EXPECT_EQ(Panel(1), QStringLiteral("Failed to put in Run mode..."));
     ExpectDeviceCommands(true);
     EXPECT_FALSE(loader_.closed);
+}
+
+// What a command does to the panels and the pointer, in its order.
+TEST_F(FormUpgradeFirmwareTest, CommandsShowTheirWordsAndThePointerInOrder) {
+    Open();
+    QStringList log;
+    QObject::connect(&form_->Console(), &UpgradeConsole::PanelChanged, form_.get(),
+                     [&](UpgradeConsole::Panel panel, const QString &text) {
+                         log.append(QStringLiteral("%1 %2").arg(static_cast<int>(panel)).arg(text));
+                     });
+    QObject::connect(&form_->Console(), &UpgradeConsole::PointerChanged, form_.get(),
+                     [&](Qt::CursorShape shape) {
+                         log.append(shape == Qt::ArrowCursor  ? QStringLiteral("default")
+                                    : shape == Qt::BusyCursor ? QStringLiteral("busy")
+                                                              : QStringLiteral("hourglass"));
+                     });
+    QObject::connect(&form_->Console(), &UpgradeConsole::RedrawWanted, form_.get(),
+                     [&] { log.append(QStringLiteral("redraw")); });
+    const auto expect = [&](const char *name, const QStringList &expected) {
+        log.clear();
+        Press(name);
+        EXPECT_EQ(log.join(u'|').toStdString(), expected.join(u'|').toStdString()) << name;
+    };
+    expect("CommandConnect", {"busy", "1 Searching for device...", "redraw", "2 V1.5", "default",
+                              "3 PIC18F2525", "1 Device found..."});
+    Press("CommandDisconnect");
+    loader_.answers = false;
+    expect("CommandConnect", {"busy", "1 Searching for device...", "redraw", "2 ", "default",
+                              "1 Not connected...", "2  ", "3  "});
+    loader_.answers = true;
+    Press("CommandConnect");
+    Make("some.hex", ":00000001FF");
+    dialogs_.ExpectOpenFile(Path("some.hex"));
+    expect("CommandOpenHexFile",
+           {"1 Importing HEX file...", "busy", "redraw", "1 HEX file imported...", "default"});
+    dialogs_.ExpectSaveFile(Path("out.hex"));
+    expect("CommandSaveHexFile",
+           {"1 Exporting HEX file...", "busy", "redraw", "1 HEX file exported...", "default"});
+    expect("CommandWrite", {"busy", "1 Finished operation...", "default"});
+    Make("PROGMEM.MCP", "000800 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F\r\n");
+    expect("CommandWrite", {"busy", "1 Writing: 2048", "1 Finished operation...", "default"});
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
+    expect("CommandRunApp",
+           {"hourglass", "1 Run mode is set...", "1 Not connected...", "2  ", "3  ", "default"});
 }
 
 TEST_F(FormUpgradeFirmwareTest, NoEndsTheUpgradeWithNothingChanged) {
@@ -563,6 +741,23 @@ TEST_F(FormUpgradeFirmwareTest, AFailureToReadTheEepromDoesntStopTheUpgrade) {
     Press("CommandUpgradeFirmware");
 }
 
+// What is left of the image was written and verified, but that isn't the firmware.
+TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsErasedMeanwhileFails) {
+    Open();
+    Make("Firmware/B70214.hex", ":10080000000102030405060708090A0B0C0D0E0F70\r\n"
+                                ":10081000000102030405060708090A0B0C0D0E0F60\r\n:00000001FF\r\n");
+    loader_.instead = [this](const QByteArray &packet, const QByteArray &answer) {
+        if (packet.at(0) == BootCommand::WriteProgram) {
+            PressMeanwhile("CommandEraseFiles");
+        }
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to write device..."));
+    EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram);
+}
+
 TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileNothingIsErased) {
     Open();
     ExpectUpgradeQuestion(BoxAnswer::Yes);
@@ -603,6 +798,69 @@ TEST_F(FormUpgradeFirmwareTest, AStepThatFailsEndsTheUpgradeWithItsWord) {
         EXPECT_EQ(loader_.packets.back().at(0), row.command); // nothing came behind it
         EXPECT_TRUE(Ui().Enabled("CommandClose"));
     }
+}
+
+TEST_F(FormUpgradeFirmwareTest, AMismatchOnTheLastLineEndsTheUpgrade) {
+    MakeFirmware();
+    Open();
+    loader_.instead = [](const QByteArray &packet, QByteArray answer) {
+        if (packet.at(0) == BootCommand::ReadProgram) {
+            answer[5] = 'x';
+        }
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(Panel(1), QStringLiteral("Verify error received..."));
+    EXPECT_EQ(shown_, QStringList{Path("ERROR.MCP")});
+    EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram);
+    EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+    EXPECT_FALSE(loader_.closed);
+}
+
+TEST_F(FormUpgradeFirmwareTest, LeavesTheKeyboardWhereItWasBeforeTheUpgrade) {
+    Open();
+    form_->activateWindow();
+    Settle();
+    ASSERT_TRUE(form_->isActiveWindow());
+    EXPECT_EQ(form_->focusWidget(), &Ui().Get<QPushButton>("CommandUpgradeFirmware"));
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(form_->focusWidget(), &Ui().Get<QPushButton>("CommandUpgradeFirmware"));
+}
+
+// Its port is held still, but the restarted sensor answers there no more.
+TEST_F(FormUpgradeFirmwareTest, ASecondUpgradeGoesTheWayOverTheLinkAgain) {
+    MakeFirmware();
+    Open();
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+    Press("CommandUpgradeFirmware");
+    EXPECT_GT(boot_.Settings().PortHandle, 0);
+    loader_.answers = false;
+    loader_.packets.clear();
+    bool offline = false;
+    QObject::connect(&link_, &LinkSession::OnlineChanged, form_.get(),
+                     [&](bool online) { offline = !online; });
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    ExpectPortBox();
+    QTimer hurry;
+    QObject::connect(&hurry, &QTimer::timeout, form_.get(), [&] {
+        if (Panel(1) == QStringLiteral("Placing in boot mode...")) {
+            EXPECT_TRUE(loader_.closed);
+            EXPECT_EQ(boot_.Settings().PortHandle, -1);
+            hurry.stop();
+            HurryWait();
+        }
+    });
+    hurry.start(0);
+    dialogs_.ExpectNotice(QStringLiteral("Error Connecting to ZTV500-100. (MSG#1)"));
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(loader_.openedPorts.size(), 1u); // not opened for the first search
+    EXPECT_EQ(loader_.packets, std::vector<QByteArray>(3, QByteArray::fromHex("00 02")));
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to put in Boot mode"));
+    EXPECT_TRUE(offline);
+    ExpectDeviceCommands(false);
 }
 
 TEST_F(FormUpgradeFirmwareTest, AnAbortEndsTheUpgrade) {
@@ -674,6 +932,8 @@ TEST_F(FormUpgradeFirmwareTest, WithoutALinkTheFirstWaitFails) {
 
 TEST_F(FormUpgradeFirmwareTest, OffersItsHelp) {
     Open();
+    form_->activateWindow();
+    ASSERT_TRUE(WaitUntil([this] { return form_->isActiveWindow(); })); // before, no shortcut works
     QTest::keyClick(form_.get(), Qt::Key_F1);
     EXPECT_TRUE(help_.WasAskedFor(FormUpgradeFirmware::HelpContextID, *form_));
 }

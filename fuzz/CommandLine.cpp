@@ -1,0 +1,79 @@
+// The command line, and the names of files on it. An input is the text in UTF-8.
+
+#include "shell/CommandLine.h"
+
+#include "fuzz/Harness.h"
+#include "support/FileFunctions.h"
+#include "support/PathFunctions.h"
+
+namespace {
+
+// The arguments stand in the text in their order with nothing but blanks between them.
+void CheckSplit(const QString &text, const std::vector<QString> &arguments) {
+    qsizetype at = 0;
+    const auto passBlanks = [&] {
+        while (at < text.size() && text[at] == u' ') {
+            ++at;
+        }
+    };
+    for (const QString &argument : arguments) {
+        passBlanks();
+        REQUIRE(!argument.isEmpty() && argument.front() != u' ');
+        REQUIRE(QStringView(text).mid(at, argument.size()) == argument);
+        REQUIRE(CommandLine::FindArgumentEnd(argument) == -1 || &argument == &arguments.back());
+        at += argument.size();
+        REQUIRE(at == text.size() || text[at] == u' ');
+    }
+    passBlanks();
+    REQUIRE(at == text.size());
+}
+
+bool IsOption(const QString &argument) {
+    for (const char *option : {"/CHECKOUT", "/CMDLINE", "/CLEARREG", "/HELP", "?", "/?"}) {
+        if (argument.toUpper() == QLatin1String(option)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void CheckOptions(const QString &text, const std::vector<QString> &arguments) {
+    Fuzz::CountingDialogs dialogs;
+    const CommandLine::Options options = CommandLine::Parse(text, dialogs);
+    QString file;
+    int help = 0;
+    for (const QString &argument : arguments) {
+        if (!IsOption(argument)) {
+            file = CommandLine::StripQuotes(argument);
+        }
+        help += argument.endsWith(u'?') || argument.endsWith(u'P') || argument.endsWith(u'p')
+                    ? static_cast<int>(IsOption(argument))
+                    : 0;
+    }
+    REQUIRE(options.CommandLineFile == file);
+    REQUIRE(dialogs.boxes == help + static_cast<int>(options.ShowCommandLine));
+    REQUIRE(!options.ShowCommandLine || dialogs.lastText.endsWith(arguments.back() + u'\n'));
+}
+
+void CheckFileName(const QString &path) {
+    const QString name = PathFunctions::FileNameOfPath(path);
+    REQUIRE(path.endsWith(name) && !name.contains(u'\\'));
+    REQUIRE(name.size() == path.size() || path[path.size() - name.size() - 1] == u'\\');
+    FileFunctions::FileExists(path); // asks the disk, but answers whatever the name
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    const QString text = QString::fromUtf8(Fuzz::Bytes(data, size));
+    const std::vector<QString> arguments = CommandLine::SplitArguments(text);
+    CheckSplit(text, arguments);
+    const QStringList list(arguments.begin(), arguments.end());
+    REQUIRE(CommandLine::SplitArguments(CommandLine::JoinArguments(list)) == arguments);
+    CheckOptions(text, arguments);
+    CheckFileName(text);
+    for (const QString &argument : arguments) {
+        CheckFileName(CommandLine::StripQuotes(argument));
+    }
+    return 0;
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "firmware/BootSettings.h"
+#include "fuzz/Harness.h"
+
+#include <array>
+
+// The memory images in the order program, EEPROM, ids, configuration.
+using Images = std::array<QByteArray, 4>;
+
+// A program folder with memory images, and the pair of conversions of a device family.
+class HexConversion {
+public:
+    explicit HexConversion(std::uint8_t deviceFamily);
+
+    std::size_t ImageCount() const { return settings_.DeviceFamily == 1 ? 4 : 2; }
+    void SetImages(const Images &images);
+    Images ReadImages() const; // those that the family doesn't have are empty
+
+    std::int16_t Check(const QByteArray &hexFile);
+    std::int16_t Import(const QByteArray &hexFile);
+    QByteArray Export();
+
+    // What an export gives comes back: the same images and the same file, over and over. The images must have
+    // been imported or normal in another way: aligned whole lines, each within its region.
+    void RequireStable();
+
+private:
+    Fuzz::Folder folder_;
+    BootSettings settings_;
+    QString hexPath_;
+};

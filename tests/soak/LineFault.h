@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QByteArray>
+#include <array>
+#include <cstdint>
+#include <random>
+
+// What can become of a request and its reply.
+enum class LineFault {
+    None,
+    LostRequest,
+    DamagedRequest,
+    LostReply,
+    DamagedReply,
+    ShortReply,
+    ReplyInPieces,
+    SlowReply,       // within the time that the host waits
+    LateReply,       // beyond it, before the next request
+    LateBeforeOwn,   // behind the next request; that one's own reply follows
+    LateAlone,       // behind the next request, which gets no reply of its own
+    GarbageBefore,   // in front of the reply
+    GarbageBehind,   //
+    ForeignBefore,   // another slave's frame in front of the reply
+    ForeignBehind,   //
+    ForeignInstead,  //
+    DoubledReply,    //
+    Exception,       // with a code that is known
+    ExceptionBeyond, // with one that isn't
+    HangUp,          // the adapter is pulled before the reply
+    HangUpInReply,   // within it
+    HangUpBehind     // between two requests
+};
+
+// One row a fault, in the order of the codes.
+struct LineFaultRow {
+    const char *name;
+    int weight;          // among the rounds of the poll
+    bool strikesWrites;  // it is one of a write as well
+    std::int16_t status; // what the host must report of it; 0: a good transaction
+};
+
+inline constexpr std::int16_t TheExceptionsCode = -1; // as a status: the code that the exception had
+
+inline constexpr std::array LineFaultTable = {
+    LineFaultRow{"none", 0, true, 0},
+    LineFaultRow{"request lost", 2, true, 10},
+    LineFaultRow{"request damaged", 2, true, 10},
+    LineFaultRow{"reply lost", 4, true, 10},
+    LineFaultRow{"reply damaged, 1 to 3 bits", 6, true, 11},
+    LineFaultRow{"reply cut short", 3, true, 13},
+    LineFaultRow{"reply in pieces", 4, true, 0},
+    LineFaultRow{"reply slow", 2, true, 0},
+    LineFaultRow{"reply late, between two requests", 1, false, 10},
+    LineFaultRow{"reply late, in front of the next", 1, false, 10},
+    LineFaultRow{"reply late, instead of the next", 1, false, 10},
+    LineFaultRow{"garbage in front", 6, true, 0},
+    LineFaultRow{"garbage behind", 6, true, 0},
+    LineFaultRow{"foreign frame in front", 6, true, 0},
+    LineFaultRow{"foreign frame behind", 4, true, 0},
+    LineFaultRow{"foreign frame instead", 1, true, 12},
+    LineFaultRow{"reply twice", 6, true, 0},
+    LineFaultRow{"exception 1 to 7", 4, true, TheExceptionsCode},
+    LineFaultRow{"exception above 7", 2, true, 12},
+    LineFaultRow{"hang-up before the reply", 1, true, 15},
+    LineFaultRow{"hang-up within the reply", 1, true, 15},
+    LineFaultRow{"hang-up behind the reply", 1, false, 0},
+};
+
+inline const LineFaultRow &RowOf(LineFault fault) {
+    return LineFaultTable.at(static_cast<std::size_t>(fault));
+}
+
+// The bytes of the faults.
+class Damage {
+public:
+    explicit Damage(unsigned seed) : random_(seed) {}
+
+    int Between(int least, int most) { return std::uniform_int_distribution(least, most)(random_); }
+
+    // One to three bits are other ones: so few that the checksum tells, always.
+    QByteArray WithFlippedBits(QByteArray frame);
+    QByteArray CutShort(const QByteArray &frame);
+    QByteArray Garbage();
+    QByteArray ForeignFrame(); // of a slave that isn't 1, with a good checksum
+
+private:
+    std::mt19937 random_;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+// Permissions don't bind root: while this lives, one who runs the tests as root is nobody.
+class AsNobody {
+public:
+    AsNobody() : root_(geteuid() == 0) {
+        if (root_) {
+            EXPECT_EQ(setresgid(nobody, nobody, 0), 0);
+            EXPECT_EQ(setresuid(nobody, nobody, 0), 0);
+        }
+    }
+    ~AsNobody() {
+        if (root_) {
+            EXPECT_EQ(setresuid(0, 0, 0), 0);
+            EXPECT_EQ(setresgid(0, 0, 0), 0);
+            prctl(PR_SET_DUMPABLE, 1); // which the search for leaks needs
+        }
+    }
+    AsNobody(const AsNobody &) = delete;
+    AsNobody &operator=(const AsNobody &) = delete;
+
+private:
+    static constexpr unsigned nobody = 65534;
+    bool root_;
+};
