@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The checks that need no build: layers, format, and words that mustn't stand in the sources. With "tidy" also
-# clang-tidy over the release build; with "quick-tidy" without its analysis of paths, which takes half the time.
+# clang-tidy over the release build; with "quick-tidy" without its analysis of paths, which takes half the time; with
+# "recent-tidy" that of the units that the last changes touched.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -29,7 +30,11 @@ if [[ "${1:-}" == *tidy ]]; then
     # Those that are built here: a platform's own files need its headers.
     mapfile -t units < <(git ls-files 'src/*.cpp' 'sim/*.cpp' 'tools/*.cpp' |
         while read -r unit; do grep -q "/$unit\"" build/release/compile_commands.json && echo "$unit"; done)
-    printf '%s\n' "${units[@]}" | xargs -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet "${checks[@]}" \
+    if [ "$1" = recent-tidy ]; then
+        recent=$(git rev-list --first-parent -n 6 HEAD | tail -n 1)
+        mapfile -t units < <(printf '%s\n' "${units[@]}" | grep -xFf <(git diff --name-only "$recent"; echo none))
+    fi
+    printf '%s\n' "${units[@]}" | xargs -r -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet "${checks[@]}" \
         2> >(grep -v ' warnings\? generated' >&2) || failed=1
 fi
 exit $failed
