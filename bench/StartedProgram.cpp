@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int patienceMs = 30000;
+constexpr int patienceMs = 90000; // some report after a minute
 
 int WaitFor(pid_t id) {
     int status = 0;
