@@ -11,10 +11,13 @@ constexpr int side = 22;
 Indicator::Indicator(const QString &spokenName, QWidget *parent) : QLabel(parent) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAccessibleName(spokenName);
-    Picture(picture_);
+    setAccessibleDescription(ImageListCheckout::Word(picture_));
 }
 
 void Indicator::Picture(ImageListCheckout::Key key) {
+    if (key == picture_) {
+        return; // each poll tells it, and only a change is worth painting
+    }
     picture_ = key;
     setAccessibleDescription(ImageListCheckout::Word(key));
     update();

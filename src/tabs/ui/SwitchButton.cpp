@@ -16,10 +16,13 @@ SwitchButton::SwitchButton(const QString &spokenName, QWidget *parent) : QAbstra
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(spokenName);
-    Picture(picture_);
+    setAccessibleDescription(ImageListCheckout::Word(picture_));
 }
 
 void SwitchButton::Picture(ImageListCheckout::Key key) {
+    if (key == picture_) {
+        return; // each poll tells it, and only a change is worth painting
+    }
     picture_ = key;
     setAccessibleDescription(ImageListCheckout::Word(key));
     update();

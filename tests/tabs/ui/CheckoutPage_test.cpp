@@ -494,3 +494,31 @@ TEST_F(CheckoutPageTest, DrawsEachStateInAnotherShape) {
     EXPECT_NE(shape(Key::Red), shape(Key::Green));
     EXPECT_NE(shape(Key::On), shape(Key::Off));
 }
+
+namespace {
+
+class PaintCounter : public QObject {
+public:
+    int paints = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+} // namespace
+
+TEST_F(CheckoutPageTest, PaintsAnIndicatorOnlyWhenItChanges) {
+    Show(ParamDefines::EchoReceived, 1);
+    Settle();
+    PaintCounter counter;
+    ui_.Get<QWidget>("ImageNoEcho").installEventFilter(&counter);
+    ui_.Get<QWidget>("imgRelay(0)").installEventFilter(&counter);
+    page_.UpdateDisplay();
+    Settle();
+    EXPECT_EQ(counter.paints, 0);
+    Show(ParamDefines::EchoReceived, 0);
+    EXPECT_TRUE(WaitUntil([&counter] { return counter.paints == 1; }));
+}
