@@ -16,12 +16,11 @@ constexpr QEvent::Type startEvent = QEvent::User;
 constexpr int highestSlave = 247;
 constexpr qsizetype mostReceivedBytes = 1024; // a babbling line mustn't fill the memory
 
-// Of late replies.
-constexpr int owedForTimeouts = 5;          // one that is later than this comes no more
-constexpr qint64 owedForAtMostUs = 500'000; // beyond one timeout
-constexpr qint64 ownReplyGapUs = 50'000;    // behind a late one, its own follows sooner than this
-constexpr qint64 unusualDelayUs = 15'000;   // beyond the usual delay; adapters vary by about as much
-constexpr int mostDoubtfulRuns = 2;         // then the line is given time until nothing is owed any more
+constexpr qint64 ownReplyGapUs = 50'000; // behind a late reply, its own follows sooner than this
+
+bool IsNumber(int transaction) {
+    return transaction >= 0 && transaction < Mbaxp::TransactionCount;
+}
 
 QSerialPort::Parity ParityOf(std::int16_t code) {
     switch (code) {
@@ -32,13 +31,6 @@ QSerialPort::Parity ParityOf(std::int16_t code) {
     default:
         return QSerialPort::NoParity;
     }
-}
-
-// The reply to one request could be taken for the reply to the other. The echo of a write names what was
-// written: taken for that of the same write, it does no harm.
-bool RepliesLookAlike(const ModbusFrame::Request &a, const ModbusFrame::Request &b) {
-    return a.function == ModbusFrame::ReadHoldingRegisters && b.function == a.function &&
-           a.slave == b.slave && a.quantity == b.quantity;
 }
 
 } // namespace
@@ -83,9 +75,7 @@ bool Mbaxp::OpenPort() {
         return Refuse(status);
     }
     open_ = true;
-    owed_.clear();
-    doubtfulRuns_ = 0;
-    usualDelayUs_.reset();
+    lateReplies_.Clear();
     holdOffEndUs_.reset();
     lastByteUs_ = NowUs();
     return true;
@@ -96,11 +86,7 @@ void Mbaxp::ClosePort() {
     line_.Close();
     open_ = false;
     current_ = -1;
-    onceQueue_.clear();
-    for (Transaction &transaction : transactions_) {
-        transaction.cyclic = false;
-        transaction.once = false;
-    }
+    schedule_.Clear();
 }
 
 bool Mbaxp::DefineReadRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
@@ -122,18 +108,16 @@ bool Mbaxp::DefineWriteRegisters(std::int16_t transaction, std::int16_t slave, s
 
 bool Mbaxp::Define(std::int16_t number, std::uint8_t function, std::int32_t slave, std::int32_t address,
                    std::int32_t quantity, int mostRegisters, std::int32_t periodMs) {
-    if (number < 0 || number >= TransactionCount) {
+    if (!IsNumber(number)) {
         return Refuse(LinkStatus::IndexError);
     }
-    Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+    Transaction &transaction = At(number);
     const bool fits = slave >= 1 && slave <= highestSlave && quantity >= 1 && quantity <= mostRegisters &&
                       address >= 0 && address <= 0x10000 - quantity;
     if (!fits) {
         // What the number stood for before isn't wanted any more.
         transaction.request.quantity = 0;
-        transaction.cyclic = false;
-        transaction.once = transaction.once && current_ == number;
-        std::erase(onceQueue_, number);
+        schedule_.Withdraw(number);
         return Refuse(LinkStatus::IndexError);
     }
     transaction.request = {.slave = static_cast<std::uint8_t>(slave),
@@ -142,15 +126,15 @@ bool Mbaxp::Define(std::int16_t number, std::uint8_t function, std::int32_t slav
                            .quantity = static_cast<std::uint16_t>(quantity),
                            .words = {}};
     transaction.buffer.resize(static_cast<std::size_t>(quantity)); // words that it has stay
-    transaction.periodUs = std::max<qint64>(periodMs, 1) * 1000;
+    schedule_.PeriodUs(number, std::max<qint64>(periodMs, 1) * 1000);
     return true;
 }
 
 bool Mbaxp::CanRun(std::int16_t number) {
-    if (number < 0 || number >= TransactionCount) {
+    if (!IsNumber(number)) {
         return Refuse(LinkStatus::IndexError);
     }
-    if (transactions_[static_cast<std::size_t>(number)].request.quantity == 0) {
+    if (At(number).request.quantity == 0) {
         return Refuse(LinkStatus::DataNotInitialized);
     }
     return open_ || Refuse(LinkStatus::HandleError);
@@ -160,17 +144,15 @@ void Mbaxp::StartCyclic(std::int16_t number) {
     if (!CanRun(number)) {
         return;
     }
-    Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
-    transaction.cyclic = true;
-    transaction.dueUs = NowUs();
+    schedule_.StartCycle(number, NowUs());
     if (current_ < 0) {
         PostStart();
     }
 }
 
 void Mbaxp::StopCyclic(std::int16_t number) {
-    if (number >= 0 && number < TransactionCount) {
-        transactions_[static_cast<std::size_t>(number)].cyclic = false;
+    if (IsNumber(number)) {
+        schedule_.StopCycle(number);
     }
 }
 
@@ -178,45 +160,32 @@ void Mbaxp::TriggerOnce(std::int16_t number) {
     if (!CanRun(number)) {
         return;
     }
-    Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
-    if (!WaitsForItsOneRun(number)) {
-        transaction.once = true;
-        onceQueue_.push_back(number);
-        if (current_ < 0) {
-            PostStart();
-        }
+    schedule_.QueueOnce(number);
+    if (current_ < 0) {
+        PostStart();
     }
-}
-
-// One that is on the line already doesn't: its request may be older than its definition.
-bool Mbaxp::WaitsForItsOneRun(int number) const {
-    return std::find(onceQueue_.begin(), onceQueue_.end(), number) != onceQueue_.end();
 }
 
 bool Mbaxp::TransactionBusy(std::int16_t number) const {
-    if (number < 0 || number >= TransactionCount) {
-        return false;
-    }
-    const Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
-    return transaction.cyclic || transaction.once;
+    return IsNumber(number) && schedule_.IsBusy(number);
 }
 
 std::int16_t Mbaxp::RegisterValue(std::int16_t number, std::int32_t index) const {
-    if (number < 0 || number >= TransactionCount) {
+    if (!IsNumber(number)) {
         return 0;
     }
-    const auto &buffer = transactions_[static_cast<std::size_t>(number)].buffer;
+    const auto &buffer = At(number).buffer;
     return index >= 0 && static_cast<std::size_t>(index) < buffer.size()
                ? buffer[static_cast<std::size_t>(index)]
                : std::int16_t{0};
 }
 
 void Mbaxp::RegisterValue(std::int16_t number, std::int32_t index, std::int16_t word) {
-    if (number < 0 || number >= TransactionCount || index < 0) {
+    if (!IsNumber(number) || index < 0) {
         lastError_ = LinkStatus::IndexError;
         return;
     }
-    auto &buffer = transactions_[static_cast<std::size_t>(number)].buffer;
+    auto &buffer = At(number).buffer;
     if (static_cast<std::size_t>(index) >= buffer.size()) {
         lastError_ = LinkStatus::IndexError;
         return;
@@ -264,39 +233,20 @@ void Mbaxp::OnWake() {
     }
 }
 
-// The one-shot at the head of the queue and the cycle that is due first take turns where both wait.
-int Mbaxp::NextTransaction(qint64 now, qint64 &earliestDue) const {
-    int due = -1;
-    earliestDue = -1;
-    for (int number = 0; number < TransactionCount; ++number) {
-        const Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
-        if (transaction.cyclic && (earliestDue < 0 || transaction.dueUs < earliestDue)) {
-            earliestDue = transaction.dueUs;
-            due = number;
-        }
-    }
-    if (earliestDue > now) {
-        due = -1;
-    }
-    const bool onceWaits = !onceQueue_.empty();
-    return onceWaits && (due < 0 || !lastWasOnce_) ? onceQueue_.front() : due;
-}
-
 void Mbaxp::StartNext() {
     if (!open_ || current_ >= 0) {
         return;
     }
     const qint64 now = NowUs();
-    qint64 earliestDue = -1;
-    const int number = NextTransaction(now, earliestDue);
-    if (number < 0) {
+    const RunSchedule::Next next = schedule_.AskNext(now);
+    if (!next.number) {
         holdOffEndUs_.reset();
-        if (earliestDue >= 0) {
-            WakeIn(earliestDue - now);
+        if (next.askAgainUs) {
+            WakeIn(*next.askAgainUs - now);
         }
         return;
     }
-    const qint64 holdOff = HoldOffUs(number, now);
+    const qint64 holdOff = HoldOffUs(next, now);
     if (holdOff > 0) {
         // A line that never falls silent mustn't keep a request waiting for good.
         if (!holdOffEndUs_) {
@@ -308,86 +258,27 @@ void Mbaxp::StartNext() {
         }
     }
     holdOffEndUs_.reset();
-    Start(number);
+    Start(next);
 }
 
-// How long the line must stay quiet before the next request: the silent interval behind the last byte; for
-// a run that was triggered once also as long as a late reply is likely that would pass for its own. A cycle
-// has that much time between its rounds, and keeps its period, unless one doubtful reply follows the other.
-qint64 Mbaxp::HoldOffUs(int number, qint64 now) const {
-    const Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
-    qint64 until = lastByteUs_ + SilentIntervalUs();
-    for (const OwedReply &owed : owed_) {
-        if (!RepliesLookAlike(owed.request, transaction.request)) {
-            continue;
-        }
-        if (doubtfulRuns_ >= mostDoubtfulRuns) {
-            until = std::max(until, owed.possibleUntilUs);
-        } else if (transaction.once || !usualDelayUs_) {
-            until = std::max(until, owed.likelyUntilUs);
-        }
-    }
-    return until - now;
+// How long the line must stay quiet before the next request: the silent interval behind the last byte, and
+// for late replies.
+qint64 Mbaxp::HoldOffUs(const RunSchedule::Next &next, qint64 now) const {
+    return std::max(lastByteUs_ + SilentIntervalUs(),
+                    lateReplies_.QuietUntilUs(At(*next.number).request, next.once)) -
+           now;
 }
 
-// Before it is known how soon the sensor answers, a run waits until a late reply isn't likely any more, and
-// then trusts what comes.
-void Mbaxp::DropOldDebts(qint64 now) {
-    std::erase_if(owed_, [&](const OwedReply &owed) {
-        return (usualDelayUs_ ? owed.possibleUntilUs : owed.likelyUntilUs) <= now;
-    });
-}
-
-bool Mbaxp::IsOwedLike(const ModbusFrame::Request &request) const {
-    return std::any_of(owed_.begin(), owed_.end(),
-                       [&](const OwedReply &owed) { return RepliesLookAlike(owed.request, request); });
-}
-
-// Strikes off what a reply of that look has paid: a sensor answers in the order of the requests.
-void Mbaxp::StrikeOffOldest(const ModbusFrame::Request &request) {
-    const auto oldest = std::find_if(owed_.begin(), owed_.end(), [&](const OwedReply &owed) {
-        return RepliesLookAlike(owed.request, request);
-    });
-    if (oldest != owed_.end()) {
-        owed_.erase(oldest);
-    }
-}
-
-// Takes what has come between two requests for the late replies that it is.
-void Mbaxp::TakeLateReplies() {
-    for (std::size_t k = 0; k < owed_.size();) {
-        const ModbusFrame::Verdict verdict = ModbusFrame::Judge(owed_[k].request, received_);
-        if (verdict.end > 0) {
-            received_.remove(0, verdict.end);
-            owed_.erase(owed_.begin() + static_cast<std::ptrdiff_t>(k));
-        } else {
-            ++k;
-        }
-    }
-}
-
-void Mbaxp::Start(int number) {
-    Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
+void Mbaxp::Start(const RunSchedule::Next &next) {
     const qint64 now = NowUs();
-    current_ = number;
-    currentIsOnce_ = !onceQueue_.empty() && onceQueue_.front() == number;
-    if (currentIsOnce_) {
-        onceQueue_.pop_front();
-    } else {
-        // On its grid, but for a round that is late by more than a period: no two follow each other closely.
-        transaction.dueUs += transaction.periodUs;
-        if (transaction.dueUs <= now) {
-            transaction.dueUs = now + transaction.periodUs;
-        }
-    }
-    lastWasOnce_ = currentIsOnce_;
-    DropOldDebts(now);
-    request_ = transaction.request;
+    current_ = *next.number;
+    schedule_.Begin(next, now);
+    lateReplies_.RunBegins(now);
+    request_ = At(current_).request;
     if (request_.function != ModbusFrame::ReadHoldingRegisters) {
-        request_.words = transaction.buffer;
+        request_.words = At(current_).buffer;
     }
     received_.clear();
-    replyHeld_ = false;
 
     if (!line_.IsOpen() && line_.Open(LineSettingsInForce()) != LinkStatus::NoError) {
         FinishWith(LinkStatus::ReadError); // the device is still gone
@@ -417,31 +308,27 @@ void Mbaxp::OnBytes() {
     received_ = (received_ + bytes).right(mostReceivedBytes);
     lastByteUs_ = now;
     if (current_ < 0) {
-        TakeLateReplies();
+        lateReplies_.TakeFrom(received_);
         StartNext(); // what waited for a late reply may go ahead
         return;
     }
     ModbusFrame::Verdict verdict = ModbusFrame::Judge(request_, received_);
-    if (verdict.kind != ModbusFrame::Verdict::Kind::NeedMore && !replyHeld_ && MayBeLate()) {
+    const bool isAnswer = verdict.kind != ModbusFrame::Verdict::Kind::NeedMore;
+    if (isAnswer && !lateReplies_.HasPassedOver() &&
+        lateReplies_.IsDoubtful(request_, ReplyDelayUs(), LineTimeUs(4))) {
         HoldReply(verdict);
         verdict = ModbusFrame::Judge(request_, received_);
     }
     if (verdict.kind != ModbusFrame::Verdict::Kind::NeedMore) {
         Finish(verdict);
-    } else if (replyHeld_ && !received_.isEmpty()) {
+    } else if (lateReplies_.HasPassedOver() && !received_.isEmpty()) {
         WakeIn(deadlineUs_ - now); // another reply has begun: it has until the deadline
     }
 }
 
-bool Mbaxp::MayBeLate() const {
-    return usualDelayUs_ && IsOwedLike(request_) &&
-           firstByteUs_ - RequestEndUs() > *usualDelayUs_ + unusualDelayUs + LineTimeUs(4);
-}
-
 // A reply that may be the late one of a request before is passed over: then its own follows right behind it.
 void Mbaxp::HoldReply(const ModbusFrame::Verdict &verdict) {
-    replyHeld_ = true;
-    StrikeOffOldest(request_);
+    lateReplies_.PassOver(request_);
     received_.remove(0, verdict.end);
     WakeIn(std::min(ownReplyGapUs, deadlineUs_ - NowUs()));
 }
@@ -450,13 +337,12 @@ void Mbaxp::OnDeadline() {
     // What has come but wasn't delivered while the screen was busy counts; how soon it came isn't known.
     received_ += line_.TakeAllInput();
     ModbusFrame::Verdict verdict = ModbusFrame::JudgeAtEnd(request_, received_);
-    if (verdict.end > 0 && !replyHeld_ && IsOwedLike(request_)) {
-        replyHeld_ = true;
-        StrikeOffOldest(request_);
+    if (verdict.end > 0 && !lateReplies_.HasPassedOver() && lateReplies_.IsOwed(request_)) {
+        lateReplies_.PassOver(request_);
         received_.remove(0, verdict.end);
         verdict = ModbusFrame::JudgeAtEnd(request_, received_);
     }
-    if (replyHeld_ && verdict.end == 0) {
+    if (lateReplies_.HasPassedOver() && verdict.end == 0) {
         FinishWith(LinkStatus::Timeout); // the late one came alone
     } else {
         Finish(verdict);
@@ -475,28 +361,17 @@ void Mbaxp::FinishWith(std::int16_t status) {
 
 void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     const auto number = static_cast<std::int16_t>(current_);
-    Transaction &transaction = transactions_[static_cast<std::size_t>(number)];
     current_ = -1;
-    if (currentIsOnce_) {
-        transaction.once = WaitsForItsOneRun(number);
-    }
+    schedule_.End();
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
     if (done) {
-        const qint64 usual = usualDelayUs_.value_or(0);
-        usualDelayUs_ = std::max(firstByteUs_ - RequestEndUs(), usual - usual / 8);
+        lateReplies_.Answered(request_, ReplyDelayUs());
+    } else if (verdict.status == LinkStatus::Timeout) {
+        lateReplies_.TimedOut(request_, NowUs(), TimeoutUs());
+    } else {
+        lateReplies_.FailedOtherwise();
     }
-    doubtfulRuns_ = replyHeld_ && verdict.status == LinkStatus::Timeout ? doubtfulRuns_ + 1 : 0;
-    if (done) {
-        std::erase_if(owed_,
-                      [this](const OwedReply &owed) { return RepliesLookAlike(owed.request, request_); });
-    }
-    if (verdict.status == LinkStatus::Timeout) {
-        const qint64 likelyUntil = NowUs() + TimeoutUs();
-        owed_.push_back({.request = request_,
-                         .likelyUntilUs = likelyUntil,
-                         .possibleUntilUs =
-                             likelyUntil + std::min((owedForTimeouts - 1) * TimeoutUs(), owedForAtMostUs)});
-    }
+    Transaction &transaction = At(number);
     if (done && request_.function == ModbusFrame::ReadHoldingRegisters &&
         transaction.buffer.size() == verdict.words.size()) {
         transaction.buffer = verdict.words;

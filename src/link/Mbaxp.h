@@ -1,6 +1,8 @@
 #pragma once
 
+#include "link/LateReplies.h"
 #include "link/ModbusFrame.h"
+#include "link/RunSchedule.h"
 #include "link/SerialLine.h"
 
 #include <QByteArray>
@@ -10,7 +12,6 @@
 #include <QTimer>
 #include <array>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -24,7 +25,7 @@ class Mbaxp : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr int TransactionCount = 5;
+    static constexpr int TransactionCount = RunSchedule::Count;
 
     // What it is, for a box that tells about it.
     static QString AboutText();
@@ -109,24 +110,13 @@ private:
     struct Transaction {
         ModbusFrame::Request request; // quantity 0: not defined
         std::vector<std::int16_t> buffer;
-        qint64 periodUs = 0;
-        qint64 dueUs = 0;    // start of the next round of the cycle
-        bool cyclic = false; // from StartCyclic to StopCyclic
-        bool once = false;   // from TriggerOnce to its event
-    };
-
-    // A request that timed out may still be answered. Until that has come, or time has passed, a reply that
-    // looks like it may be the late one.
-    struct OwedReply {
-        ModbusFrame::Request request;
-        qint64 likelyUntilUs = 0; // a further run that would get such a reply waits until then
-        qint64 possibleUntilUs = 0;
     };
 
     bool Define(std::int16_t number, std::uint8_t function, std::int32_t slave, std::int32_t address,
                 std::int32_t quantity, int mostRegisters, std::int32_t periodMs);
     bool CanRun(std::int16_t number);
-    bool WaitsForItsOneRun(int number) const;
+    Transaction &At(int number) { return transactions_[static_cast<std::size_t>(number)]; }
+    const Transaction &At(int number) const { return transactions_[static_cast<std::size_t>(number)]; }
     bool Refuse(std::int16_t status);
     LineSettings LineSettingsInForce() const;
     qint64 LineTimeUs(qsizetype bytes) const;
@@ -138,16 +128,11 @@ private:
     void OnBytes();
     void OnHungUp();
 
-    int NextTransaction(qint64 now, qint64 &earliestDue) const;
     void StartNext();
-    void Start(int number);
-    qint64 HoldOffUs(int number, qint64 now) const;
-    void StrikeOffOldest(const ModbusFrame::Request &request);
-    void TakeLateReplies();
-    bool IsOwedLike(const ModbusFrame::Request &request) const;
-    bool MayBeLate() const;
+    qint64 HoldOffUs(const RunSchedule::Next &next, qint64 now) const;
+    void Start(const RunSchedule::Next &next);
+    qint64 ReplyDelayUs() const { return firstByteUs_ - RequestEndUs(); }
     void HoldReply(const ModbusFrame::Verdict &verdict);
-    void DropOldDebts(qint64 now);
     void OnDeadline();
     void Finish(const ModbusFrame::Verdict &verdict);
     void FinishWith(std::int16_t status);
@@ -162,24 +147,18 @@ private:
     QTimer wake_; // the start of the next run while idle, the deadline while a request is on the line
     QElapsedTimer clock_;
     std::array<Transaction, TransactionCount> transactions_;
-    std::deque<int> onceQueue_;
+    RunSchedule schedule_;
+    LateReplies lateReplies_;
     QString tag_;
 
     bool open_ = false;
     bool startPosted_ = false;
     std::int16_t lastError_ = 0;
-    bool lastWasOnce_ = false;
-    int current_ = -1; // the transaction on the line
-    bool currentIsOnce_ = false;
+    int current_ = -1;             // the transaction on the line
     ModbusFrame::Request request_; // what is, or was last, on the line
     QByteArray received_;
     qint64 deadlineUs_ = 0;
+    qint64 firstByteUs_ = 0;
     qint64 lastByteUs_ = 0;
     std::optional<qint64> holdOffEndUs_; // while a request waits for silence
-
-    std::vector<OwedReply> owed_;
-    bool replyHeld_ = false; // it came later than usual while one like it was owed
-    int doubtfulRuns_ = 0;   // in a row, that got no other
-    qint64 firstByteUs_ = 0;
-    std::optional<qint64> usualDelayUs_; // from a request's end to the first byte of its reply, once known
 };

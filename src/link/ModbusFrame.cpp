@@ -158,10 +158,13 @@ Verdict Scan(const Request &request, QByteArrayView received, bool moreMayCome) 
             }
             continue;
         }
-        // While a reply may be growing here, what looks like a frame further on is most likely its data.
-        if (verdict->kind != Verdict::Kind::NeedMore || moreMayCome) {
+        if (verdict->kind != Verdict::Kind::NeedMore) {
             verdict->end =
                 at + (verdict->kind == Verdict::Kind::Complete ? ReplyLength(request) : exceptionLength);
+            return *verdict;
+        }
+        // While a reply may be growing here, what looks like a frame further on is most likely its data.
+        if (moreMayCome) {
             return *verdict;
         }
     }

@@ -92,7 +92,9 @@ TEST(Judge, TakesThePublishedReplies) {
 
 TEST(Judge, NeedsEachByteOfTheReply) {
     for (qsizetype length = 0; length < goodReply.size(); ++length) {
-        EXPECT_EQ(Judge(twoRegisters, goodReply.first(length)).kind, Kind::NeedMore) << length;
+        const Verdict verdict = Judge(twoRegisters, goodReply.first(length));
+        EXPECT_EQ(verdict.kind, Kind::NeedMore) << length;
+        EXPECT_EQ(verdict.end, 0) << length << ": there is no reply yet";
     }
     ExpectComplete(Judge(twoRegisters, goodReply), {0x1234, -2});
     ExpectComplete(JudgeAtEnd(twoRegisters, goodReply), {0x1234, -2});

@@ -197,8 +197,9 @@ void SoakTest::Begin(const Options &options) {
     const ClassZentrova &table = form_->Zentrova();
     for (std::int16_t tag = 1; tag < table.ParamCount(); ++tag) {
         const bool ofTheLine = tag >= ParamDefines::NetworkAddress && tag <= ParamDefines::AddressingMode;
+        // In hyperbolic mode the program writes the near distance by itself, whatever comes of its sum.
         if (!table.ParamReadOnly(tag) && !ofTheLine && tag != ParamDefines::SaveCommand &&
-            tag != ParamDefines::ReinitCommand) {
+            tag != ParamDefines::ReinitCommand && tag != ParamDefines::AnalogOutputMode) {
             writable_.push_back(tag);
         } else if (table.ParamReadOnly(tag) && table.ParamMax(tag) == 65535) {
             moved_.push_back(tag);

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QtGlobal>
+#include <array>
+#include <deque>
+#include <optional>
+
+// Which of a few numbered things runs next. Runs that were queued once go first in, first out between two
+// rounds of the cycles, in turn with them, so that neither starves. Times are microseconds, of any one clock.
+class RunSchedule {
+public:
+    static constexpr int Count = 5;
+
+    // What is to run now, and whether as its one run; without any, when to ask again, if ever.
+    struct Next {
+        std::optional<int> number;
+        bool once = false;
+        std::optional<qint64> askAgainUs;
+    };
+
+    void Clear();
+    void PeriodUs(int number, qint64 period) { At(number).periodUs = period; }
+
+    // Runs it now and then every period, from start to start.
+    void StartCycle(int number, qint64 nowUs);
+    void StopCycle(int number) { At(number).cyclic = false; }
+
+    // Queues it, unless it waits for its one run already.
+    void QueueOnce(int number);
+
+    // It won't run any more. What is on the line stays busy until it ends.
+    void Withdraw(int number);
+
+    // From QueueOnce until the end of its run, and from StartCycle until StopCycle.
+    bool IsBusy(int number) const { return At(number).cyclic || At(number).once; }
+
+    Next AskNext(qint64 nowUs) const;
+    void Begin(const Next &next, qint64 nowUs);
+    void End();
+
+private:
+    struct Item {
+        qint64 periodUs = 0;
+        qint64 dueUs = 0; // start of the next round of the cycle
+        bool cyclic = false;
+        bool once = false; // it waits for its one run, or is at it
+    };
+
+    Item &At(int number) { return items_.at(static_cast<std::size_t>(number)); }
+    const Item &At(int number) const { return items_.at(static_cast<std::size_t>(number)); }
+    bool Waits(int number) const;
+
+    std::array<Item, Count> items_;
+    std::deque<int> onceQueue_;
+    std::optional<int> running_;
+    bool lastWasOnce_ = false;
+};
