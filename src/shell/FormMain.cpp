@@ -25,35 +25,14 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QPixmap>
 #include <QResizeEvent>
-#include <QScreen>
 #include <QStatusBar>
-#include <QTabBar>
 #include <QTimer>
-
-namespace {
-
-// Twips.
-constexpr int leastHeight = 8940;
-constexpr int leastWidth = 10200;
-constexpr int stripLeft = 120;
-constexpr int stripTop = 150;
-constexpr int frameLeftInStrip = 250;
-constexpr int frameTopInStrip = 325;
-constexpr int tabFrame = 5; // pixels of a tab above and below its caption
-
-constexpr int titleBarAllowance = 32; // pixels of the window's title that must stay within reach
-
-int ToTwips(int pixels) {
-    return pixels * Controls::TwipsPerPixel;
-}
-
-} // namespace
 
 FormMain::FormMain(Surroundings surroundings)
     : surroundings_(std::move(surroundings)),
-      help_(surroundings_.helpEngine, surroundings_.dialogs) {
+      help_(surroundings_.helpEngine, surroundings_.dialogs),
+      placement_(*this, surroundings_.settings) {
     Controls::Named(this, "FormMain");
     setWindowTitle(ApplicationTitle());
     setWindowIcon(QIcon(QStringLiteral(":/icons/ztvlink.svg")));
@@ -64,7 +43,8 @@ FormMain::FormMain(Surroundings surroundings)
     options_ = CommandLine::Parse(surroundings_.commandText, surroundings_.dialogs);
     AskToClearSettings(CtrlKey() != 0 || options_.ClearRegistry);
     const CommSettings comm = ReadCommSettings(surroundings_.settings);
-    PlaceWindow();
+    setMinimumSize(Controls::FromTwips(0, 0, TabFrames::LeastWidth, TabFrames::LeastHeight).size());
+    placement_.Restore();
     zentrova_ = std::make_unique<ClassZentrova>(surroundings_.programFolder);
     const auto deviceOfPort = [this](std::int16_t number) {
         return SerialPorts::DeviceOfPort(surroundings_.settings, number);
@@ -91,7 +71,7 @@ FormMain::FormMain(Surroundings surroundings)
     ConnectPages();
     ShowLinkState(false);
     LayOut();
-    ColourPages();
+    tabs_->Colour();
     timer1_->start(); // last: its tick reads the table
     ConfigureBasicTab();
     UpdateDisplay();
@@ -128,39 +108,6 @@ void FormMain::TellOfStore(const QString &what) {
                                           ApplicationTitle());
 }
 
-// Where the last run left the window, or where it can be reached if that is off every screen by now.
-void FormMain::PlaceWindow() {
-    setMinimumSize(Controls::FromTwips(0, 0, leastWidth, leastHeight).size());
-    const WindowPlace place = ReadWindowPlace(surroundings_.settings);
-    const QRect wanted = Controls::FromTwips(place.left, place.top, place.width, place.height);
-    QRect desktop;
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        desktop |= screen->geometry();
-    }
-    resize(wanted.size().boundedTo(2 * desktop.size())); // none can be painted that is far larger
-    const QRect title(wanted.topLeft(), QSize(wanted.width(), titleBarAllowance));
-    bool withinReach = false;
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        withinReach = withinReach || screen->availableGeometry().intersects(title);
-    }
-    move(withinReach ? wanted.topLeft() : QPoint(0, 0));
-    storedWindowState_ = ReadWindowState(surroundings_.settings);
-}
-
-void FormMain::ShowAsStored() {
-    switch (storedWindowState_) {
-    case WindowState::Minimised:
-        showMinimized();
-        break;
-    case WindowState::Maximised:
-        showMaximized();
-        break;
-    case WindowState::Normal:
-        show();
-        break;
-    }
-}
-
 void FormMain::BuildFileCommands() {
     fileCommands_ = std::make_unique<FileCommands>(FileCommands::Surroundings{
         .dialogs = surroundings_.dialogs,
@@ -193,24 +140,7 @@ void FormMain::BuildControls() {
     statusText_ = Controls::Named(new QLabel(QStringLiteral("Communication Status: Offline")), "StatusText");
     statusBar()->addWidget(statusText_, 1);
 
-    tabStrip1_ = Controls::Named(new QTabWidget(central), "TabStrip1");
-    tabStrip1_->setUsesScrollButtons(false);
-    // A click on a tab takes the focus too: what is being edited is checked before the page goes.
-    tabStrip1_->tabBar()->setFocusPolicy(Qt::StrongFocus);
-    // The pages lie over the strip, close below its tabs.
-    const int tabHeight = Controls::FromTwips(0, 0, 0, frameTopInStrip).height();
-    tabStrip1_->tabBar()->setFixedHeight(tabHeight);
-    tabStrip1_->tabBar()->setFont(
-        Controls::FittingFont(font(), {{.text = {}, .width = 0, .height = tabHeight - tabFrame}}));
-    for (const Tab::Description &tab : Tab::Table) {
-        if (tab.number != Tab::Checkout || options_.CheckoutEnabled) {
-            AddTab(tab, tab.caption);
-        }
-    }
-}
-
-void FormMain::AddTab(const Tab::Description &tab, const char *caption) {
-    tabStrip1_->addTab(Controls::Named(new QWidget, tab.key), QString::fromLatin1(caption));
+    tabs_ = new TabFrames(*central, options_.CheckoutEnabled);
 }
 
 void FormMain::BuildPages() {
@@ -218,32 +148,24 @@ void FormMain::BuildPages() {
     entryRules_ = std::make_unique<EntryRules>(*zentrova_, surroundings_.dialogs);
     text1_ = new ValueOverlay(*entryRules_, central);
     basicPage_ = new BasicPage(*zentrova_, *text1_, central);
-    tabFrames_[Tab::Basic] = basicPage_;
     auto *advanced =
         new AdvancedPage(*zentrova_, *entryRules_, surroundings_.dialogs, help_, *text1_, central);
     connect(advanced, &AdvancedPage::Rebuilt, this, &FormMain::UpdateDisplay);
-    tabFrames_[Tab::Advanced] = advanced;
     wizardPage_ = new WizardPage(central);
-    tabFrames_[Tab::Wizard] = wizardPage_;
-    tabFrames_[Tab::Distance] = new DistancePage(*zentrova_, central);
     auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
     connect(checkout, &CheckoutPage::Finished, this, [this] {
-        if (currentTab_ != Tab::Checkout) { // which was left before the output's mode was written
+        if (CurrentTab() != Tab::Checkout) { // which was left before the output's mode was written
             ConfigureBasicTab();
         }
     });
-    tabFrames_[Tab::Checkout] = checkout;
-    for (const Tab::Description &tab : Tab::Table) {
-        TabPage *page = tabFrames_[static_cast<std::size_t>(tab.number)];
-        page->move(
-            Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip, 0, 0).topLeft());
-        page->setVisible(tab.number == currentTab_);
-    }
-    tabStrip1_->lower();
+    tabs_->SetPage(Tab::Basic, basicPage_);
+    tabs_->SetPage(Tab::Advanced, advanced);
+    tabs_->SetPage(Tab::Wizard, wizardPage_);
+    tabs_->SetPage(Tab::Distance, new DistancePage(*zentrova_, central));
+    tabs_->SetPage(Tab::Checkout, checkout);
 }
 
 void FormMain::ConnectCommands() {
-    commands_->Menu("mnuOnline").setCheckable(true);
     const auto goOnline = [this] { GoOnline(0); };
     const auto goOffline = [this] { GoOffline(); };
     const auto openFile = [this] { fileCommands_->Open(); };
@@ -276,29 +198,9 @@ void FormMain::ConnectCommands() {
         {commands_->Button("Exit"), exit},
     };
     for (const auto &[action, work] : works) {
-        GiveWork(action, work);
+        commands_->GiveWork(action, work);
     }
     commands_->Menu("mnuHalvernWeb").setText(MakerCaption(surroundings_.settings));
-    // The click toggles the mark; only the link's state may set it, whatever becomes of the work.
-    connect(&commands_->Menu("mnuOnline"), &QAction::triggered, this,
-            [this] { commands_->Menu("mnuOnline").setChecked(online_); });
-    connect(tabStrip1_, &QTabWidget::currentChanged, this, &FormMain::SelectTab);
-}
-
-void FormMain::GiveWork(QAction &action, std::function<void()> work) {
-    withWork_.insert(&action);
-    action.setEnabled(true);
-    // From the event loop: an assistive client that pressed the button mustn't be kept waiting while
-    // the work has a dialog open.
-    connect(
-        &action, &QAction::triggered, this,
-        [&action, work = std::move(work)] {
-            // What came before it may have opened a dialog, or changed the state of the link.
-            if (action.isEnabled() && QApplication::activeModalWidget() == nullptr) {
-                work();
-            }
-        },
-        Qt::QueuedConnection);
 }
 
 void FormMain::ConnectLink() {
@@ -314,6 +216,8 @@ void FormMain::ConnectPages() {
     timer1_->setTimerType(Qt::PreciseTimer);
     connect(timer1_, &QTimer::timeout, basicPage_, &BasicPage::UpdateGraph);
     connect(basicPage_, &BasicPage::ValueBoxLeft, this, &FormMain::UpdateDisplay);
+    connect(tabs_, &TabFrames::Leaving, text1_, &ValueOverlay::Close);
+    connect(tabs_, &TabFrames::Changed, this, &FormMain::ShowTab);
     connect(wizardPage_, &WizardPage::StartWizard, this, &FormMain::ShowWizard);
     connect(text1_, &ValueOverlay::Left, this, [this] {
         UpdateDisplay();
@@ -326,25 +230,9 @@ void FormMain::ConfigureBasicTab() {
 }
 
 void FormMain::ShowLinkState(bool online) {
-    struct Row {
-        QAction &action;
-        bool whenOffline;
-        bool whenOnline;
-    };
-    const Row rows[] = {
-        {commands_->Menu("mnuReinit"), false, true},
-        {commands_->Button("Online"), true, false},
-        {commands_->Button("Offline"), false, true},
-        {commands_->Button("Save ZTV"), false, true},
-        {commands_->Menu("mnuOptionsUpgradeFirmware"), true, false},
-    };
-    for (const Row &row : rows) {
-        row.action.setEnabled(withWork_.count(&row.action) != 0 &&
-                              (online ? row.whenOnline : row.whenOffline));
-    }
+    commands_->ShowLinkState(online);
     wizardPage_->EnableStart(online);
     online_ = online;
-    commands_->Menu("mnuOnline").setChecked(online);
 }
 
 void FormMain::ToggleOnline() {
@@ -419,18 +307,9 @@ void FormMain::ShowAbout() {
                            ApplicationTitle());
                    },
                .startSysInfo = surroundings_.startSysInfo,
-               .addCheckoutTab = [this] { AddCheckoutTab(); }},
+               .addCheckoutTab = [this] { tabs_->AddCheckout(); }},
               help_, this)
         .exec();
-}
-
-// Fault (duplicate key) when the tab is there.
-void FormMain::AddCheckoutTab() {
-    const Tab::Description &tab = Tab::Table[Tab::Checkout - 1];
-    if (tabStrip1_->findChild<QWidget *>(QString::fromLatin1(tab.key)) != nullptr) {
-        throw Fault::DuplicateKey(QString::fromLatin1(tab.key));
-    }
-    AddTab(tab, tab.key);
 }
 
 std::int16_t FormMain::AskDirection() {
@@ -439,37 +318,19 @@ std::int16_t FormMain::AskDirection() {
     return form.Choice();
 }
 
-void FormMain::SelectTab(int stripIndex) {
-    if (stripIndex < 0 || Tab::Table[static_cast<std::size_t>(stripIndex)].number == currentTab_) {
-        return;
-    }
-    const Tab::Description &selected = Tab::Table[static_cast<std::size_t>(stripIndex)];
-    // The mnemonic of a tab leaves the focus where it is, but what is edited there goes with its page.
-    text1_->Close();
-    tabStrip1_->tabBar()->setFocus(Qt::OtherFocusReason);
-    tabFrames_[static_cast<std::size_t>(currentTab_)]->Leaving();
-    if (tabStrip1_->currentIndex() != stripIndex) {
-        return; // the user has gone on meanwhile
-    }
-    tabFrames_[static_cast<std::size_t>(currentTab_)]->hide();
-    tabFrames_[static_cast<std::size_t>(selected.number)]->show();
-    if (selected.helpContext != 0) {
-        helpContext_ = selected.helpContext;
-    }
-    currentTab_ = selected.number;
-    LayOut();
-    if (currentTab_ == Tab::Basic) {
+void FormMain::ShowTab() {
+    if (CurrentTab() == Tab::Basic) {
         timer1_->start();
     } else {
         timer1_->stop();
     }
-    tabFrames_[static_cast<std::size_t>(selected.number)]->Entered();
+    tabs_->CurrentPage().Entered();
     ConfigureBasicTab();
     UpdateDisplay();
 }
 
 void FormMain::UpdateDisplay() {
-    tabFrames_[static_cast<std::size_t>(currentTab_)]->UpdateDisplay();
+    tabs_->CurrentPage().UpdateDisplay();
 }
 
 bool FormMain::ValidateAndWriteTextBoxVal(QLineEdit &box) {
@@ -481,41 +342,18 @@ void FormMain::resizeEvent(QResizeEvent *event) {
     LayOut();
 }
 
-// What the pages paint has the background of the strip, so that it needn't be painted from there on each
-// tick.
-void FormMain::ColourPages() {
-    constexpr int sample = 3;
-    QPixmap behind(sample, sample);
-    const QPoint middle = tabStrip1_->rect().center();
-    tabStrip1_->render(&behind, QPoint(), QRect(middle, behind.size()), QWidget::DrawWindowBackground);
-    for (TabPage *page : tabFrames_) {
-        if (page != nullptr) {
-            QPalette palette = page->palette();
-            palette.setColor(QPalette::Window, behind.toImage().pixelColor(sample / 2, sample / 2));
-            page->setPalette(palette);
-        }
-    }
-}
-
 void FormMain::changeEvent(QEvent *event) {
     QMainWindow::changeEvent(event);
     const bool otherColours = event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange;
-    if (otherColours && tabStrip1_ != nullptr) {
-        ColourPages();
+    if (otherColours && tabs_ != nullptr) {
+        tabs_->Colour();
     }
 }
 
 void FormMain::LayOut() {
-    if (isMinimized() || tabStrip1_ == nullptr) {
-        return;
+    if (!isMinimized() && tabs_ != nullptr) {
+        tabs_->LayOut(size());
     }
-    const int formWidth = std::max(ToTwips(width()), leastWidth);
-    const int formHeight = std::max(ToTwips(height()), leastHeight);
-    const int stripWidth = formWidth - 350;
-    const int stripHeight = formHeight - 2300;
-    tabStrip1_->setGeometry(Controls::FromTwips(stripLeft, stripTop, stripWidth, stripHeight));
-    tabFrames_[static_cast<std::size_t>(currentTab_)]->setGeometry(Controls::FromTwips(
-        stripLeft + frameLeftInStrip, stripTop + frameTopInStrip, stripWidth - 400, stripHeight - 800));
 }
 
 void FormMain::closeEvent(QCloseEvent *event) {
@@ -533,20 +371,9 @@ void FormMain::closeEvent(QCloseEvent *event) {
 }
 
 bool FormMain::StoreSettings() {
-    SettingsStore &store = surroundings_.settings;
-    bool stored = WriteCommSettings(store, {.commPort = CommPort(),
-                                            .baudRate = BaudRate(),
-                                            .parityStop = ParityStop(),
-                                            .modbusAddress = ModbusAddress()});
-    if (isMinimized()) {
-        return stored;
-    }
-    stored = WriteWindowState(store, isMaximized() ? WindowState::Maximised : WindowState::Normal);
-    if (!isMaximized()) {
-        stored = WriteWindowPlace(store, {.top = static_cast<double>(ToTwips(y())),
-                                          .left = static_cast<double>(ToTwips(x())),
-                                          .height = static_cast<double>(ToTwips(height())),
-                                          .width = static_cast<double>(ToTwips(width()))});
-    }
-    return stored;
+    const bool stored = WriteCommSettings(surroundings_.settings, {.commPort = CommPort(),
+                                                                   .baudRate = BaudRate(),
+                                                                   .parityStop = ParityStop(),
+                                                                   .modbusAddress = ModbusAddress()});
+    return placement_.Store() && stored;
 }

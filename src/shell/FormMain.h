@@ -6,24 +6,20 @@
 #include "shell/CommandLine.h"
 #include "shell/FileCommands.h"
 #include "shell/MainCommands.h"
-#include "shell/StoredSettings.h"
+#include "shell/TabFrames.h"
+#include "shell/WindowPlacement.h"
 #include "support/ClassMyHtmlHelp.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
 #include "tabs/EntryRules.h"
-#include "tabs/TabTable.h"
-#include "tabs/ui/TabPage.h"
 #include "tabs/ui/ValueOverlay.h"
 
 #include <QLabel>
 #include <QMainWindow>
-#include <QTabWidget>
 #include <QUrl>
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <set>
 
 class BasicPage;
 class QTimer;
@@ -80,8 +76,8 @@ public:
     const QString &CurrentFileName() const { return fileCommands_->CurrentFileName(); }
 
     // The tab that shows, and the help topic that belongs to what shows.
-    std::int16_t CurrentTab() const { return currentTab_; }
-    std::int16_t HelpContext() const { return helpContext_; }
+    std::int16_t CurrentTab() const { return tabs_->CurrentTab(); }
+    std::int16_t HelpContext() const { return tabs_->HelpContext(); }
 
     // Copies the parameter table onto the page that shows.
     void UpdateDisplay();
@@ -94,7 +90,7 @@ public:
     bool ValidateAndWriteTextBoxVal(QLineEdit &box);
 
     // Shows the window in the state that the last run left.
-    void ShowAsStored();
+    void ShowAsStored() { placement_.Show(); }
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -104,18 +100,14 @@ protected:
 private:
     void BuildControls();
     void BuildPages();
-    void AddTab(const Tab::Description &tab, const char *caption);
     void AskToClearSettings(bool wanted);
-    void PlaceWindow();
     void BuildFileCommands();
     void OpenFileOfCommandLine();
     void ConnectCommands();
-    void GiveWork(QAction &action, std::function<void()> work);
     void ConnectLink();
     void ConnectPages();
-    void SelectTab(int stripIndex);
+    void ShowTab();
     void LayOut();
-    void ColourPages();
     void ShowLinkState(bool online);
     void ToggleOnline();
     void Reinitialise();
@@ -126,7 +118,6 @@ private:
     void ShowUpgradeFirmware();
     void ShowWizard();
     void ShowAbout();
-    void AddCheckoutTab();
     std::int16_t AskDirection();
     bool StoreSettings();
     void TellOfStore(const QString &what);
@@ -135,22 +126,18 @@ private:
     Surroundings surroundings_;
     ClassMyHtmlHelp help_;
     CommandLine::Options options_;
+    WindowPlacement placement_;
     std::unique_ptr<ClassZentrova> zentrova_;
     std::unique_ptr<LinkSession> link_;
     std::unique_ptr<BootComm> bootComm_;
     std::unique_ptr<FileCommands> fileCommands_;
     std::unique_ptr<MainCommands> commands_;
-    std::set<const QAction *> withWork_;
     BasicPage *basicPage_ = nullptr;
     WizardPage *wizardPage_ = nullptr;
     QTimer *timer1_ = nullptr;
-    QTabWidget *tabStrip1_ = nullptr;
+    TabFrames *tabs_ = nullptr;
     QLabel *statusText_ = nullptr;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
-    std::array<TabPage *, 6> tabFrames_{}; // by tab number; 0 isn't used
-    WindowState storedWindowState_ = WindowState::Normal;
-    std::int16_t currentTab_ = 1;
-    std::int16_t helpContext_ = 1020;
     bool online_ = false;
 };

@@ -2,6 +2,7 @@
 
 #include "ui/Controls.h"
 
+#include <QApplication>
 #include <QIcon>
 #include <QMenu>
 #include <QMenuBar>
@@ -78,6 +79,10 @@ QString ButtonName(const char *key) {
 MainCommands::MainCommands(QMainWindow &window) : window_(window) {
     BuildMenus();
     BuildToolbar();
+    QAction &online = Menu("mnuOnline");
+    online.setCheckable(true);
+    // The click toggles the mark; only the link's state may set it, whatever becomes of the work.
+    QObject::connect(&online, &QAction::triggered, &window_, [this, &online] { online.setChecked(online_); });
 }
 
 void MainCommands::BuildMenus() {
@@ -125,4 +130,39 @@ QAction &MainCommands::Menu(const char *name) const {
 }
 QAction &MainCommands::Button(const char *key) const {
     return Find(ButtonName(key));
+}
+
+void MainCommands::GiveWork(QAction &action, std::function<void()> work) {
+    withWork_.insert(&action);
+    action.setEnabled(true);
+    QObject::connect(
+        &action, &QAction::triggered, &window_,
+        [&action, work = std::move(work)] {
+            // What came before it may have opened a dialog, or changed the state of the link.
+            if (action.isEnabled() && QApplication::activeModalWidget() == nullptr) {
+                work();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+void MainCommands::ShowLinkState(bool online) {
+    struct Row {
+        QAction &action;
+        bool whenOffline;
+        bool whenOnline;
+    };
+    const Row rows[] = {
+        {Menu("mnuReinit"), false, true},
+        {Button("Online"), true, false},
+        {Button("Offline"), false, true},
+        {Button("Save ZTV"), false, true},
+        {Menu("mnuOptionsUpgradeFirmware"), true, false},
+    };
+    for (const Row &row : rows) {
+        row.action.setEnabled(withWork_.count(&row.action) != 0 &&
+                              (online ? row.whenOnline : row.whenOffline));
+    }
+    online_ = online;
+    Menu("mnuOnline").setChecked(online);
 }

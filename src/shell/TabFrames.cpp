@@ -1,0 +1,105 @@
+#include "shell/TabFrames.h"
+
+#include "support/Fault.h"
+#include "ui/Controls.h"
+
+#include <QPixmap>
+#include <QTabBar>
+#include <algorithm>
+
+namespace {
+
+// Twips.
+constexpr int stripLeft = 120;
+constexpr int stripTop = 150;
+constexpr int frameLeftInStrip = 250;
+constexpr int frameTopInStrip = 325;
+
+constexpr int tabFrame = 5; // pixels of a tab above and below its caption
+
+int ToTwips(int pixels) {
+    return pixels * Controls::TwipsPerPixel;
+}
+
+} // namespace
+
+TabFrames::TabFrames(QWidget &area, bool withCheckout)
+    : QObject(&area),
+      strip_(Controls::Named(new QTabWidget(&area), "TabStrip1")) {
+    strip_->setUsesScrollButtons(false);
+    // A click on a tab takes the focus too: what is being edited is checked before the page goes.
+    strip_->tabBar()->setFocusPolicy(Qt::StrongFocus);
+    // The pages lie over the strip, close below its tabs.
+    const int tabHeight = Controls::FromTwips(0, 0, 0, frameTopInStrip).height();
+    strip_->tabBar()->setFixedHeight(tabHeight);
+    strip_->tabBar()->setFont(
+        Controls::FittingFont(area.font(), {{.text = {}, .width = 0, .height = tabHeight - tabFrame}}));
+    for (const Tab::Description &tab : Tab::Table) {
+        if (tab.number != Tab::Checkout || withCheckout) {
+            AddTab(tab, tab.caption);
+        }
+    }
+    connect(strip_, &QTabWidget::currentChanged, this, &TabFrames::Select);
+}
+
+void TabFrames::AddTab(const Tab::Description &tab, const char *caption) {
+    strip_->addTab(Controls::Named(new QWidget, tab.key), QString::fromLatin1(caption));
+}
+
+void TabFrames::AddCheckout() {
+    const Tab::Description &tab = Tab::Table[Tab::Checkout - 1];
+    if (strip_->findChild<QWidget *>(QString::fromLatin1(tab.key)) != nullptr) {
+        throw Fault::DuplicateKey(QString::fromLatin1(tab.key));
+    }
+    AddTab(tab, tab.key);
+}
+
+void TabFrames::SetPage(std::int16_t number, TabPage *page) {
+    pages_.at(static_cast<std::size_t>(number) - 1) = page;
+    page->move(Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip, 0, 0).topLeft());
+    page->setVisible(number == currentTab_);
+    strip_->lower();
+}
+
+void TabFrames::Select(int stripIndex) {
+    if (stripIndex < 0 || Tab::Table[static_cast<std::size_t>(stripIndex)].number == currentTab_) {
+        return;
+    }
+    const Tab::Description &selected = Tab::Table[static_cast<std::size_t>(stripIndex)];
+    Q_EMIT Leaving();
+    // The mnemonic of a tab leaves the focus where it is, but what is edited there goes with its page.
+    strip_->tabBar()->setFocus(Qt::OtherFocusReason);
+    CurrentPage().Leaving();
+    if (strip_->currentIndex() != stripIndex) {
+        return; // the user has gone on meanwhile
+    }
+    CurrentPage().hide();
+    Page(selected.number).show();
+    if (selected.helpContext != 0) {
+        helpContext_ = selected.helpContext;
+    }
+    currentTab_ = selected.number;
+    LayOut(form_);
+    Q_EMIT Changed();
+}
+
+void TabFrames::LayOut(QSize form) {
+    form_ = form;
+    const int stripWidth = std::max(ToTwips(form.width()), LeastWidth) - 350;
+    const int stripHeight = std::max(ToTwips(form.height()), LeastHeight) - 2300;
+    strip_->setGeometry(Controls::FromTwips(stripLeft, stripTop, stripWidth, stripHeight));
+    CurrentPage().setGeometry(Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip,
+                                                  stripWidth - 400, stripHeight - 800));
+}
+
+void TabFrames::Colour() {
+    constexpr int sample = 3;
+    QPixmap behind(sample, sample);
+    const QPoint middle = strip_->rect().center();
+    strip_->render(&behind, QPoint(), QRect(middle, behind.size()), QWidget::DrawWindowBackground);
+    for (TabPage *page : pages_) {
+        QPalette palette = page->palette();
+        palette.setColor(QPalette::Window, behind.toImage().pixelColor(sample / 2, sample / 2));
+        page->setPalette(palette);
+    }
+}
