@@ -27,7 +27,7 @@ QString Member(const char *array, int index) {
 
 QString SpokenCaption(const QString &caption) {
     QString spoken = caption;
-    return spoken.remove(u'&');
+    return spoken.remove(u'&').remove(u'<').remove(u'>').trimmed();
 }
 
 QFont FittingFont(QFont font, const std::vector<Fit> &places) {

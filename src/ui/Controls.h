@@ -29,8 +29,16 @@ Control *Named(Control *control, const char *name) {
     return Named(control, QString::fromLatin1(name));
 }
 
-// The caption as it is read out: without its mnemonic mark.
+// The caption as it is read out: without its mnemonic mark, and without an arrow of angle brackets.
 QString SpokenCaption(const QString &caption);
+
+// A button of any kind with its given name and its caption, which is read out too.
+template <typename Button, typename Name>
+Button *Captioned(const Name &name, const char *caption, QWidget *parent = nullptr) {
+    auto *button = Named(new Button(QString::fromLatin1(caption), parent), name);
+    button->setAccessibleName(SpokenCaption(button->text()));
+    return button;
+}
 
 // A text and the pixels that it has.
 struct Fit {

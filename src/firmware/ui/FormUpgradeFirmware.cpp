@@ -122,9 +122,8 @@ QWidget *FormUpgradeFirmware::BuildTitle() {
 }
 
 QAbstractButton *FormUpgradeFirmware::NewButton(const Command &command, std::function<void()> work) {
-    auto *button = Controls::Named(new QPushButton(QString::fromLatin1(command.caption), this), command.name);
+    auto *button = Controls::Captioned<QPushButton>(command.name, command.caption, this);
     button->setToolTip(QString::fromLatin1(command.toolTip));
-    button->setAccessibleName(button->text());
     button->setAutoDefault(false);
     if (command.device) {
         button->setEnabled(false);

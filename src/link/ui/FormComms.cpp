@@ -24,9 +24,8 @@ constexpr int numberWidth = 72;
 constexpr int countsEveryMs = 1000;
 
 QPushButton *NewButton(const char *name, const char *caption, const char *toolTip) {
-    auto *button = Controls::Named(new QPushButton(QString::fromLatin1(caption)), name);
+    auto *button = Controls::Captioned<QPushButton>(name, caption);
     button->setToolTip(QString::fromLatin1(toolTip));
-    button->setAccessibleName(Controls::SpokenCaption(button->text()));
     button->setAutoDefault(false);
     return button;
 }

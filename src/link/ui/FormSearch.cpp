@@ -41,19 +41,11 @@ Widget *Shy(Widget *widget) {
     return widget;
 }
 
-QPushButton *Button(const char *name, const char *caption, const char *toolTip) {
-    auto *button = Controls::Named(new QPushButton(QString::fromLatin1(caption)), name);
+template <typename Button>
+Button *Captioned(const char *name, const char *caption, const char *toolTip) {
+    auto *button = Controls::Captioned<Button>(name, caption);
     button->setToolTip(QString::fromLatin1(toolTip));
-    button->setAccessibleName(Controls::SpokenCaption(button->text()));
     return button;
-}
-
-template <typename Option>
-Option *Choice(const QString &name, const char *caption, const char *toolTip = "") {
-    auto *option = Controls::Named(new Option(QString::fromLatin1(caption)), name);
-    option->setToolTip(QString::fromLatin1(toolTip));
-    option->setAccessibleName(Controls::SpokenCaption(option->text()));
-    return option;
 }
 
 QLabel *Label(const char *name, const char *text) {
@@ -90,9 +82,9 @@ FormSearch::FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &
     setWindowTitle(QStringLiteral("Search"));
     setModal(true);
 
-    checkVaryCommSettings_ =
-        Choice<QCheckBox>(QStringLiteral("CheckVaryCommSettings"), "&Vary Comm Settings",
-                          "Search routine iterates through all possible baud, parity, & stop bit selections");
+    checkVaryCommSettings_ = Captioned<QCheckBox>(
+        "CheckVaryCommSettings", "&Vary Comm Settings",
+        "Search routine iterates through all possible baud, parity, & stop bit selections");
     auto *left = new QVBoxLayout;
     left->addWidget(BuildAddressRange());
     left->addWidget(checkVaryCommSettings_);
@@ -117,8 +109,8 @@ FormSearch::FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &
 
 QWidget *FormSearch::BuildAddressRange() {
     auto *frame = Controls::Named(new QGroupBox(QStringLiteral("Address Range")), "FrameAddressRange");
-    optionAddressRange_ = {Choice<QRadioButton>(Controls::Member("OptionAddressRange", 0), "&All (1-247)"),
-                           Choice<QRadioButton>(Controls::Member("OptionAddressRange", 1), "&From")};
+    optionAddressRange_ = {Controls::Captioned<QRadioButton>("OptionAddressRange(0)", "&All (1-247)"),
+                           Controls::Captioned<QRadioButton>("OptionAddressRange(1)", "&From")};
     struct Box {
         const char *text;
         const char *toolTip;
@@ -191,8 +183,8 @@ QLayout *FormSearch::BuildResults() {
     listViewResults_->setMinimumHeight(listViewResults_->fontMetrics().lineSpacing() * (resultRows + 3));
     listViewResults_->EmptyText(QStringLiteral("Press Start to search for devices."));
     checkUseSelectedCommSettings_ =
-        Choice<QCheckBox>(QStringLiteral("CheckUseSelectedCommSettings"), "&Use Selected Comm Settings",
-                          "Changes software comm settings to the selected value in the Results table");
+        Captioned<QCheckBox>("CheckUseSelectedCommSettings", "&Use Selected Comm Settings",
+                             "Changes software comm settings to the selected value in the Results table");
     checkUseSelectedCommSettings_->setEnabled(false);
 
     auto *words = new QHBoxLayout;
@@ -207,12 +199,12 @@ QLayout *FormSearch::BuildResults() {
 }
 
 QLayout *FormSearch::BuildButtons() {
-    commandStart_ = Button("CommandStart", "&Start", "Start Searching");
+    commandStart_ = Captioned<QPushButton>("CommandStart", "&Start", "Start Searching");
     commandStart_->setDefault(true);
-    commandStop_ = Button("CommandStop", "S&top", "Stop Searching");
+    commandStop_ = Captioned<QPushButton>("CommandStop", "S&top", "Stop Searching");
     commandStop_->setEnabled(false);
-    commandClose_ = Button("CommandClose", "&Close", "Close this window");
-    commandHelp_ = Button("CommandHelp", "&Help", "Displays help file");
+    commandClose_ = Captioned<QPushButton>("CommandClose", "&Close", "Close this window");
+    commandHelp_ = Captioned<QPushButton>("CommandHelp", "&Help", "Displays help file");
 
     auto *column = new QVBoxLayout;
     column->addWidget(commandStart_);

@@ -149,18 +149,15 @@ void FormTransmitDelay::BuildResults(QVBoxLayout &column) {
 
 void FormTransmitDelay::BuildButtons(QVBoxLayout &column, ClassMyHtmlHelp &help) {
     const auto newButton = [this](const char *name, const char *caption) {
-        auto *button = Controls::Named(new QPushButton(QString::fromLatin1(caption), this), name);
-        button->setAccessibleName(button->text());
+        auto *button = Controls::Captioned<QPushButton>(name, caption, this);
         button->setAutoDefault(false);
         return button;
     };
     write_ =
         newButton("CommandSetTransmitDelayValues", "Write above values to the Transmit Delay parameters");
-    saveSettings_ =
-        Controls::Named(new QCheckBox(QStringLiteral("Save Changes in Zentrova when window closes."), this),
-                        "chkSaveSettings");
+    saveSettings_ = Controls::Captioned<QCheckBox>("chkSaveSettings",
+                                                   "Save Changes in Zentrova when window closes.", this);
     saveSettings_->setToolTip(QStringLiteral("Save parameter changes in Zentrova"));
-    saveSettings_->setAccessibleName(saveSettings_->text());
     saveSettings_->setChecked(true);
     auto *helpButton = newButton("CommandHelp", "Help");
     FormHelp::Offer(*this, help, HelpContextID, helpButton);

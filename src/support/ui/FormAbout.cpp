@@ -178,8 +178,7 @@ void FormAbout::BuildButtons(QVBoxLayout &column) {
                         {"cmdOK", "&OK", [this] { accept(); }}};
     auto *line = new QHBoxLayout;
     for (const Row &row : rows) {
-        auto *button = Controls::Named(new QPushButton(QString::fromLatin1(row.caption)), row.name);
-        button->setAccessibleName(Controls::SpokenCaption(button->text()));
+        auto *button = Controls::Captioned<QPushButton>(row.name, row.caption);
         button->setAutoDefault(false);
         button->setDefault(row.name == QStringLiteral("cmdOK"));
         // From the event loop: an assistive client that pressed it mustn't be kept waiting while a box is

@@ -106,9 +106,8 @@ void AdvancedPage::BuildControls() {
                                      "Display only parameters changed from factory presets"};
     for (int index : {allOption, changedOption}) {
         const auto i = static_cast<std::size_t>(index);
-        auto *option = Controls::Named(new QRadioButton(QString::fromLatin1(captions[i]), this),
-                                       Controls::Member("OptionViewParameters", index));
-        option->setAccessibleName(option->text());
+        auto *option = Controls::Captioned<QRadioButton>(Controls::Member("OptionViewParameters", index),
+                                                         captions[i], this);
         option->setToolTip(QString::fromLatin1(toolTips[i]));
         option->setFont(Controls::FittingFont(font(), {{.text = option->text(),
                                                         .width = Pixels(optionWidth) - optionMark,
@@ -116,8 +115,7 @@ void AdvancedPage::BuildControls() {
         optionViewParameters_[i] = option;
     }
 
-    commandRefresh_ = Controls::Named(new QPushButton(QStringLiteral("&Refresh"), this), "CommandRefresh");
-    commandRefresh_->setAccessibleName(Controls::SpokenCaption(commandRefresh_->text()));
+    commandRefresh_ = Controls::Captioned<QPushButton>("CommandRefresh", "&Refresh", this);
     commandRefresh_->setToolTip(QStringLiteral("Refresh the Parameters Changed display"));
 
     combo1_ = new ChoiceOverlay(text1_.parentWidget());

@@ -47,17 +47,9 @@ QLineEdit *NewVoltage(const char *name, const char *spokenName) {
     return box;
 }
 
-QPushButton *NewButton(const char *name, const char *caption) {
-    auto *button = Controls::Named(new QPushButton(QString::fromLatin1(caption)), name);
-    button->setAccessibleName(Controls::SpokenCaption(button->text()));
-    return button;
-}
-
 void AddOption(QButtonGroup &group, const char *array, const char *caption) {
     const auto index = static_cast<int>(group.buttons().size());
-    group.addButton(
-        Controls::Named(new QRadioButton(QString::fromLatin1(caption)), Controls::Member(array, index)),
-        index);
+    group.addButton(Controls::Captioned<QRadioButton>(Controls::Member(array, index), caption), index);
 }
 
 // Tab comes to a group at the option that is selected, or at the first one: not at one that the next press of
@@ -103,7 +95,7 @@ CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWi
     auto *analogOut = BuildAnalogOut();
     auto *distance = BuildDistance();
     auto *analogInput = BuildAnalogInput();
-    commandReInit_ = NewButton("CommandReInit", "Re-Initialize");
+    commandReInit_ = Controls::Captioned<QPushButton>("CommandReInit", "Re-Initialize");
     connect(commandReInit_, &QPushButton::clicked, this, &CheckoutPage::ReInitClick);
 
     auto *side = new QVBoxLayout;
@@ -204,7 +196,7 @@ QGroupBox *CheckoutPage::BuildAnalogOut() {
     });
 
     textCheckoutVoltageOut_ = NewVoltage("TextCheckoutVoltageOut", "Analog Output");
-    commandNext_ = NewButton("CommandNext", "&Next");
+    commandNext_ = Controls::Captioned<QPushButton>("CommandNext", "&Next");
     commandNext_->setProperty("Tag", QStringLiteral("0"));
     commandNext_->setFixedWidth(voltageWidth);
     connect(commandNext_, &QPushButton::clicked, this, &CheckoutPage::NextClick);

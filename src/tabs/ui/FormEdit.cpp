@@ -43,9 +43,8 @@ void FormEdit::BuildControls() {
     constexpr std::array captions = {"&Raw", "&Volts"};
     for (int index : {raw, volts}) {
         const auto i = static_cast<std::size_t>(index);
-        auto *option = Controls::Named(new QRadioButton(QString::fromLatin1(captions[i]), this),
-                                       Controls::Member("OptionDataType", index));
-        option->setAccessibleName(Controls::SpokenCaption(option->text()));
+        auto *option =
+            Controls::Captioned<QRadioButton>(Controls::Member("OptionDataType", index), captions[i], this);
         auto *box = Controls::Named(new QLineEdit(this), Controls::Member("TextDataVal", index));
         box->setAccessibleName(option->accessibleName());
         box->setFixedWidth(boxWidth);
@@ -64,12 +63,11 @@ void FormEdit::BuildControls() {
         textDataVal_[i] = box;
     }
 
-    auto *ok = Controls::Named(new QPushButton(QStringLiteral("&OK"), this), "CommandOK");
-    auto *cancel = Controls::Named(new QPushButton(QStringLiteral("&Cancel"), this), "CommandCancel");
+    auto *ok = Controls::Captioned<QPushButton>("CommandOK", "&OK", this);
+    auto *cancel = Controls::Captioned<QPushButton>("CommandCancel", "&Cancel", this);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     for (QPushButton *button : {ok, cancel}) {
-        button->setAccessibleName(Controls::SpokenCaption(button->text()));
         button->setMinimumWidth(buttonWidth);
         button->setAutoDefault(false);
         buttons->addWidget(button);

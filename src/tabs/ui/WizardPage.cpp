@@ -23,8 +23,7 @@ WizardPage::WizardPage(QWidget *parent) : TabPage(3, parent) {
     description->setWordWrap(true);
     description->setMaximumWidth(textWidth);
 
-    start_ = Controls::Named(new QPushButton(QStringLiteral("Start Wizard"), this), "cmdStartWizard");
-    start_->setAccessibleName(start_->text());
+    start_ = Controls::Captioned<QPushButton>("cmdStartWizard", "Start Wizard", this);
     start_->setMinimumWidth(buttonWidth);
     start_->setEnabled(false);
     connect(start_, &QPushButton::clicked, this, &WizardPage::StartWizard, Qt::QueuedConnection);
