@@ -116,7 +116,7 @@ void FormAbout::BuildVersions(QVBoxLayout &column, const Contents &contents) {
     const Row rows[] = {
         {"lblSwVersion", "Software Version...................................", contents.softwareVersion},
         {"lblFwVersion", "Firmware Version.................................", contents.firmwareVersion},
-        {"lblBootVersion", "Boot Version........................................", contents.bootVersion},
+        {"lblBootVersion", "Boot Version.........................................", contents.bootVersion},
         {"lblProcID", "Processor ID.......................................", contents.processorId},
         {"lblProcRevision", "Processor Revision...............................", contents.processorRevision},
         {"lblPCBRev", "PCB Revision......................................", contents.boardRevision},

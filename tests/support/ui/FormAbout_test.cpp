@@ -59,7 +59,7 @@ TEST_F(FormAboutTest, ShowsWhatItIsGiven) {
         {"lblSwVersion(1)", QStringLiteral("1.2.3")},
         {"lblFwVersion(0)", QStringLiteral("Firmware Version.................................")},
         {"lblFwVersion(1)", QStringLiteral("2.14")},
-        {"lblBootVersion(0)", QStringLiteral("Boot Version........................................")},
+        {"lblBootVersion(0)", QStringLiteral("Boot Version.........................................")},
         {"lblBootVersion(1)", QStringLiteral("1.00")},
         {"lblProcID(0)", QStringLiteral("Processor ID.......................................")},
         {"lblProcID(1)", QStringLiteral("3264")},
