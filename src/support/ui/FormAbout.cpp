@@ -4,6 +4,7 @@
 #include "ui/Controls.h"
 #include "ui/FormHelp.h"
 
+#include <QApplication>
 #include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -185,7 +186,14 @@ void FormAbout::BuildButtons(QVBoxLayout &column) {
         // From the event loop: an assistive client that pressed it mustn't be kept waiting while a box is
         // open.
         connect(
-            button, &QPushButton::clicked, this, [work = row.work] { work(); }, Qt::QueuedConnection);
+            button, &QPushButton::clicked, this,
+            [this, work = row.work] {
+                const QWidget *modal = QApplication::activeModalWidget(); // a box may have opened since
+                if (modal == nullptr || modal == this) {
+                    work();
+                }
+            },
+            Qt::QueuedConnection);
         line->addWidget(button);
         if (row.name == QStringLiteral("cmdSysInfo")) {
             line->addStretch();

@@ -5,6 +5,7 @@
 #include "tests/support/Printers.h"
 #include "tests/support/Wait.h"
 
+#include <QDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -86,6 +87,23 @@ TEST_F(FormAboutTest, LeadsToTheMakerTheMasterAndTheSystem) {
     EXPECT_TRUE(form_.isVisible());
     ui_.Press("cmdOK");
     EXPECT_FALSE(form_.isVisible());
+}
+
+// Such as the second press of a double click.
+TEST_F(FormAboutTest, APressBehindAnOpenBoxIsNone) {
+    QDialog box(&form_);
+    box.setModal(true);
+    ui_.Get<QPushButton>("cmdMbaxpAbout").click();
+    box.show();
+    for (const char *name : {"cmdSysInfo", "cmdOK"}) {
+        ui_.Get<QPushButton>(name).click();
+    }
+    Settle();
+    EXPECT_EQ(done_, QStringList());
+    box.hide();
+    EXPECT_TRUE(form_.isVisible());
+    ui_.Press("cmdSysInfo");
+    EXPECT_EQ(done_, QStringList{QStringLiteral("system")});
 }
 
 TEST_F(FormAboutTest, ClosesByEnterAndByEscape) {
