@@ -1,5 +1,6 @@
 #include "firmware/OneButtonUpgrade.h"
 
+#include "firmware/TextFileReader.h"
 #include "model/ParamDefines.h"
 #include "support/ApplicationTitle.h"
 
@@ -51,8 +52,18 @@ void OneButtonUpgrade::Upgrade(const QString &firmwareFile) {
         return;
     }
     console_.Boot().ReadEepromByte(eepromByteAsked); // whatever comes of it
-    if (!console_.OpenHexFile(firmwareFile) || !console_.EraseDevice() || !console_.WriteDevice() ||
-        !console_.RunModeCommand()) {
+    if (!console_.OpenHexFile(firmwareFile)) {
+        return;
+    }
+    const TextFileReader image(console_.Boot().Settings().ProgramFile, 0);
+    if (!console_.EraseDevice()) {
+        return;
+    }
+    if (image.HasChanged()) { // by a command that came meanwhile: it isn't the firmware any more
+        console_.SetStatus(QStringLiteral("Failed to write device..."));
+        return;
+    }
+    if (!console_.WriteDevice() || !console_.RunModeCommand()) {
         return;
     }
     if (console_.Boot().ResetProcessor().isEmpty()) {

@@ -758,6 +758,26 @@ TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsErasedMeanwhileFails) {
     EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram);
 }
 
+// Otherwise the write would find nothing to do, and the erased sensor be told to run.
+TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsReplacedDuringTheEraseFails) {
+    MakeFirmware();
+    for (const char *command : {"CommandEraseFiles", "CommandRead"}) {
+        Open();
+        loader_.packets.clear();
+        bool pressed = false;
+        loader_.instead = [this, command, &pressed](const QByteArray &packet, const QByteArray &answer) {
+            if (packet.at(0) == BootCommand::EraseProgram && !std::exchange(pressed, true)) {
+                PressMeanwhile(command);
+            }
+            return answer;
+        };
+        ExpectUpgradeQuestion(BoxAnswer::Yes);
+        Press("CommandUpgradeFirmware");
+        EXPECT_EQ(Panel(1), QStringLiteral("Failed to write device...")) << command;
+        EXPECT_EQ(loader_.packets.back().at(0), BootCommand::EraseProgram) << command;
+    }
+}
+
 TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileNothingIsErased) {
     Open();
     ExpectUpgradeQuestion(BoxAnswer::Yes);
