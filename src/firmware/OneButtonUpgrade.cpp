@@ -27,6 +27,7 @@ OneButtonUpgrade::OneButtonUpgrade(UpgradeConsole &console, LinkSession &link, C
       timerTimeout_(new QTimer(this)) {
     timerTimeout_->setObjectName(QStringLiteral("TimerTimeout"));
     timerTimeout_->setSingleShot(true);
+    timerTimeout_->setTimerType(Qt::PreciseTimer); // or a wait lasts half a second more, or less
 }
 
 void OneButtonUpgrade::Run(const QString &firmwareFile) {

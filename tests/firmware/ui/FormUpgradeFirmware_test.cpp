@@ -89,6 +89,7 @@ protected:
         ASSERT_NE(timer, nullptr);
         EXPECT_EQ(timer->interval(), 10000);
         EXPECT_TRUE(timer->isActive());
+        EXPECT_LE(timer->remainingTime(), 10000);
         timer->start(0);
     }
 
