@@ -181,7 +181,6 @@ void FormAbout::BuildButtons(QVBoxLayout &column) {
     for (const Row &row : rows) {
         auto *button = Controls::Named(new QPushButton(QString::fromLatin1(row.caption)), row.name);
         button->setAccessibleName(Controls::SpokenCaption(button->text()));
-        button->setAutoDefault(false);
         button->setDefault(row.name == QStringLiteral("cmdOK"));
         // From the event loop: an assistive client that pressed it mustn't be kept waiting while a box is
         // open.

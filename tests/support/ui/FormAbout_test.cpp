@@ -116,6 +116,15 @@ TEST_F(FormAboutTest, ClosesByEnterAndByEscape) {
     EXPECT_EQ(done_, QStringList());
 }
 
+TEST_F(FormAboutTest, EnterPressesTheButtonWithTheFocus) {
+    auto &button = ui_.Get<QPushButton>("cmdSysInfo");
+    button.setFocus();
+    QTest::keyClick(&button, Qt::Key_Return);
+    Settle();
+    EXPECT_EQ(done_, QStringList{QStringLiteral("system")});
+    EXPECT_TRUE(form_.isVisible());
+}
+
 TEST_F(FormAboutTest, BringsTheTabBackOnAClickWithCtrlAlone) {
     for (const Qt::KeyboardModifiers modifiers :
          {Qt::KeyboardModifiers(), Qt::KeyboardModifiers(Qt::ShiftModifier),
