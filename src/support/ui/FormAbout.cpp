@@ -160,7 +160,7 @@ void FormAbout::BuildMaker(QVBoxLayout &column, const Contents &contents) {
     logo->setCursor(Qt::PointingHandCursor);
     logo->setFocusPolicy(Qt::TabFocus);
     logo->setAccessibleName(QStringLiteral("Manufacturer's Web Site"));
-    connect(logo, &QToolButton::clicked, this, [this] { commands_.showMakersPages(); });
+    GiveWork(*logo, commands_.showMakersPages);
     auto *row = new QHBoxLayout;
     row->addWidget(logo);
     row->addSpacing(margin);
@@ -182,17 +182,7 @@ void FormAbout::BuildButtons(QVBoxLayout &column) {
         auto *button = Controls::Named(new QPushButton(QString::fromLatin1(row.caption)), row.name);
         button->setAccessibleName(Controls::SpokenCaption(button->text()));
         button->setDefault(row.name == QStringLiteral("cmdOK"));
-        // From the event loop: an assistive client that pressed it mustn't be kept waiting while a box is
-        // open.
-        connect(
-            button, &QPushButton::clicked, this,
-            [this, work = row.work] {
-                const QWidget *modal = QApplication::activeModalWidget(); // a box may have opened since
-                if (modal == nullptr || modal == this) {
-                    work();
-                }
-            },
-            Qt::QueuedConnection);
+        GiveWork(*button, row.work);
         line->addWidget(button);
         if (row.name == QStringLiteral("cmdSysInfo")) {
             line->addStretch();
@@ -202,6 +192,19 @@ void FormAbout::BuildButtons(QVBoxLayout &column) {
         }
     }
     column.addLayout(line);
+}
+
+// From the event loop: an assistive client that pressed it mustn't be kept waiting while a box is open.
+void FormAbout::GiveWork(const QAbstractButton &button, const std::function<void()> &work) {
+    connect(
+        &button, &QAbstractButton::clicked, this,
+        [this, work] {
+            const QWidget *modal = QApplication::activeModalWidget(); // a box may have opened since
+            if (modal == nullptr || modal == this) {
+                work();
+            }
+        },
+        Qt::QueuedConnection);
 }
 
 bool FormAbout::eventFilter(QObject *watched, QEvent *event) {
