@@ -233,6 +233,19 @@ TEST_F(BootCommTest, AnAbortEndsAReadAtTheNextRound) {
     EXPECT_EQ(words_.last(), QStringLiteral("Reading: 2304"));
 }
 
+TEST_F(BootCommTest, AReadThatBringsNothingIsRepeatedUntilItIsAborted) {
+    comm_.Settings().MaxPacketBytes = 0;
+    onYield_ = [this] {
+        if (yields_ == 50) {
+            comm_.Settings().ContinueFlag = 0;
+        }
+    };
+    EXPECT_EQ(Read(0x800, 0xBFFF), -100);
+    EXPECT_EQ(loader_.packets, std::vector<QByteArray>(49, Bytes("01 00 00 08 00")));
+    EXPECT_EQ(words_.last(), QStringLiteral("Reading: 2048"));
+    EXPECT_EQ(ContentOf(Path("PROGMEM.MCP")), QByteArray());
+}
+
 TEST_F(BootCommTest, EachLoopBeginsWithTheFlagSet) {
     comm_.Settings().ContinueFlag = 0;
     EXPECT_EQ(Read(0, 0xF), 1);
