@@ -116,6 +116,7 @@ std::int16_t BootComm::ReadRegion(std::int32_t &start, std::int32_t &end, std::u
 }
 
 std::int16_t BootComm::EraseRegion(std::int32_t start, std::int32_t end) {
+    ++erases_;
     settings_.ContinueFlag = 1;
     for (std::int32_t address = start; address <= end;) {
         if (!GoesOn()) {

@@ -52,6 +52,8 @@ public:
     std::int16_t ReadRegion(std::int32_t &start, std::int32_t &end, std::uint8_t bytesPerAddress,
                             std::uint8_t command, const QString &fileName);
     std::int16_t EraseRegion(std::int32_t start, std::int32_t end);
+    // How often an erase was begun.
+    int Erases() const { return erases_; }
     // Writes and verifies a memory image line by line, wherever its addresses lie. A line that differs goes
     // to ErrorFile and the loop on to the next, whose result replaces that one's. Fault when a file can't be
     // opened or written.
@@ -65,4 +67,5 @@ private:
     BootLibrary library_;
     BootSettings settings_;
     TransferEvents events_;
+    int erases_ = 0;
 };

@@ -60,11 +60,17 @@ void OneButtonUpgrade::Upgrade(const QString &firmwareFile) {
     if (!console_.EraseDevice()) {
         return;
     }
-    if (image.HasChanged()) { // by a command that came meanwhile: it isn't the firmware any more
+    // The commands that came meanwhile may have left another image than the firmware, or erased again what
+    // was written of it. Such a sensor mustn't be told to run.
+    const int erases = console_.Boot().Erases();
+    if (!image.HasChanged() && !console_.WriteDevice()) {
+        return;
+    }
+    if (image.HasChanged() || console_.Boot().Erases() != erases) {
         console_.SetStatus(QStringLiteral("Failed to write device..."));
         return;
     }
-    if (!console_.WriteDevice() || !console_.RunModeCommand()) {
+    if (!console_.RunModeCommand()) {
         return;
     }
     if (console_.Boot().ResetProcessor().isEmpty()) {

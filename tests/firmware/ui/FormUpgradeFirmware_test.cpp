@@ -779,6 +779,26 @@ TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsReplacedDuringTheEraseFails
     }
 }
 
+// Each line was verified as it was written, and some are gone since.
+TEST_F(FormUpgradeFirmwareTest, AnUpgradeThatIsErasedWhileItIsWrittenFails) {
+    Open();
+    Make("Firmware/B70214.hex", ":10080000000102030405060708090A0B0C0D0E0F70\r\n"
+                                ":10081000000102030405060708090A0B0C0D0E0F60\r\n:00000001FF\r\n");
+    bool pressed = false;
+    loader_.instead = [this, &pressed](const QByteArray &packet, const QByteArray &answer) {
+        if (packet.at(0) == BootCommand::WriteProgram && !std::exchange(pressed, true)) {
+            PressMeanwhile("CommandErase");
+        }
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(loader_.program.count(0x800), 0u);
+    EXPECT_EQ(loader_.program.count(0x810), 1u);
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to write device..."));
+    EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram); // it isn't told to run
+}
+
 TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileNothingIsErased) {
     Open();
     ExpectUpgradeQuestion(BoxAnswer::Yes);
