@@ -80,7 +80,11 @@ std::int16_t BootComm::ReadRegion(std::int32_t &start, std::int32_t &end, std::u
     settings_.ContinueFlag = 1;
     QByteArray line;
     for (std::int32_t address = start; address <= end;) {
-        if (!GoesOn()) {
+        const bool goesOn = GoesOn();
+        if (file.HasChanged()) { // by a command that came meanwhile, whose image is left as it is
+            return goesOn ? TransferResult::ImageChanged : TransferResult::Aborted;
+        }
+        if (!goesOn) {
             file.Close();
             return TransferResult::Aborted;
         }
@@ -112,6 +116,7 @@ std::int16_t BootComm::ReadRegion(std::int32_t &start, std::int32_t &end, std::u
 }
 
 std::int16_t BootComm::EraseRegion(std::int32_t start, std::int32_t end) {
+    ++erases_;
     settings_.ContinueFlag = 1;
     for (std::int32_t address = start; address <= end;) {
         if (!GoesOn()) {

@@ -13,7 +13,7 @@ namespace TransferResult {
 inline constexpr std::int16_t Finished = 1;
 inline constexpr std::int16_t Aborted = -100;
 inline constexpr std::int16_t VerifyFailed = -101; // of the line that was written last
-inline constexpr std::int16_t ImageChanged = -102; // while it was written
+inline constexpr std::int16_t ImageChanged = -102; // by something else, while it was read or written
 
 } // namespace TransferResult
 
@@ -47,11 +47,13 @@ public:
     // The byte, or -1.
     std::int16_t ReadEepromByte(std::int16_t address);
 
-    // Reads a region into a memory image. Multiplies both addresses by `bytesPerAddress`. Fault when the file
-    // can't be written.
+    // Reads a region into a memory image. Multiplies both addresses by `bytesPerAddress`. A command that
+    // changes the image meanwhile ends it and has its way. Fault when the file can't be written.
     std::int16_t ReadRegion(std::int32_t &start, std::int32_t &end, std::uint8_t bytesPerAddress,
                             std::uint8_t command, const QString &fileName);
     std::int16_t EraseRegion(std::int32_t start, std::int32_t end);
+    // How often an erase was begun.
+    int Erases() const { return erases_; }
     // Writes and verifies a memory image line by line, wherever its addresses lie. A line that differs goes
     // to ErrorFile and the loop on to the next, whose result replaces that one's. Fault when a file can't be
     // opened or written.
@@ -65,4 +67,5 @@ private:
     BootLibrary library_;
     BootSettings settings_;
     TransferEvents events_;
+    int erases_ = 0;
 };

@@ -1,5 +1,6 @@
 #include "firmware/OneButtonUpgrade.h"
 
+#include "firmware/TextFileReader.h"
 #include "model/ParamDefines.h"
 #include "support/ApplicationTitle.h"
 
@@ -26,6 +27,7 @@ OneButtonUpgrade::OneButtonUpgrade(UpgradeConsole &console, LinkSession &link, C
       timerTimeout_(new QTimer(this)) {
     timerTimeout_->setObjectName(QStringLiteral("TimerTimeout"));
     timerTimeout_->setSingleShot(true);
+    timerTimeout_->setTimerType(Qt::PreciseTimer); // or a wait lasts half a second more, or less
 }
 
 void OneButtonUpgrade::Run(const QString &firmwareFile) {
@@ -51,8 +53,24 @@ void OneButtonUpgrade::Upgrade(const QString &firmwareFile) {
         return;
     }
     console_.Boot().ReadEepromByte(eepromByteAsked); // whatever comes of it
-    if (!console_.OpenHexFile(firmwareFile) || !console_.EraseDevice() || !console_.WriteDevice() ||
-        !console_.RunModeCommand()) {
+    if (!console_.OpenHexFile(firmwareFile)) {
+        return;
+    }
+    const TextFileReader image(console_.Boot().Settings().ProgramFile, 0);
+    if (!console_.EraseDevice()) {
+        return;
+    }
+    // The commands that came meanwhile may have left another image than the firmware, or erased again what
+    // was written of it. Such a sensor mustn't be told to run.
+    const int erases = console_.Boot().Erases();
+    if (!image.HasChanged() && !console_.WriteDevice()) {
+        return;
+    }
+    if (image.HasChanged() || console_.Boot().Erases() != erases) {
+        console_.SetStatus(QStringLiteral("Failed to write device..."));
+        return;
+    }
+    if (!console_.RunModeCommand()) {
         return;
     }
     if (console_.Boot().ResetProcessor().isEmpty()) {

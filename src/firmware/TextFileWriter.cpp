@@ -36,6 +36,10 @@ void TextFileWriter::Close() {
     }
 }
 
+bool TextFileWriter::HasChanged() const {
+    return file_.size() != file_.pos();
+}
+
 void TextFileWriter::Flush() {
     if (file_.write(buffer_) != buffer_.size()) {
         throw Fault::File(file_.fileName(),

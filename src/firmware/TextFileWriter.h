@@ -16,6 +16,10 @@ public:
     // Must be called at the end: a file that is abandoned may lack lines.
     void Close();
 
+    // Whether somebody else has written to the file, which is then not to be closed but abandoned: what is
+    // still to be written would stand at its place in the old content.
+    bool HasChanged() const;
+
 private:
     void Flush();
 

@@ -18,6 +18,18 @@ QString Encoded(const QString &name) {
     return QString::fromLatin1(name.toCaseFolded().toUtf8().toPercentEncoding({}, ".~"));
 }
 
+QString RootFolder(RootKey root) {
+    switch (root) {
+    case RootKey::CurrentUser:
+        return QStringLiteral("user");
+    case RootKey::LocalMachine:
+        return QStringLiteral("machine");
+    case RootKey::ClassesRoot:
+        break;
+    }
+    return QStringLiteral("classes");
+}
+
 QString ValueFile(const QString &keyFolder, const QString &valueName) {
     return keyFolder + u'/' + (valueName.isEmpty() ? QStringLiteral("@") : Encoded(valueName)) +
            QStringLiteral(".value");
@@ -87,8 +99,7 @@ std::optional<QByteArray> FileKeyStore::Read(RootKey root, const QString &keyPat
 }
 
 QString FileKeyStore::FolderOf(RootKey root, const QString &keyPath) const {
-    QString folder =
-        folder_ + (root == RootKey::ClassesRoot ? QStringLiteral("/classes") : QStringLiteral("/user"));
+    QString folder = folder_ + u'/' + RootFolder(root);
     for (const QString &name : keyPath.split(u'\\')) {
         if (name.isEmpty()) {
             return {};

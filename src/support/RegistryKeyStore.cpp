@@ -22,7 +22,15 @@ private:
 };
 
 HKEY HandleOf(RootKey root) {
-    return root == RootKey::CurrentUser ? HKEY_CURRENT_USER : HKEY_CLASSES_ROOT;
+    switch (root) {
+    case RootKey::CurrentUser:
+        return HKEY_CURRENT_USER;
+    case RootKey::LocalMachine:
+        return HKEY_LOCAL_MACHINE;
+    case RootKey::ClassesRoot:
+        break;
+    }
+    return HKEY_CLASSES_ROOT;
 }
 
 } // namespace

@@ -264,6 +264,36 @@ TEST_F(FirmwareTest, AWriteThatIsNotConfirmedEndsItAtTheThird) {
     });
 }
 
+TEST_F(FirmwareTest, ACommandThatIsReadOnlyIsNeverSentAndEndsItAtTheThird) {
+    EXPECT_TRUE(QFile::setPermissions(Path("Presets.fil"), QFile::ReadOwner | QFile::WriteOwner));
+    EXPECT_EQ(
+        QProcess::execute(QStringLiteral("sqlite3"),
+                          {Path("Presets.fil"), QStringLiteral("UPDATE Parameters SET ReadOnly = -1 WHERE "
+                                                               "rowid = (SELECT rowid FROM Parameters "
+                                                               "ORDER BY rowid LIMIT 1 OFFSET 3)")}),
+        0);
+    StartSensor();
+    Start();
+    ASSERT_TRUE(form_->Zentrova().ParamReadOnly(ParamDefines::ReinitCommand));
+    InConsole([this](auto &, const Form &ui) {
+        bool isPolled = false;
+        int writes = 0;
+        QObject::connect(&form_->Link(), &LinkSession::FirstReadComplete, console_,
+                         [&isPolled] { isPolled = true; });
+        QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, console_,
+                         [&writes](std::int16_t transaction) {
+                             writes += transaction == LinkTransaction::SingleWrite ? 1 : 0;
+                         });
+        ExpectQuestion();
+        ExpectFailure(3);
+        CutWaitShort([&isPolled] { return isPolled; });
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_EQ(writes, 0);
+        EXPECT_EQ(Status(), QStringLiteral("Failed to put in Boot mode"));
+    });
+    EXPECT_FALSE(form_->Link().PortIsOpen());
+}
+
 TEST_F(FirmwareTest, AConfirmationThatIsLostOrDamagedIsMendedByASecondClick) {
     for (const char *fault : {"drop", "corrupt"}) {
         StartSensor();

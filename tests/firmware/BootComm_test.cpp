@@ -233,6 +233,19 @@ TEST_F(BootCommTest, AnAbortEndsAReadAtTheNextRound) {
     EXPECT_EQ(words_.last(), QStringLiteral("Reading: 2304"));
 }
 
+TEST_F(BootCommTest, AReadThatBringsNothingIsRepeatedUntilItIsAborted) {
+    comm_.Settings().MaxPacketBytes = 0;
+    onYield_ = [this] {
+        if (yields_ == 50) {
+            comm_.Settings().ContinueFlag = 0;
+        }
+    };
+    EXPECT_EQ(Read(0x800, 0xBFFF), -100);
+    EXPECT_EQ(loader_.packets, std::vector<QByteArray>(49, Bytes("01 00 00 08 00")));
+    EXPECT_EQ(words_.last(), QStringLiteral("Reading: 2048"));
+    EXPECT_EQ(ContentOf(Path("PROGMEM.MCP")), QByteArray());
+}
+
 TEST_F(BootCommTest, EachLoopBeginsWithTheFlagSet) {
     comm_.Settings().ContinueFlag = 0;
     EXPECT_EQ(Read(0, 0xF), 1);
@@ -386,6 +399,35 @@ TEST_F(BootCommTest, AnImageThatChangesUnderAWriteEndsIt) {
         EXPECT_EQ(Write(), TransferResult::ImageChanged);
         EXPECT_EQ(loader_.packets.size(), 2u);
     }
+}
+
+// Such as an import that is started meanwhile: its image isn't mixed with the device's lines.
+TEST_F(BootCommTest, AnImageThatChangesUnderAReadEndsIt) {
+    for (const bool aborts : {false, true}) {
+        for (const int round : {2, 200}) { // before and after the first lines are on the disk
+            const QByteArray other = Line(0x900, 7) + "\r\n";
+            yields_ = 0;
+            onYield_ = [this, other, round, aborts] {
+                if (yields_ == round) {
+                    MakeImage(other);
+                    comm_.Settings().ContinueFlag = aborts ? 0 : 1;
+                }
+            };
+            EXPECT_EQ(Read(0x800, 0xBFFF), aborts ? TransferResult::Aborted : TransferResult::ImageChanged);
+            EXPECT_EQ(yields_, round);
+            EXPECT_EQ(ContentOf(Path("PROGMEM.MCP")), other);
+        }
+    }
+}
+
+TEST_F(BootCommTest, AnImageThatIsErasedUnderAReadHoldsNothingElse) {
+    onYield_ = [this] {
+        if (yields_ == 200) {
+            MakeImage({});
+        }
+    };
+    EXPECT_EQ(Read(0x800, 0xBFFF), TransferResult::ImageChanged);
+    EXPECT_EQ(ContentOf(Path("PROGMEM.MCP")), QByteArray());
 }
 
 TEST_F(BootCommTest, AnAbortDuringTheLastLineComesTooLate) {

@@ -47,8 +47,14 @@ TEST_F(FileKeyStoreTest, MakesAKeyWithThoseAboveIt) {
 }
 
 TEST_F(FileKeyStoreTest, KeepsTheRootsApart) {
-    Create(QStringLiteral("a"));
-    EXPECT_EQ(store_.Open(RootKey::CurrentUser, QStringLiteral("a")), nullptr);
+    const RootKey roots[] = {RootKey::ClassesRoot, RootKey::CurrentUser, RootKey::LocalMachine};
+    for (const RootKey root : roots) {
+        const QString name = QString::number(static_cast<std::uint32_t>(root));
+        store_.Create(root, name);
+        for (const RootKey other : roots) {
+            EXPECT_EQ(store_.Open(other, name) != nullptr, other == root) << name.toStdString();
+        }
+    }
 }
 
 TEST_F(FileKeyStoreTest, KeepsBytesAsTheyAre) {

@@ -4,6 +4,7 @@
 #include "ui/Controls.h"
 #include "ui/FormHelp.h"
 
+#include <QApplication>
 #include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -116,7 +117,7 @@ void FormAbout::BuildVersions(QVBoxLayout &column, const Contents &contents) {
     const Row rows[] = {
         {"lblSwVersion", "Software Version...................................", contents.softwareVersion},
         {"lblFwVersion", "Firmware Version.................................", contents.firmwareVersion},
-        {"lblBootVersion", "Boot Version........................................", contents.bootVersion},
+        {"lblBootVersion", "Boot Version.........................................", contents.bootVersion},
         {"lblProcID", "Processor ID.......................................", contents.processorId},
         {"lblProcRevision", "Processor Revision...............................", contents.processorRevision},
         {"lblPCBRev", "PCB Revision......................................", contents.boardRevision},
@@ -159,7 +160,7 @@ void FormAbout::BuildMaker(QVBoxLayout &column, const Contents &contents) {
     logo->setCursor(Qt::PointingHandCursor);
     logo->setFocusPolicy(Qt::TabFocus);
     logo->setAccessibleName(QStringLiteral("Manufacturer's Web Site"));
-    connect(logo, &QToolButton::clicked, this, [this] { commands_.showMakersPages(); });
+    GiveWork(*logo, commands_.showMakersPages);
     auto *row = new QHBoxLayout;
     row->addWidget(logo);
     row->addSpacing(margin);
@@ -179,12 +180,8 @@ void FormAbout::BuildButtons(QVBoxLayout &column) {
     auto *line = new QHBoxLayout;
     for (const Row &row : rows) {
         auto *button = Controls::Captioned<QPushButton>(row.name, row.caption);
-        button->setAutoDefault(false);
         button->setDefault(row.name == QStringLiteral("cmdOK"));
-        // From the event loop: an assistive client that pressed it mustn't be kept waiting while a box is
-        // open.
-        connect(
-            button, &QPushButton::clicked, this, [work = row.work] { work(); }, Qt::QueuedConnection);
+        GiveWork(*button, row.work);
         line->addWidget(button);
         if (row.name == QStringLiteral("cmdSysInfo")) {
             line->addStretch();
@@ -194,6 +191,19 @@ void FormAbout::BuildButtons(QVBoxLayout &column) {
         }
     }
     column.addLayout(line);
+}
+
+// From the event loop: an assistive client that pressed it mustn't be kept waiting while a box is open.
+void FormAbout::GiveWork(const QAbstractButton &button, const std::function<void()> &work) {
+    connect(
+        &button, &QAbstractButton::clicked, this,
+        [this, work] {
+            const QWidget *modal = QApplication::activeModalWidget(); // a box may have opened since
+            if (modal == nullptr || modal == this) {
+                work();
+            }
+        },
+        Qt::QueuedConnection);
 }
 
 bool FormAbout::eventFilter(QObject *watched, QEvent *event) {

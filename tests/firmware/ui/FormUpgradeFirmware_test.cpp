@@ -89,6 +89,7 @@ protected:
         ASSERT_NE(timer, nullptr);
         EXPECT_EQ(timer->interval(), 10000);
         EXPECT_TRUE(timer->isActive());
+        EXPECT_LE(timer->remainingTime(), 10000);
         timer->start(0);
     }
 
@@ -756,6 +757,46 @@ TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsErasedMeanwhileFails) {
     Press("CommandUpgradeFirmware");
     EXPECT_EQ(Panel(1), QStringLiteral("Failed to write device..."));
     EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram);
+}
+
+// Otherwise the write would find nothing to do, and the erased sensor be told to run.
+TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsReplacedDuringTheEraseFails) {
+    MakeFirmware();
+    for (const char *command : {"CommandEraseFiles", "CommandRead"}) {
+        Open();
+        loader_.packets.clear();
+        bool pressed = false;
+        loader_.instead = [this, command, &pressed](const QByteArray &packet, const QByteArray &answer) {
+            if (packet.at(0) == BootCommand::EraseProgram && !std::exchange(pressed, true)) {
+                PressMeanwhile(command);
+            }
+            return answer;
+        };
+        ExpectUpgradeQuestion(BoxAnswer::Yes);
+        Press("CommandUpgradeFirmware");
+        EXPECT_EQ(Panel(1), QStringLiteral("Failed to write device...")) << command;
+        EXPECT_EQ(loader_.packets.back().at(0), BootCommand::EraseProgram) << command;
+    }
+}
+
+// Each line was verified as it was written, and some are gone since.
+TEST_F(FormUpgradeFirmwareTest, AnUpgradeThatIsErasedWhileItIsWrittenFails) {
+    Open();
+    Make("Firmware/B70214.hex", ":10080000000102030405060708090A0B0C0D0E0F70\r\n"
+                                ":10081000000102030405060708090A0B0C0D0E0F60\r\n:00000001FF\r\n");
+    bool pressed = false;
+    loader_.instead = [this, &pressed](const QByteArray &packet, const QByteArray &answer) {
+        if (packet.at(0) == BootCommand::WriteProgram && !std::exchange(pressed, true)) {
+            PressMeanwhile("CommandErase");
+        }
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(loader_.program.count(0x800), 0u);
+    EXPECT_EQ(loader_.program.count(0x810), 1u);
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to write device..."));
+    EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram); // it isn't told to run
 }
 
 TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileNothingIsErased) {

@@ -5,6 +5,7 @@
 #include "tests/support/Printers.h"
 #include "tests/support/Wait.h"
 
+#include <QDialog>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -59,7 +60,7 @@ TEST_F(FormAboutTest, ShowsWhatItIsGiven) {
         {"lblSwVersion(1)", QStringLiteral("1.2.3")},
         {"lblFwVersion(0)", QStringLiteral("Firmware Version.................................")},
         {"lblFwVersion(1)", QStringLiteral("2.14")},
-        {"lblBootVersion(0)", QStringLiteral("Boot Version........................................")},
+        {"lblBootVersion(0)", QStringLiteral("Boot Version.........................................")},
         {"lblBootVersion(1)", QStringLiteral("1.00")},
         {"lblProcID(0)", QStringLiteral("Processor ID.......................................")},
         {"lblProcID(1)", QStringLiteral("3264")},
@@ -88,6 +89,23 @@ TEST_F(FormAboutTest, LeadsToTheMakerTheMasterAndTheSystem) {
     EXPECT_FALSE(form_.isVisible());
 }
 
+// Such as the second press of a double click.
+TEST_F(FormAboutTest, APressBehindAnOpenBoxIsNone) {
+    QDialog box(&form_);
+    box.setModal(true);
+    ui_.Get<QPushButton>("cmdMbaxpAbout").click();
+    box.show();
+    for (const char *name : {"Picture1", "cmdSysInfo", "cmdOK"}) {
+        ui_.Get<QAbstractButton>(name).click();
+    }
+    Settle();
+    EXPECT_EQ(done_, QStringList());
+    box.hide();
+    EXPECT_TRUE(form_.isVisible());
+    ui_.Press("cmdSysInfo");
+    EXPECT_EQ(done_, QStringList{QStringLiteral("system")});
+}
+
 TEST_F(FormAboutTest, ClosesByEnterAndByEscape) {
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
         form_.show();
@@ -96,6 +114,15 @@ TEST_F(FormAboutTest, ClosesByEnterAndByEscape) {
         EXPECT_FALSE(form_.isVisible());
     }
     EXPECT_EQ(done_, QStringList());
+}
+
+TEST_F(FormAboutTest, EnterPressesTheButtonWithTheFocus) {
+    auto &button = ui_.Get<QPushButton>("cmdSysInfo");
+    button.setFocus();
+    QTest::keyClick(&button, Qt::Key_Return);
+    Settle();
+    EXPECT_EQ(done_, QStringList{QStringLiteral("system")});
+    EXPECT_TRUE(form_.isVisible());
 }
 
 TEST_F(FormAboutTest, BringsTheTabBackOnAClickWithCtrlAlone) {
