@@ -490,7 +490,7 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
         std::erase_if(owed_,
                       [this](const OwedReply &owed) { return RepliesLookAlike(owed.request, request_); });
     }
-    if (verdict.status == LinkStatus::Timeout) {
+    if (verdict.status == LinkStatus::Timeout || verdict.stillOwed) {
         const qint64 likelyUntil = NowUs() + TimeoutUs();
         owed_.push_back({.request = request_,
                          .likelyUntilUs = likelyUntil,

@@ -215,12 +215,18 @@ Verdict JudgeAtEnd(const Request &request, QByteArrayView received) {
         return verdict;
     }
     if (received.empty()) {
-        return Failed(LinkStatus::Timeout);
+        verdict = Failed(LinkStatus::Timeout);
+        verdict.stillOwed = true;
+    } else if (HoldsAnyFrame(received)) {
+        verdict = Failed(LinkStatus::UnexpectedResponse);
+        verdict.stillOwed = true;
+    } else if (received.size() >= ReplyLength(request)) {
+        verdict = Failed(LinkStatus::CrcError); // most likely the reply, damaged
+    } else {
+        verdict = Failed(LinkStatus::MissingBytes);
+        verdict.stillOwed = Judge(request, received).end == 0; // noise, and no beginning of it
     }
-    if (HoldsAnyFrame(received)) {
-        return Failed(LinkStatus::UnexpectedResponse);
-    }
-    return Failed(received.size() >= ReplyLength(request) ? LinkStatus::CrcError : LinkStatus::MissingBytes);
+    return verdict;
 }
 
 } // namespace ModbusFrame

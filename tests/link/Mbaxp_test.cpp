@@ -241,6 +241,19 @@ TEST_F(MbaxpTest, ALineThatNeverFallsSilentHoldsNothingUpForGood) {
     EXPECT_EQ(Run(), 0);
 }
 
+TEST_F(MbaxpTest, ALateReplyIsKnownAlsoBehindWhatWasNoReply) {
+    const std::pair<QByteArray, int> others[] = {{WithCrc("02 03 04 00 09 00 09"), 12}, // another slave's
+                                                 {Hex("55"), 13}};                      // noise
+    for (const auto &[other, status] : others) {
+        SCOPED_TRACE(status);
+        line_->Answer({{other, 0}, {goodReply, timeoutMs + 40}});
+        line_->Answer(nextReply);
+        EXPECT_EQ(Run(), status);
+        EXPECT_EQ(Run(), 0);
+        EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+    }
+}
+
 TEST_F(MbaxpTest, ALateReplyIsKnownAlsoBehindAnotherTransaction) {
     DefineWrite();
     EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));

@@ -522,7 +522,7 @@ void SoakTest::OnPolled(std::int16_t status) {
         CheckTable();
         owed_ = false;
         usualMs_ = std::max(static_cast<double>(took), usualMs_ * 7 / 8);
-    } else if (status == LinkStatus::Timeout) {
+    } else if (status == LinkStatus::Timeout || round_.fault == LineFault::ForeignInstead) {
         owed_ = true;
     }
 
