@@ -388,6 +388,7 @@ void Mbaxp::Start(int number) {
     }
     received_.clear();
     replyHeld_ = false;
+    firstByteUs_ = 0; // not known yet
 
     if (!line_.IsOpen() && line_.Open(LineSettingsInForce()) != LinkStatus::NoError) {
         FinishWith(LinkStatus::ReadError); // the device is still gone
@@ -481,7 +482,7 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
         transaction.once = WaitsForItsOneRun(number);
     }
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
-    if (done) {
+    if (done && firstByteUs_ > 0) {
         const qint64 usual = usualDelayUs_.value_or(0);
         usualDelayUs_ = std::max(firstByteUs_ - RequestEndUs(), usual - usual / 8);
     }

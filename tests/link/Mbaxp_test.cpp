@@ -300,6 +300,19 @@ TEST_F(MbaxpTest, ALostReplyCostsOneTimeoutOnceTheSensorIsKnown) {
     EXPECT_EQ(events_, (std::vector<Event>{{cycle, 0}, {cycle, 10}, {cycle, 0}}));
 }
 
+TEST_F(MbaxpTest, AReplyThatWasReadAtTheDeadlineTellsNothingOfTheSensorsDelay) {
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->Answer(goodReply);
+    line_->AnswerNothing();
+    line_->Answer({{goodReply, 60}});
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return !line_->Requests().empty(); }));
+    timespec busy{0, 2 * timeoutMs * 1'000'000};
+    nanosleep(&busy, nullptr);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
+    EXPECT_EQ(events_, (std::vector<Event>{{cycle, 0}, {cycle, 10}, {cycle, 0}}));
+}
+
 TEST_F(MbaxpTest, ALostEchoCastsNoDoubtOnTheNextWrite) {
     DefineWrite();
     line_->AnswerNothing();
