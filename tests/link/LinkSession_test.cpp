@@ -547,6 +547,19 @@ TEST_F(LinkSessionTest, AWriteToAnAddressThatNoSensorHasFailsLikeAnyOther) {
     EXPECT_TRUE(WasTold("status Communication Status: Index Error"));
 }
 
+TEST_F(LinkSessionTest, ADownloadToAnAddressThatNoSensorHasFailsLikeAnyOther) {
+    session_.GoOnline(1);
+    session_.ModbusAddress(300);
+    dialogs_.ExpectNotice(QStringLiteral("Error downloading Parameters"));
+    zentrova_.WriteAllPending(true);
+    session_.DefineDownload();
+    session_.DownloadValue(1, 0x11);
+    session_.StartDownload();
+    EXPECT_TRUE(zentrova_.WriteAllPending()); // the outcome comes later
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_FALSE(zentrova_.WriteAllPending()); // or no poll would be taken any more
+}
+
 TEST_F(LinkSessionTest, KeepsTheDirectionForAConnectWithoutAQuestion) {
     choice_ = ConnectChoice::Write;
     line_.AnswerNothing();
