@@ -683,7 +683,7 @@ void SoakTest::End() {
     }
     EXPECT_LE(heldBack_, timeouts_ / 20 + 2);
     EXPECT_LE(stalls_, rounds_ / 1000 + 2);
-    EXPECT_EQ(OpenDescriptors(), descriptors_);
+    EXPECT_LE(OpenDescriptors(), descriptors_); // threads that were idle for half a minute take theirs along
     if (memoryIsTheProgramsOwn) {
         EXPECT_LE(lateUse_.heapKb, earlyUse_.heapKb + 64);
         EXPECT_LE(lateUse_.residentKb, earlyUse_.residentKb + 2048);
