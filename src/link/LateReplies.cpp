@@ -63,8 +63,8 @@ bool LateReplies::IsOwed(const ModbusFrame::Request &request) const {
                        [&](const OwedReply &owed) { return RepliesLookAlike(owed.request, request); });
 }
 
-bool LateReplies::IsDoubtful(const ModbusFrame::Request &request, qint64 delayUs, qint64 slackUs) const {
-    return usualDelayUs_ && IsOwed(request) && delayUs > *usualDelayUs_ + unusualDelayUs + slackUs;
+bool LateReplies::IsUnusual(qint64 delayUs, qint64 slackUs) const {
+    return usualDelayUs_ && delayUs > *usualDelayUs_ + unusualDelayUs + slackUs;
 }
 
 void LateReplies::PassOver(const ModbusFrame::Request &request) {
@@ -77,14 +77,16 @@ void LateReplies::PassOver(const ModbusFrame::Request &request) {
     }
 }
 
-void LateReplies::Answered(const ModbusFrame::Request &request, qint64 delayUs) {
-    const qint64 usual = usualDelayUs_.value_or(0);
-    usualDelayUs_ = std::max(delayUs, usual - usual / 8);
+void LateReplies::Answered(const ModbusFrame::Request &request, std::optional<qint64> delayUs) {
+    if (delayUs) {
+        const qint64 usual = usualDelayUs_.value_or(0);
+        usualDelayUs_ = std::max(*delayUs, usual - usual / 8);
+    }
     doubtfulRuns_ = 0;
     std::erase_if(owed_, [&](const OwedReply &owed) { return RepliesLookAlike(owed.request, request); });
 }
 
-void LateReplies::TimedOut(const ModbusFrame::Request &request, qint64 nowUs, qint64 timeoutUs) {
+void LateReplies::NotAnswered(const ModbusFrame::Request &request, qint64 nowUs, qint64 timeoutUs) {
     doubtfulRuns_ = passedOver_ ? doubtfulRuns_ + 1 : 0;
     const qint64 likelyUntil = nowUs + timeoutUs;
     owed_.push_back(

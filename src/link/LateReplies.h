@@ -25,8 +25,9 @@ public:
 
     void RunBegins(qint64 nowUs);
 
-    // A reply that came with that delay may be a late one. `slackUs`: what the adapter and the line add.
-    bool IsDoubtful(const ModbusFrame::Request &request, qint64 delayUs, qint64 slackUs) const;
+    // A reply with that delay comes later than this sensor's usually do. `slackUs`: what the line adds. False
+    // while their pace isn't known.
+    bool IsUnusual(qint64 delayUs, qint64 slackUs) const;
 
     bool IsOwed(const ModbusFrame::Request &request) const;
 
@@ -34,9 +35,10 @@ public:
     void PassOver(const ModbusFrame::Request &request);
     bool HasPassedOver() const { return passedOver_; }
 
-    // How the run ends.
-    void Answered(const ModbusFrame::Request &request, qint64 delayUs);
-    void TimedOut(const ModbusFrame::Request &request, qint64 nowUs, qint64 timeoutUs);
+    // How the run ends: with its reply, of which the delay may not be known; with nothing that is the reply,
+    // which may then still come; or with a reply that was no good.
+    void Answered(const ModbusFrame::Request &request, std::optional<qint64> delayUs);
+    void NotAnswered(const ModbusFrame::Request &request, qint64 nowUs, qint64 timeoutUs);
     void FailedOtherwise() { doubtfulRuns_ = 0; }
 
 private:

@@ -252,6 +252,12 @@ void LinkSession::DownloadValue(std::int16_t Tag, std::int32_t value) {
 
 void LinkSession::StartDownload() {
     mbaxp1_.TriggerOnce(LinkTransaction::Download);
+    if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) { // refused, as a single write may be
+        QMetaObject::invokeMethod(
+            this,
+            [this, status = mbaxp1_.LastError()] { TransactionFailed(LinkTransaction::Download, status); },
+            Qt::QueuedConnection);
+    }
 }
 
 void LinkSession::DownloadComplete() {

@@ -8,6 +8,7 @@
 #include <QEvent>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -279,6 +280,8 @@ void Mbaxp::Start(const RunSchedule::Next &next) {
         request_.words = At(current_).buffer;
     }
     received_.clear();
+    firstByteUs_.reset();
+    heldAsOwn_.reset();
 
     if (!line_.IsOpen() && line_.Open(LineSettingsInForce()) != LinkStatus::NoError) {
         FinishWith(LinkStatus::ReadError); // the device is still gone
@@ -314,8 +317,10 @@ void Mbaxp::OnBytes() {
     }
     ModbusFrame::Verdict verdict = ModbusFrame::Judge(request_, received_);
     const bool isAnswer = verdict.kind != ModbusFrame::Verdict::Kind::NeedMore;
-    if (isAnswer && !lateReplies_.HasPassedOver() &&
-        lateReplies_.IsDoubtful(request_, ReplyDelayUs(), LineTimeUs(4))) {
+    if (isAnswer && !lateReplies_.HasPassedOver() && lateReplies_.IsOwed(request_)) {
+        if (!lateReplies_.IsUnusual(*ReplyDelayUs(), LineTimeUs(4))) {
+            heldAsOwn_ = verdict;
+        }
         HoldReply(verdict);
         verdict = ModbusFrame::Judge(request_, received_);
     }
@@ -326,7 +331,13 @@ void Mbaxp::OnBytes() {
     }
 }
 
+// From the request's end to the reply's first byte.
+std::optional<qint64> Mbaxp::ReplyDelayUs() const {
+    return firstByteUs_ ? std::optional(*firstByteUs_ - RequestEndUs()) : std::nullopt;
+}
+
 // A reply that may be the late one of a request before is passed over: then its own follows right behind it.
+// One that came as soon as usual is taken if none follows.
 void Mbaxp::HoldReply(const ModbusFrame::Verdict &verdict) {
     lateReplies_.PassOver(request_);
     received_.remove(0, verdict.end);
@@ -342,7 +353,9 @@ void Mbaxp::OnDeadline() {
         received_.remove(0, verdict.end);
         verdict = ModbusFrame::JudgeAtEnd(request_, received_);
     }
-    if (lateReplies_.HasPassedOver() && verdict.end == 0) {
+    if (heldAsOwn_ && verdict.stillOwed) {
+        Finish(*std::exchange(heldAsOwn_, std::nullopt));
+    } else if (lateReplies_.HasPassedOver() && verdict.end == 0) {
         FinishWith(LinkStatus::Timeout); // the late one came alone
     } else {
         Finish(verdict);
@@ -366,8 +379,8 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
     if (done) {
         lateReplies_.Answered(request_, ReplyDelayUs());
-    } else if (verdict.status == LinkStatus::Timeout) {
-        lateReplies_.TimedOut(request_, NowUs(), TimeoutUs());
+    } else if (verdict.stillOwed || verdict.status == LinkStatus::Timeout) {
+        lateReplies_.NotAnswered(request_, NowUs(), TimeoutUs());
     } else {
         lateReplies_.FailedOtherwise();
     }

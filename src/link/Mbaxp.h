@@ -131,7 +131,7 @@ private:
     void StartNext();
     qint64 HoldOffUs(const RunSchedule::Next &next, qint64 now) const;
     void Start(const RunSchedule::Next &next);
-    qint64 ReplyDelayUs() const { return firstByteUs_ - RequestEndUs(); }
+    std::optional<qint64> ReplyDelayUs() const;
     void HoldReply(const ModbusFrame::Verdict &verdict);
     void OnDeadline();
     void Finish(const ModbusFrame::Verdict &verdict);
@@ -158,7 +158,9 @@ private:
     ModbusFrame::Request request_; // what is, or was last, on the line
     QByteArray received_;
     qint64 deadlineUs_ = 0;
-    qint64 firstByteUs_ = 0;
+    std::optional<qint64> firstByteUs_; // of the reply, where its time is known
+    std::optional<ModbusFrame::Verdict>
+        heldAsOwn_; // passed over, but as soon as usual: taken if none follows
     qint64 lastByteUs_ = 0;
     std::optional<qint64> holdOffEndUs_; // while a request waits for silence
 };

@@ -48,6 +48,13 @@ Verdict Failed(std::int16_t status) {
     return {.kind = Verdict::Kind::Failed, .status = status, .words = {}, .end = 0};
 }
 
+// Nothing that came is the reply or a part of it.
+Verdict NotAnswered(std::int16_t status) {
+    Verdict verdict = Failed(status);
+    verdict.stillOwed = true;
+    return verdict;
+}
+
 Verdict CompleteRead(QByteArrayView frame, int quantity) {
     Verdict verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}, .end = 0};
     verdict.words.reserve(static_cast<std::size_t>(quantity));
@@ -146,7 +153,9 @@ bool HoldsAnyFrame(QByteArrayView received) {
     return false;
 }
 
-Verdict Scan(const Request &request, QByteArrayView received, bool moreMayCome) {
+// The reply or the exception within the bytes; while more may come also "need more" where one may be growing.
+// Nothing where there is no beginning of one.
+std::optional<Verdict> Scan(const Request &request, QByteArrayView received, bool moreMayCome) {
     const QByteArray known = KnownBytes(request);
     for (qsizetype at = 0; at < received.size(); ++at) {
         const QByteArrayView rest = received.sliced(at);
@@ -161,14 +170,14 @@ Verdict Scan(const Request &request, QByteArrayView received, bool moreMayCome) 
         if (verdict->kind != Verdict::Kind::NeedMore) {
             verdict->end =
                 at + (verdict->kind == Verdict::Kind::Complete ? ReplyLength(request) : exceptionLength);
-            return *verdict;
+            return verdict;
         }
         // While a reply may be growing here, what looks like a frame further on is most likely its data.
         if (moreMayCome) {
-            return *verdict;
+            return verdict;
         }
     }
-    return {};
+    return std::nullopt;
 }
 
 } // namespace
@@ -209,21 +218,24 @@ int ReplyLength(const Request &request) {
 }
 
 Verdict Judge(const Request &request, QByteArrayView received) {
-    return Scan(request, received, true);
+    return Scan(request, received, true).value_or(Verdict{});
 }
 
 Verdict JudgeAtEnd(const Request &request, QByteArrayView received) {
-    Verdict verdict = Scan(request, received, false);
-    if (verdict.kind != Verdict::Kind::NeedMore) {
-        return verdict;
+    if (const std::optional<Verdict> verdict = Scan(request, received, false)) {
+        return *verdict;
     }
     if (received.empty()) {
-        return Failed(LinkStatus::Timeout);
+        return NotAnswered(LinkStatus::Timeout);
     }
     if (HoldsAnyFrame(received)) {
-        return Failed(LinkStatus::UnexpectedResponse);
+        return NotAnswered(LinkStatus::UnexpectedResponse);
     }
-    return Failed(received.size() >= ReplyLength(request) ? LinkStatus::CrcError : LinkStatus::MissingBytes);
+    if (received.size() >= ReplyLength(request)) {
+        return Failed(LinkStatus::CrcError); // most likely the reply, damaged
+    }
+    const bool hasBegun = Scan(request, received, true).has_value();
+    return hasBegun ? Failed(LinkStatus::MissingBytes) : NotAnswered(LinkStatus::MissingBytes);
 }
 
 } // namespace ModbusFrame

@@ -39,6 +39,7 @@ struct Verdict {
     std::int16_t status = 0;         // of a failure
     std::vector<std::int16_t> words; // of a complete read
     qsizetype end = 0;               // of the reply or the exception within the bytes
+    bool stillOwed = false;          // of a failure: nothing that came is the reply or a part of it
 };
 
 // Judges the bytes received so far. The expected length comes from the request alone. Bytes in front of

@@ -26,7 +26,9 @@ const QByteArray reply = WithCrc("01 03 04 12 34 FF FE");
 class LateRepliesTest : public testing::Test {
 protected:
     void KnowThePace() { late_.Answered(poll, usual); }
-    void TimeOut(const ModbusFrame::Request &request, qint64 now) { late_.TimedOut(request, now, timeout); }
+    void TimeOut(const ModbusFrame::Request &request, qint64 now) {
+        late_.NotAnswered(request, now, timeout);
+    }
 
     LateReplies late_;
 };
@@ -34,7 +36,6 @@ protected:
 TEST_F(LateRepliesTest, NothingIsOwedWhereNothingTimedOut) {
     KnowThePace();
     EXPECT_FALSE(late_.IsOwed(poll));
-    EXPECT_FALSE(late_.IsDoubtful(poll, 99 * ms, 0));
     EXPECT_EQ(late_.QuietUntilUs(poll, true), 0);
 }
 
@@ -75,23 +76,28 @@ TEST_F(LateRepliesTest, ACycleKeepsItsPeriodOnceThePaceIsKnown) {
     EXPECT_EQ(late_.QuietUntilUs(poll, false), 0);
 }
 
-TEST_F(LateRepliesTest, AReplyIsDoubtfulWhenItComesLaterThanUsualWhileOneIsOwed) {
-    TimeOut(poll, 0);
-    EXPECT_FALSE(late_.IsDoubtful(poll, 90 * ms, 0)) << "how soon the sensor answers isn't known";
-    late_.Clear();
+TEST_F(LateRepliesTest, AReplyIsUnusualWhenItComesLaterThanTheOnesBefore) {
+    EXPECT_FALSE(late_.IsUnusual(90 * ms, 0)) << "how soon the sensor answers isn't known";
     KnowThePace();
-    TimeOut(poll, 0);
-    EXPECT_FALSE(late_.IsDoubtful(poll, usual + 15 * ms, 0));
-    EXPECT_TRUE(late_.IsDoubtful(poll, usual + 15 * ms + 1, 0));
-    EXPECT_FALSE(late_.IsDoubtful(poll, usual + 15 * ms + 1, 1));
+    EXPECT_FALSE(late_.IsUnusual(usual + 15 * ms, 0));
+    EXPECT_TRUE(late_.IsUnusual(usual + 15 * ms + 1, 0));
+    EXPECT_FALSE(late_.IsUnusual(usual + 15 * ms + 1, 1));
+}
+
+TEST_F(LateRepliesTest, AReplyWhoseDelayIsNotKnownTellsNothingOfThePace) {
+    late_.Answered(poll, std::nullopt);
+    EXPECT_FALSE(late_.IsUnusual(90 * ms, 0));
+    KnowThePace();
+    late_.Answered(poll, std::nullopt);
+    EXPECT_FALSE(late_.IsUnusual(usual + 15 * ms, 0));
+    EXPECT_TRUE(late_.IsUnusual(usual + 15 * ms + 1, 0));
 }
 
 TEST_F(LateRepliesTest, TheUsualDelayFollowsASlowReplyAtOnceAndAQuickOneByAndBy) {
     late_.Answered(poll, 80 * ms);
     late_.Answered(poll, 8 * ms); // 70 ms by now
-    TimeOut(poll, 0);
-    EXPECT_FALSE(late_.IsDoubtful(poll, 85 * ms, 0));
-    EXPECT_TRUE(late_.IsDoubtful(poll, 86 * ms, 0));
+    EXPECT_FALSE(late_.IsUnusual(85 * ms, 0));
+    EXPECT_TRUE(late_.IsUnusual(86 * ms, 0));
 }
 
 TEST_F(LateRepliesTest, OnePassedOverIsOneOwedLess) {
@@ -134,7 +140,7 @@ TEST_F(LateRepliesTest, WhatIsLaterThanFiveTimeoutsComesNoMore) {
 
 TEST_F(LateRepliesTest, WithALongTimeoutHalfASecondBeyondItIsTheEnd) {
     KnowThePace();
-    late_.TimedOut(poll, 0, 1200 * ms);
+    late_.NotAnswered(poll, 0, 1200 * ms);
     late_.RunBegins(1700 * ms - 1);
     EXPECT_TRUE(late_.IsOwed(poll));
     late_.RunBegins(1700 * ms);
@@ -164,8 +170,7 @@ TEST_F(LateRepliesTest, ClearingForgetsThePaceToo) {
     TimeOut(poll, 0);
     late_.Clear();
     EXPECT_FALSE(late_.IsOwed(poll));
-    TimeOut(poll, 0);
-    EXPECT_FALSE(late_.IsDoubtful(poll, 99 * ms, 0));
+    EXPECT_FALSE(late_.IsUnusual(99 * ms, 0));
 }
 
 } // namespace

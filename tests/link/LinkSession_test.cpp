@@ -264,6 +264,13 @@ TEST_F(LinkSessionTest, ReadsWordsAsTheirRowsAreSigned) {
     EXPECT_EQ(zentrova_.ParamValue(ParamDefines::TransmitDelayLow), 65534);
 }
 
+TEST_F(LinkSessionTest, LeavesParameter0AsItIs) {
+    zentrova_.ParamUpdate(0, 77);
+    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200);
+    session_.TransactionDone(1);
+    EXPECT_EQ(zentrova_.ParamValue(0), 77);
+}
+
 TEST_F(LinkSessionTest, GivesTheLastRow0InAddressingMode0) {
     zentrova_.ParamUpdate(95, 77);
     session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200); // its word would be one past the buffer
@@ -453,7 +460,11 @@ TEST_F(LinkSessionTest, FailedDownloadSaysSoAndPollsWithoutAReconnect) {
     line_.Answer(WithCrc("01 90 03"));
     line_.AnswerAlways(PollReply());
     zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 17);
-    dialogs_.ExpectNotice(QStringLiteral("Error downloading Parameters"));
+    dialogs_.Expect(QStringLiteral("Error downloading Parameters"), BoxIcon::Exclamation, BoxButtons::Ok,
+                    BoxAnswer::Ok, [this] { // the mark is cleared before the box, the poll comes behind it
+                        EXPECT_FALSE(zentrova_.WriteAllPending());
+                        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(1));
+                    });
     session_.GoOnline(0);
     EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
     EXPECT_EQ(session_.ModbusAddress(), 1);
@@ -545,6 +556,19 @@ TEST_F(LinkSessionTest, AWriteToAnAddressThatNoSensorHasFailsLikeAnyOther) {
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
     EXPECT_FALSE(zentrova_.ParamWritePending(ParamDefines::NearDistance));
     EXPECT_TRUE(WasTold("status Communication Status: Index Error"));
+}
+
+TEST_F(LinkSessionTest, ADownloadToAnAddressThatNoSensorHasFailsLikeAnyOther) {
+    session_.GoOnline(1);
+    session_.ModbusAddress(300);
+    dialogs_.ExpectNotice(QStringLiteral("Error downloading Parameters"));
+    zentrova_.WriteAllPending(true);
+    session_.DefineDownload();
+    session_.DownloadValue(1, 0x11);
+    session_.StartDownload();
+    EXPECT_TRUE(zentrova_.WriteAllPending()); // the outcome comes later
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_FALSE(zentrova_.WriteAllPending()); // or no poll would be taken any more
 }
 
 TEST_F(LinkSessionTest, KeepsTheDirectionForAConnectWithoutAQuestion) {

@@ -241,6 +241,19 @@ TEST_F(MbaxpTest, ALineThatNeverFallsSilentHoldsNothingUpForGood) {
     EXPECT_EQ(Run(), 0);
 }
 
+TEST_F(MbaxpTest, ALateReplyIsKnownAlsoBehindWhatWasNoReply) {
+    const std::pair<QByteArray, int> others[] = {{WithCrc("02 03 04 00 09 00 09"), 12}, // another slave's
+                                                 {Hex("55"), 13}};                      // noise
+    for (const auto &[other, status] : others) {
+        SCOPED_TRACE(status);
+        line_->Answer({{other, 0}, {goodReply, timeoutMs + 40}});
+        line_->Answer(nextReply);
+        EXPECT_EQ(Run(), status);
+        EXPECT_EQ(Run(), 0);
+        EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+    }
+}
+
 TEST_F(MbaxpTest, ALateReplyIsKnownAlsoBehindAnotherTransaction) {
     DefineWrite();
     EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
@@ -285,6 +298,30 @@ TEST_F(MbaxpTest, ALostReplyCostsOneTimeoutOnceTheSensorIsKnown) {
     master_.StartCyclic(cycle);
     EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
     EXPECT_EQ(events_, (std::vector<Event>{{cycle, 0}, {cycle, 10}, {cycle, 0}}));
+}
+
+TEST_F(MbaxpTest, AReplyThatWasReadAtTheDeadlineTellsNothingOfTheSensorsDelay) {
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->Answer(goodReply);
+    line_->AnswerNothing();
+    line_->Answer({{goodReply, 60}});
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return !line_->Requests().empty(); }));
+    timespec busy{0, 2 * timeoutMs * 1'000'000};
+    nanosleep(&busy, nullptr);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
+    EXPECT_EQ(events_, (std::vector<Event>{{cycle, 0}, {cycle, 10}, {cycle, 0}}));
+}
+
+TEST_F(MbaxpTest, ALateReplyThatComesAsSoonAsUsualIsToldByTheOneBehindIt) {
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->Answer({{goodReply, 5}});
+    line_->Answer({{goodReply, 204}});
+    line_->Answer({{nextReply, 10}});
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
+    EXPECT_EQ(events_, (std::vector<Event>{{cycle, 0}, {cycle, 10}, {cycle, 0}}));
+    EXPECT_EQ(master_.RegisterValue(cycle, 0), 3);
 }
 
 TEST_F(MbaxpTest, ALostEchoCastsNoDoubtOnTheNextWrite) {

@@ -173,6 +173,22 @@ TEST(JudgeAtEnd, ReportsWhatIsGoodButNotTheReply) {
     ExpectFailsAtEnd(twoRegisters, WithCrc("01 86 02"), 12); // an exception to something else
 }
 
+TEST(JudgeAtEnd, TellsWhetherTheReplyMayStillCome) {
+    const auto stillOwed = [](const QByteArray &received) {
+        return JudgeAtEnd(twoRegisters, received).stillOwed;
+    };
+    EXPECT_TRUE(stillOwed({}));
+    EXPECT_TRUE(stillOwed(Hex("55")));
+    EXPECT_TRUE(stillOwed(WithCrc("02 03 04 12 34 FF FE"))); // another slave's
+    EXPECT_TRUE(stillOwed(WithCrc("01 06 00 05 00 07")));    // that to a write before
+    EXPECT_FALSE(stillOwed(goodReply));
+    EXPECT_FALSE(stillOwed(goodReply.first(5)));
+    EXPECT_FALSE(stillOwed(Hex("55") + goodReply.first(5)));
+    EXPECT_FALSE(stillOwed(goodReply.chopped(1) + Hex("00"))); // damaged
+    EXPECT_FALSE(stillOwed(WithCrc("01 83 02")));
+    EXPECT_FALSE(stillOwed(WithCrc("01 83 0B"))); // an exception, if not one of those that are known
+}
+
 TEST(JudgeAtEnd, ReportsAnEchoThatDiffers) {
     ExpectFailsAtEnd(WriteOne(1, 5, 7), WithCrc("01 06 00 05 00 08"), 12);
     ExpectFailsAtEnd(WriteOne(1, 5, 7), WithCrc("01 06 00 06 00 07"), 12);

@@ -523,7 +523,7 @@ void SoakTest::OnPolled(std::int16_t status) {
         CheckTable();
         owed_ = false;
         usualMs_ = std::max(static_cast<double>(took), usualMs_ * 7 / 8);
-    } else if (status == LinkStatus::Timeout) {
+    } else if (status == LinkStatus::Timeout || round_.fault == LineFault::ForeignInstead) {
         owed_ = true;
     }
 
@@ -684,7 +684,7 @@ void SoakTest::End() {
     }
     EXPECT_LE(heldBack_, timeouts_ / 20 + 2);
     EXPECT_LE(stalls_, rounds_ / 1000 + 2);
-    EXPECT_EQ(OpenDescriptors(), descriptors_);
+    EXPECT_LE(OpenDescriptors(), descriptors_); // threads that were idle for half a minute take theirs along
     if (memoryIsTheProgramsOwn) {
         EXPECT_LE(lateUse_.heapKb, earlyUse_.heapKb + 64);
         EXPECT_LE(lateUse_.residentKb, earlyUse_.residentKb + 2048);
