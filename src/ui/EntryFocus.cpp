@@ -82,9 +82,11 @@ private:
         Validator &validator_;
     };
 
-    // One check at a time, of whatever box: while one is told to the user, and while the focus goes back,
-    // nobody leaves anything.
-    inline static bool checking = false;
+    // One check at a time in a window, of whatever box: while one is told to the user, and while the focus
+    // goes back, nobody leaves anything there.
+    inline static const QWidget *checkingIn = nullptr;
+
+    bool IsChecking() const { return checkingIn == box_.window(); }
 
     bool RefusesAtBox(QEvent &event) {
         switch (event.type()) {
@@ -118,7 +120,7 @@ private:
 
     void OnFocusOut(Qt::FocusReason reason) {
         const QWidget *next = QApplication::focusWidget();
-        left_ = !IsElsewhere(reason) && !checking && !permitted_ && next != nullptr &&
+        left_ = !IsElsewhere(reason) && !IsChecking() && !permitted_ && next != nullptr &&
                 next->window() == box_.window() && IsInUse();
         if (!left_) {
             qApp->removeEventFilter(&others_);
@@ -143,7 +145,7 @@ private:
 
     // For the events that move the focus only once they are let through.
     bool PermitsLeaving() {
-        if (checking) {
+        if (IsChecking()) {
             return true;
         }
         if (!Check()) {
@@ -157,7 +159,7 @@ private:
 
     // The window, and the box with it, may be gone when the user has been told.
     bool Check() {
-        const QScopedValueRollback<bool> guard(checking, true);
+        const QScopedValueRollback<const QWidget *> guard(checkingIn, box_.window());
         const QPointer<QLineEdit> box(&box_);
         const std::function<bool()> isValid = isValid_;
         if (isValid()) {
