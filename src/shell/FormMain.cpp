@@ -197,6 +197,7 @@ void FormMain::BuildControls() {
     tabStrip1_->setUsesScrollButtons(false);
     // A click on a tab takes the focus too: what is being edited is checked before the page goes.
     tabStrip1_->tabBar()->setFocusPolicy(Qt::StrongFocus);
+    Controls::IgnoreWheel(*tabStrip1_->tabBar()); // a tab that is only passed may write
     // The pages lie over the strip, close below its tabs.
     const int tabHeight = Controls::FromTwips(0, 0, 0, frameTopInStrip).height();
     tabStrip1_->tabBar()->setFixedHeight(tabHeight);

@@ -19,6 +19,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <QWheelEvent>
 
 namespace {
 
@@ -406,6 +407,19 @@ TEST_F(FormMainTest, ReachesEachTabByItsMnemonic) {
     for (const auto &[key, tab] : keys) {
         QTest::keyClick(form_.get(), key, Qt::AltModifier);
         EXPECT_EQ(form_->CurrentTab(), tab);
+    }
+}
+
+// It would write to the sensor on its way over the Checkout tab, and throw away what is being typed.
+TEST_F(FormMainTest, StaysOnItsTabWhenTheWheelIsTurnedOverTheOthers) {
+    Start(QStringLiteral("/checkout"));
+    QTabBar *bar = Ui().Get<QTabWidget>("TabStrip1").tabBar();
+    const QPointF place = bar->tabRect(3).center();
+    for (const int turn : {-120, 120}) {
+        QWheelEvent wheel(place, bar->mapToGlobal(place), QPoint(), QPoint(0, turn), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(bar, &wheel);
+        EXPECT_EQ(form_->CurrentTab(), 1);
     }
 }
 
