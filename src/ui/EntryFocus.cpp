@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -112,7 +113,7 @@ private:
         case QEvent::TouchBegin:
             return left_ && IsOfSameWindow(watched) && RefusesAfterwards();
         case QEvent::Shortcut:
-            return box_.hasFocus() && IsOfSameWindow(watched) && !IsLabelOfBox(watched) && !PermitsLeaving();
+            return box_.hasFocus() && IsOfSameWindow(watched) && !StaysAt(watched) && !PermitsLeaving();
         default:
             return false;
         }
@@ -178,9 +179,11 @@ private:
         return object.isWidgetType() && static_cast<const QWidget &>(object).window() == box_.window();
     }
 
-    bool IsLabelOfBox(const QObject &object) const {
+    // A mnemonic there opens a menu, or leads to the box itself.
+    bool StaysAt(const QObject &object) const {
         const auto *label = qobject_cast<const QLabel *>(&object);
-        return label != nullptr && label->buddy() == &box_;
+        return qobject_cast<const QMenuBar *>(&object) != nullptr ||
+               (label != nullptr && label->buddy() == &box_);
     }
 
     bool IsLeaving(const QKeyEvent &key) const {
@@ -213,6 +216,35 @@ private:
     bool permitted_ = false; // checked, and the focus is about to go
 };
 
+class MenuBarReturn : public QObject {
+public:
+    explicit MenuBarReturn(QMenuBar &bar) : QObject(&bar), bar_(bar) {
+        connect(qApp, &QApplication::focusChanged, this, &MenuBarReturn::OnFocusChanged);
+    }
+
+private:
+    void OnFocusChanged(QWidget *before, QWidget *now) {
+        if (now == &bar_) {
+            if (before != nullptr) { // and not another window
+                owner_ = before;
+            }
+        } else if (before == &bar_ && now != nullptr) {
+            const QPointer<QWidget> owner = std::exchange(owner_, nullptr);
+            if (owner && owner != now && owner->window() == now->window()) {
+                const QPointer<QWidget> next(now);
+                owner->setFocus(Qt::OtherFocusReason);
+                if (next) {
+                    next->setFocus(QGuiApplication::mouseButtons() == Qt::NoButton ? Qt::OtherFocusReason
+                                                                                   : Qt::MouseFocusReason);
+                }
+            }
+        }
+    }
+
+    QMenuBar &bar_;
+    QPointer<QWidget> owner_;
+};
+
 } // namespace
 
 namespace EntryFocus {
@@ -228,6 +260,10 @@ void SelectAllOnEntry(QLineEdit &box) {
 
 void ValidateOnLeave(QLineEdit &box, std::function<bool()> isValid) {
     new Validator(box, std::move(isValid));
+}
+
+void ComeBackFrom(QMenuBar &bar) {
+    new MenuBarReturn(bar);
 }
 
 } // namespace EntryFocus
