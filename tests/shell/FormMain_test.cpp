@@ -369,6 +369,15 @@ TEST_F(FormMainTest, ShowsThePageOfTheTabThatIsClicked) {
     }
 }
 
+TEST_F(FormMainTest, TellsWhatTheWizardNeeds) {
+    Start();
+    EXPECT_EQ(
+        Ui().Text("lblWizDesc"),
+        QStringLiteral("A Wizard has been provided to assist users in setting up the Zentrova. Click the "
+                       "'Start Wizard' button below to begin. You must be online to run the wizard."));
+    EXPECT_EQ(Ui().Text("cmdStartWizard"), QStringLiteral("Start Wizard"));
+}
+
 TEST_F(FormMainTest, RefreshesThePageThatComesIntoView) {
     Start();
     form_->Zentrova().ParamUpdate(32, 12345);
