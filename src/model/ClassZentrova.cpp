@@ -25,7 +25,11 @@ void ClassZentrova::InitParamsFromPresetsFile(const QString &programFolder) {
     rows_.reserve(presets.rows.size());
     for (PresetRow &preset : presets.rows) {
         const std::int32_t value = preset.value;
-        rows_.push_back({.preset = std::move(preset), .value = value, .writePending = false, .group = {}});
+        rows_.push_back({.preset = std::move(preset),
+                         .value = value,
+                         .writePending = false,
+                         .group = {},
+                         .writesAsked = 0});
     }
     units_ = std::move(presets.units);
 }
@@ -60,11 +64,19 @@ std::int32_t ClassZentrova::ParamValue(std::int16_t Tag) const {
 
 void ClassZentrova::ParamValue(std::int16_t Tag, std::int32_t NewValue) {
     Row &row = RowOf(Tag);
-    if (row.preset.readOnly || row.value == NewValue) {
+    if (row.preset.readOnly) {
+        return;
+    }
+    const unsigned asked = ++row.writesAsked;
+    if (row.value == NewValue) {
         return;
     }
     if (PortIsOpen()) {
         link_->WaitForWriteIdle();
+        // Waits end in the reverse order of their begins, and the row must end where the user left it.
+        if (row.writesAsked != asked) {
+            return;
+        }
         // The wait lets the user go offline; the value is then kept as any offline change is.
         if (PortIsOpen()) {
             row.writePending = true;

@@ -89,6 +89,7 @@ private:
         std::int32_t value = 0;
         bool writePending = false;
         QString group;
+        unsigned writesAsked = 0; // tells a write that has waited whether it is still the last one wanted
     };
 
     void InitParamsFromPresetsFile(const QString &programFolder);

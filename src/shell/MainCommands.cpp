@@ -1,6 +1,7 @@
 #include "shell/MainCommands.h"
 
 #include "ui/Controls.h"
+#include "ui/EntryFocus.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -86,6 +87,7 @@ MainCommands::MainCommands(QMainWindow &window) : window_(window) {
 }
 
 void MainCommands::BuildMenus() {
+    EntryFocus::ComeBackFrom(*window_.menuBar());
     for (const ::Menu &menu : Menus()) {
         QMenu *shown =
             Controls::Named(window_.menuBar()->addMenu(QString::fromLatin1(menu.caption)), menu.name);

@@ -29,6 +29,7 @@ TabFrames::TabFrames(QWidget &area, bool withCheckout)
     strip_->setUsesScrollButtons(false);
     // A click on a tab takes the focus too: what is being edited is checked before the page goes.
     strip_->tabBar()->setFocusPolicy(Qt::StrongFocus);
+    Controls::IgnoreWheel(*strip_->tabBar()); // a tab that is only passed may write
     // The pages lie over the strip, close below its tabs.
     const int tabHeight = Controls::FromTwips(0, 0, 0, frameTopInStrip).height();
     strip_->tabBar()->setFixedHeight(tabHeight);

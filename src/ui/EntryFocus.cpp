@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -82,9 +83,11 @@ private:
         Validator &validator_;
     };
 
-    // One check at a time, of whatever box: while one is told to the user, and while the focus goes back,
-    // nobody leaves anything.
-    inline static bool checking = false;
+    // One check at a time in a window, of whatever box: while one is told to the user, and while the focus
+    // goes back, nobody leaves anything there.
+    inline static const QWidget *checkingIn = nullptr;
+
+    bool IsChecking() const { return checkingIn == box_.window(); }
 
     bool RefusesAtBox(QEvent &event) {
         switch (event.type()) {
@@ -110,7 +113,7 @@ private:
         case QEvent::TouchBegin:
             return left_ && IsOfSameWindow(watched) && RefusesAfterwards();
         case QEvent::Shortcut:
-            return box_.hasFocus() && IsOfSameWindow(watched) && !IsLabelOfBox(watched) && !PermitsLeaving();
+            return box_.hasFocus() && IsOfSameWindow(watched) && !StaysAt(watched) && !PermitsLeaving();
         default:
             return false;
         }
@@ -118,7 +121,7 @@ private:
 
     void OnFocusOut(Qt::FocusReason reason) {
         const QWidget *next = QApplication::focusWidget();
-        left_ = !IsElsewhere(reason) && !checking && !permitted_ && next != nullptr &&
+        left_ = !IsElsewhere(reason) && !IsChecking() && !permitted_ && next != nullptr &&
                 next->window() == box_.window() && IsInUse();
         if (!left_) {
             qApp->removeEventFilter(&others_);
@@ -143,7 +146,7 @@ private:
 
     // For the events that move the focus only once they are let through.
     bool PermitsLeaving() {
-        if (checking) {
+        if (IsChecking()) {
             return true;
         }
         if (!Check()) {
@@ -157,7 +160,7 @@ private:
 
     // The window, and the box with it, may be gone when the user has been told.
     bool Check() {
-        const QScopedValueRollback<bool> guard(checking, true);
+        const QScopedValueRollback<const QWidget *> guard(checkingIn, box_.window());
         const QPointer<QLineEdit> box(&box_);
         const std::function<bool()> isValid = isValid_;
         if (isValid()) {
@@ -176,9 +179,11 @@ private:
         return object.isWidgetType() && static_cast<const QWidget &>(object).window() == box_.window();
     }
 
-    bool IsLabelOfBox(const QObject &object) const {
+    // A mnemonic there opens a menu, or leads to the box itself.
+    bool StaysAt(const QObject &object) const {
         const auto *label = qobject_cast<const QLabel *>(&object);
-        return label != nullptr && label->buddy() == &box_;
+        return qobject_cast<const QMenuBar *>(&object) != nullptr ||
+               (label != nullptr && label->buddy() == &box_);
     }
 
     bool IsLeaving(const QKeyEvent &key) const {
@@ -211,6 +216,35 @@ private:
     bool permitted_ = false; // checked, and the focus is about to go
 };
 
+class MenuBarReturn : public QObject {
+public:
+    explicit MenuBarReturn(QMenuBar &bar) : QObject(&bar), bar_(bar) {
+        connect(qApp, &QApplication::focusChanged, this, &MenuBarReturn::OnFocusChanged);
+    }
+
+private:
+    void OnFocusChanged(QWidget *before, QWidget *now) {
+        if (now == &bar_) {
+            if (before != nullptr) { // and not another window
+                owner_ = before;
+            }
+        } else if (before == &bar_ && now != nullptr) {
+            const QPointer<QWidget> owner = std::exchange(owner_, nullptr);
+            if (owner && owner != now && owner->window() == now->window()) {
+                const QPointer<QWidget> next(now);
+                owner->setFocus(Qt::OtherFocusReason);
+                if (next) {
+                    next->setFocus(QGuiApplication::mouseButtons() == Qt::NoButton ? Qt::OtherFocusReason
+                                                                                   : Qt::MouseFocusReason);
+                }
+            }
+        }
+    }
+
+    QMenuBar &bar_;
+    QPointer<QWidget> owner_;
+};
+
 } // namespace
 
 namespace EntryFocus {
@@ -226,6 +260,10 @@ void SelectAllOnEntry(QLineEdit &box) {
 
 void ValidateOnLeave(QLineEdit &box, std::function<bool()> isValid) {
     new Validator(box, std::move(isValid));
+}
+
+void ComeBackFrom(QMenuBar &bar) {
+    new MenuBarReturn(bar);
 }
 
 } // namespace EntryFocus

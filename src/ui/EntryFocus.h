@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLineEdit>
+#include <QMenuBar>
 #include <functional>
 
 // What becomes of a box that values are typed into as the focus comes to it, and as the user wants to leave
@@ -22,5 +23,9 @@ void SelectAllOnEntry(QLineEdit &box);
 // The window can always be closed (Escape, its frame), and another window or a menu isn't leaving; neither is
 // a box that is disabled or hidden.
 void ValidateOnLeave(QLineEdit &box, std::function<bool()> isValid);
+
+// A menu bar that has taken the focus gives it back also when the user goes straight on to another control,
+// so that what had it is left for that.
+void ComeBackFrom(QMenuBar &bar);
 
 } // namespace EntryFocus

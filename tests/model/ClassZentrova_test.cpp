@@ -84,6 +84,32 @@ TEST_F(ClassZentrovaTest, LeavesNoPendingMarkWhenTheLinkClosesDuringTheWait) {
     EXPECT_TRUE(link_.writes.empty());
 }
 
+TEST_F(ClassZentrovaTest, EndsAtTheValueThatWasAskedForLastWhileAnotherOneWaits) {
+    link_.whileWaiting = [&] {
+        link_.whileWaiting = {};
+        zentrova_.ParamValue(setting, 1400);
+    };
+    zentrova_.ParamValue(setting, 1300);
+    EXPECT_EQ(zentrova_.ParamValue(setting), 1400);
+    EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{setting, 1400}}));
+
+    link_.whileWaiting = [&] { zentrova_.ParamValue(setting, 1400); }; // back to what is there
+    zentrova_.ParamValue(setting, 1500);
+    EXPECT_EQ(zentrova_.ParamValue(setting), 1400);
+    EXPECT_EQ(link_.writes.size(), 1U);
+}
+
+TEST_F(ClassZentrovaTest, SendsAnotherRowsValueAskedForWhileOneWaits) {
+    link_.whileWaiting = [&] {
+        link_.whileWaiting = {};
+        zentrova_.ParamValue(ParamDefines::FarDistance, 30000);
+    };
+    zentrova_.ParamValue(setting, 1300);
+    EXPECT_EQ(link_.writes.size(), 2U);
+    EXPECT_EQ(zentrova_.ParamValue(setting), 1300);
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::FarDistance), 30000);
+}
+
 TEST_F(ClassZentrovaTest, DropsThePollsValueWhileAWriteIsPending) {
     zentrova_.ParamValue(setting, 1300);
     zentrova_.ParamUpdate(setting, 1200);

@@ -8,10 +8,12 @@
 #include "tests/support/Wait.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QProgressBar>
 #include <QRadioButton>
 #include <QScreen>
@@ -19,6 +21,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <QWheelEvent>
 
 namespace {
 
@@ -366,6 +369,15 @@ TEST_F(FormMainTest, ShowsThePageOfTheTabThatIsClicked) {
     }
 }
 
+TEST_F(FormMainTest, TellsWhatTheWizardNeeds) {
+    Start();
+    EXPECT_EQ(
+        Ui().Text("lblWizDesc"),
+        QStringLiteral("A Wizard has been provided to assist users in setting up the Zentrova. Click the "
+                       "'Start Wizard' button below to begin. You must be online to run the wizard."));
+    EXPECT_EQ(Ui().Text("cmdStartWizard"), QStringLiteral("Start Wizard"));
+}
+
 TEST_F(FormMainTest, RefreshesThePageThatComesIntoView) {
     Start();
     form_->Zentrova().ParamUpdate(32, 12345);
@@ -406,6 +418,85 @@ TEST_F(FormMainTest, ReachesEachTabByItsMnemonic) {
     for (const auto &[key, tab] : keys) {
         QTest::keyClick(form_.get(), key, Qt::AltModifier);
         EXPECT_EQ(form_->CurrentTab(), tab);
+    }
+}
+
+TEST_F(FormMainTest, ChecksAnEntryThatIsLeftByWayOfTheMenuBar) {
+    Start();
+    form_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    auto &text1 = Ui().Get<QLineEdit>("Text1");
+    auto &other = Ui().Get<QLineEdit>("TextParam(5)");
+    for (const bool valid : {true, false}) {
+        auto &box = Ui().Get<QLineEdit>("TextParam(2)");
+        box.setFocus();
+        QTest::keyClick(&box, valid ? Qt::Key_7 : Qt::Key_5);
+        QTest::keyClick(&text1, Qt::Key_Alt);
+        EXPECT_TRUE(form_->menuBar()->hasFocus());
+        if (valid) {
+            QDialog elsewhere;
+            elsewhere.show();
+            elsewhere.activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&elsewhere));
+            form_->activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+        }
+        EXPECT_TRUE(text1.isVisible());
+        if (!valid) {
+            dialogs_.ExpectNotice(QStringLiteral("Please enter a value between 6.00\" and 420.00\""),
+                                  BoxIcon::None, QString());
+        }
+        QTest::mouseClick(form_->windowHandle(), Qt::LeftButton, {},
+                          other.mapTo(form_.get(), other.rect().center()));
+        Settle();
+        EXPECT_EQ(text1.isVisible(), !valid);
+        EXPECT_EQ(form_->focusWidget(), valid ? &other : &text1);
+        EXPECT_EQ(form_->Zentrova().ParamValue(24), 700);
+        if (valid) {
+            EXPECT_EQ(other.selectedText(), other.text());
+        } else {
+            EXPECT_EQ(text1.selectedText(), QStringLiteral("5"));
+        }
+    }
+    QTest::keyClick(&text1, Qt::Key_Alt); // there and back
+    QTest::keyClick(form_->menuBar(), Qt::Key_Escape);
+    EXPECT_TRUE(text1.hasFocus());
+    EXPECT_EQ(text1.text(), QStringLiteral("5"));
+    EXPECT_TRUE(text1.isVisible());
+}
+
+TEST_F(FormMainTest, KeepsAnEntryBehindAMenuThatIsOpenedByItsMnemonic) {
+    Start();
+    form_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    auto &box = Ui().Get<QLineEdit>("TextParam(2)");
+    auto &text1 = Ui().Get<QLineEdit>("Text1");
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_5); // too small, but nobody leaves it
+    QTest::keyClick(&text1, Qt::Key_F, Qt::AltModifier);
+    Settle();
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    EXPECT_TRUE(text1.isVisible());
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+    Settle();
+    if (form_->menuBar()->hasFocus()) {
+        QTest::keyClick(form_->menuBar(), Qt::Key_Escape);
+    }
+    EXPECT_TRUE(text1.hasFocus());
+    EXPECT_EQ(text1.text(), QStringLiteral("5"));
+    EXPECT_TRUE(text1.isVisible());
+}
+
+// It would write to the sensor on its way over the Checkout tab, and throw away what is being typed.
+TEST_F(FormMainTest, StaysOnItsTabWhenTheWheelIsTurnedOverTheOthers) {
+    Start(QStringLiteral("/checkout"));
+    QTabBar *bar = Ui().Get<QTabWidget>("TabStrip1").tabBar();
+    const QPointF place = bar->tabRect(3).center();
+    for (const int turn : {-120, 120}) {
+        QWheelEvent wheel(place, bar->mapToGlobal(place), QPoint(), QPoint(0, turn), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(bar, &wheel);
+        EXPECT_EQ(form_->CurrentTab(), 1);
     }
 }
 

@@ -184,3 +184,19 @@ TEST_F(RelayDragTest, FaultsOnAMarkerThatThereIsNot) {
     EXPECT_THROW(drag_.MouseMove(4, true, 0), Fault);
     EXPECT_THROW(drag_.MouseDown(-1, true), Fault);
 }
+
+// A write waits for the one before it, and the user goes on meanwhile.
+TEST_F(RelayDragTest, EndsWhereItWasLetGoLastHoweverLongTheWritesWait) {
+    Left(0) = 3000;
+    link_.whileWaiting = [this] {
+        link_.whileWaiting = {};
+        drag_.Step(0, 15);
+        drag_.LetGo(0);
+    };
+    drag_.Step(0, 15);
+    drag_.LetGo(0);
+    EXPECT_EQ(Left(0), 3030);
+    EXPECT_EQ(link_.writes.back(), std::make_pair(56, 14076));
+    EXPECT_EQ(zentrova_.ParamValue(56), 14076);
+    EXPECT_FALSE(Label().visible);
+}

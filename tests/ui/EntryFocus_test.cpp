@@ -215,6 +215,30 @@ TEST_F(EntryFocusTest, AsksOnceAlthoughItsBoxTakesTheFocusAndTurnsTheEventLoop) 
     EXPECT_EQ(otherClicks_, 1);
 }
 
+// A check may write, and the wait for the write lets the user open another form.
+TEST_F(EntryFocusTest, AsksInAWindowThatIsOpenedDuringACheck) {
+    int checks = 0;
+    whenRefused_ = [&checks] {
+        EntryWindow window;
+        EntryFocus::ValidateOnLeave(*window.first, [&checks] {
+            ++checks;
+            return true;
+        });
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(WaitUntil([&] { return window.isActiveWindow(); }));
+        window.first->setFocus();
+        QTest::keyClick(window.first, Qt::Key_Tab);
+        Settle();
+        EXPECT_EQ(checks, 1);
+        window.first->setFocus();
+        Click(window.other);
+        EXPECT_EQ(checks, 2);
+    };
+    Key(Qt::Key_Tab);
+    EXPECT_EQ(checks, 2);
+}
+
 TEST_F(EntryFocusTest, LetsTheWindowBeClosed) {
     Key(Qt::Key_Escape);
     EXPECT_FALSE(window_.isVisible());

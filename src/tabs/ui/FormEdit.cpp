@@ -140,9 +140,25 @@ void FormEdit::ConvertFrom(int index) {
         textDataVal_[raw]->setText(QString::number(value, 'g', significantDigits));
         textDataVal_[volts]->setText(ReformatDecimals(text, voltsDecimals));
     }
+    converted_ = {textDataVal_[raw]->text(), textDataVal_[volts]->text()};
+}
+
+// Whoever presses OK without leaving the box, as an assistive client does, is asked now.
+bool FormEdit::EntryIsConverted() {
+    const int index = textDataVal_[volts]->isEnabled() ? volts : raw;
+    QLineEdit &box = *textDataVal_[static_cast<std::size_t>(index)];
+    if (box.text() == converted_[static_cast<std::size_t>(index)] || Validate(index)) {
+        return true;
+    }
+    box.setFocus(Qt::OtherFocusReason);
+    TextBoxFunctions::SelectAllText(box);
+    return false;
 }
 
 void FormEdit::WriteAndClose() {
+    if (!EntryIsConverted()) {
+        return;
+    }
     QLineEdit &box = *textDataVal_[raw];
     if (ValidateAndWriteTextBoxVal(box, rules_)) {
         accept();

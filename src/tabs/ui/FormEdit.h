@@ -37,10 +37,12 @@ private:
     void SelectType(int index);
     bool Validate(int index);
     void ConvertFrom(int index);
+    bool EntryIsConverted();
     void WriteAndClose();
 
     EntryRules &rules_;
     UserDialogs &dialogs_;
     std::array<QRadioButton *, 2> optionDataType_{};
     std::array<QLineEdit *, 2> textDataVal_{};
+    std::array<QString, 2> converted_; // the texts that the last conversion left
 };

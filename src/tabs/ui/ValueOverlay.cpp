@@ -19,6 +19,7 @@ ValueOverlay::ValueOverlay(EntryRules &rules, QWidget *parent) : QLineEdit(paren
 }
 
 void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &tag, const QString &text) {
+    ++moves_;
     owner_ = &owner;
     // What is typed stands as what it replaces.
     const auto *box = qobject_cast<QLineEdit *>(&owner);
@@ -85,10 +86,16 @@ void ValueOverlay::keyPressEvent(QKeyEvent *event) {
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter: {
-        // While the text is written the box may have gone on to another value.
+        // While the text is written the box may have gone on to another value, or the text been mended.
         const int opening = openings_;
-        if (checked_ != opening && Write() && opening == openings_) {
-            Close();
+        const int moves = moves_;
+        const QString entered = text();
+        if ((checked_ != opening || checkedText_ != entered) && Write() && opening == openings_) {
+            if (moves == moves_ && text() != entered) {
+                HideIfLeft();
+            } else {
+                Close();
+            }
         }
         break;
     }
@@ -100,6 +107,7 @@ void ValueOverlay::keyPressEvent(QKeyEvent *event) {
 
 bool ValueOverlay::Write() {
     const QScopedValueRollback<int> guard(checked_, openings_);
+    const QScopedValueRollback<QString> textGuard(checkedText_, text());
     return ValidateAndWriteTextBoxVal(*this, rules_);
 }
 

@@ -55,8 +55,10 @@ private:
     EntryRules &rules_;
     QPointer<QWidget> owner_;
     int openings_ = 0;
+    int moves_ = 0;
     int checked_ = 0; // the opening whose text is being checked or written; 0: none
-    int asked_ = 0;   // the opening whose text was found valid as it was left
+    QString checkedText_;
+    int asked_ = 0; // the opening whose text was found valid as it was left
     bool overOwner_ = false;
     bool closing_ = false;
     bool goneOn_ = false; // the user is at another value already than the key that is on its way was for

@@ -133,6 +133,25 @@ TEST_F(FrmWizardTest, HasItsControls) {
         {"OptionZentrovaMode(1)", "Diameter"},
         {"lblDistDesc", "Select this mode if the Zentrova simply provides a signal proportional to the "
                         "distance."},
+        {"lblDiaDesc", "Select this mode if the Zentrova provides a reference DIRECTLY to a velocity or "
+                       "torque mode drive in a "
+                       "center-driven winder/unwinder application. NOTE: This method is typically NOT "
+                       "selected when interfacing "
+                       "the unit to a Ostrel KT or Brava Max unit as these devices already have diameter "
+                       "compensating setups. "
+                       "In these cases, the Distance method should be selected."},
+        {"LabelMaxDistCalDesc(0)",
+         "Place target at maximum distance from Zentrova and verify current distance reading below. Once "
+         "verified, click the Record button."},
+        {"LabelMaxDistCalDesc(1)",
+         "Enter the desired output voltage level from the Zentrova when at the above "
+         "distance and then click Next."},
+        {"LabelMinDistCalDesc(0)",
+         "Place target at the minimum distance from the Zentrova and verify current distance reading below. "
+         "Once verified, click the Record button."},
+        {"LabelMinDistCalDesc(1)",
+         "Enter the desired output voltage level from the Zentrova when at the above "
+         "distance and then click Next."},
         {"OptionDriveMode(0)", "Torque (winders or unwinders)"},
         {"OptionDriveMode(1)", "Velocity (winders only)"},
         {"LabelCurrentDist(0)", "Current Distance:"},

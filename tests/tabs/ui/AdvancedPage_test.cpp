@@ -358,6 +358,8 @@ TEST_F(AdvancedPageTest, OpensTheDialogForOutputValues) {
             came = true;
             EXPECT_EQ(dialog.objectName(), QStringLiteral("FormEdit"));
             EXPECT_EQ(Form(dialog).Text("TextDataVal(0)"), Shown(static_cast<std::int16_t>(tag)));
+            EXPECT_EQ(Form(dialog).Text("TextDataVal(1)"),
+                      tag == 85 ? QStringLiteral("5.00") : QStringLiteral("0.00"));
             EXPECT_EQ(Form(dialog).Get<QLineEdit>("TextDataVal(0)").property("Tag").toString(),
                       QStringLiteral(" %1").arg(tag));
             Form(dialog).Get<QLineEdit>("TextDataVal(0)").setText(QStringLiteral("1234"));

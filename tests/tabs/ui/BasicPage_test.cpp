@@ -7,7 +7,9 @@
 #include "tests/support/TestPresets.h"
 #include "tests/support/Wait.h"
 
+#include <QApplication>
 #include <QFontMetrics>
+#include <QMouseEvent>
 #include <QStyle>
 #include <QStyleOptionFrame>
 #include <QTest>
@@ -252,6 +254,19 @@ TEST_F(BasicChartTest, CanBeDraggedByAMarkerWiderThanItsLine) {
     QTest::mouseRelease(&marker, Qt::LeftButton, {}, QPoint(5, 50));
     EXPECT_EQ(zentrova_.ParamValue(56), 13728);
     EXPECT_FALSE(Visible("LabelRelayDist"));
+}
+
+TEST_F(BasicChartTest, IsDraggedWithTheLeftButtonAlone) {
+    auto &marker = ui_.Get<QWidget>("PicRelay(0)");
+    const int before = marker.x();
+    QTest::mousePress(&marker, Qt::LeftButton, {}, QPoint(5, 50));
+    const QPointF place(50, 50);
+    QMouseEvent move(QEvent::MouseMove, place, marker.mapToGlobal(place), Qt::NoButton,
+                     Qt::LeftButton | Qt::RightButton, Qt::NoModifier);
+    QApplication::sendEvent(&marker, &move);
+    EXPECT_EQ(marker.x(), before);
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+    QTest::mouseRelease(&marker, Qt::LeftButton, {}, QPoint(5, 50));
 }
 
 TEST_F(BasicChartTest, TellsAThresholdWhenItsMarkerIsHovered) {

@@ -232,3 +232,39 @@ TEST_F(FormEditTest, CanBeReachedByKeyboardAlone) {
                                                "OptionDataType(0)", "TextDataVal(0)"};
     EXPECT_EQ(order, expected);
 }
+
+// As an assistive client does, which leaves the focus in the box.
+TEST_F(FormEditTest, ChecksAndConvertsABoxThatIsPressedPast) {
+    Open("0");
+    ChooseVolts();
+    Type("5");
+    Ui().Get<QPushButton>("CommandOK").click();
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_EQ(Value(), 2048);
+
+    Open("0");
+    ChooseVolts();
+    Type("11");
+    dialogs_.ExpectNotice(
+        QStringLiteral("Please enter a numeric value between\n0 and 10 for the formatted value."));
+    Ui().Get<QPushButton>("CommandOK").click();
+    EXPECT_TRUE(form_->isVisible());
+    EXPECT_EQ(Volts().selectedText(), QStringLiteral("11"));
+    EXPECT_EQ(Value(), 2048);
+}
+
+// Two decimals are shown, all are written.
+TEST_F(FormEditTest, ConvertsVoltsOnceForTheButton) {
+    for (const bool byKey : {false, true}) {
+        Open("0");
+        zentrova_.ParamUpdate(85, 0);
+        ChooseVolts();
+        Type("5.123"); // 2097.87; 5.12 would be 2096.64
+        if (byKey) {
+            Key(Qt::Key_Return);
+        } else {
+            Ui().Press("CommandOK");
+        }
+        EXPECT_EQ(Value(), 2098);
+    }
+}

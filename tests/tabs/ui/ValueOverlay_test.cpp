@@ -374,3 +374,75 @@ TEST_F(ValueOverlayTest, ChecksWhatIsTypedForAnotherValueWhileTheOneLeftWaits) {
     ExpectHeld();
     EXPECT_EQ(overlay_.text(), QStringLiteral("5"));
 }
+
+TEST_F(ValueOverlayTest, WritesWhatIsMendedWhileTheWriteWaits) {
+    FakeLink link;
+    zentrova_.ConnectTo(&link);
+    Open();
+    Type("13");
+    link.whileWaiting = [&] {
+        link.whileWaiting = {};
+        Key(Qt::Key_Backspace);
+        Type("4");
+        Key(Qt::Key_Return);
+    };
+    Key(Qt::Key_Return);
+    EXPECT_TRUE(overlay_.isHidden());
+    EXPECT_EQ(Near(), 1400);
+    EXPECT_EQ(link.writes.back(), std::pair(28, 1400));
+}
+
+TEST_F(ValueOverlayTest, StaysOpenOverATextThatIsBeingMendedWhenTheWriteIsThrough) {
+    FakeLink link;
+    zentrova_.ConnectTo(&link);
+    Open();
+    Type("13");
+    link.whileWaiting = [&] {
+        link.whileWaiting = {};
+        Type("5");
+    };
+    Key(Qt::Key_Return);
+    ExpectOpen();
+    EXPECT_EQ(overlay_.text(), QStringLiteral("135"));
+    EXPECT_EQ(Near(), 1300);
+    Key(Qt::Key_Return);
+    ExpectLeftFor(box_);
+    EXPECT_EQ(Near(), 13500);
+}
+
+TEST_F(ValueOverlayTest, HoldsATextThatWasMendedBadlyWhileTheWriteWaits) {
+    FakeLink link;
+    zentrova_.ConnectTo(&link);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab}) {
+        Open();
+        Type(key == Qt::Key_Return ? "13" : "14");
+        link.whileWaiting = [this, key = key] {
+            Key(Qt::Key_Backspace);
+            Key(Qt::Key_Backspace);
+            Type("5");
+            ExpectRefusal();
+            Key(key);
+        };
+        Key(Qt::Key_Return);
+        Settle();
+        ExpectOpen();
+        EXPECT_EQ(overlay_.text(), QStringLiteral("5"));
+        EXPECT_EQ(Near(), key == Qt::Key_Return ? 1300 : 1400);
+        Key(Qt::Key_Escape);
+    }
+}
+
+TEST_F(ValueOverlayTest, TakesATextThatItIsOnlyMovedOverForNoEntry) {
+    FakeLink link;
+    zentrova_.ConnectTo(&link);
+    Open();
+    Type("13");
+    link.whileWaiting = [this] {
+        ClickInWindow(next_);
+        overlay_.MoveOver(*next_, QStringLiteral("29"), QStringLiteral("300.00\""));
+    };
+    Key(Qt::Key_Return);
+    EXPECT_TRUE(overlay_.isHidden());
+    EXPECT_TRUE(next_->hasFocus());
+    EXPECT_EQ(link.writes, (std::vector<std::pair<int, int>>{{28, 1300}}));
+}
