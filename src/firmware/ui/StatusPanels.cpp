@@ -51,11 +51,7 @@ protected:
         Explain();
     }
 
-    void timerEvent(QTimerEvent *event) override {
-        if (event->timerId() != pause_.timerId()) {
-            QLabel::timerEvent(event);
-            return;
-        }
+    void timerEvent(QTimerEvent *) override {
         pause_.stop();
         setUpdatesEnabled(true);
     }
@@ -105,8 +101,4 @@ void StatusPanels::resizeEvent(QResizeEvent *event) {
 
 void StatusPanels::SetText(int panel, const QString &text) {
     labels_.at(static_cast<std::size_t>(panel) - 1)->Show(text);
-}
-
-QString StatusPanels::Text(int panel) const {
-    return labels_.at(static_cast<std::size_t>(panel) - 1)->text();
 }
