@@ -374,3 +374,21 @@ TEST_F(ValueOverlayTest, ChecksWhatIsTypedForAnotherValueWhileTheOneLeftWaits) {
     ExpectHeld();
     EXPECT_EQ(overlay_.text(), QStringLiteral("5"));
 }
+
+TEST_F(ValueOverlayTest, KeepsTheFocusOnAnotherValueThatIsOpenedWhileTheOneGivenUpIsWritten) {
+    FakeLink link;
+    zentrova_.ConnectTo(&link);
+    Open();
+    Type("13");
+    link.whileWaiting = [&] {
+        link.whileWaiting = {};
+        overlay_.MoveOver(*next_, QStringLiteral("29"), QStringLiteral("360.00\""));
+        overlay_.Open();
+    };
+    button_->setFocus(Qt::OtherFocusReason); // neither mouse nor key
+    Settle();
+    ExpectOpen();
+    EXPECT_EQ(overlay_.text(), QStringLiteral("360.00\""));
+    EXPECT_EQ(Near(), 1300);
+    EXPECT_EQ(link.writes.size(), 1U);
+}
