@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 // A window with the overlay over a box that shows the near distance.
@@ -375,20 +376,26 @@ TEST_F(ValueOverlayTest, ChecksWhatIsTypedForAnotherValueWhileTheOneLeftWaits) {
     EXPECT_EQ(overlay_.text(), QStringLiteral("5"));
 }
 
-TEST_F(ValueOverlayTest, KeepsTheFocusOnAnotherValueThatIsOpenedWhileTheOneGivenUpIsWritten) {
+TEST_F(ValueOverlayTest, StaysOpenOverAThirdValueWhileTheTwoThatWereLeftAreWritten) {
     FakeLink link;
     zentrova_.ConnectTo(&link);
     Open();
     Type("13");
     link.whileWaiting = [&] {
-        link.whileWaiting = {};
+        link.whileWaiting = [&] {
+            link.whileWaiting = {};
+            overlay_.MoveOver(*box_, QStringLiteral("28"), QStringLiteral("13.00\""));
+            overlay_.Open(u'1');
+        };
         overlay_.MoveOver(*next_, QStringLiteral("29"), QStringLiteral("360.00\""));
-        overlay_.Open();
+        overlay_.Open(u'3');
+        Type("00");
+        Key(Qt::Key_Tab);
     };
-    button_->setFocus(Qt::OtherFocusReason); // neither mouse nor key
-    Settle();
+    Key(Qt::Key_Tab);
     ExpectOpen();
-    EXPECT_EQ(overlay_.text(), QStringLiteral("360.00\""));
-    EXPECT_EQ(Near(), 1300);
-    EXPECT_EQ(link.writes.size(), 1U);
+    EXPECT_EQ(overlay_.text(), QStringLiteral("1"));
+    const std::vector<std::pair<int, int>> expected = {{28, 1300}, {29, 30000}};
+    EXPECT_TRUE(
+        std::is_permutation(link.writes.begin(), link.writes.end(), expected.begin(), expected.end()));
 }
