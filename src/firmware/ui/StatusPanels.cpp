@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QResizeEvent>
 #include <QTimerEvent>
+#include <algorithm>
 #include <numeric>
 
 namespace {
@@ -88,7 +89,7 @@ QSize StatusPanels::minimumSizeHint() const {
 
 void StatusPanels::resizeEvent(QResizeEvent *event) {
     QWidget::resizeEvent(event);
-    const int shares = std::accumulate(stretches_.begin(), stretches_.end(), 0);
+    const int shares = std::max(std::accumulate(stretches_.begin(), stretches_.end(), 0), 1);
     const int room = width() - gap;
     int share = 0;
     for (std::size_t index = 0; index < labels_.size(); ++index) {
