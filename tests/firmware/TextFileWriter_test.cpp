@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 class TextFileWriterTest : public testing::Test {
 protected:
@@ -83,4 +84,18 @@ TEST_F(TextFileWriterTest, SaysOnTheWayThatThereIsNoRoom) {
         }
     };
     EXPECT_THROW(writeMuch(), Fault);
+}
+
+TEST_F(TextFileWriterTest, SaysWhenTheFileCantBeClosed) {
+    const int lowest = dup(STDIN_FILENO); // the one that the file gets
+    ASSERT_EQ(close(lowest), 0);
+    TextFileWriter writer(path_);
+    ASSERT_EQ(close(lowest), 0); // so that the system refuses, as it does when a network drive is full
+    try {
+        writer.Close();
+        FAIL() << "it is closed";
+    } catch (const Fault &fault) {
+        EXPECT_EQ(fault.Cause(), Fault::Kind::File);
+        EXPECT_EQ(fault.Description(), path_ + QStringLiteral(": Bad file descriptor."));
+    }
 }

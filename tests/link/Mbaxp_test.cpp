@@ -6,6 +6,8 @@
 #include "tests/support/ScriptedLine.h"
 #include "tests/support/Wait.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QTimer>
 #include <ctime>
 #include <gtest/gtest.h>
@@ -344,6 +346,42 @@ TEST_F(MbaxpTest, ALateReplyAndItsOwnInOneLumpAreToldApart) {
     EXPECT_EQ(master_.RegisterValue(once, 0), 3);
 }
 
+TEST_F(MbaxpTest, AReplyInPiecesBehindALateOneHasUntilTheDeadline) {
+    master_.ClosePort();
+    master_.ResponseTimeout(4 * timeoutMs);
+    EXPECT_TRUE(master_.OpenPort());
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
+    line_->AnswerNothing();
+    EXPECT_EQ(Run(), 10);
+    // The rest comes when the first piece would be too late to begin.
+    line_->Answer({{goodReply, 60}, {nextReply.first(4), 25}, {nextReply.mid(4), 100}});
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+}
+
+TEST_F(MbaxpTest, WhatABusyScreenFindsAtTheDeadlineMayBeALateReply) {
+    const std::pair<QByteArray, int> rows[] = {{goodReply, 10}, {goodReply + nextReply, 0}};
+    for (const auto &[answer, status] : rows) {
+        master_.ClosePort();
+        EXPECT_TRUE(master_.OpenPort());
+        line_->Answer(WithCrc("01 03 04 00 05 00 06"));
+        EXPECT_EQ(Run(), 0);
+        line_->AnswerNothing();
+        EXPECT_EQ(Run(), 10);
+        line_->Answer(answer);
+        events_.clear();
+        const std::size_t before = line_->Requests().size();
+        master_.TriggerOnce(once);
+        EXPECT_TRUE(WaitUntil([&] { return line_->Requests().size() > before; }));
+        timespec busy{0, 2 * timeoutMs * 1'000'000};
+        nanosleep(&busy, nullptr);
+        EXPECT_TRUE(WaitUntil([this] { return !events_.empty(); }));
+        EXPECT_EQ(events_, (std::vector<Event>{{once, status}}));
+        EXPECT_EQ(master_.RegisterValue(once, 0), status == 0 ? 3 : 5);
+    }
+}
+
 TEST_F(MbaxpTest, ASensorThatIsAlwaysTooLateIsNeverTakenForAGoodOne) {
     EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
     line_->Answer(nextReply);
@@ -451,6 +489,22 @@ TEST_F(MbaxpTest, OneShotWhileTheDeviceIsGoneIs15) {
     line_->HangUp();
     EXPECT_EQ(Run(), 15);
     EXPECT_EQ(Run(), 15);
+}
+
+TEST_F(MbaxpTest, AWriteThatTheDeviceRefusesIs14) {
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
+    QElapsedTimer silence; // else the request waits, and the hang-up is told meanwhile
+    silence.start();
+    EXPECT_TRUE(WaitUntil([&silence] { return silence.hasExpired(10); }));
+    events_.clear();
+    line_->HangUp();
+    master_.TriggerOnce(once);
+    QCoreApplication::sendPostedEvents(&master_);
+    EXPECT_EQ(events_, (std::vector<Event>{{once, 14}}));
+    EXPECT_FALSE(master_.TransactionBusy(once));
+    EXPECT_EQ(Run(), 15);
+    EXPECT_EQ(events_.size(), 1U);
 }
 
 // Scheduling. ---------------------------------------------------------------------------------------
@@ -627,8 +681,11 @@ TEST_F(MbaxpTest, RunsNothingOnAClosedPortOrWithoutADefinition) {
     master_.StartCyclic(cycle);
     EXPECT_EQ(master_.LastError(), 20);
     EXPECT_FALSE(master_.TransactionBusy(cycle));
-    master_.TriggerOnce(Mbaxp::TransactionCount);
-    EXPECT_EQ(master_.LastError(), 22);
+    for (const int number : {-1, Mbaxp::TransactionCount}) {
+        master_.TriggerOnce(static_cast<std::int16_t>(number));
+        EXPECT_EQ(master_.LastError(), 22);
+        EXPECT_FALSE(master_.TransactionBusy(static_cast<std::int16_t>(number)));
+    }
 }
 
 TEST_F(MbaxpTest, RefusesADefinitionThatNoFrameHolds) {

@@ -603,6 +603,19 @@ TEST_F(FormMainTest, LaysOutTheStripAndThePageThatShows) {
     EXPECT_EQ(Ui().Get<QWidget>("TabFrame(4)").geometry(), Ui().Get<QWidget>("TabFrame(1)").geometry());
 }
 
+TEST_F(FormMainTest, LaysNothingOutWhileItIsMinimised) {
+    Start();
+    form_->resize(1000, 800);
+    const QRect before = Strip().geometry();
+    form_->showMinimized();
+    form_->resize(700, 600);
+    EXPECT_EQ(form_->size(), QSize(700, 600));
+    EXPECT_EQ(Strip().geometry(), before);
+    form_->showNormal();
+    form_->resize(900, 700);
+    EXPECT_EQ(Strip().width(), (900 * 15 - 350 + 7) / 15);
+}
+
 // Unload. -------------------------------------------------------------------------------------------
 
 TEST_F(FormMainTest, AsksAboutUnsavedChangesBeforeItCloses) {
@@ -683,6 +696,15 @@ TEST_F(FormMainTest, KeepsTheNormalPlaceWhenItClosesMaximised) {
     EXPECT_EQ(StoredText(settings_, "Startup", "Width"), QStringLiteral("10500"));
     Start();
     EXPECT_TRUE(form_->isMaximized());
+}
+
+TEST_F(FormMainTest, ComesBackMinimised) {
+    WriteWindowState(settings_, WindowState::Minimised);
+    Start();
+    EXPECT_TRUE(form_->isMinimized());
+    form_->showNormal();
+    EXPECT_FALSE(form_->isMinimized());
+    EXPECT_EQ(VisiblePage(), 1);
 }
 
 TEST_F(FormMainTest, SavesNothingOfTheWindowWhenItClosesMinimised) {

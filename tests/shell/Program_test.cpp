@@ -7,6 +7,8 @@
 #include "support/Fault.h"
 #include "support/ui/HelpViewer.h"
 #include "tests/support/EnvironmentVariable.h"
+#include "tests/support/Form.h"
+#include "tests/support/MainForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/RecordedHelp.h"
 #include "tests/support/ScriptedDialogs.h"
@@ -42,6 +44,32 @@ TEST(ProgramTest, ShowsItsFormAndEndsWithStatus0) {
     bool shown = false;
     EXPECT_EQ(RunWith(dialogs, ShippedPresetsFolder(), shown), 0);
     EXPECT_TRUE(shown);
+}
+
+TEST(ProgramTest, TellsWhereTheSystemHasNoToolForItsInformation) {
+    const QTemporaryDir empty;
+    const EnvironmentVariable noTools("PATH", empty.path());
+    ScriptedDialogs dialogs;
+    SettingsStore settings(ApplicationTitle());
+    RecordedHelp help;
+    RunProgram({.dialogs = dialogs,
+                .settings = settings,
+                .helpEngine = help,
+                .programFolder = ShippedPresetsFolder(),
+                .commandText = QString()},
+               [&](FormMain &form) {
+                   WhenDialogOpens([&dialogs](QWidget &about) {
+                       dialogs.Expect(QStringLiteral("System Information Is Unavailable At This Time"),
+                                      BoxIcon::None, BoxButtons::Ok, BoxAnswer::Ok);
+                       Form(about).Press("cmdSysInfo");
+                       EXPECT_TRUE(dialogs.AllCame());
+                       about.close();
+                   });
+                   QTimer::singleShot(0, &form, [&form] {
+                       Form(form).Choose("mnuHelpAbout");
+                       QApplication::exit(0);
+                   });
+               });
 }
 
 TEST(ProgramTest, EndsWithStatus1AndTheDatabasesMessageWithoutPresets) {

@@ -1,6 +1,7 @@
 #include "support/ReplaceFile.h"
 
 #include "support/Fault.h"
+#include "tests/support/AsNobody.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/Files.h"
 #include "tests/support/Printers.h"
@@ -48,4 +49,30 @@ TEST_F(ReplaceFileTest, SaysWhatTheSystemSaysOfAWriteThatFailed) {
 TEST_F(ReplaceFileTest, FailsWhereThereIsNoFolder) {
     EXPECT_FALSE(TryReplaceFile(folder_.filePath(QStringLiteral("gone/a")), "x"));
     EXPECT_EQ(Files(), QStringList());
+}
+
+TEST(ReadOnlyFileTest, IsReplacedAllTheSame) {
+    const AsNobody nobody;
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a"));
+    WriteFile(path, "old");
+    ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner));
+    EXPECT_TRUE(TryReplaceFile(path, "new"));
+    EXPECT_EQ(ReadFile(path), QByteArray("new"));
+}
+
+TEST(ReadOnlyFileTest, IsReadOnlyAgainWhereTheNewContentDoesntFit) {
+    const AsNobody nobody;
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a"));
+    WriteFile(path, "old");
+    ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner));
+    const QFile::Permissions before = QFile::permissions(path);
+    {
+        const FileSizeLimit limit(8);
+        EXPECT_FALSE(TryReplaceFile(path, "a little too long"));
+    }
+    EXPECT_EQ(QFile::permissions(path).toInt(), before.toInt());
+    EXPECT_FALSE(QFileInfo(path).isWritable());
+    EXPECT_EQ(ReadFile(path), QByteArray("old"));
 }

@@ -3,6 +3,7 @@
 #include "tests/support/Printers.h"
 #include "tests/support/TestPresets.h"
 
+#include <QAbstractItemModelTester>
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -191,4 +192,23 @@ TEST_F(ParameterListModelTest, TakesItsCellsAlongWhenItSorts) {
     model_.SortBy(ParameterListModel::Tag);
     EXPECT_EQ(cell.row(), 95 - 28);
     EXPECT_EQ(cell.data().toString(), QStringLiteral("12.00\""));
+}
+
+// What views rely on; it warns of what they would stumble over.
+TEST_F(ParameterListModelTest, KeepsToTheRulesForModels) {
+    const QAbstractItemModelTester tester(&model_, QAbstractItemModelTester::FailureReportingMode::Warning);
+    Fill();
+    model_.SortBy(ParameterListModel::Name);
+    zentrova_.ParamUpdate(28, 1300);
+    model_.Refresh();
+    Fill(View::Changed);
+    EXPECT_EQ(model_.rowCount(), 1);
+}
+
+TEST_F(ParameterListModelTest, HasNothingBeyondItsRowsAndColumns) {
+    Fill();
+    EXPECT_FALSE(model_.index(95, 0).isValid());
+    EXPECT_FALSE(model_.headerData(-1, Qt::Horizontal).isValid());
+    EXPECT_FALSE(model_.headerData(4, Qt::Horizontal).isValid());
+    EXPECT_FALSE(model_.headerData(0, Qt::Vertical).isValid());
 }

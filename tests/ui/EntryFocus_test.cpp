@@ -364,3 +364,22 @@ TEST_F(EntryFocusTest, KeepsAPartThatWasDraggedOver) {
     EXPECT_TRUE(box.hasSelectedText());
     EXPECT_NE(box.selectedText(), box.text());
 }
+
+TEST_F(EntryFocusTest, HoldsABoxThatHasTheFocusAlready) {
+    auto *late = new QLineEdit;
+    window_.layout()->addWidget(late);
+    window_.first->clear();
+    firstIsValid_ = true;
+    late->setFocus();
+    Settle();
+    ASSERT_TRUE(late->hasFocus());
+    int checks = 0;
+    EntryFocus::ValidateOnLeave(*late, [&checks] {
+        ++checks;
+        return false;
+    });
+    Click(window_.other);
+    EXPECT_TRUE(late->hasFocus());
+    EXPECT_EQ(checks, 1);
+    EXPECT_EQ(otherClicks_, 0);
+}

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QResizeEvent>
 #include <QTimerEvent>
+#include <algorithm>
 #include <numeric>
 
 namespace {
@@ -51,11 +52,7 @@ protected:
         Explain();
     }
 
-    void timerEvent(QTimerEvent *event) override {
-        if (event->timerId() != pause_.timerId()) {
-            QLabel::timerEvent(event);
-            return;
-        }
+    void timerEvent(QTimerEvent *) override {
         pause_.stop();
         setUpdatesEnabled(true);
     }
@@ -92,7 +89,7 @@ QSize StatusPanels::minimumSizeHint() const {
 
 void StatusPanels::resizeEvent(QResizeEvent *event) {
     QWidget::resizeEvent(event);
-    const int shares = std::accumulate(stretches_.begin(), stretches_.end(), 0);
+    const int shares = std::max(std::accumulate(stretches_.begin(), stretches_.end(), 0), 1);
     const int room = width() - gap;
     int share = 0;
     for (std::size_t index = 0; index < labels_.size(); ++index) {
@@ -105,8 +102,4 @@ void StatusPanels::resizeEvent(QResizeEvent *event) {
 
 void StatusPanels::SetText(int panel, const QString &text) {
     labels_.at(static_cast<std::size_t>(panel) - 1)->Show(text);
-}
-
-QString StatusPanels::Text(int panel) const {
-    return labels_.at(static_cast<std::size_t>(panel) - 1)->text();
 }

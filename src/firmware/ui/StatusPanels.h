@@ -20,7 +20,6 @@ public:
 
     // Panels count from 1.
     void SetText(int panel, const QString &text);
-    QString Text(int panel) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

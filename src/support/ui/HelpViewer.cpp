@@ -30,11 +30,7 @@ bool HelpViewer::Load(const QString &chmFile) {
 
 void HelpViewer::HtmlHelp(WindowHandle caller, const QString &file, HelpCommand command,
                           const HelpData &data) {
-    if (command == HelpCommand::CloseAll) {
-        window_.reset();
-        return;
-    }
-    if (!Load(file)) {
+    if (command != HelpCommand::CloseAll && !Load(file)) {
         return;
     }
     const auto orFirst = [this](const HelpTopic *topic) {
@@ -56,6 +52,7 @@ void HelpViewer::HtmlHelp(WindowHandle caller, const QString &file, HelpCommand 
         window_->ShowTopic(orFirst(window_->Topics().OfNumber(std::get<std::int32_t>(data))));
         break;
     case HelpCommand::CloseAll:
+        window_.reset();
         break;
     }
 }

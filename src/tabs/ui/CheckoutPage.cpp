@@ -12,7 +12,6 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QRadioButton>
-#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
 using ImageListCheckout::Key;
@@ -266,10 +265,6 @@ QGroupBox *CheckoutPage::BuildDistRange() {
 
 // The desktop's font, made smaller where the page can't hold all of it.
 void CheckoutPage::FitFont() {
-    if (fittingFont_ || layout() == nullptr) {
-        return;
-    }
-    const QScopedValueRollback<bool> guard(fittingFont_, true);
     QFont fitting = parentWidget() == nullptr ? QApplication::font() : parentWidget()->font();
     for (int pixels = QFontInfo(fitting).pixelSize();; --pixels) {
         setFont(fitting);

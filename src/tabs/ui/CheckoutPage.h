@@ -69,5 +69,4 @@ private:
     QPushButton *commandNext_ = nullptr;
     QPushButton *commandReInit_ = nullptr;
     QLabel *labelDist_ = nullptr;
-    bool fittingFont_ = false;
 };

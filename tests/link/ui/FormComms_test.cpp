@@ -11,9 +11,11 @@
 #include "tests/support/TestPresets.h"
 #include "tests/support/Wait.h"
 
+#include <QAbstractItemView>
 #include <QGroupBox>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -349,6 +351,25 @@ TEST_F(FormCommsTest, KeepsTheChosenDeviceOnOkAndTakesItBackOnCancel) {
         EXPECT_EQ(SerialPorts::ChosenDevice(settings_, 4),
                   kept ? QStringLiteral("/dev/adapter") : QStringLiteral("/dev/before"));
     }
+}
+
+TEST_F(FormCommsTest, LooksForTheDevicesAgainWhenItsListOpens) {
+    auto adapter = std::make_unique<QTemporaryFile>();
+    ASSERT_TRUE(adapter->open());
+    const QString path = adapter->fileName();
+    SerialPorts::ChooseDevice(settings_, 3, path);
+    Run([&](const Form &ui) {
+        auto &device = ui.Get<DeviceBox>("ComboDevice");
+        EXPECT_EQ(device.currentText(), path);
+        adapter.reset(); // it is pulled out
+        EXPECT_EQ(device.currentText(), path);
+        QTest::mouseClick(&device, Qt::LeftButton);
+        EXPECT_TRUE(WaitUntil([&] { return device.view()->isVisible(); }));
+        EXPECT_EQ(device.currentText(), path + QStringLiteral(" (not connected)"));
+        EXPECT_EQ(device.Device(), path);
+        device.hidePopup();
+        ui.Press("CommandCancel");
+    });
 }
 
 TEST_F(FormCommsTest, OffersNoChoiceWhereTheEnvironmentHasMadeIt) {

@@ -224,6 +224,22 @@ TEST_F(FormTransmitDelayTest, ActsOnAClickWhoseReleaseWentToTheMessage) {
     EXPECT_FALSE(Ui().Get<QPushButton>("CommandClose").isDown());
 }
 
+TEST_F(FormTransmitDelayTest, WaitsForTheReleaseThatIsStillToCome) {
+    Open();
+    Type("abc");
+    QWindow *window = form_->windowHandle();
+    auto &close = Ui().Get<QPushButton>("CommandClose");
+    const QPoint place = close.mapTo(form_.get(), close.rect().center());
+    ExpectNotANumber();
+    QTest::mousePress(window, Qt::LeftButton, {}, place);
+    Settle();
+    EXPECT_TRUE(form_->isVisible());
+    EXPECT_TRUE(close.isDown());
+    QTest::mouseRelease(window, Qt::LeftButton, {}, place);
+    Settle();
+    EXPECT_FALSE(form_->isVisible());
+}
+
 TEST_F(FormTransmitDelayTest, SelectsTheBoxThatWasClickedThoughAMessageCame) {
     Open();
     Type("abc");

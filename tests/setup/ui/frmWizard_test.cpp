@@ -355,6 +355,26 @@ TEST_F(FrmWizardTest, RefusesDiametersOutOfRange) {
     ExpectStep(4);
 }
 
+// An assistive client presses a button without leaving the box that has the focus.
+TEST_F(FrmWizardTest, RefusesABadEntryHoweverNextIsPressed) {
+    Open();
+    Next();
+    Choose("OptionZentrovaMode(1)");
+    Next();
+    auto &core = Ui().Get<QLineEdit>("TextCoreDia");
+    core.setText(QStringLiteral("x"));
+    Ui().Get<QLineEdit>("TextMaxDia").setText(QStringLiteral("y"));
+    core.setFocus();
+    dialogs_.ExpectNotice(
+        QStringLiteral("Please enter a numeric value between\n0.01 and 200 for Core Diameter."));
+    Ui().Get<QAbstractButton>("cmdNav(3)").click();
+    Settle();
+    EXPECT_TRUE(dialogs_.AllCame());
+    ExpectStep(4);
+    EXPECT_TRUE(core.hasFocus());
+    EXPECT_EQ(core.selectedText(), QStringLiteral("x"));
+}
+
 TEST_F(FrmWizardTest, TakesAnyNearVoltage) {
     FinishDistanceRoute("25");
     EXPECT_EQ(Ui().Text("TextVoltageOutput(1)"), QStringLiteral("25.00"));
@@ -464,6 +484,20 @@ TEST_F(FrmWizardTest, IgnoresWhatIsPressedDuringAWrite) {
     Ui().Press("cmdNav(4)");
     EXPECT_FALSE(form_->isVisible());
     EXPECT_EQ(link_.writes, (Writes{{29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {1, 1}}));
+}
+
+TEST_F(FrmWizardTest, GoesOneStepOnThoughNextIsPressedAgainDuringItsWrite) {
+    Open();
+    int presses = 0;
+    link_.whileWaiting = [&] {
+        ++presses;
+        Ui().Get<QAbstractButton>("cmdNav(3)").click();
+        Settle();
+        ExpectStep(0);
+    };
+    Next();
+    EXPECT_GT(presses, 0);
+    ExpectStep(1);
 }
 
 TEST_F(FrmWizardTest, LeavesOnceTheWriteIsThrough) {

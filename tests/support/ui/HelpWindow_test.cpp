@@ -140,6 +140,17 @@ TEST_F(HelpWindowTest, SearchesAllTopicsAndMarksWhatItFound) {
     EXPECT_TRUE(Page().extraSelections().isEmpty());
 }
 
+TEST_F(HelpWindowTest, ShowsTheFirstPlaceOfAllTheWordsThatItMarks) {
+    Key(Qt::Key_F, Qt::ControlModifier);
+    Type("needle page"); // which the page has the other way round
+    auto &results = Ui().Get<QTreeWidget>("Results");
+    results.setCurrentItem(results.topLevelItem(1));
+    ASSERT_EQ(window_->Topic()->file, QStringLiteral("two.html"));
+    EXPECT_EQ(Page().extraSelections().size(), 2);
+    EXPECT_EQ(Page().textCursor().position(), QStringLiteral("second page").size());
+    EXPECT_EQ(Page().verticalScrollBar()->value(), 0);
+}
+
 TEST_F(HelpWindowTest, SaysWhenASearchFindsNothing) {
     Ui().Choose("Find");
     Type("needle haystack");

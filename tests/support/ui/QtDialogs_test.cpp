@@ -52,6 +52,11 @@ protected:
         return names;
     }
 
+    BoxAnswer Ask(BoxButtons buttons) {
+        return dialogs_.OwnedMessageBox(QStringLiteral("?"), {.icon = BoxIcon::Question, .buttons = buttons},
+                                        QStringLiteral("ZTV Link"));
+    }
+
     QTemporaryDir folder_;
     QtDialogs dialogs_;
 };
@@ -132,25 +137,62 @@ TEST_F(QtDialogsTest, StartsInTheFolderOfTheLastFile) {
     dialogs_.OpenFileDialog(question);
 }
 
-TEST_F(QtDialogsTest, AnswersABoxByItsButton) {
-    const std::pair<QMessageBox::StandardButton, BoxAnswer> rows[] = {
-        {QMessageBox::Yes, BoxAnswer::Yes},
-        {QMessageBox::No, BoxAnswer::No},
-        {QMessageBox::Cancel, BoxAnswer::Cancel}};
-    for (const auto &[button, answer] : rows) {
-        WhenDialogOpens(
-            [button = button](QWidget &box) { dynamic_cast<QMessageBox &>(box).button(button)->click(); });
-        EXPECT_EQ(
-            static_cast<int>(dialogs_.OwnedMessageBox(
-                QStringLiteral("<b>?</b>"), {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNoCancel},
-                QStringLiteral("ZTV Link"))),
-            static_cast<int>(answer));
+TEST_F(QtDialogsTest, ABoxHasTheIconOfItsStyle) {
+    const std::pair<BoxIcon, QMessageBox::Icon> rows[] = {{BoxIcon::None, QMessageBox::NoIcon},
+                                                          {BoxIcon::Information, QMessageBox::Information},
+                                                          {BoxIcon::Question, QMessageBox::Question},
+                                                          {BoxIcon::Exclamation, QMessageBox::Warning},
+                                                          {BoxIcon::Critical, QMessageBox::Critical}};
+    for (const auto &[asked, shown] : rows) {
+        WhenDialogOpens([shown = shown](QWidget &dialog) {
+            auto &box = dynamic_cast<QMessageBox &>(dialog);
+            EXPECT_EQ(box.icon(), shown);
+            EXPECT_EQ(box.iconPixmap().isNull(), shown == QMessageBox::NoIcon);
+            EXPECT_EQ(box.text(), QStringLiteral("<b>?</b>"));
+            EXPECT_EQ(box.textFormat(), Qt::PlainText);
+            EXPECT_EQ(box.windowTitle(), QStringLiteral("ZTV Link"));
+            box.close();
+        });
+        dialogs_.OwnedMessageBox(QStringLiteral("<b>?</b>"), {.icon = asked, .buttons = BoxButtons::Ok},
+                                 QStringLiteral("ZTV Link"));
     }
-    WhenDialogOpens([](QWidget &box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    EXPECT_EQ(static_cast<int>(dialogs_.OwnedMessageBox(
-                  QStringLiteral("?"), {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNoCancel},
-                  QStringLiteral("ZTV Link"))),
-              static_cast<int>(BoxAnswer::Cancel));
+}
+
+TEST_F(QtDialogsTest, ABoxHasTheButtonsOfItsStyleAndAnswersByEach) {
+    struct Row {
+        QMessageBox::StandardButton button;
+        BoxAnswer answer;
+    };
+    const Row ok = {QMessageBox::Ok, BoxAnswer::Ok};
+    const Row yes = {QMessageBox::Yes, BoxAnswer::Yes};
+    const Row no = {QMessageBox::No, BoxAnswer::No};
+    const Row cancel = {QMessageBox::Cancel, BoxAnswer::Cancel};
+    const std::pair<BoxButtons, std::vector<Row>> styles[] = {
+        {BoxButtons::Ok, {ok}}, {BoxButtons::YesNo, {yes, no}}, {BoxButtons::YesNoCancel, {yes, no, cancel}}};
+    for (const auto &[buttons, rows] : styles) {
+        QMessageBox::StandardButtons expected;
+        for (const Row &row : rows) {
+            expected |= row.button;
+        }
+        for (const Row &row : rows) {
+            WhenDialogOpens([expected, button = row.button](QWidget &dialog) {
+                auto &box = dynamic_cast<QMessageBox &>(dialog);
+                EXPECT_EQ(box.standardButtons().toInt(), expected.toInt());
+                box.button(button)->click();
+            });
+            EXPECT_EQ(Ask(buttons), row.answer);
+        }
+    }
+}
+
+TEST_F(QtDialogsTest, EscapeIsTheAnswerThatChangesNothing) {
+    const auto escape = [](QWidget &box) { QTest::keyClick(&box, Qt::Key_Escape); };
+    WhenDialogOpens(escape);
+    EXPECT_EQ(Ask(BoxButtons::YesNoCancel), BoxAnswer::Cancel);
+    WhenDialogOpens(escape);
+    EXPECT_EQ(Ask(BoxButtons::Ok), BoxAnswer::Ok);
+    WhenDialogOpens(escape);
+    EXPECT_EQ(Ask(BoxButtons::YesNo), BoxAnswer::No);
 }
 
 TEST_F(QtDialogsTest, TakesTheTitleOfTheQuestion) {

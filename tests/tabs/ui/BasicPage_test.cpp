@@ -438,6 +438,18 @@ TEST_F(BasicEntryTest, KeepsTheEditorOverABoxThatMoves) {
     EXPECT_EQ(text1_.geometry(), QRect(box.mapTo(&window_, QPoint()), box.size()));
 }
 
+TEST_F(BasicChartTest, LeavesOtherKeysToTheWindow) {
+    auto &marker = ui_.Get<QWidget>("PicRelay(1)");
+    const QRect before = marker.geometry();
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Up, Qt::Key_A}) {
+        QKeyEvent press(QEvent::KeyPress, key, {});
+        QApplication::sendEvent(&marker, &press);
+        EXPECT_FALSE(press.isAccepted()) << key;
+    }
+    EXPECT_EQ(marker.geometry(), before);
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+}
+
 TEST_F(BasicChartTest, WritesNothingForAKeyThatMovesNoMarker) {
     zentrova_.ParamUpdate(ParamDefines::MaxRange, 38000);
     zentrova_.ParamUpdate(57, 42000);

@@ -268,3 +268,22 @@ TEST_F(FormEditTest, ConvertsVoltsOnceForTheButton) {
         EXPECT_EQ(Value(), 2098);
     }
 }
+
+TEST_F(FormEditTest, ConvertsNothingOfARowThatIsNoPlainNumber) {
+    Open("1 of 4");
+    EXPECT_EQ(Raw().text(), QStringLiteral("1 of 4"));
+    EXPECT_EQ(Volts().text(), QString());
+}
+
+TEST_F(FormEditTest, ComesBackFromBeingMinimisedWithWhatIsTyped) {
+    Open("1024");
+    ChooseVolts();
+    Type("7");
+    form_->showMinimized();
+    Settle();
+    form_->showNormal();
+    form_->activateWindow();
+    EXPECT_TRUE(WaitUntil([this] { return form_->isActiveWindow() && Volts().hasFocus(); }));
+    EXPECT_EQ(Volts().text(), QStringLiteral("7"));
+    EXPECT_EQ(Raw().text(), QStringLiteral("1024"));
+}

@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 // A window with the overlay over a box that shows the near distance.
@@ -445,4 +446,28 @@ TEST_F(ValueOverlayTest, TakesATextThatItIsOnlyMovedOverForNoEntry) {
     EXPECT_TRUE(overlay_.isHidden());
     EXPECT_TRUE(next_->hasFocus());
     EXPECT_EQ(link.writes, (std::vector<std::pair<int, int>>{{28, 1300}}));
+}
+
+TEST_F(ValueOverlayTest, StaysOpenOverAThirdValueWhileTheTwoThatWereLeftAreWritten) {
+    FakeLink link;
+    zentrova_.ConnectTo(&link);
+    Open();
+    Type("13");
+    link.whileWaiting = [&] {
+        link.whileWaiting = [&] {
+            link.whileWaiting = {};
+            overlay_.MoveOver(*box_, QStringLiteral("28"), QStringLiteral("13.00\""));
+            overlay_.Open(u'1');
+        };
+        overlay_.MoveOver(*next_, QStringLiteral("29"), QStringLiteral("360.00\""));
+        overlay_.Open(u'3');
+        Type("00");
+        Key(Qt::Key_Tab);
+    };
+    Key(Qt::Key_Tab);
+    ExpectOpen();
+    EXPECT_EQ(overlay_.text(), QStringLiteral("1"));
+    const std::vector<std::pair<int, int>> expected = {{28, 1300}, {29, 30000}};
+    EXPECT_TRUE(
+        std::is_permutation(link.writes.begin(), link.writes.end(), expected.begin(), expected.end()));
 }
