@@ -4,6 +4,7 @@
 #include "support/Numbers.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/LargeNumber.h"
+#include "tabs/ui/StillFrame.h"
 #include "ui/Colours.h"
 #include "ui/Controls.h"
 
@@ -25,7 +26,7 @@ constexpr int smallestPixels = 8;
 constexpr int leastNumberHeight = 64;
 
 QGroupBox *NewFrame(const char *name, const char *caption) {
-    return Controls::Named(new QGroupBox(QString::fromLatin1(caption)), name);
+    return Controls::Named(new StillFrame(QString::fromLatin1(caption)), name);
 }
 
 QLabel *NewLabel(const char *caption) {
@@ -59,6 +60,13 @@ void ReachBySelected(const QButtonGroup &group) {
         group.checkedButton() != nullptr ? group.checkedButton() : options.first();
     for (QAbstractButton *option : options) {
         option->setFocusPolicy(option == reached ? Qt::StrongFocus : Qt::ClickFocus);
+    }
+}
+
+// Each poll tells it, and only a change is worth painting.
+void Show(QLineEdit &box, const QString &text) {
+    if (box.text() != text) {
+        box.setText(text);
     }
 }
 
@@ -336,7 +344,7 @@ void CheckoutPage::UpdateDisplay() {
     const auto text = [this](std::int16_t tag) {
         return zentrova_.FormatRaw(zentrova_.ParamValue(tag), tag);
     };
-    manualOutput_.setText(text(ToInt16(ToNumber(manualOutput_.property("Tag").toString()))));
+    Show(manualOutput_, text(ToInt16(ToNumber(manualOutput_.property("Tag").toString()))));
     optionClockSel_->button(zentrova_.ParamValue(ParamDefines::ClockSelect) == 1 ? 1 : 0)->setChecked(true);
     imageTeachInput_->Picture(Lit(ParamDefines::TeachInput, Key::Red));
     imageExtClkInStatus_->Picture(Lit(ParamDefines::ExternalClockInput, Key::Red));
@@ -348,6 +356,6 @@ void CheckoutPage::UpdateDisplay() {
     imgClkOut_->Picture(Lit(ParamDefines::ClockOut, Key::On));
     labelDist_->setText(text(ParamDefines::ActualDistance));
     imageNoEcho_->Picture(Lit(ParamDefines::EchoReceived, Key::Green));
-    textCheckoutVoltageOut_->setText(text(ParamDefines::OutputVoltage));
-    textCheckoutVoltageIn_->setText(text(ParamDefines::AnalogInputVoltage));
+    Show(*textCheckoutVoltageOut_, text(ParamDefines::OutputVoltage));
+    Show(*textCheckoutVoltageIn_, text(ParamDefines::AnalogInputVoltage));
 }
