@@ -290,11 +290,8 @@ void FormMain::ShowUpgradeFirmware() {
         .exec();
 }
 
-// What came before the press may have opened a dialog, or ended the link.
 void FormMain::ShowWizard() {
-    if (online_ && QApplication::activeModalWidget() == nullptr) {
-        frmWizard(*zentrova_, surroundings_.dialogs, help_, this).exec();
-    }
+    frmWizard(*zentrova_, surroundings_.dialogs, help_, this).exec();
 }
 
 void FormMain::ShowAbout() {

@@ -1,9 +1,9 @@
 #include "shell/MainCommands.h"
 
 #include "ui/Controls.h"
+#include "ui/DeferredWork.h"
 #include "ui/EntryFocus.h"
 
-#include <QApplication>
 #include <QIcon>
 #include <QMenu>
 #include <QMenuBar>
@@ -137,15 +137,7 @@ QAction &MainCommands::Button(const char *key) const {
 void MainCommands::GiveWork(QAction &action, std::function<void()> work) {
     withWork_.insert(&action);
     action.setEnabled(true);
-    QObject::connect(
-        &action, &QAction::triggered, &window_,
-        [&action, work = std::move(work)] {
-            // What came before it may have opened a dialog, or changed the state of the link.
-            if (action.isEnabled() && QApplication::activeModalWidget() == nullptr) {
-                work();
-            }
-        },
-        Qt::QueuedConnection);
+    DeferredWork::OnTrigger(action, std::move(work));
 }
 
 void MainCommands::ShowLinkState(bool online) {

@@ -17,8 +17,7 @@ public:
     // The toolbar's button with that key; it must exist.
     QAction &Button(const char *key) const;
 
-    // Enables the entry and has it do that. The work starts from the event loop: an assistive client that
-    // pressed the button mustn't be kept waiting while the work has a dialog open.
+    // Enables the entry and has it do that, as DeferredWork does.
     void GiveWork(QAction &action, std::function<void()> work);
 
     // Enables what has its work, and marks "Online", by whether the link is open.

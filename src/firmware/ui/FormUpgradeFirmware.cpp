@@ -5,9 +5,9 @@
 #include "support/Numbers.h"
 #include "support/ProgramFolder.h"
 #include "ui/Controls.h"
+#include "ui/DeferredWork.h"
 #include "ui/FormHelp.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -129,18 +129,7 @@ QAbstractButton *FormUpgradeFirmware::NewButton(const Command &command, std::fun
         button->setEnabled(false);
         connect(console_, &UpgradeConsole::ConnectedChanged, button, &QWidget::setEnabled);
     }
-    // From the event loop: an assistive client that pressed the button mustn't be kept waiting while it
-    // works.
-    connect(
-        button, &QAbstractButton::clicked, this,
-        [this, button, work = std::move(work)] {
-            // A box may have opened since.
-            const QWidget *modal = QApplication::activeModalWidget();
-            if (button->isEnabled() && (modal == nullptr || modal == this)) {
-                work();
-            }
-        },
-        Qt::QueuedConnection);
+    DeferredWork::OnPress(*button, std::move(work));
     return button;
 }
 

@@ -2,9 +2,9 @@
 
 #include "support/ApplicationTitle.h"
 #include "ui/Controls.h"
+#include "ui/DeferredWork.h"
 #include "ui/FormHelp.h"
 
-#include <QApplication>
 #include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -160,7 +160,7 @@ void FormAbout::BuildMaker(QVBoxLayout &column, const Contents &contents) {
     logo->setCursor(Qt::PointingHandCursor);
     logo->setFocusPolicy(Qt::TabFocus);
     logo->setAccessibleName(QStringLiteral("Manufacturer's Web Site"));
-    GiveWork(*logo, commands_.showMakersPages);
+    DeferredWork::OnPress(*logo, commands_.showMakersPages);
     auto *row = new QHBoxLayout;
     row->addWidget(logo);
     row->addSpacing(margin);
@@ -181,7 +181,7 @@ void FormAbout::BuildButtons(QVBoxLayout &column) {
     for (const Row &row : rows) {
         auto *button = Controls::Captioned<QPushButton>(row.name, row.caption);
         button->setDefault(row.name == QStringLiteral("cmdOK"));
-        GiveWork(*button, row.work);
+        DeferredWork::OnPress(*button, row.work);
         line->addWidget(button);
         if (row.name == QStringLiteral("cmdSysInfo")) {
             line->addStretch();
@@ -191,19 +191,6 @@ void FormAbout::BuildButtons(QVBoxLayout &column) {
         }
     }
     column.addLayout(line);
-}
-
-// From the event loop: an assistive client that pressed it mustn't be kept waiting while a box is open.
-void FormAbout::GiveWork(const QAbstractButton &button, const std::function<void()> &work) {
-    connect(
-        &button, &QAbstractButton::clicked, this,
-        [this, work] {
-            const QWidget *modal = QApplication::activeModalWidget(); // a box may have opened since
-            if (modal == nullptr || modal == this) {
-                work();
-            }
-        },
-        Qt::QueuedConnection);
 }
 
 bool FormAbout::eventFilter(QObject *watched, QEvent *event) {

@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <functional>
 
-class QAbstractButton;
 class QVBoxLayout;
 
 // The about box: what the program and the sensor are, and the ways from here to the maker and to the system's
@@ -48,7 +47,6 @@ private:
     void BuildVersions(QVBoxLayout &column, const Contents &contents);
     void BuildMaker(QVBoxLayout &column, const Contents &contents);
     void BuildButtons(QVBoxLayout &column);
-    void GiveWork(const QAbstractButton &button, const std::function<void()> &work);
     void PressToolbar();
 
     Commands commands_;

@@ -1,6 +1,7 @@
 #include "tabs/ui/WizardPage.h"
 
 #include "ui/Controls.h"
+#include "ui/DeferredWork.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
@@ -26,7 +27,7 @@ WizardPage::WizardPage(QWidget *parent) : TabPage(3, parent) {
     start_ = Controls::Captioned<QPushButton>("cmdStartWizard", "Start Wizard", this);
     start_->setMinimumWidth(buttonWidth);
     start_->setEnabled(false);
-    connect(start_, &QPushButton::clicked, this, &WizardPage::StartWizard, Qt::QueuedConnection);
+    DeferredWork::OnPress(*start_, [this] { Q_EMIT StartWizard(); });
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
