@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing to build (and with further words to test, to measure, to pack, to fuzz and to check) on
-# Debian and its relatives. Elsewhere it only says what is needed.
+# Installs what is missing to build, and with further words for what they say, on Debian and its relatives. Elsewhere it
+# only says what is needed.
 set -euo pipefail
 
 packages=(cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-base-dev-tools qt6-svg-dev
@@ -15,9 +15,10 @@ for purpose in "$@"; do
     bench) packages+=(libmodbus-dev qt6-serialbus-dev libxcb1-dev xvfb cutecom srecord binutils) ;;
     package) packages+=(dpkg-dev man-db) ;;
     fuzz) packages+=(clang llvm libclang-rt-dev python3) ;;
+    coverage) packages+=(gcovr) ;;
     check) packages+=(clang-format clang-tidy) ;;
     *)
-        echo "usage: $0 [build] [test] [bench] [package] [fuzz] [check]" >&2
+        echo "usage: $0 [build] [test] [bench] [package] [fuzz] [coverage] [check]" >&2
         exit 2
         ;;
     esac

@@ -218,12 +218,11 @@ void FormComms::PutDevicesBack() {
 }
 
 void FormComms::Search() {
-    const std::optional<std::int16_t> port = Port();
-    if (!port) {
+    if (!EntryIsValid(*port_)) {
         return;
     }
     FormSearch search(link_, zentrova_, dialogs_, help_,
-                      {.port = *port,
+                      {.port = ToInt16(ToNumber(port_->text())),
                        .baud = ToInt16(baudRate_->currentIndex()),
                        .parityStop = ToInt16(parityStop_->currentIndex())},
                       this);
@@ -235,20 +234,18 @@ void FormComms::Search() {
     }
 }
 
-// Whoever gets here without leaving the boxes, as an assistive client does, is asked now.
-bool FormComms::EntriesAreValid() {
-    for (QLineEdit *box : {port_, address_}) {
-        if (!IsValid(*box)) {
-            box->setFocus();
-            TextBoxFunctions::SelectAllText(*box);
-            return false;
-        }
+// For who presses a button without leaving the box first, as an assistive client does.
+bool FormComms::EntryIsValid(QLineEdit &box) {
+    if (IsValid(box)) {
+        return true;
     }
-    return true;
+    box.setFocus();
+    TextBoxFunctions::SelectAllText(box);
+    return false;
 }
 
 void FormComms::accept() {
-    if (!EntriesAreValid()) {
+    if (!EntryIsValid(*port_) || !EntryIsValid(*address_)) {
         return;
     }
     link_.CommPort(ToInt16(ToNumber(port_->text())));

@@ -43,7 +43,7 @@ private:
     void BuildButtons(QVBoxLayout &column);
     void FillFromTable(QComboBox &list, std::int16_t tag) const;
     bool IsValid(QLineEdit &box);
-    bool EntriesAreValid();
+    bool EntryIsValid(QLineEdit &box);
     void ShowCounts();
     void ShowDevice();
     void TakeDevice(const QString &device);

@@ -3,6 +3,7 @@
 #include "link/ui/ResultsList.h"
 #include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
+#include "support/TimeLeftText.h"
 #include "ui/Colours.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
@@ -50,13 +51,6 @@ Button *Captioned(const char *name, const char *caption, const char *toolTip) {
 
 QLabel *Label(const char *name, const char *text) {
     return Controls::Named(new QLabel(QString::fromLatin1(text)), name);
-}
-
-QString TimeLeftText(double milliseconds) {
-    constexpr int minute = 60;
-    const int seconds = static_cast<int>(std::ceil(milliseconds / 1000));
-    return seconds < minute ? QStringLiteral("%1 s left").arg(seconds)
-                            : QStringLiteral("%1 min %2 s left").arg(seconds / minute).arg(seconds % minute);
 }
 
 int WidthOf(const QWidget &widget, const QString &text) {

@@ -230,6 +230,19 @@ TEST_F(FormCommsTest, RefusesABadEntryHoweverOkIsPressed) {
     EXPECT_EQ(link_.ModbusAddress(), 33);
 }
 
+TEST_F(FormCommsTest, SearchesOnNoPortThatIsNone) {
+    Run([this](const Form &ui) {
+        auto &port = ui.Get<QLineEdit>("TextPort");
+        port.setText(QStringLiteral("256"));
+        dialogs_.ExpectNotice(
+            QStringLiteral("Please enter a numeric value between\n1 and 255 for Port Number."));
+        ui.Get<QPushButton>("CommandSearch").click();
+        EXPECT_TRUE(port.hasFocus());
+        EXPECT_EQ(port.selectedText(), QStringLiteral("256"));
+        port.window()->close();
+    });
+}
+
 TEST_F(FormCommsTest, SelectsTheTextThatTheFocusComesTo) {
     Run([](const Form &ui) {
         ui.Get<QLineEdit>("TextModbusAddress").setFocus(Qt::TabFocusReason);
