@@ -33,9 +33,9 @@ QString Figures::Rows() const {
         for (const Peer &peer : figure.peers) {
             peers.append(QStringLiteral("%1 %2").arg(peer.name, Text(peer.value)));
         }
-        rows += QStringLiteral("| %1 | %2 %3 | %4 | %5 |\n")
-                    .arg(figure.name, Text(figure.value), figure.unit, QString::number(figure.limit),
-                         peers.join(QStringLiteral(", ")));
+        rows += QStringLiteral("| %1 | %2 %3 | %4 | %5 | %6 |\n")
+                    .arg(figure.name, Text(figure.value), figure.unit, Text(worst_.at(figure.name)),
+                         QString::number(figure.limit), peers.join(QStringLiteral(", ")));
     }
     return rows;
 }
@@ -48,6 +48,8 @@ void Figures::Add(const Figure &figure) {
     } else if (figure.value < same->value) {
         *same = figure;
     }
+    double &worst = worst_.try_emplace(figure.name, figure.value).first->second;
+    worst = std::max(worst, figure.value);
     const QString line = LineOf(figure);
     std::printf("%s\n", qPrintable(line));
     std::fflush(stdout);

@@ -25,14 +25,16 @@ class Figures {
 public:
     void Add(const Figure &figure);
 
-    // Each figure as a row of a Markdown table, with the best of its values.
+    // Each figure as a row of a Markdown table: the best of its values, with the limit and the peers of that
+    // run, and the worst, which says how much the machine adds.
     QString Rows() const;
 
     // The lines of the figures past their limits, by name.
     const std::map<QString, QString> &Passed() const { return passed_; }
 
 private:
-    std::vector<Figure> figures_;
+    std::vector<Figure> figures_; // the best of each
+    std::map<QString, double> worst_;
     std::set<QString> kept_;
     std::map<QString, QString> passed_;
 };

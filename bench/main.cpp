@@ -36,8 +36,9 @@ constexpr int wrongUsage = 2;
 constexpr int attempts = 3;
 
 int Usage() {
-    std::fprintf(stderr, "usage: ztv-bench [--check] [--table FILE] [round-trip] [poll] [list] [search] "
-                         "[start-up] [hex] [upgrade]\n");
+    std::fprintf(stderr,
+                 "usage: ztv-bench [--check] [--runs N] [--table FILE] [round-trip] [poll] [list] [search] "
+                 "[start-up] [hex] [upgrade]\n");
     return wrongUsage;
 }
 
@@ -69,7 +70,7 @@ bool Check(const Group &group, QString &rows) {
     return figures.Passed().empty();
 }
 
-int Run(const QStringList &words, bool check, QString &rows) {
+int Run(const QStringList &words, bool check, int runs, QString &rows) {
     bool kept = true;
     for (const Group &group : groups) {
         if (!words.isEmpty() && !words.contains(QLatin1String(group.name))) {
@@ -79,20 +80,22 @@ int Run(const QStringList &words, bool check, QString &rows) {
             kept = Check(group, rows) && kept;
         } else {
             Figures figures;
-            group.measure(figures);
+            for (int run = 0; run < runs; ++run) {
+                group.measure(figures);
+            }
             rows += figures.Rows();
         }
     }
     return kept ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
-// With how far the machine's own pace varied meanwhile left to who reads it: the load says how busy it was.
 bool WriteTable(const QString &fileName, const QString &rows) {
     QFile load(QStringLiteral("/proc/loadavg"));
     const QByteArray loads = load.open(QFile::ReadOnly) ? load.readAll().simplified() : QByteArray("?");
     QFile file(fileName);
     const QString text =
-        QStringLiteral("| What | Value | Limit | Peers in the same run |\n|---|---|---|---|\n") + rows +
+        QStringLiteral("| What | Best | Worst | Limit | Peers in the best run |\n|---|---|---|---|---|\n") +
+        rows +
         QStringLiteral("\n%1 processors, load at the end: %2\n")
             .arg(QThread::idealThreadCount())
             .arg(QString::fromLatin1(loads.split(' ').mid(0, 3).join(' ')));
@@ -108,6 +111,17 @@ bool Known(const QString &word) {
     return false;
 }
 
+// The word behind an option; both are taken out. Empty without it.
+QString TakeValue(QStringList &words, const QString &option) {
+    const qsizetype at = words.indexOf(option);
+    if (at < 0) {
+        return {};
+    }
+    const QString value = words.value(at + 1);
+    words.remove(at, std::min<qsizetype>(2, words.size() - at));
+    return value;
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
@@ -120,11 +134,8 @@ int main(int argc, char *argv[]) {
     });
     QStringList words = QCoreApplication::arguments().mid(1);
     const bool check = words.removeAll(QStringLiteral("--check")) > 0;
-    const qsizetype option = words.indexOf(QStringLiteral("--table"));
-    const QString table = option < 0 ? QString() : words.value(option + 1);
-    if (option >= 0) {
-        words.remove(option, std::min<qsizetype>(2, words.size() - option));
-    }
+    const QString table = TakeValue(words, QStringLiteral("--table"));
+    const QString runs = TakeValue(words, QStringLiteral("--runs"));
     for (const QString &word : words) {
         if (!Known(word)) {
             return Usage();
@@ -132,7 +143,7 @@ int main(int argc, char *argv[]) {
     }
     try {
         QString rows;
-        const int status = Run(words, check, rows);
+        const int status = Run(words, check, std::max(runs.toInt(), 1), rows);
         return table.isEmpty() || WriteTable(table, rows) ? status : EXIT_FAILURE;
     } catch (const std::exception &error) {
         std::fprintf(stderr, "ztv-bench: %s\n", error.what());

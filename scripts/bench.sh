@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets up, builds and measures: one line a figure, with its limit and what peers need for the same.
-# scripts/bench.sh [--check] [--table FILE] [round-trip] [poll] [list] [search] [start-up] [hex] [upgrade]; with --check it fails where a limit is passed.
+# scripts/bench.sh [--check] [--runs N] [--table FILE] [round-trip] [poll] [list] [search] [start-up] [hex] [upgrade]
+# With --check it fails where a limit is passed; with --runs each is measured so often.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
