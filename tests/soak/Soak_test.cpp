@@ -112,6 +112,7 @@ private:
     void OnRequest(const QByteArray &request);
     void OnReply(const QByteArray &reply);
     void OnPolled(std::int16_t status);
+    void OnStatus(const QString &text);
     void OnWritten(std::int16_t status);
     void TreatPoll(const QByteArray &request);
     void TreatWrite(const QByteArray &request);
@@ -154,6 +155,7 @@ private:
     qint64 roundBeganMs_ = 0;
     LineFault writeFault_ = LineFault::None;
     std::optional<std::int16_t> writeStatus_; // while one is on the line
+    qint64 writeRepliedMs_ = -1;              // when its reply went to the host
     bool probing_ = false;
     bool asWrite_ = false; // whose reply the sensor sends
     int pulledRounds_ = 0;
@@ -216,6 +218,8 @@ void SoakTest::Begin(const Options &options) {
     std::shuffle(pollFaultsDue_.begin(), pollFaultsDue_.end(), order);
     std::shuffle(writeFaultsDue_.begin(), writeFaultsDue_.end(), order);
 
+    QObject::connect(&form_->Link(), &LinkSession::StatusChanged, form_.get(),
+                     [this](const QString &text) { OnStatus(text); });
     // Behind the session's own handlers: what they did is there.
     Mbaxp &master = form_->Link().Mbaxp1();
     QObject::connect(&master, &Mbaxp::TransactionDone, form_.get(), [this](std::int16_t transaction) {
@@ -376,6 +380,7 @@ void SoakTest::TreatWrite(const QByteArray &request) {
         }
     }
     writeStatus_ = Plan(writeFault_);
+    writeRepliedMs_ = -1;
     const bool save = request.at(3) == 0; // the register of parameter 1
     if (*writeStatus_ != good) {
         dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
@@ -410,6 +415,7 @@ void SoakTest::OnReply(const QByteArray &reply) {
         return;
     }
     if (asWrite_) {
+        writeRepliedMs_ = Now();
         ForwardReply(reply, writeFault_);
         return;
     }
@@ -607,6 +613,19 @@ void SoakTest::Write() {
     }
     ++writes_;
     SessionTest::Write(tag, value);
+}
+
+// The status comes before the box: a pause of the machine that has cost a write its reply brings one, too.
+void SoakTest::OnStatus(const QString &text) {
+    if (writeStatus_ != good || !dialogs_.AllCame() || !text.endsWith(MbaxpErrorDesc(LinkStatus::Timeout))) {
+        return;
+    }
+    const qint64 held = (writeRepliedMs_ < 0 ? Now() : writeRepliedMs_) - roundBeganMs_;
+    if (held > (writeRepliedMs_ < 0 ? longestRoundMs : stallMs)) {
+        ++stalls_;
+        writeStatus_ = LinkStatus::Timeout;
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    }
 }
 
 void SoakTest::OnWritten(std::int16_t status) {
