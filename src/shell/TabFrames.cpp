@@ -102,6 +102,5 @@ void TabFrames::Colour() {
         QPalette palette = page->palette();
         palette.setColor(QPalette::Window, behind.toImage().pixelColor(sample / 2, sample / 2));
         page->setPalette(palette);
-        page->setAutoFillBackground(true);
     }
 }

@@ -35,7 +35,8 @@ public:
     // Lays out the strip and the page that shows for a form of that size in pixels.
     void LayOut(QSize form);
 
-    // Gives the pages the background of the strip, so that it needn't be painted from there with each change.
+    // Gives the pages the background of the strip, so that what they paint over needn't be painted from
+    // there.
     void Colour();
 
 Q_SIGNALS:
