@@ -1,5 +1,6 @@
 // Measures the program against its limits and its peers.
 
+#include "bench/Awake.h"
 #include "bench/HexImport.h"
 #include "bench/ListRefresh.h"
 #include "bench/PollLoad.h"
@@ -16,6 +17,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <stdexcept>
 
 namespace {
@@ -36,9 +38,10 @@ constexpr int wrongUsage = 2;
 constexpr int attempts = 3;
 
 int Usage() {
-    std::fprintf(stderr,
-                 "usage: ztv-bench [--check] [--runs N] [--table FILE] [round-trip] [poll] [list] [search] "
-                 "[start-up] [hex] [upgrade]\n");
+    std::fprintf(
+        stderr,
+        "usage: ztv-bench [--check] [--awake] [--runs N] [--table FILE] [round-trip] [poll] [list] [search] "
+        "[start-up] [hex] [upgrade]\n");
     return wrongUsage;
 }
 
@@ -134,6 +137,8 @@ int main(int argc, char *argv[]) {
     });
     QStringList words = QCoreApplication::arguments().mid(1);
     const bool check = words.removeAll(QStringLiteral("--check")) > 0;
+    const std::unique_ptr<Awake> awake =
+        words.removeAll(QStringLiteral("--awake")) > 0 ? std::make_unique<Awake>() : nullptr;
     const QString table = TakeValue(words, QStringLiteral("--table"));
     const QString runs = TakeValue(words, QStringLiteral("--runs"));
     for (const QString &word : words) {
