@@ -17,7 +17,7 @@ constexpr QEvent::Type startEvent = QEvent::User;
 constexpr int highestSlave = 247;
 constexpr qsizetype mostReceivedBytes = 1024; // a babbling line mustn't fill the memory
 
-constexpr qint64 ownReplyGapUs = 50'000; // behind a late reply, its own follows sooner than this
+constexpr qint64 ownReplyGapUs = 50'000; // a run's own reply follows a late one sooner than this
 
 bool IsNumber(int transaction) {
     return transaction >= 0 && transaction < Mbaxp::TransactionCount;
@@ -77,6 +77,8 @@ bool Mbaxp::OpenPort() {
     }
     open_ = true;
     lateReplies_.Clear();
+    echo_.Clear();
+    schedule_.PutRoundFirst(); // a read, which tells whether there is an echo
     holdOffEndUs_.reset();
     lastByteUs_ = NowUs();
     return true;
@@ -87,6 +89,7 @@ void Mbaxp::ClosePort() {
     line_.Close();
     open_ = false;
     current_ = -1;
+    delivering_ = false;
     schedule_.Clear();
 }
 
@@ -235,11 +238,17 @@ void Mbaxp::OnWake() {
 }
 
 void Mbaxp::StartNext() {
+    EndDelivery();
     if (!open_ || current_ >= 0) {
         return;
     }
     const qint64 now = NowUs();
-    const RunSchedule::Next next = schedule_.AskNext(now);
+    const qint64 early = lateReplies_.WantsMovedRound() ? LateReplies::MovedByUs : 0;
+    const RunSchedule::Next round = schedule_.AskNextRound(now, early);
+    RunSchedule::Next next = schedule_.AskNext(now, early);
+    if (next.once && round.number && HoldOffUs(next, now) > HoldOffUs(round, now)) {
+        next = round; // a one-shot that waits for a late reply doesn't hold a cycle up
+    }
     if (!next.number) {
         holdOffEndUs_.reset();
         if (next.askAgainUs) {
@@ -250,42 +259,44 @@ void Mbaxp::StartNext() {
     const qint64 holdOff = HoldOffUs(next, now);
     if (holdOff > 0) {
         // A line that never falls silent mustn't keep a request waiting for good.
-        if (!holdOffEndUs_) {
-            holdOffEndUs_ = now + holdOff + TimeoutUs();
-        }
+        holdOffEndUs_ = holdOffEndUs_.value_or(now + std::max(holdOff, TimeoutUs()));
         if (now < *holdOffEndUs_) {
-            WakeIn(holdOff);
+            const qint64 wakeUs = std::min(now + holdOff, *holdOffEndUs_);
+            WakeIn(std::min(wakeUs, round.askAgainUs.value_or(wakeUs)) - now);
             return;
         }
     }
     holdOffEndUs_.reset();
-    Start(next);
+    Start(next, !next.once && early > 0);
 }
 
-// How long the line must stay quiet before the next request: the silent interval behind the last byte, and
-// for late replies.
+// How long the line must stay quiet before the next request: the silent interval after the last byte and,
+// before a one-shot, for late replies.
 qint64 Mbaxp::HoldOffUs(const RunSchedule::Next &next, qint64 now) const {
-    return std::max(lastByteUs_ + SilentIntervalUs(),
-                    lateReplies_.QuietUntilUs(At(*next.number).request, next.once)) -
-           now;
+    const qint64 late = next.once ? lateReplies_.QuietUntilUs(At(*next.number).request) : 0;
+    return std::max(lastByteUs_ + SilentIntervalUs(), late) - now;
 }
 
-void Mbaxp::Start(const RunSchedule::Next &next) {
+void Mbaxp::Start(const RunSchedule::Next &next, bool moved) {
     const qint64 now = NowUs();
     current_ = *next.number;
     schedule_.Begin(next, now);
-    lateReplies_.RunBegins(now);
     request_ = At(current_).request;
     if (request_.function != ModbusFrame::ReadHoldingRegisters) {
         request_.words = At(current_).buffer;
     }
+    lateReplies_.RunBegins(request_, now, moved);
+    echo_.RunBegins(request_);
     received_.clear();
     firstByteUs_.reset();
-    heldAsOwn_.reset();
+    likelyOwn_.reset();
 
-    if (!line_.IsOpen() && line_.Open(LineSettingsInForce()) != LinkStatus::NoError) {
-        FinishWith(LinkStatus::ReadError); // the device is still gone
-        return;
+    if (!line_.IsOpen()) {
+        if (line_.Open(LineSettingsInForce()) != LinkStatus::NoError) {
+            FinishWith(LinkStatus::ReadError); // the device is still gone
+            return;
+        }
+        echo_.DeviceReopened();
     }
     line_.ClearInput();
     const QByteArray frame = ModbusFrame::Encode(request_);
@@ -305,30 +316,46 @@ void Mbaxp::OnBytes() {
         return;
     }
     const qint64 now = NowUs();
+    lastByteUs_ = now;
     if (received_.isEmpty()) {
         firstByteUs_ = now;
     }
     received_ = (received_ + bytes).right(mostReceivedBytes);
-    lastByteUs_ = now;
     if (current_ < 0) {
         lateReplies_.TakeFrom(received_);
-        StartNext(); // what waited for a late reply may go ahead
+        StartNext(); // a request that waited for a late reply may go ahead
+        return;
+    }
+    TakeEcho(now);
+    if (echo_.IsAwaited()) {
         return;
     }
     ModbusFrame::Verdict verdict = ModbusFrame::Judge(request_, received_);
     const bool isAnswer = verdict.kind != ModbusFrame::Verdict::Kind::NeedMore;
-    if (isAnswer && !lateReplies_.HasPassedOver() && lateReplies_.IsOwed(request_)) {
-        if (!lateReplies_.IsUnusual(*ReplyDelayUs(), LineTimeUs(4))) {
-            heldAsOwn_ = verdict;
+    if (isAnswer && MayBeLate()) {
+        if (lateReplies_.IsLikelyOwn(ReplyDelayUs(), LineTimeUs(4))) {
+            likelyOwn_ = verdict;
         }
-        HoldReply(verdict);
+        SetAside(verdict);
+        WakeIn(std::min(ownReplyGapUs, deadlineUs_ - now));
         verdict = ModbusFrame::Judge(request_, received_);
     }
     if (verdict.kind != ModbusFrame::Verdict::Kind::NeedMore) {
         Finish(verdict);
-    } else if (lateReplies_.HasPassedOver() && !received_.isEmpty()) {
+    } else if (lateReplies_.HasSetAside() && !received_.isEmpty()) {
         WakeIn(deadlineUs_ - now); // another reply has begun: it has until the deadline
     }
+}
+
+// Takes the adapter's copy of the request out of the input. What came before it is late.
+void Mbaxp::TakeEcho(std::optional<qint64> arrivedUs) {
+    const qsizetype size = received_.size();
+    QByteArray before = echo_.TakeFrom(received_);
+    if (received_.size() == size) {
+        return;
+    }
+    lateReplies_.TakeFrom(before);
+    firstByteUs_ = received_.isEmpty() ? std::nullopt : arrivedUs;
 }
 
 // From the request's end to the reply's first byte.
@@ -336,26 +363,24 @@ std::optional<qint64> Mbaxp::ReplyDelayUs() const {
     return firstByteUs_ ? std::optional(*firstByteUs_ - RequestEndUs()) : std::nullopt;
 }
 
-// A reply that may be the late one of a request before is passed over: then its own follows right behind it.
-// One that came as soon as usual is taken if none follows.
-void Mbaxp::HoldReply(const ModbusFrame::Verdict &verdict) {
-    lateReplies_.PassOver(request_);
+// Sets aside a reply that may belong to an earlier request and waits for another.
+void Mbaxp::SetAside(const ModbusFrame::Verdict &verdict) {
+    lateReplies_.SetAside(request_, ReplyDelayUs());
     received_.remove(0, verdict.end);
-    WakeIn(std::min(ownReplyGapUs, deadlineUs_ - NowUs()));
 }
 
 void Mbaxp::OnDeadline() {
-    // What has come but wasn't delivered while the screen was busy counts; how soon it came isn't known.
+    // Input that came but wasn't delivered while the screen was busy counts; its delay isn't known.
     received_ += line_.TakeAllInput();
+    TakeEcho(std::nullopt);
     ModbusFrame::Verdict verdict = ModbusFrame::JudgeAtEnd(request_, received_);
-    if (verdict.end > 0 && !lateReplies_.HasPassedOver() && lateReplies_.IsOwed(request_)) {
-        lateReplies_.PassOver(request_);
-        received_.remove(0, verdict.end);
+    if (verdict.end > 0 && MayBeLate()) {
+        SetAside(verdict);
         verdict = ModbusFrame::JudgeAtEnd(request_, received_);
     }
-    if (heldAsOwn_ && verdict.stillOwed) {
-        Finish(*std::exchange(heldAsOwn_, std::nullopt));
-    } else if (lateReplies_.HasPassedOver() && verdict.end == 0) {
+    if (likelyOwn_ && verdict.stillOwed) {
+        Finish(*std::exchange(likelyOwn_, std::nullopt));
+    } else if (lateReplies_.HasSetAside() && verdict.end == 0) {
         FinishWith(LinkStatus::Timeout); // the late one came alone
     } else {
         Finish(verdict);
@@ -369,14 +394,18 @@ void Mbaxp::OnHungUp() {
 }
 
 void Mbaxp::FinishWith(std::int16_t status) {
-    Finish({.kind = ModbusFrame::Verdict::Kind::Failed, .status = status, .words = {}, .end = 0});
+    Finish({.kind = ModbusFrame::Verdict::Kind::Failed, .status = status, .words = {}, .begin = 0, .end = 0});
 }
 
 void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     const auto number = static_cast<std::int16_t>(current_);
     current_ = -1;
-    schedule_.End();
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
+    const bool deviceFailed =
+        verdict.status == LinkStatus::ReadError || verdict.status == LinkStatus::WriteError;
+    if (!deviceFailed) {
+        echo_.RunEnded(verdict, !received_.isEmpty());
+    }
     if (done) {
         lateReplies_.Answered(request_, ReplyDelayUs());
     } else if (verdict.stillOwed || verdict.status == LinkStatus::Timeout) {
@@ -391,9 +420,19 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     }
     wake_.stop();
     PostStart();
+    delivering_ = true;
     if (done) {
         Q_EMIT TransactionDone(number);
     } else {
         Q_EMIT TransactionFailed(number, verdict.status);
+    }
+    EndDelivery();
+}
+
+// After the handlers of the last run's event, or as soon as one of them turns the event loop: a handler that
+// waits for the transaction there would wait for good.
+void Mbaxp::EndDelivery() {
+    if (std::exchange(delivering_, false)) {
+        schedule_.End();
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/LateReplies.h"
+#include "link/LocalEcho.h"
 #include "link/ModbusFrame.h"
 #include "link/RunSchedule.h"
 #include "link/SerialLine.h"
@@ -57,6 +58,9 @@ public:
     // True from OpenPort to ClosePort, also while the device behind the port has gone away.
     bool PortIsOpen() const { return open_; }
 
+    // The adapter gives back what is sent: found out at the first read after OpenPort.
+    bool EchoIsPresent() const { return echo_.IsPresent(); }
+
     // The status code of the last call that failed.
     std::int16_t LastError() const { return lastError_; }
 
@@ -78,7 +82,8 @@ public:
     // Runs the transaction one time. A transaction that already waits for its one run isn't queued again.
     void TriggerOnce(std::int16_t transaction);
 
-    // From TriggerOnce until its event is delivered, and from StartCyclic until StopCyclic.
+    // From TriggerOnce until its event has been delivered, and from StartCyclic until StopCyclic. An event
+    // counts as delivered when its handlers return or turn the event loop.
     bool TransactionBusy(std::int16_t transaction) const;
 
     // One word of the transaction's buffer. An index that the buffer lacks reads as 0.
@@ -129,13 +134,17 @@ private:
     void OnHungUp();
 
     void StartNext();
+    RunSchedule::Next AskNext(qint64 now) const;
     qint64 HoldOffUs(const RunSchedule::Next &next, qint64 now) const;
-    void Start(const RunSchedule::Next &next);
+    void Start(const RunSchedule::Next &next, bool moved);
+    void TakeEcho(std::optional<qint64> arrivedUs);
     std::optional<qint64> ReplyDelayUs() const;
-    void HoldReply(const ModbusFrame::Verdict &verdict);
+    bool MayBeLate() const { return !lateReplies_.HasSetAside() && lateReplies_.IsOwed(request_); }
+    void SetAside(const ModbusFrame::Verdict &verdict);
     void OnDeadline();
     void Finish(const ModbusFrame::Verdict &verdict);
     void FinishWith(std::int16_t status);
+    void EndDelivery();
     qint64 NowUs() const { return clock_.nsecsElapsed() / 1000; }
     qint64 RequestEndUs() const { return deadlineUs_ - TimeoutUs(); }
     qint64 TimeoutUs() const { return inForce_.responseTimeout * qint64{1000}; }
@@ -149,18 +158,19 @@ private:
     std::array<Transaction, TransactionCount> transactions_;
     RunSchedule schedule_;
     LateReplies lateReplies_;
+    LocalEcho echo_;
     QString tag_;
 
     bool open_ = false;
     bool startPosted_ = false;
+    bool delivering_ = false; // the event of the last run
     std::int16_t lastError_ = 0;
     int current_ = -1;             // the transaction on the line
     ModbusFrame::Request request_; // what is, or was last, on the line
     QByteArray received_;
     qint64 deadlineUs_ = 0;
-    std::optional<qint64> firstByteUs_; // of the reply, where its time is known
-    std::optional<ModbusFrame::Verdict>
-        heldAsOwn_; // passed over, but as soon as usual: taken if none follows
+    std::optional<qint64> firstByteUs_;             // of the reply, where its time is known
+    std::optional<ModbusFrame::Verdict> likelyOwn_; // set aside; taken if no other reply follows
     qint64 lastByteUs_ = 0;
     std::optional<qint64> holdOffEndUs_; // while a request waits for silence
 };

@@ -45,7 +45,7 @@ bool HasGoodCrc(QByteArrayView frame) {
 }
 
 Verdict Failed(std::int16_t status) {
-    return {.kind = Verdict::Kind::Failed, .status = status, .words = {}, .end = 0};
+    return {.kind = Verdict::Kind::Failed, .status = status, .words = {}, .begin = 0, .end = 0};
 }
 
 // Nothing that came is the reply or a part of it.
@@ -56,7 +56,7 @@ Verdict NotAnswered(std::int16_t status) {
 }
 
 Verdict CompleteRead(QByteArrayView frame, int quantity) {
-    Verdict verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}, .end = 0};
+    Verdict verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}, .begin = 0, .end = 0};
     verdict.words.reserve(static_cast<std::size_t>(quantity));
     for (int k = 0; k < quantity; ++k) {
         verdict.words.push_back(static_cast<std::int16_t>(WordAt(frame, 3 + 2 * k)));
@@ -93,7 +93,8 @@ std::optional<Verdict> JudgeFront(const Request &request, QByteArrayView bytes, 
         if (HasGoodCrc(bytes.first(length))) {
             return request.function == ReadHoldingRegisters
                        ? CompleteRead(bytes, request.quantity)
-                       : Verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}, .end = 0};
+                       : Verdict{
+                             .kind = Verdict::Kind::Complete, .status = 0, .words = {}, .begin = 0, .end = 0};
         }
         return std::nullopt;
     }
@@ -168,6 +169,7 @@ std::optional<Verdict> Scan(const Request &request, QByteArrayView received, boo
             continue;
         }
         if (verdict->kind != Verdict::Kind::NeedMore) {
+            verdict->begin = at;
             verdict->end =
                 at + (verdict->kind == Verdict::Kind::Complete ? ReplyLength(request) : exceptionLength);
             return verdict;

@@ -38,7 +38,8 @@ struct Verdict {
     Kind kind = Kind::NeedMore;
     std::int16_t status = 0;         // of a failure
     std::vector<std::int16_t> words; // of a complete read
-    qsizetype end = 0;               // of the reply or the exception within the bytes
+    qsizetype begin = 0;             // of the reply or the exception within the bytes
+    qsizetype end = 0;               // 0 where there is neither
     bool stillOwed = false;          // of a failure: nothing that came is the reply or a part of it
 };
 

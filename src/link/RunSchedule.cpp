@@ -5,6 +5,7 @@
 void RunSchedule::Clear() {
     onceQueue_.clear();
     running_.reset();
+    lastWasOnce_ = false;
     for (Item &item : items_) {
         item.cyclic = false;
         item.once = false;
@@ -35,22 +36,29 @@ void RunSchedule::Withdraw(int number) {
 }
 
 // The one-shot at the head of the queue and the cycle that is due first take turns where both wait.
-RunSchedule::Next RunSchedule::AskNext(qint64 nowUs) const {
+RunSchedule::Next RunSchedule::AskNext(qint64 nowUs, qint64 earlyUs) const {
+    const Next round = AskNextRound(nowUs, earlyUs);
+    if (!onceQueue_.empty() && (!round.number || !lastWasOnce_)) {
+        return {.number = onceQueue_.front(), .once = true, .askAgainUs = {}};
+    }
+    return round;
+}
+
+RunSchedule::Next RunSchedule::AskNextRound(qint64 nowUs, qint64 earlyUs) const {
     std::optional<int> first;
     for (int number = 0; number < Count; ++number) {
         if (At(number).cyclic && (!first || At(number).dueUs < At(*first).dueUs)) {
             first = number;
         }
     }
-    const bool isDue = first && At(*first).dueUs <= nowUs;
-    if (!onceQueue_.empty() && (!isDue || !lastWasOnce_)) {
-        return {.number = onceQueue_.front(), .once = true, .askAgainUs = {}};
+    if (!first) {
+        return {};
     }
-    if (isDue) {
+    const qint64 startUs = At(*first).dueUs - earlyUs;
+    if (startUs <= nowUs) {
         return {.number = first, .once = false, .askAgainUs = {}};
     }
-    return {
-        .number = {}, .once = false, .askAgainUs = first ? std::optional(At(*first).dueUs) : std::nullopt};
+    return {.number = {}, .once = false, .askAgainUs = startUs};
 }
 
 void RunSchedule::Begin(const Next &next, qint64 nowUs) {
@@ -60,7 +68,8 @@ void RunSchedule::Begin(const Next &next, qint64 nowUs) {
         onceQueue_.pop_front();
         return;
     }
-    // On its grid, but for a round that is late by more than a period: no two follow each other closely.
+    // Stays on the period's grid. A round more than one period late restarts the grid, so that rounds never
+    // bunch up.
     Item &item = At(*next.number);
     item.dueUs += item.periodUs;
     if (item.dueUs <= nowUs) {

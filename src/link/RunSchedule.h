@@ -11,7 +11,7 @@ class RunSchedule {
 public:
     static constexpr int Count = 5;
 
-    // What is to run now, and whether as its one run; without any, when to ask again, if ever.
+    // The run to start now, and whether it is a one-shot; without any, when to ask again, if ever.
     struct Next {
         std::optional<int> number;
         bool once = false;
@@ -19,6 +19,10 @@ public:
     };
 
     void Clear();
+
+    // The next round of a cycle comes before any one-shot where both wait.
+    void PutRoundFirst() { lastWasOnce_ = true; }
+
     void PeriodUs(int number, qint64 period) { At(number).periodUs = period; }
 
     // Runs it now and then every period, from start to start.
@@ -34,7 +38,11 @@ public:
     // From QueueOnce until the end of its run, and from StartCycle until StopCycle.
     bool IsBusy(int number) const { return At(number).cyclic || At(number).once; }
 
-    Next AskNext(qint64 nowUs) const;
+    // `earlyUs`: how much sooner than due a round of a cycle may start.
+    Next AskNext(qint64 nowUs, qint64 earlyUs = 0) const;
+
+    // The same without the one-shots, for when the first of them has to wait.
+    Next AskNextRound(qint64 nowUs, qint64 earlyUs = 0) const;
     void Begin(const Next &next, qint64 nowUs);
     void End();
 

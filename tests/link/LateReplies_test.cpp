@@ -30,13 +30,29 @@ protected:
         late_.NotAnswered(request, now, timeout);
     }
 
+    // A run of the poll from `start` on that gets nothing, or one reply with that delay which isn't its own.
+    void SilentRun(qint64 start) {
+        late_.RunBegins(poll, start, late_.WantsMovedRound());
+        TimeOut(poll, start + timeout);
+    }
+    void DoubtfulRun(qint64 start, qint64 delay) {
+        late_.RunBegins(poll, start, late_.WantsMovedRound());
+        late_.SetAside(poll, delay);
+        TimeOut(poll, start + timeout);
+    }
+    // The judgement of a lone reply with that delay to a run that begins at `start`.
+    bool IsOwn(qint64 start, qint64 delay) {
+        late_.RunBegins(poll, start, late_.WantsMovedRound());
+        return late_.IsLikelyOwn(delay, 0);
+    }
+
     LateReplies late_;
 };
 
 TEST_F(LateRepliesTest, NothingIsOwedWhereNothingTimedOut) {
     KnowThePace();
     EXPECT_FALSE(late_.IsOwed(poll));
-    EXPECT_EQ(late_.QuietUntilUs(poll, true), 0);
+    EXPECT_EQ(late_.QuietUntilUs(poll), 0);
 }
 
 TEST_F(LateRepliesTest, AReadThatTimedOutIsOwedAReplyUntilAnAnswerComes) {
@@ -46,7 +62,7 @@ TEST_F(LateRepliesTest, AReadThatTimedOutIsOwedAReplyUntilAnAnswerComes) {
     EXPECT_FALSE(late_.IsOwed(poll));
 }
 
-TEST_F(LateRepliesTest, WhatIsOwedLooksLikeAnyReadOfThatSlaveAndQuantity) {
+TEST_F(LateRepliesTest, ALateReplyLooksLikeThatToAnyReadOfThatSlaveAndQuantity) {
     TimeOut(poll, 0);
     EXPECT_TRUE(late_.IsOwed(Read(1, 40, 2))) << "the reply doesn't name where it starts";
     EXPECT_FALSE(late_.IsOwed(Read(2, 0, 2)));
@@ -57,99 +73,165 @@ TEST_F(LateRepliesTest, WhatIsOwedLooksLikeAnyReadOfThatSlaveAndQuantity) {
 TEST_F(LateRepliesTest, AWriteIsOwedNothingSinceItsEchoNamesIt) {
     TimeOut(write, 0);
     EXPECT_FALSE(late_.IsOwed(write));
-    EXPECT_EQ(late_.QuietUntilUs(write, true), 0);
+    EXPECT_EQ(late_.QuietUntilUs(write), 0);
 }
 
-TEST_F(LateRepliesTest, ARunThatIsMadeOnceWaitsATimeoutLonger) {
+TEST_F(LateRepliesTest, AOneShotWaitsATimeoutLonger) {
     KnowThePace();
     TimeOut(poll, 1000 * ms);
-    EXPECT_EQ(late_.QuietUntilUs(poll, true), 1100 * ms);
-    EXPECT_EQ(late_.QuietUntilUs(Read(2, 0, 2), true), 0) << "what comes late can't be taken for its reply";
+    EXPECT_EQ(late_.QuietUntilUs(poll), 1100 * ms);
+    EXPECT_EQ(late_.QuietUntilUs(Read(2, 0, 2)), 0) << "a late reply can't be taken for its own";
 }
 
-TEST_F(LateRepliesTest, ACycleKeepsItsPeriodOnceThePaceIsKnown) {
-    TimeOut(poll, 1000 * ms);
-    EXPECT_EQ(late_.QuietUntilUs(poll, false), 1100 * ms);
-    late_.Clear();
+TEST_F(LateRepliesTest, AOneShotAfterADoubtfulRunWaitsUntilNothingCanBeOwed) {
     KnowThePace();
-    TimeOut(poll, 1000 * ms);
-    EXPECT_EQ(late_.QuietUntilUs(poll, false), 0);
+    SilentRun(0);
+    DoubtfulRun(200 * ms, 60 * ms);
+    EXPECT_EQ(late_.QuietUntilUs(poll), 300 * ms + timeout + 4 * timeout);
+    late_.FailedOtherwise();
+    EXPECT_EQ(late_.QuietUntilUs(poll), 300 * ms + timeout);
 }
 
-TEST_F(LateRepliesTest, AReplyIsUnusualWhenItComesLaterThanTheOnesBefore) {
-    EXPECT_FALSE(late_.IsUnusual(90 * ms, 0)) << "how soon the sensor answers isn't known";
+TEST_F(LateRepliesTest, AReplyWithinFortyMillisecondsOfTheUsualDelayIsLikelyItsOwn) {
     KnowThePace();
-    EXPECT_FALSE(late_.IsUnusual(usual + 15 * ms, 0));
-    EXPECT_TRUE(late_.IsUnusual(usual + 15 * ms + 1, 0));
-    EXPECT_FALSE(late_.IsUnusual(usual + 15 * ms + 1, 1));
+    SilentRun(0);
+    late_.RunBegins(poll, 200 * ms);
+    EXPECT_TRUE(late_.IsLikelyOwn(usual + 40 * ms, 0));
+    EXPECT_FALSE(late_.IsLikelyOwn(usual + 40 * ms + 1, 0));
+    EXPECT_TRUE(late_.IsLikelyOwn(usual + 40 * ms + 1, 1)) << "the line adds as much";
+    EXPECT_FALSE(late_.IsLikelyOwn(std::nullopt, 0)) << "its delay isn't known";
+}
+
+TEST_F(LateRepliesTest, BeforeThePaceIsKnownAReplyIsLikelyItsOwnWhereItIsPromptOrALateOneIsNotLikely) {
+    SilentRun(0); // its reply is likely for 200 ms
+    late_.RunBegins(poll, 120 * ms);
+    EXPECT_TRUE(late_.IsLikelyOwn(40 * ms, 0));
+    EXPECT_FALSE(late_.IsLikelyOwn(40 * ms + 1, 0));
+    EXPECT_FALSE(late_.IsLikelyOwn(80 * ms, 0));
+    EXPECT_TRUE(late_.IsLikelyOwn(80 * ms + 1, 0)) << "the late one would be later than is likely";
 }
 
 TEST_F(LateRepliesTest, AReplyWhoseDelayIsNotKnownTellsNothingOfThePace) {
-    late_.Answered(poll, std::nullopt);
-    EXPECT_FALSE(late_.IsUnusual(90 * ms, 0));
     KnowThePace();
     late_.Answered(poll, std::nullopt);
-    EXPECT_FALSE(late_.IsUnusual(usual + 15 * ms, 0));
-    EXPECT_TRUE(late_.IsUnusual(usual + 15 * ms + 1, 0));
+    SilentRun(0);
+    EXPECT_TRUE(IsOwn(200 * ms, usual + 40 * ms));
+    EXPECT_FALSE(late_.IsLikelyOwn(usual + 40 * ms + 1, 0));
 }
 
 TEST_F(LateRepliesTest, TheUsualDelayFollowsASlowReplyAtOnceAndAQuickOneByAndBy) {
     late_.Answered(poll, 80 * ms);
     late_.Answered(poll, 8 * ms); // 70 ms by now
-    EXPECT_FALSE(late_.IsUnusual(85 * ms, 0));
-    EXPECT_TRUE(late_.IsUnusual(86 * ms, 0));
+    SilentRun(0);
+    EXPECT_TRUE(IsOwn(200 * ms, 110 * ms));
+    EXPECT_FALSE(late_.IsLikelyOwn(111 * ms, 0));
 }
 
-TEST_F(LateRepliesTest, OnePassedOverIsOneOwedLess) {
+TEST_F(LateRepliesTest, OneSetAsideIsOneOwedLess) {
     KnowThePace();
-    TimeOut(poll, 0);
-    late_.RunBegins(200 * ms);
-    TimeOut(poll, 300 * ms);
-    late_.RunBegins(400 * ms);
-    late_.PassOver(poll);
-    EXPECT_TRUE(late_.HasPassedOver());
+    SilentRun(0);
+    SilentRun(200 * ms);
+    late_.RunBegins(poll, 400 * ms);
+    late_.SetAside(poll, usual);
+    EXPECT_TRUE(late_.HasSetAside());
     EXPECT_TRUE(late_.IsOwed(poll));
-    late_.PassOver(poll);
+    late_.SetAside(poll, usual);
     EXPECT_FALSE(late_.IsOwed(poll));
-    late_.RunBegins(500 * ms);
-    EXPECT_FALSE(late_.HasPassedOver());
+    late_.RunBegins(poll, 500 * ms);
+    EXPECT_FALSE(late_.HasSetAside());
 }
 
-TEST_F(LateRepliesTest, AfterTwoDoubtfulRunsInARowTheLineHasTimeUntilNothingCanBeOwed) {
+// A doubtful reply was 60 ms behind its run, 260 ms behind the run before. -------------------------
+
+TEST_F(LateRepliesTest, TheRoundAfterADoubtfulOneIsMovedUnlessItsIntervalDiffersByItself) {
     KnowThePace();
-    TimeOut(poll, 0);
-    for (int run = 1; run <= 2; ++run) {
-        EXPECT_EQ(late_.QuietUntilUs(poll, false), 0);
-        late_.RunBegins(run * 200 * ms);
-        late_.PassOver(poll);
-        TimeOut(poll, run * 200 * ms + timeout);
+    SilentRun(0);
+    EXPECT_FALSE(late_.WantsMovedRound());
+    DoubtfulRun(200 * ms, 60 * ms);
+    EXPECT_TRUE(late_.WantsMovedRound());
+    DoubtfulRun(360 * ms, 95 * ms);
+    EXPECT_FALSE(late_.WantsMovedRound());
+    DoubtfulRun(600 * ms, 60 * ms);
+    EXPECT_FALSE(late_.WantsMovedRound()) << "240 ms, then 200 ms";
+    DoubtfulRun(800 * ms, 60 * ms);
+    EXPECT_TRUE(late_.WantsMovedRound());
+}
+
+TEST_F(LateRepliesTest, ADelayThatRepeatsItselfThoughTheRoundWasMovedIsASensorThatHasBecomeSlower) {
+    KnowThePace();
+    SilentRun(0);
+    DoubtfulRun(200 * ms, 60 * ms);
+    EXPECT_TRUE(IsOwn(360 * ms, 60 * ms));
+    EXPECT_TRUE(late_.IsLikelyOwn(74 * ms, 0)) << "it varies";
+    EXPECT_TRUE(late_.IsLikelyOwn(20 * ms, 0));
+}
+
+TEST_F(LateRepliesTest, ADelayThatMovesWithTheRoundIsASensorThatIsTooLate) {
+    KnowThePace();
+    SilentRun(0);
+    DoubtfulRun(200 * ms, 50 * ms);
+    EXPECT_FALSE(IsOwn(360 * ms, 90 * ms));
+    late_.SetAside(poll, 90 * ms);
+    TimeOut(poll, 460 * ms);
+    EXPECT_FALSE(IsOwn(600 * ms, 10 * ms)) << "as soon as usual, but 250 ms behind the run before";
+    EXPECT_TRUE(late_.IsLikelyOwn(90 * ms, 0));
+}
+
+TEST_F(LateRepliesTest, ADoubtOutlivesOneSilentRunAndNoMore) {
+    KnowThePace();
+    SilentRun(0);
+    DoubtfulRun(200 * ms, 70 * ms);
+    SilentRun(360 * ms); // the late reply came after its end
+    EXPECT_FALSE(late_.WantsMovedRound());
+    EXPECT_FALSE(IsOwn(600 * ms, 30 * ms)) << "270 ms behind the run before, like the doubtful one";
+    TimeOut(poll, 700 * ms);
+    EXPECT_TRUE(IsOwn(800 * ms, 30 * ms));
+}
+
+TEST_F(LateRepliesTest, AnAnswerEndsADoubtAndSoDoesNothingOwed) {
+    KnowThePace();
+    SilentRun(0);
+    DoubtfulRun(200 * ms, 60 * ms);
+    late_.Answered(poll, 60 * ms);
+    EXPECT_FALSE(late_.WantsMovedRound());
+    DoubtfulRun(600 * ms, 60 * ms);
+    late_.RunBegins(poll, 3000 * ms);
+    EXPECT_FALSE(late_.WantsMovedRound());
+}
+
+TEST_F(LateRepliesTest, RoundsThatCannotBeMovedAreTrustedAfterAWhile) {
+    KnowThePace();
+    SilentRun(0);
+    qint64 start = 102 * ms;
+    for (int run = 0; run < 4; ++run, start += 102 * ms) {
+        EXPECT_FALSE(IsOwn(start, 60 * ms)) << run;
+        late_.SetAside(poll, 60 * ms);
+        TimeOut(poll, start + timeout);
     }
-    EXPECT_EQ(late_.QuietUntilUs(poll, false), 500 * ms + timeout + 4 * timeout);
-    late_.FailedOtherwise();
-    EXPECT_EQ(late_.QuietUntilUs(poll, false), 0);
+    EXPECT_TRUE(IsOwn(start, 60 * ms));
 }
 
-TEST_F(LateRepliesTest, WhatIsLaterThanFiveTimeoutsComesNoMore) {
+TEST_F(LateRepliesTest, NoReplyComesLaterThanFiveTimeouts) {
     KnowThePace();
     TimeOut(poll, 0);
-    late_.RunBegins(500 * ms - 1);
+    late_.RunBegins(poll, 500 * ms - 1);
     EXPECT_TRUE(late_.IsOwed(poll));
-    late_.RunBegins(500 * ms);
+    late_.RunBegins(poll, 500 * ms);
     EXPECT_FALSE(late_.IsOwed(poll));
 }
 
 TEST_F(LateRepliesTest, WithALongTimeoutHalfASecondBeyondItIsTheEnd) {
     KnowThePace();
     late_.NotAnswered(poll, 0, 1200 * ms);
-    late_.RunBegins(1700 * ms - 1);
+    late_.RunBegins(poll, 1700 * ms - 1);
     EXPECT_TRUE(late_.IsOwed(poll));
-    late_.RunBegins(1700 * ms);
+    late_.RunBegins(poll, 1700 * ms);
     EXPECT_FALSE(late_.IsOwed(poll));
 }
 
-TEST_F(LateRepliesTest, BeforeThePaceIsKnownOnlyWhatIsLikelyIsWaitedFor) {
+TEST_F(LateRepliesTest, BeforeThePaceIsKnownAReplyIsOwedForOneMoreTimeout) {
     TimeOut(poll, 0);
-    late_.RunBegins(timeout);
+    late_.RunBegins(poll, timeout);
     EXPECT_FALSE(late_.IsOwed(poll));
 }
 
@@ -166,11 +248,12 @@ TEST_F(LateRepliesTest, WhatComesBetweenTwoRunsPaysWhatIsOwed) {
 }
 
 TEST_F(LateRepliesTest, ClearingForgetsThePaceToo) {
-    KnowThePace();
+    late_.Answered(poll, 80 * ms);
     TimeOut(poll, 0);
     late_.Clear();
     EXPECT_FALSE(late_.IsOwed(poll));
-    EXPECT_FALSE(late_.IsUnusual(99 * ms, 0));
+    SilentRun(0);
+    EXPECT_FALSE(IsOwn(50 * ms, 99 * ms));
 }
 
 } // namespace

@@ -9,10 +9,14 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTimer>
+#include <algorithm>
 #include <ctime>
 #include <gtest/gtest.h>
 #include <memory>
+#include <ostream>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -302,6 +306,36 @@ TEST_F(MbaxpTest, ALostReplyCostsOneTimeoutOnceTheSensorIsKnown) {
     EXPECT_EQ(events_, (std::vector<Event>{{cycle, 0}, {cycle, 10}, {cycle, 0}}));
 }
 
+TEST_F(MbaxpTest, ALostReplyCostsOneTimeoutThoughTheDelayVariesByFortyMilliseconds) {
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->Answer({{goodReply, 25}});
+    line_->AnswerNothing();
+    for (int k = 0; k < 6; ++k) {
+        line_->Answer({{goodReply, 60}});
+    }
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 8; }));
+    EXPECT_EQ(std::count(events_.begin(), events_.end(), Event(cycle, 10)), 1);
+    for (std::size_t k = 1; k < line_->Times().size(); ++k) {
+        EXPECT_LT(line_->Times()[k] - line_->Times()[k - 1], std::chrono::milliseconds(280)) << k;
+    }
+}
+
+TEST_F(MbaxpTest, ASensorThatHasBecomeMuchSlowerCostsTwoTimeoutsAndNoRound) {
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+    line_->Answer(goodReply);
+    line_->AnswerNothing();
+    for (int k = 0; k < 6; ++k) {
+        line_->Answer({{goodReply, 70}});
+    }
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 8; }));
+    EXPECT_EQ(std::count(events_.begin(), events_.end(), Event(cycle, 10)), 2);
+    const auto whole = line_->Times()[7] - line_->Times()[0];
+    EXPECT_GE(whole, std::chrono::milliseconds(7 * 200 - 5));
+    EXPECT_LT(whole, std::chrono::milliseconds(7 * 200 + 100)) << "the rounds stay on their grid";
+}
+
 TEST_F(MbaxpTest, AReplyThatWasReadAtTheDeadlineTellsNothingOfTheSensorsDelay) {
     EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
     line_->Answer(goodReply);
@@ -397,6 +431,30 @@ TEST_F(MbaxpTest, ASensorThatIsAlwaysTooLateIsNeverTakenForAGoodOne) {
     }
 }
 
+TEST_F(MbaxpTest, ASensorThatIsLaterThanThePeriodIsNeverTakenForAGoodOne) {
+    for (const int latencyMs : {245, 270, 290}) {
+        SCOPED_TRACE(latencyMs);
+        master_.ClosePort();
+        EXPECT_TRUE(master_.OpenPort());
+        EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
+        line_->Answer(nextReply);
+        EXPECT_EQ(Run(cycle), 0);
+        events_.clear();
+        for (int k = 0; k < 12; ++k) {
+            line_->Answer({{goodReply, latencyMs}});
+        }
+        master_.StartCyclic(cycle);
+        EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 8; }));
+        EXPECT_EQ(std::count(events_.begin(), events_.end(), Event(cycle, 10)), 8);
+        master_.ClosePort();
+        bool over = false; // the replies that are still on the way
+        QTimer::singleShot(latencyMs + 50, &master_, [&over] { over = true; });
+        EXPECT_TRUE(WaitUntil([&over] { return over; }));
+        line_ = std::make_unique<ScriptedLine>();
+        device_ = line_->Path();
+    }
+}
+
 TEST_F(MbaxpTest, ASensorThatHasBecomeSlowIsTrustedAgain) {
     EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 200));
     line_->Answer(nextReply);
@@ -409,7 +467,7 @@ TEST_F(MbaxpTest, ASensorThatHasBecomeSlowIsTrustedAgain) {
     master_.StartCyclic(cycle);
     EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 6; }));
     EXPECT_EQ(events_.front(), Event(cycle, 10));
-    EXPECT_EQ(events_[4], Event(cycle, 0)); // after two doubtful rounds and a pause
+    EXPECT_EQ(events_[4], Event(cycle, 0));
     EXPECT_EQ(events_[5], Event(cycle, 0));
 }
 
@@ -447,6 +505,140 @@ TEST_F(MbaxpTest, NothingInAnotherSlavesFrameIsTakenForAReply) {
     line_->Answer({{WithCrc(foreign + inner), 0}, {goodReply, 10}});
     EXPECT_EQ(Run(), 0);
     EXPECT_EQ(master_.RegisterValue(once, 0), 1);
+}
+
+// An adapter that gives back what is sent. -----------------------------------------------------------
+
+struct FaultRow {
+    const char *name;
+    std::vector<ScriptedLine::Chunk> answer;
+    int status;
+};
+
+void PrintTo(const FaultRow &row, std::ostream *stream) {
+    *stream << row.name;
+}
+
+class MbaxpEchoTest : public MbaxpTest, public testing::WithParamInterface<std::tuple<bool, FaultRow>> {};
+
+TEST_P(MbaxpEchoTest, AFaultOfTheLineBehavesWithALocalEchoAsWithout) {
+    const auto &[givesBack, fault] = GetParam();
+    line_->GiveBack(givesBack);
+    line_->Answer(WithCrc("01 03 04 00 07 00 08"));
+    EXPECT_EQ(Run(), 0);
+    line_->Answer(fault.answer);
+    ExpectFault(fault.status);
+    EXPECT_EQ(master_.EchoIsPresent(), givesBack);
+}
+
+TEST_P(MbaxpEchoTest, AFaultAtTheFirstReadBehavesSoToo) {
+    const auto &[givesBack, fault] = GetParam();
+    line_->GiveBack(givesBack);
+    line_->Answer(fault.answer);
+    ExpectFault(fault.status);
+    EXPECT_EQ(master_.EchoIsPresent(), givesBack);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Line, MbaxpEchoTest,
+    testing::Combine(
+        testing::Bool(),
+        testing::Values(FaultRow{"bad CRC", {{Hex("01 03 04 00 01 00 02 11 11"), 0}}, 11},
+                        FaultRow{
+                            "byte count corrupted upwards", {{Hex("01 03 20 00 01 00 02 2A 32"), 0}}, 11},
+                        FaultRow{"short frame", {{goodReply.first(5), 0}}, 13}, FaultRow{"no reply", {}, 10},
+                        FaultRow{"late reply", {{goodReply, timeoutMs + 40}}, 10},
+                        FaultRow{"wrong slave, then the right reply",
+                                 {{WithCrc("02 03 04 00 08 00 09"), 0}, {goodReply, 20}},
+                                 0},
+                        FaultRow{"wrong function", {{WithCrc("01 04 04 00 01 00 02"), 0}}, 12},
+                        FaultRow{"fewer registers", {{WithCrc("01 03 02 00 01"), 0}}, 12},
+                        FaultRow{"more registers", {{WithCrc("01 03 06 00 01 00 02 00 03"), 0}}, 12},
+                        FaultRow{"garbage in front", {{Hex("A5") + goodReply, 0}}, 0},
+                        FaultRow{"trailing byte", {{goodReply + Hex("00"), 0}}, 0},
+                        FaultRow{"exception", {{WithCrc("01 83 02"), 0}}, 2})));
+
+TEST_F(MbaxpTest, TheEchoOfAWriteThatNobodyReceivedConfirmsNothing) {
+    line_->GiveBack(true);
+    line_->AnswerNothing();
+    EXPECT_EQ(Run(cycle), 10) << "the sensor is dead; the copy tells of the echo";
+    DefineWrite();
+    line_->AnswerNothing();
+    EXPECT_EQ(Run(), 10);
+    line_->Answer(goodEcho);
+    EXPECT_EQ(Run(), 0);
+    line_->Answer(WithCrc("01 06 00 05 00 08"));
+    EXPECT_EQ(Run(), 12) << "the reply's echo of the value differs";
+    line_->Answer({{goodEcho.first(3), 10}, {goodEcho.mid(3), 10}});
+    EXPECT_EQ(Run(), 0);
+    EXPECT_TRUE(master_.DefineWriteRegisters(4, 1, 0, 2, 4000));
+    line_->AnswerNothing();
+    EXPECT_EQ(Run(4), 10);
+    line_->Answer(WithCrc("01 10 00 00 00 02"));
+    EXPECT_EQ(Run(4), 0);
+}
+
+TEST_F(MbaxpTest, AfterOpeningAReadGoesBeforeAWrite) {
+    line_->GiveBack(true);
+    DefineWrite();
+    master_.TriggerOnce(once);
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 2; }));
+    EXPECT_EQ(events_[0], Event(cycle, 10));
+    EXPECT_EQ(events_[1], Event(once, 10)) << "its own echo doesn't confirm it";
+}
+
+TEST_F(MbaxpTest, AnEchoThatComesInPiecesOrLateIsTakenOut) {
+    const QByteArray request = WithCrc("01 03 00 00 00 02");
+    line_->Answer({{request.first(3), 0}, {request.mid(3), 15}, {goodReply, 5}});
+    EXPECT_EQ(Run(), 0);
+    EXPECT_TRUE(master_.EchoIsPresent());
+    line_->Answer({{request, 40}, {nextReply, 20}});
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+    line_->Answer(request + goodReply);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 0), 1);
+}
+
+TEST_F(MbaxpTest, ALateReplyInFrontOfTheEchoIsDropped) {
+    const QByteArray request = WithCrc("01 03 00 00 00 02");
+    line_->Answer(request + goodReply);
+    EXPECT_EQ(Run(), 0);
+    line_->Answer(goodReply + request + nextReply);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+}
+
+TEST_F(MbaxpTest, ADamagedOrMissingEchoCostsNoReadAndConfirmsNoWrite) {
+    const QByteArray request = WithCrc("01 03 00 00 00 02");
+    QByteArray damaged = request;
+    damaged[5] = 0x12;
+    line_->Answer(request + goodReply);
+    EXPECT_EQ(Run(), 0);
+    for (const QByteArray &copy : {damaged, QByteArray()}) {
+        line_->Answer(copy + nextReply);
+        EXPECT_EQ(Run(), 0);
+        EXPECT_EQ(master_.RegisterValue(once, 0), 3);
+    }
+    DefineWrite();
+    line_->Answer(goodEcho.first(7));
+    EXPECT_NE(Run(), 0);
+    line_->Answer(goodEcho);
+    EXPECT_NE(Run(), 0);
+}
+
+TEST_F(MbaxpTest, TheEchoIsForgottenWithThePort) {
+    line_->GiveBack(true);
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
+    line_->GiveBack(false);
+    master_.ClosePort();
+    EXPECT_TRUE(master_.OpenPort());
+    EXPECT_FALSE(master_.EchoIsPresent());
+    DefineWrite();
+    line_->Answer(goodEcho);
+    EXPECT_EQ(Run(), 0);
 }
 
 // Hang-up. ------------------------------------------------------------------------------------------
@@ -565,6 +757,48 @@ TEST_F(MbaxpTest, CycleKeepsItsPeriodWithASilentSensor) {
     EXPECT_LT(whole, std::chrono::milliseconds(5 * periodMs + 2 * timeoutMs));
 }
 
+struct PeriodRow {
+    std::int16_t baudCode;
+    std::int16_t timeoutMs;
+    int periodMs;
+};
+
+class MbaxpPeriodTest : public MbaxpTest, public testing::WithParamInterface<PeriodRow> {};
+
+TEST_P(MbaxpPeriodTest, ACycleKeepsItsPeriodWhileNobodyHasEverAnswered) {
+    const PeriodRow &row = GetParam();
+    master_.ClosePort();
+    master_.BaudCode(row.baudCode);
+    master_.ResponseTimeout(row.timeoutMs);
+    EXPECT_TRUE(master_.OpenPort());
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, row.periodMs));
+    master_.StartCyclic(cycle);
+    constexpr int rounds = 4;
+    EXPECT_TRUE(WaitUntil([this] { return line_->Times().size() > rounds; }));
+    const auto whole = line_->Times()[rounds] - line_->Times()[0];
+    EXPECT_GE(whole, std::chrono::milliseconds(rounds * row.periodMs - 10));
+    EXPECT_LT(whole, std::chrono::milliseconds(rounds * row.periodMs + row.periodMs / 4));
+    EXPECT_EQ(std::count(events_.begin(), events_.end(), Event(cycle, 10)), rounds);
+}
+
+// The addressing probe at 9600, the poll at 9600, 19200 and 38400.
+INSTANTIATE_TEST_SUITE_P(Program, MbaxpPeriodTest,
+                         testing::Values(PeriodRow{5, 350, 500}, PeriodRow{7, 200, 300},
+                                         PeriodRow{8, 100, 200}));
+
+TEST_F(MbaxpTest, AOneShotThatWaitsForALateReplyHoldsNoCycleUp) {
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 130));
+    master_.StartCyclic(cycle);
+    onEvent_ = [this] {
+        if (events_.size() == 1) {
+            master_.TriggerOnce(once); // it looks like the round that got nothing
+        }
+    };
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
+    EXPECT_EQ(events_[1].first, cycle);
+    EXPECT_LT(line_->Times()[1] - line_->Times()[0], std::chrono::milliseconds(130 + 60));
+}
+
 TEST_F(MbaxpTest, FailedRoundDoesNotEndTheCycle) {
     line_->AnswerNothing();
     line_->Answer(WithCrc("01 83 06"));
@@ -585,6 +819,55 @@ TEST_F(MbaxpTest, StoppedCycleStaysStill) {
     EXPECT_FALSE(master_.TransactionBusy(cycle));
     EXPECT_EQ(Run(once), 0);
     EXPECT_EQ(line_->Requests().size(), 2U);
+}
+
+TEST_F(MbaxpTest, AOneShotIsBusyUntilItsEventHasBeenDelivered) {
+    for (const bool answered : {true, false}) {
+        SCOPED_TRACE(answered);
+        if (answered) {
+            line_->Answer(goodReply);
+        }
+        bool busy = false;
+        onEvent_ = [&] { busy = master_.TransactionBusy(once); };
+        EXPECT_EQ(Run(), answered ? 0 : 10);
+        EXPECT_TRUE(busy);
+    }
+}
+
+TEST_F(MbaxpTest, AHandlerThatWaitsForItsOwnTransactionComesThrough) {
+    line_->Answer(goodReply);
+    bool ended = false;
+    onEvent_ = [&] { ended = WaitUntil([this] { return !master_.TransactionBusy(once); }); };
+    EXPECT_EQ(Run(), 0);
+    EXPECT_TRUE(ended);
+}
+
+TEST_F(MbaxpTest, AOneShotThatItsOwnHandlerAsksForAgainRunsAgain) {
+    line_->AnswerAlways(goodReply);
+    onEvent_ = [this] {
+        if (events_.size() == 1) {
+            master_.TriggerOnce(once);
+        }
+    };
+    master_.TriggerOnce(once);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() == 2; }));
+    EXPECT_FALSE(master_.TransactionBusy(once));
+    EXPECT_EQ(line_->Requests().size(), 2U);
+}
+
+TEST_F(MbaxpTest, AHandlerMayCloseThePortAndRunAgain) {
+    line_->AnswerAlways(goodReply);
+    onEvent_ = [this] {
+        if (events_.size() == 1) {
+            master_.ClosePort();
+            EXPECT_FALSE(master_.TransactionBusy(once));
+            EXPECT_TRUE(master_.OpenPort());
+            master_.TriggerOnce(once);
+        }
+    };
+    master_.TriggerOnce(once);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() == 2; }));
+    EXPECT_FALSE(master_.TransactionBusy(once));
 }
 
 TEST_F(MbaxpTest, RunsGoOnWhileAHandlerKeepsABoxOpen) {

@@ -56,6 +56,9 @@ void ScriptedLine::OnReadable() {
     }
     requests_.emplace_back(buffer.data(), count);
     times_.push_back(std::chrono::steady_clock::now());
+    if (givesBack_) {
+        Send(requests_.back());
+    }
     std::vector<Chunk> answer;
     if (!script_.empty()) {
         answer = std::move(script_.front());

@@ -32,6 +32,9 @@ public:
     // The answer for every request behind the script's end.
     void AnswerAlways(const QByteArray &bytes) { always_ = bytes; }
 
+    // The adapter gives back what is sent through it, before any answer.
+    void GiveBack(bool given) { givesBack_ = given; }
+
     void Send(const QByteArray &bytes);
     void HangUp();
 
@@ -48,6 +51,7 @@ private:
     std::unique_ptr<QSocketNotifier> notifier_;
     std::deque<std::vector<Chunk>> script_;
     QByteArray always_;
+    bool givesBack_ = false;
     std::vector<QByteArray> requests_;
     std::vector<std::chrono::steady_clock::time_point> times_;
 };
