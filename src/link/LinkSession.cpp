@@ -21,6 +21,12 @@ constexpr std::int16_t singleWritePeriodMs = 1000;
 constexpr std::int16_t addressingProbePeriodMs = 500;
 constexpr std::int16_t downloadPeriodMs = 4000;
 
+const QString anotherSensorWord = QStringLiteral("Another sensor: go offline and online");
+const QString valuesHeldWord =
+    QStringLiteral("Values aren't read since a file couldn't be opened: go offline and online");
+const QString portNotReopenedWord =
+    QStringLiteral("The port couldn't be opened again: changes stay in this program");
+
 // By baud index.
 const std::vector<std::int16_t> responseTimeoutByBaud = InitArray::Integers({1200, 600, 350, 200, 100});
 const std::vector<std::int16_t> pollPeriodByBaud = InitArray::Integers({1500, 700, 500, 300, 200});
@@ -66,6 +72,8 @@ void LinkSession::GoOnline(std::int16_t skipPrompt) {
         Notice(OpenFailureText());
         return;
     }
+    anotherSensor_ = false;
+    zentrova_.ForgetPendingWrites(); // their outcome went with the connection before
     mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, modbusAddress_, addressingMarkRegister, 1,
                                 addressingProbePeriodMs);
     mbaxp1_.StartCyclic(LinkTransaction::AddressingProbe);
@@ -101,12 +109,17 @@ void LinkSession::WaitForWriteIdle() {
 }
 
 void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
-    if (!mbaxp1_.DefineWriteRegister(LinkTransaction::SingleWrite, modbusAddress_, Tag - addressingMode_,
-                                     singleWritePeriodMs)) {
-        // Such as with an address that no sensor can have. It is told like any failed write, not from here.
+    QString refusal;
+    if (anotherSensor_) {
+        refusal = anotherSensorWord;
+    } else if (!mbaxp1_.DefineWriteRegister(LinkTransaction::SingleWrite, modbusAddress_,
+                                            Tag - addressingMode_, singleWritePeriodMs)) {
+        refusal = MbaxpErrorDesc(mbaxp1_.LastError()); // for example an invalid slave address
+    }
+    if (!refusal.isEmpty()) {
+        // Reported like any failed write, and asynchronously.
         QMetaObject::invokeMethod(
-            this, [this, Tag, status = mbaxp1_.LastError()] { WriteFailed(Tag, status); },
-            Qt::QueuedConnection);
+            this, [this, Tag, refusal] { WriteFailed(Tag, refusal); }, Qt::QueuedConnection);
         return;
     }
     mbaxp1_.RegisterValue(LinkTransaction::SingleWrite, 0, Global::SignedFromUnsigned(value));
@@ -144,7 +157,7 @@ void LinkSession::TransactionDone(std::int16_t transaction) {
 
 void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t status) {
     if (transaction == LinkTransaction::SingleWrite) {
-        WriteFailed(WrittenParameter(), status);
+        WriteFailed(WrittenParameter(), MbaxpErrorDesc(status));
         return;
     }
     SetStatus(MbaxpErrorDesc(status));
@@ -180,7 +193,7 @@ void LinkSession::WriteComplete() {
         ReconnectWithDeviceSettings();
         break;
     case ParamDefines::AddressingMode:
-        addressingMode_ = ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode));
+        TakeAddressingMode(ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode)));
         break;
     case ParamDefines::ReinitCommand:
         if (zentrova_.ParamValue(ParamDefines::ReinitCommand) == ParamDefines::EnterBootLoader) {
@@ -192,22 +205,23 @@ void LinkSession::WriteComplete() {
     }
 }
 
-void LinkSession::WriteFailed(std::int16_t written, std::int16_t status) {
-    SetStatus(MbaxpErrorDesc(status));
+void LinkSession::WriteFailed(std::int16_t written, const QString &why) {
+    SetStatus(why);
     zentrova_.ParamWritePending(written, false);
     Notice(QStringLiteral("Error writing parameter"));
 }
 
 void LinkSession::PollComplete() {
+    // Behind the same port there may be another sensor by now. Its values would all be one row off.
+    anotherSensor_ = AnswersWithAnotherAddressing();
+    if (anotherSensor_) {
+        SetStatus(anotherSensorWord);
+        return;
+    }
     if (!zentrova_.WriteAllPending()) {
-        const std::int16_t count = zentrova_.ParamCount();
-        for (std::int16_t tag = 1; tag < count; ++tag) {
-            if (zentrova_.ParamWritePending(tag)) {
-                continue;
-            }
-            const std::int16_t word = mbaxp1_.RegisterValue(LinkTransaction::Poll, tag - addressingMode_);
-            zentrova_.ParamUpdate(tag, zentrova_.ParamSigned(tag) ? word : Global::UnsignedFromSigned(word));
-        }
+        TakePolledValues();
+    } else if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) {
+        SetStatus(valuesHeldWord);
     }
     if (firstReadPending_) {
         firstReadPending_ = false;
@@ -215,10 +229,32 @@ void LinkSession::PollComplete() {
     }
 }
 
+bool LinkSession::AnswersWithAnotherAddressing() const {
+    const bool hasMark =
+        mbaxp1_.RegisterValue(LinkTransaction::Poll, addressingMarkRegister) == addressingMark;
+    return addressingIsKnown_ && hasMark != (addressingMode_ == 0);
+}
+
+void LinkSession::TakeAddressingMode(std::uint8_t mode) {
+    addressingMode_ = mode;
+    addressingIsKnown_ = true;
+}
+
+void LinkSession::TakePolledValues() {
+    const std::int16_t count = zentrova_.ParamCount();
+    for (std::int16_t tag = 1; tag < count; ++tag) {
+        if (zentrova_.ParamWritePending(tag)) {
+            continue;
+        }
+        const std::int16_t word = mbaxp1_.RegisterValue(LinkTransaction::Poll, tag - addressingMode_);
+        zentrova_.ParamUpdate(tag, zentrova_.ParamSigned(tag) ? word : Global::UnsignedFromSigned(word));
+    }
+}
+
 void LinkSession::AddressingProbeComplete() {
     mbaxp1_.StopCyclic(LinkTransaction::AddressingProbe);
     const std::int16_t mark = mbaxp1_.RegisterValue(LinkTransaction::AddressingProbe, 0);
-    addressingMode_ = mark == addressingMark ? 0 : 1;
+    TakeAddressingMode(mark == addressingMark ? 0 : 1);
     DefinePoll();
     if (downloadOnConnect_) {
         DownloadTable();
@@ -251,11 +287,22 @@ void LinkSession::DownloadValue(std::int16_t Tag, std::int32_t value) {
 }
 
 void LinkSession::StartDownload() {
-    mbaxp1_.TriggerOnce(LinkTransaction::Download);
-    if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) { // refused, as a single write may be
+    QString refusal;
+    if (anotherSensor_) {
+        refusal = anotherSensorWord;
+    } else {
+        mbaxp1_.TriggerOnce(LinkTransaction::Download);
+        if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) { // refused, as a single write may be
+            refusal = MbaxpErrorDesc(mbaxp1_.LastError());
+        }
+    }
+    if (!refusal.isEmpty()) {
         QMetaObject::invokeMethod(
             this,
-            [this, status = mbaxp1_.LastError()] { TransactionFailed(LinkTransaction::Download, status); },
+            [this, refusal] {
+                SetStatus(refusal);
+                DownloadFailed();
+            },
             Qt::QueuedConnection);
     }
 }
@@ -264,11 +311,12 @@ void LinkSession::DownloadComplete() {
     zentrova_.WriteAllPending(false);
     Notice(QStringLiteral("Parameters downloaded successfully!"));
     if (!mbaxp1_.PortIsOpen()) {
+        downloadOnConnect_ = false;
         return; // the link was closed behind the box
     }
     StartPollAfterConnectDownload();
     ReconnectWithDeviceSettings();
-    addressingMode_ = ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode));
+    TakeAddressingMode(ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode)));
 }
 
 void LinkSession::DownloadFailed() {
@@ -293,7 +341,11 @@ void LinkSession::ReconnectWithDeviceSettings() {
     modbusAddress_ = ToInt16(zentrova_.ParamValue(ParamDefines::NetworkAddress));
     DefinePoll();
     SetMbaxp1CommProperties(commPort_, baudRate_, parityStop_, 0);
-    mbaxp1_.OpenPort();
+    anotherSensor_ = false;
+    zentrova_.ForgetPendingWrites(); // their outcome went with the port
+    if (!mbaxp1_.OpenPort()) {
+        SetStatus(portNotReopenedWord);
+    }
     mbaxp1_.StartCyclic(LinkTransaction::Poll);
 }
 

@@ -76,6 +76,10 @@ public:
     // some.
     QString OpenFailureText() const;
 
+    // The adapter gives back what is sent, and its copies are taken out of the input. Known from the first
+    // answer to a read on.
+    bool EchoIsPresent() const { return mbaxp1_.EchoIsPresent(); }
+
     // Opens the port and starts to probe for the sensor. `skipPrompt` 0 asks the user for the direction,
     // any other value keeps the one that stands.
     void GoOnline(std::int16_t skipPrompt);
@@ -102,8 +106,11 @@ Q_SIGNALS:
 
 private:
     void WriteComplete();
-    void WriteFailed(std::int16_t written, std::int16_t status);
+    void WriteFailed(std::int16_t written, const QString &why);
     void PollComplete();
+    void TakePolledValues();
+    bool AnswersWithAnotherAddressing() const;
+    void TakeAddressingMode(std::uint8_t mode);
     void AddressingProbeComplete();
     void DownloadComplete();
     void DownloadFailed();
@@ -125,6 +132,8 @@ private:
     std::int16_t parityStop_ = 1;
     std::int16_t modbusAddress_ = 1;
     std::uint8_t addressingMode_ = 0;
+    bool addressingIsKnown_ = false; // a sensor has told it
     bool downloadOnConnect_ = false;
     bool firstReadPending_ = false;
+    bool anotherSensor_ = false; // the last poll was answered by one that numbers its registers otherwise
 };

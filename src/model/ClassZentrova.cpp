@@ -106,6 +106,12 @@ bool ClassZentrova::ParamWritePending(std::int16_t Tag) const {
 void ClassZentrova::ParamWritePending(std::int16_t Tag, bool pending) {
     RowOf(Tag).writePending = pending;
 }
+void ClassZentrova::ForgetPendingWrites() {
+    writeAllPending_ = false;
+    for (Row &row : rows_) {
+        row.writePending = false;
+    }
+}
 QString ClassZentrova::ParamName(std::int16_t Tag) const {
     return RowOf(Tag).preset.name;
 }

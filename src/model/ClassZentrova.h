@@ -66,6 +66,9 @@ public:
     bool ParamWritePending(std::int16_t Tag) const;
     void ParamWritePending(std::int16_t Tag, bool pending);
 
+    // Clears the marks of every transfer to the sensor: of writes whose outcome can't come any more.
+    void ForgetPendingWrites();
+
     // Travels from an opened settings file to the next save.
     QString FileNotes() const { return fileNotes_; }
     void FileNotes(const QString &notes) { fileNotes_ = notes; }

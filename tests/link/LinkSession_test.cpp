@@ -82,6 +82,7 @@ protected:
 
 using Told = std::vector<std::string>;
 const std::string good = "status Communication Status:  Online";
+const std::string anotherSensor = "status Communication Status: Another sensor: go offline and online";
 
 struct CommCase {
     int baud, baudCode, timeout;
@@ -278,6 +279,140 @@ TEST_F(LinkSessionTest, GivesTheLastRow0InAddressingMode0) {
     EXPECT_EQ(zentrova_.ParamValue(95), 0);
 }
 
+// Another sensor behind the same port. --------------------------------------------------------------
+
+TEST_F(LinkSessionTest, ThePollOfASensorThatNumbersItsRegistersOtherwiseIsNotTaken) {
+    struct Row {
+        const char *probeReply;
+        std::int16_t markOfTheOther;
+        std::int16_t markOfItsOwn;
+    };
+    for (const Row &row : {Row{"01 03 02 00 46", 0x5555, 70}, Row{"01 03 02 55 55", 70, 0x5555}}) {
+        SCOPED_TRACE(row.probeReply);
+        line_.Answer(WithCrc(row.probeReply));
+        session_.GoOnline(1);
+        EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
+        Mbaxp &master = session_.Mbaxp1();
+        master.StopCyclic(1);
+        zentrova_.ParamUpdate(40, 77);
+        told_.clear();
+        master.RegisterValue(1, 40 - session_.AddressingMode(), 1234);
+        master.RegisterValue(1, 69, row.markOfTheOther);
+        session_.TransactionDone(1);
+        EXPECT_EQ(zentrova_.ParamValue(40), 77);
+        EXPECT_EQ(told_, (Told{good, anotherSensor, "refresh"})) << "no first read either";
+        master.RegisterValue(1, 69, row.markOfItsOwn);
+        told_.clear();
+        session_.TransactionDone(1);
+        EXPECT_EQ(zentrova_.ParamValue(40), 1234) << "the sensor of before is back";
+        EXPECT_EQ(told_, (Told{good, "first read", "refresh"}));
+        session_.GoOffline();
+    }
+}
+
+TEST_F(LinkSessionTest, NothingIsWrittenToAnotherSensor) {
+    line_.Answer(WithCrc("01 03 02 55 55"));
+    session_.GoOnline(1);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
+    session_.Mbaxp1().StopCyclic(1);
+    session_.TransactionDone(1); // without the mark
+    const std::size_t before = line_.Requests().size();
+    told_.clear();
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    zentrova_.ParamValue(ParamDefines::NearDistance, 1500);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_FALSE(zentrova_.ParamWritePending(ParamDefines::NearDistance));
+    EXPECT_EQ(told_, (Told{anotherSensor}));
+    dialogs_.ExpectNotice(QStringLiteral("Error downloading Parameters"));
+    zentrova_.WriteAllPending(true);
+    session_.DefineDownload();
+    session_.StartDownload();
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_FALSE(zentrova_.WriteAllPending());
+    EXPECT_EQ(line_.Requests().size(), before);
+    // The way out that the status bar names.
+    session_.GoOffline();
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.AnswerAlways(PollReply());
+    told_.clear();
+    session_.GoOnline(1);
+    EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
+    EXPECT_EQ(zentrova_.ParamValue(40), 40);
+}
+
+TEST_F(LinkSessionTest, ThePollFollowsAnAddressingModeThatTheUserWrites) {
+    line_.Answer(WithCrc("01 03 02 55 55"));
+    session_.GoOnline(1);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
+    session_.Mbaxp1().StopCyclic(1);
+    zentrova_.ParamUpdate(ParamDefines::AddressingMode, 1);
+    session_.Mbaxp1().Tag(QStringLiteral("68"));
+    session_.TransactionDone(0);
+    told_.clear();
+    session_.TransactionDone(1); // no mark there: as it must be in mode 1
+    EXPECT_FALSE(WasTold(anotherSensor));
+}
+
+// Values that stand. --------------------------------------------------------------------------------
+
+TEST_F(LinkSessionTest, MarksThatAClosedPortHasLeftAreClearedAsTheNextConnectBegins) {
+    StartProbing();
+    zentrova_.ParamValue(40, 2000);
+    zentrova_.WriteAllPending(true);
+    session_.GoOffline();
+    EXPECT_TRUE(zentrova_.ParamWritePending(40));
+    EXPECT_TRUE(zentrova_.WriteAllPending());
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.AnswerAlways(PollReply());
+    session_.GoOnline(1);
+    EXPECT_FALSE(zentrova_.ParamWritePending(40));
+    EXPECT_FALSE(zentrova_.WriteAllPending());
+    EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
+    EXPECT_EQ(zentrova_.ParamValue(40), 40);
+}
+
+TEST_F(LinkSessionTest, AConnectThatFailsLeavesTheMarks) {
+    zentrova_.WriteAllPending(true);
+    device_ = QStringLiteral("/dev/there-is-no-such-port");
+    dialogs_.ExpectTextWith(QStringLiteral("Error 47"), BoxIcon::Exclamation);
+    session_.GoOnline(1);
+    EXPECT_TRUE(zentrova_.WriteAllPending());
+}
+
+TEST_F(LinkSessionTest, ADownloadThatAReconnectHasEndedHoldsNoValuesBack) {
+    session_.GoOnline(1);
+    zentrova_.WriteAllPending(true);
+    zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 1);
+    session_.Mbaxp1().Tag(QString::number(ParamDefines::NetworkAddress));
+    session_.TransactionDone(0);
+    EXPECT_FALSE(zentrova_.WriteAllPending());
+}
+
+TEST_F(LinkSessionTest, SaysWhyNoValuesAreReadAfterAFileThatFailed) {
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.AnswerAlways(PollReply());
+    session_.GoOnline(1);
+    EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
+    zentrova_.WriteAllPending(true); // as a damaged file leaves it
+    told_.clear();
+    EXPECT_TRUE(WaitUntil([this] { return WasTold("refresh"); }));
+    EXPECT_EQ(told_, (Told{good,
+                           "status Communication Status: Values aren't read since a file couldn't be opened: "
+                           "go offline and online",
+                           "refresh"}));
+}
+
+TEST_F(LinkSessionTest, SaysNothingOfValuesThatADownloadOnTheWayHoldsBack) {
+    session_.GoOnline(1);
+    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200);
+    zentrova_.WriteAllPending(true);
+    session_.DefineDownload();
+    session_.StartDownload();
+    told_.clear();
+    session_.TransactionDone(1);
+    EXPECT_EQ(told_, (Told{good, "first read", "refresh"}));
+}
+
 // Single writes. ------------------------------------------------------------------------------------
 
 TEST_F(LinkSessionTest, WritesUnderTheAddressingModeThatStandsAndClearsTheMark) {
@@ -311,6 +446,38 @@ TEST_F(LinkSessionTest, SendsARawValueAbove32767AsItsWord) {
     EXPECT_EQ(line_.Requests()[1], WithCrc("01 06 00 19 A0 28"));
     dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+}
+
+TEST_F(LinkSessionTest, ASingleWriteDuringAPendingDownloadIsAllowed) {
+    StartProbing();
+    session_.Mbaxp1().StopCyclic(LinkTransaction::AddressingProbe);
+    line_.Answer(std::vector<ScriptedLine::Chunk>{{WithCrc("01 10 00 01 00 5F"), 40}});
+    line_.Answer(WithCrc("01 06 00 28 07 D0"));
+    line_.AnswerAlways(PollReply());
+    dialogs_.ExpectNotice(
+        QStringLiteral("Parameters downloaded successfully!"), BoxIcon::Exclamation, ApplicationTitle(),
+        [this] { EXPECT_TRUE(WaitUntil([this] { return !zentrova_.ParamWritePending(40); })); });
+    zentrova_.WriteAllPending(true);
+    session_.DefineDownload();
+    session_.StartDownload();
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() == 2; }));
+    zentrova_.ParamValue(40, 2000);
+    EXPECT_TRUE(zentrova_.ParamWritePending(40));
+    EXPECT_TRUE(zentrova_.WriteAllPending());
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_EQ(line_.Requests()[2], WithCrc("01 06 00 28 07 D0"));
+    session_.GoOffline();
+}
+
+TEST_F(LinkSessionTest, SavingADeadSensorBehindAnEchoingAdapterFails) {
+    line_.GiveBack(true);
+    session_.GoOnline(1);
+    zentrova_.ParamUpdate(ParamDefines::SaveCommand, 0);
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    zentrova_.ParamValue(ParamDefines::SaveCommand, 1);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_TRUE(session_.EchoIsPresent());
+    session_.GoOffline();
 }
 
 TEST_F(LinkSessionTest, FailedWriteKeepsTheValueAndSaysSoOnce) {
@@ -368,14 +535,17 @@ TEST_F(LinkSessionTest, ReconnectsWithTheSettingsThatTheSensorTook) {
     }
 }
 
-TEST_F(LinkSessionTest, AReconnectThatFailsIsSilent) {
+TEST_F(LinkSessionTest, AReconnectThatFailsShowsNoBoxAndSaysThatChangesStayHere) {
     session_.GoOnline(1);
     device_ = QStringLiteral("/dev/there-is-no-such-port");
     told_.clear();
     session_.Mbaxp1().Tag(QStringLiteral("66"));
     session_.TransactionDone(0);
     EXPECT_FALSE(session_.PortIsOpen());
-    EXPECT_EQ(told_, (Told{good, "refresh"}));
+    EXPECT_EQ(told_, (Told{good,
+                           "status Communication Status: The port couldn't be opened again: changes stay in "
+                           "this program",
+                           "refresh"}));
 }
 
 TEST_F(LinkSessionTest, TakesANewAddressingModeOnceConfirmed) {
@@ -545,6 +715,20 @@ TEST_F(LinkSessionTest, ALinkThatIsClosedBehindTheBoxStaysClosed) {
                     BoxButtons::Ok, BoxAnswer::Ok, [this] { session_.GoOffline(); });
     session_.TransactionDone(4);
     EXPECT_FALSE(session_.PortIsOpen());
+}
+
+TEST_F(LinkSessionTest, ADownloadThatWasDoneIsNotWantedAgainThoughThePortIsClosedBehindItsBox) {
+    choice_ = ConnectChoice::Write;
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.Answer(WithCrc("01 10 00 00 00 5F"));
+    dialogs_.Expect(QStringLiteral("Parameters downloaded successfully!"), BoxIcon::Exclamation,
+                    BoxButtons::Ok, BoxAnswer::Ok, [this] { session_.GoOffline(); });
+    session_.GoOnline(0);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame() && !session_.PortIsOpen(); }));
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    session_.GoOnline(1);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
+    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(4));
 }
 
 TEST_F(LinkSessionTest, AWriteToAnAddressThatNoSensorHasFailsLikeAnyOther) {
