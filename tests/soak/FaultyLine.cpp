@@ -101,7 +101,11 @@ void FaultyLine::SendToHostAfter(int milliseconds, const QByteArray &bytes) {
 }
 
 void FaultyLine::FromHost() {
-    request_ += TakeFrom(master_);
+    const QByteArray sent = TakeFrom(master_);
+    if (givesBack_) {
+        SendToHost(sent);
+    }
+    request_ += sent;
     while (request_.size() >= requestLength) {
         const QByteArray request = request_.first(requestLength);
         request_.remove(0, requestLength);

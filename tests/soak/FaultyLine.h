@@ -19,6 +19,9 @@ public:
     FaultyLine(const sim::SimulatedSensor &sensor, QString link);
     ~FaultyLine() override;
 
+    // The host's adapter gives back what is sent through it.
+    void GiveBack(bool given) { givesBack_ = given; }
+
     void SendToSensor(const QByteArray &bytes);
     void SendToHost(const QByteArray &bytes);
     void SendToHostAfter(int milliseconds, const QByteArray &bytes);
@@ -42,6 +45,7 @@ private:
     int sensor_ = -1;
     std::unique_ptr<QSocketNotifier> fromHost_;
     std::unique_ptr<QSocketNotifier> fromSensor_;
+    bool givesBack_ = false;
     QByteArray request_;
     QByteArray reply_;
 };

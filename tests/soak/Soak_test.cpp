@@ -22,8 +22,8 @@
 #include <unistd.h>
 
 // The whole program polls the simulated sensor over a line on which anything goes wrong, far quicker than it
-// does at work: soak_test --rounds N --seed S. Each round's outcome must be the one that its fault has, each
-// value that shows the one that the sensor sent in that very round.
+// does at work: soak_test --rounds N --seed S [--echo]. Each round's outcome must be the one that its fault
+// has, each value that shows the one that the sensor sent in that very round.
 
 namespace {
 
@@ -32,6 +32,8 @@ constexpr int usualPeriodMs = 200;  // which leaves a late reply its time
 constexpr int cleanShare = 97;      // of a hundred rounds
 constexpr int stallMs = 25;         // of this machine, which may cost a reply its time
 constexpr int longestRoundMs = 130; // without one
+constexpr int lateBeforeOwnMs = 40; // after the next request
+constexpr int lateAloneMs = 70;     // after the next request: later than any usual delay
 constexpr int calmMs = 12;          // a sensor that answers sooner has late replies told apart from its own
 constexpr int roundsByChance = 300; // before each fault comes once
 constexpr int roundsForEachFault = 1500;
@@ -46,15 +48,18 @@ constexpr std::int16_t good = LinkStatus::NoError;
 struct Options {
     int rounds = roundsForEachFault;
     unsigned seed = 1;
+    bool echo = false; // of an adapter for two wires
 };
 
 Options OptionsGiven() {
     QCommandLineParser parser;
     parser.addOptions({{QStringLiteral("rounds"), QString(), QStringLiteral("N"), QStringLiteral("1500")},
-                       {QStringLiteral("seed"), QString(), QStringLiteral("S"), QStringLiteral("1")}});
+                       {QStringLiteral("seed"), QString(), QStringLiteral("S"), QStringLiteral("1")},
+                       QCommandLineOption(QStringLiteral("echo"))});
     parser.parse(QCoreApplication::arguments());
     return {.rounds = parser.value(QStringLiteral("rounds")).toInt(),
-            .seed = parser.value(QStringLiteral("seed")).toUInt()};
+            .seed = parser.value(QStringLiteral("seed")).toUInt(),
+            .echo = parser.isSet(QStringLiteral("echo"))};
 }
 
 qsizetype OpenDescriptors() {
@@ -188,6 +193,7 @@ void SoakTest::Begin(const Options &options) {
     }
     const QString link = configuration_.filePath(QStringLiteral("faulty"));
     line_ = std::make_unique<FaultyLine>(*sensor_, link);
+    line_->GiveBack(options.echo);
     qputenv("ZTVLINK_PORT_1", link.toLocal8Bit());
     QObject::connect(line_.get(), &FaultyLine::Request, line_.get(),
                      [this](const QByteArray &request) { OnRequest(request); });
@@ -425,9 +431,10 @@ void SoakTest::OnReply(const QByteArray &reply) {
     round_.reply = reply;
     round_.repliedMs = Now();
     if (next_ != Next::Any) {
-        line_->SendToHostAfter(40, late_);
+        const int lateMs = next_ == Next::LateOnly ? lateAloneMs : lateBeforeOwnMs;
+        line_->SendToHostAfter(lateMs, late_);
         if (next_ == Next::LateThenOwn) {
-            line_->SendToHostAfter(40 + damage_->Between(1, 20), reply);
+            line_->SendToHostAfter(lateMs + damage_->Between(1, 20), reply);
         }
         return;
     }
@@ -709,8 +716,11 @@ void SoakTest::End() {
         EXPECT_LE(lateUse_.residentKb, earlyUse_.residentKb + 2048);
     }
 
-    std::printf("seed %u: %d rounds and %d writes (%d failed) in %.0f s, %d reconnects\n", options_.seed,
-                rounds_, writes_, failedWrites_, static_cast<double>(Now()) / 1000, reconnects_);
+    EXPECT_EQ(form_->Link().EchoIsPresent(), options_.echo);
+
+    std::printf("seed %u%s: %d rounds and %d writes (%d failed) in %.0f s, %d reconnects\n", options_.seed,
+                options_.echo ? " with a local echo" : "", rounds_, writes_, failedWrites_,
+                static_cast<double>(Now()) / 1000, reconnects_);
     std::printf("timeouts %d, CRC errors %d, replies held back %d, stalls of the machine %d\n", timeouts_,
                 crcErrors_, heldBack_, stalls_);
     std::printf("heap %ld to %ld KB, resident %ld to %ld KB, %lld descriptors\n", earlyUse_.heapKb,
