@@ -55,11 +55,11 @@ FormComms::FormComms(LinkSession &link, ClassZentrova &zentrova, UserDialogs &di
     baudRate_->setCurrentIndex(link_.BaudRate());
     parityStop_->setCurrentIndex(link_.ParityStop());
     ShowDevice();
-    ShowCounts();
+    ShowLine();
     EnableDisableCommSettings(link_.PortIsOpen());
 
     Controls::Named(&timer_, "Timer1");
-    connect(&timer_, &QTimer::timeout, this, &FormComms::ShowCounts);
+    connect(&timer_, &QTimer::timeout, this, &FormComms::ShowLine);
     timer_.start(countsEveryMs);
 }
 
@@ -132,10 +132,14 @@ void FormComms::BuildStatistics(QVBoxLayout &column) {
     connect(reset, &QPushButton::clicked, this, [this] {
         link_.TimeoutCount(0);
         link_.CrcErrorCount(0);
-        ShowCounts();
+        ShowLine();
     });
     grid->addWidget(reset, 0, 2, 2, 1, Qt::AlignVCenter | Qt::AlignRight);
     grid->setColumnStretch(2, 1);
+    echo_ = Controls::Named(new QLabel(QStringLiteral("The adapter gives back what is sent (local echo).")),
+                            "LabelEcho");
+    echo_->hide();
+    grid->addWidget(echo_, 2, 0, 1, 3);
     column.addWidget(frame);
 }
 
@@ -180,9 +184,10 @@ void FormComms::EnableDisableCommSettings(bool online) {
     ShowDevice();
 }
 
-void FormComms::ShowCounts() {
+void FormComms::ShowLine() {
     timeouts_->setText(QString::number(link_.TimeoutCount()));
     crcErrors_->setText(QString::number(link_.CrcErrorCount()));
+    echo_->setVisible(link_.EchoIsPresent());
 }
 
 // The port that is typed, while it is one.

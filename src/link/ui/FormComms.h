@@ -44,7 +44,7 @@ private:
     void FillFromTable(QComboBox &list, std::int16_t tag) const;
     bool IsValid(QLineEdit &box);
     bool EntryIsValid(QLineEdit &box);
-    void ShowCounts();
+    void ShowLine();
     void ShowDevice();
     void TakeDevice(const QString &device);
     void PutDevicesBack();
@@ -63,6 +63,7 @@ private:
     QLineEdit *address_ = nullptr;
     QLabel *timeouts_ = nullptr;
     QLabel *crcErrors_ = nullptr;
+    QLabel *echo_ = nullptr; // shows while there is one
     QTimer timer_{this};
     std::vector<QWidget *> lockedOnline_;
     std::map<std::int16_t, QString> devicesBefore_; // of the ports whose device was changed here

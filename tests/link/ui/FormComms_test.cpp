@@ -65,6 +65,22 @@ protected:
                        .askDirection = [] { return ConnectChoice::Read; }}};
 };
 
+TEST_F(FormCommsTest, SaysWhenTheAdapterGivesBackWhatIsSent) {
+    for (const bool givesBack : {true, false}) {
+        SCOPED_TRACE(givesBack);
+        line_.GiveBack(givesBack);
+        link_.GoOnline(1);
+        link_.Mbaxp1().ResponseTimeout(100);
+        const std::size_t before = line_.Requests().size();
+        EXPECT_TRUE(WaitUntil([&] { return line_.Requests().size() > before; }));
+        Run([&](const Form &ui) {
+            EXPECT_TRUE(WaitUntil([&] { return ui.Get<QLabel>("LabelEcho").isVisible() == givesBack; }));
+            ui.Get<QPushButton>("CommandCancel").click();
+        });
+        link_.GoOffline();
+    }
+}
+
 TEST_F(FormCommsTest, HasItsControls) {
     FormComms form(link_, *zentrova_, dialogs_, settings_, help_);
     const Form ui(form);
