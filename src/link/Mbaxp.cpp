@@ -23,17 +23,6 @@ bool IsNumber(int transaction) {
     return transaction >= 0 && transaction < Mbaxp::TransactionCount;
 }
 
-QSerialPort::Parity ParityOf(std::int16_t code) {
-    switch (code) {
-    case 1:
-        return QSerialPort::OddParity;
-    case 2:
-        return QSerialPort::EvenParity;
-    default:
-        return QSerialPort::NoParity;
-    }
-}
-
 } // namespace
 
 Mbaxp::Mbaxp(std::function<QString(std::int16_t)> deviceOfPort, QObject *parent)
@@ -55,8 +44,8 @@ bool Mbaxp::Refuse(std::int16_t status) {
 LineSettings Mbaxp::LineSettingsInForce() const {
     return {.device = deviceOfPort_(inForce_.portNumber),
             .bitsPerSecond = BitsPerSecond(inForce_.baudCode),
-            .parity = ParityOf(inForce_.parityCode),
-            .stopBits = inForce_.stopBitsCode == 1 ? QSerialPort::TwoStop : QSerialPort::OneStop};
+            .parity = static_cast<Parity>(inForce_.parityCode),
+            .stopBits = static_cast<StopBits>(inForce_.stopBitsCode)};
 }
 
 QString Mbaxp::AboutText() {

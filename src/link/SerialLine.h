@@ -1,31 +1,26 @@
 #pragma once
 
+#include "link/SerialDevice.h"
+
 #include <QByteArray>
 #include <QObject>
-#include <QSerialPort>
-#include <QString>
 #include <cstdint>
+#include <memory>
 
-struct LineSettings {
-    QString device;
-    int bitsPerSecond = 38400;
-    QSerialPort::Parity parity = QSerialPort::NoParity;
-    QSerialPort::StopBits stopBits = QSerialPort::TwoStop;
-};
-
-// One serial device with 8 data bits. When the device goes away it is closed at once and reported once.
+// One serial line. When its device goes away it is closed at once and reported once.
 class SerialLine : public QObject {
     Q_OBJECT
 
 public:
-    explicit SerialLine(QObject *parent = nullptr);
+    explicit SerialLine(QObject *parent = nullptr) : SerialLine(NewSerialDevice(), parent) {}
+    explicit SerialLine(std::unique_ptr<SerialDevice> device, QObject *parent = nullptr);
 
     // LinkStatus::NoError, or the status code of the step that was refused; the line is then closed.
     std::int16_t Open(const LineSettings &settings);
     void Close();
     bool IsOpen() const;
 
-    // Drops what was received and not yet read. Leaves the output alone.
+    // Drops the bytes received and not yet read. Leaves the output alone.
     void ClearInput();
 
     // Hands the bytes to the device at once. False when it doesn't take them.
@@ -37,8 +32,8 @@ public:
     // The same with those that the system still holds.
     QByteArray TakeAllInput();
 
-    // Blocks until something has come, at most so long, and returns it. Empty when nothing came in time or
-    // the line is no longer open.
+    // Blocks until bytes have come, at most so long, and returns them. Empty when nothing came in time or the
+    // line is no longer open.
     QByteArray WaitForInput(int milliseconds);
 
 Q_SIGNALS:
@@ -47,12 +42,11 @@ Q_SIGNALS:
     void HungUp();
 
 private:
-    void OnReadyRead();
-    void OnError(QSerialPort::SerialPortError error);
-    bool DeviceIsGone() const;
+    void OnNotice(SerialDevice::Notice notice);
+    void PostArrival();
+    void PostHangUp();
 
-    QSerialPort port_;
-    QByteArray input_; // taken from the port and not yet asked for
+    std::unique_ptr<SerialDevice> device_;
     bool hungUp_ = false;
     bool arrivalPosted_ = false;
 };

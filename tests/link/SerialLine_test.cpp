@@ -18,8 +18,8 @@ protected:
         QObject::connect(&line_, &SerialLine::HungUp, [this] { ++hangUps_; });
     }
 
-    std::int16_t Open(QSerialPort::Parity parity = QSerialPort::NoParity,
-                      QSerialPort::StopBits stopBits = QSerialPort::TwoStop, int bitsPerSecond = 38400) {
+    std::int16_t Open(Parity parity = Parity::None, StopBits stopBits = StopBits::Two,
+                      int bitsPerSecond = 38400) {
         return line_.Open(
             {.device = far_.Path(), .bitsPerSecond = bitsPerSecond, .parity = parity, .stopBits = stopBits});
     }
@@ -40,20 +40,20 @@ protected:
 };
 
 TEST_F(SerialLineTest, SetsTheDevice) {
-    EXPECT_EQ(Open(QSerialPort::NoParity, QSerialPort::OneStop, 9600), LinkStatus::NoError);
+    EXPECT_EQ(Open(Parity::None, StopBits::One, 9600), LinkStatus::NoError);
     EXPECT_EQ([](const termios &set) { return cfgetospeed(&set); }(Set()), B9600);
     EXPECT_EQ(Set().c_cflag & CSTOPB, 0U);
     EXPECT_EQ(Set().c_cflag & CSIZE, static_cast<tcflag_t>(CS8));
     line_.Close();
-    EXPECT_EQ(Open(QSerialPort::NoParity, QSerialPort::TwoStop, 38400), LinkStatus::NoError);
+    EXPECT_EQ(Open(Parity::None, StopBits::Two, 38400), LinkStatus::NoError);
     EXPECT_NE(Set().c_cflag & CSTOPB, 0U);
 }
 
 TEST_F(SerialLineTest, KeepsNothingOfTheOpeningBefore) {
-    EXPECT_EQ(Open(QSerialPort::OddParity), LinkStatus::NoError);
+    EXPECT_EQ(Open(Parity::Odd), LinkStatus::NoError);
     EXPECT_NE(Set().c_cflag & PARODD, 0U);
     line_.Close();
-    EXPECT_EQ(Open(QSerialPort::NoParity), LinkStatus::NoError);
+    EXPECT_EQ(Open(Parity::None), LinkStatus::NoError);
     EXPECT_EQ(Set().c_cflag & PARODD, 0U);
 }
 
