@@ -8,11 +8,9 @@
 namespace ModbusFrame {
 namespace {
 
-constexpr int shortestFrame = 4;     // slave, function, CRC
-constexpr int exceptionLength = 5;   // slave, function with its high bit set, code, CRC
-constexpr int writeReplyLength = 8;  // slave, function, address, value or quantity, CRC
-constexpr int readReplyOverhead = 5; // slave, function, byte count, CRC
-constexpr std::uint8_t exceptionBit = 0x80;
+constexpr int framing = 3; // slave in front of the PDU, CRC after it
+constexpr int shortestFrame = 4;
+constexpr int exceptionLength = framing + ModbusPdu::ExceptionLength;
 constexpr int highestSlave = 247;
 
 constexpr std::array<std::uint16_t, 256> crcTable = [] {
@@ -31,15 +29,6 @@ std::uint8_t ByteAt(QByteArrayView bytes, qsizetype index) {
     return static_cast<std::uint8_t>(bytes[index]);
 }
 
-std::uint16_t WordAt(QByteArrayView bytes, qsizetype index) {
-    return static_cast<std::uint16_t>(ByteAt(bytes, index) << 8 | ByteAt(bytes, index + 1));
-}
-
-void AppendWord(QByteArray &bytes, std::uint16_t word) {
-    bytes.append(static_cast<char>(word >> 8));
-    bytes.append(static_cast<char>(word & 0xFF));
-}
-
 bool HasGoodCrc(QByteArrayView frame) {
     return Crc(frame) == 0;
 }
@@ -55,34 +44,20 @@ Verdict NotAnswered(std::int16_t status) {
     return verdict;
 }
 
-Verdict CompleteRead(QByteArrayView frame, int quantity) {
+QByteArrayView PduOf(QByteArrayView frame) {
+    return frame.sliced(1, frame.size() - framing);
+}
+
+Verdict Complete(const Request &request, QByteArrayView frame) {
     Verdict verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}, .begin = 0, .end = 0};
-    verdict.words.reserve(static_cast<std::size_t>(quantity));
-    for (int k = 0; k < quantity; ++k) {
-        verdict.words.push_back(static_cast<std::int16_t>(WordAt(frame, 3 + 2 * k)));
+    if (request.function == ReadHoldingRegisters) {
+        verdict.words = ModbusPdu::WordsRead(PduOf(frame));
     }
     return verdict;
 }
 
-// The bytes of the good reply that are known beforehand, behind slave and function: the byte count of a
-// read, the echo of a write.
-QByteArray KnownBytes(const Request &request) {
-    QByteArray known;
-    known.append(static_cast<char>(request.slave));
-    known.append(static_cast<char>(request.function));
-    if (request.function == ReadHoldingRegisters) {
-        known.append(static_cast<char>(2 * request.quantity));
-    } else {
-        AppendWord(known, request.address);
-        AppendWord(known, request.function == WriteSingleRegister
-                              ? static_cast<std::uint16_t>(request.words.front())
-                              : request.quantity);
-    }
-    return known;
-}
-
-// Looks at the bytes as a reply that starts right at their first one. Nothing when they can't be one;
-// "need more" when they may still become one.
+// Looks at the bytes as a reply that starts at their first one. Nothing when they can't be one; "need more"
+// when they may still become one.
 std::optional<Verdict> JudgeFront(const Request &request, QByteArrayView bytes, QByteArrayView known) {
     const qsizetype compared = std::min(known.size(), bytes.size());
     if (bytes.first(compared) == known.first(compared)) {
@@ -90,22 +65,17 @@ std::optional<Verdict> JudgeFront(const Request &request, QByteArrayView bytes, 
         if (bytes.size() < length) {
             return Verdict{};
         }
-        if (HasGoodCrc(bytes.first(length))) {
-            return request.function == ReadHoldingRegisters
-                       ? CompleteRead(bytes, request.quantity)
-                       : Verdict{
-                             .kind = Verdict::Kind::Complete, .status = 0, .words = {}, .begin = 0, .end = 0};
-        }
-        return std::nullopt;
+        const QByteArrayView frame = bytes.first(length);
+        return HasGoodCrc(frame) ? std::optional(Complete(request, frame)) : std::nullopt;
     }
-    if (ByteAt(bytes, 0) == request.slave && ByteAt(bytes, 1) == (request.function | exceptionBit)) {
+    if (ByteAt(bytes, 0) == request.slave &&
+        ByteAt(bytes, 1) == (request.function | ModbusPdu::ExceptionBit)) {
         if (bytes.size() < exceptionLength) {
             return Verdict{};
         }
-        if (HasGoodCrc(bytes.first(exceptionLength))) {
-            const std::uint8_t code = ByteAt(bytes, 2);
-            const bool known1To7 = code >= 1 && code <= LinkStatus::LastException;
-            return Failed(known1To7 ? code : LinkStatus::UnexpectedResponse);
+        const QByteArrayView frame = bytes.first(exceptionLength);
+        if (HasGoodCrc(frame)) {
+            return Failed(ModbusPdu::ExceptionStatus(PduOf(frame)));
         }
     }
     return std::nullopt;
@@ -116,24 +86,8 @@ int LengthByShape(QByteArrayView bytes) {
     if (bytes.size() < shortestFrame || ByteAt(bytes, 0) == 0 || ByteAt(bytes, 0) > highestSlave) {
         return 0;
     }
-    const std::uint8_t function = ByteAt(bytes, 1);
-    if ((function & exceptionBit) != 0) {
-        return exceptionLength;
-    }
-    switch (function) {
-    case 1:
-    case 2:
-    case 3:
-    case 4:
-        return readReplyOverhead + ByteAt(bytes, 2);
-    case 5:
-    case 6:
-    case 15:
-    case 16:
-        return writeReplyLength;
-    default:
-        return 0;
-    }
+    const int length = ModbusPdu::LengthByShape(bytes.sliced(1));
+    return length == 0 ? 0 : length + framing;
 }
 
 bool StartsWithFrame(QByteArrayView bytes) {
@@ -157,7 +111,7 @@ bool HoldsAnyFrame(QByteArrayView received) {
 // The reply or the exception within the bytes; while more may come also "need more" where one may be growing.
 // Nothing where there is no beginning of one.
 std::optional<Verdict> Scan(const Request &request, QByteArrayView received, bool moreMayCome) {
-    const QByteArray known = KnownBytes(request);
+    const QByteArray known = static_cast<char>(request.slave) + ModbusPdu::KnownReply(request);
     for (qsizetype at = 0; at < received.size(); ++at) {
         const QByteArrayView rest = received.sliced(at);
         std::optional<Verdict> verdict = JudgeFront(request, rest, known);
@@ -193,21 +147,7 @@ std::uint16_t Crc(QByteArrayView bytes) {
 }
 
 QByteArray Encode(const Request &request) {
-    QByteArray frame;
-    frame.append(static_cast<char>(request.slave));
-    frame.append(static_cast<char>(request.function));
-    AppendWord(frame, request.address);
-    if (request.function == WriteSingleRegister) {
-        AppendWord(frame, static_cast<std::uint16_t>(request.words.front()));
-    } else {
-        AppendWord(frame, request.quantity);
-    }
-    if (request.function == WriteMultipleRegisters) {
-        frame.append(static_cast<char>(2 * request.words.size()));
-        for (const std::int16_t word : request.words) {
-            AppendWord(frame, static_cast<std::uint16_t>(word));
-        }
-    }
+    QByteArray frame = static_cast<char>(request.slave) + ModbusPdu::BytesOf(request);
     const std::uint16_t crc = Crc(frame);
     frame.append(static_cast<char>(crc & 0xFF)); // low byte first, unlike all else
     frame.append(static_cast<char>(crc >> 8));
@@ -215,8 +155,7 @@ QByteArray Encode(const Request &request) {
 }
 
 int ReplyLength(const Request &request) {
-    return request.function == ReadHoldingRegisters ? readReplyOverhead + 2 * request.quantity
-                                                    : writeReplyLength;
+    return framing + ModbusPdu::LengthOfReply(request);
 }
 
 Verdict Judge(const Request &request, QByteArrayView received) {

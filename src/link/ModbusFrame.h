@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/ModbusPdu.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <cstdint>
@@ -8,20 +10,12 @@
 // Modbus RTU frames of the master's side: encodes requests and judges replies. Pure: no line, no time.
 namespace ModbusFrame {
 
-inline constexpr std::uint8_t ReadHoldingRegisters = 3;
-inline constexpr std::uint8_t WriteSingleRegister = 6;
-inline constexpr std::uint8_t WriteMultipleRegisters = 16;
-
-inline constexpr int MostReadRegisters = 125;
-inline constexpr int MostWrittenRegisters = 123;
-
-struct Request {
-    std::uint8_t slave = 0;
-    std::uint8_t function = 0;
-    std::uint16_t address = 0;
-    std::uint16_t quantity = 0;
-    std::vector<std::int16_t> words; // what is written: one for function 6, `quantity` for function 16
-};
+using ModbusPdu::MostReadRegisters;
+using ModbusPdu::MostWrittenRegisters;
+using ModbusPdu::ReadHoldingRegisters;
+using ModbusPdu::Request;
+using ModbusPdu::WriteMultipleRegisters;
+using ModbusPdu::WriteSingleRegister;
 
 // CRC-16 of the Modbus line; over a whole good frame it is 0.
 std::uint16_t Crc(QByteArrayView bytes);
@@ -43,8 +37,8 @@ struct Verdict {
     bool stillOwed = false;          // of a failure: nothing that came is the reply or a part of it
 };
 
-// Judges the bytes received so far. The expected length comes from the request alone. Bytes in front of
-// the reply, behind it, and frames that aren't the reply are passed over.
+// Judges the bytes received so far. The expected length comes from the request alone. Bytes before the reply,
+// after it, and frames that aren't the reply are skipped.
 Verdict Judge(const Request &request, QByteArrayView received);
 
 // Judges when no more will come: complete or failed, never "need more".
