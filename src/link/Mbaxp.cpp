@@ -279,6 +279,7 @@ void Mbaxp::Start(const RunSchedule::Next &next, bool moved) {
     received_.clear();
     firstByteUs_.reset();
     likelyOwn_.reset();
+    setAside_.clear();
 
     if (!line_.IsOpen()) {
         if (line_.Open(LineSettingsInForce()) != LinkStatus::NoError) {
@@ -293,6 +294,7 @@ void Mbaxp::Start(const RunSchedule::Next &next, bool moved) {
         FinishWith(LinkStatus::WriteError);
         return;
     }
+    tap_.Report(LineFrame::Kind::Request, frame, LinkStatus::NoError, static_cast<std::int16_t>(current_));
     const qint64 sent = NowUs();
     lastByteUs_ = sent + LineTimeUs(frame.size());
     deadlineUs_ = lastByteUs_ + TimeoutUs();
@@ -311,6 +313,7 @@ void Mbaxp::OnBytes() {
     }
     received_ = (received_ + bytes).right(mostReceivedBytes);
     if (current_ < 0) {
+        tap_.Report(LineFrame::Kind::LateReply, bytes);
         lateReplies_.TakeFrom(received_);
         StartNext(); // a request that waited for a late reply may go ahead
         return;
@@ -343,7 +346,11 @@ void Mbaxp::TakeEcho(std::optional<qint64> arrivedUs) {
     if (received_.size() == size) {
         return;
     }
-    lateReplies_.TakeFrom(before);
+    if (!before.isEmpty()) {
+        tap_.Report(LineFrame::Kind::LateReply, before);
+        lateReplies_.TakeFrom(before);
+    }
+    tap_.Report(LineFrame::Kind::Echo, ModbusFrame::Encode(request_));
     firstByteUs_ = received_.isEmpty() ? std::nullopt : arrivedUs;
 }
 
@@ -355,6 +362,7 @@ std::optional<qint64> Mbaxp::ReplyDelayUs() const {
 // Sets aside a reply that may belong to an earlier request and waits for another.
 void Mbaxp::SetAside(const ModbusFrame::Verdict &verdict) {
     lateReplies_.SetAside(request_, ReplyDelayUs());
+    setAside_ = received_.first(verdict.end);
     received_.remove(0, verdict.end);
 }
 
@@ -368,6 +376,7 @@ void Mbaxp::OnDeadline() {
         verdict = ModbusFrame::JudgeAtEnd(request_, received_);
     }
     if (likelyOwn_ && verdict.stillOwed) {
+        received_.prepend(std::exchange(setAside_, {}));
         Finish(*std::exchange(likelyOwn_, std::nullopt));
     } else if (lateReplies_.HasSetAside() && verdict.end == 0) {
         FinishWith(LinkStatus::Timeout); // the late one came alone
@@ -407,6 +416,10 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
         transaction.buffer.size() == verdict.words.size()) {
         transaction.buffer = verdict.words;
     }
+    if (!setAside_.isEmpty()) {
+        tap_.Report(LineFrame::Kind::LateReply, setAside_);
+    }
+    tap_.Report(LineFrame::Kind::Reply, received_, verdict.status, number);
     wake_.stop();
     PostStart();
     delivering_ = true;

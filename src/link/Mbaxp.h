@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/LateReplies.h"
+#include "link/LineTap.h"
 #include "link/LocalEcho.h"
 #include "link/ModbusFrame.h"
 #include "link/RunSchedule.h"
@@ -90,6 +91,9 @@ public:
     std::int16_t RegisterValue(std::int16_t transaction, std::int32_t index) const;
     void RegisterValue(std::int16_t transaction, std::int32_t index, std::int16_t word);
 
+    // Reports each frame on the line.
+    LineTap &Tap() { return tap_; }
+
     // A mailbox of one text for the user of the component.
     QString Tag() const { return tag_; }
     void Tag(const QString &tag) { tag_ = tag; }
@@ -153,6 +157,7 @@ private:
     Settings settings_;
     Settings inForce_;
     SerialLine line_;
+    LineTap tap_;
     QTimer wake_; // the start of the next run while idle, the deadline while a request is on the line
     QElapsedTimer clock_;
     std::array<Transaction, TransactionCount> transactions_;
@@ -170,7 +175,8 @@ private:
     QByteArray received_;
     qint64 deadlineUs_ = 0;
     std::optional<qint64> firstByteUs_;             // of the reply, where its time is known
-    std::optional<ModbusFrame::Verdict> likelyOwn_; // set aside; taken if no other reply follows
+    QByteArray setAside_;                           // a reply that may be a late one
+    std::optional<ModbusFrame::Verdict> likelyOwn_; // its verdict, if it is taken where no other follows
     qint64 lastByteUs_ = 0;
     std::optional<qint64> holdOffEndUs_; // while a request waits for silence
 };

@@ -641,6 +641,89 @@ TEST_F(MbaxpTest, TheEchoIsForgottenWithThePort) {
     EXPECT_EQ(Run(), 0);
 }
 
+// The tap. ------------------------------------------------------------------------------------------
+
+class MbaxpTapTest : public MbaxpTest {
+protected:
+    using Seen = std::tuple<LineFrame::Kind, QByteArray, int>; // kind, bytes, status
+
+    MbaxpTapTest() {
+        QObject::connect(&master_.Tap(), &LineTap::FrameSeen, [this](const LineFrame &frame) {
+            seen_.emplace_back(frame.kind, frame.bytes, frame.status);
+            transactions_.push_back(frame.transaction.value_or(-1));
+            times_.push_back(frame.time);
+        });
+    }
+
+    const QByteArray request_ = WithCrc("01 03 00 00 00 02");
+    std::vector<Seen> seen_;
+    std::vector<int> transactions_;
+    std::vector<std::chrono::system_clock::time_point> times_;
+};
+
+TEST_F(MbaxpTapTest, ReportsARequestAndItsReplyWithVerdictAndTransaction) {
+    line_->Answer({{goodReply, 20}});
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(seen_, (std::vector<Seen>{{LineFrame::Kind::Request, request_, 0},
+                                        {LineFrame::Kind::Reply, goodReply, 0}}));
+    EXPECT_EQ(transactions_, (std::vector<int>{once, once}));
+    EXPECT_GE(times_[1] - times_[0], std::chrono::milliseconds(19));
+    EXPECT_LE(times_[1], std::chrono::system_clock::now());
+}
+
+TEST_F(MbaxpTapTest, ReportsATimeoutAsAnEmptyReplyAndADamagedOneWithItsBytes) {
+    QByteArray damaged = goodReply;
+    damaged[4] = 0x55;
+    line_->AnswerNothing();
+    EXPECT_EQ(Run(), 10);
+    EXPECT_EQ(seen_.back(), Seen(LineFrame::Kind::Reply, {}, 10));
+    line_->Answer(damaged);
+    EXPECT_EQ(Run(cycle), 11);
+    EXPECT_EQ(seen_.back(), Seen(LineFrame::Kind::Reply, damaged, 11));
+    EXPECT_EQ(transactions_.back(), cycle);
+}
+
+TEST_F(MbaxpTapTest, ReportsTheAdaptersCopyApart) {
+    line_->GiveBack(true);
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(seen_, (std::vector<Seen>{{LineFrame::Kind::Request, request_, 0},
+                                        {LineFrame::Kind::Echo, request_, 0},
+                                        {LineFrame::Kind::Reply, goodReply, 0}}));
+}
+
+TEST_F(MbaxpTapTest, ReportsALateReplyAsOne) {
+    line_->Answer({{goodReply, timeoutMs + 40}});
+    line_->Answer(nextReply);
+    EXPECT_EQ(Run(), 10);
+    EXPECT_EQ(Run(), 0);
+    EXPECT_EQ(seen_, (std::vector<Seen>{{LineFrame::Kind::Request, request_, 0},
+                                        {LineFrame::Kind::Reply, {}, 10},
+                                        {LineFrame::Kind::LateReply, goodReply, 0},
+                                        {LineFrame::Kind::Request, request_, 0},
+                                        {LineFrame::Kind::Reply, nextReply, 0}}));
+}
+
+TEST_F(MbaxpTapTest, ReportsTheReplyThatWasSetAsideAsWhatItTurnedOutToBe) {
+    line_->Answer(goodReply);
+    EXPECT_EQ(Run(), 0);
+    line_->AnswerNothing();
+    EXPECT_EQ(Run(), 10);
+    seen_.clear();
+    line_->Answer({{goodReply + nextReply, 20}});
+    EXPECT_EQ(Run(), 0);
+    ASSERT_EQ(seen_.size(), 3U);
+    EXPECT_EQ(seen_[1], Seen(LineFrame::Kind::LateReply, goodReply, 0));
+    EXPECT_EQ(seen_[2], Seen(LineFrame::Kind::Reply, nextReply, 0));
+    EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 150)); // it doesn't wait for the late one
+    line_->AnswerNothing();
+    line_->Answer(nextReply);
+    events_.clear();
+    master_.StartCyclic(cycle);
+    EXPECT_TRUE(WaitUntil([this] { return events_.size() == 2; }));
+    EXPECT_EQ(seen_.back(), Seen(LineFrame::Kind::Reply, nextReply, 0)) << "none followed: it was its own";
+}
+
 // Hang-up. ------------------------------------------------------------------------------------------
 
 TEST_F(MbaxpTest, HangUpEndsTheRequestOnceWith15) {

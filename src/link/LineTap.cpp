@@ -1,0 +1,15 @@
+#include "link/LineTap.h"
+
+#include <QMetaMethod>
+
+void LineTap::Report(LineFrame::Kind kind, const QByteArray &bytes, std::int32_t status,
+                     std::optional<std::int16_t> transaction) {
+    static const QMetaMethod frameSeen = QMetaMethod::fromSignal(&LineTap::FrameSeen);
+    if (isSignalConnected(frameSeen)) {
+        Q_EMIT FrameSeen({.kind = kind,
+                          .time = std::chrono::system_clock::now(),
+                          .bytes = bytes,
+                          .status = status,
+                          .transaction = transaction});
+    }
+}

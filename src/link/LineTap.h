@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <chrono>
+#include <cstdint>
+#include <optional>
+
+// A run of bytes on the line that belong together.
+struct LineFrame {
+    enum class Kind {
+        Request,
+        Echo,      // the adapter's copy of the request
+        LateReply, // to an earlier request
+        Reply      // all that came to the request, empty where nothing did
+    };
+
+    Kind kind = Kind::Request;
+    std::chrono::system_clock::time_point time; // of the end of the exchange for a reply, else of the frame
+    QByteArray bytes;
+    std::int32_t status = 0;                 // of a reply: 0 is good; a LinkStatus, or a BootResult below 0
+    std::optional<std::int16_t> transaction; // of the master's; none on the boot line
+};
+
+// Reports every frame that is sent and received on a line. Costs nothing measurable while nobody listens.
+class LineTap : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    void Report(LineFrame::Kind kind, const QByteArray &bytes, std::int32_t status = 0,
+                std::optional<std::int16_t> transaction = std::nullopt);
+
+Q_SIGNALS:
+    // The handler must neither turn the event loop nor close the line.
+    void FrameSeen(const LineFrame &frame);
+};
