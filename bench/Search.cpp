@@ -2,6 +2,7 @@
 
 #include "bench/Measure.h"
 #include "link/ui/FormSearch.h"
+#include "shell/LinkNotices.h"
 #include "support/ProgramFolder.h"
 #include "tools/NoHelp.h"
 #include "tools/PrintedDialogs.h"
@@ -29,9 +30,9 @@ void MeasureSearch(Figures &figures) {
     const SensorProcess sensor({QStringLiteral("--baud"), QStringLiteral("2400")}); // so it hears nothing
     PrintedDialogs dialogs;
     ClassZentrova zentrova(ProgramFolder());
-    LinkSession link(zentrova, {.dialogs = dialogs,
-                                .deviceOfPort = [&](std::int16_t) { return sensor.Device(); },
+    LinkSession link(zentrova, {.deviceOfPort = [&](std::int16_t) { return sensor.Device(); },
                                 .askDirection = [] { return ConnectChoice::Cancel; }});
+    LinkNotices notices{link, dialogs};
     NoHelp engine;
     ClassMyHtmlHelp help(engine, dialogs);
     FormSearch form(link, zentrova, dialogs, help, start);

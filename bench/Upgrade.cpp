@@ -3,6 +3,7 @@
 #include "bench/Measure.h"
 #include "firmware/SerialBootLine.h"
 #include "firmware/ui/FormUpgradeFirmware.h"
+#include "shell/LinkNotices.h"
 #include "tools/NoHelp.h"
 #include "tools/PrintedDialogs.h"
 #include "tools/SensorProcess.h"
@@ -86,9 +87,9 @@ void MeasureUpgrade(Figures &figures) {
     });
     LastDialog dialogs;
     ClassZentrova zentrova(QStringLiteral(ZTV_BIN_DIR));
-    LinkSession link(zentrova, {.dialogs = dialogs,
-                                .deviceOfPort = [&sensor](std::int16_t) { return sensor.Device(); },
+    LinkSession link(zentrova, {.deviceOfPort = [&sensor](std::int16_t) { return sensor.Device(); },
                                 .askDirection = [] { return ConnectChoice::Cancel; }});
+    LinkNotices notices{link, dialogs};
     NoHelp engine;
     ClassMyHtmlHelp help(engine, dialogs);
     FormUpgradeFirmware form({.bootComm = boot,

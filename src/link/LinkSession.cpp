@@ -6,7 +6,6 @@
 #include "model/Global.h"
 #include "model/InitArray.h"
 #include "model/ParamDefines.h"
-#include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
 
 #include <QCoreApplication>
@@ -27,17 +26,21 @@ const QString valuesHeldWord =
 const QString portNotReopenedWord =
     QStringLiteral("The port couldn't be opened again: changes stay in this program");
 
+QString WordsOf(std::int16_t status) {
+    return status == LinkStatus::AnotherSensor ? anotherSensorWord : MbaxpErrorDesc(status);
+}
+
 // By baud index.
 const std::vector<std::int16_t> responseTimeoutByBaud = InitArray::Integers({1200, 600, 350, 200, 100});
 const std::vector<std::int16_t> pollPeriodByBaud = InitArray::Integers({1500, 700, 500, 300, 200});
 
 } // namespace
 
-LinkSession::LinkSession(ClassZentrova &zentrova, Surroundings surroundings, QObject *parent)
+LinkSession::LinkSession(ClassZentrova &zentrova, Dependencies dependencies, QObject *parent)
     : QObject(parent),
       zentrova_(zentrova),
-      surroundings_(std::move(surroundings)),
-      mbaxp1_(surroundings_.deviceOfPort) {
+      dependencies_(std::move(dependencies)),
+      mbaxp1_(dependencies_.deviceOfPort) {
     connect(&mbaxp1_, &Mbaxp::TransactionDone, this, &LinkSession::TransactionDone);
     connect(&mbaxp1_, &Mbaxp::TransactionFailed, this, &LinkSession::TransactionFailed);
     zentrova_.ConnectTo(this);
@@ -60,17 +63,17 @@ void LinkSession::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, 
                                            : Element(responseTimeoutByBaud, baud, "ResponseTimeoutByBaud"));
 }
 
-void LinkSession::GoOnline(std::int16_t skipPrompt) {
+LinkSession::ConnectOutcome LinkSession::GoOnline(std::int16_t skipPrompt) {
     if (skipPrompt == 0) {
-        const std::int16_t choice = surroundings_.askDirection();
+        const std::int16_t choice = dependencies_.askDirection();
         if (choice != ConnectChoice::Read && choice != ConnectChoice::Write) {
-            return;
+            return ConnectOutcome::Cancelled;
         }
         downloadOnConnect_ = choice == ConnectChoice::Write;
     }
     if (!mbaxp1_.OpenPort()) {
-        Notice(OpenFailureText());
-        return;
+        Q_EMIT PortRefused();
+        return ConnectOutcome::PortRefused;
     }
     anotherSensor_ = false;
     zentrova_.ForgetPendingWrites(); // their outcome went with the connection before
@@ -79,12 +82,13 @@ void LinkSession::GoOnline(std::int16_t skipPrompt) {
     mbaxp1_.StartCyclic(LinkTransaction::AddressingProbe);
     Q_EMIT OnlineChanged(true);
     firstReadPending_ = true;
+    return ConnectOutcome::Probing;
 }
 
 QString LinkSession::OpenFailureText() const {
     const std::int16_t code = mbaxp1_.LastError();
     QString text = QStringLiteral("Error %1. %2").arg(code).arg(MbaxpErrorDesc(code));
-    const QString advice = SerialPorts::PermissionAdvice(surroundings_.deviceOfPort(mbaxp1_.PortNumber()));
+    const QString advice = SerialPorts::PermissionAdvice(dependencies_.deviceOfPort(mbaxp1_.PortNumber()));
     if (code == LinkStatus::OpenFailed && !advice.isEmpty()) {
         text += QStringLiteral("\n\n") + advice;
     }
@@ -109,17 +113,17 @@ void LinkSession::WaitForWriteIdle() {
 }
 
 void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
-    QString refusal;
+    std::int16_t status = LinkStatus::NoError;
     if (anotherSensor_) {
-        refusal = anotherSensorWord;
+        status = LinkStatus::AnotherSensor;
     } else if (!mbaxp1_.DefineWriteRegister(LinkTransaction::SingleWrite, modbusAddress_,
                                             Tag - addressingMode_, singleWritePeriodMs)) {
-        refusal = MbaxpErrorDesc(mbaxp1_.LastError()); // for example an invalid slave address
+        status = mbaxp1_.LastError(); // for example an invalid slave address
     }
-    if (!refusal.isEmpty()) {
+    if (status != LinkStatus::NoError) {
         // Reported like any failed write, and asynchronously.
         QMetaObject::invokeMethod(
-            this, [this, Tag, refusal] { WriteFailed(Tag, refusal); }, Qt::QueuedConnection);
+            this, [this, Tag, status] { WriteFailed(Tag, status); }, Qt::QueuedConnection);
         return;
     }
     mbaxp1_.RegisterValue(LinkTransaction::SingleWrite, 0, Global::SignedFromUnsigned(value));
@@ -157,10 +161,10 @@ void LinkSession::TransactionDone(std::int16_t transaction) {
 
 void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t status) {
     if (transaction == LinkTransaction::SingleWrite) {
-        WriteFailed(WrittenParameter(), MbaxpErrorDesc(status));
+        WriteFailed(WrittenParameter(), status);
         return;
     }
-    SetStatus(MbaxpErrorDesc(status));
+    SetStatus(WordsOf(status));
     switch (transaction) {
     case LinkTransaction::Poll:
         if (status == LinkStatus::Timeout) {
@@ -173,7 +177,7 @@ void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t statu
         Q_EMIT DeviceAnswered(status);
         break;
     case LinkTransaction::Download:
-        DownloadFailed();
+        DownloadFailed(status);
         break;
     default: // the addressing probe repeats by itself
         break;
@@ -183,10 +187,8 @@ void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t statu
 void LinkSession::WriteComplete() {
     const std::int16_t written = WrittenParameter();
     zentrova_.ParamWritePending(written, false);
+    Q_EMIT WriteEnded(written, LinkStatus::NoError);
     switch (written) {
-    case ParamDefines::SaveCommand:
-        Notice(QStringLiteral("Parameters saved successfully!"));
-        break;
     case ParamDefines::NetworkAddress:
     case ParamDefines::BaudRateCode:
     case ParamDefines::ParityStopCode:
@@ -205,10 +207,10 @@ void LinkSession::WriteComplete() {
     }
 }
 
-void LinkSession::WriteFailed(std::int16_t written, const QString &why) {
-    SetStatus(why);
+void LinkSession::WriteFailed(std::int16_t written, std::int16_t status) {
+    SetStatus(WordsOf(status));
     zentrova_.ParamWritePending(written, false);
-    Notice(QStringLiteral("Error writing parameter"));
+    Q_EMIT WriteEnded(written, status);
 }
 
 void LinkSession::PollComplete() {
@@ -287,41 +289,37 @@ void LinkSession::DownloadValue(std::int16_t Tag, std::int32_t value) {
 }
 
 void LinkSession::StartDownload() {
-    QString refusal;
+    std::int16_t status = LinkStatus::NoError;
     if (anotherSensor_) {
-        refusal = anotherSensorWord;
+        status = LinkStatus::AnotherSensor;
     } else {
         mbaxp1_.TriggerOnce(LinkTransaction::Download);
         if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) { // refused, as a single write may be
-            refusal = MbaxpErrorDesc(mbaxp1_.LastError());
+            status = mbaxp1_.LastError();
         }
     }
-    if (!refusal.isEmpty()) {
+    if (status != LinkStatus::NoError) {
         QMetaObject::invokeMethod(
-            this,
-            [this, refusal] {
-                SetStatus(refusal);
-                DownloadFailed();
-            },
+            this, [this, status] { TransactionFailed(LinkTransaction::Download, status); },
             Qt::QueuedConnection);
     }
 }
 
 void LinkSession::DownloadComplete() {
     zentrova_.WriteAllPending(false);
-    Notice(QStringLiteral("Parameters downloaded successfully!"));
+    Q_EMIT DownloadEnded(LinkStatus::NoError);
     if (!mbaxp1_.PortIsOpen()) {
         downloadOnConnect_ = false;
-        return; // the link was closed behind the box
+        return; // a handler closed the link
     }
     StartPollAfterConnectDownload();
     ReconnectWithDeviceSettings();
     TakeAddressingMode(ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode)));
 }
 
-void LinkSession::DownloadFailed() {
+void LinkSession::DownloadFailed(std::int16_t status) {
     zentrova_.WriteAllPending(false);
-    Notice(QStringLiteral("Error downloading Parameters"));
+    Q_EMIT DownloadEnded(status);
     StartPollAfterConnectDownload();
 }
 
@@ -351,9 +349,4 @@ void LinkSession::ReconnectWithDeviceSettings() {
 
 void LinkSession::SetStatus(const QString &word) {
     Q_EMIT StatusChanged(QStringLiteral("Communication Status: ") + word);
-}
-
-void LinkSession::Notice(const QString &text) {
-    surroundings_.dialogs.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                                          ApplicationTitle());
 }

@@ -4,7 +4,6 @@
 #include "link/Mbaxp.h"
 #include "model/ClassZentrova.h"
 #include "model/ParameterLink.h"
-#include "support/UserDialogs.h"
 
 #include <QObject>
 #include <QString>
@@ -37,13 +36,12 @@ class LinkSession : public QObject, public ParameterLink {
     Q_OBJECT
 
 public:
-    struct Surroundings {
-        UserDialogs &dialogs;
+    struct Dependencies {
         std::function<QString(std::int16_t)> deviceOfPort; // the serial device behind a port number
         std::function<std::int16_t()> askDirection;        // a ConnectChoice
     };
 
-    LinkSession(ClassZentrova &zentrova, Surroundings surroundings, QObject *parent = nullptr);
+    LinkSession(ClassZentrova &zentrova, Dependencies dependencies, QObject *parent = nullptr);
     ~LinkSession() override;
 
     // Time-outs and CRC errors of the poll since the last reset. A count past 32767 is an overflow fault.
@@ -80,9 +78,11 @@ public:
     // answer to a read on.
     bool EchoIsPresent() const { return mbaxp1_.EchoIsPresent(); }
 
+    enum class ConnectOutcome { Cancelled, PortRefused, Probing };
+
     // Opens the port and starts to probe for the sensor. `skipPrompt` 0 asks the user for the direction,
     // any other value keeps the one that stands.
-    void GoOnline(std::int16_t skipPrompt);
+    ConnectOutcome GoOnline(std::int16_t skipPrompt);
     void GoOffline();
 
     // ParameterLink
@@ -98,6 +98,12 @@ public:
     void TransactionFailed(std::int16_t transaction, std::int16_t status);
 
 Q_SIGNALS:
+    // The outcome of a write or download, 0 or a LinkStatus. The session goes on once the handlers return,
+    // which may turn the event loop.
+    void WriteEnded(std::int16_t tag, std::int16_t status);
+    void DownloadEnded(std::int16_t status);
+    void PortRefused(); // to GoOnline; OpenFailureText says why
+
     void StatusChanged(const QString &text);  // the text of the status bar
     void OnlineChanged(bool online);          // the port was opened or closed
     void FirstReadComplete();                 // the first poll since going online is in the table
@@ -106,24 +112,23 @@ Q_SIGNALS:
 
 private:
     void WriteComplete();
-    void WriteFailed(std::int16_t written, const QString &why);
+    void WriteFailed(std::int16_t written, std::int16_t status);
     void PollComplete();
     void TakePolledValues();
     bool AnswersWithAnotherAddressing() const;
     void TakeAddressingMode(std::uint8_t mode);
     void AddressingProbeComplete();
     void DownloadComplete();
-    void DownloadFailed();
+    void DownloadFailed(std::int16_t status);
     void StartPollAfterConnectDownload();
     void DefinePoll();
     void DownloadTable();
     void ReconnectWithDeviceSettings();
     std::int16_t WrittenParameter() const;
     void SetStatus(const QString &word);
-    void Notice(const QString &text);
 
     ClassZentrova &zentrova_;
-    Surroundings surroundings_;
+    Dependencies dependencies_;
     Mbaxp mbaxp1_;
     std::int16_t timeoutCount_ = 0;
     std::int16_t crcErrorCount_ = 0;

@@ -26,6 +26,9 @@ inline constexpr std::int16_t ProtocolModeRefused = 46;
 inline constexpr std::int16_t OpenFailed = 47;
 inline constexpr std::int16_t AlreadyOpen = 48;
 
+// The session's own: nothing was sent, since another sensor is behind the port.
+inline constexpr std::int16_t AnotherSensor = -1;
+
 } // namespace LinkStatus
 
 // The words of a status code; empty for a code that has none.

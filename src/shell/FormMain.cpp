@@ -50,9 +50,9 @@ FormMain::FormMain(Surroundings surroundings)
         return SerialPorts::DeviceOfPort(surroundings_.settings, number);
     };
     link_ = std::make_unique<LinkSession>(
-        *zentrova_, LinkSession::Surroundings{.dialogs = surroundings_.dialogs,
-                                              .deviceOfPort = deviceOfPort,
+        *zentrova_, LinkSession::Dependencies{.deviceOfPort = deviceOfPort,
                                               .askDirection = [this] { return AskDirection(); }});
+    linkNotices_ = std::make_unique<LinkNotices>(*link_, surroundings_.dialogs);
     bootComm_ = std::make_unique<BootComm>(SerialBootLine::Opener(deviceOfPort));
     link_->CommPort(comm.commPort);
     link_->BaudRate(comm.baudRate);

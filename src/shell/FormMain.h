@@ -5,6 +5,7 @@
 #include "model/ClassZentrova.h"
 #include "shell/CommandLine.h"
 #include "shell/FileCommands.h"
+#include "shell/LinkNotices.h"
 #include "shell/MainCommands.h"
 #include "shell/TabFrames.h"
 #include "shell/WindowPlacement.h"
@@ -129,6 +130,7 @@ private:
     WindowPlacement placement_;
     std::unique_ptr<ClassZentrova> zentrova_;
     std::unique_ptr<LinkSession> link_;
+    std::unique_ptr<LinkNotices> linkNotices_;
     std::unique_ptr<BootComm> bootComm_;
     std::unique_ptr<FileCommands> fileCommands_;
     std::unique_ptr<MainCommands> commands_;

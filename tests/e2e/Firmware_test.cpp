@@ -2,6 +2,7 @@
 #include "firmware/SerialBootLine.h"
 #include "firmware/ui/FormUpgradeFirmware.h"
 #include "model/ParamDefines.h"
+#include "shell/LinkNotices.h"
 #include "support/Fault.h"
 #include "tests/support/HelpOfForm.h"
 #include "tests/support/MainForm.h"
@@ -506,9 +507,9 @@ protected:
     HelpOfForm help_;
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession link_{zentrova_,
-                      {.dialogs = dialogs_,
-                       .deviceOfPort = [this](std::int16_t) { return sensor_.Device(); },
+                      {.deviceOfPort = [this](std::int16_t) { return sensor_.Device(); },
                        .askDirection = [] { return ConnectChoice::Read; }}};
+    LinkNotices notices_{link_, dialogs_};
     BootComm boot_{SerialBootLine::Opener([this](std::int16_t) { return sensor_.Device(); })};
     std::unique_ptr<FormUpgradeFirmware> form_;
 };

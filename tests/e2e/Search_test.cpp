@@ -1,5 +1,6 @@
 #include "link/ui/FormSearch.h"
 #include "link/ui/ResultsList.h"
+#include "shell/LinkNotices.h"
 #include "sim/SimulatedSensor.h"
 #include "tests/support/Form.h"
 #include "tests/support/HelpOfForm.h"
@@ -70,9 +71,9 @@ protected:
     SharedLine line_;
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession session_{zentrova_,
-                         {.dialogs = dialogs_,
-                          .deviceOfPort = [this](std::int16_t) { return line_.Path(); },
+                         {.deviceOfPort = [this](std::int16_t) { return line_.Path(); },
                           .askDirection = [] { return ConnectChoice::Cancel; }}};
+    LinkNotices notices_{session_, dialogs_};
     std::unique_ptr<FormSearch> form_;
 };
 

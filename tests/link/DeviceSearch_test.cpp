@@ -1,5 +1,6 @@
 #include "link/DeviceSearch.h"
 
+#include "shell/LinkNotices.h"
 #include "support/Fault.h"
 #include "tests/support/Frames.h"
 #include "tests/support/Printers.h"
@@ -69,9 +70,9 @@ protected:
     QString device_ = line_.Path();
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession session_{zentrova_,
-                         {.dialogs = dialogs_,
-                          .deviceOfPort = [this](std::int16_t) { return device_; },
+                         {.deviceOfPort = [this](std::int16_t) { return device_; },
                           .askDirection = [] { return ConnectChoice::Cancel; }}};
+    LinkNotices notices_{session_, dialogs_};
     std::unique_ptr<DeviceSearch> search_;
 };
 

@@ -1,6 +1,7 @@
 #include "link/LinkSession.h"
 
 #include "model/ParamDefines.h"
+#include "shell/LinkNotices.h"
 #include "support/Fault.h"
 #include "tests/support/Frames.h"
 #include "tests/support/Printers.h"
@@ -70,13 +71,13 @@ protected:
     QString device_ = line_.Path();
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession session_{zentrova_,
-                         {.dialogs = dialogs_,
-                          .deviceOfPort = [this](std::int16_t) { return device_; },
+                         {.deviceOfPort = [this](std::int16_t) { return device_; },
                           .askDirection =
                               [this] {
                                   Note("asked");
                                   return choice_;
                               }}};
+    LinkNotices notices_{session_, dialogs_};
     std::vector<std::string> told_;
 };
 

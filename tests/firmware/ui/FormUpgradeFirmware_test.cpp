@@ -1,5 +1,6 @@
 #include "firmware/ui/FormUpgradeFirmware.h"
 
+#include "shell/LinkNotices.h"
 #include "support/Fault.h"
 #include "tests/firmware/FakeLoader.h"
 #include "tests/support/Form.h"
@@ -98,9 +99,9 @@ protected:
     HelpOfForm help_;
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession link_{zentrova_,
-                      {.dialogs = dialogs_,
-                       .deviceOfPort = [](std::int16_t) { return QStringLiteral("/no/such/device"); },
+                      {.deviceOfPort = [](std::int16_t) { return QStringLiteral("/no/such/device"); },
                        .askDirection = [] { return ConnectChoice::Cancel; }}};
+    LinkNotices notices_{link_, dialogs_};
     FakeLoader loader_;
     BootComm boot_{loader_.Opener()};
     QStringList shown_;

@@ -1,6 +1,7 @@
 #include "link/ui/FormComms.h"
 
 #include "link/SerialPorts.h"
+#include "shell/LinkNotices.h"
 #include "support/ApplicationTitle.h"
 #include "tests/support/Form.h"
 #include "tests/support/HelpOfForm.h"
@@ -60,9 +61,9 @@ protected:
     std::unique_ptr<ClassZentrova> zentrova_ = std::make_unique<ClassZentrova>(ShippedPresetsFolder());
     ScriptedLine line_;
     LinkSession link_{*zentrova_,
-                      {.dialogs = dialogs_,
-                       .deviceOfPort = [this](std::int16_t) { return line_.Path(); },
+                      {.deviceOfPort = [this](std::int16_t) { return line_.Path(); },
                        .askDirection = [] { return ConnectChoice::Read; }}};
+    LinkNotices notices_{link_, dialogs_};
 };
 
 TEST_F(FormCommsTest, SaysWhenTheAdapterGivesBackWhatIsSent) {

@@ -1,6 +1,7 @@
 #include "link/ui/FormSearch.h"
 
 #include "link/ui/ResultsList.h"
+#include "shell/LinkNotices.h"
 #include "tests/support/Form.h"
 #include "tests/support/Frames.h"
 #include "tests/support/HelpOfForm.h"
@@ -102,9 +103,9 @@ protected:
     QString device_ = line_.Path();
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession session_{zentrova_,
-                         {.dialogs = dialogs_,
-                          .deviceOfPort = [this](std::int16_t) { return device_; },
+                         {.deviceOfPort = [this](std::int16_t) { return device_; },
                           .askDirection = [] { return ConnectChoice::Cancel; }}};
+    LinkNotices notices_{session_, dialogs_};
     std::unique_ptr<FormSearch> form_;
 };
 

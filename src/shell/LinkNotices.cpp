@@ -1,0 +1,32 @@
+#include "shell/LinkNotices.h"
+
+#include "model/ParamDefines.h"
+#include "support/ApplicationTitle.h"
+
+LinkNotices::LinkNotices(LinkSession &link, UserDialogs &dialogs) : link_(link), dialogs_(dialogs) {
+    connect(&link, &LinkSession::WriteEnded, this, &LinkNotices::OnWriteEnded);
+    connect(&link, &LinkSession::DownloadEnded, this, &LinkNotices::OnDownloadEnded);
+    connect(&link, &LinkSession::PortRefused, this, &LinkNotices::OnPortRefused);
+}
+
+void LinkNotices::OnWriteEnded(std::int16_t tag, std::int16_t status) {
+    if (status != LinkStatus::NoError) {
+        Show(QStringLiteral("Error writing parameter"));
+    } else if (tag == ParamDefines::SaveCommand) {
+        Show(QStringLiteral("Parameters saved successfully!"));
+    }
+}
+
+void LinkNotices::OnDownloadEnded(std::int16_t status) {
+    Show(status == LinkStatus::NoError ? QStringLiteral("Parameters downloaded successfully!")
+                                       : QStringLiteral("Error downloading Parameters"));
+}
+
+void LinkNotices::OnPortRefused() {
+    Show(link_.OpenFailureText());
+}
+
+void LinkNotices::Show(const QString &text) {
+    dialogs_.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
+                             ApplicationTitle());
+}
