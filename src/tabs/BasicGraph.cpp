@@ -84,14 +84,13 @@ void BasicGraph::DrawHyperbolicCurve() {
 }
 
 void BasicGraph::PositionRelayMarkers() {
-    const Drawing::Line &slope = drawing_.At(LineLinearSlope);
-    const Drawing::Line &plateau = drawing_.At(Line10V);
-    const DistanceAxis::Spans spans{
-        .minToNear = {0, slope.x1}, .nearToFar = {slope.x1, slope.x2}, .farToMax = {plateau.x1, plateau.x2}};
+    const DistanceAxis::Spans spans = DistanceAxis::OfMarkers(drawing_);
     int index = 0;
     for (const BasicLayout::Relay &relay : BasicLayout::Relays) {
-        drawing_.At(PicRelay, index).left =
-            DistanceAxis::PositionOf(Value(relay.threshold), zentrova_, spans);
+        Drawing::Control &strip = drawing_.At(PicRelay, index);
+        if (!strip.held) {
+            strip.left = DistanceAxis::PositionOf(Value(relay.threshold), zentrova_, spans);
+        }
         ++index;
     }
 }

@@ -18,7 +18,7 @@ public:
     void DrawHyperbolicCurve();
     void RemoveHyperbolicCurve();
 
-    // Moves the markers to the relays' thresholds.
+    // Moves the markers to the relays' thresholds, but for one that the user holds.
     void PositionRelayMarkers();
 
     // One step of the animation and of the cursors.

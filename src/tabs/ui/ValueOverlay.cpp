@@ -26,6 +26,7 @@ void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &t
     setAlignment(box != nullptr ? box->alignment() : Qt::AlignLeft | Qt::AlignVCenter);
     setFont(owner.font());
     overOwner_ = false;
+    insteadOfOwner_ = false;
     setGeometry(place);
     setText(text);
     SetTag(tag);
@@ -33,8 +34,13 @@ void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &t
 }
 
 void ValueOverlay::MoveOver(QWidget &owner, const QString &tag, const QString &text) {
-    MoveOver(owner, QRect(owner.mapTo(parentWidget(), QPoint()), owner.size()), tag, text);
+    MoveBeside(owner, QRect(owner.mapTo(parentWidget(), QPoint()), owner.size()), tag, text);
     overOwner_ = true;
+}
+
+void ValueOverlay::MoveBeside(QWidget &owner, const QRect &place, const QString &tag, const QString &text) {
+    MoveOver(owner, place, tag, text);
+    insteadOfOwner_ = true;
 }
 
 void ValueOverlay::StayOver() {
