@@ -139,7 +139,13 @@ bool ValueOverlay::PermitsLeaving() {
 }
 
 bool ValueOverlay::focusNextPrevChild(bool next) {
-    return goneOn_ || QLineEdit::focusNextPrevChild(next);
+    if (goneOn_) {
+        return true;
+    }
+    if (!next && insteadOfOwner_ && owner_) {
+        QWidget::setTabOrder(this, owner_); // the way back passes by the owner as the way on does
+    }
+    return QLineEdit::focusNextPrevChild(next);
 }
 
 void ValueOverlay::focusOutEvent(QFocusEvent *event) {

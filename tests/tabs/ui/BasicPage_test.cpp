@@ -396,6 +396,37 @@ TEST_F(BasicEntryTest, TakesTheBoxsPlaceInTheTabOrder) {
     EXPECT_TRUE(Member("TextParam", 3).hasFocus());
 }
 
+TEST_F(BasicEntryTest, GoesBackToTheBoxBeforeTheOneThatWasEdited) {
+    for (const auto &[edited, before] : {std::pair{5, 4}, {4, 3}, {3, 2}, {2, 1}, {1, 0}}) {
+        SCOPED_TRACE(edited);
+        QTest::keyClick(&Focus(edited), Qt::Key_Left);
+        QTest::keyClick(&text1_, Qt::Key_Backtab, Qt::ShiftModifier);
+        Settle();
+        EXPECT_TRUE(text1_.isHidden());
+        EXPECT_TRUE(Member("TextParam", before).hasFocus());
+    }
+}
+
+TEST_F(BasicEntryTest, GoesBackAndForthInTheOrderThatItWasInBefore) {
+    const auto walk = [this](Qt::Key key, int steps) {
+        QStringList names;
+        for (int step = 0; step < steps; ++step) {
+            QTest::keyClick(QApplication::focusWidget(), key);
+            names << QApplication::focusWidget()->objectName();
+        }
+        return names;
+    };
+    Focus(2);
+    const QStringList there = walk(Qt::Key_Tab, 9);
+    const QStringList back = walk(Qt::Key_Backtab, 9);
+    QTest::keyClick(&Focus(2), Qt::Key_Left);
+    QTest::keyClick(&text1_, Qt::Key_Backtab);
+    Settle();
+    Focus(2);
+    EXPECT_EQ(walk(Qt::Key_Tab, 9), there);
+    EXPECT_EQ(walk(Qt::Key_Backtab, 9), back);
+}
+
 TEST_F(BasicEntryTest, LetsAnEmptyTextGo) {
     QTest::keyClick(&Focus(2), Qt::Key_7);
     QTest::keyClick(&text1_, Qt::Key_Backspace);
@@ -753,4 +784,15 @@ TEST_F(BasicMarkerKeysTest, AHundredthMovesAThresholdThatStandsBeyondTheChart) {
     page_.PositionRelayMarkers();
     QTest::keyClick(&Focus(1), Qt::Key_Left, Qt::ShiftModifier);
     EXPECT_EQ(zentrova_.ParamValue(57), 39999);
+}
+
+TEST_F(BasicMarkerKeysTest, TheEditorHasItsMarkersPlaceInTheTabOrder) {
+    QTest::keyClick(&Focus(1), Qt::Key_Return);
+    QTest::keyClick(&text1_, Qt::Key_Backtab);
+    Settle();
+    EXPECT_TRUE(Marker(0).hasFocus());
+    QTest::keyClick(&Focus(1), Qt::Key_Return);
+    QTest::keyClick(&text1_, Qt::Key_Tab);
+    Settle();
+    EXPECT_TRUE(Marker(2).hasFocus());
 }
