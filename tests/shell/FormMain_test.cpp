@@ -576,6 +576,17 @@ TEST_F(FormMainTest, PutsTheMarkersBackWhenAnEntryIsLeft) {
     EXPECT_NE(marker.x(), before);
 }
 
+TEST_F(FormMainTest, ShowsTheChartOfTheTableAtEachRefresh) {
+    Start();
+    const int before = Ui().Get<QWidget>("PicRelay(1)").x();
+    form_->Zentrova().ParamUpdate(57, 12000);
+    form_->Zentrova().ParamUpdate(ParamDefines::AnalogOutputMode, 2);
+    Q_EMIT form_->Link().TableRefreshed();
+    EXPECT_LT(Ui().Get<QWidget>("PicRelay(1)").x(), before);
+    EXPECT_FALSE(Ui().Enabled("TextParam(3)"));
+    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving()); // only a configuration writes
+}
+
 // Size. ---------------------------------------------------------------------------------------------
 
 TEST_F(FormMainTest, IsNeverSmallerThanItsLeastSize) {

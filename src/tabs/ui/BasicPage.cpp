@@ -327,4 +327,7 @@ void BasicPage::UpdateDisplay() {
     const std::int16_t mode = ParamDefines::AnalogOutputMode;
     labelMode_->setText(QStringLiteral("Mode: ") + zentrova_.FormatRaw(zentrova_.ParamValue(mode), mode));
     PlaceMode();
+    if (graph_.FollowTable()) {
+        ShowChanges();
+    }
 }

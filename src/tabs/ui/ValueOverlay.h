@@ -20,8 +20,8 @@ public:
     // `owner` shows the value: its place in the tab order is the box's too, and it gets the focus back.
     void MoveOver(QWidget &owner, const QRect &place, const QString &tag, const QString &text);
 
-    // The same over the whole of a box that shows a value. What is before the owner in the tab order is before
-    // the box too, as what is behind it always is.
+    // The same over the whole of a box that shows a value. What is before the owner in the tab order is
+    // before the box too, as what is behind it always is.
     void MoveOver(QWidget &owner, const QString &tag, const QString &text);
 
     // The same for an owner that shows no text and isn't covered.

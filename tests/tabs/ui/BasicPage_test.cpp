@@ -246,7 +246,7 @@ TEST_F(BasicChartTest, CanBeDraggedByAMarkerWiderThanItsLine) {
         Settle();
     };
     QTest::mousePress(&marker, Qt::LeftButton, {}, QPoint(1, 50)); // beside the line
-    dragTo(196); // by 44 pixels, from 2333.8 to 2994 twips
+    dragTo(196);                                                   // by 44 pixels, from 2333.8 to 2994 twips
     EXPECT_TRUE(Visible("LabelRelayDist"));
     EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 1 On Threshold\n136.58\""));
     EXPECT_EQ(zentrova_.ParamValue(56), 6000);
@@ -596,8 +596,8 @@ TEST_F(BasicMarkersTest, OneOfTwoEqualOnesMovesOffTheOther) {
 
 TEST_F(BasicMarkersTest, HoverAndToolTipTellTheLineUnderThePointer) {
     Put(6000, 6400);
-    for (const auto &[number, text] : {std::pair{0, "Relay 1 On Threshold=60.00\""},
-                                       {2, "Relay 1 Off Threshold=64.00\""}}) {
+    for (const auto &[number, text] :
+         {std::pair{0, "Relay 1 On Threshold=60.00\""}, {2, "Relay 1 Off Threshold=64.00\""}}) {
         Move(20);
         Move(LineOf(number));
         const QImage hovered = Chart().grab().toImage();
@@ -795,4 +795,71 @@ TEST_F(BasicMarkerKeysTest, TheEditorHasItsMarkersPlaceInTheTabOrder) {
     QTest::keyClick(&text1_, Qt::Key_Tab);
     Settle();
     EXPECT_TRUE(Marker(2).hasFocus());
+}
+
+// The chart and the table. ---------------------------------------------------------------------------
+
+TEST_F(BasicMarkersTest, ARefusedThresholdIsTakenBackByTheNextRefresh) {
+    const int before = LineOf(1);
+    Drag(before, before - 60);
+    EXPECT_EQ(LineOf(1), before - 60);
+    Set(57, 24000); // as the poll reads it again
+    page_.UpdateDisplay();
+    EXPECT_EQ(LineOf(1), before);
+}
+
+TEST_F(BasicMarkersTest, ARefreshLeavesTheMarkerThatIsBeingDragged) {
+    Press(LineOf(1));
+    Move(LineOf(1) + 10);
+    const int held = LineOf(1);
+    Set(57, 30000);
+    Set(59, 30000);
+    page_.UpdateDisplay();
+    EXPECT_EQ(LineOf(1), held);
+    const int other = LineOf(3);
+    Release(held);
+    page_.UpdateDisplay();
+    EXPECT_EQ(LineOf(1), held);
+    Set(57, 30000);
+    page_.UpdateDisplay();
+    EXPECT_EQ(LineOf(1), other);
+}
+
+TEST_F(BasicMarkersTest, ARefreshLeavesAMarkerBetweenTwoStepsOfAKey) {
+    Marker(1).setFocus(Qt::TabFocusReason);
+    QTest::keyPress(&Marker(1), Qt::Key_Right);
+    const int held = LineOf(1);
+    page_.UpdateDisplay();
+    EXPECT_EQ(LineOf(1), held);
+    QTest::keyPress(&Marker(1), Qt::Key_Right);
+    EXPECT_EQ(LineOf(1), held + 1);
+    QTest::keyRelease(&Marker(1), Qt::Key_Right);
+}
+
+TEST_F(BasicChartTest, ARefreshShowsAModeThatWasWrittenElsewhere) {
+    Set(ParamDefines::AnalogOutputMode, 2);
+    page_.UpdateDisplay();
+    EXPECT_FALSE(ui_.Enabled("TextParam(3)"));
+    EXPECT_FALSE(Visible("TextParam(1)"));
+    Set(ParamDefines::AnalogOutputMode, 0);
+    page_.UpdateDisplay();
+    EXPECT_TRUE(ui_.Enabled("TextParam(3)"));
+    EXPECT_TRUE(Visible("FrameManOutput"));
+    EXPECT_FALSE(zentrova_.FileChangesNeedSaving());
+}
+
+TEST_F(BasicEntryTest, ARefreshClosesTheEditorOfABoxThatGoes) {
+    QTest::keyClick(&Focus(0), Qt::Key_5);
+    Set(ParamDefines::AnalogOutputMode, 0);
+    page_.UpdateDisplay();
+    EXPECT_TRUE(text1_.isHidden());
+}
+
+TEST_F(BasicChartTest, ARefreshPaintsNothingWhereNothingHasChanged) {
+    for (int tick = 0; tick < 5; ++tick) {
+        page_.UpdateGraph();
+    }
+    Settle();
+    page_.UpdateDisplay();
+    EXPECT_EQ(PaintedByATick(), (std::set<std::string>{"FrameZentrova"}));
 }
