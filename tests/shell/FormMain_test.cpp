@@ -21,7 +21,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
-#include <QWheelEvent>
+#include <QTreeView>
 
 namespace {
 
@@ -389,6 +389,39 @@ TEST_F(FormMainTest, RefreshesThePageThatComesIntoView) {
     EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("1.06\""));
 }
 
+TEST_F(FormMainTest, RefreshesNothingOnTheWizardTab) {
+    Start();
+    ClickTab(3);
+    ClickTab(2);
+    const QStringList names = {"TextParam(6)", "LabelMode", "LabelLargeLength", "LabelDist",
+                               "TextCheckoutVoltageOut"};
+    const auto texts = [&] {
+        QStringList shown;
+        for (const QString &name : names) {
+            shown << Ui().Text(qPrintable(name));
+        }
+        shown << QString::number(Ui().Get<QProgressBar>("ProgressBar1").value());
+        shown << Ui().Get<QTreeView>("ListView1").model()->index(31, 2).data().toString();
+        return shown;
+    };
+    const QStringList before = texts();
+    auto &page = Ui().Get<QWidget>("TabFrame(3)");
+    Settle();
+    const QImage picture = page.grab().toImage();
+    for (const auto &[tag, value] : {std::pair{32, 5000}, {46, 250}, {39, 2}}) {
+        form_->Zentrova().ParamUpdate(static_cast<std::int16_t>(tag), value);
+    }
+    for (int refresh = 0; refresh < 3; ++refresh) {
+        Q_EMIT form_->Link().TableRefreshed();
+        Settle();
+    }
+    EXPECT_EQ(texts(), before);
+    EXPECT_TRUE(page.grab().toImage() == picture);
+    EXPECT_FALSE(Ui().Get<QTimer>("Timer1").isActive());
+    ClickTab(3);
+    EXPECT_EQ(Ui().Text("LabelLargeLength"), QStringLiteral("50.00\""));
+}
+
 TEST_F(FormMainTest, DoesNothingOnTheTabThatShowsAlready) {
     Start();
     form_->Zentrova().ParamUpdate(32, 106);
@@ -416,6 +449,37 @@ TEST_F(FormMainTest, ReachesEachTabByItsMnemonic) {
     const std::pair<Qt::Key, int> keys[] = {
         {Qt::Key_A, 2}, {Qt::Key_W, 3}, {Qt::Key_D, 4}, {Qt::Key_C, 5}, {Qt::Key_B, 1}};
     for (const auto &[key, tab] : keys) {
+        QTest::keyClick(form_.get(), key, Qt::AltModifier);
+        EXPECT_EQ(form_->CurrentTab(), tab);
+    }
+}
+
+TEST_F(FormMainTest, LeavesTheMnemonicOfTheCheckoutTabsOptionToIt) {
+    Start(QStringLiteral("/checkout"));
+    form_->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    ClickTab(4);
+    for (int round = 0; round < 2; ++round) {
+        Ui().Get<QRadioButton>("OptionAnalogOut(4)").click();
+        QTest::keyClick(form_.get(), Qt::Key_D, Qt::AltModifier);
+        // A mnemonic presses the option for a moment, as a finger would.
+        EXPECT_TRUE(WaitUntil([&] { return Ui().Get<QRadioButton>("OptionAnalogOut(5)").isChecked(); }));
+        EXPECT_EQ(form_->CurrentTab(), 5);
+        EXPECT_TRUE(
+            WaitUntil([&] { return form_->Zentrova().ParamValue(ParamDefines::AnalogOutputMode) == 1; }));
+    }
+    ClickTab(0);
+    EXPECT_EQ(Strip().tabText(3), QStringLiteral("&Distance"));
+    QTest::keyClick(form_.get(), Qt::Key_D, Qt::AltModifier);
+    EXPECT_EQ(form_->CurrentTab(), 4);
+}
+
+TEST_F(FormMainTest, KeepsTheOtherMnemonicsOnTheCheckoutTab) {
+    Start(QStringLiteral("/checkout"));
+    form_->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    for (const auto &[key, tab] : {std::pair{Qt::Key_A, 2}, {Qt::Key_W, 3}, {Qt::Key_B, 1}}) {
+        ClickTab(4);
         QTest::keyClick(form_.get(), key, Qt::AltModifier);
         EXPECT_EQ(form_->CurrentTab(), tab);
     }
@@ -485,19 +549,6 @@ TEST_F(FormMainTest, KeepsAnEntryBehindAMenuThatIsOpenedByItsMnemonic) {
     EXPECT_TRUE(text1.hasFocus());
     EXPECT_EQ(text1.text(), QStringLiteral("5"));
     EXPECT_TRUE(text1.isVisible());
-}
-
-// It would write to the sensor on its way over the Checkout tab, and throw away what is being typed.
-TEST_F(FormMainTest, StaysOnItsTabWhenTheWheelIsTurnedOverTheOthers) {
-    Start(QStringLiteral("/checkout"));
-    QTabBar *bar = Ui().Get<QTabWidget>("TabStrip1").tabBar();
-    const QPointF place = bar->tabRect(3).center();
-    for (const int turn : {-120, 120}) {
-        QWheelEvent wheel(place, bar->mapToGlobal(place), QPoint(), QPoint(0, turn), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(bar, &wheel);
-        EXPECT_EQ(form_->CurrentTab(), 1);
-    }
 }
 
 TEST_F(FormMainTest, AnimatesTheBasicTabAlone) {
