@@ -243,6 +243,11 @@ void AdvancedPage::WriteChoice() {
     }
 }
 
+void AdvancedPage::LeaveEntry() {
+    combo1_->Leave();
+    WriteChoice();
+}
+
 void AdvancedPage::EditOutput(const QString &tagText, const QString &text) {
     const std::int16_t tag = ToInt16(ToNumber(tagText));
     FormEdit form(rules_, dialogs_, help_, this);

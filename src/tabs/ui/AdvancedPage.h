@@ -26,6 +26,7 @@ public:
                  ValueOverlay &text1, QWidget *parent);
 
     void Leaving() override { WriteChoice(); }
+    void LeaveEntry() override;
     void UpdateDisplay() override;
 
 Q_SIGNALS:

@@ -85,6 +85,20 @@ void ValueOverlay::Close() {
     Q_EMIT Left();
 }
 
+bool ValueOverlay::Leave() {
+    if (isHidden()) {
+        return true;
+    }
+    const int opening = openings_;
+    if (!EntryFocus::PermitsLeaving(*this)) {
+        return false;
+    }
+    if (opening == openings_) {
+        Close();
+    }
+    return true;
+}
+
 void ValueOverlay::keyPressEvent(QKeyEvent *event) {
     switch (event->key()) {
     case Qt::Key_Escape:
@@ -112,9 +126,14 @@ void ValueOverlay::keyPressEvent(QKeyEvent *event) {
 }
 
 bool ValueOverlay::Write() {
-    const QScopedValueRollback<int> guard(checked_, openings_);
-    const QScopedValueRollback<QString> textGuard(checkedText_, text());
-    return ValidateAndWriteTextBoxVal(*this, rules_);
+    bool accepted = false;
+    {
+        const QScopedValueRollback<int> guard(checked_, openings_);
+        const QScopedValueRollback<QString> textGuard(checkedText_, text());
+        accepted = ValidateAndWriteTextBoxVal(*this, rules_);
+    }
+    Q_EMIT Checked();
+    return accepted;
 }
 
 bool ValueOverlay::PermitsLeaving() {

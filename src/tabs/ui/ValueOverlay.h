@@ -38,12 +38,21 @@ public:
     // Hides the box if it shows. Nothing is written.
     void Close();
 
+    // As if the user left the box: checks and writes what is typed, then hides. False: the text was refused,
+    // the user has been told, and the box has the focus. Must not be called during a check.
+    bool Leave();
+
+    // What was typed is being checked, or its write waits for the one before it.
+    bool IsChecking() const { return checked_ != 0; }
+
     // The parameter's number as text, without moving the box.
     void SetTag(const QString &tag);
 
 Q_SIGNALS:
     // The box has lost the focus, or was closed, and is hidden.
     void Left();
+
+    void Checked(); // IsChecking may have ended
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
