@@ -600,6 +600,36 @@ TEST_F(FormMainTest, SetsTheBasicTabToTheModeThatIsWrittenAfterCheckoutWasLeft) 
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
+TEST_F(FormMainTest, TheCheckoutTabPutsAFileOfHyperbolicModeBackOnItsFirstEntryAlone) {
+    const QString file = configuration_.filePath(QStringLiteral("roll.ztv"));
+    {
+        ClassZentrova other(presets_);
+        other.ParamUpdate(ParamDefines::AnalogOutputMode, ParamDefines::HyperbolicMode);
+        ASSERT_FALSE(other.SaveFile(file));
+    }
+    const auto mode = [this] { return form_->Zentrova().ParamValue(ParamDefines::AnalogOutputMode); };
+    Start(QStringLiteral("/checkout \"%1\"").arg(file));
+    EXPECT_EQ(mode(), ParamDefines::HyperbolicMode);
+    ClickTab(4);
+    EXPECT_EQ(mode(), ParamDefines::LinearMode);
+    EXPECT_TRUE(form_->Zentrova().FileChangesNeedSaving());
+    EXPECT_TRUE(Ui().Get<QRadioButton>("OptionAnalogOut(5)").isChecked());
+
+    dialogs_.Expect(QStringLiteral("Save changes in file ?"), BoxIcon::Question, BoxButtons::YesNoCancel,
+                    BoxAnswer::No);
+    dialogs_.ExpectOpenFile(file); // while the tab shows
+    Ui().Choose("mnuFileOpen");
+    EXPECT_EQ(mode(), ParamDefines::HyperbolicMode);
+    ClickTab(0);
+    EXPECT_FALSE(Ui().Enabled("TextParam(3)"));
+    ClickTab(4);
+    EXPECT_EQ(mode(), ParamDefines::HyperbolicMode); // the option was selected already
+    Ui().Get<QRadioButton>("OptionAnalogOut(0)").click();
+    ClickTab(0);
+    ClickTab(4);
+    EXPECT_EQ(mode(), ParamDefines::LinearMode);
+}
+
 TEST_F(FormMainTest, WritesTheNearDistanceOfARollWhenAFileBringsHyperbolicMode) {
     const QString file = configuration_.filePath(QStringLiteral("roll.ztv"));
     ClassZentrova zentrova(ShippedPresetsFolder());
