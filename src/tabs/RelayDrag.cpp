@@ -56,6 +56,16 @@ void RelayDrag::MouseUp(int marker, bool leftButton) {
     }
 }
 
+void RelayDrag::Abandon(int marker) {
+    Grip &grip = GripOf(marker);
+    const unsigned moves = grip.moves;
+    grip = {};
+    grip.moves = moves + 1; // for a write that waits
+    MarkHeld(marker);
+    drawing_.At(PicRelay, marker).left = PlaceOf(zentrova_.ParamValue(ThresholdOf(marker)));
+    HideLabelIfIdle();
+}
+
 bool RelayDrag::Step(int marker, float twips) {
     ShowThreshold(marker);
     return MoveTo(marker, drawing_.At(PicRelay, marker).left + twips);
@@ -67,7 +77,7 @@ bool RelayDrag::StepValue(int marker, std::int32_t raw) {
     if (value < zentrova_.ParamMin(model) || value > zentrova_.ParamMax(model)) {
         return false;
     }
-    Put(marker, DistanceAxis::PositionOf(value, zentrova_, DistanceAxis::OfMarkers(drawing_)), value);
+    Put(marker, PlaceOf(value), value);
     return true;
 }
 
@@ -82,8 +92,16 @@ void RelayDrag::LetGo(int marker) {
         }
     }
     MarkHeld(marker);
+    HideLabelIfIdle();
+}
+
+void RelayDrag::HideLabelIfIdle() {
     drawing_.At(LabelRelayDist).visible =
-        std::any_of(grips_.begin(), grips_.end(), [](const Grip &each) { return each.moved; });
+        std::any_of(grips_.begin(), grips_.end(), [](const Grip &grip) { return grip.moved; });
+}
+
+float RelayDrag::PlaceOf(std::int32_t value) const {
+    return DistanceAxis::PositionOf(value, zentrova_, DistanceAxis::OfMarkers(drawing_));
 }
 
 void RelayDrag::MarkHeld(int marker) {

@@ -25,6 +25,9 @@ public:
     // The write may turn the event loop.
     void MouseUp(int marker, bool leftButton);
 
+    // Ends a drag whose MouseUp won't come: the marker goes back to its threshold.
+    void Abandon(int marker);
+
     // The same by the keyboard: a step of so many twips, or to the next raw value, and letting go. False: it
     // would have passed a limit.
     bool Step(int marker, float twips);
@@ -50,6 +53,8 @@ private:
     void PutHome(int marker);
     void ShowLabel(int marker);
     void MarkHeld(int marker);
+    void HideLabelIfIdle();
+    float PlaceOf(std::int32_t value) const;
     std::int32_t ValueAt(float left) const;
     std::int32_t LeftLimit() const;
 

@@ -262,6 +262,19 @@ TEST_F(RelayDragTest, AClickThatEndsLeavesTheMarkerToTheTable) {
     EXPECT_EQ(Left(0), 4920);
 }
 
+TEST_F(RelayDragTest, AnAbandonedDragGoesBackToTheTable) {
+    drag_.MouseDown(0, true, 0);
+    drag_.MouseMove(0, true, 3000 - Left(0));
+    zentrova_.ParamUpdate(56, 36000);
+    drag_.Abandon(0);
+    EXPECT_EQ(Left(0), 4920);
+    EXPECT_FALSE(Label().visible);
+    drag_.MouseMove(0, true, 3000 - Left(0));
+    EXPECT_EQ(Left(0), 4920);
+    drag_.MouseUp(0, true);
+    EXPECT_TRUE(link_.writes.empty());
+}
+
 TEST_F(RelayDragTest, StepsByTheRawValueExactly) {
     EXPECT_TRUE(drag_.StepValue(1, 1));
     EXPECT_TRUE(drag_.StepValue(1, 1));

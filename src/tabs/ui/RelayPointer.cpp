@@ -2,7 +2,6 @@
 
 #include "ui/Controls.h"
 
-#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QToolTip>
 #include <cmath>
@@ -28,7 +27,7 @@ RelayPointer::RelayPointer(const BasicDrawing &drawing, RelayDrag &drag, std::ve
 }
 
 bool RelayPointer::eventFilter(QObject *watched, QEvent *event) {
-    const auto &under = static_cast<const QWidget &>(*watched);
+    auto &under = static_cast<QWidget &>(*watched);
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick: {
@@ -44,12 +43,12 @@ bool RelayPointer::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::MouseButtonRelease:
         Release(static_cast<const QMouseEvent &>(*event));
         return true;
-    case QEvent::ToolTip: {
-        const auto &help = static_cast<const QHelpEvent &>(*event);
-        const int number = Nearest(under.pos() + help.pos());
-        QToolTip::showText(help.globalPos(), markers_[static_cast<std::size_t>(number)]->toolTip());
+    case QEvent::ToolTip:
+        ShowToolTip(under, static_cast<const QHelpEvent &>(*event));
         return true;
-    }
+    case QEvent::Hide:
+        AbandonDrag();
+        return false;
     case QEvent::Leave:
         ShowHover(held_);
         return false;
@@ -71,17 +70,36 @@ int RelayPointer::Nearest(const QPoint &inChart) const {
     return static_cast<int>(nearest);
 }
 
+// The columns of a marker's widget that lead to the marker `number`.
+QRect RelayPointer::NearestPartOf(const QWidget &under, int number) const {
+    QRect part;
+    for (int column = 0; column < under.width(); ++column) {
+        if (Nearest(under.pos() + QPoint(column, 0)) == number) {
+            part |= QRect(column, 0, 1, under.height());
+        }
+    }
+    return part;
+}
+
+// It goes as the pointer comes to another marker's line.
+void RelayPointer::ShowToolTip(QWidget &under, const QHelpEvent &help) const {
+    const int number = Nearest(under.pos() + help.pos());
+    QToolTip::showText(help.globalPos(), markers_[static_cast<std::size_t>(number)]->toolTip(), &under,
+                       NearestPartOf(under, number));
+}
+
 float RelayPointer::InMarker(int number, const QPointF &inChart) const {
     const float twips = static_cast<float>(inChart.x() * Controls::TwipsPerPixel);
     return twips - drawing_.At(Drawing::ControlId::PicRelay, number).left;
 }
 
 void RelayPointer::Press(const QMouseEvent &event, const QPointF &inChart) {
-    const int number = held_.value_or(Nearest(PixelOf(inChart)));
     const bool left = event.button() == Qt::LeftButton;
     if (left) {
-        held_ = number;
+        AbandonDrag();
+        held_ = Nearest(PixelOf(inChart));
     }
+    const int number = held_.value_or(Nearest(PixelOf(inChart)));
     ShowHover(number);
     // The press has given it to the marker on top.
     markers_[static_cast<std::size_t>(number)]->setFocus(Qt::MouseFocusReason);
@@ -89,6 +107,9 @@ void RelayPointer::Press(const QMouseEvent &event, const QPointF &inChart) {
 }
 
 void RelayPointer::Move(const QMouseEvent &event, const QPointF &inChart) {
+    if (!event.buttons().testFlag(Qt::LeftButton)) {
+        AbandonDrag();
+    }
     const int number = held_.value_or(Nearest(PixelOf(inChart)));
     ShowHover(number);
     drag_.MouseMove(number, event.buttons() == Qt::LeftButton, InMarker(number, inChart));
@@ -103,6 +124,14 @@ void RelayPointer::Release(const QMouseEvent &event) {
     const int number = *std::exchange(held_, std::nullopt);
     drag_.MouseUp(number, true);
     Q_EMIT Moved();
+}
+
+// The release of the button went elsewhere, to a box or with the page.
+void RelayPointer::AbandonDrag() {
+    if (held_) {
+        drag_.Abandon(*std::exchange(held_, std::nullopt));
+        Q_EMIT Moved();
+    }
 }
 
 void RelayPointer::ShowHover(std::optional<int> number) {

@@ -3,6 +3,7 @@
 #include "tabs/RelayDrag.h"
 #include "tabs/ui/RelayMarker.h"
 
+#include <QHelpEvent>
 #include <QObject>
 #include <optional>
 #include <vector>
@@ -23,10 +24,13 @@ Q_SIGNALS:
 
 private:
     int Nearest(const QPoint &inChart) const;
+    QRect NearestPartOf(const QWidget &under, int number) const;
+    void ShowToolTip(QWidget &under, const QHelpEvent &help) const;
     float InMarker(int number, const QPointF &inChart) const;
     void Press(const QMouseEvent &event, const QPointF &inChart);
     void Move(const QMouseEvent &event, const QPointF &inChart);
     void Release(const QMouseEvent &event);
+    void AbandonDrag();
     void ShowHover(std::optional<int> number);
 
     const BasicDrawing &drawing_;

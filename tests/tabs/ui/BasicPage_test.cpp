@@ -613,6 +613,12 @@ TEST_F(BasicMarkersTest, HoverAndToolTipTellTheLineUnderThePointer) {
         QApplication::sendEvent(under, &help);
         EXPECT_EQ(QToolTip::text(), QString::fromLatin1(text));
         EXPECT_EQ(Marker(number).toolTip(), QString::fromLatin1(text));
+
+        // It goes with the pointer, to the other line over the same widget. A tip lingers for a moment.
+        QMouseEvent move(QEvent::MouseMove, QPointF(LineOf(2 - number) - under->x(), 70), QPointF(),
+                         Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(under, &move);
+        EXPECT_TRUE(WaitUntil([] { return !QToolTip::isVisible(); }));
     }
     QToolTip::hideText();
     Move(20);
@@ -691,6 +697,36 @@ TEST_F(BasicMarkersTest, TheOneThatIsDraggedPassesTheOther) {
     Release(LineOf(2) + 25);
     EXPECT_GT(On(), 9000);
     EXPECT_EQ(Off(), 9000);
+}
+
+// A box that opens meanwhile, or a change of tab, takes it.
+TEST_F(BasicMarkersTest, ADragWhoseReleaseIsLostEndsWithoutAWrite) {
+    for (const bool hidden : {false, true}) {
+        const int before = LineOf(1);
+        Press(before);
+        Move(before + 40);
+        if (hidden) {
+            page_.hide();
+            page_.show();
+        } else {
+            const QPointF place(5, 70);
+            QMouseEvent move(QEvent::MouseMove, place, Marker(3).mapToGlobal(place), Qt::NoButton,
+                             Qt::NoButton, Qt::NoModifier);
+            QApplication::sendEvent(&Marker(3), &move);
+        }
+        EXPECT_EQ(LineOf(1), before);
+        EXPECT_FALSE(Visible("LabelRelayDist"));
+        Press(LineOf(3)); // and the next one drags its own
+        Move(LineOf(3) + 10);
+        Release(LineOf(3));
+        EXPECT_EQ(LineOf(1), before);
+        EXPECT_EQ(zentrova_.ParamValue(57), 24000);
+        EXPECT_NE(zentrova_.ParamValue(59), 26400);
+        Set(59, 26400);
+        page_.PositionRelayMarkers();
+        Release(LineOf(1));
+        EXPECT_EQ(zentrova_.ParamValue(57), 24000);
+    }
 }
 
 // Thresholds by keyboard. ----------------------------------------------------------------------------
