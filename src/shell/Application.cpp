@@ -2,6 +2,7 @@
 
 #include "support/ApplicationTitle.h"
 #include "ui/FocusStyle.h"
+#include "ui/QuietWheel.h"
 
 #ifdef Q_OS_LINUX
 #include <sys/prctl.h>
@@ -24,6 +25,7 @@ Application::Application(int &argc, char **argv) : QApplication(argc, argv) {
     setApplicationName(ApplicationTitle());
     setDesktopFileName(QStringLiteral("ztv-link"));
     setStyle(new FocusStyle);
+    new QuietWheel;
     AskForPunctualTimers();
 }
 

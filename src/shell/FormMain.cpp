@@ -169,11 +169,13 @@ void FormMain::ConnectCommands() {
     const auto goOnline = [this] { GoOnline(0); };
     const auto goOffline = [this] { GoOffline(); };
     const auto openFile = [this] { fileCommands_->Open(); };
-    const auto saveFile = [this] { fileCommands_->Save(FileCommands::SaveAs::CurrentName); };
-    const auto saveFileAs = [this] { fileCommands_->Save(FileCommands::SaveAs::AskedName); };
-    const auto saveInSensor = [this] {
-        zentrova_->ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+    const auto afterEntry = [this](const std::function<void()> &work) {
+        return [this, work] { AfterEntry(work); };
     };
+    const auto saveFile = afterEntry([this] { fileCommands_->Save(FileCommands::SaveAs::CurrentName); });
+    const auto saveFileAs = afterEntry([this] { fileCommands_->Save(FileCommands::SaveAs::AskedName); });
+    const auto saveInSensor =
+        afterEntry([this] { zentrova_->ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings); });
     const auto exit = [this] { close(); };
     const auto showHelp = [this] { help_.HHDisplayContents(winId()); };
     const std::pair<QAction &, std::function<void()>> works[] = {
@@ -223,6 +225,27 @@ void FormMain::ConnectPages() {
         UpdateDisplay();
         basicPage_->PositionRelayMarkers();
     });
+}
+
+// What is being typed or chosen is written as if the user left it. False: it was refused, and a command that
+// would lose it mustn't run.
+bool FormMain::LeaveEntry() {
+    if (!text1_->Leave()) {
+        return false;
+    }
+    tabs_->CurrentPage().LeaveEntry();
+    return true;
+}
+
+// A text whose write waits for the one before it isn't in the table yet.
+void FormMain::AfterEntry(const std::function<void()> &work) {
+    if (text1_->IsChecking()) {
+        connect(
+            text1_, &ValueOverlay::Checked, this, [this, work] { AfterEntry(work); },
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    } else if (LeaveEntry()) {
+        work();
+    }
 }
 
 void FormMain::ConfigureBasicTab() {
@@ -354,6 +377,15 @@ void FormMain::LayOut() {
 }
 
 void FormMain::closeEvent(QCloseEvent *event) {
+    if (text1_->IsChecking()) {
+        event->ignore();
+        AfterEntry([this] { close(); });
+        return;
+    }
+    if (!LeaveEntry()) {
+        event->ignore();
+        return;
+    }
     // Whatever becomes of the save, the answer lets the program close.
     if (!fileCommands_->LookAfterChanges(
             QStringLiteral("The currently open file has been changed. Do you want to save the changes?"))) {

@@ -107,6 +107,8 @@ private:
     void ConnectCommands();
     void ConnectLink();
     void ConnectPages();
+    bool LeaveEntry();
+    void AfterEntry(const std::function<void()> &work);
     void ShowTab();
     void LayOut();
     void ShowLinkState(bool online);

@@ -3,7 +3,10 @@
 #include "support/Fault.h"
 #include "ui/Controls.h"
 
+#include <QAbstractButton>
+#include <QKeySequence>
 #include <QPixmap>
+#include <QSet>
 #include <QTabBar>
 #include <algorithm>
 
@@ -29,7 +32,6 @@ TabFrames::TabFrames(QWidget &area, bool withCheckout)
     strip_->setUsesScrollButtons(false);
     // A click on a tab takes the focus too: what is being edited is checked before the page goes.
     strip_->tabBar()->setFocusPolicy(Qt::StrongFocus);
-    Controls::IgnoreWheel(*strip_->tabBar()); // a tab that is only passed may write
     // The pages lie over the strip, close below its tabs.
     const int tabHeight = Controls::FromTwips(0, 0, 0, frameTopInStrip).height();
     strip_->tabBar()->setFixedHeight(tabHeight);
@@ -44,7 +46,8 @@ TabFrames::TabFrames(QWidget &area, bool withCheckout)
 }
 
 void TabFrames::AddTab(const Tab::Description &tab, const char *caption) {
-    strip_->addTab(Controls::Named(new QWidget, tab.key), QString::fromLatin1(caption));
+    captions_.append(QString::fromLatin1(caption));
+    strip_->addTab(Controls::Named(new QWidget, tab.key), captions_.last());
 }
 
 void TabFrames::AddCheckout() {
@@ -81,7 +84,23 @@ void TabFrames::Select(int stripIndex) {
     }
     currentTab_ = selected.number;
     LayOut(form_);
+    LeaveMnemonicsToPage();
     Q_EMIT Changed();
+}
+
+// A tab whose mnemonic is also that of a button on the page that shows goes without it meanwhile.
+void TabFrames::LeaveMnemonicsToPage() {
+    QSet<QKeySequence> taken;
+    for (const QAbstractButton *button : CurrentPage().findChildren<QAbstractButton *>()) {
+        taken.insert(QKeySequence::mnemonic(button->text()));
+    }
+    for (int index = 0; index < strip_->count(); ++index) {
+        QString caption = captions_[index];
+        if (taken.contains(QKeySequence::mnemonic(caption))) {
+            caption.remove(u'&');
+        }
+        strip_->setTabText(index, caption);
+    }
 }
 
 void TabFrames::LayOut(QSize form) {

@@ -47,8 +47,10 @@ private:
     TabPage &Page(std::int16_t number) const { return *pages_.at(static_cast<std::size_t>(number) - 1); }
     void AddTab(const Tab::Description &tab, const char *caption);
     void Select(int stripIndex);
+    void LeaveMnemonicsToPage();
 
     QTabWidget *strip_;
+    QStringList captions_;                             // by the index in the strip
     std::array<TabPage *, Tab::Table.size()> pages_{}; // in the order of the table
     std::int16_t currentTab_ = Tab::Basic;
     std::int16_t helpContext_ = Tab::Table.front().helpContext;

@@ -65,10 +65,12 @@ void BasicGraph::ShowPartsOf(std::int32_t mode) {
     drawing_.At(Line0V).visible = parts.line0V;
     drawing_.At(Line10V).visible = parts.line10V;
     drawing_.At(LineLinearSlope).visible = parts.slope;
+    mode_ = mode;
 }
 
 void BasicGraph::RemoveHyperbolicCurve() {
     drawing_.UnloadCurve();
+    curve_.reset();
     drawing_.At(TextParam, BasicFields::NearDistance).enabled = true;
 }
 
@@ -80,20 +82,68 @@ void BasicGraph::DrawHyperbolicCurve() {
     if (nearDistanceBox.enabled) {
         return; // another mode was configured while the write waited for the one before it
     }
-    drawing_.LoadCurve(HyperbolicCurve::Points(zentrova_, drawing_.At(Line10V), drawing_.At(Line0V)));
+    LoadCurve();
 }
 
-void BasicGraph::PositionRelayMarkers() {
-    const Drawing::Line &slope = drawing_.At(LineLinearSlope);
-    const Drawing::Line &plateau = drawing_.At(Line10V);
-    const DistanceAxis::Spans spans{
-        .minToNear = {0, slope.x1}, .nearToFar = {slope.x1, slope.x2}, .farToMax = {plateau.x1, plateau.x2}};
+BasicGraph::Roll BasicGraph::RollOfTable() const {
+    return {.coreDiameter = Value(ParamDefines::CoreDiameter),
+            .maxDiameter = Value(ParamDefines::MaxDiameter),
+            .coreRail = drawing_.At(Line10V).y1,
+            .rollRail = drawing_.At(Line0V).y1};
+}
+
+void BasicGraph::LoadCurve() {
+    drawing_.LoadCurve(HyperbolicCurve::Points(zentrova_, drawing_.At(Line10V), drawing_.At(Line0V)));
+    curve_ = RollOfTable();
+}
+
+bool BasicGraph::FollowTable() {
+    const bool otherMode = FollowMode();
+    const bool otherRoll = FollowRoll();
+    return PositionRelayMarkers() || otherMode || otherRoll;
+}
+
+bool BasicGraph::FollowMode() {
+    const std::int32_t mode = Value(ParamDefines::AnalogOutputMode);
+    if (mode_ == mode) {
+        return false;
+    }
+    ShowPartsOf(mode);
+    drawing_.At(TextParam, BasicFields::NearDistance).enabled = mode != ParamDefines::HyperbolicMode;
+    return true;
+}
+
+bool BasicGraph::FollowRoll() {
+    std::optional<Roll> wanted;
+    if (mode_ == ParamDefines::HyperbolicMode && HyperbolicCurve::Exists(zentrova_)) {
+        wanted = RollOfTable();
+    }
+    if (wanted == curve_) {
+        return false;
+    }
+    if (wanted) {
+        LoadCurve();
+    } else {
+        drawing_.UnloadCurve();
+        curve_.reset();
+    }
+    return true;
+}
+
+bool BasicGraph::PositionRelayMarkers() {
+    bool moved = false;
+    const DistanceAxis::Spans spans = DistanceAxis::OfMarkers(drawing_);
     int index = 0;
     for (const BasicLayout::Relay &relay : BasicLayout::Relays) {
-        drawing_.At(PicRelay, index).left =
-            DistanceAxis::PositionOf(Value(relay.threshold), zentrova_, spans);
+        Drawing::Control &strip = drawing_.At(PicRelay, index);
+        const float left = DistanceAxis::PositionOf(Value(relay.threshold), zentrova_, spans);
+        if (!strip.held && strip.left != left) {
+            strip.left = left;
+            moved = true;
+        }
         ++index;
     }
+    return moved;
 }
 
 void BasicGraph::UpdateGraph() {

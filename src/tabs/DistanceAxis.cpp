@@ -5,6 +5,13 @@
 
 namespace DistanceAxis {
 
+Spans OfMarkers(const BasicDrawing &drawing) {
+    const Drawing::Line &slope = drawing.At(Drawing::LineId::LineLinearSlope);
+    const Drawing::Line &plateau = drawing.At(Drawing::LineId::Line10V);
+    return {
+        .minToNear = {0, slope.x1}, .nearToFar = {slope.x1, slope.x2}, .farToMax = {plateau.x1, plateau.x2}};
+}
+
 float PositionOf(std::int32_t distance, const ClassZentrova &zentrova, const Spans &spans) {
     const auto position = [distance](std::int32_t first, std::int32_t last, const Span &span) {
         return static_cast<float>(Global::InterpolateClipped(distance, first, last, span.from, span.to));

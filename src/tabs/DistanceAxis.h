@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ClassZentrova.h"
+#include "tabs/BasicDrawing.h"
 
 #include <cstdint>
 
@@ -19,6 +20,9 @@ struct Spans {
     Span nearToFar;
     Span farToMax;
 };
+
+// Where the relay markers' spans stand in the drawing.
+Spans OfMarkers(const BasicDrawing &drawing);
 
 // The place of a distance; Near and Far Distance themselves belong to the middle span.
 float PositionOf(std::int32_t distance, const ClassZentrova &zentrova, const Spans &spans);

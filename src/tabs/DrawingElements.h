@@ -107,6 +107,7 @@ struct Control {
     bool visible = true;
     bool enabled = true;
     bool border = false;
+    bool held = false; // by the user's hand: nothing else moves it
     QString caption = {};
     QString toolTip = {};
 

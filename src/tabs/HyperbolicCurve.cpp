@@ -32,6 +32,11 @@ std::int32_t NearDistance(const ClassZentrova &zentrova) {
     return ToInt32(zentrova.ParamValue(ParamDefines::FarDistance) - span / 2.0);
 }
 
+bool Exists(const ClassZentrova &zentrova) {
+    return zentrova.ParamValue(ParamDefines::CoreDiameter) != 0 ||
+           zentrova.ParamValue(ParamDefines::MaxDiameter) != 0;
+}
+
 std::array<Drawing::Point, 100> Points(const ClassZentrova &zentrova, const Drawing::Line &coreRail,
                                        const Drawing::Line &rollRail) {
     const float core = Inches(zentrova, ParamDefines::CoreDiameter);

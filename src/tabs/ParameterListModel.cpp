@@ -1,5 +1,7 @@
 #include "tabs/ParameterListModel.h"
 
+#include "tabs/ParameterEditors.h"
+
 #include <algorithm>
 #include <array>
 #include <numeric>
@@ -140,6 +142,8 @@ QVariant ParameterListModel::data(const QModelIndex &index, int role) const {
         return row.texts[index.column()];
     case Qt::AccessibleDescriptionRole:
         return row.readOnly ? QStringLiteral("Read only") : QString();
+    case Qt::ToolTipRole:
+        return ParameterEditors::NoteOf(zentrova_, row.tag, index.row());
     case ReadOnlyRole:
         return row.readOnly;
     case KeyRole:

@@ -1,6 +1,5 @@
 #include "ui/Controls.h"
 
-#include <QEvent>
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <cmath>
@@ -24,18 +23,6 @@ QRect FromTwips(double left, double top, double width, double height) {
 
 QString Member(const char *array, int index) {
     return QStringLiteral("%1(%2)").arg(QLatin1String(array)).arg(index);
-}
-
-void IgnoreWheel(QWidget &control) {
-    class Filter : public QObject {
-    public:
-        using QObject::QObject;
-
-        bool eventFilter(QObject *watched, QEvent *event) override {
-            return event->type() == QEvent::Wheel || QObject::eventFilter(watched, event);
-        }
-    };
-    control.installEventFilter(new Filter(&control));
 }
 
 QString SpokenCaption(const QString &caption) {

@@ -29,9 +29,6 @@ Control *Named(Control *control, const char *name) {
     return Named(control, QString::fromLatin1(name));
 }
 
-// Turning the mouse's wheel over the control does nothing to it.
-void IgnoreWheel(QWidget &control);
-
 // The caption as it is read out: without its mnemonic mark, and without an arrow of angle brackets.
 QString SpokenCaption(const QString &caption);
 

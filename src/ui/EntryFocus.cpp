@@ -69,6 +69,21 @@ public:
         return RefusesAtBox(*event) || QObject::eventFilter(watched, event);
     }
 
+    // The window, and the box with it, may be gone when the user has been told.
+    bool Check() {
+        const QScopedValueRollback<const QWidget *> guard(checkingIn, box_.window());
+        const QPointer<QLineEdit> box(&box_);
+        const std::function<bool()> isValid = isValid_;
+        if (isValid()) {
+            return true;
+        }
+        if (box) {
+            box->setFocus(Qt::OtherFocusReason);
+            TextBoxFunctions::SelectAllText(*box);
+        }
+        return false;
+    }
+
 private:
     // Sees what comes to any other control, from the box's getting the focus until the check.
     class Others : public QObject {
@@ -158,21 +173,6 @@ private:
         return true;
     }
 
-    // The window, and the box with it, may be gone when the user has been told.
-    bool Check() {
-        const QScopedValueRollback<const QWidget *> guard(checkingIn, box_.window());
-        const QPointer<QLineEdit> box(&box_);
-        const std::function<bool()> isValid = isValid_;
-        if (isValid()) {
-            return true;
-        }
-        if (box) {
-            box->setFocus(Qt::OtherFocusReason);
-            TextBoxFunctions::SelectAllText(*box);
-        }
-        return false;
-    }
-
     bool IsInUse() const { return box_.isEnabled() && box_.isVisible(); }
 
     bool IsOfSameWindow(const QObject &object) const {
@@ -260,6 +260,15 @@ void SelectAllOnEntry(QLineEdit &box) {
 
 void ValidateOnLeave(QLineEdit &box, std::function<bool()> isValid) {
     new Validator(box, std::move(isValid));
+}
+
+bool PermitsLeaving(QLineEdit &box) {
+    for (QObject *child : box.children()) {
+        if (auto *validator = dynamic_cast<Validator *>(child)) {
+            return validator->Check();
+        }
+    }
+    return true;
 }
 
 void ComeBackFrom(QMenuBar &bar) {

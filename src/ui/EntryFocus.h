@@ -24,6 +24,10 @@ void SelectAllOnEntry(QLineEdit &box);
 // a box that is disabled or hidden.
 void ValidateOnLeave(QLineEdit &box, std::function<bool()> isValid);
 
+// Asks what ValidateOnLeave was given for the box, for a command that ends what is typed there without taking
+// the focus. False: as above; the command mustn't run.
+bool PermitsLeaving(QLineEdit &box);
+
 // A menu bar that has taken the focus gives it back also when the user goes straight on to another control,
 // so that what had it is left for that.
 void ComeBackFrom(QMenuBar &bar);

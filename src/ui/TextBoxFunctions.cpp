@@ -23,6 +23,11 @@ void SelectAllText(QLineEdit &box) {
     box.selectAll();
 }
 
+QChar DigitOf(const QKeyEvent &key) {
+    const bool isDigit = key.key() >= Qt::Key_0 && key.key() <= Qt::Key_9;
+    return isDigit ? QChar(u'0' + (key.key() - Qt::Key_0)) : QChar();
+}
+
 bool ValidateNumericEntry(QLineEdit &box, const QString &name, double minimum, double maximum, bool round,
                           UserDialogs &dialogs) {
     if (!IsWithin(box.text(), minimum, maximum)) {

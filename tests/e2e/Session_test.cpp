@@ -326,8 +326,37 @@ TEST_F(SessionTest, WritesADraggedThresholdOnce) {
     EXPECT_EQ(sensor_->Writes(), Writes());
     QTest::mouseRelease(&marker, Qt::LeftButton, {}, QPoint(5, 40));
     EXPECT_TRUE(WaitForPolls(2));
-    EXPECT_EQ(sensor_->Writes(), (Writes{{59, 13728}})); // 3000 twips
-    EXPECT_EQ(Value(59), 13728);
+    EXPECT_EQ(sensor_->Writes(), (Writes{{59, 13693}})); // 2997 twips: by 73 pixels from 4092.4
+    EXPECT_EQ(Value(59), 13693);
+}
+
+TEST_F(SessionTest, ShowsTheChartOfTheSensorAfterARefusedThreshold) {
+    StartPolling();
+    auto &marker = Ui().Get<QWidget>("PicRelay(3)");
+    const int before = marker.x();
+    QTest::mousePress(&marker, Qt::LeftButton, {}, QPoint(5, 40));
+    QTest::mouseMove(&marker, QPoint(-75, 40));
+    EXPECT_EQ(marker.x(), before - 80);
+    sensor_->Faults().exception = 4;
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    QTest::mouseRelease(&marker, Qt::LeftButton, {}, QPoint(5, 40));
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    sensor_->Faults().exception = 0;
+    EXPECT_TRUE(WaitUntil([&] { return marker.x() == before; }));
+    EXPECT_EQ(Value(59), 26400);
+}
+
+TEST_F(SessionTest, ShowsTheChartOfTheSensorThatSomebodyElseSets) {
+    StartPolling();
+    sensor_->ClearRecords();
+    auto &marker = Ui().Get<QWidget>("PicRelay(0)");
+    const int before = marker.x();
+    sensor_->SetRegister(ParamDefines::Relay1OnThreshold, 30000);
+    sensor_->SetRegister(ParamDefines::AnalogOutputMode, ParamDefines::HyperbolicMode);
+    EXPECT_TRUE(WaitUntil([&] { return marker.x() > before && !Ui().Enabled("TextParam(3)"); }));
+    sensor_->SetRegister(ParamDefines::ReinitCommand, ParamDefines::FactoryDefaults);
+    EXPECT_TRUE(WaitUntil([&] { return marker.x() == before && Ui().Enabled("TextParam(3)"); }));
+    EXPECT_EQ(sensor_->Writes(), Writes());
 }
 
 TEST_F(SessionTest, WritesTheNearDistanceBehindAFarDistanceInHyperbolicMode) {

@@ -8,6 +8,7 @@
 #include "tests/support/Wait.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
@@ -21,7 +22,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
-#include <QWheelEvent>
+#include <QTreeView>
 
 namespace {
 
@@ -389,6 +390,39 @@ TEST_F(FormMainTest, RefreshesThePageThatComesIntoView) {
     EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("1.06\""));
 }
 
+TEST_F(FormMainTest, RefreshesNothingOnTheWizardTab) {
+    Start();
+    ClickTab(3);
+    ClickTab(2);
+    const QStringList names = {"TextParam(6)", "LabelMode", "LabelLargeLength", "LabelDist",
+                               "TextCheckoutVoltageOut"};
+    const auto texts = [&] {
+        QStringList shown;
+        for (const QString &name : names) {
+            shown << Ui().Text(qPrintable(name));
+        }
+        shown << QString::number(Ui().Get<QProgressBar>("ProgressBar1").value());
+        shown << Ui().Get<QTreeView>("ListView1").model()->index(31, 2).data().toString();
+        return shown;
+    };
+    const QStringList before = texts();
+    auto &page = Ui().Get<QWidget>("TabFrame(3)");
+    Settle();
+    const QImage picture = page.grab().toImage();
+    for (const auto &[tag, value] : {std::pair{32, 5000}, {46, 250}, {39, 2}}) {
+        form_->Zentrova().ParamUpdate(static_cast<std::int16_t>(tag), value);
+    }
+    for (int refresh = 0; refresh < 3; ++refresh) {
+        Q_EMIT form_->Link().TableRefreshed();
+        Settle();
+    }
+    EXPECT_EQ(texts(), before);
+    EXPECT_TRUE(page.grab().toImage() == picture);
+    EXPECT_FALSE(Ui().Get<QTimer>("Timer1").isActive());
+    ClickTab(3);
+    EXPECT_EQ(Ui().Text("LabelLargeLength"), QStringLiteral("50.00\""));
+}
+
 TEST_F(FormMainTest, DoesNothingOnTheTabThatShowsAlready) {
     Start();
     form_->Zentrova().ParamUpdate(32, 106);
@@ -416,6 +450,37 @@ TEST_F(FormMainTest, ReachesEachTabByItsMnemonic) {
     const std::pair<Qt::Key, int> keys[] = {
         {Qt::Key_A, 2}, {Qt::Key_W, 3}, {Qt::Key_D, 4}, {Qt::Key_C, 5}, {Qt::Key_B, 1}};
     for (const auto &[key, tab] : keys) {
+        QTest::keyClick(form_.get(), key, Qt::AltModifier);
+        EXPECT_EQ(form_->CurrentTab(), tab);
+    }
+}
+
+TEST_F(FormMainTest, LeavesTheMnemonicOfTheCheckoutTabsOptionToIt) {
+    Start(QStringLiteral("/checkout"));
+    form_->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    ClickTab(4);
+    for (int round = 0; round < 2; ++round) {
+        Ui().Get<QRadioButton>("OptionAnalogOut(4)").click();
+        QTest::keyClick(form_.get(), Qt::Key_D, Qt::AltModifier);
+        // A mnemonic presses the option for a moment, as a finger would.
+        EXPECT_TRUE(WaitUntil([&] { return Ui().Get<QRadioButton>("OptionAnalogOut(5)").isChecked(); }));
+        EXPECT_EQ(form_->CurrentTab(), 5);
+        EXPECT_TRUE(
+            WaitUntil([&] { return form_->Zentrova().ParamValue(ParamDefines::AnalogOutputMode) == 1; }));
+    }
+    ClickTab(0);
+    EXPECT_EQ(Strip().tabText(3), QStringLiteral("&Distance"));
+    QTest::keyClick(form_.get(), Qt::Key_D, Qt::AltModifier);
+    EXPECT_EQ(form_->CurrentTab(), 4);
+}
+
+TEST_F(FormMainTest, KeepsTheOtherMnemonicsOnTheCheckoutTab) {
+    Start(QStringLiteral("/checkout"));
+    form_->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    for (const auto &[key, tab] : {std::pair{Qt::Key_A, 2}, {Qt::Key_W, 3}, {Qt::Key_B, 1}}) {
+        ClickTab(4);
         QTest::keyClick(form_.get(), key, Qt::AltModifier);
         EXPECT_EQ(form_->CurrentTab(), tab);
     }
@@ -487,19 +552,6 @@ TEST_F(FormMainTest, KeepsAnEntryBehindAMenuThatIsOpenedByItsMnemonic) {
     EXPECT_TRUE(text1.isVisible());
 }
 
-// It would write to the sensor on its way over the Checkout tab, and throw away what is being typed.
-TEST_F(FormMainTest, StaysOnItsTabWhenTheWheelIsTurnedOverTheOthers) {
-    Start(QStringLiteral("/checkout"));
-    QTabBar *bar = Ui().Get<QTabWidget>("TabStrip1").tabBar();
-    const QPointF place = bar->tabRect(3).center();
-    for (const int turn : {-120, 120}) {
-        QWheelEvent wheel(place, bar->mapToGlobal(place), QPoint(), QPoint(0, turn), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(bar, &wheel);
-        EXPECT_EQ(form_->CurrentTab(), 1);
-    }
-}
-
 TEST_F(FormMainTest, AnimatesTheBasicTabAlone) {
     Start(QStringLiteral("/checkout"));
     const auto *timer = form_->findChild<QTimer *>(QStringLiteral("Timer1"), Qt::FindDirectChildrenOnly);
@@ -548,6 +600,36 @@ TEST_F(FormMainTest, SetsTheBasicTabToTheModeThatIsWrittenAfterCheckoutWasLeft) 
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
+TEST_F(FormMainTest, TheCheckoutTabPutsAFileOfHyperbolicModeBackOnItsFirstEntryAlone) {
+    const QString file = configuration_.filePath(QStringLiteral("roll.ztv"));
+    {
+        ClassZentrova other(presets_);
+        other.ParamUpdate(ParamDefines::AnalogOutputMode, ParamDefines::HyperbolicMode);
+        ASSERT_FALSE(other.SaveFile(file));
+    }
+    const auto mode = [this] { return form_->Zentrova().ParamValue(ParamDefines::AnalogOutputMode); };
+    Start(QStringLiteral("/checkout \"%1\"").arg(file));
+    EXPECT_EQ(mode(), ParamDefines::HyperbolicMode);
+    ClickTab(4);
+    EXPECT_EQ(mode(), ParamDefines::LinearMode);
+    EXPECT_TRUE(form_->Zentrova().FileChangesNeedSaving());
+    EXPECT_TRUE(Ui().Get<QRadioButton>("OptionAnalogOut(5)").isChecked());
+
+    dialogs_.Expect(QStringLiteral("Save changes in file ?"), BoxIcon::Question, BoxButtons::YesNoCancel,
+                    BoxAnswer::No);
+    dialogs_.ExpectOpenFile(file); // while the tab shows
+    Ui().Choose("mnuFileOpen");
+    EXPECT_EQ(mode(), ParamDefines::HyperbolicMode);
+    ClickTab(0);
+    EXPECT_FALSE(Ui().Enabled("TextParam(3)"));
+    ClickTab(4);
+    EXPECT_EQ(mode(), ParamDefines::HyperbolicMode); // the option was selected already
+    Ui().Get<QRadioButton>("OptionAnalogOut(0)").click();
+    ClickTab(0);
+    ClickTab(4);
+    EXPECT_EQ(mode(), ParamDefines::LinearMode);
+}
+
 TEST_F(FormMainTest, WritesTheNearDistanceOfARollWhenAFileBringsHyperbolicMode) {
     const QString file = configuration_.filePath(QStringLiteral("roll.ztv"));
     ClassZentrova zentrova(ShippedPresetsFolder());
@@ -574,6 +656,208 @@ TEST_F(FormMainTest, PutsTheMarkersBackWhenAnEntryIsLeft) {
     QTest::keyClick(&editor, Qt::Key_Return);
     EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("50.00\""));
     EXPECT_NE(marker.x(), before);
+}
+
+TEST_F(FormMainTest, ShowsTheChartOfTheTableAtEachRefresh) {
+    Start();
+    const int before = Ui().Get<QWidget>("PicRelay(1)").x();
+    form_->Zentrova().ParamUpdate(57, 12000);
+    form_->Zentrova().ParamUpdate(ParamDefines::AnalogOutputMode, 2);
+    Q_EMIT form_->Link().TableRefreshed();
+    EXPECT_LT(Ui().Get<QWidget>("PicRelay(1)").x(), before);
+    EXPECT_FALSE(Ui().Enabled("TextParam(3)"));
+    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving()); // only a configuration writes
+}
+
+// What is being typed. -------------------------------------------------------------------------------
+
+class EntryAndCommandsTest : public FormMainTest {
+protected:
+    EntryAndCommandsTest() {
+        Start();
+        form_->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    }
+
+    QLineEdit &Text1() const { return Ui().Get<QLineEdit>("Text1"); }
+    QComboBox &Combo1() const { return Ui().Get<QComboBox>("Combo1"); }
+    std::int32_t Value(std::int16_t tag) const { return form_->Zentrova().ParamValue(tag); }
+
+    // For the near distance, on the Basic tab.
+    void Type(const char *text) {
+        auto &box = Ui().Get<QLineEdit>("TextParam(3)");
+        box.setFocus();
+        QTest::keyClick(&box, Qt::Key_Right);
+        EXPECT_TRUE(Text1().hasFocus());
+        QTest::keyClicks(&Text1(), QString::fromLatin1(text));
+    }
+    void EditInList(std::int16_t tag) {
+        ClickTab(1);
+        auto &list = Ui().Get<QTreeView>("ListView1");
+        list.setFocus();
+        list.setCurrentIndex(list.model()->index(tag - 1, 0));
+        QTest::keyClick(&list, Qt::Key_F2);
+    }
+    void ExpectRefusal() {
+        dialogs_.ExpectNotice(QStringLiteral("Please enter a value between 6.00\" and 420.00\""),
+                              BoxIcon::None, QString());
+    }
+    void ExpectStillTyping(const char *text) {
+        EXPECT_TRUE(dialogs_.AllCame());
+        EXPECT_TRUE(form_->isVisible());
+        EXPECT_TRUE(Text1().hasFocus());
+        EXPECT_EQ(Text1().selectedText(), QString::fromLatin1(text));
+        EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving());
+    }
+    // By a click on the button, which takes no focus.
+    void ClickButton(const char *name) {
+        QTest::mouseClick(&Ui().Get<QToolButton>(name), Qt::LeftButton);
+        Settle();
+    }
+
+    std::int32_t ValueInFile(const QString &name, std::int16_t tag) {
+        ClassZentrova other(presets_);
+        EXPECT_EQ(other.OpenFile(name, dialogs_), FileOpened::Whole);
+        return other.ParamValue(tag);
+    }
+
+    QString file_ = configuration_.filePath(QStringLiteral("typed.ztv"));
+};
+
+TEST_F(EntryAndCommandsTest, AFileIsSavedWithWhatIsBeingTyped) {
+    const std::function<void()> ways[] = {[this] { ClickButton("Save File"); },
+                                          [this] { Ui().Choose("mnuFileSave(0)"); },
+                                          [this] { Ui().Choose("mnuFileSave(1)"); }};
+    int raw = 1300;
+    for (const auto &save : ways) {
+        Type(qPrintable(QString::number(raw / 100)));
+        if (raw == 1300 || &save == &ways[2]) {
+            dialogs_.ExpectSaveFile(file_);
+        }
+        dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+        save();
+        EXPECT_EQ(ValueInFile(file_, ParamDefines::NearDistance), raw);
+        EXPECT_TRUE(Text1().isHidden());
+        EXPECT_TRUE(Ui().Get<QLineEdit>("TextParam(3)").hasFocus());
+        EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving());
+        raw += 100;
+    }
+}
+
+TEST_F(EntryAndCommandsTest, AFileIsSavedWithWhatIsTypedByWayOfTheMenusKeys) {
+    Type("13");
+    dialogs_.ExpectSaveFile(file_);
+    dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    QTest::keyClick(form_.get(), Qt::Key_F, Qt::AltModifier);
+    ASSERT_TRUE(WaitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_S);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_EQ(ValueInFile(file_, ParamDefines::NearDistance), 1300);
+}
+
+TEST_F(EntryAndCommandsTest, ARefusedTextKeepsACommandFromRunning) {
+    form_->Zentrova().ConnectTo(nullptr);
+    Q_EMIT form_->Link().OnlineChanged(true); // "Save ZTV" is enabled
+    Type("5");
+    const std::function<void()> ways[] = {
+        [this] { ClickButton("Save File"); },      [this] { Ui().Choose("mnuFileSave(0)"); },
+        [this] { Ui().Choose("mnuFileSave(1)"); }, [this] { ClickButton("Save ZTV"); },
+        [this] { ClickButton("Exit"); },           [this] { Ui().Choose("mnuFileExit"); },
+        [this] { EXPECT_FALSE(form_->close()); }};
+    for (const auto &command : ways) {
+        ExpectRefusal();
+        command();
+        ExpectStillTyping("5");
+        EXPECT_EQ(Value(ParamDefines::SaveCommand), 0);
+    }
+}
+
+TEST_F(EntryAndCommandsTest, TheSensorSavesWhatIsBeingTyped) {
+    FakeLink link;
+    form_->Zentrova().ConnectTo(&link);
+    Q_EMIT form_->Link().OnlineChanged(true);
+    Type("13");
+    ClickButton("Save ZTV");
+    EXPECT_EQ(link.writes, (std::vector<std::pair<int, int>>{{28, 1300}, {1, 1}}));
+    EXPECT_TRUE(Text1().isHidden());
+    form_->Zentrova().ConnectTo(&form_->Link());
+}
+
+TEST_F(EntryAndCommandsTest, WhatIsBeingTypedIsAChangeThatTheProgramAsksAboutAsItCloses) {
+    Type("13");
+    dialogs_.Expect(
+        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::Cancel);
+    EXPECT_FALSE(form_->close());
+    EXPECT_EQ(Value(ParamDefines::NearDistance), 1300);
+    EXPECT_TRUE(Text1().isHidden());
+    Type("12");
+    dialogs_.Expect(
+        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
+    ClickButton("Exit");
+    EXPECT_FALSE(form_->isVisible());
+    EXPECT_EQ(Value(ParamDefines::NearDistance), 1200);
+}
+
+TEST_F(EntryAndCommandsTest, NothingTypedIsNoReasonToStay) {
+    Type("1");
+    QTest::keyClick(&Text1(), Qt::Key_Backspace);
+    EXPECT_TRUE(form_->close());
+    EXPECT_EQ(Value(ParamDefines::NearDistance), 1200);
+}
+
+TEST_F(EntryAndCommandsTest, AnUntouchedTextIsNoChange) {
+    Type("");
+    EXPECT_TRUE(form_->close());
+}
+
+TEST_F(EntryAndCommandsTest, TheListsEditorsAreLeftToo) {
+    EditInList(ParamDefines::NearDistance);
+    QTest::keyClicks(&Text1(), QStringLiteral("14"));
+    dialogs_.ExpectSaveFile(file_);
+    dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    ClickButton("Save File");
+    EXPECT_EQ(ValueInFile(file_, ParamDefines::NearDistance), 1400);
+    EXPECT_TRUE(Text1().isHidden());
+
+    ClickTab(0);
+    EditInList(ParamDefines::AnalogOutputMode);
+    ASSERT_TRUE(Combo1().isVisible());
+    QTest::keyClick(&Combo1(), Qt::Key_Down);
+    dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    ClickButton("Save File");
+    EXPECT_TRUE(Combo1().isHidden());
+    EXPECT_EQ(ValueInFile(file_, ParamDefines::AnalogOutputMode), 2);
+    EXPECT_TRUE(Ui().Get<QTreeView>("ListView1").hasFocus());
+}
+
+TEST_F(EntryAndCommandsTest, ACommandWaitsForTheTextWhoseWriteWaits) {
+    FakeLink link;
+    form_->Zentrova().ConnectTo(&link);
+    Type("13");
+    dialogs_.ExpectSaveFile(file_);
+    dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    link.whileWaiting = [&] {
+        link.whileWaiting = {};
+        ClickButton("Save File");
+        EXPECT_FALSE(dialogs_.AllCame());
+    };
+    QTest::keyClick(&Text1(), Qt::Key_Return);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_EQ(ValueInFile(file_, ParamDefines::NearDistance), 1300);
+
+    Type("14");
+    link.whileWaiting = [&] {
+        link.whileWaiting = {};
+        EXPECT_FALSE(form_->close());
+    };
+    dialogs_.Expect(
+        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
+    QTest::keyClick(&Text1(), Qt::Key_Return);
+    EXPECT_TRUE(WaitUntil([this] { return !form_->isVisible(); }));
+    form_->Zentrova().ConnectTo(&form_->Link());
 }
 
 // Size. ---------------------------------------------------------------------------------------------

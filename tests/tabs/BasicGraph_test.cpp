@@ -3,6 +3,7 @@
 #include "model/ParamDefines.h"
 #include "support/Fault.h"
 #include "tabs/DrawingChanges.h"
+#include "tabs/HyperbolicCurve.h"
 #include "tests/support/FakeLink.h"
 #include "tests/support/TestPresets.h"
 
@@ -499,4 +500,78 @@ TEST_F(BasicGraphTest, ChangesTheCursorAndWhatRidesOnItWithTheDistance) {
     EXPECT_EQ(since.areas.size(), 4U); // the cursor and the pulse
     EXPECT_EQ(since.controls, (std::vector<ControlId>{ControlId::FrameActualDist, ControlId::FrameZentrova,
                                                       ControlId::FrameTarget}));
+}
+
+// The table as it is. --------------------------------------------------------------------------------
+
+TEST_F(BasicGraphTest, FollowsATableThatSomebodyElseWrote) {
+    Configure(1);
+    EXPECT_FALSE(graph_.FollowTable());
+    Set(ParamDefines::Relay1OnThreshold, 2600);
+    EXPECT_TRUE(graph_.FollowTable());
+    EXPECT_EQ(TheControl(ControlId::PicRelay, 0).left, 4920);
+
+    Set(ParamDefines::AnalogOutputMode, 2);
+    Set(ParamDefines::NearDistance, 1234);
+    EXPECT_TRUE(graph_.FollowTable());
+    EXPECT_FALSE(TheControl(ControlId::TextParam, 3).enabled);
+    EXPECT_FALSE(TheLine(LineId::LineLinearSlope).visible);
+    EXPECT_EQ(drawing_.LineHyperbolic().size(), 100U);
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::NearDistance), 1234); // a refresh writes nothing
+    EXPECT_FALSE(graph_.FollowTable());
+
+    const Line before = drawing_.LineHyperbolic()[50];
+    Set(ParamDefines::CoreDiameter, 600);
+    EXPECT_TRUE(graph_.FollowTable());
+    EXPECT_EQ(drawing_.LineHyperbolic().size(), 100U);
+    EXPECT_NE(drawing_.LineHyperbolic()[50], before);
+
+    for (const std::int32_t mode : {0, 1, 7}) {
+        Set(ParamDefines::AnalogOutputMode, mode);
+        EXPECT_TRUE(graph_.FollowTable());
+        EXPECT_TRUE(TheControl(ControlId::TextParam, 3).enabled);
+        EXPECT_EQ(drawing_.LineHyperbolic().size(), 1U);
+        EXPECT_EQ(TheControl(ControlId::FrameManOutput).visible, mode == 0);
+        EXPECT_EQ(TheLine(LineId::LineLinearSlope).visible, mode == 1);
+    }
+}
+
+TEST_F(BasicGraphTest, ShowsAfterARefreshWhatAConfigurationWouldShow) {
+    for (const std::int32_t mode : {0, 2, 1, 9, 2, 0}) {
+        Set(ParamDefines::AnalogOutputMode, mode);
+        Set(ParamDefines::MaxDiameter, 2000 + 100 * mode);
+        Set(ParamDefines::NearDistance, HyperbolicCurve::NearDistance(zentrova_));
+        graph_.FollowTable();
+        const BasicDrawing followed = drawing_;
+        graph_.ConfigureBasicTab();
+        EXPECT_EQ(followed.Lines(), drawing_.Lines());
+        EXPECT_EQ(followed.Controls(), drawing_.Controls());
+        EXPECT_EQ(followed.LineHyperbolic(), drawing_.LineHyperbolic());
+        EXPECT_FALSE(graph_.FollowTable());
+    }
+}
+
+// Unlike a configuration, a refresh comes by itself: it mustn't end the program.
+TEST_F(BasicGraphTest, ShowsNoCurveForARollWithoutADiameterThatAPollBrings) {
+    Configure(2);
+    Set(ParamDefines::CoreDiameter, 0);
+    Set(ParamDefines::MaxDiameter, 0);
+    EXPECT_TRUE(graph_.FollowTable());
+    EXPECT_EQ(drawing_.LineHyperbolic().size(), 1U);
+    EXPECT_FALSE(graph_.FollowTable());
+    Set(ParamDefines::MaxDiameter, 2400);
+    EXPECT_TRUE(graph_.FollowTable());
+    EXPECT_EQ(drawing_.LineHyperbolic().size(), 100U);
+}
+
+TEST_F(BasicGraphOnline, KeepsTheModeThatAPollBroughtWhileTheWriteWaited) {
+    Set(ParamDefines::NearDistance, 700);
+    link_.meanwhile = [this] {
+        Set(ParamDefines::AnalogOutputMode, 1);
+        graph_.FollowTable();
+    };
+    Configure(2);
+    EXPECT_EQ(drawing_.LineHyperbolic().size(), 1U);
+    EXPECT_TRUE(TheControl(ControlId::TextParam, 3).enabled);
+    EXPECT_TRUE(TheLine(LineId::LineLinearSlope).visible);
 }

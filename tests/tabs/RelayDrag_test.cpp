@@ -23,7 +23,7 @@ protected:
     const Drawing::Control &Label() { return drawing_.At(LabelRelayDist); }
 
     void Drag(int marker, float toLeft) {
-        drag_.MouseDown(marker, true);
+        drag_.MouseDown(marker, true, 0);
         drag_.MouseMove(marker, true, toLeft - Left(marker));
         drag_.MouseUp(marker, true);
     }
@@ -50,7 +50,7 @@ TEST_F(RelayDragTest, HoveringChangesTheToolTipAlone) {
 }
 
 TEST_F(RelayDragTest, FollowsThePointerAndWritesWhenLetGo) {
-    drag_.MouseDown(0, true);
+    drag_.MouseDown(0, true, 0);
     drag_.MouseMove(0, true, 3000 - Left(0));
     EXPECT_EQ(Left(0), 3000);
     EXPECT_TRUE(Label().visible);
@@ -105,7 +105,7 @@ TEST_F(RelayDragTest, StaysWithinTheChart) {
 }
 
 TEST_F(RelayDragTest, DoesNotSnapToALimitThatAFastMovePasses) {
-    drag_.MouseDown(1, true);
+    drag_.MouseDown(1, true, 0);
     drag_.MouseMove(1, true, 5000 - Left(1));
     drag_.MouseMove(1, true, 9000);
     EXPECT_EQ(Left(1), 5000);
@@ -143,7 +143,7 @@ TEST_F(RelayDragTest, RoundsThePlaceToTheEvenNeighbour) {
 
 TEST_F(RelayDragTest, StartsWithTheLeftButtonAlone) {
     const float before = Left(0);
-    drag_.MouseDown(0, false);
+    drag_.MouseDown(0, false, 0);
     drag_.MouseMove(0, false, 300);
     drag_.MouseUp(0, false);
     EXPECT_EQ(Left(0), before);
@@ -151,7 +151,7 @@ TEST_F(RelayDragTest, StartsWithTheLeftButtonAlone) {
 }
 
 TEST_F(RelayDragTest, GoesOnUntilTheLeftButtonIsLetGo) {
-    drag_.MouseDown(0, true);
+    drag_.MouseDown(0, true, 0);
     drag_.MouseUp(0, false);
     EXPECT_TRUE(link_.writes.empty());
     drag_.MouseMove(0, false, 300); // two buttons are pressed
@@ -182,7 +182,7 @@ TEST_F(RelayDragTest, StepsByTheKeyboardWithinTheSameLimits) {
 
 TEST_F(RelayDragTest, FaultsOnAMarkerThatThereIsNot) {
     EXPECT_THROW(drag_.MouseMove(4, true, 0), Fault);
-    EXPECT_THROW(drag_.MouseDown(-1, true), Fault);
+    EXPECT_THROW(drag_.MouseDown(-1, true, 0), Fault);
 }
 
 // A write waits for the one before it, and the user goes on meanwhile.
@@ -199,4 +199,101 @@ TEST_F(RelayDragTest, EndsWhereItWasLetGoLastHoweverLongTheWritesWait) {
     EXPECT_EQ(link_.writes.back(), std::make_pair(56, 14076));
     EXPECT_EQ(zentrova_.ParamValue(56), 14076);
     EXPECT_FALSE(Label().visible);
+}
+
+TEST_F(RelayDragTest, KeepsTheOffsetOfThePress) {
+    for (const float x : {-80.0F, 0.0F, 7.0F, 95.0F}) {
+        Left(1) = 3000;
+        drag_.MouseDown(1, true, x);
+        drag_.MouseMove(1, true, x + 15);
+        EXPECT_EQ(Left(1), 3015);
+        drag_.MouseMove(1, true, x + 300); // relative to where it stands now
+        EXPECT_EQ(Left(1), 3315);
+        drag_.MouseUp(1, true);
+        EXPECT_EQ(zentrova_.ParamValue(57), 17382);
+    }
+}
+
+TEST_F(RelayDragTest, WritesNothingForAClickOrABackAndForth) {
+    zentrova_.ParamUpdate(57, 24007);
+    graph_.PositionRelayMarkers();
+    const float home = Left(1);
+    drag_.MouseDown(1, true, 0);
+    drag_.MouseMove(1, true, 0);
+    EXPECT_EQ(Left(1), home);
+    EXPECT_FALSE(Label().visible);
+    drag_.MouseMove(1, true, 200);
+    drag_.MouseMove(1, true, home - Left(1));
+    EXPECT_EQ(Left(1), home);
+    EXPECT_EQ(Label().caption, QStringLiteral("Relay 2 On Threshold\n240.07\""));
+    drag_.MouseUp(1, true);
+    EXPECT_FALSE(Label().visible);
+    EXPECT_TRUE(link_.writes.empty());
+    drag_.MouseUp(1, true); // without a press
+    EXPECT_TRUE(link_.writes.empty());
+}
+
+TEST_F(RelayDragTest, AMarkerInHandStaysThereWhateverTheTableSays) {
+    drag_.MouseDown(0, true, 0);
+    zentrova_.ParamUpdate(56, 30000);
+    const float pressed = Left(0);
+    graph_.PositionRelayMarkers();
+    EXPECT_EQ(Left(0), pressed);
+    drag_.MouseMove(0, true, 3000 - Left(0));
+    graph_.PositionRelayMarkers();
+    EXPECT_EQ(Left(0), 3000);
+    link_.whileWaiting = [this] {
+        graph_.PositionRelayMarkers(); // by a poll, while the write waits for the one before it
+        EXPECT_EQ(Left(0), 3000);
+    };
+    drag_.MouseUp(0, true);
+    EXPECT_EQ(zentrova_.ParamValue(56), 13728);
+    zentrova_.ParamWritePending(56, false);
+    zentrova_.ParamUpdate(56, 36000);
+    graph_.PositionRelayMarkers();
+    EXPECT_EQ(Left(0), 4920);
+}
+
+TEST_F(RelayDragTest, AClickThatEndsLeavesTheMarkerToTheTable) {
+    drag_.MouseDown(0, true, 0);
+    drag_.MouseUp(0, true);
+    zentrova_.ParamUpdate(56, 36000);
+    graph_.PositionRelayMarkers();
+    EXPECT_EQ(Left(0), 4920);
+}
+
+TEST_F(RelayDragTest, AnAbandonedDragGoesBackToTheTable) {
+    drag_.MouseDown(0, true, 0);
+    drag_.MouseMove(0, true, 3000 - Left(0));
+    zentrova_.ParamUpdate(56, 36000);
+    drag_.Abandon(0);
+    EXPECT_EQ(Left(0), 4920);
+    EXPECT_FALSE(Label().visible);
+    drag_.MouseMove(0, true, 3000 - Left(0));
+    EXPECT_EQ(Left(0), 4920);
+    drag_.MouseUp(0, true);
+    EXPECT_TRUE(link_.writes.empty());
+}
+
+TEST_F(RelayDragTest, StepsByTheRawValueExactly) {
+    EXPECT_TRUE(drag_.StepValue(1, 1));
+    EXPECT_TRUE(drag_.StepValue(1, 1));
+    EXPECT_EQ(Label().caption, QStringLiteral("Relay 2 On Threshold\n240.02\""));
+    EXPECT_TRUE(link_.writes.empty());
+    drag_.LetGo(1);
+    EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{57, 24002}}));
+    drag_.LetGo(1);
+    EXPECT_EQ(link_.writes.size(), 1U);
+    drag_.Step(1, 15); // from there
+    drag_.StepValue(1, -1);
+    drag_.LetGo(1);
+    EXPECT_EQ(link_.writes.back(), std::make_pair(57, 24179)); // 3901 twips less a hundredth
+}
+
+TEST_F(RelayDragTest, StepsByTheRawValueWithinTheThresholdsLimits) {
+    zentrova_.ParamUpdate(56, 600);
+    EXPECT_FALSE(drag_.StepValue(0, -1));
+    zentrova_.ParamUpdate(56, 42000);
+    EXPECT_FALSE(drag_.StepValue(0, 1));
+    EXPECT_TRUE(drag_.StepValue(0, -1));
 }

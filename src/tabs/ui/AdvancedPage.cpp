@@ -1,10 +1,9 @@
 #include "tabs/ui/AdvancedPage.h"
 
-#include "model/ParamDefines.h"
-#include "model/UnitClass.h"
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "support/Numbers.h"
+#include "tabs/ParameterEditors.h"
 #include "tabs/ui/FormEdit.h"
 #include "ui/Controls.h"
 
@@ -43,16 +42,6 @@ constexpr int choiceTop = 0;
 
 QPoint Offset(int x, int y) {
     return Controls::FromTwips(x, y, 0, 0).topLeft();
-}
-
-bool HasOutputDialog(std::int16_t tag) {
-    return tag == ParamDefines::ManualOutput ||
-           (tag >= ParamDefines::FirstRawOutput && tag <= ParamDefines::LastRawOutput);
-}
-
-// A unit beyond those that are known is offered as a list, though it is shown as a number.
-bool IsTyped(std::int16_t unitCode) {
-    return unitCode == 0 || ClassOfUnit(unitCode) == UnitClass::Suffix;
 }
 
 int Pixels(int twips) {
@@ -166,13 +155,14 @@ void AdvancedPage::ShowWritten(const QString &text) {
 // Editors. ------------------------------------------------------------------------------------------
 
 void AdvancedPage::Edit(int row) {
+    using Kind = ParameterEditors::Kind;
     const std::int16_t tag = model_.TagOf(row);
     const QString tagText = model_.Text(row, ParameterListModel::Tag);
     text1_.SetTag(tagText);
-    if (zentrova_.ParamReadOnly(tag)) {
-        return;
-    }
-    if (HasOutputDialog(tag)) {
+    switch (ParameterEditors::KindOf(zentrova_, tag)) {
+    case Kind::None:
+        break;
+    case Kind::OutputDialog:
         // From the event loop, so that the click that asked for it is through.
         QMetaObject::invokeMethod(
             this,
@@ -182,10 +172,13 @@ void AdvancedPage::Edit(int row) {
                 }
             },
             Qt::QueuedConnection);
-    } else if (IsTyped(zentrova_.ParamUnits(tag))) {
+        break;
+    case Kind::Text:
         EditText(row);
-    } else {
+        break;
+    case Kind::Choice:
         EditChoice(row, tag);
+        break;
     }
 }
 
@@ -200,29 +193,27 @@ void AdvancedPage::EditText(int row) {
 }
 
 void AdvancedPage::EditChoice(int row, std::int16_t tag) {
-    QStringList texts;
-    int choice = 0;
+    ParameterEditors::Choice choice;
     try {
-        for (std::int32_t value = zentrova_.ParamMin(tag); value <= zentrova_.ParamMax(tag); ++value) {
-            texts.push_back(zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), value));
-        }
-        // By the place in the list, whatever parameter stands there.
-        choice = zentrova_.ParamValue(ToInt16(row + 1));
-        if (choice < 0 || choice >= texts.size()) {
-            throw Fault::Subscript(
-                QStringLiteral("Combo1(%1), with %2 elements").arg(choice).arg(texts.size()));
-        }
+        choice = ParameterEditors::ChoiceOf(zentrova_, tag, row);
     } catch (const Fault &fault) {
-        dialogs_.OwnedMessageBox(fault.Description(),
-                                 {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                                 ApplicationTitle());
+        TellThatItCannotOpen(fault.Description());
+        return;
+    }
+    if (!choice.CanOpen()) {
+        TellThatItCannotOpen(ParameterEditors::WhyItCannotOpen(zentrova_, tag, row));
         return;
     }
     const QRect cell = listView1_->PlaceOf(row, ParameterListModel::Value, *text1_.parentWidget());
     combo1_->setAccessibleName(zentrova_.ParamName(tag));
     combo1_->Open(*listView1_, cell.topLeft() + Offset(choiceInset - listBorder, choiceTop - listBorder),
-                  cell.width(), texts, choice);
+                  cell.width(), choice.texts, choice.start);
     listView1_->ScrollUnder(*combo1_);
+}
+
+void AdvancedPage::TellThatItCannotOpen(const QString &why) {
+    dialogs_.OwnedMessageBox(why, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
+                             ApplicationTitle());
 }
 
 void AdvancedPage::Choose(int index) {
@@ -241,6 +232,11 @@ void AdvancedPage::WriteChoice() {
     if (owedWrite_) {
         std::exchange(owedWrite_, nullptr)();
     }
+}
+
+void AdvancedPage::LeaveEntry() {
+    combo1_->Leave();
+    WriteChoice();
 }
 
 void AdvancedPage::EditOutput(const QString &tagText, const QString &text) {

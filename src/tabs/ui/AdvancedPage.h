@@ -26,6 +26,7 @@ public:
                  ValueOverlay &text1, QWidget *parent);
 
     void Leaving() override { WriteChoice(); }
+    void LeaveEntry() override;
     void UpdateDisplay() override;
 
 Q_SIGNALS:
@@ -46,6 +47,7 @@ private:
     void Edit(int row);
     void EditText(int row);
     void EditChoice(int row, std::int16_t tag);
+    void TellThatItCannotOpen(const QString &why);
     void EditOutput(const QString &tagText, const QString &text);
     void Choose(int index);
     void WriteChoice();

@@ -9,6 +9,7 @@
 #include "ui/Colours.h"
 #include "ui/Controls.h"
 #include "ui/EntryFocus.h"
+#include "ui/TextBoxFunctions.h"
 
 #include <QKeyEvent>
 #include <algorithm>
@@ -151,14 +152,21 @@ void BasicPage::BuildFields() {
 }
 
 void BasicPage::BuildMarkers() {
+    std::vector<RelayMarker *> markers;
     for (int number = 0; number < static_cast<int>(BasicLayout::Relays.size()); ++number) {
         const ControlId id = Member(PicRelay, number);
         auto *marker = new RelayMarker(drawing_, drag_, number, ParentOf(id));
         marker->setAccessibleName(
             zentrova_.ParamName(BasicLayout::Relays[static_cast<std::size_t>(number)].threshold));
+        marker->setFont(boxFont_); // that of the editor of its threshold
         connect(marker, &RelayMarker::Moved, this, &BasicPage::ShowChanges);
+        connect(marker, &RelayMarker::EditWanted, this,
+                [this, number](QChar first) { OpenThreshold(number, first); });
         Keep(id, marker);
+        markers.push_back(marker);
     }
+    pointer_ = std::make_unique<RelayPointer>(drawing_, drag_, std::move(markers));
+    connect(pointer_.get(), &RelayPointer::Moved, this, &BasicPage::ShowChanges);
 }
 
 // One size for all labels and one for all boxes, as large as the tightest of them takes.
@@ -215,11 +223,27 @@ bool BasicPage::eventFilter(QObject *watched, QEvent *event) {
 // The box goes on showing what the sensor says; what is typed comes into the editor over it.
 void BasicPage::OpenEditor(QLineEdit &box, const QKeyEvent &key) {
     text1_.MoveOver(box, box.property("Tag").toString(), box.text());
-    if (key.key() >= Qt::Key_0 && key.key() <= Qt::Key_9) {
-        text1_.Open(QChar(u'0' + (key.key() - Qt::Key_0)));
+    if (const QChar digit = TextBoxFunctions::DigitOf(key); !digit.isNull()) {
+        text1_.Open(digit);
     } else if (key.key() == Qt::Key_Left || key.key() == Qt::Key_Right) {
         text1_.Open();
     }
+}
+
+// Below the chart at the marker's line, where the label of a drag would be.
+void BasicPage::OpenThreshold(int marker, QChar first) {
+    const std::int16_t threshold = BasicLayout::Relays[static_cast<std::size_t>(marker)].threshold;
+    auto *strip = static_cast<RelayMarker *>(WidgetOf(Member(PicRelay, marker)));
+    QWidget &group = *dragLabel_->parentWidget();
+    const int line = strip->parentWidget()->mapTo(&group, QPoint(strip->LineColumn(), 0)).x();
+    QRect place(0, ToPixels(drawing_.At(LabelRelayDist)).top(), ToPixels(BasicFields::BoxWidth),
+                ToPixels(BasicFields::BoxHeight));
+    place.moveLeft(std::clamp(line - place.width() / 2, 0, RightmostLeft(place.width())));
+    place.moveTopLeft(group.mapTo(text1_.parentWidget(), place.topLeft()));
+    text1_.MoveBeside(*strip, place, QString::number(threshold),
+                      zentrova_.FormatRaw(zentrova_.ParamValue(threshold), threshold));
+    text1_.setAlignment(Qt::AlignCenter);
+    text1_.Open(first);
 }
 
 // While the distance's caption is over the end of the mode's text, that goes above it.
@@ -254,9 +278,12 @@ void BasicPage::PlaceDragLabel() {
     const QRect laidOut = ToPixels(drawing_.At(LabelRelayDist));
     dragLabel_->setText(drawing_.At(LabelRelayDist).caption);
     const QSize size = dragLabel_->sizeHint() + QSize(2 * dragLabelPadding, 0);
-    const int left = laidOut.center().x() - size.width() / 2;
-    const int rightmost = std::min(dragLabel_->parentWidget()->width(), width()) - size.width();
-    dragLabel_->setGeometry(QRect(QPoint(std::clamp(left, 0, std::max(rightmost, 0)), laidOut.top()), size));
+    const int left = std::clamp(laidOut.center().x() - size.width() / 2, 0, RightmostLeft(size.width()));
+    dragLabel_->setGeometry(QRect(QPoint(left, laidOut.top()), size));
+}
+
+int BasicPage::RightmostLeft(int ofWidth) const {
+    return std::max(std::min(dragLabel_->parentWidget()->width(), width()) - ofWidth, 0);
 }
 
 void BasicPage::ShowChanges() {
@@ -300,4 +327,7 @@ void BasicPage::UpdateDisplay() {
     const std::int16_t mode = ParamDefines::AnalogOutputMode;
     labelMode_->setText(QStringLiteral("Mode: ") + zentrova_.FormatRaw(zentrova_.ParamValue(mode), mode));
     PlaceMode();
+    if (graph_.FollowTable()) {
+        ShowChanges();
+    }
 }

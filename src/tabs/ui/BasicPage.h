@@ -5,11 +5,13 @@
 #include "tabs/BasicGraph.h"
 #include "tabs/DrawingChanges.h"
 #include "tabs/RelayDrag.h"
+#include "tabs/ui/RelayPointer.h"
 #include "tabs/ui/TabPage.h"
 #include "tabs/ui/ValueOverlay.h"
 
 #include <QLabel>
 #include <QLineEdit>
+#include <memory>
 #include <vector>
 
 // The Basic tab: the chart of the sensor's output with the values around it.
@@ -50,7 +52,9 @@ private:
     void ColourTarget();
     void PlaceMode();
     void PlaceDragLabel();
+    int RightmostLeft(int ofWidth) const; // that stays in sight, in the chart's group
     void OpenEditor(QLineEdit &box, const QKeyEvent &key);
+    void OpenThreshold(int marker, QChar first);
     void ShowChanges();
 
     ClassZentrova &zentrova_;
@@ -66,4 +70,5 @@ private:
     QLabel *labelMode_ = nullptr;
     QLabel *dragLabel_ = nullptr;
     std::vector<QLineEdit *> textParams_;
+    std::unique_ptr<RelayPointer> pointer_;
 };

@@ -37,6 +37,13 @@ void ChoiceOverlay::Close() {
     hide();
 }
 
+void ChoiceOverlay::Leave() {
+    if (!isHidden()) {
+        Q_EMIT Chosen(currentIndex());
+        Close();
+    }
+}
+
 void ChoiceOverlay::keyPressEvent(QKeyEvent *event) {
     switch (event->key()) {
     case Qt::Key_Escape:

@@ -18,6 +18,9 @@ public:
     // Hides the list if it shows. Nothing is chosen.
     void Close();
 
+    // As if the user left the list, if it shows.
+    void Leave();
+
 Q_SIGNALS:
     // The list is left with this choice, by Enter or for another control. The focus is on its way, so what
     // turns the event loop must wait.

@@ -2,15 +2,16 @@
 
 #include "tabs/ui/DrawingPainter.h"
 #include "ui/Controls.h"
+#include "ui/TextBoxFunctions.h"
 
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
 
 namespace {
 
 constexpr int grabPixels = 5; // on either side of the strip
 constexpr float keyStep = Controls::TwipsPerPixel;
+constexpr std::int32_t fineKeyStep = 1; // hundredth of an inch
 constexpr int highlightAlpha = 90;
 constexpr int numberPixels = 10;
 
@@ -25,7 +26,6 @@ RelayMarker::RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, int numbe
     setCursor(Qt::SizeHorCursor);
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
-    setAttribute(Qt::WA_Hover);
 }
 
 QRect RelayMarker::Place() const {
@@ -34,28 +34,33 @@ QRect RelayMarker::Place() const {
     return place.adjusted(-grabPixels, 0, grabPixels, 0);
 }
 
-void RelayMarker::mousePressEvent(QMouseEvent *event) {
-    drag_.MouseDown(number_, event->button() == Qt::LeftButton);
+int RelayMarker::LineColumn() const {
+    return x() + grabPixels;
 }
 
-void RelayMarker::mouseMoveEvent(QMouseEvent *event) {
-    const double inChart = (x() + event->position().x()) * Controls::TwipsPerPixel;
-    const Drawing::Control &strip = drawing_.At(Drawing::ControlId::PicRelay, number_);
-    drag_.MouseMove(number_, event->buttons() == Qt::LeftButton, static_cast<float>(inChart) - strip.left);
-    Q_EMIT Moved();
-}
-
-void RelayMarker::mouseReleaseEvent(QMouseEvent *event) {
-    drag_.MouseUp(number_, event->button() == Qt::LeftButton);
-    Q_EMIT Moved();
+void RelayMarker::ShowHover(bool hovered) {
+    if (hovered_ != hovered) {
+        hovered_ = hovered;
+        update();
+    }
 }
 
 void RelayMarker::keyPressEvent(QKeyEvent *event) {
-    if (event->key() != Qt::Key_Left && event->key() != Qt::Key_Right) {
+    const QChar digit = TextBoxFunctions::DigitOf(*event);
+    if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
+        MoveByKey(*event);
+    } else if (!digit.isNull() || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        Q_EMIT EditWanted(digit);
+    } else {
         QWidget::keyPressEvent(event);
-        return;
     }
-    if (drag_.Step(number_, event->key() == Qt::Key_Left ? -keyStep : keyStep)) {
+}
+
+void RelayMarker::MoveByKey(const QKeyEvent &key) {
+    const int direction = key.key() == Qt::Key_Left ? -1 : 1;
+    const bool fine = key.modifiers().testFlag(Qt::ShiftModifier);
+    if (fine ? drag_.StepValue(number_, direction * fineKeyStep)
+             : drag_.Step(number_, static_cast<float>(direction) * keyStep)) {
         movedByKey_ = true;
     }
     Q_EMIT Moved();
@@ -104,7 +109,7 @@ void RelayMarker::PaintNumber(QPainter &painter, const QColor &colour) {
 
 void RelayMarker::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    if (hasFocus() || underMouse()) {
+    if (hasFocus() || hovered_) {
         QColor band = palette().color(QPalette::Highlight);
         band.setAlpha(highlightAlpha);
         painter.fillRect(rect().adjusted(grabPixels / 2, 0, -(grabPixels / 2), 0), band);

@@ -14,6 +14,9 @@ public:
     // event loop.
     virtual void Leaving() {}
 
+    // A command ends what is chosen on the page: it is written now, which may turn the event loop.
+    virtual void LeaveEntry() {}
+
     // The user has changed to this page. It may write parameters, which turns the event loop.
     virtual void Entered() {}
 

@@ -26,6 +26,7 @@ void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &t
     setAlignment(box != nullptr ? box->alignment() : Qt::AlignLeft | Qt::AlignVCenter);
     setFont(owner.font());
     overOwner_ = false;
+    insteadOfOwner_ = false;
     setGeometry(place);
     setText(text);
     SetTag(tag);
@@ -33,8 +34,13 @@ void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &t
 }
 
 void ValueOverlay::MoveOver(QWidget &owner, const QString &tag, const QString &text) {
-    MoveOver(owner, QRect(owner.mapTo(parentWidget(), QPoint()), owner.size()), tag, text);
+    MoveBeside(owner, QRect(owner.mapTo(parentWidget(), QPoint()), owner.size()), tag, text);
     overOwner_ = true;
+}
+
+void ValueOverlay::MoveBeside(QWidget &owner, const QRect &place, const QString &tag, const QString &text) {
+    MoveOver(owner, place, tag, text);
+    insteadOfOwner_ = true;
 }
 
 void ValueOverlay::StayOver() {
@@ -79,6 +85,20 @@ void ValueOverlay::Close() {
     Q_EMIT Left();
 }
 
+bool ValueOverlay::Leave() {
+    if (isHidden()) {
+        return true;
+    }
+    const int opening = openings_;
+    if (!EntryFocus::PermitsLeaving(*this)) {
+        return false;
+    }
+    if (opening == openings_) {
+        Close();
+    }
+    return true;
+}
+
 void ValueOverlay::keyPressEvent(QKeyEvent *event) {
     switch (event->key()) {
     case Qt::Key_Escape:
@@ -106,9 +126,14 @@ void ValueOverlay::keyPressEvent(QKeyEvent *event) {
 }
 
 bool ValueOverlay::Write() {
-    const QScopedValueRollback<int> guard(checked_, openings_);
-    const QScopedValueRollback<QString> textGuard(checkedText_, text());
-    return ValidateAndWriteTextBoxVal(*this, rules_);
+    bool accepted = false;
+    {
+        const QScopedValueRollback<int> guard(checked_, openings_);
+        const QScopedValueRollback<QString> textGuard(checkedText_, text());
+        accepted = ValidateAndWriteTextBoxVal(*this, rules_);
+    }
+    Q_EMIT Checked();
+    return accepted;
 }
 
 bool ValueOverlay::PermitsLeaving() {
@@ -133,7 +158,13 @@ bool ValueOverlay::PermitsLeaving() {
 }
 
 bool ValueOverlay::focusNextPrevChild(bool next) {
-    return goneOn_ || QLineEdit::focusNextPrevChild(next);
+    if (goneOn_) {
+        return true;
+    }
+    if (!next && insteadOfOwner_ && owner_) {
+        QWidget::setTabOrder(this, owner_); // the way back passes by the owner as the way on does
+    }
+    return QLineEdit::focusNextPrevChild(next);
 }
 
 void ValueOverlay::focusOutEvent(QFocusEvent *event) {

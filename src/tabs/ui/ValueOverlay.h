@@ -20,8 +20,12 @@ public:
     // `owner` shows the value: its place in the tab order is the box's too, and it gets the focus back.
     void MoveOver(QWidget &owner, const QRect &place, const QString &tag, const QString &text);
 
-    // The same over the whole of a box that shows a value.
+    // The same over the whole of a box that shows a value. What is before the owner in the tab order is
+    // before the box too, as what is behind it always is.
     void MoveOver(QWidget &owner, const QString &tag, const QString &text);
+
+    // The same for an owner that shows no text and isn't covered.
+    void MoveBeside(QWidget &owner, const QRect &place, const QString &tag, const QString &text);
 
     // Shows the box where it is, with the focus and its whole text selected; `first`, the key that opened it,
     // replaces that text.
@@ -34,12 +38,21 @@ public:
     // Hides the box if it shows. Nothing is written.
     void Close();
 
+    // As if the user left the box: checks and writes what is typed, then hides. False: the text was refused,
+    // the user has been told, and the box has the focus. Must not be called during a check.
+    bool Leave();
+
+    // What was typed is being checked, or its write waits for the one before it.
+    bool IsChecking() const { return checked_ != 0; }
+
     // The parameter's number as text, without moving the box.
     void SetTag(const QString &tag);
 
 Q_SIGNALS:
     // The box has lost the focus, or was closed, and is hidden.
     void Left();
+
+    void Checked(); // IsChecking may have ended
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -60,6 +73,7 @@ private:
     QString checkedText_;
     int asked_ = 0; // the opening whose text was found valid as it was left
     bool overOwner_ = false;
+    bool insteadOfOwner_ = false; // in the tab order
     bool closing_ = false;
     bool goneOn_ = false; // the user is at another value already than the key that is on its way was for
 };

@@ -1,6 +1,7 @@
 #include "tabs/ui/AdvancedPage.h"
 
 #include "model/ParamDefines.h"
+#include "tabs/ParameterEditors.h"
 #include "tests/support/FakeLink.h"
 #include "tests/support/MainForm.h"
 #include "tests/support/Printers.h"
@@ -9,9 +10,11 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTest>
+#include <QToolTip>
 
 // The Advanced tab in the main form, driven with mouse and keyboard.
 class AdvancedPageTest : public MainFormTest {
@@ -66,10 +69,12 @@ protected:
         QTest::keyClick(QApplication::focusWidget(), key, modifiers);
         Settle();
     }
-    void ShowChanged() {
-        auto &option = Ui().Get<QRadioButton>("OptionViewParameters(1)");
+    void ShowView(int index) {
+        auto &option =
+            Ui().Get<QRadioButton>(qPrintable(QStringLiteral("OptionViewParameters(%1)").arg(index)));
         ClickInWindow(option, {10, option.height() / 2});
     }
+    void ShowChanged() { ShowView(1); }
     void ExpectNothingOpen() {
         EXPECT_FALSE(Text1().isVisible());
         EXPECT_FALSE(Combo1().isVisible());
@@ -236,6 +241,23 @@ TEST_F(AdvancedPageTest, KeepsTheSelectedParameterWhenItSortsOrIsBuiltAnew) {
     Poll(28, 1200);
     Ui().Press("CommandRefresh");
     EXPECT_EQ(Model().TagOf(List().SelectedRow()), 24);
+}
+
+TEST_F(AdvancedPageTest, KeepsTheFirstRowOfASortedListSelectedWhenTheViewChanges) {
+    StartOnTab();
+    Poll(28, 1300);
+    Poll(24, 700);
+    for (const int header : {0, 0, 1, 1}) { // each both ways round
+        ClickHeader(header);
+        ShowView(1);
+        ASSERT_EQ(Model().rowCount(), 2);
+        List().SelectRow(0);
+        const std::int16_t first = Model().TagOf(0);
+        ShowView(0);
+        EXPECT_EQ(Model().rowCount(), 95);
+        EXPECT_NE(Model().TagOf(0), first);
+        EXPECT_EQ(Model().TagOf(List().SelectedRow()), first);
+    }
 }
 
 TEST_F(AdvancedPageTest, PaintsNothingWhereNothingHasChanged) {
@@ -683,7 +705,7 @@ TEST_F(AdvancedPageTest, OpensOnTheValueOfTheParameterWhoseNumberIsThePlace) {
     EXPECT_EQ(Value(2), 1);
 }
 
-TEST_F(AdvancedPageTest, ShowsTheFaultWhereThePlaceHasNoSuchValue) {
+TEST_F(AdvancedPageTest, SaysWhatHelpsWhereThePlaceHasNoSuchValue) {
     StartOnTab();
     Poll(39, 2);
     ShowChanged();
@@ -691,12 +713,40 @@ TEST_F(AdvancedPageTest, ShowsTheFaultWhereThePlaceHasNoSuchValue) {
     for (const int value : {3, -1}) {
         Poll(1, value);
         dialogs_.ExpectNotice(
-            QStringLiteral("Subscript out of range: Combo1(%1), with 3 elements").arg(value));
+            QStringLiteral(
+                "The list of Analog Output Mode can't be opened here. In row 1 it starts with the value of "
+                "parameter 1, Save Command, and that is %1, which isn't in the list.\n\n"
+                "Choose \"All\" and click \"Tag\" until the numbers rise: then it starts with its own value.")
+                .arg(value));
         DoubleClick(39);
         EXPECT_TRUE(dialogs_.AllCame());
         ExpectNothingOpen();
         EXPECT_EQ(Value(39), 2);
     }
+}
+
+TEST_F(AdvancedPageTest, SaysWhatHelpsWhereItsOwnValueIsNoneOfTheList) {
+    StartOnTab();
+    Poll(39, 7);
+    dialogs_.ExpectNotice(
+        QStringLiteral("The list of Analog Output Mode can't be opened: the value 7 isn't in it.\n\n"
+                       "Re-initialize the sensor, or open a settings file, to give it one that is."));
+    DoubleClick(39);
+    ExpectNothingOpen();
+}
+
+TEST_F(AdvancedPageTest, ARowTellsOnWhichValueItsListOpens) {
+    StartOnTab();
+    Poll(39, 2);
+    Poll(1, 1);
+    ShowChanged();
+    const QModelIndex cell = Model().index(*Model().RowOf(39), Column::Value);
+    const QPoint place = List().visualRect(cell).center();
+    QHelpEvent help(QEvent::ToolTip, place, List().viewport()->mapToGlobal(place));
+    QApplication::sendEvent(List().viewport(), &help);
+    EXPECT_EQ(QToolTip::text(), ParameterEditors::NoteOf(form_->Zentrova(), 39, 1));
+    EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("parameter 2, Serial Number")));
+    QToolTip::hideText();
 }
 
 TEST_F(AdvancedPageTest, OffersAListForUnitsThatItDoesNotKnow) {

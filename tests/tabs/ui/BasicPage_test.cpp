@@ -13,6 +13,7 @@
 #include <QStyle>
 #include <QStyleOptionFrame>
 #include <QTest>
+#include <QToolTip>
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
@@ -245,14 +246,14 @@ TEST_F(BasicChartTest, CanBeDraggedByAMarkerWiderThanItsLine) {
         Settle();
     };
     QTest::mousePress(&marker, Qt::LeftButton, {}, QPoint(1, 50)); // beside the line
-    dragTo(200);
+    dragTo(196);                                                   // by 44 pixels, from 2333.8 to 2994 twips
     EXPECT_TRUE(Visible("LabelRelayDist"));
-    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 1 On Threshold\n137.28\"")); // 3000 twips
+    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 1 On Threshold\n136.58\""));
     EXPECT_EQ(zentrova_.ParamValue(56), 6000);
     dragTo(2000);
-    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 1 On Threshold\n137.28\""));
+    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 1 On Threshold\n136.58\""));
     QTest::mouseRelease(&marker, Qt::LeftButton, {}, QPoint(5, 50));
-    EXPECT_EQ(zentrova_.ParamValue(56), 13728);
+    EXPECT_EQ(zentrova_.ParamValue(56), 13658);
     EXPECT_FALSE(Visible("LabelRelayDist"));
 }
 
@@ -395,6 +396,37 @@ TEST_F(BasicEntryTest, TakesTheBoxsPlaceInTheTabOrder) {
     EXPECT_TRUE(Member("TextParam", 3).hasFocus());
 }
 
+TEST_F(BasicEntryTest, GoesBackToTheBoxBeforeTheOneThatWasEdited) {
+    for (const auto &[edited, before] : {std::pair{5, 4}, {4, 3}, {3, 2}, {2, 1}, {1, 0}}) {
+        SCOPED_TRACE(edited);
+        QTest::keyClick(&Focus(edited), Qt::Key_Left);
+        QTest::keyClick(&text1_, Qt::Key_Backtab, Qt::ShiftModifier);
+        Settle();
+        EXPECT_TRUE(text1_.isHidden());
+        EXPECT_TRUE(Member("TextParam", before).hasFocus());
+    }
+}
+
+TEST_F(BasicEntryTest, GoesBackAndForthInTheOrderThatItWasInBefore) {
+    const auto walk = [this](Qt::Key key, int steps) {
+        QStringList names;
+        for (int step = 0; step < steps; ++step) {
+            QTest::keyClick(QApplication::focusWidget(), key);
+            names << QApplication::focusWidget()->objectName();
+        }
+        return names;
+    };
+    Focus(2);
+    const QStringList there = walk(Qt::Key_Tab, 9);
+    const QStringList back = walk(Qt::Key_Backtab, 9);
+    QTest::keyClick(&Focus(2), Qt::Key_Left);
+    QTest::keyClick(&text1_, Qt::Key_Backtab);
+    Settle();
+    Focus(2);
+    EXPECT_EQ(walk(Qt::Key_Tab, 9), there);
+    EXPECT_EQ(walk(Qt::Key_Backtab, 9), back);
+}
+
 TEST_F(BasicEntryTest, LetsAnEmptyTextGo) {
     QTest::keyClick(&Focus(2), Qt::Key_7);
     QTest::keyClick(&text1_, Qt::Key_Backspace);
@@ -458,4 +490,412 @@ TEST_F(BasicChartTest, WritesNothingForAKeyThatMovesNoMarker) {
     marker.setFocus(Qt::TabFocusReason);
     QTest::keyClick(&marker, Qt::Key_Right);
     EXPECT_EQ(zentrova_.ParamValue(57), 42000);
+}
+
+// Markers near each other. ---------------------------------------------------------------------------
+
+class BasicMarkersTest : public BasicChartTest {
+protected:
+    void Put(std::int32_t on, std::int32_t off) {
+        Set(56, on);
+        Set(58, off);
+        page_.PositionRelayMarkers();
+    }
+
+    QWidget &Chart() { return ui_.Get<QWidget>("FrameGraph"); }
+    QWidget &Marker(int number) { return Member("PicRelay", number); }
+
+    // The column of the chart in which the marker's line is painted: beside the hand's margin.
+    int LineOf(int number) { return Marker(number).x() + 5; }
+
+    // The pointer over a column of the chart, wherever that leads.
+    QPoint At(int column) { return Chart().mapTo(&window_, QPoint(column, 70)); }
+    void Press(int column) { QTest::mousePress(window_.windowHandle(), Qt::LeftButton, {}, At(column)); }
+    void Move(int column) {
+        QTest::mouseMove(window_.windowHandle(), At(column));
+        Settle();
+    }
+    void Release(int column) {
+        QTest::mouseRelease(window_.windowHandle(), Qt::LeftButton, {}, At(column));
+        Settle();
+    }
+    void Drag(int from, int to) {
+        Press(from);
+        Move(to);
+        Release(to);
+    }
+    std::int32_t On() const { return zentrova_.ParamValue(56); }
+    std::int32_t Off() const { return zentrova_.ParamValue(58); }
+};
+
+TEST_F(BasicMarkersTest, PaintTheirLinesInTheColumnThatIsNearestToThem) {
+    Put(6000, 24000);
+    const int line = LineOf(0);
+    const QImage picture = Chart().grab().toImage();
+    int blue = 0;
+    for (int y = 20; y < 140; ++y) {
+        blue += picture.pixelColor(line, y) == QColor(Qt::blue) ? 1 : 0;
+        EXPECT_NE(picture.pixelColor(line + 1, y), QColor(Qt::blue)) << y;
+    }
+    EXPECT_GT(blue, 50);
+}
+
+TEST_F(BasicMarkersTest, AreDraggedByTheLineUnderThePointer) {
+    for (const auto &[on, off] :
+         {std::pair{6000, 6400}, {6400, 6000}, {6000, 7200}, {30000, 30300}, {37000, 37500}}) {
+        SCOPED_TRACE(on);
+        Put(on, off);
+        ASSERT_NE(LineOf(0), LineOf(2));
+        Drag(LineOf(0), LineOf(0) + 20);
+        EXPECT_NE(On(), on);
+        EXPECT_EQ(Off(), off);
+        Put(on, off);
+        Drag(LineOf(2), LineOf(2) - 20);
+        EXPECT_EQ(On(), on);
+        EXPECT_NE(Off(), off);
+    }
+}
+
+TEST_F(BasicMarkersTest, TheNearestOfAllRelaysIsTaken) {
+    Put(6000, 6800);
+    Set(57, 6400);
+    Set(59, 7200);
+    page_.PositionRelayMarkers();
+    for (const int number : {0, 1, 2, 3}) {
+        const auto threshold = static_cast<std::int16_t>(56 + number);
+        const std::int32_t before = zentrova_.ParamValue(threshold);
+        Drag(LineOf(number), 300);
+        EXPECT_NE(zentrova_.ParamValue(threshold), before) << number;
+        Set(threshold, before);
+        page_.PositionRelayMarkers();
+    }
+}
+
+TEST_F(BasicMarkersTest, TheNearestTakesThePressBesideBothLines) {
+    Put(6000, 7400); // eight pixels apart
+    Drag(LineOf(0) + 3, LineOf(0) + 43);
+    EXPECT_NE(On(), 6000);
+    EXPECT_EQ(Off(), 7400);
+    Put(6000, 7400);
+    Drag(LineOf(2) - 3, LineOf(2) + 40);
+    EXPECT_EQ(On(), 6000);
+    EXPECT_NE(Off(), 7400);
+}
+
+TEST_F(BasicMarkersTest, OneOfTwoEqualOnesMovesOffTheOther) {
+    Put(6000, 6000);
+    const int line = LineOf(0);
+    Drag(line, line + 50);
+    EXPECT_EQ((On() == 6000) + (Off() == 6000), 1);
+    const std::int32_t moved = On() == 6000 ? Off() : On();
+    Drag(line, line + 30); // and now the other
+    EXPECT_NE(On(), 6000);
+    EXPECT_NE(Off(), 6000);
+    EXPECT_TRUE(On() == moved || Off() == moved);
+}
+
+TEST_F(BasicMarkersTest, HoverAndToolTipTellTheLineUnderThePointer) {
+    Put(6000, 6400);
+    for (const auto &[number, text] :
+         {std::pair{0, "Relay 1 On Threshold=60.00\""}, {2, "Relay 1 Off Threshold=64.00\""}}) {
+        Move(20);
+        Move(LineOf(number));
+        const QImage hovered = Chart().grab().toImage();
+        const QColor band = hovered.pixelColor(LineOf(number) + (number == 0 ? -2 : 2), 75);
+        EXPECT_NE(band, QColor(Qt::white)) << number;
+        const QColor beside = hovered.pixelColor(LineOf(number) + (number == 0 ? 4 : -4), 75);
+        EXPECT_EQ(beside, QColor(Qt::white)) << number;
+
+        QWidget *under = Chart().childAt(QPoint(LineOf(number), 70));
+        ASSERT_NE(under, nullptr);
+        const QPoint place(LineOf(number) - under->x(), 70);
+        QHelpEvent help(QEvent::ToolTip, place, under->mapToGlobal(place));
+        QApplication::sendEvent(under, &help);
+        EXPECT_EQ(QToolTip::text(), QString::fromLatin1(text));
+        EXPECT_EQ(Marker(number).toolTip(), QString::fromLatin1(text));
+
+        // It goes with the pointer, to the other line over the same widget. A tip lingers for a moment.
+        QMouseEvent move(QEvent::MouseMove, QPointF(LineOf(2 - number) - under->x(), 70), QPointF(),
+                         Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(under, &move);
+        EXPECT_TRUE(WaitUntil([] { return !QToolTip::isVisible(); }));
+    }
+    QToolTip::hideText();
+    Move(20);
+    EXPECT_EQ(Chart().grab().toImage().pixelColor(LineOf(0) - 2, 75), QColor(Qt::white));
+}
+
+TEST_F(BasicMarkersTest, APressGivesTheFocusToTheLineUnderThePointer) {
+    Put(6000, 6400);
+    Press(LineOf(0));
+    EXPECT_TRUE(Marker(0).hasFocus());
+    Release(LineOf(0));
+    Press(LineOf(2));
+    EXPECT_TRUE(Marker(2).hasFocus());
+    Release(LineOf(2));
+}
+
+TEST_F(BasicMarkersTest, MoveByWhatThePointerMoves) {
+    for (const int offset : {-5, -2, 0, 3, 5}) {
+        SCOPED_TRACE(offset);
+        Set(57, 24000);
+        page_.PositionRelayMarkers();
+        const int line = LineOf(1);
+        Press(line + offset);
+        Move(line + offset + 1);
+        EXPECT_EQ(LineOf(1), line + 1);
+        Move(line + offset + 30);
+        EXPECT_EQ(LineOf(1), line + 30);
+        Release(line + offset + 30);
+        // 30 pixels are 450 of the 3000 twips between 12.00 and 360.00 inches; the place is a whole twip.
+        EXPECT_NEAR(zentrova_.ParamValue(57), 24000 + 5220, 6);
+    }
+}
+
+TEST_F(BasicMarkersTest, AMereClickWritesNothing) {
+    Set(ParamDefines::MaxRange, 38000);
+    for (const std::int32_t value : {500, 600, 1201, 6001, 24007, 36001, 37999, 38001, 42000}) {
+        SCOPED_TRACE(value);
+        Set(57, value);
+        Put(9000, 9000);
+        for (const int offset : {-4, 0, 4}) {
+            const int column = std::max(0, std::min(LineOf(1) + offset, Chart().width() - 1));
+            Press(column);
+            Move(column); // as a desktop tells a press
+            EXPECT_FALSE(Visible("LabelRelayDist"));
+            Release(column);
+            EXPECT_EQ(zentrova_.ParamValue(57), value);
+            QTest::mouseDClick(window_.windowHandle(), Qt::LeftButton, {}, At(column));
+            Settle();
+            EXPECT_EQ(zentrova_.ParamValue(57), value);
+        }
+    }
+    EXPECT_FALSE(zentrova_.FileChangesNeedSaving());
+}
+
+TEST_F(BasicMarkersTest, BackWhereItWasPressedAMarkerWritesNothing) {
+    Set(57, 24007);
+    page_.PositionRelayMarkers();
+    const int line = LineOf(1);
+    Press(line + 2);
+    Move(line + 40);
+    EXPECT_TRUE(Visible("LabelRelayDist"));
+    Move(line + 2);
+    EXPECT_EQ(LineOf(1), line);
+    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 2 On Threshold\n240.07\""));
+    Release(line + 2);
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+    EXPECT_FALSE(zentrova_.FileChangesNeedSaving());
+}
+
+TEST_F(BasicMarkersTest, TheOneThatIsDraggedPassesTheOther) {
+    Put(6000, 9000);
+    Press(LineOf(0));
+    for (int column = LineOf(0); column < LineOf(2) + 25; column += 3) {
+        Move(column);
+    }
+    Release(LineOf(2) + 25);
+    EXPECT_GT(On(), 9000);
+    EXPECT_EQ(Off(), 9000);
+}
+
+// A box that opens meanwhile, or a change of tab, takes it.
+TEST_F(BasicMarkersTest, ADragWhoseReleaseIsLostEndsWithoutAWrite) {
+    for (const bool hidden : {false, true}) {
+        const int before = LineOf(1);
+        Press(before);
+        Move(before + 40);
+        if (hidden) {
+            page_.hide();
+            page_.show();
+        } else {
+            const QPointF place(5, 70);
+            QMouseEvent move(QEvent::MouseMove, place, Marker(3).mapToGlobal(place), Qt::NoButton,
+                             Qt::NoButton, Qt::NoModifier);
+            QApplication::sendEvent(&Marker(3), &move);
+        }
+        EXPECT_EQ(LineOf(1), before);
+        EXPECT_FALSE(Visible("LabelRelayDist"));
+        Press(LineOf(3)); // and the next one drags its own
+        Move(LineOf(3) + 10);
+        Release(LineOf(3));
+        EXPECT_EQ(LineOf(1), before);
+        EXPECT_EQ(zentrova_.ParamValue(57), 24000);
+        EXPECT_NE(zentrova_.ParamValue(59), 26400);
+        Set(59, 26400);
+        page_.PositionRelayMarkers();
+        Release(LineOf(1));
+        EXPECT_EQ(zentrova_.ParamValue(57), 24000);
+    }
+}
+
+// Thresholds by keyboard. ----------------------------------------------------------------------------
+
+class BasicMarkerKeysTest : public BasicMarkersTest {
+protected:
+    QWidget &Focus(int number) {
+        Marker(number).setFocus(Qt::TabFocusReason);
+        EXPECT_TRUE(Marker(number).hasFocus());
+        return Marker(number);
+    }
+};
+
+TEST_F(BasicMarkerKeysTest, ADigitOpensTheEditorForTheThreshold) {
+    for (const auto modifier : {Qt::NoModifier, Qt::KeypadModifier}) {
+        for (int number = 0; number < 4; ++number) {
+            const auto threshold = static_cast<std::int16_t>(56 + number);
+            QTest::keyClick(&Focus(number), Qt::Key_9, modifier);
+            EXPECT_TRUE(text1_.hasFocus());
+            EXPECT_EQ(text1_.text(), QStringLiteral("9"));
+            EXPECT_EQ(text1_.property("Tag").toString(), QString::number(threshold));
+            EXPECT_EQ(text1_.accessibleName(), zentrova_.ParamName(threshold));
+            EXPECT_TRUE(page_.rect().contains(text1_.geometry()));
+            QTest::keyClicks(&text1_, QStringLiteral("0.5"));
+            QTest::keyClick(&text1_, Qt::Key_Return);
+            EXPECT_TRUE(text1_.isHidden());
+            EXPECT_TRUE(Marker(number).hasFocus());
+            EXPECT_EQ(zentrova_.ParamValue(threshold), 9050);
+            Set(threshold, 30000);
+        }
+    }
+}
+
+TEST_F(BasicMarkerKeysTest, EnterOpensTheEditorWithTheWholeThreshold) {
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(&Focus(1), key);
+        EXPECT_TRUE(text1_.hasFocus());
+        EXPECT_EQ(text1_.selectedText(), QStringLiteral("240.00\""));
+        QTest::keyClick(&text1_, Qt::Key_Escape);
+        EXPECT_TRUE(Marker(1).hasFocus());
+    }
+    EXPECT_FALSE(zentrova_.FileChangesNeedSaving());
+}
+
+TEST_F(BasicMarkerKeysTest, ARefusedThresholdKeepsTheEditor) {
+    QTest::keyClick(&Focus(1), Qt::Key_5);
+    dialogs_.ExpectNotice(QStringLiteral("Please enter a value between 6.00\" and 420.00\""), BoxIcon::None,
+                          QString());
+    QTest::keyClick(&text1_, Qt::Key_Return);
+    EXPECT_TRUE(text1_.hasFocus());
+    EXPECT_EQ(zentrova_.ParamValue(57), 24000);
+}
+
+TEST_F(BasicMarkerKeysTest, TheEditorStaysWithinThePageAtTheChartsEdges) {
+    for (const std::int32_t value : {600, 42000}) {
+        Set(57, value);
+        page_.PositionRelayMarkers();
+        QTest::keyClick(&Focus(1), Qt::Key_Return);
+        EXPECT_TRUE(page_.rect().contains(text1_.geometry()));
+        QTest::keyClick(&text1_, Qt::Key_Escape);
+    }
+}
+
+TEST_F(BasicMarkerKeysTest, ShiftWithACursorKeyMovesByAHundredth) {
+    QWidget &marker = Focus(1);
+    QTest::keyPress(&marker, Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_TRUE(Visible("LabelRelayDist"));
+    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 2 On Threshold\n240.01\""));
+    EXPECT_EQ(zentrova_.ParamValue(57), 24000);
+    QTest::keyPress(&marker, Qt::Key_Right, Qt::ShiftModifier);
+    QTest::keyRelease(&marker, Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(zentrova_.ParamValue(57), 24002);
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+    QTest::keyClick(&marker, Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_EQ(zentrova_.ParamValue(57), 24001);
+}
+
+TEST_F(BasicMarkerKeysTest, AHundredthEndsAtTheLimitsOfTheThreshold) {
+    for (const auto &[value, key] : {std::pair{600, Qt::Key_Left}, {42000, Qt::Key_Right}}) {
+        Set(57, value);
+        page_.PositionRelayMarkers();
+        QTest::keyClick(&Focus(1), key, Qt::ShiftModifier);
+        EXPECT_EQ(zentrova_.ParamValue(57), value);
+    }
+    EXPECT_FALSE(zentrova_.FileChangesNeedSaving());
+}
+
+TEST_F(BasicMarkerKeysTest, AHundredthMovesAThresholdThatStandsBeyondTheChart) {
+    Set(ParamDefines::MaxRange, 38000);
+    Set(57, 40000);
+    page_.PositionRelayMarkers();
+    QTest::keyClick(&Focus(1), Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_EQ(zentrova_.ParamValue(57), 39999);
+}
+
+TEST_F(BasicMarkerKeysTest, TheEditorHasItsMarkersPlaceInTheTabOrder) {
+    QTest::keyClick(&Focus(1), Qt::Key_Return);
+    QTest::keyClick(&text1_, Qt::Key_Backtab);
+    Settle();
+    EXPECT_TRUE(Marker(0).hasFocus());
+    QTest::keyClick(&Focus(1), Qt::Key_Return);
+    QTest::keyClick(&text1_, Qt::Key_Tab);
+    Settle();
+    EXPECT_TRUE(Marker(2).hasFocus());
+}
+
+// The chart and the table. ---------------------------------------------------------------------------
+
+TEST_F(BasicMarkersTest, ARefusedThresholdIsTakenBackByTheNextRefresh) {
+    const int before = LineOf(1);
+    Drag(before, before - 60);
+    EXPECT_EQ(LineOf(1), before - 60);
+    Set(57, 24000); // as the poll reads it again
+    page_.UpdateDisplay();
+    EXPECT_EQ(LineOf(1), before);
+}
+
+TEST_F(BasicMarkersTest, ARefreshLeavesTheMarkerThatIsBeingDragged) {
+    Press(LineOf(1));
+    Move(LineOf(1) + 10);
+    const int held = LineOf(1);
+    Set(57, 30000);
+    Set(59, 30000);
+    page_.UpdateDisplay();
+    EXPECT_EQ(LineOf(1), held);
+    const int other = LineOf(3);
+    Release(held);
+    page_.UpdateDisplay();
+    EXPECT_EQ(LineOf(1), held);
+    Set(57, 30000);
+    page_.UpdateDisplay();
+    EXPECT_EQ(LineOf(1), other);
+}
+
+TEST_F(BasicMarkersTest, ARefreshLeavesAMarkerBetweenTwoStepsOfAKey) {
+    Marker(1).setFocus(Qt::TabFocusReason);
+    QTest::keyPress(&Marker(1), Qt::Key_Right);
+    const int held = LineOf(1);
+    page_.UpdateDisplay();
+    EXPECT_EQ(LineOf(1), held);
+    QTest::keyPress(&Marker(1), Qt::Key_Right);
+    EXPECT_EQ(LineOf(1), held + 1);
+    QTest::keyRelease(&Marker(1), Qt::Key_Right);
+}
+
+TEST_F(BasicChartTest, ARefreshShowsAModeThatWasWrittenElsewhere) {
+    Set(ParamDefines::AnalogOutputMode, 2);
+    page_.UpdateDisplay();
+    EXPECT_FALSE(ui_.Enabled("TextParam(3)"));
+    EXPECT_FALSE(Visible("TextParam(1)"));
+    Set(ParamDefines::AnalogOutputMode, 0);
+    page_.UpdateDisplay();
+    EXPECT_TRUE(ui_.Enabled("TextParam(3)"));
+    EXPECT_TRUE(Visible("FrameManOutput"));
+    EXPECT_FALSE(zentrova_.FileChangesNeedSaving());
+}
+
+TEST_F(BasicEntryTest, ARefreshClosesTheEditorOfABoxThatGoes) {
+    QTest::keyClick(&Focus(0), Qt::Key_5);
+    Set(ParamDefines::AnalogOutputMode, 0);
+    page_.UpdateDisplay();
+    EXPECT_TRUE(text1_.isHidden());
+}
+
+TEST_F(BasicChartTest, ARefreshPaintsNothingWhereNothingHasChanged) {
+    for (int tick = 0; tick < 5; ++tick) {
+        page_.UpdateGraph();
+    }
+    Settle();
+    page_.UpdateDisplay();
+    EXPECT_EQ(PaintedByATick(), (std::set<std::string>{"FrameZentrova"}));
 }

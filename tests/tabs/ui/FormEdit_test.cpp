@@ -211,6 +211,46 @@ TEST_F(FormEditTest, StaysOpenWhenTheRowRefuses) {
     EXPECT_EQ(Value(), 2048);
 }
 
+// As a sensor with other firmware may hold one.
+TEST_F(FormEditTest, OpensOnAValueOutsideTheRawRange) {
+    for (const auto &[text, rawMin, volts] :
+         {std::tuple{"5000", 0, "10.00"}, {"4096", 0, "10.00"}, {"3", 100, "0.00"}, {"-1", 0, "0.00"}}) {
+        Open(text, rawMin);
+        EXPECT_EQ(Raw().selectedText(), QString::fromLatin1(text));
+        EXPECT_EQ(Volts().text(), QString::fromLatin1(volts));
+        const QString refusal =
+            QStringLiteral("Please enter a numeric value between\n%1 and 4095 for the raw value.")
+                .arg(rawMin);
+        dialogs_.ExpectNotice(refusal);
+        Key(Qt::Key_Tab); // it can't be left there
+        EXPECT_TRUE(Raw().hasFocus());
+        dialogs_.ExpectNotice(refusal);
+        QTest::mouseClick(&Ui().Get<QRadioButton>("OptionDataType(1)"), Qt::LeftButton, {}, QPoint(8, 8));
+        Settle();
+        EXPECT_TRUE(Ui().Get<QRadioButton>("OptionDataType(0)").isChecked());
+        EXPECT_EQ(Value(), 2048);
+        Type("200");
+        Key(Qt::Key_Return);
+        EXPECT_FALSE(form_->isVisible());
+        EXPECT_EQ(Value(), 200);
+        zentrova_.ParamUpdate(85, 2048);
+    }
+    EXPECT_EQ(written_, 4);
+}
+
+TEST_F(FormEditTest, ClosesOnAValueOutsideTheRawRangeWithoutWritingIt) {
+    Open("5000");
+    Key(Qt::Key_Escape);
+    EXPECT_FALSE(form_->isVisible());
+    Open("5000");
+    dialogs_.ExpectNotice(QStringLiteral("Please enter a value between 0 and 4095"), BoxIcon::None,
+                          QString());
+    Form(*form_).Get<QPushButton>("CommandOK").click(); // as an assistive client does
+    EXPECT_TRUE(form_->isVisible());
+    EXPECT_EQ(written_, 0);
+    EXPECT_EQ(Value(), 2048);
+}
+
 TEST_F(FormEditTest, CancelWritesNothing) {
     Open("2048");
     Type("77");
