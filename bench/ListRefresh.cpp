@@ -36,7 +36,7 @@ void MeasureListRefresh(Figures &figures) {
                    .settings = settings,
                    .helpEngine = help,
                    .programFolder = ProgramFolder(),
-                   .commandText = QString(),
+                   .arguments = {},
                    .ctrlKeyIsDown = [] { return false; }});
     form.show();
     form.findChild<QTabWidget *>(QStringLiteral("TabStrip1"))->setCurrentIndex(Tab::Advanced - 1);

@@ -93,7 +93,7 @@ void MeasurePollLoad(Figures &figures) {
                    .settings = settings,
                    .helpEngine = help,
                    .programFolder = ProgramFolder(),
-                   .commandText = QStringLiteral("/CHECKOUT"),
+                   .arguments = {QStringLiteral("/CHECKOUT")},
                    .ctrlKeyIsDown = [] { return false; }});
     form.show();
     auto *animation = form.findChild<QTimer *>(QStringLiteral("Timer1"), Qt::FindDirectChildrenOnly);

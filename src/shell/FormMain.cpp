@@ -40,7 +40,7 @@ FormMain::FormMain(Surroundings surroundings)
 
     // The command line comes before any setting is read, so that the settings can be cleared first; the
     // model exists before the link is set up.
-    options_ = CommandLine::Parse(surroundings_.commandText, surroundings_.dialogs);
+    options_ = CommandLine::Parse(surroundings_.arguments, surroundings_.dialogs);
     AskToClearSettings(CtrlKey() != 0 || options_.ClearRegistry);
     const CommSettings comm = ReadCommSettings(surroundings_.settings);
     setMinimumSize(Controls::FromTwips(0, 0, TabFrames::LeastWidth, TabFrames::LeastHeight).size());

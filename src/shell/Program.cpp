@@ -46,7 +46,7 @@ int RunProgram(const ProgramStart &start, const std::function<void(FormMain &)> 
              .settings = start.settings,
              .helpEngine = start.helpEngine,
              .programFolder = start.programFolder,
-             .commandText = start.commandText,
+             .arguments = start.arguments,
              .ctrlKeyIsDown =
                  [] { return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier); },
              .registerFileType = [&start] { RegisterFileType(start.application); },

@@ -252,7 +252,7 @@ TEST_F(MachineFaultsTest, SaysWhichPresetsItMayNotRead) {
                           .settings = settings_,
                           .helpEngine = help_,
                           .programFolder = presets.Folder(),
-                          .commandText = QString()},
+                          .arguments = {}},
                          [](FormMain &) { ADD_FAILURE() << "it runs"; }),
               1);
 }

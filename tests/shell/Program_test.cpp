@@ -30,7 +30,7 @@ int RunWith(ScriptedDialogs &dialogs, const QString &folder, bool &shown) {
                        .settings = settings,
                        .helpEngine = help,
                        .programFolder = folder,
-                       .commandText = QString()},
+                       .arguments = {}},
                       [&shown](FormMain &form) {
                           shown = form.isVisible();
                           QTimer::singleShot(0, qApp, [] { QApplication::exit(0); });
@@ -56,7 +56,7 @@ TEST(ProgramTest, TellsWhereTheSystemHasNoToolForItsInformation) {
                 .settings = settings,
                 .helpEngine = help,
                 .programFolder = ShippedPresetsFolder(),
-                .commandText = QString()},
+                .arguments = {}},
                [&](FormMain &form) {
                    WhenDialogOpens([&dialogs](QWidget &about) {
                        dialogs.Expect(QStringLiteral("System Information Is Unavailable At This Time"),
@@ -107,7 +107,7 @@ TEST(ProgramTest, RescuesUnsavedChangesOnAFault) {
                 .settings = settings,
                 .helpEngine = help,
                 .programFolder = ShippedPresetsFolder(),
-                .commandText = QString()},
+                .arguments = {}},
                [&](FormMain &form) {
                    QTimer::singleShot(0, qApp, [] { QApplication::exit(0); });
                    dialogs.ExpectNotice(QStringLiteral("Subscript out of range: x"), BoxIcon::Critical);
@@ -190,7 +190,7 @@ TEST(ProgramTest, EndsWithItsMainFormThoughTheHelpIsOpen) {
                           .settings = settings,
                           .helpEngine = help,
                           .programFolder = ShippedPresetsFolder(),
-                          .commandText = QString()},
+                          .arguments = {}},
                          [&shown](FormMain &form) {
                              QTimer::singleShot(0, &form, [&] {
                                  form.hHelp().HHDisplayContents(form.winId());
