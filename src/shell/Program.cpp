@@ -36,6 +36,7 @@ void ShowFault(UserDialogs &dialogs, const Fault &fault, FormMain *form) {
     if (!rescued.isEmpty()) {
         text += QStringLiteral("\n\n") + rescued;
     }
+    text += QStringLiteral("\n\nThe program has to close.");
     dialogs.OwnedMessageBox(text, {.icon = BoxIcon::Critical, .buttons = BoxButtons::Ok}, ApplicationTitle());
 }
 

@@ -81,6 +81,24 @@ TEST(ProgramTest, EndsWithStatus1AndTheDatabasesMessageWithoutPresets) {
     EXPECT_FALSE(shown);
 }
 
+TEST(ProgramTest, SaysThatItHasToCloseForASettingThatCannotBeRead) {
+    const QTemporaryDir folder;
+    const EnvironmentVariable configuration("XDG_CONFIG_HOME", folder.path());
+    SettingsStore settings(ApplicationTitle());
+    settings.Write(QStringLiteral("Options"), QStringLiteral("BaudRate"), QStringLiteral("38400000"));
+    ScriptedDialogs dialogs;
+    dialogs.ExpectNotice(
+        QStringLiteral(
+            "Overflow: the setting \"BaudRate\" of section \"Options\" holds 38400000, which isn't within "
+            "-32768 to 32767.\n\nThe settings are kept in\n%1\n\nTo delete all of them, start the program "
+            "with /CLEARREG or with the Ctrl key held down.\n\nThe program has to close.")
+            .arg(settings.Place()),
+        BoxIcon::Critical);
+    bool shown = false;
+    EXPECT_EQ(RunWith(dialogs, ShippedPresetsFolder(), shown), 1);
+    EXPECT_FALSE(shown);
+}
+
 TEST(ProgramTest, SaysWhatIsWrongWithDamagedPresets) {
     const std::pair<const char *, const char *> rows[] = {
         {"DELETE FROM Parameters WHERE rowid > 50", "has 50 records, fewer than its count 96"},
@@ -110,7 +128,9 @@ TEST(ProgramTest, RescuesUnsavedChangesOnAFault) {
                 .arguments = {}},
                [&](FormMain &form) {
                    QTimer::singleShot(0, qApp, [] { QApplication::exit(0); });
-                   dialogs.ExpectNotice(QStringLiteral("Subscript out of range: x"), BoxIcon::Critical);
+                   dialogs.ExpectNotice(
+                       QStringLiteral("Subscript out of range: x\n\nThe program has to close."),
+                       BoxIcon::Critical);
                    ShowFault(dialogs, Fault::Subscript(QStringLiteral("x")), &form);
                    for (int value : {4321, 4322}) { // within a second, too
                        form.Zentrova().ParamValue(28, value);
