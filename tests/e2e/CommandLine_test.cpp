@@ -46,6 +46,8 @@ TEST(CommandLineOfTheProgramTest, LoadsTheFileThatIsNamedWhateverItsName) {
         for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "HOME"}) {
             environment.insert(QString::fromLatin1(variable), folder.path());
         }
+        // Nothing to tell of the file type, which would go on writing for a while.
+        environment.insert(QStringLiteral("PATH"), folder.path());
         QProcess program;
         program.setProcessEnvironment(environment);
         program.setWorkingDirectory(folder.path());
