@@ -84,11 +84,16 @@ Q_SIGNALS:
     void DeviceFound();                   // at the address and settings under test
     void Ended();                         // the port is closed
 
+    // The port is closed before all was tried: at the address and settings under test the adapter was lost or
+    // refused the settings.
+    void BrokenOff(std::int16_t status);
+
 private:
     void SendProbe();
     void NextCommSettings(bool restart);
     void ApplyCommSettings();
     void End();
+    void BreakOff(std::int16_t status);
 
     LinkSession &link_;
     Choices choices_;

@@ -26,6 +26,11 @@ inline constexpr std::int16_t ProtocolModeRefused = 46;
 inline constexpr std::int16_t OpenFailed = 47;
 inline constexpr std::int16_t AlreadyOpen = 48;
 
+// An adapter that is there but can't be set as asked.
+constexpr bool IsRefusedSetting(std::int16_t status) {
+    return status >= BaudRateRefused && status <= DataBitsRefused;
+}
+
 } // namespace LinkStatus
 
 // The words of a status code; empty for a code that has none.
