@@ -62,7 +62,8 @@ public:
     // Ends the search at once: the port is closed and nothing is told any more.
     void Abandon();
 
-    // The answer to the probe: 0 for a good one, else why there is none. Without a search it has no effect.
+    // The answer to the probe: 0 for a good one, else why there is none. A status of a lost adapter breaks
+    // the search off; any other means no device at that address. Without a search it has no effect.
     void FoundDevice(std::int16_t status);
 
     bool IsSearching() const { return searching_; }

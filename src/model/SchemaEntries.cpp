@@ -55,7 +55,7 @@ private:
         if (cells > mostEntries || !ChildIsSmall(NumberAt<quint32>(root, fileHeadBytes + lastChildAt))) {
             return false;
         }
-        for (int cell = 0; cell < cells; ++cell) {
+        for (qsizetype cell = 0; cell < cells; ++cell) {
             const auto at = NumberAt<quint16>(root, fileHeadBytes + innerHeadBytes + 2 * cell);
             if (!ChildIsSmall(at ? NumberAt<quint32>(root, *at) : std::nullopt)) {
                 return false;

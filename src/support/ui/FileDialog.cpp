@@ -57,11 +57,11 @@ std::optional<QString> FileDialog::Ask() {
 void FileDialog::accept() {
     named_.clear();
     auto *box = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
-    const QString typed = box != nullptr ? box->text() : QString();
-    if (typed.isEmpty()) {
+    if (box == nullptr || box->text().isEmpty()) {
         QFileDialog::accept();
         return;
     }
+    const QString typed = box->text();
     const QFileInfo folder(directory(), typed);
     if (folder.isDir()) { // Qt looks for it in the folder that the program runs in
         setDirectory(folder.absoluteFilePath());
@@ -84,7 +84,7 @@ void FileDialog::accept() {
     const QString path = directory().absoluteFilePath(name);
     if (Saves() ? MayBeWritten(path) : QFileInfo::exists(path)) {
         named_ = path;
-        QDialog::accept();
+        done(Accepted);
     }
 }
 
