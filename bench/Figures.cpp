@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 
 namespace {
 
@@ -15,9 +16,34 @@ QString Text(double value) {
     return QString::number(value, 'f', decimals);
 }
 
+const Peer *JudgedBy(const Figure &figure) {
+    const auto found = std::find_if(figure.peers.begin(), figure.peers.end(),
+                                    [&figure](const Peer &peer) { return peer.name == figure.against; });
+    return found == figure.peers.end() ? nullptr : &*found;
+}
+
+// What is held to the limit. Nothing where the peer to judge by is missing.
+std::optional<double> Judged(const Figure &figure) {
+    if (figure.against.isEmpty()) {
+        return figure.value;
+    }
+    const Peer *peer = JudgedBy(figure);
+    return peer != nullptr && peer->value > 0 ? std::optional(figure.value / peer->value) : std::nullopt;
+}
+
+QString JudgementOf(const Figure &figure) {
+    const std::optional<double> judged = Judged(figure);
+    if (figure.against.isEmpty()) {
+        return QStringLiteral("as it is");
+    }
+    return judged ? QStringLiteral("%1 times %2").arg(Text(*judged), figure.against)
+                  : QStringLiteral("not judged");
+}
+
 QString LineOf(const Figure &figure) {
-    QString line = QStringLiteral("%1: %2 %3, limit %4")
-                       .arg(figure.name, Text(figure.value), figure.unit, QString::number(figure.limit));
+    QString line = QStringLiteral("%1: %2 %3, %4, limit %5")
+                       .arg(figure.name, Text(figure.value), figure.unit, JudgementOf(figure),
+                            QString::number(figure.limit));
     for (const Peer &peer : figure.peers) {
         line += QStringLiteral(", peer %1 %2").arg(peer.name, Text(peer.value));
     }
@@ -26,6 +52,11 @@ QString LineOf(const Figure &figure) {
 
 } // namespace
 
+QString Figures::Heads() {
+    return QStringLiteral(
+        "| What | Best | Worst | Judged | Limit | Peers in the best run |\n|---|---|---|---|---|---|\n");
+}
+
 QString Figures::Rows() const {
     QString rows;
     for (const Figure &figure : figures_) {
@@ -33,9 +64,10 @@ QString Figures::Rows() const {
         for (const Peer &peer : figure.peers) {
             peers.append(QStringLiteral("%1 %2").arg(peer.name, Text(peer.value)));
         }
-        rows += QStringLiteral("| %1 | %2 %3 | %4 | %5 | %6 |\n")
-                    .arg(figure.name, Text(figure.value), figure.unit, Text(worst_.at(figure.name)),
-                         QString::number(figure.limit), peers.join(QStringLiteral(", ")));
+        rows +=
+            QStringLiteral("| %1 | %2 %3 | %4 | %5 | %6 | %7 |\n")
+                .arg(figure.name, Text(figure.value), figure.unit, Text(worst_.at(figure.name)),
+                     JudgementOf(figure), QString::number(figure.limit), peers.join(QStringLiteral(", ")));
     }
     return rows;
 }
@@ -45,7 +77,7 @@ void Figures::Add(const Figure &figure) {
                                    [&figure](const Figure &other) { return other.name == figure.name; });
     if (same == figures_.end()) {
         figures_.push_back(figure);
-    } else if (figure.value < same->value) {
+    } else if (Judged(figure).value_or(figure.value) < Judged(*same).value_or(same->value)) {
         *same = figure;
     }
     double &worst = worst_.try_emplace(figure.name, figure.value).first->second;
@@ -53,7 +85,8 @@ void Figures::Add(const Figure &figure) {
     const QString line = LineOf(figure);
     std::printf("%s\n", qPrintable(line));
     std::fflush(stdout);
-    if (figure.value <= figure.limit) {
+    const std::optional<double> judged = Judged(figure);
+    if (!judged || *judged <= figure.limit) {
         kept_.insert(figure.name);
         passed_.erase(figure.name);
     } else if (!kept_.contains(figure.name)) {

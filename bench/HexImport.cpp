@@ -15,7 +15,7 @@ namespace {
 
 constexpr int flashBytes = 47104;
 constexpr int mebibyte = 1024 * 1024;
-constexpr double flashLimitMs = 2;
+constexpr double limit = 1; // times objcopy
 constexpr int flashStart = 0x800;
 constexpr int rounds = 40;
 
@@ -121,8 +121,9 @@ void MeasureImportOf(Figures &figures, int size) {
     Figure figure{.name = QStringLiteral("check and import of a hex file of %1 bytes").arg(size),
                   .value = MedianOf([&folder] { return folder.MsToImport(); }),
                   .unit = QStringLiteral("ms"),
-                  .limit = flashLimitMs * size / flashBytes,
-                  .peers = {}};
+                  .limit = limit,
+                  .peers = {},
+                  .against = QStringLiteral("objcopy")};
     for (const Contender &peer : Peers()) {
         const QString program = QStandardPaths::findExecutable(peer.name);
         if (program.isEmpty()) {

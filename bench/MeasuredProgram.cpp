@@ -30,7 +30,7 @@ int main(int argc, char *argv[]) {
                        .settings = settings,
                        .helpEngine = *help,
                        .programFolder = ProgramFolder(),
-                       .commandText = QString()},
+                       .arguments = {}},
                       [&dialogs, &form](FormMain &shown) {
                           dialogs.SetOwner(&shown);
                           form = &shown;

@@ -1,6 +1,7 @@
 #include "bench/PollLoad.h"
 
 #include "bench/Measure.h"
+#include "bench/PlainLabels.h"
 #include "model/ParamDefines.h"
 #include "shell/FormMain.h"
 #include "support/ApplicationTitle.h"
@@ -20,9 +21,10 @@
 
 namespace {
 
-constexpr double pollLimitMs = 1;
-constexpr double tickLimitMs = 0.5;
-constexpr double loadLimitPercent = 3;
+// Times the plain labels.
+constexpr double pollLimit = 1.5;
+constexpr double tickLimit = 1;
+constexpr double loadLimit = 5;
 constexpr int ticks = 200;
 constexpr int warmUpPolls = 5; // of each tab: its first ones draw it as a whole
 constexpr int polls = 20;
@@ -93,17 +95,19 @@ void MeasurePollLoad(Figures &figures) {
                    .settings = settings,
                    .helpEngine = help,
                    .programFolder = ProgramFolder(),
-                   .commandText = QStringLiteral("/CHECKOUT"),
+                   .arguments = {QStringLiteral("/CHECKOUT")},
                    .ctrlKeyIsDown = [] { return false; }});
     form.show();
     auto *animation = form.findChild<QTimer *>(QStringLiteral("Timer1"), Qt::FindDirectChildrenOnly);
     animation->stop();
     ProcessorMsOfATick(form); // warms up
+    PlainLabels labels;
     figures.Add({.name = QStringLiteral("processor time of a tick of the Basic tab's chart"),
                  .value = ProcessorMsOfATick(form),
                  .unit = QStringLiteral("ms"),
-                 .limit = tickLimitMs,
-                 .peers = {}});
+                 .limit = tickLimit,
+                 .peers = {PlainLabels::AsPeer(labels.ProcessorMs())},
+                 .against = PlainLabels::Name()});
     form.GoOnline(1);
 
     auto *strip = form.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
@@ -115,8 +119,9 @@ void MeasurePollLoad(Figures &figures) {
                                  .arg(QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key)),
                      .value = ProcessorMsOfPolls(form.Link(), polls) / polls,
                      .unit = QStringLiteral("ms"),
-                     .limit = pollLimitMs,
-                     .peers = {}});
+                     .limit = pollLimit,
+                     .peers = {PlainLabels::AsPeer(labels.ProcessorMs())},
+                     .against = PlainLabels::Name()});
     }
     strip->setCurrentIndex(0);
     animation->start();
@@ -125,7 +130,8 @@ void MeasurePollLoad(Figures &figures) {
         {.name = QStringLiteral("load of a poll each %1 ms and the animation of the Basic tab").arg(periodMs),
          .value = LoadPercent(form.Link()),
          .unit = QStringLiteral("%"),
-         .limit = loadLimitPercent,
-         .peers = {}});
+         .limit = loadLimit,
+         .peers = {PlainLabels::AsPeer(labels.ProcessorMs() * 100 / periodMs)}, // changed as often
+         .against = PlainLabels::Name()});
     form.GoOffline();
 }

@@ -2,6 +2,7 @@
 
 #include "bench/Display.h"
 #include "bench/Measure.h"
+#include "bench/PlainLabels.h"
 #include "bench/StartedProgram.h"
 #include "tools/SensorProcess.h"
 
@@ -11,12 +12,13 @@
 
 namespace {
 
-constexpr double wallLimitMs = 250;
-constexpr double processorLimitMs = 120;
+constexpr double startLimit = 4;  // times a bare Qt window
+constexpr double mappedLimit = 1; // times another program for serial lines
 constexpr double memoryLimitMiB = 60;
 constexpr int starts = 15;
 constexpr int pollMs = 60000;
-constexpr double loadLimit = 3; // percent of a processor
+constexpr double loadLimit = 5; // times the plain labels
+constexpr int pollPeriodMs = 200;
 
 struct Stage {
     double wallMs = 0; // since the start of the process
@@ -72,19 +74,22 @@ void MeasureFirstPaint(Figures &figures) {
         ours.Start();
         bare.Start();
     }
-    const auto add = [&](const QString &name, double Stage::*member, const QString &unit, double limit) {
+    const auto add = [&](const QString &name, double Stage::*member, const QString &unit, double limit,
+                         bool isTime) {
+        const QString peer = QStringLiteral("bare Qt window");
         figures.Add({.name = name,
                      .value = ours.Median(member),
                      .unit = unit,
                      .limit = limit,
-                     .peers = {{.name = QStringLiteral("bare Qt window"), .value = bare.Median(member)}}});
+                     .peers = {{.name = peer, .value = bare.Median(member)}},
+                     .against = isTime ? peer : QString()});
     };
-    add(QStringLiteral("start to the first painted window"), &Stage::wallMs, QStringLiteral("ms"),
-        wallLimitMs);
-    add(QStringLiteral("processor time of the start"), &Stage::processorMs, QStringLiteral("ms"),
-        processorLimitMs);
+    add(QStringLiteral("start to the first painted window"), &Stage::wallMs, QStringLiteral("ms"), startLimit,
+        true);
+    add(QStringLiteral("processor time of the start"), &Stage::processorMs, QStringLiteral("ms"), startLimit,
+        true);
     add(QStringLiteral("resident memory after the start"), &Stage::residentMiB, QStringLiteral("MiB"),
-        memoryLimitMiB);
+        memoryLimitMiB, false);
 }
 
 void MeasureMemoryOfPoll(Figures &figures) {
@@ -103,7 +108,8 @@ void MeasureMemoryOfPoll(Figures &figures) {
                  .value = 100 * (polled.processorMs - painted.processorMs) / (polled.wallMs - painted.wallMs),
                  .unit = QStringLiteral("%"),
                  .limit = loadLimit,
-                 .peers = {}});
+                 .peers = {PlainLabels::AsPeer(PlainLabels().ProcessorMs() * 100 / pollPeriodMs)},
+                 .against = PlainLabels::Name()});
 }
 
 double MsToMappedWindow(Display &display, const QString &program) {
@@ -137,8 +143,9 @@ void MeasureOnDisplay(Figures &figures) {
     figures.Add({.name = QStringLiteral("start to the first mapped window on a display"),
                  .value = Measure::Median(ourTimes),
                  .unit = QStringLiteral("ms"),
-                 .limit = wallLimitMs,
-                 .peers = {{.name = QStringLiteral("cutecom"), .value = Measure::Median(theirTimes)}}});
+                 .limit = mappedLimit,
+                 .peers = {{.name = QStringLiteral("cutecom"), .value = Measure::Median(theirTimes)}},
+                 .against = QStringLiteral("cutecom")});
 }
 
 } // namespace

@@ -96,12 +96,10 @@ bool WriteTable(const QString &fileName, const QString &rows) {
     QFile load(QStringLiteral("/proc/loadavg"));
     const QByteArray loads = load.open(QFile::ReadOnly) ? load.readAll().simplified() : QByteArray("?");
     QFile file(fileName);
-    const QString text =
-        QStringLiteral("| What | Best | Worst | Limit | Peers in the best run |\n|---|---|---|---|---|\n") +
-        rows +
-        QStringLiteral("\n%1 processors, load at the end: %2\n")
-            .arg(QThread::idealThreadCount())
-            .arg(QString::fromLatin1(loads.split(' ').mid(0, 3).join(' ')));
+    const QString text = Figures::Heads() + rows +
+                         QStringLiteral("\n%1 processors, load at the end: %2\n")
+                             .arg(QThread::idealThreadCount())
+                             .arg(QString::fromLatin1(loads.split(' ').mid(0, 3).join(' ')));
     return file.open(QFile::WriteOnly) && file.write(text.toUtf8()) > 0;
 }
 

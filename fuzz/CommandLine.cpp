@@ -1,4 +1,5 @@
-// The command line, and the names of files on it. An input is the text in UTF-8.
+// The command line, and the names of files on it. An input is the text in UTF-8, and also a list of
+// arguments: the length of each in bytes, then the argument in UTF-8.
 
 #include "shell/CommandLine.h"
 
@@ -37,9 +38,9 @@ bool IsOption(const QString &argument) {
     return false;
 }
 
-void CheckOptions(const QString &text, const std::vector<QString> &arguments) {
+void CheckOptions(const std::vector<QString> &arguments) {
     Fuzz::CountingDialogs dialogs;
-    const CommandLine::Options options = CommandLine::Parse(text, dialogs);
+    const CommandLine::Options options = CommandLine::Parse(arguments, dialogs);
     QString file;
     int help = 0;
     for (const QString &argument : arguments) {
@@ -55,6 +56,28 @@ void CheckOptions(const QString &text, const std::vector<QString> &arguments) {
     REQUIRE(!options.ShowCommandLine || dialogs.lastText.endsWith(arguments.back() + u'\n'));
 }
 
+// Arguments of a list come back whatever characters they have, and none of them becomes an option that it
+// isn't.
+void CheckList(const QStringList &list) {
+    const std::vector<QString> typed = CommandLine::AsTyped(list);
+    REQUIRE(typed.size() == static_cast<std::size_t>(list.size()));
+    for (std::size_t i = 0; i < typed.size(); ++i) {
+        const QString &argument = list[static_cast<qsizetype>(i)];
+        REQUIRE(CommandLine::StripQuotes(typed[i]) == argument);
+        REQUIRE(IsOption(typed[i]) == IsOption(argument));
+    }
+    CheckOptions(typed);
+}
+
+QStringList ListOf(Fuzz::Input input) {
+    QStringList list;
+    while (!input.AtEnd()) {
+        const std::uint8_t length = input.Byte();
+        list.append(QString::fromUtf8(input.Take(length)));
+    }
+    return list;
+}
+
 void CheckFileName(const QString &path) {
     const QString name = PathFunctions::FileNameOfPath(path);
     REQUIRE(path.endsWith(name) && !name.contains(u'\\'));
@@ -68,9 +91,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const QString text = QString::fromUtf8(Fuzz::Bytes(data, size));
     const std::vector<QString> arguments = CommandLine::SplitArguments(text);
     CheckSplit(text, arguments);
-    const QStringList list(arguments.begin(), arguments.end());
-    REQUIRE(CommandLine::SplitArguments(CommandLine::JoinArguments(list)) == arguments);
-    CheckOptions(text, arguments);
+    CheckOptions(arguments);
+    CheckList(QStringList(arguments.begin(), arguments.end()));
+    CheckList(ListOf(Fuzz::Input(data, size)));
     CheckFileName(text);
     for (const QString &argument : arguments) {
         CheckFileName(CommandLine::StripQuotes(argument));

@@ -142,6 +142,13 @@ for number, text in enumerate([
     'x "a b c', '"" a', "\u00b5.ztv \u00df /\u0131", '"""" " "', "/home/user/a b.ztv",
 ]):
     seed("command_line", f"{number:02}", text)
+for name, arguments in [
+    ("list-quotes", ['Roll 12".ztv', '12"', '"', '" "', '"quoted".ztv']),
+    ("list-options", ["/CMDLINE", "a b.ztv", '"/checkout"', "/checkout ", "?"]),
+    ("list-empty", ["", "x", ""]),
+]:
+    encoded = [argument.encode() for argument in arguments]
+    seed("command_line", name, b"".join(bytes([len(argument)]) + argument for argument in encoded))
 
 # Numeric texts: the decimals (below 128: a text follows; else a number).
 for number, (decimals, text) in enumerate([

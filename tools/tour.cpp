@@ -502,7 +502,7 @@ int main(int argc, char *argv[]) {
                    .settings = settings,
                    .helpEngine = help,
                    .programFolder = ProgramFolder(),
-                   .commandText = QStringLiteral("/CHECKOUT"),
+                   .arguments = {QStringLiteral("/CHECKOUT")},
                    .ctrlKeyIsDown = [] { return false; }});
     const bool toured = Tour(form, dialogs, settings, folder, QRegularExpression(options.value(only))).Run();
     const bool gave = arguments.size() == 1 || GiveHelpItsPictures(folder, arguments.at(1));

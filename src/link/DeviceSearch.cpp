@@ -97,6 +97,7 @@ void DeviceSearch::Stop() {
     // Where a probe was refused, no answer is due that would end the search.
     if (searching_ && standsStill_) {
         End();
+        Q_EMIT Ended();
     }
 }
 
@@ -115,10 +116,7 @@ void DeviceSearch::SendProbe() {
     if (master.DefineReadRegisters(LinkTransaction::SearchProbe, searchAddress_, probedRegister, 1,
                                    probePeriodMs)) {
         master.TriggerOnce(LinkTransaction::SearchProbe);
-        if (master.TransactionBusy(LinkTransaction::SearchProbe)) {
-            return;
-        }
-        // A port that couldn't be opened again runs nothing.
+        return;
     }
     standsStill_ = true;
     Q_EMIT ProbeRefused(master.LastError());
@@ -126,6 +124,10 @@ void DeviceSearch::SendProbe() {
 
 void DeviceSearch::FoundDevice(std::int16_t status) {
     if (!searching_) {
+        return;
+    }
+    if (status == LinkStatus::ReadError || status == LinkStatus::WriteError) {
+        BreakOff(status);
         return;
     }
     ++probesDone_;
@@ -139,12 +141,16 @@ void DeviceSearch::FoundDevice(std::int16_t status) {
         searchAddress_ = range.bottom;
         link_.Mbaxp1().ClosePort();
         NextCommSettings(false);
-        link_.Mbaxp1().OpenPort();
+        if (!link_.Mbaxp1().OpenPort() && !stopRequested_) {
+            BreakOff(link_.Mbaxp1().LastError());
+            return;
+        }
     }
     if (searchAddress_ <= range.top && !stopRequested_) {
         SendProbe();
     } else {
         End();
+        Q_EMIT Ended();
     }
 }
 
@@ -171,7 +177,12 @@ void DeviceSearch::ApplyCommSettings() {
 void DeviceSearch::End() {
     searching_ = false;
     link_.Mbaxp1().ClosePort();
-    Q_EMIT Ended();
+}
+
+// Without its adapter every further address would pass for a silent one.
+void DeviceSearch::BreakOff(std::int16_t status) {
+    End();
+    Q_EMIT BrokenOff(status);
 }
 
 SearchRest DeviceSearch::Rest() const {

@@ -62,7 +62,8 @@ public:
     // Ends the search at once: the port is closed and nothing is told any more.
     void Abandon();
 
-    // The answer to the probe: 0 for a good one, else why there is none. Without a search it has no effect.
+    // The answer to the probe: 0 for a good one, else why there is none. A status of a lost adapter breaks
+    // the search off; any other means no device at that address. Without a search it has no effect.
     void FoundDevice(std::int16_t status);
 
     bool IsSearching() const { return searching_; }
@@ -84,11 +85,16 @@ Q_SIGNALS:
     void DeviceFound();                   // at the address and settings under test
     void Ended();                         // the port is closed
 
+    // The port is closed before all was tried: at the address and settings under test the adapter was lost or
+    // refused the settings.
+    void BrokenOff(std::int16_t status);
+
 private:
     void SendProbe();
     void NextCommSettings(bool restart);
     void ApplyCommSettings();
     void End();
+    void BreakOff(std::int16_t status);
 
     LinkSession &link_;
     Choices choices_;

@@ -29,6 +29,11 @@ inline constexpr std::int16_t AlreadyOpen = 48;
 // The session's own: nothing was sent, since another sensor is behind the port.
 inline constexpr std::int16_t AnotherSensor = -1;
 
+// An adapter that is there but can't be set as asked.
+constexpr bool IsRefusedSetting(std::int16_t status) {
+    return status >= BaudRateRefused && status <= DataBitsRefused;
+}
+
 } // namespace LinkStatus
 
 // The words of a status code; empty for a code that has none.

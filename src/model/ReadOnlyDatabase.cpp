@@ -1,16 +1,20 @@
 #include "model/ReadOnlyDatabase.h"
 
+#include "model/SchemaEntries.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QUrl>
+#include <algorithm>
 #include <sqlite3.h>
 
 namespace {
 
-constexpr int longestText = 4096; // characters; the texts of these files are names and notes
+constexpr int longestText = 4096; // characters; the texts of these files are names
 constexpr qsizetype mostTextOfAFile = 4 << 20;
-constexpr qint64 largestFile = 8 << 20; // bytes
-constexpr int stepsPerCheck = 1000;     // of the engine
+constexpr int largestFile = 32 << 20; // bytes
+constexpr int longestRecord = 1 << 20;
+constexpr int stepsPerCheck = 1000; // of the engine
 constexpr int mostChecks = 10000;
 
 // What takes the engine a time that grows with the square of its number, before a statement runs.
@@ -29,23 +33,6 @@ std::string AddressOf(const QFileInfo &file) {
     return "file://" + path.toStdString() + "?immutable=1";
 }
 
-// The tables of such a file are told in a part of its first page. The engine would read any number of them
-// before it could be asked how many there are.
-bool DescribesItselfInOnePage(const QString &fileName) {
-    constexpr int pageSizeAt = 16;
-    constexpr int schemaKindAt = 100;
-    constexpr char leaf = 0x0D;
-    QFile file(fileName);
-    if (!file.open(QFile::ReadOnly)) {
-        return true; // the engine says why
-    }
-    const QByteArray head = file.read(schemaKindAt + 1);
-    const bool isDatabase = head.size() > schemaKindAt && head.startsWith("SQLite format 3");
-    const bool largePages = isDatabase && (static_cast<unsigned char>(head[pageSizeAt]) > 0x10 ||
-                                           head[pageSizeAt] == 0); // 65536 reads as 1
-    return !isDatabase || (head[schemaKindAt] == leaf && !largePages);
-}
-
 SQLite::Database Open(const QString &fileName) {
     const QFileInfo file(fileName);
     if (!file.exists()) {
@@ -57,7 +44,7 @@ SQLite::Database Open(const QString &fileName) {
     if (file.size() > largestFile) {
         throw DatabaseFault(fileName, QStringLiteral("the file is too large"));
     }
-    if (!DescribesItselfInOnePage(fileName)) {
+    if (!HasFewSchemaEntries(fileName)) {
         throw DatabaseFault(fileName, QStringLiteral("there are too many tables"));
     }
     try {
@@ -107,18 +94,39 @@ bool DatabaseRecord::Boolean(int column) const {
 }
 
 QString DatabaseRecord::Text(int column) const {
+    const QString text = StartOfText(column, longestText + 1);
+    if (text.size() > longestText) {
+        Fail(column, QStringLiteral("holds a text of more than %1 characters").arg(longestText));
+    }
+    return text;
+}
+
+QString DatabaseRecord::TextCutTo(int column, qsizetype most, const QString &ending) const {
+    QString text = StartOfText(column, most + 1);
+    if (text.size() <= most) {
+        return text;
+    }
+    text.truncate(most - ending.size());
+    if (!text.isEmpty() && text.back().isHighSurrogate()) {
+        text.chop(1);
+    }
+    return text + ending;
+}
+
+// At most the first `most` characters, so that no more of a giant text is decoded.
+QString DatabaseRecord::StartOfText(int column, qsizetype most) const {
     const SQLite::Column value = statement_.getColumn(column);
     if (!value.isText()) {
         Fail(column, QStringLiteral("holds no text"));
     }
-    const std::string bytes = value.getString();
-    QString text = QString::fromStdString(bytes);
-    if (bytes.starts_with("\xEF\xBB\xBF")) {
+    constexpr qsizetype mostBytesOfACharacter = 3; // of UTF-8, for one of UTF-16
+    const char *const start = value.getText();
+    const QByteArrayView bytes(start, std::min<qsizetype>(value.getBytes(), most * mostBytesOfACharacter));
+    QString text = QString::fromUtf8(bytes);
+    if (bytes.startsWith("\xEF\xBB\xBF")) {
         text.prepend(QChar(QChar::ByteOrderMark)); // Qt drops it; in a text of a database it is a character
     }
-    if (text.size() > longestText) {
-        Fail(column, QStringLiteral("holds a text of %1 characters").arg(text.size()));
-    }
+    text.truncate(most);
     textRead_ += text.size();
     if (textRead_ > mostTextOfAFile) {
         Fail(column, QStringLiteral("comes after too much text"));
@@ -142,9 +150,11 @@ ReadOnlyDatabase::ReadOnlyDatabase(const QString &fileName)
     sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
-    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 1 << 20);
+    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, longestRecord);
     sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, longestStatement);
     sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
+    // Without it the engine takes a record that a page puts behind its end for whatever the memory has there.
+    sqlite3_exec(handle, "PRAGMA cell_size_check = ON", nullptr, nullptr, nullptr);
 }
 
 // A plain table keeps what was stored and nothing else: no view or virtual table, whose reading runs code; no
@@ -193,6 +203,10 @@ void ReadOnlyDatabase::ForEachRecord(const char *table, std::initializer_list<co
     } catch (const SQLite::Exception &e) {
         throw Failure(QStringLiteral("table %1: %2").arg(QLatin1String(table), QString::fromUtf8(e.what())));
     }
+}
+
+void ReadOnlyDatabase::AllowLongRecords() {
+    sqlite3_limit(database_.getHandle(), SQLITE_LIMIT_LENGTH, largestFile);
 }
 
 Fault ReadOnlyDatabase::Failure(const QString &message) const {

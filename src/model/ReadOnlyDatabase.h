@@ -29,11 +29,16 @@ public:
     // True for any number but 0. Fault (database) when the column holds no number.
     bool Boolean(int column) const;
 
-    // Fault (database) when the column is Null, no text, longer than a text of these files may be, or when
+    // Fault (database) when the column is Null, no text, longer than a name of these files may be, or when
     // more text was read from the file than such a file holds.
     QString Text(int column) const;
 
+    // The same for a text of any length. One of more than `most` characters is cut, and `ending` stands at
+    // its end; both together have `most`.
+    QString TextCutTo(int column, qsizetype most, const QString &ending) const;
+
 private:
+    QString StartOfText(int column, qsizetype most) const;
     [[noreturn]] void Fail(int column, const QString &what) const;
 
     SQLite::Statement &statement_;
@@ -51,6 +56,10 @@ public:
     // Fault (database) when `table` isn't a plain table or a column is missing.
     void ForEachRecord(const char *table, std::initializer_list<const char *> columns,
                        const std::function<bool(const DatabaseRecord &)> &visit);
+
+    // Reads records of more than a megabyte from now on. Before that they are refused, so that a crafted file
+    // can't have the engine copy many of them.
+    void AllowLongRecords();
 
     // A fault that names the file.
     Fault Failure(const QString &message) const;

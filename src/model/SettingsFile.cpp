@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int formatVersion = 1;
+constexpr qsizetype longestNotes = 1 << 20; // characters
 
 // The sizes of the texts are told and not enforced.
 constexpr const char *tables = "CREATE TABLE Settings (Tag SMALLINT, Name VARCHAR(40), Value INTEGER);"
@@ -110,8 +111,10 @@ void SettingsFileReader::ForEachValue(std::int16_t count,
 
 QString SettingsFileReader::Notes() {
     std::optional<QString> notes;
+    database_.AllowLongRecords();
     database_.ForEachRecord("Properties", {"Notes"}, [&](const DatabaseRecord &record) {
-        notes = record.Text(0);
+        notes = record.TextCutTo(0, longestNotes,
+                                 QStringLiteral("\n[The notes were longer and have been cut here.]"));
         return false;
     });
     if (!notes) {

@@ -37,6 +37,7 @@ public:
     // Visits the values of the rows 1 to `count` - 1. Rows are known by their position alone.
     void ForEachValue(std::int16_t count, const std::function<void(std::int16_t, std::int32_t)> &visit);
 
+    // The notes, cut after a megabyte; they say so then.
     QString Notes();
 
 private:

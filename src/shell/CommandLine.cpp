@@ -52,21 +52,17 @@ QString StripQuotes(const QString &argument) {
     return stripped;
 }
 
-QString JoinArguments(const QStringList &arguments) {
-    QStringList quoted;
+std::vector<QString> AsTyped(const QStringList &arguments) {
+    std::vector<QString> typed;
     for (const QString &argument : arguments) {
-        const bool needsQuotes = argument.contains(u' ') && !argument.contains(u'"');
-        quoted.append(needsQuotes ? u'"' + argument + u'"' : argument);
+        const bool needsQuotes = argument.isEmpty() || argument.contains(u' ') || argument.contains(u'"');
+        typed.push_back(needsQuotes ? u'"' + argument + u'"' : argument);
     }
-    return quoted.join(u' ');
+    return typed;
 }
 
-Options Parse(const QString &commandText, UserDialogs &dialogs) {
+Options Parse(const std::vector<QString> &arguments, UserDialogs &dialogs) {
     Options options;
-    const std::vector<QString> arguments = SplitArguments(commandText);
-    if (arguments.empty()) {
-        return options;
-    }
     QString list;
     for (const QString &argument : arguments) {
         const QString upper = argument.toUpper();

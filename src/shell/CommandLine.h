@@ -6,7 +6,8 @@
 #include <QStringList>
 #include <vector>
 
-// The command line as one text, taken apart the program's own way.
+// The command line. Windows hands it over as one text, which is split the program's own way; other systems
+// hand over a list, in which each argument is one whatever characters it has.
 namespace CommandLine {
 
 struct Options {
@@ -25,10 +26,12 @@ qsizetype FindArgumentEnd(const QString &text);
 // The argument without one leading and one trailing double quote, each independently.
 QString StripQuotes(const QString &argument);
 
-// The text that SplitArguments takes apart into these arguments: quotes around those that hold blanks.
-QString JoinArguments(const QStringList &arguments);
+// Arguments that came as a list, as a user would have typed them: in quotes where they hold a blank or a
+// quote, or nothing. StripQuotes gives back each of them as it came.
+std::vector<QString> AsTyped(const QStringList &arguments);
 
-// Reads the options, showing the usage and the list of arguments where they ask for it.
-Options Parse(const QString &commandText, UserDialogs &dialogs);
+// Reads the options, showing the usage and the list of arguments where they ask for it. `arguments` have
+// their quotes on, as SplitArguments and AsTyped leave them.
+Options Parse(const std::vector<QString> &arguments, UserDialogs &dialogs);
 
 } // namespace CommandLine

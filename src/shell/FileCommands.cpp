@@ -10,7 +10,8 @@ FileQuestion QuestionOf(const QString &currentFileName) {
     // Elsewhere than on Windows a name need have no point in it.
     return {.filters = {{.caption = QStringLiteral("All Files (*.*)"), .patterns = {QStringLiteral("*")}},
                         {.caption = QStringLiteral("Zentrova Files (*.ZTV)"),
-                         .patterns = {QStringLiteral("*.ztv"), QStringLiteral("*.ZTV")}}},
+                         .patterns = {QStringLiteral("*.ztv"), QStringLiteral("*.ZTV")},
+                         .requiredSuffix = QStringLiteral("ztv")}},
             .preselectedFilter = 1,
             .suggestion = currentFileName,
             .defaultSuffix = QStringLiteral("ztv")};

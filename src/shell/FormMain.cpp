@@ -9,11 +9,11 @@
 #include "setup/ui/FormTransmitDelay.h"
 #include "setup/ui/frmWizard.h"
 #include "shell/AboutContents.h"
+#include "shell/Caption.h"
 #include "shell/MakerAddress.h"
 #include "shell/UnseenDialogs.h"
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
-#include "support/PathFunctions.h"
 #include "tabs/ui/AdvancedPage.h"
 #include "tabs/ui/BasicPage.h"
 #include "tabs/ui/CheckoutPage.h"
@@ -40,7 +40,7 @@ FormMain::FormMain(Surroundings surroundings)
 
     // The command line comes before any setting is read, so that the settings can be cleared first; the
     // model exists before the link is set up.
-    options_ = CommandLine::Parse(surroundings_.commandText, surroundings_.dialogs);
+    options_ = CommandLine::Parse(surroundings_.arguments, surroundings_.dialogs);
     AskToClearSettings(CtrlKey() != 0 || options_.ClearRegistry);
     const CommSettings comm = ReadCommSettings(surroundings_.settings);
     setMinimumSize(Controls::FromTwips(0, 0, TabFrames::LeastWidth, TabFrames::LeastHeight).size());
@@ -275,13 +275,7 @@ void FormMain::Reinitialise() {
 }
 
 void FormMain::UpdateCaption() {
-    if (CurrentFileName().isEmpty()) {
-        return;
-    }
-    // Paths are parted by "/" elsewhere than on Windows.
-    QString name = PathFunctions::FileNameOfPath(CurrentFileName().section(u'/', -1));
-    name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")); // which stands for itself in a title
-    setWindowTitle(name + QStringLiteral(" - ") + ApplicationTitle());
+    ::UpdateCaption(*this, CurrentFileName());
 }
 
 void FormMain::ShowMakersPages() {

@@ -21,6 +21,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class BasicPage;
 class QTimer;
@@ -37,7 +38,7 @@ public:
         SettingsStore &settings;
         HelpEngine &helpEngine;
         QString programFolder;
-        QString commandText;
+        std::vector<QString> arguments; // for CommandLine::Parse
         std::function<bool()> ctrlKeyIsDown;
         std::function<void()> registerFileType = [] {};                           // once in each start
         std::function<bool(const QUrl &)> openUrl = [](auto &) { return false; }; // in the system's browser

@@ -36,6 +36,7 @@ void ShowFault(UserDialogs &dialogs, const Fault &fault, FormMain *form) {
     if (!rescued.isEmpty()) {
         text += QStringLiteral("\n\n") + rescued;
     }
+    text += QStringLiteral("\n\nThe program has to close.");
     dialogs.OwnedMessageBox(text, {.icon = BoxIcon::Critical, .buttons = BoxButtons::Ok}, ApplicationTitle());
 }
 
@@ -46,7 +47,7 @@ int RunProgram(const ProgramStart &start, const std::function<void(FormMain &)> 
              .settings = start.settings,
              .helpEngine = start.helpEngine,
              .programFolder = start.programFolder,
-             .commandText = start.commandText,
+             .arguments = start.arguments,
              .ctrlKeyIsDown =
                  [] { return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier); },
              .registerFileType = [&start] { RegisterFileType(start.application); },

@@ -7,6 +7,7 @@
 
 #include <QString>
 #include <functional>
+#include <vector>
 
 class FormMain;
 
@@ -16,7 +17,7 @@ struct ProgramStart {
     SettingsStore &settings;
     HelpEngine &helpEngine;
     QString programFolder;
-    QString commandText;
+    std::vector<QString> arguments; // of the command line, for CommandLine::Parse
     QString application = {}; // what a double click on a settings file is to start; empty to register nothing
 };
 

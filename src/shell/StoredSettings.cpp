@@ -1,5 +1,6 @@
 #include "shell/StoredSettings.h"
 
+#include "support/Fault.h"
 #include "support/Numbers.h"
 
 #include <algorithm>
@@ -48,10 +49,32 @@ QString WindowStateKey() {
 
 } // namespace
 
+namespace {
+
+// Deliberate: such a number ends the program, though one that is merely out of range doesn't.
+Fault NumberTooLarge(const SettingsStore &store, const QString &section, const QString &key,
+                     const QString &text) {
+    return Fault(
+        Fault::Kind::Overflow,
+        QStringLiteral("Overflow: the setting \"%1\" of section \"%2\" holds %3, which isn't within -32768 "
+                       "to 32767.\n\nThe settings are kept in\n%4\n\nTo delete all of them, start the "
+                       "program with /CLEARREG or with the Ctrl key held down.")
+            .arg(key, section, text, store.Place()));
+}
+
+} // namespace
+
 std::int16_t ReadRegistryInteger(const SettingsStore &store, const QString &section, const QString &key,
                                  std::int16_t lowest, std::int16_t highest, std::int16_t fallback) {
     const QString text = store.Read(section, key, QString::number(fallback));
-    return IsNumeric(text) ? std::clamp(ToInt16(ToNumber(text)), lowest, highest) : fallback;
+    if (!IsNumeric(text)) {
+        return fallback;
+    }
+    try {
+        return std::clamp(ToInt16(ToNumber(text)), lowest, highest);
+    } catch (const Fault &) {
+        throw NumberTooLarge(store, section, key, text);
+    }
 }
 
 CommSettings ReadCommSettings(const SettingsStore &store) {

@@ -25,7 +25,7 @@ struct WindowPlace {
 enum class WindowState { Normal = 0, Minimised = 1, Maximised = 2 };
 
 // A stored whole number, clamped to the range; the fallback where the text isn't numeric. Fault (overflow)
-// for a number that doesn't fit 16 bits.
+// for a number that doesn't fit 16 bits; it names the setting, where it is kept, and the way out.
 std::int16_t ReadRegistryInteger(const SettingsStore &store, const QString &section, const QString &key,
                                  std::int16_t lowest, std::int16_t highest, std::int16_t fallback);
 

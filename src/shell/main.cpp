@@ -11,6 +11,24 @@
 
 #include <cstdlib>
 
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+#endif
+
+namespace {
+
+std::vector<QString> Arguments() {
+#ifdef Q_OS_WIN
+    const QString text = QString::fromWCharArray(GetCommandLineW());
+    const qsizetype program = CommandLine::FindArgumentEnd(text);
+    return CommandLine::SplitArguments(program < 0 ? QString() : text.mid(program));
+#else
+    return CommandLine::AsTyped(QCoreApplication::arguments().mid(1));
+#endif
+}
+
+} // namespace
+
 int main(int argc, char *argv[]) {
     Application application(argc, argv);
     FixProgramFolder();
@@ -26,7 +44,7 @@ int main(int argc, char *argv[]) {
                        .settings = settings,
                        .helpEngine = *help,
                        .programFolder = ProgramFolder(),
-                       .commandText = CommandLine::JoinArguments(QCoreApplication::arguments().mid(1)),
+                       .arguments = Arguments(),
                        .application = FileType::ThisApplication()},
                       [&dialogs, &form](FormMain &shown) {
                           dialogs.SetOwner(&shown);

@@ -4,10 +4,11 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+#include <QRandomGenerator>
 
 #include <cerrno>
-#include <optional>
+#include <filesystem>
+#include <system_error>
 
 #ifdef Q_OS_WIN
 #include <io.h>
@@ -18,91 +19,166 @@
 
 namespace {
 
-// A file's attributes, normal while this lives and put back unless the file has been replaced.
+#ifdef Q_OS_WIN
+// Makes a file's attributes normal, since a rename can't replace a read-only file there, and puts them back
+// unless the file has been replaced.
 class ClearedAttributes {
 public:
-    explicit ClearedAttributes(const QString &fileName) : file_(fileName) {
-        if (!QFileInfo::exists(fileName)) {
-            return;
-        }
-#ifdef Q_OS_WIN
-        attributes_ = GetFileAttributesW(NativeName());
+    explicit ClearedAttributes(const QString &fileName)
+        : fileName_(fileName),
+          attributes_(GetFileAttributesW(NativeName())) {
         SetFileAttributesW(NativeName(), FILE_ATTRIBUTE_NORMAL);
-#else
-        const QFile::Permissions permissions = file_.permissions();
-        if (!QFileInfo(fileName).isWritable() &&
-            file_.setPermissions(permissions | QFile::WriteOwner | QFile::WriteUser)) {
-            permissions_ = permissions;
-        }
-#endif
     }
     ~ClearedAttributes() {
-        if (!replaced_) {
-            PutBack();
+        if (!replaced_ && attributes_ != INVALID_FILE_ATTRIBUTES) {
+            SetFileAttributesW(NativeName(), attributes_);
         }
     }
     ClearedAttributes(const ClearedAttributes &) = delete;
     ClearedAttributes &operator=(const ClearedAttributes &) = delete;
 
-    void Replaced() {
-        replaced_ = true;
+    void Replaced() { replaced_ = true; }
+
+private:
+    const wchar_t *NativeName() const { return reinterpret_cast<const wchar_t *>(fileName_.utf16()); }
+
+    QString fileName_;
+    DWORD attributes_;
+    bool replaced_ = false;
+};
+#endif
+
+// A new file beside the one that it is to replace. Removed again unless it has taken that one's place.
+class FileBeside {
+public:
+    explicit FileBeside(const QString &target) : target_(target) {}
+    ~FileBeside() {
+        file_.close();
+        if (created_) {
+            QFile::remove(file_.fileName());
+        }
+    }
+    FileBeside(const FileBeside &) = delete;
+    FileBeside &operator=(const FileBeside &) = delete;
+
+    bool Create() {
+        constexpr int mostTries = 100;
+        for (int tries = 0; tries < mostTries; ++tries) {
+            file_.setFileName(target_ + u'.' + SixLetters());
+            created_ = file_.open(QFile::WriteOnly | QFile::NewOnly | QFile::Unbuffered);
+            if (created_ || !file_.exists()) {
+                break;
+            }
+        }
+        return created_;
+    }
+    QString WhyNotCreated() const { return file_.errorString(); }
+
+    // Group and access of the file that is there. Its owner can't be kept, and read-only isn't.
+    void TakeAttributesOf(const QFileInfo &old) {
+#ifndef Q_OS_WIN
+        // Only a group that the user is in can be given.
+        if (fchown(file_.handle(), static_cast<uid_t>(-1), old.groupId()) != 0) {
+            errno = 0;
+        }
+#endif
+        file_.setPermissions(old.permissions() | QFile::ReadOwner | QFile::WriteOwner);
+    }
+
+    // A full disk may say so only when the bytes leave the system's buffers.
+    bool Fill(const QByteArray &content) {
+        if (file_.write(content) != content.size()) {
+            return false;
+        }
+#ifdef Q_OS_WIN
+        return _commit(file_.handle()) == 0;
+#else
+        return fsync(file_.handle()) == 0 || errno == EINVAL || errno == ENOTSUP; // there is none everywhere
+#endif
+    }
+
+    std::error_code TakeItsPlace() {
+        file_.close();
+        std::error_code error;
+        std::filesystem::rename(QFileInfo(file_).filesystemFilePath(),
+                                QFileInfo(target_).filesystemFilePath(), error);
+        created_ = static_cast<bool>(error);
+        return error;
     }
 
 private:
+    static QString SixLetters() {
+        constexpr int letters = 6;
+        QString name;
+        for (int i = 0; i < letters; ++i) {
+            name += QChar(u'A' + QRandomGenerator::global()->bounded(u'Z' - u'A' + 1));
+        }
+        return name;
+    }
+
+    QString target_;
     QFile file_;
-    bool replaced_ = false;
-#ifdef Q_OS_WIN
-    const wchar_t *NativeName() const {
-        return reinterpret_cast<const wchar_t *>(file_.fileName().utf16());
-    }
-    void PutBack() {
-        if (attributes_ != INVALID_FILE_ATTRIBUTES) {
-            SetFileAttributesW(NativeName(), attributes_);
-        }
-    }
-    DWORD attributes_ = INVALID_FILE_ATTRIBUTES;
-#else
-    void PutBack() {
-        if (permissions_) {
-            file_.setPermissions(*permissions_);
-        }
-    }
-    std::optional<QFile::Permissions> permissions_;
-#endif
+    bool created_ = false; // and to be removed
 };
 
-// QSaveFile's own commit overlooks what a full disk only says when the bytes leave the buffers.
-bool ReachesTheDisk(QSaveFile &file) {
-    if (!file.flush()) {
-        return false;
+// Follows links, also to a file that isn't there yet. Empty where they never end.
+QString TargetOf(const QString &fileName) {
+    constexpr int mostLinks = 40;
+    QString target = fileName;
+    for (int links = 0; links < mostLinks; ++links) {
+        const QFileInfo file(target);
+        if (!file.isSymbolicLink()) {
+            return target;
+        }
+        target = file.symLinkTarget();
     }
-#ifdef Q_OS_WIN
-    return _commit(file.handle()) == 0;
+    return {};
+}
+
+QString ReasonOf(const std::error_code &error, const QFileInfo &old) {
+    const QString reason = QString::fromLocal8Bit(error.message().c_str());
+#ifndef Q_OS_WIN
+    if (error == std::errc::operation_not_permitted && old.exists() && old.ownerId() != geteuid()) {
+        return reason +
+               QStringLiteral(". The file is somebody else's, in a folder where only the owner of a file "
+                              "may replace it");
+    }
 #else
-    return fsync(file.handle()) == 0 || errno == EINVAL || errno == ENOTSUP; // there is none everywhere
+    Q_UNUSED(old)
 #endif
+    return reason;
 }
 
 } // namespace
 
 void ReplaceFile(const QString &fileName, const QByteArray &content) {
-    const QFileInfo old(fileName);
+    const QString target = TargetOf(fileName);
+    if (target.isEmpty()) {
+        throw Fault::File(fileName, QStringLiteral("this names no file"));
+    }
+    const QFileInfo old(target);
     if (old.exists() && !old.isFile()) {
         throw Fault::File(fileName, QStringLiteral("this isn't a file that can be written"));
     }
-    ClearedAttributes attributes(fileName);
-    QSaveFile file(fileName);
-    if (!file.open(QFile::WriteOnly)) {
-        throw Fault::File(fileName, file.errorString());
+    FileBeside file(target);
+    if (!file.Create()) {
+        throw Fault::File(fileName, file.WhyNotCreated());
     }
-    // A write that comes short knows no words of its own for all that can be wrong.
-    if (file.write(content) != content.size() || !ReachesTheDisk(file)) {
+    if (old.exists()) {
+        file.TakeAttributesOf(old);
+    }
+    if (!file.Fill(content)) {
         throw Fault::File(fileName, qt_error_string());
     }
-    if (!file.commit()) {
-        throw Fault::File(fileName, file.error() == QFile::NoError ? qt_error_string() : file.errorString());
+#ifdef Q_OS_WIN
+    ClearedAttributes attributes(target);
+#endif
+    if (const std::error_code error = file.TakeItsPlace()) {
+        throw Fault::File(fileName, ReasonOf(error, old));
     }
+#ifdef Q_OS_WIN
     attributes.Replaced();
+#endif
 }
 
 bool TryReplaceFile(const QString &fileName, const QByteArray &content) {

@@ -17,7 +17,8 @@ struct BoxStyle {
 // One choice of the list by which a file dialog picks what it shows.
 struct FileFilter {
     QString caption;
-    QStringList patterns; // of file names, in either case of letters
+    QStringList patterns;        // of file names, in either case of letters
+    QString requiredSuffix = {}; // what a name gets on saving unless it ends so; empty where any will do
 };
 
 // What a file dialog is to ask for.

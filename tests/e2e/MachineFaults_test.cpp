@@ -146,12 +146,54 @@ TEST_F(MachineFaultsTest, RescuesTheChangesThatAReadOnlyFolderDidntTake) {
     Permit(file, 0444);
     Permit(folder, 0555);
     Permit(data_.path(), 0777);
-    ExpectFatalSave(QStringLiteral("%1: Existing file %1 is not writable.").arg(file));
+    ExpectFatalSave(file + QStringLiteral(": Permission denied."));
     {
         const AsNobody nobody;
         Ui().Choose("mnuFileSave(0)");
     }
     Permit(folder, 0755);
+    EXPECT_EQ(faults_, 1);
+    EXPECT_EQ(ValueInFile(file), 1500);
+    ASSERT_EQ(Rescued().size(), 1);
+    EXPECT_EQ(ValueInFile(data_.path() + QStringLiteral("/ZTV Link/") + Rescued().front()), changedTo);
+}
+
+TEST_F(MachineFaultsTest, SavesOverAColleaguesFile) {
+    Start();
+    const QString folder = configuration_.filePath(QStringLiteral("shared"));
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const QString file = folder + QStringLiteral("/line.ztv");
+    SaveAndChange(file);
+    Permit(file, 0644);
+    Permit(folder, 0777);
+    dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    {
+        const AsNobody nobody;
+        Ui().Choose("mnuFileSave(0)");
+    }
+    EXPECT_EQ(faults_, 0);
+    EXPECT_EQ(ValueInFile(file), changedTo);
+    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving());
+}
+
+TEST_F(MachineFaultsTest, RescuesTheChangesThatAColleaguesFolderDidntTake) {
+    Start();
+    const QString folder = configuration_.filePath(QStringLiteral("shared"));
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const QString file = folder + QStringLiteral("/line.ztv");
+    SaveAndChange(file);
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "there is no colleague";
+    }
+    Permit(folder, 01777); // where only its owner may replace a file
+    Permit(data_.path(), 0777);
+    ExpectFatalSave(file +
+                    QStringLiteral(": Operation not permitted. The file is somebody else's, in a folder "
+                                   "where only the owner of a file may replace it."));
+    {
+        const AsNobody nobody;
+        Ui().Choose("mnuFileSave(0)");
+    }
     EXPECT_EQ(faults_, 1);
     EXPECT_EQ(ValueInFile(file), 1500);
     ASSERT_EQ(Rescued().size(), 1);
@@ -252,7 +294,7 @@ TEST_F(MachineFaultsTest, SaysWhichPresetsItMayNotRead) {
                           .settings = settings_,
                           .helpEngine = help_,
                           .programFolder = presets.Folder(),
-                          .commandText = QString()},
+                          .arguments = {}},
                          [](FormMain &) { ADD_FAILURE() << "it runs"; }),
               1);
 }

@@ -216,6 +216,24 @@ TEST_F(SessionTest, CountsCrcErrors) {
     EXPECT_TRUE(WaitForStatus(" Online"));
 }
 
+TEST_F(SessionTest, CountsOnAfterTheCommunicationsDialogHasClosed) {
+    StartPolling();
+    sensor_->Execute(QStringLiteral("corrupt 1"));
+    EXPECT_TRUE(WaitUntil([this] { return form_->CrcErrorCount() >= 2; }));
+    WhenDialogOpens([this](QWidget &dialog) {
+        const Form ui(dialog);
+        ui.Press("CommandReset");
+        EXPECT_EQ(form_->CrcErrorCount(), 0);
+        EXPECT_TRUE(WaitUntil([&ui] { return ui.Text("LabelCrcErrors(1)").toInt() >= 1; }));
+        ui.Press("CommandCancel");
+    });
+    Ui().Choose("mnuCommunications");
+    const int atClose = form_->CrcErrorCount();
+    EXPECT_TRUE(WaitUntil([&] { return form_->CrcErrorCount() >= atClose + 3; }));
+    sensor_->Execute(QStringLiteral("corrupt 0"));
+    EXPECT_TRUE(WaitForStatus(" Online"));
+}
+
 TEST_F(SessionTest, ShowsTheWordsOfAnException) {
     StartPolling();
     sensor_->Execute(QStringLiteral("exception 6"));

@@ -37,6 +37,10 @@ protected:
         QObject::connect(search_.get(), &DeviceSearch::Ended, [this] { told_.emplace_back("ended"); });
         QObject::connect(search_.get(), &DeviceSearch::ProbeRefused,
                          [this](int code) { told_.push_back("refused " + std::to_string(code)); });
+        QObject::connect(search_.get(), &DeviceSearch::BrokenOff, [this](int status) {
+            told_.push_back("broken off at " + std::to_string(search_->SearchAddress()) + " at " + Setting() +
+                            " by " + std::to_string(status));
+        });
         QObject::connect(search_.get(), &DeviceSearch::Probing, [this] {
             told_.push_back(std::to_string(search_->SearchAddress()) + " at " + Setting());
             if (whenProbing_) {
@@ -256,15 +260,64 @@ TEST_F(DeviceSearchTest, StandsStillWhereAProbeIsRefusedUntilItIsStopped) {
     EXPECT_EQ(told_, (Told{"started", "247 at 4/1", "248 at 4/1", "refused 22", "ended"}));
 }
 
-TEST_F(DeviceSearchTest, MeetsAPortThatCouldNotBeOpenedAgainAtItsNextProbe) {
+TEST_F(DeviceSearchTest, BreaksOffAtTheSettingThatCannotBeOpened) {
+    range_ = {.bottom = 3, .top = 4};
+    vary_ = true;
+    whenProbing_ = [this] {
+        if (search_->SearchAddress() == 4 && search_->SearchParityStop() == 2) {
+            device_ = QStringLiteral("/nowhere");
+        }
+    };
+    RunToTheEnd();
+    EXPECT_EQ(told_, (Told{"started", "3 at 4/3", "4 at 4/3", "3 at 4/2", "4 at 4/2",
+                           "broken off at 3 at 4/1 by 47"}));
+}
+
+TEST_F(DeviceSearchTest, BreaksOffWhereItsAdapterIsLostInMidProbe) {
+    for (const bool vary : {false, true}) {
+        SCOPED_TRACE(vary);
+        vary_ = vary;
+        ScriptedLine line;
+        device_ = line.Path();
+        Begin({.port = 1, .baud = 2, .parityStop = 1});
+        told_.clear();
+        EXPECT_TRUE(search_->Start());
+        EXPECT_TRUE(WaitUntil([&line] { return line.Requests().size() == 2; }));
+        device_ = QStringLiteral("/nowhere"); // it can't be opened again either
+        line.HangUp();
+        EXPECT_TRUE(WaitUntil([this] { return !search_->IsSearching(); }));
+        EXPECT_FALSE(session_.PortIsOpen());
+        const std::string setting = vary ? "4/3" : "2/1";
+        EXPECT_EQ(told_, (Told{"started", "3 at " + setting, "4 at " + setting,
+                               "broken off at 4 at " + setting + " by 15"}));
+    }
+}
+
+TEST_F(DeviceSearchTest, BreaksOffAtEitherStatusOfALostAdapter) {
+    for (const std::int16_t status : {LinkStatus::WriteError, LinkStatus::ReadError}) {
+        told_.clear();
+        EXPECT_TRUE(search_->Start());
+        search_->FoundDevice(status);
+        EXPECT_FALSE(session_.PortIsOpen());
+        EXPECT_EQ(told_,
+                  (Told{"started", "3 at 4/1", "broken off at 3 at 4/1 by " + std::to_string(status)}));
+    }
+    told_.clear();
+    RunToTheEnd(); // with the adapter back
+    EXPECT_EQ(told_.back(), "ended");
+}
+
+TEST_F(DeviceSearchTest, EndsCleanWhenOnlyTheOpeningBehindTheLastSettingFails) {
     range_ = {.bottom = 1, .top = 1};
     vary_ = true;
-    whenProbing_ = [this] { device_ = QStringLiteral("/nowhere"); };
-    EXPECT_TRUE(search_->Start());
-    EXPECT_TRUE(WaitUntil([this] { return told_.back() == "refused 20"; }));
-    EXPECT_EQ(told_, (Told{"started", "1 at 4/3", "1 at 4/2", "refused 20"}));
-    EXPECT_FALSE(session_.PortIsOpen());
-    search_->Abandon();
+    whenProbing_ = [this] {
+        if (search_->SearchBaud() == 0 && search_->SearchParityStop() == 0) {
+            device_ = QStringLiteral("/nowhere");
+        }
+    };
+    RunToTheEnd();
+    EXPECT_EQ(told_.back(), "ended");
+    EXPECT_EQ(told_.size(), 22U);
 }
 
 TEST_F(DeviceSearchTest, LeavesNothingBehindWhenItIsAbandoned) {

@@ -98,7 +98,7 @@ TEST(PresetsFileFault, TellsAValueOfTheWrongKind) {
     ExpectFault("UPDATE Parameters SET Name = NULL WHERE rowid = 6", "column Name holds no text");
     ExpectFault("UPDATE Units SET UnitText1 = zeroblob(4) WHERE rowid = 3", "UnitText1 holds no text");
     ExpectFault("UPDATE Parameters SET Name = printf('%.*c', 5000, 'x') WHERE rowid = 6",
-                "text of 5000 characters");
+                "text of more than 4096 characters");
 }
 
 TEST(PresetsFileFault, TakesNothingButAPlainTable) {

@@ -224,6 +224,66 @@ TEST_F(SettingsFileTest, KeepsNotesThatBeginWithAByteOrderMark) {
     EXPECT_EQ(zentrova_.FileNotes(), notes);
 }
 
+TEST_F(SettingsFileTest, OpensAFileWithPagesOfAnySize) {
+    for (int size = 512; size <= 65536; size *= 2) {
+        SCOPED_TRACE(size);
+        zentrova_.ParamValue(setting, 4000);
+        zentrova_.SaveFile(Path());
+        zentrova_.ParamValue(setting, 1000);
+        Change(("PRAGMA page_size = " + std::to_string(size) + "; VACUUM").c_str());
+        EXPECT_EQ(Sqlite("PRAGMA page_size"), QString::number(size));
+        EXPECT_EQ(Open(), FileOpened::Whole);
+        EXPECT_EQ(zentrova_.ParamValue(setting), 4000);
+        // A description that doesn't fit in one small page.
+        const std::string columns = "Extra" + std::string(200, 'x');
+        Change(("ALTER TABLE Settings ADD COLUMN " + columns + "; ALTER TABLE Properties ADD COLUMN " +
+                columns + "; CREATE INDEX More ON Settings (Name, " + columns + ")")
+                   .c_str());
+        zentrova_.ParamValue(setting, 1000);
+        EXPECT_EQ(Open(), FileOpened::Whole);
+        EXPECT_EQ(zentrova_.ParamValue(setting), 4000);
+    }
+}
+
+TEST_F(SettingsFileTest, OpensAFileWithLongNotes) {
+    constexpr qsizetype longest = 1 << 20;
+    for (const qsizetype length : {qsizetype{4096}, qsizetype{4097}, longest - 1, longest}) {
+        for (const char16_t letter : {u'n', u'ß', u'€'}) {
+            const QString notes(length, QChar(letter));
+            zentrova_.FileNotes(notes);
+            zentrova_.SaveFile(Path());
+            zentrova_.FileNotes({});
+            EXPECT_EQ(Open(), FileOpened::Whole);
+            EXPECT_TRUE(zentrova_.FileNotes() == notes) << length;
+        }
+    }
+}
+
+TEST_F(SettingsFileTest, CutsLongerNotesWithAWordAndLoadsTheRows) {
+    constexpr qsizetype longest = 1 << 20;
+    const auto ending = QStringLiteral("\n[The notes were longer and have been cut here.]");
+    const QString wide = QString::fromUtf8("\U0001F4CF"); // two characters of UTF-16
+    for (const QString &notes :
+         {QString(longest + 1, u'n'), QString(3'000'000, u'n'), QString(9'000'000, u'€'),
+          wide.repeated(longest), u'n' + wide.repeated(longest)}) {
+        zentrova_.FileNotes(notes);
+        zentrova_.ParamValue(setting, 4000);
+        zentrova_.SaveFile(Path());
+        zentrova_.ParamValue(setting, 1000);
+        EXPECT_EQ(Open(), FileOpened::Whole);
+        EXPECT_EQ(zentrova_.ParamValue(setting), 4000);
+        const QString read = zentrova_.FileNotes();
+        EXPECT_LE(read.size(), longest);
+        EXPECT_GE(read.size(), longest - 1);
+        EXPECT_TRUE(read.endsWith(ending));
+        EXPECT_TRUE(notes.startsWith(read.chopped(ending.size())));
+        EXPECT_TRUE(read.isValidUtf16());
+        zentrova_.SaveFile(Path());
+        EXPECT_EQ(Open(), FileOpened::Whole);
+        EXPECT_TRUE(zentrova_.FileNotes() == read); // not cut again
+    }
+}
+
 TEST_F(SettingsFileTest, LeavesTheMarkOfUnsavedChangesAsItWas) {
     zentrova_.SaveFile(Path());
     EXPECT_EQ(Open(), FileOpened::Whole);

@@ -114,11 +114,11 @@ sql("no-records.ztv", "DELETE FROM Settings", "has 0 records, and the count")
 sql("no-notes-record.ztv", "DELETE FROM Properties", "table Properties has no record")
 sql("null-notes.ztv", "UPDATE Properties SET Notes = NULL", "column Notes holds no text")
 sql("notes-of-bytes.ztv", "UPDATE Properties SET Notes = zeroblob(50)", "column Notes holds no text")
-sql("long-notes.ztv", "UPDATE Properties SET Notes = printf('%.*c', 100000, 'n')", "a text of 100000 characters")
-sql("giant-notes.ztv", "UPDATE Properties SET Notes = printf('%.*c', 3000000, 'n')", "string or blob too big")
+sql("giant-value.ztv", "UPDATE Settings SET Value = zeroblob(3000000) WHERE rowid = 40", "string or blob too big")
 
 # The file's own structure.
-patched("page-size-of-nothing.ztv", [(16, b"\0\0")], "there are too many tables")
+for number, size in enumerate([0, 2, 100, 256, 511, 513, 4097, 65535]):
+    patched(f"page-size-{number}.ztv", [(16, struct.pack(">H", size))], "file is not a database")
 patched("root-beyond-the-end.ztv", [(28, struct.pack(">I", 2)), (settings, b"\x05")], "Settings")
 patched("table-that-is-an-index.ztv", [(settings, b"\x0a")], "malformed")
 patched("cells-beyond-the-page.ztv", [(settings + 3, b"\xff\xff")], "malformed")
@@ -144,6 +144,13 @@ tables = sqlite3.connect(FOLDER / "many-tables.ztv")
 tables.executescript("BEGIN;" + "".join(f"CREATE TABLE T{n} (x);" for n in range(1500)) + "COMMIT")
 tables.close()
 tell("many-tables.ztv", "there are too many tables")
+for size in [512, 1024, 8192, 32768, 65536]:
+    # Their descriptions fit in one page of the large sizes.
+    crowd = sqlite3.connect(FOLDER / f"crowd-on-pages-of-{size}.ztv")
+    crowd.execute(f"PRAGMA page_size = {size}")
+    crowd.executescript("BEGIN;" + "".join(f"CREATE TABLE T{n} (x);" for n in range(200)) + "COMMIT")
+    crowd.close()
+    tell(f"crowd-on-pages-of-{size}.ztv", "there are too many tables")
 def schema(name, rows, message):
     """Rows that no statement would make, straight into the schema of a good file."""
     path = FOLDER / name

@@ -21,6 +21,10 @@ Arguments Texts(std::initializer_list<const char *> texts) {
     return arguments;
 }
 
+CommandLine::Options Parse(const char *text, ScriptedDialogs &dialogs) {
+    return CommandLine::Parse(CommandLine::SplitArguments(QString::fromUtf8(text)), dialogs);
+}
+
 } // namespace
 
 TEST(CommandLineTest, PartsTheTextAtBlanksOutsideQuotes) {
@@ -50,24 +54,49 @@ TEST(CommandLineTest, StripsOneQuoteAtEachEnd) {
     EXPECT_EQ(CommandLine::StripQuotes(QStringLiteral("\"")), QString());
 }
 
-TEST(CommandLineTest, JoinsWhatItTakesApart) {
-    const QStringList arguments{QStringLiteral("/checkout"), QStringLiteral("/home/a b/c.ztv"),
-                                QStringLiteral("x")};
-    EXPECT_EQ(CommandLine::SplitArguments(CommandLine::JoinArguments(arguments)),
-              Texts({"/checkout", "\"/home/a b/c.ztv\"", "x"}));
+TEST(CommandLineTest, QuotesWhatAUserWouldHaveQuoted) {
+    const QStringList list{QStringLiteral("/checkout"), QStringLiteral("/home/a b/c.ztv"),
+                           QStringLiteral("x"),         QStringLiteral("Roll 12\".ztv"),
+                           QStringLiteral("12\""),      QString()};
+    const Arguments typed = CommandLine::AsTyped(list);
+    EXPECT_EQ(typed,
+              Texts({"/checkout", "\"/home/a b/c.ztv\"", "x", "\"Roll 12\".ztv\"", "\"12\"\"", "\"\""}));
+    for (qsizetype i = 0; i < list.size(); ++i) {
+        EXPECT_EQ(CommandLine::StripQuotes(typed[static_cast<std::size_t>(i)]), list[i]);
+    }
+}
+
+TEST(CommandLineTest, TakesEachArgumentOfAListAsOne) {
+    for (const char *name :
+         {"Roll 12\".ztv", "12\"", "\"quoted\".ztv", "\"", "\" \"", " a  b ", "a\tb\nc", "größe \".ztv"}) {
+        ScriptedDialogs dialogs;
+        const QStringList list{QString::fromUtf8(name), QStringLiteral("/CheckOut")};
+        const CommandLine::Options options = CommandLine::Parse(CommandLine::AsTyped(list), dialogs);
+        EXPECT_EQ(options.CommandLineFile, QString::fromUtf8(name));
+        EXPECT_TRUE(options.CheckoutEnabled) << name;
+    }
+}
+
+TEST(CommandLineTest, ListsTheArgumentsOfAListAsTyped) {
+    ScriptedDialogs dialogs;
+    dialogs.ExpectNotice(
+        QStringLiteral("Command Line Options Selected: \n\n\"Roll 12\".ztv\"\n\"a b.ztv\"\n/cmdline\n"),
+        BoxIcon::Information);
+    CommandLine::Parse(CommandLine::AsTyped({QStringLiteral("Roll 12\".ztv"), QStringLiteral("a b.ztv"),
+                                             QStringLiteral("/cmdline")}),
+                       dialogs);
 }
 
 TEST(CommandLineTest, ShowsNothingWithoutArguments) {
     ScriptedDialogs dialogs;
-    const CommandLine::Options options = CommandLine::Parse(QStringLiteral("  "), dialogs);
+    const CommandLine::Options options = Parse("  ", dialogs);
     EXPECT_FALSE(options.CheckoutEnabled || options.ShowCommandLine || options.ClearRegistry);
     EXPECT_EQ(options.CommandLineFile, QString());
 }
 
 TEST(CommandLineTest, TakesTheOptionsInAnyCaseAndKeepsThatOfAFile) {
     ScriptedDialogs dialogs;
-    const CommandLine::Options options =
-        CommandLine::Parse(QStringLiteral("/checkOut /CLEARreg \"C:\\My Files\\Roll.ZTV\""), dialogs);
+    const CommandLine::Options options = Parse("/checkOut /CLEARreg \"C:\\My Files\\Roll.ZTV\"", dialogs);
     EXPECT_TRUE(options.CheckoutEnabled);
     EXPECT_TRUE(options.ClearRegistry);
     EXPECT_FALSE(options.ShowCommandLine);
@@ -76,15 +105,14 @@ TEST(CommandLineTest, TakesTheOptionsInAnyCaseAndKeepsThatOfAFile) {
 
 TEST(CommandLineTest, TakesTheLastOfTwoFiles) {
     ScriptedDialogs dialogs;
-    EXPECT_EQ(CommandLine::Parse(QStringLiteral("a.ztv b.ztv"), dialogs).CommandLineFile,
-              QStringLiteral("b.ztv"));
+    EXPECT_EQ(Parse("a.ztv b.ztv", dialogs).CommandLineFile, QStringLiteral("b.ztv"));
 }
 
 TEST(CommandLineTest, ShowsTheUsageForEachOfItsNames) {
     for (const char *option : {"/help", "/HELP", "?", "/?"}) {
         ScriptedDialogs dialogs;
         dialogs.ExpectNotice(usage, BoxIcon::Information);
-        EXPECT_EQ(CommandLine::Parse(QString::fromLatin1(option), dialogs).CommandLineFile, QString());
+        EXPECT_EQ(Parse(option, dialogs).CommandLineFile, QString());
     }
 }
 
@@ -94,5 +122,5 @@ TEST(CommandLineTest, ListsAllArgumentsAsGiven) {
     dialogs.ExpectNotice(
         QStringLiteral("Command Line Options Selected: \n\n\"a b.ztv\"\n/help\n/cmdline\n/CheckOut\n"),
         BoxIcon::Information);
-    CommandLine::Parse(QStringLiteral("\"a b.ztv\" /help /cmdline /CheckOut"), dialogs);
+    Parse("\"a b.ztv\" /help /cmdline /CheckOut", dialogs);
 }

@@ -96,6 +96,15 @@ TEST_F(FileCommandsTest, KeepsTheOldNameOfAFileThatWasLoadedInPart) {
     EXPECT_EQ(done_, (QStringList{"open /a/new.ztv", "caption /a/old.ztv", "show"}));
 }
 
+TEST_F(FileCommandsTest, HasNoNameForAFileThatWasLoadedInPartWhileNoneWasOpen) {
+    openResult_ = FileOpened::InPart;
+    dialogs_.ExpectOpenFile(QStringLiteral("/a/new.ztv"));
+    dialogs_.ExpectNotice(QStringLiteral("Not all items were loaded from the file!"));
+    commands_.Open();
+    EXPECT_EQ(commands_.CurrentFileName(), QString());
+    EXPECT_EQ(done_, (QStringList{"open /a/new.ztv", "caption ", "show"}));
+}
+
 TEST_F(FileCommandsTest, KeepsTheOldNameWhenAFileCannotBeOpened) {
     HaveOpen("/a/old.ztv");
     for (const std::int16_t code : {std::int16_t{2}, std::int16_t{3}, std::int16_t{-1}}) {
@@ -167,6 +176,8 @@ TEST_F(FileCommandsTest, AsksForANameOnTheFirstSaveOnly) {
     dialogs_.ExpectSaveFile(QStringLiteral("/a/b.ztv"), [](const FileQuestion &question) {
         EXPECT_EQ(question.preselectedFilter, 1U);
         EXPECT_EQ(question.defaultSuffix, QStringLiteral("ztv"));
+        EXPECT_EQ(question.filters[0].requiredSuffix, QString());
+        EXPECT_EQ(question.filters[1].requiredSuffix, QStringLiteral("ztv"));
         EXPECT_EQ(question.suggestion, QString());
     });
     ExpectSaved();

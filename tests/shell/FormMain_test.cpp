@@ -1,6 +1,7 @@
 #include "shell/FormMain.h"
 
 #include "model/ParamDefines.h"
+#include "shell/Caption.h"
 #include "support/Fault.h"
 #include "tests/support/FakeLink.h"
 #include "tests/support/MainForm.h"
@@ -184,6 +185,8 @@ TEST_F(FormMainTest, EnablesByTheStateOfTheLink) {
         EXPECT_EQ(Ui().Enabled("Toolbar1(Online)"), !online);
         EXPECT_EQ(Ui().Enabled("Toolbar1(Offline)"), online);
         EXPECT_EQ(Ui().Enabled("Toolbar1(Save ZTV)"), online);
+        EXPECT_EQ(Ui().Enabled("mnuOptionsUpgradeFirmware"), !online);
+        EXPECT_TRUE(Ui().Enabled("mnuCommunications"));
         EXPECT_TRUE(Ui().Enabled("mnuOnline"));
         EXPECT_TRUE(Ui().Enabled("mnuFileExit"));
         EXPECT_TRUE(Ui().Enabled("Toolbar1(Exit)"));
@@ -286,7 +289,8 @@ TEST_F(FormMainTest, SavesAndOpensByMenuAndToolbar) {
 TEST_F(FormMainTest, ShowsTheLastComponentOfThePath) {
     Start();
     const char *rows[][2] = {{"a/b c.d.ztv", "b c.d.ztv - ZTV Link"},
-                             {"a/x[*].ztv", "x[*][*].ztv - ZTV Link"}};
+                             {"a/x[*].ztv", "x[*][*].ztv - ZTV Link"},
+                             {"a/roll\\left.ztv", "roll\\left.ztv - ZTV Link"}};
     QDir(configuration_.path()).mkdir(QStringLiteral("a"));
     for (const auto &row : rows) {
         dialogs_.ExpectSaveFile(configuration_.filePath(QString::fromLatin1(row[0])));
@@ -294,6 +298,15 @@ TEST_F(FormMainTest, ShowsTheLastComponentOfThePath) {
         Ui().Choose("mnuFileSave(1)");
         EXPECT_EQ(form_->windowTitle(), QString::fromLatin1(row[1]));
     }
+}
+
+// As an open that loads a part of a file does while none was open.
+TEST_F(FormMainTest, KeepsItsCaptionWhileNoFileIsOpen) {
+    Start();
+    UpdateCaption(*form_, QStringLiteral("/a/old.ztv"));
+    EXPECT_EQ(form_->windowTitle(), QStringLiteral("old.ztv - ZTV Link"));
+    UpdateCaption(*form_, form_->CurrentFileName());
+    EXPECT_EQ(form_->windowTitle(), QStringLiteral("old.ztv - ZTV Link"));
 }
 
 TEST_F(FormMainTest, KeepsItsCaptionWhenAFileCannotBeOpened) {

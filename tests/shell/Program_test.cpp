@@ -30,7 +30,7 @@ int RunWith(ScriptedDialogs &dialogs, const QString &folder, bool &shown) {
                        .settings = settings,
                        .helpEngine = help,
                        .programFolder = folder,
-                       .commandText = QString()},
+                       .arguments = {}},
                       [&shown](FormMain &form) {
                           shown = form.isVisible();
                           QTimer::singleShot(0, qApp, [] { QApplication::exit(0); });
@@ -56,7 +56,7 @@ TEST(ProgramTest, TellsWhereTheSystemHasNoToolForItsInformation) {
                 .settings = settings,
                 .helpEngine = help,
                 .programFolder = ShippedPresetsFolder(),
-                .commandText = QString()},
+                .arguments = {}},
                [&](FormMain &form) {
                    WhenDialogOpens([&dialogs](QWidget &about) {
                        dialogs.Expect(QStringLiteral("System Information Is Unavailable At This Time"),
@@ -78,6 +78,24 @@ TEST(ProgramTest, EndsWithStatus1AndTheDatabasesMessageWithoutPresets) {
     dialogs.ExpectTextWith(QStringLiteral("Presets.fil: there is no such file"), BoxIcon::Critical);
     bool shown = false;
     EXPECT_EQ(RunWith(dialogs, empty.path(), shown), 1);
+    EXPECT_FALSE(shown);
+}
+
+TEST(ProgramTest, SaysThatItHasToCloseForASettingThatCannotBeRead) {
+    const QTemporaryDir folder;
+    const EnvironmentVariable configuration("XDG_CONFIG_HOME", folder.path());
+    SettingsStore settings(ApplicationTitle());
+    settings.Write(QStringLiteral("Options"), QStringLiteral("BaudRate"), QStringLiteral("38400000"));
+    ScriptedDialogs dialogs;
+    dialogs.ExpectNotice(
+        QStringLiteral(
+            "Overflow: the setting \"BaudRate\" of section \"Options\" holds 38400000, which isn't within "
+            "-32768 to 32767.\n\nThe settings are kept in\n%1\n\nTo delete all of them, start the program "
+            "with /CLEARREG or with the Ctrl key held down.\n\nThe program has to close.")
+            .arg(settings.Place()),
+        BoxIcon::Critical);
+    bool shown = false;
+    EXPECT_EQ(RunWith(dialogs, ShippedPresetsFolder(), shown), 1);
     EXPECT_FALSE(shown);
 }
 
@@ -107,10 +125,12 @@ TEST(ProgramTest, RescuesUnsavedChangesOnAFault) {
                 .settings = settings,
                 .helpEngine = help,
                 .programFolder = ShippedPresetsFolder(),
-                .commandText = QString()},
+                .arguments = {}},
                [&](FormMain &form) {
                    QTimer::singleShot(0, qApp, [] { QApplication::exit(0); });
-                   dialogs.ExpectNotice(QStringLiteral("Subscript out of range: x"), BoxIcon::Critical);
+                   dialogs.ExpectNotice(
+                       QStringLiteral("Subscript out of range: x\n\nThe program has to close."),
+                       BoxIcon::Critical);
                    ShowFault(dialogs, Fault::Subscript(QStringLiteral("x")), &form);
                    for (int value : {4321, 4322}) { // within a second, too
                        form.Zentrova().ParamValue(28, value);
@@ -190,7 +210,7 @@ TEST(ProgramTest, EndsWithItsMainFormThoughTheHelpIsOpen) {
                           .settings = settings,
                           .helpEngine = help,
                           .programFolder = ShippedPresetsFolder(),
-                          .commandText = QString()},
+                          .arguments = {}},
                          [&shown](FormMain &form) {
                              QTimer::singleShot(0, &form, [&] {
                                  form.hHelp().HHDisplayContents(form.winId());

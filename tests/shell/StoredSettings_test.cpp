@@ -72,6 +72,24 @@ TEST_F(StoredSettingsTest, FaultOnANumberThatDoesNotFit) {
     EXPECT_THROW(Stored("-1e9"), Fault);
 }
 
+TEST_F(StoredSettingsTest, NameTheOneThatDoesNotFitItsPlaceAndTheWayOut) {
+    for (const char *key : {"CommPort", "BaudRate", "ParityStop", "NetworkAddress"}) {
+        store_.Write(QStringLiteral("Options"), QString::fromLatin1(key), QStringLiteral("70000"));
+        try {
+            ReadCommSettings(store_);
+            ADD_FAILURE() << "it fits";
+        } catch (const Fault &fault) {
+            EXPECT_EQ(fault.Cause(), Fault::Kind::Overflow);
+            for (const QString &part :
+                 {QStringLiteral("setting \"%1\" of section \"Options\" holds 70000").arg(QLatin1String(key)),
+                  folder_.filePath(QStringLiteral("ZTV Link.conf")), QStringLiteral("/CLEARREG")}) {
+                EXPECT_TRUE(fault.Description().contains(part)) << fault.what();
+            }
+        }
+        store_.Remove(QStringLiteral("Options"), QString::fromLatin1(key));
+    }
+}
+
 TEST_F(StoredSettingsTest, SurviveAWindowPlaceThatMakesNoSense) {
     for (const char *text : {"somewhere", "1e300", "-99999999"}) {
         store_.Write(QStringLiteral("Startup"), QStringLiteral("Top"), QString::fromLatin1(text));

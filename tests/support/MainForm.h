@@ -31,7 +31,7 @@ protected:
                                    .settings = settings_,
                                    .helpEngine = Engine(),
                                    .programFolder = presets_,
-                                   .commandText = commandText,
+                                   .arguments = CommandLine::SplitArguments(commandText),
                                    .ctrlKeyIsDown = [this] { return ctrl_; },
                                    .registerFileType = [this] { ++registrations_; },
                                    .openUrl =

@@ -250,6 +250,7 @@ void FormSearch::ConnectSearch() {
     connect(&search_, &DeviceSearch::Probing, this, &FormSearch::ShowProgress, Qt::QueuedConnection);
     connect(&search_, &DeviceSearch::DeviceFound, this, &FormSearch::AddResult);
     connect(&search_, &DeviceSearch::Ended, this, &FormSearch::ShowEnded);
+    connect(&search_, &DeviceSearch::BrokenOff, this, &FormSearch::ShowBrokenOff);
     connect(&search_, &DeviceSearch::ProbeRefused, this, [this](std::int16_t code) {
         Warn(QStringLiteral("Read Error: %1").arg(code), ApplicationTitle());
     });
@@ -267,7 +268,11 @@ void FormSearch::Start() {
         }
     }
     if (!search_.Start()) {
+        const std::int16_t status = link_.Mbaxp1().LastError();
         Warn(link_.OpenFailureText(), ApplicationTitle());
+        if (LinkStatus::IsRefusedSetting(status)) {
+            ShowBrokenOff(status);
+        }
     }
 }
 
@@ -289,11 +294,20 @@ void FormSearch::ShowStarted() {
 }
 
 void FormSearch::ShowProbe() {
-    labelSearchStatus_->setText(QStringLiteral("Searching %1").arg(search_.SearchAddress()));
+    ShowWhere(QStringLiteral("Searching %1").arg(search_.SearchAddress()), QString());
+}
+
+void FormSearch::ShowWhere(const QString &words, const QString &toolTip) {
+    labelSearchStatus_->setText(words);
+    labelSearchStatus_->setToolTip(toolTip);
     labelSearchStatus_->show();
-    labelCommStatus_->setText(zentrova_.BaudRateString(search_.SearchBaud()) + u',' +
-                              zentrova_.ParityStopString(search_.SearchParityStop()));
+    labelCommStatus_->setText(CommSettings());
     labelCommStatus_->show();
+}
+
+QString FormSearch::CommSettings() const {
+    return zentrova_.BaudRateString(search_.SearchBaud()) + u',' +
+           zentrova_.ParityStopString(search_.SearchParityStop());
 }
 
 void FormSearch::ShowProgress() {
@@ -330,6 +344,17 @@ void FormSearch::ShowEnded() {
     timeLeft_->hide();
     listViewResults_->EmptyText(QStringLiteral("No device was found."));
     unsetCursor();
+}
+
+void FormSearch::ShowBrokenOff(std::int16_t status) {
+    ShowEnded();
+    const QString cause = LinkStatus::IsRefusedSetting(status) ? QStringLiteral("Setting refused")
+                                                               : QStringLiteral("Adapter lost");
+    ShowWhere(QStringLiteral("%1 at %2").arg(cause).arg(search_.SearchAddress()),
+              QStringLiteral("Error %1. %2").arg(status).arg(MbaxpErrorDesc(status)));
+    listViewResults_->EmptyText(QStringLiteral("The search broke off at address %1, %2.")
+                                    .arg(search_.SearchAddress())
+                                    .arg(CommSettings()));
 }
 
 void FormSearch::FollowSelection() {

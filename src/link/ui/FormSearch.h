@@ -55,6 +55,9 @@ private:
     void Start();
     void ShowStarted();
     void ShowProbe();
+    void ShowWhere(const QString &words, const QString &toolTip);
+    void ShowBrokenOff(std::int16_t status);
+    QString CommSettings() const;
     void ShowProgress();
     void AddResult();
     void ShowEnded();

@@ -1,5 +1,7 @@
 #include "support/ui/QtDialogs.h"
 
+#include "support/ui/FileDialog.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -34,11 +36,6 @@ QMessageBox::StandardButtons ButtonsOf(BoxButtons buttons) {
     return QMessageBox::Ok;
 }
 
-// What is behind the last parenthesis is matched and not shown: the caption may show patterns of its own.
-QString FilterText(const FileFilter &filter) {
-    return QStringLiteral("%1 (%2)").arg(filter.caption, filter.patterns.join(u' '));
-}
-
 } // namespace
 
 BoxAnswer QtDialogs::OwnedMessageBox(const QString &text, BoxStyle style, const QString &title) {
@@ -65,22 +62,7 @@ std::optional<QString> QtDialogs::SaveFileDialog(const FileQuestion &question) {
 }
 
 std::optional<QString> QtDialogs::AskForFile(const FileQuestion &question, QFileDialog::AcceptMode mode) {
-    QFileDialog dialog(owner_);
-    const bool saves = mode == QFileDialog::AcceptSave;
-    const QString usual = saves ? QFileDialog::tr("Save As") : QFileDialog::tr("Open");
-    dialog.setWindowTitle(question.title.isEmpty() ? usual : question.title);
-    dialog.setAcceptMode(mode);
-    dialog.setFileMode(saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    dialog.setOption(QFileDialog::HideNameFilterDetails);
-    QStringList filters;
-    for (const FileFilter &filter : question.filters) {
-        filters.append(FilterText(filter));
-    }
-    dialog.setNameFilters(filters);
-    dialog.selectNameFilter(filters.value(static_cast<qsizetype>(question.preselectedFilter)));
-    if (saves) { // a file that is there is opened by the name that it has
-        dialog.setDefaultSuffix(question.defaultSuffix);
-    }
+    FileDialog dialog(question, mode, owner_);
     const QFileInfo suggestion(question.suggestion);
     if (!question.suggestion.isEmpty() && !suggestion.isDir()) {
         dialog.setDirectory(suggestion.absolutePath());
@@ -88,10 +70,10 @@ std::optional<QString> QtDialogs::AskForFile(const FileQuestion &question, QFile
     } else if (!question.suggestion.isEmpty() || !lastFolder_.isEmpty()) {
         dialog.setDirectory(question.suggestion.isEmpty() ? lastFolder_ : question.suggestion);
     }
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+    const std::optional<QString> chosen = dialog.Ask();
+    if (!chosen) {
         return std::nullopt;
     }
-    const QString chosen = dialog.selectedFiles().constFirst();
-    lastFolder_ = QFileInfo(chosen).absolutePath();
-    return QDir::toNativeSeparators(chosen);
+    lastFolder_ = QFileInfo(*chosen).absolutePath();
+    return QDir::toNativeSeparators(*chosen);
 }

@@ -2,6 +2,7 @@
 
 #include "link/ui/ResultsList.h"
 #include "shell/LinkNotices.h"
+#include "tests/support/Files.h"
 #include "tests/support/Form.h"
 #include "tests/support/Frames.h"
 #include "tests/support/HelpOfForm.h"
@@ -13,9 +14,11 @@
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QRadioButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
 #include <set>
+#include <sys/mount.h>
 
 namespace {
 
@@ -25,6 +28,28 @@ QByteArray GoodReply(int address) {
 
 const auto fromToRange = QStringLiteral("The From Address Range must be less than or equal to the To Range.");
 const auto invalidRange = QStringLiteral("Please enter a numeric value from 1 to 247.");
+
+// A second name of a device, where the machine lets it be mounted.
+class OtherName {
+public:
+    OtherName(const QString &device, const QString &name)
+        : name_(QFile::encodeName(name)),
+          mounted_(mount(QFile::encodeName(device).constData(), name_.constData(), nullptr, MS_BIND,
+                         nullptr) == 0) {}
+    ~OtherName() {
+        if (mounted_) {
+            umount2(name_.constData(), MNT_DETACH);
+        }
+    }
+    OtherName(const OtherName &) = delete;
+    OtherName &operator=(const OtherName &) = delete;
+
+    bool IsThere() const { return mounted_; }
+
+private:
+    QByteArray name_;
+    bool mounted_;
+};
 
 } // namespace
 
@@ -384,6 +409,78 @@ TEST_F(FormSearchTest, SaysWhyThePortCannotBeOpened) {
     Ui().Press("CommandStart");
     ExpectIdle();
     EXPECT_FALSE(Shown("LabelCommStatus"));
+}
+
+TEST_F(FormSearchTest, SaysWhereItLostItsAdapter) {
+    ChooseRange("5", "9");
+    Ui().Press("CommandStart");
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() == 3; }));
+    device_ = QStringLiteral("/nowhere");
+    line_.HangUp();
+    EXPECT_TRUE(WaitForTheEnd());
+    EXPECT_TRUE(Shown("LabelSearchStatus"));
+    EXPECT_EQ(Ui().Text("LabelSearchStatus"), QStringLiteral("Adapter lost at 7"));
+    EXPECT_EQ(Ui().Get<QWidget>("LabelSearchStatus").toolTip(), QStringLiteral("Error 15. Read Error"));
+    EXPECT_EQ(Ui().Text("LabelCommStatus"), QStringLiteral("19200,N2"));
+    EXPECT_EQ(Results().accessibleDescription(),
+              QStringLiteral("The search broke off at address 7, 19200,N2."));
+    EXPECT_FALSE(Ui().Enabled("CommandStop"));
+    EXPECT_FALSE(Shown("SearchProgress"));
+    EXPECT_FALSE(Shown("LabelTimeLeft"));
+    EXPECT_EQ(form_->cursor().shape(), Qt::ArrowCursor);
+    EXPECT_TRUE(Ui().Get<QPushButton>("CommandStart").hasFocus());
+}
+
+TEST_F(FormSearchTest, KeepsWhatItFoundBeforeItLostItsAdapter) {
+    ChooseRange("5", "9");
+    line_.Answer(GoodReply(5));
+    Ui().Press("CommandStart");
+    EXPECT_TRUE(WaitUntil([this] { return Results().topLevelItemCount() == 1; }));
+    device_ = QStringLiteral("/nowhere");
+    line_.HangUp();
+    EXPECT_TRUE(WaitForTheEnd());
+    Results().setCurrentItem(Results().topLevelItem(0));
+    EXPECT_TRUE(Use().isChecked());
+}
+
+TEST_F(FormSearchTest, SaysWhichSettingCouldNotBeSet) {
+    ChooseRange("5", "5");
+    Ui().Get<QCheckBox>("CheckVaryCommSettings").setChecked(true);
+    Ui().Get<QPushButton>("CommandStart").click();
+    device_ = QStringLiteral("/nowhere");
+    EXPECT_TRUE(WaitForTheEnd());
+    EXPECT_EQ(Ui().Text("LabelSearchStatus"), QStringLiteral("Adapter lost at 5"));
+    EXPECT_EQ(Ui().Text("LabelCommStatus"), QStringLiteral("38400,E1"));
+}
+
+// The line by a name of its own, under which it is no pseudo terminal to the program and refuses each parity.
+TEST_F(FormSearchTest, SaysWhichSettingItsAdapterRefuses) {
+    const QTemporaryDir folder;
+    const QString adapter = folder.filePath(QStringLiteral("adapter"));
+    WriteFile(adapter, {});
+    const OtherName mounted(line_.Path(), adapter);
+    if (!mounted.IsThere()) {
+        GTEST_SKIP() << "this machine mounts nothing";
+    }
+    ChooseRange("5", "5");
+    Ui().Get<QCheckBox>("CheckVaryCommSettings").setChecked(true);
+    const auto expectRefused = [this](const char *setting) {
+        EXPECT_TRUE(Shown("LabelSearchStatus"));
+        EXPECT_EQ(Ui().Text("LabelSearchStatus"), QStringLiteral("Setting refused at 5"));
+        EXPECT_EQ(Ui().Get<QWidget>("LabelSearchStatus").toolTip(),
+                  QStringLiteral("Error 43. Set parity error"));
+        EXPECT_TRUE(Shown("LabelCommStatus"));
+        EXPECT_EQ(Ui().Text("LabelCommStatus"), QString::fromLatin1(setting));
+        EXPECT_FALSE(Ui().Enabled("CommandStop"));
+        EXPECT_FALSE(session_.PortIsOpen());
+    };
+    Ui().Get<QPushButton>("CommandStart").click();
+    device_ = adapter;
+    EXPECT_TRUE(WaitForTheEnd());
+    expectRefused("38400,E1");
+    dialogs_.ExpectNotice(QStringLiteral("Error 43. Set parity error"));
+    Ui().Press("CommandStart");
+    expectRefused("38400,O1");
 }
 
 TEST_F(FormSearchTest, SaysThatAProbeWasRefusedAndStandsStill) {

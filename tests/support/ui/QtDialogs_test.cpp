@@ -29,7 +29,8 @@ protected:
     FileQuestion Question() const {
         return {.filters = {{.caption = QStringLiteral("All Files (*.*)"), .patterns = {QStringLiteral("*")}},
                             {.caption = QStringLiteral("Zentrova Files (*.ZTV)"),
-                             .patterns = {QStringLiteral("*.ztv"), QStringLiteral("*.ZTV")}}},
+                             .patterns = {QStringLiteral("*.ztv"), QStringLiteral("*.ZTV")},
+                             .requiredSuffix = QStringLiteral("ztv")}},
                 .preselectedFilter = 1,
                 .suggestion = folder_.path(),
                 .defaultSuffix = QStringLiteral("ztv")};
@@ -98,6 +99,91 @@ TEST_F(QtDialogsTest, GivesANameWithoutASuffixOne) {
     WhenDialogOpens([](QWidget &dialog) { Type(dialog, "left"); });
     EXPECT_EQ(dialogs_.SaveFileDialog(Question()),
               QDir::toNativeSeparators(folder_.filePath(QStringLiteral("left.ztv"))));
+}
+
+TEST_F(QtDialogsTest, GivesEachNameTheSuffixOfItsFilter) {
+    const char *rows[][2] = {{"left", "left.ztv"},
+                             {"Roll 1.5", "Roll 1.5.ztv"},
+                             {"c.txt", "c.txt.ztv"},
+                             {"UPPER.ZTV", "UPPER.ZTV"},
+                             {"new.ztv", "new.ztv"},
+                             {"point.", "point..ztv"},
+                             {"roll\\left", "roll\\left.ztv"},
+                             {"\"Roll 1.5\"", "Roll 1.5.ztv"},
+                             {"Roll 12\"", "Roll 12\".ztv"},
+                             {"Roll 12\".ztv", "Roll 12\".ztv"},
+                             {"\"", "\".ztv"},
+                             {"a\" \"b", "a\" \"b.ztv"}};
+    for (const auto &row : rows) {
+        WhenDialogOpens([&row](QWidget &dialog) { Type(dialog, row[0]); });
+        EXPECT_EQ(dialogs_.SaveFileDialog(Question()), folder_.filePath(QString::fromLatin1(row[1])));
+    }
+}
+
+TEST_F(QtDialogsTest, TakesANameAsItIsUnderAllFiles) {
+    const char *rows[][2] = {{"left", "left.ztv"},
+                             {"Roll 1.5", "Roll 1.5"},
+                             {"Roll 12\"", "Roll 12\".ztv"},
+                             {"Roll 12\".old", "Roll 12\".old"}};
+    FileQuestion question = Question();
+    question.preselectedFilter = 0;
+    for (const auto &row : rows) {
+        WhenDialogOpens([&row](QWidget &dialog) { Type(dialog, row[0]); });
+        EXPECT_EQ(dialogs_.SaveFileDialog(question), folder_.filePath(QString::fromLatin1(row[1])));
+    }
+}
+
+TEST_F(QtDialogsTest, TakesNoNameThatIsNothingButQuotes) {
+    WhenDialogOpens([](QWidget &dialog) {
+        Type(dialog, "\"\"");
+        EXPECT_TRUE(dialog.isVisible());
+        dialog.close();
+    });
+    EXPECT_EQ(dialogs_.SaveFileDialog(Question()), std::nullopt);
+}
+
+TEST_F(QtDialogsTest, GoesIntoAFolderThatIsTyped) {
+    ASSERT_TRUE(QDir(folder_.path()).mkdir(QStringLiteral("sub")));
+    WhenDialogOpens([](QWidget &dialog) {
+        Type(dialog, "sub");
+        EXPECT_TRUE(dialog.isVisible());
+        Type(dialog, "Roll 1.5");
+    });
+    EXPECT_EQ(dialogs_.SaveFileDialog(Question()), folder_.filePath(QStringLiteral("sub/Roll 1.5.ztv")));
+}
+
+TEST_F(QtDialogsTest, OpensAFileWithAQuoteInItsName) {
+    const QString file = folder_.filePath(QStringLiteral("Roll 12\".ztv"));
+    EXPECT_TRUE(QFile::copy(folder_.filePath(QStringLiteral("a.ztv")), file));
+    WhenDialogOpens([](QWidget &dialog) { Type(dialog, "Roll 12\".ztv"); });
+    EXPECT_EQ(dialogs_.OpenFileDialog(Question()), file);
+    WhenDialogOpens([](QWidget &dialog) { Type(dialog, "\"a.ztv\""); });
+    EXPECT_EQ(dialogs_.OpenFileDialog(Question()), folder_.filePath(QStringLiteral("a.ztv")));
+}
+
+TEST_F(QtDialogsTest, AsksBeforeAFileWhoseNameIsCompletedIsOverwritten) {
+    for (const char *name : {"Roll 1.5", "Roll 12\""}) {
+        SCOPED_TRACE(name);
+        const QString file = folder_.filePath(QString::fromLatin1(name) + QStringLiteral(".ztv"));
+        EXPECT_TRUE(QFile::copy(folder_.filePath(QStringLiteral("a.ztv")), file));
+        for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+            WhenDialogOpens([&](QWidget &dialog) {
+                WhenDialogOpens([&](QWidget &box) {
+                    auto &question = dynamic_cast<QMessageBox &>(box);
+                    EXPECT_EQ(question.text(),
+                              QFileInfo(file).fileName() +
+                                  QStringLiteral(" already exists.\nDo you want to replace it?"));
+                    question.button(answer)->click();
+                });
+                Type(dialog, name);
+                if (answer == QMessageBox::No) {
+                    EXPECT_TRUE(dialog.isVisible());
+                    dialog.close();
+                }
+            });
+            EXPECT_EQ(dialogs_.SaveFileDialog(Question()).has_value(), answer == QMessageBox::Yes);
+        }
+    }
 }
 
 TEST_F(QtDialogsTest, AsksBeforeAFileIsOverwritten) {
