@@ -1,5 +1,7 @@
 #pragma once
 
+#include "firmware/BootEcho.h"
+#include "firmware/BootFrame.h"
 #include "firmware/BootLine.h"
 #include "firmware/TransferRecord.h"
 
@@ -22,7 +24,9 @@ inline constexpr std::int32_t BytesDiffer = -12;
 } // namespace BootResult
 
 // Speaks with the sensor's boot loader over a serial line that it owns while it is open. Every call blocks
-// until it is answered, or has been tried as often as it may. What the calls return is negative on failure.
+// until it is answered, or has been tried as often as it may. What the calls return is negative on failure. A
+// line that gives back what is sent makes no difference, except for packets that could be their own answer
+// while it isn't known yet.
 class BootLibrary {
 public:
     explicit BootLibrary(OpenBootLine openLine) : openLine_(std::move(openLine)) {}
@@ -56,15 +60,21 @@ private:
     };
     struct Expected {
         QByteArray beginning;
-        qsizetype least;
-        qsizetype most;
+        qsizetype size;
+
+        bool Accepts(const QByteArray &payload) const {
+            return payload.startsWith(beginning) && payload.size() == size;
+        }
     };
 
+    bool OpenLine();
     BootLine *LineOf(std::int32_t handle);
     Answer Exchange(std::int32_t handle, const QByteArray &packet, const Expected &expected,
                     std::int32_t tries);
-    Answer Try(const QByteArray &frame, const Expected &expected);
+    bool Send(const QByteArray &packet);
+    Answer Try(const QByteArray &packet, const Expected &expected);
     Answer Listen(int milliseconds, const Expected &expected);
+    static Answer Judge(BootFrame::Reader::State state, const QByteArray &payload, const Expected &expected);
     void LetLineFallSilent();
     int LineTimeMs(qsizetype bytes) const;
 
@@ -72,6 +82,7 @@ private:
     bool portIsOpen_ = false;
     std::int32_t handle_ = 0;
     std::unique_ptr<BootLine> line_; // null while the port is open: the device has gone away
+    BootEcho echo_;
     QByteArray portName_;
     std::int32_t bitRate_ = 0;
     std::int32_t timeoutMs_ = 0;
