@@ -30,6 +30,9 @@ inline constexpr std::int32_t BytesDiffer = -12;
 class BootLibrary {
 public:
     explicit BootLibrary(OpenBootLine openLine) : openLine_(std::move(openLine)) {}
+    virtual ~BootLibrary() = default;
+    BootLibrary(const BootLibrary &) = delete;
+    BootLibrary &operator=(const BootLibrary &) = delete;
 
     // The handle of the port, greater than 0, or NotOpen. Each try of a later call waits `TimeoutMs` for its
     // answer, beyond the time that both take on the line. A port that was open is closed. A device that goes
@@ -43,11 +46,12 @@ public:
                                std::int32_t largestReply, std::int32_t tries);
 
     // The bytes read into the buffer, which must hold `DataLength`.
-    std::int32_t ReadPIC(std::int32_t handle, const TransferRecord &record, std::span<std::uint8_t> buffer);
+    virtual std::int32_t ReadPIC(std::int32_t handle, const TransferRecord &record,
+                                 std::span<std::uint8_t> buffer);
 
     // The bytes written: `DataLength` of the buffer.
-    std::int32_t WritePIC(std::int32_t handle, const TransferRecord &record,
-                          std::span<const std::uint8_t> buffer);
+    virtual std::int32_t WritePIC(std::int32_t handle, const TransferRecord &record,
+                                  std::span<const std::uint8_t> buffer);
 
     // Reads with the record's command and compares: BytesDiffer, or the bytes compared.
     std::int32_t VerifyPIC(std::int32_t handle, const TransferRecord &record,
