@@ -7,6 +7,7 @@
 #include "tests/support/HelpOfForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedDialogs.h"
+#include "tests/support/ScriptedLine.h"
 #include "tests/support/TestPresets.h"
 #include "tests/support/Wait.h"
 
@@ -99,10 +100,11 @@ protected:
     QTemporaryDir folder_;
     ScriptedDialogs dialogs_;
     HelpOfForm help_;
+    QString device_ = QStringLiteral("/no/such/device");
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession link_{zentrova_,
                       {.dialogs = dialogs_,
-                       .deviceOfPort = [](std::int16_t) { return QStringLiteral("/no/such/device"); },
+                       .deviceOfPort = [this](std::int16_t) { return device_; },
                        .askDirection = [] { return ConnectChoice::Cancel; }}};
     FakeLoader loader_;
     BootComm boot_{loader_.Opener()};
@@ -974,6 +976,23 @@ TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileARunningSensorIsLeftAlone) {
     EXPECT_EQ(form_->focusWidget(), &Ui().Get<QPushButton>("CommandUpgradeFirmware"));
     form_->Console().SetStatus(QStringLiteral("x"));
     EXPECT_EQ(panel.toolTip(), QStringLiteral("Status")); // the path went with its word
+}
+
+// The port was taken at first, so that the upgrade tries the link; it has come free since.
+TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileNothingGoesOutOfAPortThatComesFree) {
+    ScriptedLine line;
+    device_ = line.Path();
+    Open();
+    loader_.opens = false;
+    std::vector<bool> online;
+    QObject::connect(&link_, &LinkSession::OnlineChanged, form_.get(),
+                     [&](bool isOnline) { online.push_back(isOnline); });
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(Panel(1), QStringLiteral("Firmware file not found"));
+    EXPECT_EQ(online, (std::vector<bool>{true, false}));
+    EXPECT_FALSE(link_.PortIsOpen());
+    EXPECT_TRUE(line.Requests().empty());
 }
 
 TEST_F(FormUpgradeFirmwareTest, WithAnInvalidFirmwareFileARunningSensorIsLeftAlone) {
