@@ -180,12 +180,10 @@ BootLibrary::Answer BootLibrary::Try(const QByteArray &packet, const Expected &e
 }
 
 BootLibrary::Answer BootLibrary::Listen(int milliseconds, const Expected &expected) {
-    const qsizetype longest = std::max(expected.size, echo_.Longest());
-    BootFrame::Reader reader(longest);
+    Heard heard{.reader = NewReader(expected), .ifNoMoreComes = BootResult::NoAnswer};
     QElapsedTimer waited;
     waited.start();
     qsizetype received = 0;
-    std::int32_t atTheEnd = BootResult::NoAnswer;
     for (;;) {
         const int left = milliseconds - static_cast<int>(waited.elapsed());
         const auto bytes = left > 0 ? line_->Read(left) : QByteArray();
@@ -193,33 +191,44 @@ BootLibrary::Answer BootLibrary::Listen(int milliseconds, const Expected &expect
             return {BootResult::NotOpen, {}};
         }
         if (bytes->isEmpty() || received > mostGarbage) {
-            return {atTheEnd, {}};
+            return {heard.ifNoMoreComes, {}};
         }
         received += bytes->size();
         for (const char byte : *bytes) {
-            const BootFrame::Reader::State state = reader.Take(byte);
-            atTheEnd = BootResult::DamagedAnswer;
-            if (state == BootFrame::Reader::State::Open) {
-                continue;
+            if (std::optional<Answer> answer = Take(byte, heard, expected)) {
+                return *std::move(answer);
             }
-            const bool isWhole = state == BootFrame::Reader::State::Complete;
-            const QByteArray payload = isWhole ? reader.Payload() : QByteArray();
-            if (isWhole && echo_.Takes(payload, expected.Accepts(payload))) {
-                atTheEnd = BootResult::NoAnswer;
-            } else {
-                Answer answer = Judge(state, payload, expected);
-                if (answer.result >= 0) {
-                    echo_.Settle();
-                }
-                // Where a copy is still to come, what isn't an answer is that copy, damaged.
-                if (answer.result >= 0 || !echo_.IsAwaited()) {
-                    return answer;
-                }
-                atTheEnd = answer.result;
-            }
-            reader = BootFrame::Reader(longest);
         }
     }
+}
+
+// Room for an answer, and for what the line may give back before it.
+BootFrame::Reader BootLibrary::NewReader(const Expected &expected) const {
+    return BootFrame::Reader(std::max(expected.size, echo_.Longest()));
+}
+
+std::optional<BootLibrary::Answer> BootLibrary::Take(char byte, Heard &heard, const Expected &expected) {
+    const BootFrame::Reader::State state = heard.reader.Take(byte);
+    heard.ifNoMoreComes = BootResult::DamagedAnswer;
+    if (state == BootFrame::Reader::State::Open) {
+        return std::nullopt;
+    }
+    const bool isWhole = state == BootFrame::Reader::State::Complete;
+    const QByteArray payload = isWhole ? heard.reader.Payload() : QByteArray();
+    const bool isEcho = isWhole && echo_.Takes(payload, expected.Accepts(payload));
+    heard.reader = NewReader(expected);
+    if (isEcho) {
+        heard.ifNoMoreComes = BootResult::NoAnswer;
+        return std::nullopt;
+    }
+    Answer answer = Judge(state, payload, expected);
+    if (answer.result >= 0) {
+        echo_.Settle();
+    } else if (echo_.IsAwaited()) { // It is the echo, damaged, rather than an answer before the echo.
+        heard.ifNoMoreComes = answer.result;
+        return std::nullopt;
+    }
+    return answer;
 }
 
 BootLibrary::Answer BootLibrary::Judge(BootFrame::Reader::State state, const QByteArray &payload,

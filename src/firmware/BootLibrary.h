@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 
 // The negative results of the boot library.
@@ -71,6 +72,11 @@ private:
         }
     };
 
+    struct Heard {
+        BootFrame::Reader reader;
+        std::int32_t ifNoMoreComes; // a BootResult
+    };
+
     bool OpenLine();
     BootLine *LineOf(std::int32_t handle);
     Answer Exchange(std::int32_t handle, const QByteArray &packet, const Expected &expected,
@@ -78,6 +84,9 @@ private:
     bool Send(const QByteArray &packet);
     Answer Try(const QByteArray &packet, const Expected &expected);
     Answer Listen(int milliseconds, const Expected &expected);
+    BootFrame::Reader NewReader(const Expected &expected) const;
+    // How the try ends with that byte, if it does.
+    std::optional<Answer> Take(char byte, Heard &heard, const Expected &expected);
     static Answer Judge(BootFrame::Reader::State state, const QByteArray &payload, const Expected &expected);
     void LetLineFallSilent();
     int LineTimeMs(qsizetype bytes) const;
