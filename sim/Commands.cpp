@@ -57,13 +57,13 @@ const Commands::Command Commands::commands[] = {
     {"set", "N V|auto", "parameter N becomes V; a measurement holds V until auto", &Commands::Set},
     {"get", "N", "prints N and its value", &Commands::Get},
     {"target", "INCHES|auto", "holds the target at a distance, or lets it move", &Commands::Target},
-    {"echo", "on|off|auto", "holds the echo, or lets it follow the target", &Commands::Echo},
     {"mute", "on|off", "hears nothing", &Commands::Mute},
     {"drop", "P", "the probability (0 to 1) that a reply is lost", &Commands::Drop},
     {"corrupt", "P", "the probability (0 to 1) that a reply is damaged", &Commands::Corrupt},
     {"latency", "MS", "waits before every reply", &Commands::Latency},
     {"exception", "CODE", "answers everything with this exception; 0 is off", &Commands::Exception},
     {"pace", "on|off", "bytes take their time on the line", &Commands::Pace},
+    {"echo", "on|off", "the adapter gives back each byte that is sent through it", &Commands::Echo},
     {"baud", "RATE", "2400, 4800, 9600, 19200 or 38400", &Commands::Baud},
     {"parity", "CODE", "N1, N2, E1 or O1", &Commands::Parity},
     {"address", "N", "1 to 247", &Commands::Address},
@@ -189,16 +189,7 @@ QString Commands::Target(const QStringList &arguments) {
 }
 
 QString Commands::Echo(const QStringList &arguments) {
-    if (arguments.at(0) == QLatin1String("auto")) {
-        sensor_.Release(parameter::Echo);
-        return {};
-    }
-    bool echo = false;
-    const QString error = Assign(OnOff(arguments.at(0)), echo, arguments.at(0));
-    if (error.isEmpty()) {
-        sensor_.SetRegister(parameter::Echo, echo ? 1 : 0);
-    }
-    return error;
+    return Assign(OnOff(arguments.at(0)), sensor_.Faults().echo, arguments.at(0));
 }
 
 QString Commands::Unplug(const QStringList &) {

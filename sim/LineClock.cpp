@@ -15,14 +15,14 @@ constexpr qint64 transit = 100'000;
 
 } // namespace
 
-qint64 LineClock::Reserve(qint64 now, qint64 before, qint64 reply) {
+qint64 LineClock::Reserve(qint64 now, qint64 before, qint64 reply, qint64 earliest) {
     qint64 arrival = now;
     if (givenOut_ && now - *givenOut_ <= longestTurnaround) {
         const qint64 late = std::clamp<qint64>(*givenOut_ - free_, 0, mostCaughtUp);
         arrival -= late + std::min(now - *givenOut_, transit);
     }
     givenOut_.reset();
-    const qint64 begin = std::max(arrival, free_) + before;
+    const qint64 begin = std::max(std::max(arrival, free_) + before, earliest);
     free_ = begin + reply;
     return begin;
 }

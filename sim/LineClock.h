@@ -11,8 +11,8 @@ namespace sim {
 class LineClock {
 public:
     // A request came at `now`. The line is busy for `before` (the request itself, a wait) and then for the
-    // reply. Returns when the reply begins.
-    qint64 Reserve(qint64 now, qint64 before, qint64 reply);
+    // reply, which doesn't begin before `earliest`. Returns when the reply begins.
+    qint64 Reserve(qint64 now, qint64 before, qint64 reply, qint64 earliest = 0);
     // The last byte of the last reply was really given out at `now`. A host that goes on at once is as late.
     void GivenOut(qint64 now);
     void Clear();

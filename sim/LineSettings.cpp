@@ -2,6 +2,7 @@
 
 #include <termios.h>
 
+#include <algorithm>
 #include <array>
 
 namespace sim {
@@ -26,6 +27,16 @@ double LineSettings::CharacterMs() const {
 
 double LineSettings::BootCharacterMs() const {
     return 10.0 * 1000.0 / BitsPerSecond();
+}
+
+// Even parity can't be told from none (below): it counts as none.
+double LineSettings::CharacterMsOf(const termios &other) {
+    const auto *speed = std::find(speeds.begin(), speeds.end(), cfgetospeed(&other));
+    if (speed == speeds.end()) {
+        return 0;
+    }
+    const double bits = (other.c_cflag & (CSTOPB | PARODD)) != 0 ? 11.0 : 10.0;
+    return bits * 1000.0 / bitRates.at(static_cast<std::size_t>(speed - speeds.begin()));
 }
 
 bool LineSettings::SameSpeed(const termios &other) const {

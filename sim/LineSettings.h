@@ -21,6 +21,9 @@ struct LineSettings {
     // Of the boot loader, which knows no parity and no second stop bit.
     double BootCharacterMs() const;
 
+    // Of a host with these settings; 0 for a speed that no sensor has.
+    static double CharacterMsOf(const termios &other);
+
     bool SameSpeed(const termios &other) const;
     bool Matches(const termios &other) const;
 };

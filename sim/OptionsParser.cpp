@@ -65,6 +65,7 @@ void AddOptions(QCommandLineParser &parser) {
     add("parity", "N1, N2, E1 or O1.", "code");
     add("addressing", "Parameter N is register N (0) or register N - 1 (1).", "mode");
     parser.addOption({text("pace"), text("Bytes take the time that they would on a wire.")});
+    parser.addOption({text("echo"), text("The adapter gives back each byte that is sent through it.")});
     add("latency", "Waits before every reply.", "ms");
     add("drop", "The probability (0 to 1) that a reply is lost.", "p");
     add("corrupt", "The probability (0 to 1) that a reply is damaged.", "p");
@@ -104,6 +105,7 @@ ParsedOptions ParseOptions(const QStringList &arguments) {
     options.presets = QCoreApplication::applicationDirPath() + QStringLiteral("/Presets.fil");
     options.boot = parser.isSet(QStringLiteral("boot"));
     options.faults.pace = parser.isSet(QStringLiteral("pace"));
+    options.faults.echo = parser.isSet(QStringLiteral("echo"));
     Reader reader(parser);
     reader.Read("link", NotEmpty, options.link);
     reader.Read("presets", NotEmpty, options.presets);

@@ -4,6 +4,7 @@
 #include "sim/Commands.h"
 #include "sim/DeviceMemory.h"
 #include "sim/FrameLog.h"
+#include "sim/LocalEcho.h"
 #include "sim/ModbusSlave.h"
 #include "sim/ParameterTable.h"
 #include "sim/Parameters.h"
@@ -81,6 +82,7 @@ private:
     QString LoadMemory();
     void StartProcessor();
     bool Receive();
+    void GiveBack(QByteArrayView bytes);
     void ReceiveInBootMode(QByteArrayView bytes);
     void Answer(const BootExchange &exchange);
     void Handle(const QByteArray &request);
@@ -95,6 +97,7 @@ private:
     std::mt19937 random;
     FrameLog log;
     RequestAssembler assembler;
+    LocalEcho echo;
     Transmitter transmitter;
     std::unique_ptr<QSocketNotifier> notifier;
     QTimer gap;
@@ -106,8 +109,13 @@ SimulatedSensor::Private::Private(SensorOptions chosen)
       faults(options.faults),
       model(options.seed),
       random(options.seed),
+      echo([this](const QByteArray &bytes) {
+          log.Write(clock.elapsed(), "ec", bytes);
+          terminal.Write(bytes);
+      }),
       transmitter(
           [this](const QByteArray &bytes) {
+              echo.CatchUp();
               log.Write(clock.elapsed(), "tx", bytes);
               terminal.Write(bytes);
           },
@@ -201,6 +209,7 @@ void SimulatedSensor::Private::Unplug() {
     gap.stop();
     assembler.Discard();
     loader.Discard();
+    echo.Clear();
     transmitter.Clear();
     LineIdle();
     terminal.Close();
@@ -227,6 +236,9 @@ bool SimulatedSensor::Private::Receive() {
         return false;
     }
     const QByteArrayView bytes(buffer.data(), count);
+    if (faults.echo) {
+        GiveBack(bytes);
+    }
     if (bootMode) {
         ReceiveInBootMode(bytes);
         return true;
@@ -241,6 +253,13 @@ bool SimulatedSensor::Private::Receive() {
         gap.stop();
     }
     return true;
+}
+
+// At the host's speed, whatever the sensor's is: it is the adapter's work.
+void SimulatedSensor::Private::GiveBack(QByteArrayView bytes) {
+    termios settings{};
+    const bool paced = faults.pace && terminal.Settings(settings);
+    echo.GiveBack(bytes.toByteArray(), paced ? LineSettings::CharacterMsOf(settings) : 0);
 }
 
 void SimulatedSensor::Private::ReceiveInBootMode(QByteArrayView bytes) {
@@ -338,7 +357,8 @@ void SimulatedSensor::Private::Reply(QByteArray reply, qsizetype requestSize, in
     if (!reply.isEmpty()) {
         ++statistics.replies;
     }
-    Transmission transmission{std::move(reply), static_cast<double>(faults.latencyMs + delayMs), 0};
+    Transmission transmission{std::move(reply), static_cast<double>(faults.latencyMs + delayMs), 0,
+                              echo.End()};
     if (faults.pace) {
         // The request has arrived in no time; a wire would have taken its time, and Modbus a silence after
         // it.

@@ -24,7 +24,8 @@ Transmitter::Transmitter(std::function<void(const QByteArray &)> write, std::fun
       timer_([this] { Advance(); }) {}
 
 void Transmitter::Send(Transmission transmission) {
-    if (queue_.empty() && transmission.waitMs <= 0 && transmission.characterMs <= 0) {
+    if (queue_.empty() && transmission.waitMs <= 0 && transmission.characterMs <= 0 &&
+        transmission.earliest <= 0) {
         write_(transmission.bytes);
         sent_();
         return;
@@ -33,7 +34,8 @@ void Transmitter::Send(Transmission transmission) {
     scheduled.bytes = std::move(transmission.bytes);
     scheduled.characterNs = transmission.characterMs * nsPerMs;
     const qint64 length = Ns(static_cast<double>(scheduled.bytes.size()) * scheduled.characterNs);
-    scheduled.begin = clock_.Reserve(PreciseTimer::Now(), Ns(transmission.waitMs * nsPerMs), length);
+    scheduled.begin =
+        clock_.Reserve(PreciseTimer::Now(), Ns(transmission.waitMs * nsPerMs), length, transmission.earliest);
     scheduled.end = scheduled.begin + length;
     queue_.push_back(std::move(scheduled));
     if (queue_.size() == 1) {

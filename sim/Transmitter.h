@@ -15,6 +15,7 @@ struct Transmission {
     QByteArray bytes;
     double waitMs = 0;      // before the first byte
     double characterMs = 0; // time of one byte; 0 sends all at once
+    qint64 earliest = 0;    // not before this time, on the clock of PreciseTimer
 };
 
 // Sends replies one after the other. What needs no time leaves at once, without a timer.
@@ -24,6 +25,10 @@ public:
     Transmitter(std::function<void(const QByteArray &)> write, std::function<void()> sent);
 
     void Send(Transmission transmission);
+    // Writes what is due by now, as the timer does.
+    void Advance();
+    // When the last byte of what was sent so far is out, on the clock of PreciseTimer.
+    qint64 End() const { return queue_.empty() ? 0 : queue_.back().end; }
     void Clear();
 
 private:
@@ -37,8 +42,6 @@ private:
         qsizetype DueAt(qint64 now) const;
         qint64 NextWrite() const;
     };
-
-    void Advance();
 
     std::function<void(const QByteArray &)> write_;
     std::function<void()> sent_;

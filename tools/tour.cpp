@@ -273,6 +273,13 @@ private:
         };
         press("CommandUpgradeFirmware");
         Picture(console, QStringLiteral("upgrade-no-firmware"));
+        press("CommandDisconnect");
+        sensor.Command(QStringLiteral("mute on")); // no loader answers, as with a running sensor
+        const int timeoutMs = std::exchange(boot.Settings().TimeoutMs, 100);
+        press("CommandUpgradeFirmware");
+        Picture(console, QStringLiteral("upgrade-firmware-not-found"));
+        boot.Settings().TimeoutMs = timeoutMs;
+        sensor.Command(QStringLiteral("mute off"));
         WriteFirmware(firmware, 400);
         QString picture = QStringLiteral("upgrade-erasing");
         QObject::connect(&console.Console(), &UpgradeConsole::TransferAdvanced, &console, [&](double done) {

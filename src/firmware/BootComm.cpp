@@ -15,6 +15,7 @@ constexpr std::int32_t triesOfPacket = 3;
 constexpr std::int32_t largestReplyOfErase = 255;
 constexpr std::int32_t triesOfErase = 5;
 using PacketBuffer = std::array<std::uint8_t, 11>;
+constexpr PacketBuffer versionRead{BootCommand::VersionOrReset, 2};
 
 constexpr std::uint32_t runModeAddress = 0x7FFF;
 constexpr std::uint8_t startsApplication = 0;
@@ -32,42 +33,49 @@ std::uint8_t ByteOf(std::int32_t address, int index) {
 bool BootComm::OpenPort() {
     if (settings_.PortHandle <= 0) {
         settings_.PortHandle =
-            library_.OpenPIC(settings_.PortName.toLatin1(), settings_.BitRate, settings_.TimeoutMs);
+            library_->OpenPIC(settings_.PortName.toLatin1(), settings_.BitRate, settings_.TimeoutMs);
     }
     return settings_.PortHandle >= 0;
 }
 
 void BootComm::ClosePort() {
     if (settings_.PortHandle > 0) {
-        library_.ClosePIC(settings_.PortHandle);
+        library_->ClosePIC(settings_.PortHandle);
         settings_.PortHandle = -1;
     }
 }
 
 QString BootComm::ReadBootVersion() {
-    PacketBuffer packet{BootCommand::VersionOrReset, 2};
-    if (library_.SendGetPacket(settings_.PortHandle, packet, 2, largestReply, triesOfPacket) <= 0) {
+    PacketBuffer packet = versionRead;
+    if (library_->SendGetPacket(settings_.PortHandle, packet, 2, largestReply, triesOfPacket) <= 0) {
         return {};
     }
     return QStringLiteral("V%1.%2").arg(packet[3]).arg(packet[2]);
 }
 
+bool BootComm::LoaderAnswers() {
+    PacketBuffer packet = versionRead;
+    const std::int32_t result = library_->SendGetPacket(settings_.PortHandle, packet, 2, largestReply, 1);
+    return result > 0 || result == BootResult::DamagedAnswer || result == BootResult::AnswerTooLong ||
+           result == BootResult::UnexpectedAnswer;
+}
+
 QString BootComm::ResetProcessor() {
     PacketBuffer packet{BootCommand::VersionOrReset, 0};
-    library_.SendGetPacket(settings_.PortHandle, packet, 2, largestReply, triesOfPacket);
+    library_->SendGetPacket(settings_.PortHandle, packet, 2, largestReply, triesOfPacket);
     return {};
 }
 
 std::int16_t BootComm::SetRunMode() {
     const TransferRecord record = NewRecord(BootCommand::WriteEeprom, 1, runModeAddress);
     const std::array buffer{startsApplication};
-    return static_cast<std::int16_t>(library_.WritePIC(settings_.PortHandle, record, buffer));
+    return static_cast<std::int16_t>(library_->WritePIC(settings_.PortHandle, record, buffer));
 }
 
 std::int16_t BootComm::ReadEepromByte(std::int16_t address) {
     const TransferRecord record = NewRecord(BootCommand::ReadEeprom, 1, static_cast<std::uint16_t>(address));
     std::array<std::uint8_t, 1> buffer{};
-    const std::int32_t result = library_.ReadPIC(settings_.PortHandle, record, buffer);
+    const std::int32_t result = library_->ReadPIC(settings_.PortHandle, record, buffer);
     return result < 1 ? std::int16_t{-1} : std::int16_t{buffer[0]};
 }
 
@@ -93,7 +101,7 @@ std::int16_t BootComm::ReadRegion(std::int32_t &start, std::int32_t &end, std::u
             static_cast<std::uint8_t>(std::min<std::int32_t>(settings_.MaxPacketBytes, end - address + 1)),
             static_cast<std::uint32_t>(address / bytesPerAddress));
         record.BlockBytes = record.BytesPerAddress = bytesPerAddress;
-        const std::int32_t result = library_.ReadPIC(settings_.PortHandle, record, buffer);
+        const std::int32_t result = library_->ReadPIC(settings_.PortHandle, record, buffer);
         if (result < 0) {
             file.Close();
             return static_cast<std::int16_t>(result);
@@ -125,7 +133,7 @@ std::int16_t BootComm::EraseRegion(std::int32_t start, std::int32_t end) {
         PacketBuffer packet{BootCommand::EraseProgram, 1, ByteOf(address, 0), ByteOf(address, 1),
                             ByteOf(address, 2)};
         const std::int32_t result =
-            library_.SendGetPacket(settings_.PortHandle, packet, 5, largestReplyOfErase, triesOfErase);
+            library_->SendGetPacket(settings_.PortHandle, packet, 5, largestReplyOfErase, triesOfErase);
         if (result < 0) {
             return static_cast<std::int16_t>(result);
         }
@@ -161,13 +169,13 @@ std::int16_t BootComm::WriteProgramImage(std::uint8_t blockBytes, std::uint8_t b
         for (int index = 0; index < MemoryImageLine::byteCount; ++index) {
             bytes.at(static_cast<std::size_t>(index)) = MemoryImageLine::Byte(line, index);
         }
-        const std::int32_t written = library_.WritePIC(settings_.PortHandle, record, bytes);
+        const std::int32_t written = library_->WritePIC(settings_.PortHandle, record, bytes);
         if (written < 0) {
             errors.Close();
             return static_cast<std::int16_t>(written);
         }
         --record.Command; // reading is the command before writing
-        const std::int32_t verified = library_.VerifyPIC(settings_.PortHandle, record, bytes);
+        const std::int32_t verified = library_->VerifyPIC(settings_.PortHandle, record, bytes);
         if (verified >= 0) {
             result = TransferResult::Finished;
         } else if (verified == BootResult::BytesDiffer) {

@@ -6,6 +6,7 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 // What the loops of BootComm return besides the negative results of the boot library.
 namespace TransferResult {
@@ -28,7 +29,8 @@ struct TransferEvents {
 // and from the memory images. Everything blocks; a loop yields once a round.
 class BootComm {
 public:
-    explicit BootComm(OpenBootLine open) : library_(std::move(open)) {}
+    explicit BootComm(OpenBootLine open) : BootComm(std::make_unique<BootLibrary>(std::move(open))) {}
+    explicit BootComm(std::unique_ptr<BootLibrary> library) : library_(std::move(library)) {}
 
     BootSettings &Settings() { return settings_; }
     void OnTransfer(TransferEvents events) { events_ = std::move(events); }
@@ -40,6 +42,8 @@ public:
 
     // "V", major, ".", minor; empty when no boot loader answers.
     QString ReadBootVersion();
+    // Asks for the version once. Anything that comes back is the loader's, damaged or not.
+    bool LoaderAnswers();
     // Always empty, which means success: a reset has no answer.
     QString ResetProcessor();
     // Tells the boot loader to start the application at the next reset. Exactly 1 is success.
@@ -64,7 +68,7 @@ private:
     bool GoesOn();
     TransferRecord NewRecord(std::uint8_t command, std::uint8_t length, std::uint32_t address) const;
 
-    BootLibrary library_;
+    std::unique_ptr<BootLibrary> library_;
     BootSettings settings_;
     TransferEvents events_;
     int erases_ = 0;

@@ -1,7 +1,5 @@
 #include "firmware/BootLibrary.h"
 
-#include "firmware/BootFrame.h"
-
 #include <QElapsedTimer>
 #include <algorithm>
 
@@ -40,16 +38,19 @@ bool AsksForVersion(const QByteArray &packet) {
 } // namespace
 
 std::int32_t BootLibrary::OpenPIC(const QByteArray &PortName, std::int32_t BitRate, std::int32_t TimeoutMs) {
-    line_.reset();
-    line_ = openLine_(PortName, BitRate);
-    portIsOpen_ = line_ != nullptr;
-    if (!portIsOpen_) {
-        return BootResult::NotOpen;
-    }
     portName_ = PortName;
     bitRate_ = std::max(BitRate, 1);
     timeoutMs_ = TimeoutMs;
-    return ++handle_;
+    portIsOpen_ = OpenLine();
+    return portIsOpen_ ? ++handle_ : BootResult::NotOpen;
+}
+
+// A line that is opened may go through another adapter than before.
+bool BootLibrary::OpenLine() {
+    echo_ = {};
+    line_.reset(); // first: a device can't be opened twice
+    line_ = openLine_(portName_, bitRate_);
+    return line_ != nullptr;
 }
 
 void BootLibrary::ClosePIC(std::int32_t handle) {
@@ -64,7 +65,7 @@ BootLine *BootLibrary::LineOf(std::int32_t handle) {
         return nullptr;
     }
     if (!line_) {
-        line_ = openLine_(portName_, bitRate_);
+        OpenLine();
     }
     return line_.get();
 }
@@ -80,7 +81,7 @@ std::int32_t BootLibrary::SendGetPacket(std::int32_t handle, std::span<std::uint
         if (LineOf(handle) == nullptr) {
             return BootResult::NotOpen;
         }
-        if (!line_->Write(BootFrame::Encode(packet))) {
+        if (!Send(packet)) {
             line_.reset();
             return BootResult::WriteError;
         }
@@ -92,9 +93,9 @@ std::int32_t BootLibrary::SendGetPacket(std::int32_t handle, std::span<std::uint
     if (size > room) {
         return BootResult::AnswerTooLong;
     }
-    const Answer answer = Exchange(
-        handle, packet,
-        {.beginning = AsksForVersion(packet) ? packet : packet.first(1), .least = size, .most = room}, tries);
+    const Answer answer =
+        Exchange(handle, packet,
+                 {.beginning = AsksForVersion(packet) ? packet : packet.first(1), .size = size}, tries);
     std::copy(answer.payload.begin(), answer.payload.end(), buffer.begin());
     return answer.result;
 }
@@ -106,8 +107,7 @@ std::int32_t BootLibrary::ReadPIC(std::int32_t handle, const TransferRecord &rec
     }
     const QByteArray head = HeadOf(record, record.DataLength);
     const qsizetype size = head.size() + record.DataLength;
-    const Answer answer =
-        Exchange(handle, head, {.beginning = head, .least = size, .most = size}, record.Retries);
+    const Answer answer = Exchange(handle, head, {.beginning = head, .size = size}, record.Retries);
     if (answer.result < 0) {
         return answer.result;
     }
@@ -124,7 +124,7 @@ std::int32_t BootLibrary::WritePIC(std::int32_t handle, const TransferRecord &re
         static_cast<std::uint8_t>(record.DataLength / std::max<std::uint8_t>(record.BlockBytes, 1));
     const QByteArray head = HeadOf(record, blocks);
     const Answer answer = Exchange(handle, head + BytesOf(buffer.first(record.DataLength)),
-                                   {.beginning = head.first(1), .least = 1, .most = 1}, record.Retries);
+                                   {.beginning = head.first(1), .size = 1}, record.Retries);
     return answer.result < 0 ? answer.result : record.DataLength;
 }
 
@@ -148,9 +148,8 @@ BootLibrary::Answer BootLibrary::Exchange(std::int32_t handle, const QByteArray 
     if (LineOf(handle) == nullptr) {
         return answer;
     }
-    const QByteArray frame = BootFrame::Encode(packet);
     for (std::int32_t tried = 0; tried == 0 || tried < tries; ++tried) {
-        answer = Try(frame, expected);
+        answer = Try(packet, expected);
         if (answer.result >= 0) {
             if (tried > 0) {
                 LetLineFallSilent();
@@ -166,16 +165,22 @@ BootLibrary::Answer BootLibrary::Exchange(std::int32_t handle, const QByteArray 
     return answer;
 }
 
-BootLibrary::Answer BootLibrary::Try(const QByteArray &frame, const Expected &expected) {
+bool BootLibrary::Send(const QByteArray &packet) {
+    echo_.Sent(packet);
+    return line_->Write(BootFrame::Encode(packet));
+}
+
+BootLibrary::Answer BootLibrary::Try(const QByteArray &packet, const Expected &expected) {
     line_->ClearInput();
-    if (!line_->Write(frame)) {
+    if (!Send(packet)) {
         return {BootResult::WriteError, {}};
     }
-    return Listen(LineTimeMs(frame.size() + BootFrame::LongestOf(expected.least)) + timeoutMs_, expected);
+    const qsizetype onTheLine = BootFrame::Encode(packet).size() + BootFrame::LongestOf(expected.size);
+    return Listen(LineTimeMs(onTheLine) + timeoutMs_, expected);
 }
 
 BootLibrary::Answer BootLibrary::Listen(int milliseconds, const Expected &expected) {
-    BootFrame::Reader reader(expected.most);
+    Heard heard{.reader = NewReader(expected), .ifNoMoreComes = BootResult::NoAnswer};
     QElapsedTimer waited;
     waited.start();
     qsizetype received = 0;
@@ -186,37 +191,68 @@ BootLibrary::Answer BootLibrary::Listen(int milliseconds, const Expected &expect
             return {BootResult::NotOpen, {}};
         }
         if (bytes->isEmpty() || received > mostGarbage) {
-            return {received > 0 ? BootResult::DamagedAnswer : BootResult::NoAnswer, {}};
+            return {heard.ifNoMoreComes, {}};
         }
         received += bytes->size();
         for (const char byte : *bytes) {
-            switch (reader.Take(byte)) {
-            case BootFrame::Reader::State::Open:
-                continue;
-            case BootFrame::Reader::State::Damaged:
-                return {BootResult::DamagedAnswer, {}};
-            case BootFrame::Reader::State::TooLong:
-                return {BootResult::AnswerTooLong, {}};
-            case BootFrame::Reader::State::Complete:
-                break;
+            if (std::optional<Answer> answer = Take(byte, heard, expected)) {
+                return *std::move(answer);
             }
-            QByteArray payload = reader.Payload();
-            if (!payload.startsWith(expected.beginning) || payload.size() < expected.least) {
-                return {BootResult::UnexpectedAnswer, {}};
-            }
-            const auto size = static_cast<std::int32_t>(payload.size());
-            return {size, std::move(payload)};
         }
     }
+}
+
+// Room for an answer, and for what the line may give back before it.
+BootFrame::Reader BootLibrary::NewReader(const Expected &expected) const {
+    return BootFrame::Reader(std::max(expected.size, echo_.Longest()));
+}
+
+std::optional<BootLibrary::Answer> BootLibrary::Take(char byte, Heard &heard, const Expected &expected) {
+    const BootFrame::Reader::State state = heard.reader.Take(byte);
+    heard.ifNoMoreComes = BootResult::DamagedAnswer;
+    if (state == BootFrame::Reader::State::Open) {
+        return std::nullopt;
+    }
+    const bool isWhole = state == BootFrame::Reader::State::Complete;
+    const QByteArray payload = isWhole ? heard.reader.Payload() : QByteArray();
+    const bool isEcho = isWhole && echo_.Takes(payload, expected.Accepts(payload));
+    heard.reader = NewReader(expected);
+    if (isEcho) {
+        heard.ifNoMoreComes = BootResult::NoAnswer;
+        return std::nullopt;
+    }
+    Answer answer = Judge(state, payload, expected);
+    if (answer.result >= 0) {
+        echo_.Settle();
+    } else if (echo_.IsAwaited()) { // It is the echo, damaged, rather than an answer before the echo.
+        heard.ifNoMoreComes = answer.result;
+        return std::nullopt;
+    }
+    return answer;
+}
+
+BootLibrary::Answer BootLibrary::Judge(BootFrame::Reader::State state, const QByteArray &payload,
+                                       const Expected &expected) {
+    if (state == BootFrame::Reader::State::Damaged) {
+        return {BootResult::DamagedAnswer, {}};
+    }
+    if (state == BootFrame::Reader::State::TooLong || payload.size() > expected.size) {
+        return {BootResult::AnswerTooLong, {}};
+    }
+    if (!expected.Accepts(payload)) {
+        return {BootResult::UnexpectedAnswer, {}};
+    }
+    return {static_cast<std::int32_t>(payload.size()), payload};
 }
 
 void BootLibrary::LetLineFallSilent() {
     for (int silence = 0; silence < mostSilences; ++silence) {
         const auto bytes = line_->Read(silenceMs);
         if (!bytes || bytes->isEmpty()) {
-            return;
+            break;
         }
     }
+    echo_.Settle();
 }
 
 int BootLibrary::LineTimeMs(qsizetype bytes) const {

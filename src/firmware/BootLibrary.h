@@ -1,11 +1,14 @@
 #pragma once
 
+#include "firmware/BootEcho.h"
+#include "firmware/BootFrame.h"
 #include "firmware/BootLine.h"
 #include "firmware/TransferRecord.h"
 
 #include <QByteArray>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 
 // The negative results of the boot library.
@@ -22,10 +25,15 @@ inline constexpr std::int32_t BytesDiffer = -12;
 } // namespace BootResult
 
 // Speaks with the sensor's boot loader over a serial line that it owns while it is open. Every call blocks
-// until it is answered, or has been tried as often as it may. What the calls return is negative on failure.
+// until it is answered, or has been tried as often as it may. What the calls return is negative on failure. A
+// line that gives back what is sent makes no difference, except for packets that could be their own answer
+// while it isn't known yet.
 class BootLibrary {
 public:
     explicit BootLibrary(OpenBootLine openLine) : openLine_(std::move(openLine)) {}
+    virtual ~BootLibrary() = default;
+    BootLibrary(const BootLibrary &) = delete;
+    BootLibrary &operator=(const BootLibrary &) = delete;
 
     // The handle of the port, greater than 0, or NotOpen. Each try of a later call waits `TimeoutMs` for its
     // answer, beyond the time that both take on the line. A port that was open is closed. A device that goes
@@ -39,11 +47,12 @@ public:
                                std::int32_t largestReply, std::int32_t tries);
 
     // The bytes read into the buffer, which must hold `DataLength`.
-    std::int32_t ReadPIC(std::int32_t handle, const TransferRecord &record, std::span<std::uint8_t> buffer);
+    virtual std::int32_t ReadPIC(std::int32_t handle, const TransferRecord &record,
+                                 std::span<std::uint8_t> buffer);
 
     // The bytes written: `DataLength` of the buffer.
-    std::int32_t WritePIC(std::int32_t handle, const TransferRecord &record,
-                          std::span<const std::uint8_t> buffer);
+    virtual std::int32_t WritePIC(std::int32_t handle, const TransferRecord &record,
+                                  std::span<const std::uint8_t> buffer);
 
     // Reads with the record's command and compares: BytesDiffer, or the bytes compared.
     std::int32_t VerifyPIC(std::int32_t handle, const TransferRecord &record,
@@ -56,15 +65,29 @@ private:
     };
     struct Expected {
         QByteArray beginning;
-        qsizetype least;
-        qsizetype most;
+        qsizetype size;
+
+        bool Accepts(const QByteArray &payload) const {
+            return payload.startsWith(beginning) && payload.size() == size;
+        }
     };
 
+    struct Heard {
+        BootFrame::Reader reader;
+        std::int32_t ifNoMoreComes; // a BootResult
+    };
+
+    bool OpenLine();
     BootLine *LineOf(std::int32_t handle);
     Answer Exchange(std::int32_t handle, const QByteArray &packet, const Expected &expected,
                     std::int32_t tries);
-    Answer Try(const QByteArray &frame, const Expected &expected);
+    bool Send(const QByteArray &packet);
+    Answer Try(const QByteArray &packet, const Expected &expected);
     Answer Listen(int milliseconds, const Expected &expected);
+    BootFrame::Reader NewReader(const Expected &expected) const;
+    // How the try ends with that byte, if it does.
+    std::optional<Answer> Take(char byte, Heard &heard, const Expected &expected);
+    static Answer Judge(BootFrame::Reader::State state, const QByteArray &payload, const Expected &expected);
     void LetLineFallSilent();
     int LineTimeMs(qsizetype bytes) const;
 
@@ -72,6 +95,7 @@ private:
     bool portIsOpen_ = false;
     std::int32_t handle_ = 0;
     std::unique_ptr<BootLine> line_; // null while the port is open: the device has gone away
+    BootEcho echo_;
     QByteArray portName_;
     std::int32_t bitRate_ = 0;
     std::int32_t timeoutMs_ = 0;

@@ -70,14 +70,22 @@ constexpr qsizetype longestImageLine = MemoryImageLine::textLength + 1;
 constexpr std::size_t workBufferSize = 257;
 constexpr int mostDataBytes = 240; // the lines of more would be counted past a byte
 
+bool IsSameFile(const QString &one, const QString &other) {
+    const QFileInfo first(one);
+    const QFileInfo second(other);
+    return first.exists() && second.exists() ? first == second
+                                             : first.absoluteFilePath() == second.absoluteFilePath();
+}
+
+bool IsImageOf(const Conversion &conversion, const BootSettings &settings, const QString &path) {
+    return std::any_of(conversion.images.begin(), conversion.images.end(),
+                       [&](const Image &image) { return IsSameFile(path, settings.*image.file); });
+}
+
 // The images are read or emptied while the hex file is open.
 void RefuseImage(const BootSettings &settings, const Conversion &conversion, const QString &path) {
-    const QFileInfo hexFile(path);
-    for (const Image &image : conversion.images) {
-        const QFileInfo imageFile(settings.*image.file);
-        if (hexFile.exists() && imageFile.exists() && hexFile == imageFile) {
-            throw Fault::File(path, QStringLiteral("this is a memory image of the program"));
-        }
+    if (IsImageOf(conversion, settings, path)) {
+        throw Fault::File(path, QStringLiteral("this is a memory image of the program"));
     }
 }
 
@@ -296,6 +304,10 @@ std::int16_t HexFileAccess::ImportHexFileOfOtherFamily(const BootSettings &setti
 
 void HexFileAccess::ExportHexFileOfOtherFamily(const BootSettings &settings, const QString &path) {
     Export(settings, otherFamily, path);
+}
+
+bool HexFileAccess::IsMemoryImage(const BootSettings &settings, const QString &path) {
+    return IsImageOf(ConversionFor(settings), settings, path);
 }
 
 std::int16_t HexFileAccess::ImportForDeviceFamily(const BootSettings &settings, const QString &path) {

@@ -33,6 +33,9 @@ void ExportHexFile(const BootSettings &settings, const QString &path);
 std::int16_t ImportHexFileOfOtherFamily(const BootSettings &settings, const QString &path);
 void ExportHexFileOfOtherFamily(const BootSettings &settings, const QString &path);
 
+// True for the path of a memory image, which can't become a hex file: it is what that is made from.
+bool IsMemoryImage(const BootSettings &settings, const QString &path);
+
 // The pair that settings.DeviceFamily selects.
 std::int16_t ImportForDeviceFamily(const BootSettings &settings, const QString &path);
 void ExportForDeviceFamily(const BootSettings &settings, const QString &path);

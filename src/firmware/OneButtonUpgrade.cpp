@@ -7,13 +7,21 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QScopeGuard>
+#include <chrono>
 
 namespace {
 
 constexpr int longestWaitMs = 10000;
 constexpr std::int16_t eepromByteAsked = 1022;
 
-constexpr std::int32_t noCommand = 0;
+constexpr int mostResets = 3;
+constexpr std::chrono::milliseconds restartTime{300}; // after which the loader doesn't answer any more
+
+void TurnEventLoopFor(std::chrono::milliseconds time) {
+    QEventLoop loop;
+    QTimer::singleShot(time, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
+}
 
 } // namespace
 
@@ -49,7 +57,7 @@ void OneButtonUpgrade::Run(const QString &firmwareFile) {
 }
 
 void OneButtonUpgrade::Upgrade(const QString &firmwareFile) {
-    if (!console_.ConnectBootloader() && !EnterBootLoader()) {
+    if (!console_.ConnectBootloader() && !EnterBootLoader(firmwareFile)) {
         return;
     }
     console_.Boot().ReadEepromByte(eepromByteAsked); // whatever comes of it
@@ -73,24 +81,45 @@ void OneButtonUpgrade::Upgrade(const QString &firmwareFile) {
     if (!console_.RunModeCommand()) {
         return;
     }
-    if (console_.Boot().ResetProcessor().isEmpty()) {
-        dialogs_.OwnedMessageBox(QStringLiteral("Firmware has been sucessfully upgraded!"),
-                                 {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                                 ApplicationTitle());
+    if (!Restart()) {
+        console_.SetStatus(QStringLiteral("Reset Processor Failed!"));
+        return;
     }
+    dialogs_.OwnedMessageBox(QStringLiteral("Firmware has been sucessfully upgraded!"),
+                             {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
+}
+
+// A reset has no answer, and may be lost: the loader that still answers tells so.
+bool OneButtonUpgrade::Restart() {
+    for (int reset = 0; reset < mostResets; ++reset) {
+        console_.Boot().ResetProcessor();
+        TurnEventLoopFor(restartTime);
+        if (!console_.Boot().LoaderAnswers()) {
+            return true;
+        }
+    }
+    return false;
 }
 
 // A running sensor restarts into its boot loader when it is told so over Modbus, and the link closes by
-// itself once it has confirmed that.
-bool OneButtonUpgrade::EnterBootLoader() {
+// itself once it has confirmed that. Without a good file it would stay there: nothing is sent to it then.
+bool OneButtonUpgrade::EnterBootLoader(const QString &firmwareFile) {
+    if (console_.PortWasOpened() && !console_.CheckHexFile(firmwareFile)) {
+        return false;
+    }
     console_.SetStatus(QStringLiteral("Placing in boot mode..."));
+    link_.ReadOnConnect(); // an earlier connect may have left the wish to download
     link_.GoOnline(1);
+    // A port that has only now come free. Nothing was sent yet: that takes the event loop.
+    if (!console_.PortWasOpened() && link_.PortIsOpen() && !console_.CheckHexFile(firmwareFile)) {
+        return false;
+    }
     if (!WaitWhile([this] { return !link_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); })) {
         ShowFailure(1);
         return false;
     }
     // Only a change goes to the sensor: what the table holds must not be the command already.
-    zentrova_.ParamValue(ParamDefines::ReinitCommand, noCommand);
+    zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::NoCommand);
     zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader);
     if (!WaitWhile([this] { return link_.Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite); })) {
         ShowFailure(2);
@@ -100,6 +129,9 @@ bool OneButtonUpgrade::EnterBootLoader() {
         ShowFailure(3);
         return false;
     }
+    // Confirmed, so that it must not stay: a file or a download would carry it to the next sensor. Not as the
+    // user's write: that would count as a change of the file.
+    zentrova_.ParamUpdate(ParamDefines::ReinitCommand, ParamDefines::NoCommand);
     if (!console_.ConnectBootloader()) {
         ShowFailure(4);
         return false;

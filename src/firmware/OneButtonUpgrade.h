@@ -29,7 +29,8 @@ Q_SIGNALS:
 
 private:
     void Upgrade(const QString &firmwareFile);
-    bool EnterBootLoader();
+    bool EnterBootLoader(const QString &firmwareFile);
+    bool Restart();
     bool WaitWhile(const std::function<bool()> &condition);
     void ShowFailure(int step);
 

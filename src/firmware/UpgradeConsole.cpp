@@ -76,13 +76,14 @@ void UpgradeConsole::Load(std::int16_t commPort, std::int32_t bitRate, const QSt
     Q_EMIT PanelChanged(Panel::BaudRate, QString::number(settings_.BitRate));
 }
 
-void UpgradeConsole::SetStatus(const QString &word) {
-    Q_EMIT PanelChanged(Panel::Status, word);
+void UpgradeConsole::SetStatus(const QString &word, const QString &toolTip) {
+    Q_EMIT PanelChanged(Panel::Status, word, toolTip);
 }
 
 bool UpgradeConsole::ConnectBootloader() {
     try {
-        if (!bootComm_.OpenPort()) {
+        portWasOpened_ = bootComm_.OpenPort();
+        if (!portWasOpened_) {
             SetStatus(QStringLiteral("Failed to open port..."));
             return false;
         }
@@ -202,15 +203,42 @@ bool UpgradeConsole::OpenHexFile(const QString &path) {
     const auto done = qScopeGuard([this] { Q_EMIT PointerChanged(Qt::ArrowCursor); });
     Q_EMIT RedrawWanted();
     const std::int16_t result = HexFileAccess::ImportForDeviceFamily(settings_, settings_.HexInputPath);
+    ShowImported(result);
+    return result > 0;
+}
+
+void UpgradeConsole::ShowImported(std::int16_t result) {
     SetStatus(result == HexFileAccess::fileNotPadded ? QStringLiteral("HEX file not padded properly...")
               : result > 0                           ? QStringLiteral("HEX file imported...")
                                                      : QStringLiteral("Invalid HEX file..."));
+}
+
+bool UpgradeConsole::CheckHexFile(const QString &path) {
+    if (!FileFunctions::FileExists(path)) {
+        SetStatus(QStringLiteral("Firmware file not found"), path);
+        return false;
+    }
+    std::int16_t result = HexFileAccess::failure;
+    try {
+        result = HexFileAccess::CheckHexFile(path);
+    } catch (const Fault &) { // It can't be opened: no better than an invalid one.
+    }
+    if (result <= 0) {
+        ShowImported(result);
+    }
     return result > 0;
 }
 
 void UpgradeConsole::SaveHexFile() {
     const auto chosen = surroundings_.dialogs.SaveFileDialog(HexFileQuestion("Save HEX File"));
     if (!chosen) {
+        return;
+    }
+    if (HexFileAccess::IsMemoryImage(settings_, *chosen)) {
+        Warn(QStringLiteral("This is one of the program's own memory images. Choose another name for the hex "
+                            "file.\n%1")
+                 .arg(*chosen),
+             ApplicationTitle());
         return;
     }
     settings_.HexOutputPath = *chosen;

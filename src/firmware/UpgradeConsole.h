@@ -32,6 +32,8 @@ public:
     // True when a boot loader answers; the device's commands are then there.
     bool ConnectBootloader();
     void DisconnectBootloader();
+    // Whether the last connect got as far as the open port.
+    bool PortWasOpened() const { return portWasOpened_; }
 
     // Transfers. Fault when an image can't be opened or created.
     void ReadDevice();
@@ -41,6 +43,8 @@ public:
 
     // The hex file at the path, or one that the user is asked for if it is empty, becomes the memory images.
     bool OpenHexFile(const QString &path);
+    // Looks at the hex file and touches nothing. False, with its word, when it is missing or invalid.
+    bool CheckHexFile(const QString &path);
     void SaveHexFile();
     void EraseFiles();
     void ViewFiles();
@@ -49,10 +53,11 @@ public:
     void RunApp();
 
     BootComm &Boot() { return bootComm_; }
-    void SetStatus(const QString &word);
+    // The tool tip is what else there is to say, if anything.
+    void SetStatus(const QString &word, const QString &toolTip = {});
 
 Q_SIGNALS:
-    void PanelChanged(UpgradeConsole::Panel panel, const QString &text);
+    void PanelChanged(UpgradeConsole::Panel panel, const QString &text, const QString &toolTip = {});
     void PointerChanged(Qt::CursorShape shape);
     void ConnectedChanged(bool connected);
     void RedrawWanted();
@@ -70,6 +75,7 @@ private:
     };
 
     bool FindDevice();
+    void ShowImported(std::int16_t result);
     bool ShowOutcome(std::int16_t result, const QString &failed);
     bool ShowInEditor(const QString &fileName);
     void Warn(const QString &text, const QString &title);
@@ -78,4 +84,5 @@ private:
     BootSettings &settings_;
     Surroundings surroundings_;
     Share share_;
+    bool portWasOpened_ = false;
 };

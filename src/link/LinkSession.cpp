@@ -274,7 +274,7 @@ void LinkSession::DownloadTable() {
     zentrova_.WriteAllPending(true);
     DefineDownload();
     for (std::int16_t tag = 1; tag < zentrova_.ParamCount(); ++tag) {
-        DownloadValue(tag, zentrova_.ParamValue(tag));
+        DownloadValue(tag, zentrova_.ValueToDownload(tag));
     }
     StartDownload();
 }

@@ -84,6 +84,8 @@ public:
     // any other value keeps the one that stands.
     ConnectOutcome GoOnline(std::int16_t skipPrompt);
     void GoOffline();
+    // Drops the wish to download that a connect to no sensor left: the next one reads.
+    void ReadOnConnect() { downloadOnConnect_ = false; }
 
     // ParameterLink
     bool PortIsOpen() const override { return mbaxp1_.PortIsOpen(); }

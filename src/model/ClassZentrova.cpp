@@ -3,6 +3,7 @@
 #include "model/Element.h"
 #include "model/Global.h"
 #include "model/InitArray.h"
+#include "model/ParamDefines.h"
 #include "model/SettingsFile.h"
 #include "support/ProgramVersion.h"
 
@@ -60,6 +61,11 @@ std::int32_t ClassZentrova::ParamPreset(std::int16_t Tag) const {
 }
 std::int32_t ClassZentrova::ParamValue(std::int16_t Tag) const {
     return RowOf(Tag).value;
+}
+
+std::int32_t ClassZentrova::ValueToDownload(std::int16_t Tag) const {
+    const bool isCommand = Tag == ParamDefines::SaveCommand || Tag == ParamDefines::ReinitCommand;
+    return isCommand ? ParamDefines::NoCommand : ParamValue(Tag);
 }
 
 void ClassZentrova::ParamValue(std::int16_t Tag, std::int32_t NewValue) {
@@ -174,7 +180,7 @@ std::int16_t ClassZentrova::LoadFile(const QString &fileName) {
         Row &row = RowOf(tag);
         row.value = std::max(std::min(value, row.preset.maximum), row.preset.minimum);
         if (download) {
-            link_->DownloadValue(tag, row.value);
+            link_->DownloadValue(tag, ValueToDownload(tag));
         }
     });
     fileNotes_ = file.Notes();

@@ -51,6 +51,10 @@ public:
     std::int32_t ParamPreset(std::int16_t Tag) const;
     std::int32_t ParamValue(std::int16_t Tag) const;
 
+    // What a download of the table sends for the row: its value, but no command. One that the table or a file
+    // still holds was meant for the sensor of then.
+    std::int32_t ValueToDownload(std::int16_t Tag) const;
+
     // The user's write: ignored for a read-only row and for the value that is there already; sent to the
     // sensor while the port is open, which turns the event loop until the write before it is through.
     // Limits are the caller's business.

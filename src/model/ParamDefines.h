@@ -47,6 +47,7 @@ inline constexpr std::int16_t FirstRawOutput = 81; // raw values of the output s
 inline constexpr std::int16_t LastRawOutput = 90;
 
 // Values with a meaning of their own.
+inline constexpr std::int32_t NoCommand = 0;        // of SaveCommand and ReinitCommand
 inline constexpr std::int32_t StoreSettings = 1;    // of SaveCommand
 inline constexpr std::int32_t FactoryDefaults = 1;  // of ReinitCommand
 inline constexpr std::int32_t EnterBootLoader = 99; // of ReinitCommand

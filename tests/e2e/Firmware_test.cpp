@@ -18,6 +18,8 @@
 #include <QTest>
 #include <QTimer>
 #include <optional>
+#include <tuple>
+#include <vector>
 
 namespace {
 
@@ -89,6 +91,17 @@ protected:
         QFile file(FirmwareFile());
         ASSERT_TRUE(file.open(QFile::WriteOnly));
         file.write(HexRecord(0x800, 1) + ":00000001FF\r\n");
+    }
+    bool RunsItsApplication() {
+        return WaitUntil([this] {
+            return sensor_->Command(QStringLiteral("stats")).contains(QStringLiteral("boot off"));
+        });
+    }
+    void GoOnlineToRead() {
+        WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Read"); });
+        Ui().Choose("Toolbar1(Online)");
+        EXPECT_TRUE(WaitUntil(
+            [this] { return Ui().Text("StatusText") == QStringLiteral("Communication Status:  Online"); }));
     }
     QByteArray Flash() {
         const QString file = Path("flash");
@@ -170,6 +183,152 @@ TEST_F(FirmwareTest, OneButtonTakesARunningSensorToARunningSensor) {
         [this] { return Ui().Text("StatusText") == QStringLiteral("Communication Status:  Online"); }));
 }
 
+TEST_F(FirmwareTest, OneButtonWorksBehindAnAdapterThatGivesBackWhatIsSent) {
+    timeoutMs_ = 1000;
+    StartSensor({QStringLiteral("--echo")});
+    MakeFirmware();
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_EQ(Status(), QStringLiteral("Run mode is set..."));
+    });
+    EXPECT_EQ(Flash(), ApplicationIn(FirmwareFile()));
+    EXPECT_EQ(ContentOf(Path("ERROR.MCP")), QByteArray());
+    EXPECT_TRUE(RunsItsApplication());
+}
+
+TEST_F(FirmwareTest, OneButtonWorksBehindSuchAnAdapterAtTheLinesPace) {
+    for (const char *baud : {"38400", "2400"}) {
+        StartSensor({QStringLiteral("--echo"), QStringLiteral("--pace"), QStringLiteral("--boot"),
+                     QStringLiteral("--baud"), QString::fromLatin1(baud)});
+        MakeSmallFirmware();
+        Start();
+        form_->Link().BaudRate(baud[0] == '3' ? 4 : 0);
+        InConsole([this](FormUpgradeFirmware &console, const Form &ui) {
+            console.Console().Boot().Settings().ProgramEnd = 0x87F;
+            ExpectQuestion();
+            dialogs_.ExpectNotice(QString::fromLatin1(success));
+            ui.Press("CommandUpgradeFirmware");
+        });
+        EXPECT_EQ(Flash().left(0x80), ApplicationIn(FirmwareFile()).left(0x80));
+        EXPECT_TRUE(RunsItsApplication());
+    }
+}
+
+TEST_F(FirmwareTest, ASilentSensorBehindSuchAnAdapterIsNone) {
+    StartSensor({QStringLiteral("--echo"), QStringLiteral("--boot")});
+    sensor_->Command(QStringLiteral("mute on"));
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ui.Press("CommandConnect");
+        EXPECT_EQ(Status(), QStringLiteral("Not connected..."));
+        sensor_->Command(QStringLiteral("mute off"));
+        ui.Press("CommandConnect");
+        EXPECT_EQ(Status(), QStringLiteral("Device found..."));
+        sensor_->Command(QStringLiteral("mute on"));
+        ui.Press("CommandErase");
+        EXPECT_EQ(Status(), QStringLiteral("Failed to write device..."));
+    });
+}
+
+TEST_F(FirmwareTest, WithoutAGoodFirmwareFileARunningSensorGoesOnMeasuring) {
+    for (const char *content : {"", ":1008000000000000000000000000000000000000E7\r\n:00000001FF\r\n"}) {
+        StartSensor();
+        if (*content != '\0') {
+            QFile file(FirmwareFile());
+            ASSERT_TRUE(file.open(QFile::WriteOnly));
+            file.write(content);
+        }
+        const QByteArray before = Flash();
+        Start();
+        bool opened = false;
+        QObject::connect(&form_->Link(), &LinkSession::OnlineChanged, form_.get(),
+                         [&](bool online) { opened = opened || online; });
+        InConsole([this, content](auto &, const Form &ui) {
+            ExpectQuestion();
+            ui.Press("CommandUpgradeFirmware");
+            if (*content != '\0') {
+                EXPECT_EQ(Status(), QStringLiteral("Invalid HEX file..."));
+            } else {
+                EXPECT_EQ(Status(), QStringLiteral("Firmware file not found"));
+                EXPECT_TRUE(ui.template Get<QLabel>("StatusBar1(1)").toolTip().contains(FirmwareFile()));
+            }
+            EXPECT_TRUE(ui.Enabled("CommandUpgradeFirmware"));
+            EXPECT_TRUE(ui.Enabled("CommandClose"));
+        });
+        EXPECT_FALSE(opened);
+        EXPECT_TRUE(RunsItsApplication());
+        EXPECT_TRUE(sensor_->Command(QStringLiteral("stats")).startsWith(QStringLiteral("requests 0 ")));
+        EXPECT_EQ(sensor_->Command(QStringLiteral("mark")), QStringLiteral("mark 0"));
+        EXPECT_EQ(Flash(), before);
+        GoOnlineToRead();
+        form_.reset();
+    }
+}
+
+TEST_F(FirmwareTest, WithoutAFirmwareFileASensorInItsLoaderStaysThereAsItIs) {
+    StartSensor({QStringLiteral("--boot")});
+    const QByteArray before = Flash();
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ExpectQuestion();
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_EQ(Status(), QStringLiteral("Device found..."));
+    });
+    EXPECT_EQ(Flash(), before);
+}
+
+// Going online to write, with nobody there, leaves the wish to download.
+TEST_F(FirmwareTest, NeverDownloadsTheTable) {
+    StartSensor();
+    MakeSmallFirmware();
+    sensor_->Command(QStringLiteral("set 40 7"));
+    sensor_->Command(QStringLiteral("mute on"));
+    Start();
+    WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Write"); });
+    Ui().Choose("Toolbar1(Online)");
+    ASSERT_TRUE(WaitUntil([this] { return form_->Link().PortIsOpen(); }));
+    form_->Link().GoOffline();
+    sensor_->Command(QStringLiteral("mute off"));
+    InConsole([this](auto &, const Form &ui) {
+        QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, console_,
+                         [](std::int16_t transaction) { EXPECT_NE(transaction, LinkTransaction::Download); });
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+    });
+    EXPECT_FALSE(form_->Zentrova().WriteAllPending());
+}
+
+// Only a change goes to the sensor: the command is the one write, unless the table held something before.
+TEST_F(FirmwareTest, SendsTheCommandOnceAndKeepsItNot) {
+    for (const std::int32_t held : {0, 1, 99}) {
+        StartSensor();
+        MakeSmallFirmware();
+        Start();
+        form_->Zentrova().ParamUpdate(ParamDefines::ReinitCommand, held);
+        std::vector<std::int16_t> writes;
+        InConsole([this, &writes](auto &, const Form &ui) {
+            Mbaxp &master = form_->Link().Mbaxp1();
+            QObject::connect(&master, &Mbaxp::TransactionDone, console_, [&](std::int16_t transaction) {
+                if (transaction == LinkTransaction::SingleWrite) {
+                    EXPECT_EQ(master.Tag(), QStringLiteral("3"));
+                    writes.push_back(master.RegisterValue(LinkTransaction::SingleWrite, 0));
+                }
+            });
+            ExpectQuestion();
+            dialogs_.ExpectNotice(QString::fromLatin1(success));
+            ui.Press("CommandUpgradeFirmware");
+        });
+        EXPECT_EQ(writes, held == 0 ? std::vector<std::int16_t>{99} : (std::vector<std::int16_t>{0, 99}))
+            << held;
+        EXPECT_EQ(form_->Zentrova().ParamValue(ParamDefines::ReinitCommand), 0);
+        form_.reset();
+    }
+}
+
 TEST_F(FirmwareTest, ASensorInItsBootLoaderNeedsNoModbus) {
     StartSensor({QStringLiteral("--boot")});
     MakeFirmware();
@@ -218,6 +377,7 @@ TEST_F(FirmwareTest, TheTableMayHoldTheCommandAlready) {
 TEST_F(FirmwareTest, WithoutASensorTheUpgradeEndsAtItsFirstWait) {
     StartSensor();
     sensor_->Command(QStringLiteral("mute on"));
+    MakeSmallFirmware();
     Start();
     InConsole([this](auto &, const Form &ui) {
         ExpectQuestion();
@@ -232,6 +392,7 @@ TEST_F(FirmwareTest, WithoutASensorTheUpgradeEndsAtItsFirstWait) {
 
 TEST_F(FirmwareTest, AWriteThatTakesTooLongEndsItAtTheSecond) {
     StartSensor();
+    MakeSmallFirmware();
     Start();
     InConsole([this](auto &, const Form &ui) {
         ExpectQuestion();
@@ -245,6 +406,7 @@ TEST_F(FirmwareTest, AWriteThatTakesTooLongEndsItAtTheSecond) {
 
 TEST_F(FirmwareTest, AWriteThatIsNotConfirmedEndsItAtTheThird) {
     StartSensor();
+    MakeSmallFirmware();
     Start();
     InConsole([this](auto &, const Form &ui) {
         ExpectQuestion();
@@ -274,6 +436,7 @@ TEST_F(FirmwareTest, ACommandThatIsReadOnlyIsNeverSentAndEndsItAtTheThird) {
                                                                "ORDER BY rowid LIMIT 1 OFFSET 3)")}),
         0);
     StartSensor();
+    MakeSmallFirmware();
     Start();
     ASSERT_TRUE(form_->Zentrova().ParamReadOnly(ParamDefines::ReinitCommand));
     InConsole([this](auto &, const Form &ui) {
@@ -349,6 +512,7 @@ TEST_F(FirmwareTest, RepliesThatAreLostWhileItGoesOnlineAreAskedForAgain) {
 
 TEST_F(FirmwareTest, ALoaderThatDoesntAnswerEndsItAtTheFourth) {
     StartSensor();
+    MakeSmallFirmware();
     for (int exchange = 1; exchange <= 3; ++exchange) {
         sensor_->Command(QStringLiteral("bootfault %1 deaf").arg(exchange));
     }
@@ -393,12 +557,8 @@ TEST_F(FirmwareTest, RunAppStartsTheApplication) {
         ui.Press("CommandRunApp");
         EXPECT_EQ(Status(), QStringLiteral("Not connected..."));
     });
-    EXPECT_TRUE(WaitUntil(
-        [this] { return sensor_->Command(QStringLiteral("stats")).contains(QStringLiteral("boot off")); }));
-    WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Read"); });
-    Ui().Choose("Toolbar1(Online)");
-    EXPECT_TRUE(WaitUntil(
-        [this] { return Ui().Text("StatusText") == QStringLiteral("Communication Status:  Online"); }));
+    EXPECT_TRUE(RunsItsApplication());
+    GoOnlineToRead();
 }
 
 namespace {
@@ -489,7 +649,8 @@ protected:
         } else {
             EXPECT_NE(Status(), QStringLiteral("Run mode is set..."));
         }
-        if (SaysSuccess() && !RunsItsLoader()) {
+        if (SaysSuccess()) {
+            EXPECT_FALSE(RunsItsLoader());
             return; // a further try made good for it
         }
         sensor_.Command(QStringLiteral("plug"));
@@ -528,15 +689,51 @@ TEST_F(FaultyUpgradeTest, WithoutAFaultHasThatManyExchanges) {
         << sensor_.Command(QStringLiteral("stats")).toStdString();
 }
 
-class FaultAtEachExchangeTest : public FaultyUpgradeTest, public testing::WithParamInterface<const char *> {};
+TEST_F(FaultyUpgradeTest, SendsALostResetAgain) {
+    link_.SetMbaxp1CommProperties(1, 4, 1, 0);
+    EnterLoader();
+    OpenConsole();
+    sensor_.Command(QStringLiteral("bootfault %1 deaf").arg(exchanges));
+    sensor_.Command(QStringLiteral("bootfault %1 deaf").arg(exchanges + 2));
+    Upgrade();
+    EXPECT_TRUE(SaysSuccess());
+    EXPECT_FALSE(RunsItsLoader());
+    EXPECT_EQ(Flash(), expected_);
+}
+
+TEST_F(FaultyUpgradeTest, ClaimsNoSuccessWhereEachResetIsLost) {
+    link_.SetMbaxp1CommProperties(1, 4, 1, 0);
+    EnterLoader();
+    OpenConsole();
+    for (int reset = 0; reset < 3; ++reset) { // a question comes behind each
+        sensor_.Command(QStringLiteral("bootfault %1 deaf").arg(exchanges + 2 * reset));
+    }
+    Upgrade();
+    EXPECT_TRUE(dialogs_.told.isEmpty());
+    EXPECT_EQ(Status(), QStringLiteral("Reset Processor Failed!"));
+    EXPECT_TRUE(RunsItsLoader());
+    Upgrade();
+    EXPECT_TRUE(SaysSuccess());
+    EXPECT_FALSE(RunsItsLoader());
+}
+
+// On a line of its own, and behind an adapter that gives back what is sent.
+class FaultAtEachExchangeTest : public FaultyUpgradeTest,
+                                public testing::WithParamInterface<std::tuple<const char *, const char *>> {};
 
 TEST_P(FaultAtEachExchangeTest, EndsWellOrIsMendedByASecondClick) {
+    const auto [fault, line] = GetParam();
     link_.SetMbaxp1CommProperties(1, 4, 1, 0);
+    sensor_.Command(QString::fromLatin1(line));
     for (int exchange = 1; exchange <= exchanges; ++exchange) {
-        TryFault(exchange, GetParam());
+        TryFault(exchange, fault);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, FaultAtEachExchangeTest,
-                         testing::Values("drop", "deaf", "corrupt", "cut", "delay 60", "delay 150",
-                                         "unplug"));
+                         testing::Combine(testing::Values("drop", "deaf", "corrupt", "cut", "delay 60",
+                                                          "delay 150", "unplug"),
+                                          testing::Values("echo off")));
+INSTANTIATE_TEST_SUITE_P(KindsWithEcho, FaultAtEachExchangeTest,
+                         testing::Combine(testing::Values("drop", "deaf", "corrupt", "cut", "delay 150"),
+                                          testing::Values("echo on")));

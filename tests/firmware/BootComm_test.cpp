@@ -138,6 +138,69 @@ TEST_F(BootCommTest, NoVersionIsAnEmptyText) {
     EXPECT_EQ(loader_.packets.size(), 3u);
 }
 
+TEST_F(BootCommTest, AsksOnceWhetherALoaderStillAnswers) {
+    EXPECT_TRUE(comm_.LoaderAnswers());
+    EXPECT_EQ(loader_.packets, std::vector<QByteArray>{Bytes("00 02")});
+    loader_.instead = [](auto &, auto &) { return Bytes("00"); };
+    EXPECT_TRUE(comm_.LoaderAnswers());
+    loader_.instead = {};
+    loader_.answers = false;
+    EXPECT_FALSE(comm_.LoaderAnswers());
+    EXPECT_EQ(loader_.packets.size(), 3u);
+    comm_.ClosePort();
+    EXPECT_FALSE(comm_.LoaderAnswers());
+}
+
+namespace {
+
+// Moves nothing and reports no error.
+class IdleLibrary : public BootLibrary {
+public:
+    using BootLibrary::BootLibrary;
+    std::int32_t ReadPIC(std::int32_t, const TransferRecord &, std::span<std::uint8_t>) override {
+        ++reads;
+        return 0;
+    }
+    std::int32_t WritePIC(std::int32_t, const TransferRecord &, std::span<const std::uint8_t>) override {
+        return 0;
+    }
+    int reads = 0;
+};
+
+} // namespace
+
+TEST_F(BootCommTest, NothingMovedIsNeitherAByteNorARunMode) {
+    auto library = std::make_unique<IdleLibrary>(loader_.Opener());
+    IdleLibrary &idle = *library;
+    BootComm comm(std::move(library));
+    ASSERT_TRUE(comm.OpenPort());
+    EXPECT_EQ(comm.SetRunMode(), 0);
+    EXPECT_EQ(comm.ReadEepromByte(1022), -1);
+    EXPECT_EQ(idle.reads, 1);
+}
+
+TEST_F(BootCommTest, AReadThatMovesNothingGoesOnAtItsAddressUntilItIsAborted) {
+    auto library = std::make_unique<IdleLibrary>(loader_.Opener());
+    IdleLibrary &idle = *library;
+    BootComm comm(std::move(library));
+    QStringList words;
+    comm.OnTransfer({.yield =
+                         [&] {
+                             if (idle.reads == 5) {
+                                 comm.Settings().ContinueFlag = 0;
+                             }
+                         },
+                     .status = [&](const QString &word) { words.append(word); },
+                     .progress = [](double) {}});
+    std::int32_t start = 0x800;
+    std::int32_t end = 0x8FF;
+    EXPECT_EQ(comm.ReadRegion(start, end, 1, BootCommand::ReadProgram, Path("PROGMEM.MCP")),
+              TransferResult::Aborted);
+    EXPECT_EQ(idle.reads, 5);
+    EXPECT_EQ(words, QStringList(5, QStringLiteral("Reading: 2048")));
+    EXPECT_EQ(ContentOf(Path("PROGMEM.MCP")), QByteArray());
+}
+
 TEST_F(BootCommTest, AResetAlwaysSucceeds) {
     EXPECT_EQ(comm_.ResetProcessor(), QString());
     EXPECT_EQ(loader_.packets, std::vector<QByteArray>{Bytes("00 00")});

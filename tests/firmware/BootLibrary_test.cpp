@@ -5,6 +5,7 @@
 
 #include <array>
 #include <deque>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
@@ -25,6 +26,9 @@ public:
         bool gone = false;
         QByteArray early;   // what has come before a frame is sent
         QByteArray babbles; // what comes again and again
+        // What the adapter gives back of a frame, before the answer.
+        std::function<QByteArray(const QByteArray &)> echo = [](auto &) { return QByteArray(); };
+        qsizetype piece = 1000; // the most bytes that come at once
     };
     explicit FakeLine(Far &far) : far_(far) {}
 
@@ -37,8 +41,9 @@ public:
             return false;
         }
         far_.sent.push_back(bytes);
+        input_ = far_.echo(bytes);
         if (!far_.answers.empty()) {
-            input_ = far_.answers.front();
+            input_ += far_.answers.front();
             far_.answers.pop_front();
         }
         return true;
@@ -53,7 +58,9 @@ public:
         } else {
             far_.waits.push_back(milliseconds);
         }
-        return far_.early + std::exchange(input_, {}) + far_.babbles;
+        const QByteArray piece = input_.left(far_.piece);
+        input_.remove(0, piece.size());
+        return far_.early + piece + far_.babbles;
     }
 
 private:
@@ -266,6 +273,18 @@ TEST_F(BootLibraryTest, RefusesWhatABufferDoesntHold) {
     EXPECT_TRUE(far_.sent.empty());
 }
 
+TEST_F(BootLibraryTest, TakesAnAnswerThatJustFits) {
+    Open();
+    Answer("00 02 05 01");
+    EXPECT_EQ(SendVersionRead(1, 4), 4);
+    packet_ = {3, 1, 0x40, 0x08, 0x00};
+    Answer("03");
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 5, 1, 1), 1);
+    std::array<std::uint8_t, 16> whole{};
+    far_.answers.push_back(BootFrame::Encode(Bytes("01 10 04 05 0F") + QByteArray(16, 'x')));
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, whole), 16);
+}
+
 TEST_F(BootLibraryTest, ReadsWithTheCountOfBytesAndTheAddressInThreeBytes) {
     Open();
     const QByteArray data = Bytes("04 05 0F 00 11 22 33 44 55 66 77 88 99 AA BB FF");
@@ -326,6 +345,233 @@ TEST_F(BootLibraryTest, VerifiesByReadingWithTheRecordsCommandWhateverItsBlocks)
     EXPECT_EQ(far_.sent.size(), 2u); // a difference isn't tried again
     record_.Retries = 1;
     EXPECT_EQ(library_.VerifyPIC(handle_, record_, buffer_), BootResult::NoAnswer);
+}
+
+namespace {
+
+QByteArray Copy(const QByteArray &frame) {
+    return frame;
+}
+
+} // namespace
+
+// A line that gives back what is sent, as an adapter for two wires may.
+class BootLibraryEchoTest : public BootLibraryTest {
+protected:
+    BootLibraryEchoTest() {
+        far_.echo = Copy;
+        Open();
+        buffer_.fill(0x5A);
+    }
+    // Has the library see that the line gives back.
+    void ShowEcho() {
+        Answer("00 02 05 01");
+        ASSERT_EQ(SendVersionRead(1), 4);
+        far_.sent.clear();
+    }
+    std::int32_t Write(std::uint16_t tries = 3) {
+        TransferRecord write = record_;
+        write.Command = BootCommand::WriteProgram;
+        write.BlockBytes = 8;
+        write.Retries = tries;
+        return library_.WritePIC(handle_, write, buffer_);
+    }
+    void AnswerRead() {
+        far_.answers.push_back(BootFrame::Encode(Bytes("01 10 04 05 0F") + QByteArray(16, 0x5A)));
+    }
+    std::int32_t Verify(std::uint16_t tries = 3) {
+        record_.Retries = tries;
+        return library_.VerifyPIC(handle_, record_, buffer_);
+    }
+    // One try each, with its answer behind the echo.
+    void ExpectAllWork() {
+        ShowEcho();
+        Answer("03");
+        EXPECT_EQ(SendErase(), 1);
+        Answer("02");
+        EXPECT_EQ(Write(), 16);
+        AnswerRead();
+        EXPECT_EQ(Verify(), 16);
+        EXPECT_EQ(far_.sent.size(), 3u);
+        EXPECT_EQ(far_.silences, 0);
+    }
+};
+
+TEST_F(BootLibraryEchoTest, FindsTheAnswerBehindTheEcho) {
+    ExpectAllWork();
+}
+
+TEST_F(BootLibraryEchoTest, FindsItInWhateverPiecesBothCome) {
+    for (const qsizetype piece : {1, 2, 3, 5, 7, 8, 11}) {
+        Open();
+        far_.piece = piece;
+        ExpectAllWork();
+    }
+}
+
+TEST_F(BootLibraryEchoTest, TakesNoEchoForAnAnswer) {
+    EXPECT_EQ(SendVersionRead(3), BootResult::NoAnswer);
+    EXPECT_EQ(far_.sent.size(), 3u);
+    EXPECT_EQ(SendErase(), BootResult::NoAnswer);
+    EXPECT_EQ(Write(), BootResult::NoAnswer);
+    EXPECT_EQ(Verify(), BootResult::NoAnswer);
+    record_.Command = BootCommand::WriteEeprom;
+    record_.DataLength = 1;
+    EXPECT_EQ(library_.WritePIC(handle_, record_, buffer_), BootResult::NoAnswer);
+}
+
+TEST_F(BootLibraryEchoTest, SeesItAtAnyFirstExchange) {
+    Answer("02");
+    EXPECT_EQ(Write(), 16);
+    Open();
+    AnswerRead();
+    EXPECT_EQ(Verify(), 16);
+    Open();
+    Answer("03");
+    EXPECT_EQ(SendErase(), 1);
+    EXPECT_EQ(far_.sent.size(), 3u);
+}
+
+// An answer may be what was sent: only the second copy can be it.
+TEST_F(BootLibraryEchoTest, TakesOutOneCopyAndNoMore) {
+    ShowEcho();
+    packet_ = {3};
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 1, 10, 2), BootResult::NoAnswer);
+    Answer("03");
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 1, 10, 1), 1);
+    record_.DataLength = 0;
+    record_.Retries = 1;
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), BootResult::NoAnswer);
+    Answer("01 00 04 05 0F");
+    EXPECT_EQ(library_.ReadPIC(handle_, record_, buffer_), 0);
+}
+
+TEST_F(BootLibraryEchoTest, TakesAnAnswerThatIsThePacketWhereNoLineGivesBack) {
+    far_.echo = [](auto &) { return QByteArray(); };
+    packet_ = {3};
+    Answer("03");
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 1, 10, 1), 1);
+}
+
+TEST_F(BootLibraryEchoTest, ForgetsItWithThePort) {
+    for (const bool goesAway : {false, true}) {
+        far_.echo = Copy;
+        Open();
+        ShowEcho();
+        far_.echo = [](auto &) { return QByteArray(); };
+        far_.gone = goesAway;
+        if (goesAway) {
+            EXPECT_EQ(SendVersionRead(1), BootResult::NotOpen);
+            far_.gone = false;
+        } else {
+            library_.ClosePIC(handle_);
+            Open();
+        }
+        packet_ = {3};
+        Answer("03");
+        EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 1, 10, 1), 1);
+    }
+}
+
+TEST_F(BootLibraryEchoTest, AnAnswerWhoseEchoIsLostCounts) {
+    ShowEcho();
+    int sent = 0;
+    far_.echo = [&sent](const QByteArray &frame) { return ++sent == 1 ? QByteArray() : frame; };
+    Answer("02");
+    EXPECT_EQ(Write(1), 16);
+    AnswerRead();
+    EXPECT_EQ(Verify(1), 16);
+    packet_ = {3};
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 1, 10, 1), BootResult::NoAnswer);
+}
+
+TEST_F(BootLibraryEchoTest, ADamagedAnswerBehindALostEchoIsAskedForAgain) {
+    ShowEcho();
+    far_.echo = [](auto &) { return QByteArray(); };
+    far_.answers = {Bytes("0F 0F 02 FD 04")};
+    EXPECT_EQ(Write(1), BootResult::DamagedAnswer);
+    far_.answers = {Bytes("0F 0F 02 FD 04")};
+    Answer("02");
+    EXPECT_EQ(Write(2), 16);
+}
+
+// Whichever bit it is, the answer is found, if not at once then by the next try; and none is made up.
+TEST_F(BootLibraryEchoTest, ADamagedEchoIsNoAnswerAndHidesNoneForLong) {
+    ShowEcho();
+    const qsizetype bits = BootFrame::Encode(Bytes("02 02 04 05 0F") + QByteArray(16, 0x5A)).size() * 8;
+    for (qsizetype bit = 0; bit < bits; ++bit) {
+        int sent = 0;
+        far_.echo = [&sent, bit](QByteArray frame) {
+            if (++sent == 1) {
+                const qsizetype spoilt = bit % (frame.size() * 8);
+                frame[spoilt / 8] = static_cast<char>(frame.at(spoilt / 8) ^ (1 << spoilt % 8));
+            }
+            return frame;
+        };
+        far_.answers.clear();
+        EXPECT_LT(Write(1), 0) << bit;
+        sent = 0;
+        EXPECT_LT(Verify(1), 0) << bit;
+        sent = 0;
+        Answer("02");
+        Answer("02");
+        EXPECT_EQ(Write(2), 16) << bit;
+        far_.answers.clear();
+        sent = 0;
+        AnswerRead();
+        AnswerRead();
+        EXPECT_EQ(Verify(2), 16) << bit;
+    }
+}
+
+TEST_F(BootLibraryEchoTest, MostDamagedEchoesCostNoTry) {
+    ShowEcho();
+    far_.echo = [](QByteArray frame) {
+        frame[8] = static_cast<char>(frame.at(8) ^ 1);
+        return frame;
+    };
+    Answer("02");
+    EXPECT_EQ(Write(1), 16);
+    far_.echo = [](const QByteArray &frame) { return frame.chopped(1); }; // without its end mark
+    Answer("02");
+    EXPECT_EQ(Write(1), 16);
+    far_.echo = [](const QByteArray &frame) { return Bytes("FF 0F 55") + frame; };
+    Answer("02");
+    EXPECT_EQ(Write(1), 16);
+}
+
+TEST_F(BootLibraryEchoTest, TheFirstEchoMayBeDamaged) {
+    int sent = 0;
+    far_.echo = [&sent](QByteArray frame) {
+        if (++sent == 1) {
+            frame[3] = static_cast<char>(frame.at(3) ^ 8);
+        }
+        return frame;
+    };
+    Answer("00 02 05 01");
+    Answer("00 02 05 01");
+    EXPECT_EQ(SendVersionRead(2), 4);
+}
+
+TEST_F(BootLibraryEchoTest, TheEchoOfAResetMayComeBehindTheNextPacket) {
+    packet_ = {0, 0};
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 2, 10, 3), 0);
+    far_.echo = [](const QByteArray &frame) { return BootFrame::Encode(Bytes("00 00")) + frame; };
+    Answer("00 02 05 01");
+    EXPECT_EQ(SendVersionRead(1), 4);
+    EXPECT_EQ(far_.sent.size(), 2u);
+}
+
+TEST_F(BootLibraryEchoTest, TellsADamagedOrForeignAnswerBehindTheEcho) {
+    ShowEcho();
+    far_.answers = {Bytes("0F 0F 02 FD 04")};
+    EXPECT_EQ(Write(1), BootResult::DamagedAnswer);
+    Answer("03");
+    EXPECT_EQ(Write(1), BootResult::UnexpectedAnswer);
+    Answer("02 02");
+    EXPECT_EQ(Write(1), BootResult::AnswerTooLong);
+    far_.answers = {Bytes("0F 0F 02")};
+    EXPECT_EQ(Write(1), BootResult::DamagedAnswer);
 }
 
 TEST(TransferRecordTest, HasItsFieldsInTheirPlaces) {

@@ -27,6 +27,8 @@ public:
     std::vector<QByteArray> packets; // every try
     bool opens = true;
     bool answers = true;
+    bool restarted = false; // into the application, which answers nothing
+    int resetsToLose = 0;
     bool closed = false;
     int longestWaitMs = 0;                         // for an answer
     std::map<std::uint32_t, std::uint8_t> program; // what isn't there reads as 0xFF
@@ -35,6 +37,8 @@ public:
     std::function<QByteArray(const QByteArray &packet, const QByteArray &usual)> instead;
 
 private:
+    static constexpr std::uint32_t runModeMark = 0x7FFF;
+
     class Line : public BootLine {
     public:
         explicit Line(FakeLoader &loader) : loader_(loader) { loader_.closed = false; }
@@ -50,7 +54,8 @@ private:
             }
             const QByteArray packet = reader.Payload();
             loader_.packets.push_back(packet);
-            QByteArray answer = loader_.answers ? loader_.AnswerTo(packet) : QByteArray();
+            QByteArray answer =
+                loader_.answers && !loader_.restarted ? loader_.AnswerTo(packet) : QByteArray();
             if (loader_.instead) {
                 answer = loader_.instead(packet, answer);
             }
@@ -71,6 +76,11 @@ private:
         const auto at = [&packet](qsizetype index) {
             return static_cast<std::uint32_t>(static_cast<std::uint8_t>(packet.at(index)));
         };
+        if (packet == QByteArray(2, '\0')) {
+            const auto mark = eeprom.find(runModeMark);
+            restarted = --resetsToLose < 0 && mark != eeprom.end() && mark->second == 0;
+            return {};
+        }
         if (packet.at(0) == BootCommand::VersionOrReset) {
             return packet.at(1) == 2 ? packet + QByteArray("\x05\x01", 2) : QByteArray();
         }

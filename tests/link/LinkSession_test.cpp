@@ -600,6 +600,21 @@ TEST_F(LinkSessionTest, WritesTheWholeTableOnAWriteConnect) {
     EXPECT_EQ(session_.AddressingMode(), 1);
 }
 
+TEST_F(LinkSessionTest, DownloadsNoCommandThatTheTableHolds) {
+    choice_ = ConnectChoice::Write;
+    zentrova_.ParamUpdate(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+    zentrova_.ParamUpdate(ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader);
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    session_.GoOnline(0);
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 2; }));
+    const QByteArray &download = line_.Requests()[1];
+    EXPECT_EQ(download.mid(7, 2), Hex("00 00"));
+    EXPECT_EQ(download.mid(11, 2), Hex("00 00"));
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::SaveCommand), ParamDefines::StoreSettings);
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::ReinitCommand), ParamDefines::EnterBootLoader);
+    session_.GoOffline();
+}
+
 TEST_F(LinkSessionTest, WritesFromAddress1InAddressingMode0) {
     choice_ = ConnectChoice::Write;
     line_.Answer(WithCrc("01 03 02 55 55"));
@@ -754,6 +769,19 @@ TEST_F(LinkSessionTest, ADownloadToAnAddressThatNoSensorHasFailsLikeAnyOther) {
     EXPECT_TRUE(zentrova_.WriteAllPending()); // the outcome comes later
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
     EXPECT_FALSE(zentrova_.WriteAllPending()); // or no poll would be taken any more
+}
+
+TEST_F(LinkSessionTest, DropsTheWishToDownloadWhereItIsToldTo) {
+    choice_ = ConnectChoice::Write;
+    line_.AnswerNothing();
+    session_.GoOnline(0);
+    session_.GoOffline();
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    session_.ReadOnConnect();
+    session_.GoOnline(1);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
+    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(4));
+    session_.GoOffline();
 }
 
 TEST_F(LinkSessionTest, KeepsTheDirectionForAConnectWithoutAQuestion) {

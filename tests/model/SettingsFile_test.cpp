@@ -453,6 +453,18 @@ TEST_F(SettingsFileOnlineTest, DownloadsEveryRow) {
     EXPECT_FALSE(zentrova_.ParamWritePending(28));
 }
 
+// A command that the file still holds was meant for the sensor of then.
+TEST_F(SettingsFileOnlineTest, DownloadsNoCommand) {
+    Change("UPDATE Settings SET Value = 1 WHERE Tag = 1; UPDATE Settings SET Value = 99 WHERE Tag = 3");
+    EXPECT_EQ(Open(), FileOpened::Whole);
+    EXPECT_EQ(link_.downloaded.at(0), std::make_pair(1, 0));
+    EXPECT_EQ(link_.downloaded.at(2), std::make_pair(3, 0));
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::SaveCommand), 1); // the table takes the file as it is
+    EXPECT_NE(zentrova_.ParamValue(ParamDefines::ReinitCommand), 0);
+    EXPECT_FALSE(zentrova_.SaveFile(Path()));
+    EXPECT_EQ(Sqlite("SELECT Value FROM Settings WHERE Tag = 1"), QStringLiteral("1"));
+}
+
 TEST_F(SettingsFileOnlineTest, GivesValuesForNoMoreRowsThanTheFileHolds) {
     Change("UPDATE Settings SET Value = 28 WHERE rowid = 13");
     EXPECT_EQ(Open(), FileOpened::Whole);

@@ -51,37 +51,41 @@ TEST_F(SimCommands, HoldAndReleaseMeasurements) {
     EXPECT_EQ(Run("get 18"), "18 1");
 }
 
-TEST_F(SimCommands, SwitchTheEcho) {
+TEST_F(SimCommands, SwitchTheEchoOfTheTarget) {
     EXPECT_EQ(Run("target 50"), "");
     EXPECT_EQ(Run("get 38"), "38 1");
-    EXPECT_EQ(Run("echo off"), "");
+    EXPECT_EQ(Run("set 38 0"), "");
     EXPECT_EQ(Run("get 38"), "38 0");
     EXPECT_EQ(Run("target 1"), "");
-    EXPECT_EQ(Run("echo on"), "");
+    EXPECT_EQ(Run("set 38 1"), "");
     EXPECT_EQ(Run("get 38"), "38 1");
-    EXPECT_EQ(Run("echo auto"), "");
+    EXPECT_EQ(Run("set 38 auto"), "");
     EXPECT_EQ(Run("get 38"), "38 0");
 }
 
 TEST_F(SimCommands, ChangeTheFaultsOfTheLine) {
     for (const char *command :
-         {"mute on", "pace on", "drop 0.5", "corrupt 0.25", "latency 30", "exception 4"}) {
+         {"mute on", "pace on", "echo on", "drop 0.5", "corrupt 0.25", "latency 30", "exception 4"}) {
         EXPECT_EQ(Run(command), "");
     }
     const LineFaults &faults = sensor_->Faults();
     EXPECT_TRUE(faults.mute);
     EXPECT_TRUE(faults.pace);
+    EXPECT_TRUE(faults.echo);
     EXPECT_EQ(faults.drop, 0.5);
     EXPECT_EQ(faults.corrupt, 0.25);
     EXPECT_EQ(faults.latencyMs, 30);
     EXPECT_EQ(faults.exception, 4);
     for (const char *command : {"mute x", "pace 1", "drop 2", "corrupt -1", "latency x", "exception 256",
-                                "echo maybe", "target far"}) {
+                                "echo auto", "target far"}) {
         EXPECT_TRUE(sensor_->Execute(command).startsWith("error: bad value ")) << command;
     }
     EXPECT_TRUE(faults.mute);
+    EXPECT_TRUE(faults.echo);
     EXPECT_EQ(faults.drop, 0.5);
     EXPECT_EQ(faults.latencyMs, 30);
+    EXPECT_EQ(Run("echo off"), "");
+    EXPECT_FALSE(faults.echo);
 }
 
 TEST_F(SimCommands, ChangeTheLine) {

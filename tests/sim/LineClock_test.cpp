@@ -12,6 +12,12 @@ TEST(SimLineClock, PutsTheRequestBeforeTheReply) {
     EXPECT_EQ(clock.Reserve(1000, 60, 140), 1060);
 }
 
+TEST(SimLineClock, LetsNoReplyBeginTooEarly) {
+    LineClock clock;
+    EXPECT_EQ(clock.Reserve(1000, 60, 140, 1100), 1100);
+    EXPECT_EQ(clock.Reserve(1010, 60, 140, 1100), 1300);
+}
+
 TEST(SimLineClock, QueuesWhatComesWhileTheLineIsBusy) {
     LineClock clock;
     clock.Reserve(1000, 60, 140);

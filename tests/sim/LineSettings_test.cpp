@@ -55,6 +55,13 @@ TEST(SimLineSettings, GiveTheLoaderCharactersOfTenBits) {
     EXPECT_DOUBLE_EQ(Sensor(4, 2).BootCharacterMs(), 10000.0 / 38400);
 }
 
+TEST(SimLineSettings, GiveTheTimeOfACharacterOfAHost) {
+    EXPECT_DOUBLE_EQ(LineSettings::CharacterMsOf(Host(B2400, 0)), 10000.0 / 2400);
+    EXPECT_DOUBLE_EQ(LineSettings::CharacterMsOf(Host(B38400, CSTOPB)), 11000.0 / 38400);
+    EXPECT_DOUBLE_EQ(LineSettings::CharacterMsOf(Host(B9600, PARENB | PARODD)), 11000.0 / 9600);
+    EXPECT_EQ(LineSettings::CharacterMsOf(Host(B300, 0)), 0);
+}
+
 TEST(SimLineSettings, AreReadFromText) {
     EXPECT_EQ(BaudFromText("2400"), 0);
     EXPECT_EQ(BaudFromText("38400"), 4);

@@ -17,6 +17,7 @@ TEST(SimOptions, LeaveToThePresetsWhatIsNotGiven) {
     EXPECT_FALSE(parsed.options.address || parsed.options.baud || parsed.options.parity ||
                  parsed.options.addressing);
     EXPECT_FALSE(parsed.options.faults.pace);
+    EXPECT_FALSE(parsed.options.faults.echo);
     EXPECT_FALSE(parsed.options.boot);
     EXPECT_EQ(parsed.options.flash, "");
     EXPECT_EQ(parsed.firmware, "");
@@ -31,10 +32,11 @@ TEST(SimOptions, ChooseTheLoaderAndTheFlash) {
 }
 
 TEST(SimOptions, AreReadFromTheCommandLine) {
-    const ParsedOptions parsed = Parse(
-        {"--link", "some/port",    "--presets", "x.fil",  "--address", "7",     "--baud", "9600", "--parity",
-         "O1",     "--addressing", "0",         "--pace", "--latency", "12",    "--drop", "0.5",  "--corrupt",
-         "0.25",   "--exception",  "4",         "--seed", "9",         "--log", "-"});
+    const ParsedOptions parsed =
+        Parse({"--link",    "some/port", "--presets", "x.fil",        "--address", "7",      "--baud",
+               "9600",      "--parity",  "O1",        "--addressing", "0",         "--pace", "--echo",
+               "--latency", "12",        "--drop",    "0.5",          "--corrupt", "0.25",   "--exception",
+               "4",         "--seed",    "9",         "--log",        "-"});
     ASSERT_EQ(parsed.error.toStdString(), "");
     const SensorOptions &options = parsed.options;
     EXPECT_EQ(options.link, "some/port");
@@ -45,6 +47,7 @@ TEST(SimOptions, AreReadFromTheCommandLine) {
     EXPECT_EQ(options.parity, 3);
     EXPECT_EQ(options.addressing, 0);
     EXPECT_TRUE(options.faults.pace);
+    EXPECT_TRUE(options.faults.echo);
     EXPECT_EQ(options.faults.latencyMs, 12);
     EXPECT_EQ(options.faults.drop, 0.5);
     EXPECT_EQ(options.faults.corrupt, 0.25);
@@ -65,7 +68,7 @@ TEST(SimOptions, WithAWrongValueAreRefused) {
 }
 
 TEST(SimOptions, AskForHelpAndVersion) {
-    for (const char *option : {"--pace", "--boot", "--flash <file>", "--make-firmware <file>"}) {
+    for (const char *option : {"--pace", "--echo", "--boot", "--flash <file>", "--make-firmware <file>"}) {
         EXPECT_TRUE(Parse({"--help"}).text.contains(option)) << option;
     }
     EXPECT_TRUE(Parse({"--version"}).text.startsWith("ztv-sim"));

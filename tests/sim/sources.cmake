@@ -11,6 +11,7 @@ set(ZTV_SIM_TESTS
     sim/LineClock_test.cpp
     sim/LineReader_test.cpp
     sim/LineSettings_test.cpp
+    sim/LocalEcho_test.cpp
     sim/ModbusSlave_test.cpp
     sim/OptionsParser_test.cpp
     sim/ParameterTable_test.cpp

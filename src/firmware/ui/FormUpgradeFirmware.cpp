@@ -174,8 +174,8 @@ void FormUpgradeFirmware::BuildExpertPanel() {
 
 void FormUpgradeFirmware::ConnectConsole() {
     connect(console_, &UpgradeConsole::PanelChanged, this,
-            [this](UpgradeConsole::Panel panel, const QString &text) {
-                statusBar1_->SetText(static_cast<int>(panel), text);
+            [this](UpgradeConsole::Panel panel, const QString &text, const QString &toolTip) {
+                statusBar1_->SetText(static_cast<int>(panel), text, toolTip);
             });
     connect(console_, &UpgradeConsole::PointerChanged, this, [this](Qt::CursorShape shape) {
         if (shape == Qt::ArrowCursor) {

@@ -22,17 +22,21 @@ public:
     using QLabel::QLabel;
 
     // While texts come in quick succession only some are painted, and the last.
-    void Show(const QString &text) {
+    void Show(const QString &text, const QString &toolTip) {
         if (pause_.isActive()) {
             setUpdatesEnabled(false);
         } else {
             pause_.start(paintedEachMs, this);
         }
         setText(text);
+        explanation_ = toolTip;
         Explain();
     }
 
-    void Explain() { setToolTip(Fits() ? accessibleDescription() : text()); }
+    void Explain() {
+        const QString &usual = explanation_.isEmpty() ? accessibleDescription() : explanation_;
+        setToolTip(Fits() ? usual : explanation_.isEmpty() ? text() : text() + u'\n' + explanation_);
+    }
 
 protected:
     void paintEvent(QPaintEvent *event) override {
@@ -62,6 +66,7 @@ private:
     QRect Room() const { return contentsRect().adjusted(margin(), 0, -margin(), 0); }
 
     QBasicTimer pause_;
+    QString explanation_;
 };
 
 StatusPanels::StatusPanels(const std::vector<Panel> &panels, QWidget *parent) : QWidget(parent) {
@@ -100,6 +105,6 @@ void StatusPanels::resizeEvent(QResizeEvent *event) {
     }
 }
 
-void StatusPanels::SetText(int panel, const QString &text) {
-    labels_.at(static_cast<std::size_t>(panel) - 1)->Show(text);
+void StatusPanels::SetText(int panel, const QString &text, const QString &toolTip) {
+    labels_.at(static_cast<std::size_t>(panel) - 1)->Show(text, toolTip);
 }

@@ -18,8 +18,8 @@ public:
 
     explicit StatusPanels(const std::vector<Panel> &panels, QWidget *parent = nullptr);
 
-    // Panels count from 1.
-    void SetText(int panel, const QString &text);
+    // Panels count from 1. The tool tip is the text's; without one it is the panel's meaning.
+    void SetText(int panel, const QString &text, const QString &toolTip = {});
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -3,15 +3,18 @@
 #include "shell/LinkNotices.h"
 #include "support/Fault.h"
 #include "tests/firmware/FakeLoader.h"
+#include "tests/support/AsNobody.h"
 #include "tests/support/Form.h"
 #include "tests/support/HelpOfForm.h"
 #include "tests/support/Printers.h"
 #include "tests/support/ScriptedDialogs.h"
+#include "tests/support/ScriptedLine.h"
 #include "tests/support/TestPresets.h"
 #include "tests/support/Wait.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QGroupBox>
 #include <QLabel>
@@ -20,6 +23,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -97,9 +101,10 @@ protected:
     QTemporaryDir folder_;
     ScriptedDialogs dialogs_;
     HelpOfForm help_;
+    QString device_ = QStringLiteral("/no/such/device");
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession link_{zentrova_,
-                      {.deviceOfPort = [](std::int16_t) { return QStringLiteral("/no/such/device"); },
+                      {.deviceOfPort = [this](std::int16_t) { return device_; },
                        .askDirection = [] { return ConnectChoice::Cancel; }}};
     LinkNotices notices_{link_, dialogs_};
     FakeLoader loader_;
@@ -588,6 +593,32 @@ TEST_F(FormUpgradeFirmwareTest, SavesAHexFile) {
     EXPECT_EQ(boot_.Settings().HexOutputPath, Path("out.hex"));
 }
 
+TEST_F(FormUpgradeFirmwareTest, SavesNoHexFileInPlaceOfAnImage) {
+    Open();
+    Press("CommandEraseFiles");
+    ASSERT_TRUE(QFile::link(Path("EEDATA.MCP"), Path("other.hex")));
+    for (const char *name : {"PROGMEM.MCP", "EEDATA.MCP", "USERID.MCP", "CONFIG.MCP", "other.hex"}) {
+        Make("PROGMEM.MCP", "000800 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F\r\n");
+        const QByteArray before = ContentOf(name);
+        dialogs_.ExpectSaveFile(Path(name));
+        dialogs_.ExpectNotice(QStringLiteral("This is one of the program's own memory images. Choose another "
+                                             "name for the hex file.\n") +
+                              Path(name));
+        Press("CommandSaveHexFile");
+        EXPECT_EQ(ContentOf(name), before) << name;
+        EXPECT_EQ(Panel(1), QStringLiteral("Status"));
+        EXPECT_EQ(boot_.Settings().HexOutputPath, QString());
+        EXPECT_EQ(form_->cursor().shape(), Qt::ArrowCursor);
+    }
+    // Nor where the image isn't there yet.
+    ASSERT_TRUE(QFile::remove(Path("CONFIG.MCP")));
+    dialogs_.ExpectSaveFile(Path("CONFIG.MCP"));
+    dialogs_.ExpectTextWith(QStringLiteral("This is one of the program's own memory images."),
+                            BoxIcon::Exclamation);
+    Press("CommandSaveHexFile");
+    EXPECT_FALSE(QFile::exists(Path("CONFIG.MCP")));
+}
+
 TEST_F(FormUpgradeFirmwareTest, ErasesTheImagesButNotTheListOfErrors) {
     Open();
     for (const char *name : {"PROGMEM.MCP", "EEDATA.MCP", "USERID.MCP", "CONFIG.MCP", "ERROR.MCP"}) {
@@ -714,12 +745,13 @@ TEST_F(FormUpgradeFirmwareTest, UpgradesASensorThatIsInItsBootLoader) {
     };
     dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
     Press("CommandUpgradeFirmware");
-    ASSERT_EQ(loader_.packets.size(), 1u + 1u + 736u + 2u + 1u + 1u);
+    ASSERT_EQ(loader_.packets.size(), 1u + 1u + 736u + 2u + 1u + 1u + 1u);
     EXPECT_EQ(loader_.packets.at(0), QByteArray::fromHex("00 02"));
     EXPECT_EQ(loader_.packets.at(1), QByteArray::fromHex("04 01 FE 03 00"));
     EXPECT_EQ(loader_.packets.at(2), QByteArray::fromHex("03 01 00 08 00"));
     EXPECT_EQ(loader_.packets.at(740), QByteArray::fromHex("05 01 FF 7F 00 00"));
     EXPECT_EQ(loader_.packets.at(741), QByteArray::fromHex("00 00"));
+    EXPECT_EQ(loader_.packets.at(742), QByteArray::fromHex("00 02")); // which the sensor answers no more
     EXPECT_EQ(words.at(1), QStringLiteral("Device found..."));
     EXPECT_EQ(words.at(2), QStringLiteral("HEX file imported..."));
     EXPECT_EQ(words.at(738), QStringLiteral("Finished operation..."));
@@ -730,6 +762,111 @@ TEST_F(FormUpgradeFirmwareTest, UpgradesASensorThatIsInItsBootLoader) {
     EXPECT_TRUE(Ui().Enabled("CommandClose"));
     EXPECT_FALSE(loader_.closed); // the port stays held
     ExpectDeviceCommands(true);
+}
+
+TEST_F(FormUpgradeFirmwareTest, SendsALostResetAgain) {
+    MakeFirmware();
+    for (const int lost : {1, 2}) {
+        Open();
+        loader_.restarted = false;
+        loader_.resetsToLose = lost;
+        loader_.packets.clear();
+        ExpectUpgradeQuestion(BoxAnswer::Yes);
+        dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+        Press("CommandUpgradeFirmware");
+        EXPECT_EQ(std::count(loader_.packets.begin(), loader_.packets.end(), QByteArray(2, '\0')), lost + 1);
+        EXPECT_EQ(loader_.packets.back(), QByteArray::fromHex("00 02"));
+        EXPECT_EQ(Panel(1), QStringLiteral("Run mode is set..."));
+    }
+}
+
+TEST_F(FormUpgradeFirmwareTest, ClaimsNoSuccessWhereEachResetIsLost) {
+    Open();
+    MakeFirmware();
+    loader_.resetsToLose = 100;
+    int offlines = 0;
+    QObject::connect(&link_, &LinkSession::OnlineChanged, form_.get(), [&](bool) { ++offlines; });
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(Panel(1), QStringLiteral("Reset Processor Failed!"));
+    const std::vector<QByteArray> resetAndQuestion{QByteArray::fromHex("00 00"),
+                                                   QByteArray::fromHex("00 02")};
+    ASSERT_EQ(loader_.packets.size(), 741u + 6u);
+    for (std::size_t index = 741; index < loader_.packets.size(); ++index) {
+        EXPECT_EQ(loader_.packets[index], resetAndQuestion[(index - 741) % 2]) << index;
+    }
+    EXPECT_EQ(offlines, 1);
+    EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+    EXPECT_TRUE(Ui().Enabled("CommandClose"));
+    EXPECT_FALSE(loader_.closed);
+    ExpectDeviceCommands(true);
+}
+
+TEST_F(FormUpgradeFirmwareTest, AFalseAnswerAfterTheResetComesFromALoaderToo) {
+    Open();
+    MakeFirmware();
+    loader_.resetsToLose = 100;
+    loader_.instead = [this](const QByteArray &packet, const QByteArray &answer) {
+        return loader_.packets.size() > 741 && !answer.isEmpty() ? packet.first(1) : answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(Panel(1), QStringLiteral("Reset Processor Failed!"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, LetsEventsRunWhileItWaitsForTheRestart) {
+    Open();
+    MakeFirmware();
+    int ticks = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, form_.get(), [&] { ++ticks; });
+    QElapsedTimer waited;
+    loader_.instead = [&](const QByteArray &packet, const QByteArray &answer) {
+        if (packet == QByteArray::fromHex("00 00")) {
+            timer.start(10);
+            waited.start();
+        } else if (waited.isValid()) {
+            EXPECT_GE(waited.elapsed(), 299);
+            EXPECT_GT(ticks, 5);
+        }
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+    Press("CommandUpgradeFirmware");
+    EXPECT_TRUE(waited.isValid());
+}
+
+namespace {
+
+// Moves nothing and reports no error; ours never does.
+class IdleWriter : public BootLibrary {
+public:
+    using BootLibrary::BootLibrary;
+    std::int32_t WritePIC(std::int32_t, const TransferRecord &, std::span<const std::uint8_t>) override {
+        return 0;
+    }
+};
+
+} // namespace
+
+TEST_F(FormUpgradeFirmwareTest, ARunModeThatWroteNothingIsAFailure) {
+    BootComm idle(std::make_unique<IdleWriter>(loader_.Opener()));
+    UpgradeConsole console(idle, {.dialogs = dialogs_, .showInEditor = [](auto &, auto &) { return true; }});
+    QString status;
+    QObject::connect(&console, &UpgradeConsole::PanelChanged,
+                     [&](UpgradeConsole::Panel panel, const QString &text) {
+                         status = panel == UpgradeConsole::Panel::Status ? text : status;
+                     });
+    ASSERT_TRUE(console.ConnectBootloader());
+    EXPECT_FALSE(console.RunModeCommand());
+    EXPECT_EQ(status, QStringLiteral("Failed to put in Run mode..."));
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Failed to place processor in run mode!"), BoxIcon::Exclamation,
+                          QStringLiteral("Error"));
+    loader_.packets.clear();
+    console.RunApp();
+    EXPECT_TRUE(loader_.packets.empty()); // no reset
 }
 
 TEST_F(FormUpgradeFirmwareTest, AFailureToReadTheEepromDoesntStopTheUpgrade) {
@@ -816,6 +953,73 @@ TEST_F(FormUpgradeFirmwareTest, WithAnInvalidFirmwareFileNothingIsErased) {
     Press("CommandUpgradeFirmware");
     EXPECT_EQ(Panel(1), QStringLiteral("Invalid HEX file..."));
     EXPECT_EQ(loader_.packets.size(), 2u);
+}
+
+// The sensor goes on measuring: from its loader nothing would bring it back.
+TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileARunningSensorIsLeftAlone) {
+    Open();
+    loader_.answers = false;
+    int offlines = 0;
+    QObject::connect(&link_, &LinkSession::OnlineChanged, form_.get(), [&](bool online) {
+        EXPECT_FALSE(online);
+        ++offlines;
+    });
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    const auto &panel = Ui().Get<QLabel>("StatusBar1(1)");
+    EXPECT_EQ(Panel(1), QStringLiteral("Firmware file not found"));
+    EXPECT_TRUE(panel.toolTip().contains(Path("Firmware/B70214.hex"))) << panel.toolTip().toStdString();
+    EXPECT_EQ(loader_.packets, std::vector<QByteArray>(3, QByteArray::fromHex("00 02")));
+    EXPECT_EQ(offlines, 1);
+    EXPECT_TRUE(loader_.closed);
+    EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+    EXPECT_TRUE(Ui().Enabled("CommandClose"));
+    EXPECT_EQ(form_->focusWidget(), &Ui().Get<QPushButton>("CommandUpgradeFirmware"));
+    form_->Console().SetStatus(QStringLiteral("x"));
+    EXPECT_EQ(panel.toolTip(), QStringLiteral("Status")); // the path went with its word
+}
+
+// The port was taken at first, so that the upgrade tries the link; it has come free since.
+TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileNothingGoesOutOfAPortThatComesFree) {
+    ScriptedLine line;
+    device_ = line.Path();
+    Open();
+    loader_.opens = false;
+    std::vector<bool> online;
+    QObject::connect(&link_, &LinkSession::OnlineChanged, form_.get(),
+                     [&](bool isOnline) { online.push_back(isOnline); });
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(Panel(1), QStringLiteral("Firmware file not found"));
+    EXPECT_EQ(online, (std::vector<bool>{true, false}));
+    EXPECT_FALSE(link_.PortIsOpen());
+    EXPECT_TRUE(line.Requests().empty());
+}
+
+TEST_F(FormUpgradeFirmwareTest, WithAnInvalidFirmwareFileARunningSensorIsLeftAlone) {
+    for (const char *content : {":10080000000102030405060708090A0B0C0D0E0F71\r\n:00000001FF\r\n",
+                                ":10080000000102030405060708090A0B0C0D0E0F70\r\n", "hello\r\n", ""}) {
+        Open();
+        loader_.answers = false;
+        Make("Firmware/B70214.hex", content);
+        Make("PROGMEM.MCP", "kept");
+        ExpectUpgradeQuestion(BoxAnswer::Yes);
+        Press("CommandUpgradeFirmware");
+        EXPECT_EQ(Panel(1), QStringLiteral("Invalid HEX file...")) << content;
+        EXPECT_EQ(ContentOf("PROGMEM.MCP"), QByteArray("kept"));
+    }
+}
+
+TEST_F(FormUpgradeFirmwareTest, AFirmwareFileThatCantBeReadIsAnInvalidOne) {
+    MakeFirmware();
+    Open();
+    ASSERT_TRUE(QFile::setPermissions(folder_.path(), QFile::Permissions(0x7755)));
+    ASSERT_TRUE(QFile::setPermissions(Path("Firmware/B70214.hex"), QFile::Permissions()));
+    {
+        const AsNobody nobody;
+        EXPECT_FALSE(form_->Console().CheckHexFile(Path("Firmware/B70214.hex")));
+    }
+    EXPECT_EQ(Panel(1), QStringLiteral("Invalid HEX file..."));
 }
 
 TEST_F(FormUpgradeFirmwareTest, AStepThatFailsEndsTheUpgradeWithItsWord) {
