@@ -34,8 +34,7 @@ void CheckTable(const ClassZentrova &zentrova) {
 void CheckSaved(ClassZentrova zentrova, const QString &path) {
     REQUIRE(!zentrova.SaveFile(path));
     ClassZentrova again = Shipped();
-    Fuzz::CountingDialogs dialogs;
-    REQUIRE(again.OpenFile(path, dialogs) == FileOpened::Whole && dialogs.boxes == 0);
+    REQUIRE(again.OpenFile(path).result == FileOpened::Whole);
     REQUIRE(again.FileNotes() == zentrova.FileNotes());
     for (std::int16_t tag = 0; tag < zentrova.ParamCount(); ++tag) {
         const std::int32_t value = zentrova.ParamValue(tag);
@@ -53,11 +52,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     Fuzz::WriteFile(path, content);
 
     ClassZentrova zentrova = Shipped();
-    Fuzz::CountingDialogs dialogs;
-    const std::int16_t result = zentrova.OpenFile(path, dialogs);
+    const auto [result, fault] = zentrova.OpenFile(path);
     REQUIRE(result == FileOpened::Whole || result == FileOpened::Failed);
-    REQUIRE(dialogs.boxes == (result == FileOpened::Failed ? 1 : 0));
-    REQUIRE(dialogs.boxes == 0 || dialogs.lastText.startsWith(path));
+    REQUIRE(fault.isEmpty() == (result == FileOpened::Whole));
+    REQUIRE(fault.isEmpty() || fault.startsWith(path));
     CheckTable(zentrova);
     REQUIRE(Fuzz::ReadFile(path) == content);
     if (result == FileOpened::Whole) {

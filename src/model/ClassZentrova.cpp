@@ -157,17 +157,15 @@ bool ClassZentrova::SaveFile(const QString &FileName) {
     return false;
 }
 
-std::int16_t ClassZentrova::OpenFile(const QString &FileName, UserDialogs &dialogs) {
+OpenOutcome ClassZentrova::OpenFile(const QString &FileName) {
     try {
-        return LoadFile(FileName);
+        return {.result = LoadFile(FileName)};
     } catch (const Fault &fault) {
-        dialogs.OwnedMessageBox(fault.Description(), {.icon = BoxIcon::None, .buttons = BoxButtons::Ok},
-                                QString());
-        return FileOpened::Failed;
+        return {.result = FileOpened::Failed, .fault = fault.Description()};
     }
 }
 
-std::int16_t ClassZentrova::LoadFile(const QString &fileName) {
+FileOpened ClassZentrova::LoadFile(const QString &fileName) {
     SettingsFileReader file(fileName);
     const std::int16_t count = std::min(file.Count(), ParamCount());
     const bool download = PortIsOpen();

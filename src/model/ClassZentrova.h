@@ -2,20 +2,21 @@
 
 #include "model/ParameterLink.h"
 #include "model/PresetsFile.h"
-#include "support/UserDialogs.h"
 
 #include <QString>
 #include <cstdint>
 #include <vector>
 
-// The results of OpenFile.
-namespace FileOpened {
+enum class FileOpened : std::int16_t {
+    Whole = 0,
+    InPart = 1, // not all items fitted
+    Failed = 2
+};
 
-inline constexpr std::int16_t Whole = 0;
-inline constexpr std::int16_t InPart = 1; // not all items fitted
-inline constexpr std::int16_t Failed = 2;
-
-} // namespace FileOpened
+struct OpenOutcome {
+    FileOpened result = FileOpened::Whole;
+    QString fault = {}; // the description of a failure
+};
 
 // The table of the sensor's parameters: one row per 16-bit register, addressed by its number, the `Tag`.
 // All reads and writes of parameters go through it. A Tag outside 0 to ParamCount() - 1 is a subscript
@@ -43,8 +44,8 @@ public:
     bool SaveFile(const QString &FileName);
 
     // Loads the table from a settings file, each value limited to its row's range, and downloads it while the
-    // port is open. A FileOpened code. On a fault it shows the description and keeps what is loaded by then.
-    std::int16_t OpenFile(const QString &FileName, UserDialogs &dialogs);
+    // port is open. A fault ends in Failed; the values loaded by then stay.
+    OpenOutcome OpenFile(const QString &FileName);
 
     std::int32_t ParamMin(std::int16_t Tag) const;
     std::int32_t ParamMax(std::int16_t Tag) const;
@@ -100,7 +101,7 @@ private:
     };
 
     void InitParamsFromPresetsFile(const QString &programFolder);
-    std::int16_t LoadFile(const QString &fileName);
+    FileOpened LoadFile(const QString &fileName);
     bool PortIsOpen() const { return link_ != nullptr && link_->PortIsOpen(); }
     const Row &RowOf(std::int16_t Tag) const;
     Row &RowOf(std::int16_t Tag);

@@ -1,6 +1,5 @@
 #include "shell/FileCommands.h"
 
-#include "model/ClassZentrova.h"
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 
@@ -54,7 +53,12 @@ void FileCommands::Open() {
     if (!name) {
         return;
     }
-    switch (surroundings_.openFile(*name)) {
+    const OpenOutcome outcome = surroundings_.openFile(*name);
+    if (!outcome.fault.isEmpty()) {
+        surroundings_.dialogs.OwnedMessageBox(outcome.fault,
+                                              {.icon = BoxIcon::None, .buttons = BoxButtons::Ok}, QString());
+    }
+    switch (outcome.result) {
     case FileOpened::Whole:
         currentFileName_ = *name;
         surroundings_.updateCaption();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/ClassZentrova.h"
 #include "support/UserDialogs.h"
 
 #include <QString>
@@ -15,8 +16,8 @@ public:
         UserDialogs &dialogs;
         std::function<bool()> changesNeedSaving;
         std::function<bool()> portIsOpen;
-        std::function<std::int16_t(const QString &)> openFile; // a FileOpened code
-        std::function<bool(const QString &)> saveFile;         // true: not saved
+        std::function<OpenOutcome(const QString &)> openFile;
+        std::function<bool(const QString &)> saveFile; // true: not saved
         std::function<void()> updateCaption;
         std::function<void()> showTable; // on the tabs
     };

@@ -11,7 +11,6 @@
 #include "shell/AboutContents.h"
 #include "shell/Caption.h"
 #include "shell/MakerAddress.h"
-#include "shell/UnseenDialogs.h"
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "tabs/ui/AdvancedPage.h"
@@ -113,7 +112,7 @@ void FormMain::BuildFileCommands() {
         .dialogs = surroundings_.dialogs,
         .changesNeedSaving = [this] { return zentrova_->FileChangesNeedSaving(); },
         .portIsOpen = [this] { return link_->PortIsOpen(); },
-        .openFile = [this](const QString &name) { return zentrova_->OpenFile(name, surroundings_.dialogs); },
+        .openFile = [this](const QString &name) { return zentrova_->OpenFile(name); },
         .saveFile = [this](const QString &name) { return zentrova_->SaveFile(name); },
         .updateCaption = [this] { UpdateCaption(); },
         .showTable =
@@ -126,8 +125,7 @@ void FormMain::BuildFileCommands() {
 // A file that can't be opened at the start shows nothing, and a later "Save" asks for a name.
 void FormMain::OpenFileOfCommandLine() {
     if (!options_.CommandLineFile.isEmpty()) {
-        UnseenDialogs unseen;
-        zentrova_->OpenFile(options_.CommandLineFile, unseen);
+        zentrova_->OpenFile(options_.CommandLineFile);
     }
 }
 

@@ -133,6 +133,6 @@ TEST_F(FilesTest, KeepWhatTheSensorShowed) {
     dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
     Ui().Choose("mnuFileSave(0)");
     ClassZentrova zentrova(ShippedPresetsFolder());
-    EXPECT_EQ(zentrova.OpenFile(file_, dialogs_), FileOpened::Whole);
+    EXPECT_EQ(zentrova.OpenFile(file_).result, FileOpened::Whole);
     EXPECT_EQ(zentrova.ParamValue(28), 4321);
 }

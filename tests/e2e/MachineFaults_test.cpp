@@ -81,7 +81,7 @@ protected:
 
     std::int32_t ValueInFile(const QString &file) {
         ClassZentrova table(ShippedPresetsFolder());
-        EXPECT_EQ(table.OpenFile(file, dialogs_), FileOpened::Whole);
+        EXPECT_EQ(table.OpenFile(file).result, FileOpened::Whole);
         return table.ParamValue(ParamDefines::NearDistance);
     }
 

@@ -19,7 +19,7 @@ protected:
                .openFile =
                    [this](const QString &name) {
                        done_ << QStringLiteral("open ") + name;
-                       return openResult_;
+                       return OpenOutcome{.result = openResult_, .fault = openFault_};
                    },
                .saveFile =
                    [this](const QString &name) {
@@ -58,7 +58,8 @@ protected:
     bool online_ = false;
     bool saveFaults_ = false;
     bool saveResult_ = false;
-    std::int16_t openResult_ = FileOpened::Whole;
+    FileOpened openResult_ = FileOpened::Whole;
+    QString openFault_;
     QStringList done_;
     FileCommands commands_;
 };
@@ -107,8 +108,8 @@ TEST_F(FileCommandsTest, HasNoNameForAFileThatWasLoadedInPartWhileNoneWasOpen) {
 
 TEST_F(FileCommandsTest, KeepsTheOldNameWhenAFileCannotBeOpened) {
     HaveOpen("/a/old.ztv");
-    for (const std::int16_t code : {std::int16_t{2}, std::int16_t{3}, std::int16_t{-1}}) {
-        openResult_ = code;
+    for (const int code : {2, 3, -1}) {
+        openResult_ = static_cast<FileOpened>(code);
         done_.clear();
         dialogs_.ExpectOpenFile(QStringLiteral("/a/new.ztv"));
         dialogs_.ExpectNotice(QStringLiteral("Error opening file!"));
@@ -116,6 +117,16 @@ TEST_F(FileCommandsTest, KeepsTheOldNameWhenAFileCannotBeOpened) {
         EXPECT_EQ(commands_.CurrentFileName(), QStringLiteral("/a/old.ztv"));
         EXPECT_EQ(done_, (QStringList{"open /a/new.ztv", "show"}));
     }
+}
+
+TEST_F(FileCommandsTest, ShowsTheFaultOfAFileBeforeItsOwnWords) {
+    openResult_ = FileOpened::Failed;
+    openFault_ = QStringLiteral("/a/new.ztv: it is damaged");
+    dialogs_.ExpectOpenFile(QStringLiteral("/a/new.ztv"));
+    dialogs_.ExpectNotice(openFault_, BoxIcon::None, QString());
+    dialogs_.ExpectNotice(QStringLiteral("Error opening file!"));
+    commands_.Open();
+    EXPECT_EQ(done_, (QStringList{"open /a/new.ztv", "show"}));
 }
 
 TEST_F(FileCommandsTest, AsksAboutChangesBeforeItOpensAnother) {

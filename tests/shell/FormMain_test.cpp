@@ -730,7 +730,7 @@ protected:
 
     std::int32_t ValueInFile(const QString &name, std::int16_t tag) {
         ClassZentrova other(presets_);
-        EXPECT_EQ(other.OpenFile(name, dialogs_), FileOpened::Whole);
+        EXPECT_EQ(other.OpenFile(name).result, FileOpened::Whole);
         return other.ParamValue(tag);
     }
 

@@ -148,7 +148,7 @@ TEST(ProgramTest, RescuesUnsavedChangesOnAFault) {
     std::set<std::int32_t> values;
     for (const QFileInfo &file : files) {
         ClassZentrova zentrova(ShippedPresetsFolder());
-        EXPECT_EQ(zentrova.OpenFile(file.filePath(), dialogs), FileOpened::Whole);
+        EXPECT_EQ(zentrova.OpenFile(file.filePath()).result, FileOpened::Whole);
         values.insert(zentrova.ParamValue(28));
     }
     EXPECT_EQ(values, (std::set<std::int32_t>{4321, 4322}));
