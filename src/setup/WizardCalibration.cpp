@@ -37,7 +37,7 @@ const Settings &RequireRegisters(const Settings &settings) {
     return settings;
 }
 
-// The limits compared with are the presets of the distances, the values taken those of the ranges.
+// Deliberate: compares with the presets of Near/Far Distance, but writes the presets of Min/Max Range.
 void ApplyRangeMargins(ClassZentrova &zentrova) {
     const std::int32_t beyondFar = zentrova.ParamValue(ParamDefines::FarDistance) + rangeMargin;
     zentrova.ParamValue(ParamDefines::MaxRange, beyondFar > zentrova.ParamPreset(ParamDefines::FarDistance)

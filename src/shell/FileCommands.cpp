@@ -88,6 +88,7 @@ void FileCommands::Save(SaveAs which) {
     try {
         notSaved = surroundings_.saveFile(currentFileName_);
     } catch (const Fault &) {
+        // Deliberate: a save that asked for its name ends without a word; any other ends the program.
         if (!asks) {
             throw;
         }

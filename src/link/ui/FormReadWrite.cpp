@@ -22,6 +22,7 @@ struct Button {
 };
 
 constexpr std::array buttons = {
+    // Deliberate: the tool tips name another model.
     Button{"Read", "&Read", "Read parameters from ZTV-5000", ":/icons/read.svg", ConnectChoice::Read},
     Button{"Write", "&Write", "Write parameters to ZTV-5000", ":/icons/write.svg", ConnectChoice::Write},
     Button{"Cancel", "&Cancel", "Cancel and stay offline", ":/icons/cancel.svg", ConnectChoice::Cancel},

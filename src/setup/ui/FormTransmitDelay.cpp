@@ -260,6 +260,7 @@ void FormTransmitDelay::done(int result) {
     }
     {
         const QScopedValueRollback<bool> guard(working_, true); // the save may turn the event loop too
+        // Deliberate: closing saves in the sensor, also where nothing was changed.
         if (saveSettings_->isEnabled() && saveSettings_->isChecked()) {
             zentrova_.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
         }

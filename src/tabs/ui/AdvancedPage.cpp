@@ -146,6 +146,7 @@ void AdvancedPage::CloseEditors() {
     combo1_->Close();
 }
 
+// Deliberate: the selected row shows the text of any parameter that is written, until the next refresh.
 void AdvancedPage::ShowWritten(const QString &text) {
     if (const int row = listView1_->SelectedRow(); row >= 0) {
         model_.ShowValue(row, text);
