@@ -95,6 +95,7 @@ QString LinkSession::OpenFailureText() const {
     return text;
 }
 
+// Deliberate: marks of a download or write under way stay until the next connection begins.
 void LinkSession::GoOffline() {
     mbaxp1_.StopCyclic(LinkTransaction::Poll);
     mbaxp1_.ClosePort();

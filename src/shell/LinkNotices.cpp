@@ -26,6 +26,7 @@ void LinkNotices::OnPortRefused() {
     Show(link_.OpenFailureText());
 }
 
+// Deliberate: success has the icon of a warning, too.
 void LinkNotices::Show(const QString &text) {
     dialogs_.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
                              ApplicationTitle());
