@@ -269,7 +269,8 @@ private:
         Picture(console, QStringLiteral("upgrade"));
         const auto press = [&console](const char *name) {
             console.findChild<QPushButton *>(QString::fromLatin1(name))->click();
-            Watch(100);
+            Watch(100); // the command runs within, and may take longer
+            Watch(100); // its last words are painted a little later
         };
         press("CommandUpgradeFirmware");
         Picture(console, QStringLiteral("upgrade-no-firmware"));
