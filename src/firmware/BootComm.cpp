@@ -53,11 +53,9 @@ QString BootComm::ReadBootVersion() {
     return QStringLiteral("V%1.%2").arg(packet[3]).arg(packet[2]);
 }
 
-bool BootComm::LoaderAnswers() {
+bool BootComm::LoaderIsSilent() {
     PacketBuffer packet = versionRead;
-    const std::int32_t result = library_->SendGetPacket(settings_.PortHandle, packet, 2, largestReply, 1);
-    return result > 0 || result == BootResult::DamagedAnswer || result == BootResult::AnswerTooLong ||
-           result == BootResult::UnexpectedAnswer;
+    return library_->SendGetPacket(settings_.PortHandle, packet, 2, largestReply, 1) == BootResult::NoAnswer;
 }
 
 QString BootComm::ResetProcessor() {

@@ -42,8 +42,8 @@ public:
 
     // "V", major, ".", minor; empty when no boot loader answers.
     QString ReadBootVersion();
-    // Asks for the version once. Anything that comes back is the loader's, damaged or not.
-    bool LoaderAnswers();
+    // Asks for the version once. False as well where nobody could be asked: the device may have gone away.
+    bool LoaderIsSilent();
     // Always empty, which means success: a reset has no answer.
     QString ResetProcessor();
     // Tells the boot loader to start the application at the next reset. Exactly 1 is success.

@@ -89,12 +89,13 @@ void OneButtonUpgrade::Upgrade(const QString &firmwareFile) {
                              {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
 }
 
-// A reset has no answer, and may be lost: the loader that still answers tells so.
+// A reset has no answer, and may be lost: the loader that still answers tells so. A device that went away may
+// have taken the reset along.
 bool OneButtonUpgrade::Restart() {
     for (int reset = 0; reset < mostResets; ++reset) {
         console_.Boot().ResetProcessor();
         TurnEventLoopFor(restartTime);
-        if (!console_.Boot().LoaderAnswers()) {
+        if (console_.Boot().LoaderIsSilent()) {
             return true;
         }
     }

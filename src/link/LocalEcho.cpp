@@ -37,11 +37,17 @@ QByteArray LocalEcho::TakeFrom(QByteArray &received) {
     return before;
 }
 
-void LocalEcho::RunEnded(const ModbusFrame::Verdict &verdict, bool gotBytes) {
+void LocalEcho::RunEnded(const ModbusFrame::Verdict &verdict, const QByteArray &received) {
     const bool isUndecided = state_ == State::Unknown || state_ == State::Unclear;
     if (!isUndecided || ReplyMayEqual(request_)) {
         return;
     }
-    const bool isClean = verdict.end > 0 && verdict.begin == 0;
-    state_ = isClean || !gotBytes ? State::Absent : State::Unclear;
+    const QByteArray mayBeCopy = verdict.end > 0 ? received.first(verdict.begin) : received;
+    if (mayBeCopy.contains(frame_)) {
+        state_ = State::Present; // behind garbage
+        return;
+    }
+    // An adapter that garbles the line as it turns it round does so at each exchange.
+    const bool isGarbage = verdict.end > 0 && mayBeCopy.size() < frame_.size() / 2;
+    state_ = isGarbage || mayBeCopy.isEmpty() ? State::Absent : State::Unclear;
 }

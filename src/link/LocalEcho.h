@@ -27,8 +27,8 @@ public:
     // The copy has to come before anything is judged.
     bool IsAwaited() const { return IsPresent() && !taken_; }
 
-    // The run ended with that verdict, the device being there. `gotBytes`: besides the copy.
-    void RunEnded(const ModbusFrame::Verdict &verdict, bool gotBytes);
+    // The run ended with that verdict of what came besides the copy, the device being there.
+    void RunEnded(const ModbusFrame::Verdict &verdict, const QByteArray &received);
 
 private:
     // Unclear: bytes came that may have been a damaged copy.

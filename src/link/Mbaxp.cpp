@@ -402,7 +402,7 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     const bool deviceFailed =
         verdict.status == LinkStatus::ReadError || verdict.status == LinkStatus::WriteError;
     if (!deviceFailed) {
-        echo_.RunEnded(verdict, !received_.isEmpty());
+        echo_.RunEnded(verdict, received_);
     }
     if (done) {
         lateReplies_.Answered(request_, ReplyDelayUs());

@@ -138,17 +138,17 @@ TEST_F(BootCommTest, NoVersionIsAnEmptyText) {
     EXPECT_EQ(loader_.packets.size(), 3u);
 }
 
-TEST_F(BootCommTest, AsksOnceWhetherALoaderStillAnswers) {
-    EXPECT_TRUE(comm_.LoaderAnswers());
+TEST_F(BootCommTest, AsksOnceWhetherTheLoaderIsSilent) {
+    EXPECT_FALSE(comm_.LoaderIsSilent());
     EXPECT_EQ(loader_.packets, std::vector<QByteArray>{Bytes("00 02")});
     loader_.instead = [](auto &, auto &) { return Bytes("00"); };
-    EXPECT_TRUE(comm_.LoaderAnswers());
+    EXPECT_FALSE(comm_.LoaderIsSilent());
     loader_.instead = {};
     loader_.answers = false;
-    EXPECT_FALSE(comm_.LoaderAnswers());
+    EXPECT_TRUE(comm_.LoaderIsSilent());
     EXPECT_EQ(loader_.packets.size(), 3u);
     comm_.ClosePort();
-    EXPECT_FALSE(comm_.LoaderAnswers());
+    EXPECT_FALSE(comm_.LoaderIsSilent()) << "nobody was asked";
 }
 
 namespace {

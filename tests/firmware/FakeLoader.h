@@ -30,7 +30,8 @@ public:
     bool restarted = false; // into the application, which answers nothing
     int resetsToLose = 0;
     bool closed = false;
-    int longestWaitMs = 0;                         // for an answer
+    bool gone = false;     // the device behind the port; `opens` tells whether it can be opened again
+    int longestWaitMs = 0; // for an answer
     std::map<std::uint32_t, std::uint8_t> program; // what isn't there reads as 0xFF
     std::map<std::uint32_t, std::uint8_t> eeprom;
     // The answer to a packet; an empty one is none.
@@ -48,6 +49,9 @@ private:
 
         void ClearInput() override { input_.clear(); }
         bool Write(const QByteArray &bytes) override {
+            if (loader_.gone) {
+                return false;
+            }
             BootFrame::Reader reader(300);
             for (const char byte : bytes) {
                 reader.Take(byte);

@@ -27,7 +27,7 @@ protected:
     QByteArray Left(const ModbusFrame::Request &request, QByteArray received) {
         echo_.RunBegins(request);
         echo_.TakeFrom(received);
-        echo_.RunEnded(ModbusFrame::JudgeAtEnd(request, received), !received.isEmpty());
+        echo_.RunEnded(ModbusFrame::JudgeAtEnd(request, received), received);
         return received;
     }
     static QByteArray CopyOf(const ModbusFrame::Request &request) { return ModbusFrame::Encode(request); }
@@ -81,6 +81,23 @@ TEST_F(LocalEchoTest, NoiseAfterACleanReplyCastsNoDoubt) {
     Left(read, readReply);
     Left(read, Hex("A5") + readReply);
     EXPECT_EQ(Left(write, writeReply), writeReply);
+}
+
+TEST_F(LocalEchoTest, AByteOfGarbageInFrontOfEveryReplyIsNoDamagedCopy) {
+    const QByteArray garbage = Hex("FF");
+    for (int run = 0; run < 3; ++run) {
+        Left(read, garbage + readReply);
+        EXPECT_EQ(Left(write, garbage + writeReply), garbage + writeReply) << run;
+    }
+    EXPECT_FALSE(echo_.IsPresent());
+}
+
+TEST_F(LocalEchoTest, ACopyBehindAByteOfGarbageTellsOfTheEchoToo) {
+    const QByteArray garbage = Hex("FF");
+    Left(read, garbage + CopyOf(read) + readReply);
+    EXPECT_TRUE(echo_.IsPresent());
+    EXPECT_EQ(Left(write, garbage + CopyOf(write)), "") << "nobody received the write";
+    EXPECT_EQ(Left(write, garbage + CopyOf(write) + writeReply), writeReply);
 }
 
 TEST_F(LocalEchoTest, AnExceptionReplyTellsThatThereIsNoEcho) {

@@ -628,6 +628,18 @@ TEST_F(MbaxpTest, ADamagedOrMissingEchoCostsNoReadAndConfirmsNoWrite) {
     EXPECT_NE(Run(), 0);
 }
 
+TEST_F(MbaxpTest, GarbageInFrontOfEveryReplyCostsNoWrite) {
+    DefineWrite();
+    const QByteArray garbage = Hex("FF");
+    for (int run = 0; run < 3; ++run) {
+        line_->Answer(garbage + goodReply);
+        EXPECT_EQ(Run(cycle), 0);
+        line_->Answer(garbage + goodEcho);
+        EXPECT_EQ(Run(), 0) << run;
+    }
+    EXPECT_FALSE(master_.EchoIsPresent());
+}
+
 TEST_F(MbaxpTest, TheEchoIsForgottenWithThePort) {
     line_->GiveBack(true);
     line_->Answer(goodReply);

@@ -1,5 +1,6 @@
 #include "support/ui/FileDialog.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -14,6 +15,16 @@ QString FilterText(const FileFilter &filter) {
 QString WithoutQuotesAround(const QString &name) {
     const bool quoted = name.size() > 1 && name.startsWith(u'"') && name.endsWith(u'"');
     return quoted ? name.mid(1, name.size() - 2) : name;
+}
+
+// The home folder in front of a path, as elsewhere on such systems.
+QString WithHome(const QString &path) {
+#ifdef Q_OS_UNIX
+    if (path == u'~' || path.startsWith(QStringLiteral("~/"))) {
+        return QDir::homePath() + path.mid(1);
+    }
+#endif
+    return path;
 }
 
 } // namespace
@@ -62,13 +73,13 @@ void FileDialog::accept() {
         return;
     }
     const QString typed = box->text();
-    const QFileInfo folder(directory(), typed);
+    const QFileInfo folder(directory(), WithHome(typed));
     if (folder.isDir()) { // Qt looks for it in the folder that the program runs in
         setDirectory(folder.absoluteFilePath());
         box->clear();
         return;
     }
-    QString name = WithoutQuotesAround(typed);
+    QString name = WithHome(WithoutQuotesAround(typed));
     if (name.isEmpty()) {
         return;
     }

@@ -802,6 +802,37 @@ TEST_F(FormUpgradeFirmwareTest, ClaimsNoSuccessWhereEachResetIsLost) {
     ExpectDeviceCommands(true);
 }
 
+TEST_F(FormUpgradeFirmwareTest, ClaimsNoSuccessWhereTheDeviceGoesAwayBeforeTheReset) {
+    Open();
+    MakeFirmware();
+    loader_.instead = [this](const QByteArray &, const QByteArray &answer) {
+        loader_.gone = loader_.packets.size() == 741; // with the run mode's answer
+        loader_.opens = !loader_.gone;
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(loader_.packets.size(), 741u) << "no reset went out";
+    EXPECT_EQ(Panel(1), QStringLiteral("Reset Processor Failed!"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, SendsTheResetAgainWhereTheDeviceComesBack) {
+    Open();
+    MakeFirmware();
+    loader_.instead = [this](const QByteArray &, const QByteArray &answer) {
+        loader_.gone = loader_.packets.size() == 741;
+        return answer;
+    };
+    const auto comeBack = [this] { loader_.gone = false; };
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, form_.get(), comeBack);
+    timer.start(100);
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+    Press("CommandUpgradeFirmware");
+    EXPECT_TRUE(loader_.restarted);
+}
+
 TEST_F(FormUpgradeFirmwareTest, AFalseAnswerAfterTheResetComesFromALoaderToo) {
     Open();
     MakeFirmware();

@@ -152,6 +152,31 @@ TEST_F(QtDialogsTest, GoesIntoAFolderThatIsTyped) {
     EXPECT_EQ(dialogs_.SaveFileDialog(Question()), folder_.filePath(QStringLiteral("sub/Roll 1.5.ztv")));
 }
 
+#ifdef Q_OS_UNIX
+TEST_F(QtDialogsTest, FindsTheHomeFolderByItsTilde) {
+    const QTemporaryDir home;
+    const QByteArray before = qgetenv("HOME");
+    qputenv("HOME", QFile::encodeName(home.path()));
+    ASSERT_TRUE(QDir(home.path()).mkdir(QStringLiteral("sub")));
+    for (const char *folder : {"~", "~/sub"}) {
+        const QString path = home.path() + QString::fromLatin1(folder).mid(1);
+        for (const char *name : {"Roll 1.5", "Roll 12\""}) {
+            WhenDialogOpens([&](QWidget &dialog) {
+                Type(dialog, folder);
+                EXPECT_TRUE(dialog.isVisible());
+                Type(dialog, name);
+            });
+            const QString file = u'/' + QString::fromLatin1(name) + QStringLiteral(".ztv");
+            EXPECT_EQ(dialogs_.SaveFileDialog(Question()), path + file);
+            WhenDialogOpens(
+                [&](QWidget &dialog) { Type(dialog, (QByteArray(folder) + '/' + name).constData()); });
+            EXPECT_EQ(dialogs_.SaveFileDialog(Question()), path + file);
+        }
+    }
+    qputenv("HOME", before);
+}
+#endif
+
 TEST_F(QtDialogsTest, OpensAFileWithAQuoteInItsName) {
     const QString file = folder_.filePath(QStringLiteral("Roll 12\".ztv"));
     EXPECT_TRUE(QFile::copy(folder_.filePath(QStringLiteral("a.ztv")), file));
