@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs all tests: scripts/test.sh [release|asan|coverage]
+# Sets up, builds and runs all tests: scripts/test.sh [release|core|asan|coverage]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
