@@ -8,7 +8,7 @@
 #include "shell/SystemHelp.h"
 #include "support/ApplicationTitle.h"
 #include "support/ProgramFolder.h"
-#include "support/ui/QtDialogs.h"
+#include "widgets/QtDialogs.h"
 
 #include <QTimer>
 

@@ -2,12 +2,12 @@
 
 #include "bench/Measure.h"
 #include "bench/PlainLabels.h"
+#include "chart/ui/BasicPage.h"
 #include "model/ParamDefines.h"
 #include "shell/FormMain.h"
 #include "support/ApplicationTitle.h"
 #include "support/ProgramFolder.h"
 #include "tabs/TabTable.h"
-#include "tabs/ui/BasicPage.h"
 #include "tools/NoHelp.h"
 #include "tools/PrintedDialogs.h"
 #include "tools/SensorProcess.h"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Configures and builds a preset: scripts/build.sh [release|asan|coverage] [cmake options ...]
+# Configures and builds a preset: scripts/build.sh [release|core|asan|coverage] [cmake options ...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

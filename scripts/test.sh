@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs all tests: scripts/test.sh [release|asan|coverage]
+# Sets up, builds and runs all tests: scripts/test.sh [release|core|asan|coverage]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -8,6 +8,6 @@ scripts/setup.sh build test
 scripts/build.sh "$preset" -DZTV_TESTS=ON -DZTV_BENCH=OFF ${ZTV_CMAKE_OPTIONS:-}
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1}
-export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$PWD/tests/support/lsan.supp:print_suppressions=0}
+export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$PWD/tests/helpers/lsan.supp:print_suppressions=0}
 # Some tests answer a request within milliseconds; a machine that is busy elsewhere may miss that once.
 ctest --preset "$preset" --repeat until-pass:2

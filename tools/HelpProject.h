@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/HelpTopics.h"
+#include "help/HelpTopics.h"
 
 #include <QMap>
 #include <QString>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/HelpEngine.h"
+#include "help/HelpEngine.h"
 
 // Shows no help.
 class NoHelp : public HelpEngine {

@@ -1,8 +1,8 @@
 #include "shell/Application.h"
 
 #include "support/ApplicationTitle.h"
-#include "ui/FocusStyle.h"
-#include "ui/QuietWheel.h"
+#include "widgets/FocusStyle.h"
+#include "widgets/QuietWheel.h"
 
 #ifdef Q_OS_LINUX
 #include <sys/prctl.h>

@@ -1,5 +1,6 @@
 #include "shell/FormMain.h"
 
+#include "chart/ui/BasicPage.h"
 #include "firmware/SerialBootLine.h"
 #include "firmware/ui/FormUpgradeFirmware.h"
 #include "link/SerialPorts.h"
@@ -14,12 +15,11 @@
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "tabs/ui/AdvancedPage.h"
-#include "tabs/ui/BasicPage.h"
 #include "tabs/ui/CheckoutPage.h"
 #include "tabs/ui/DistancePage.h"
 #include "tabs/ui/TextBoxEntry.h"
 #include "tabs/ui/WizardPage.h"
-#include "ui/Controls.h"
+#include "widgets/Controls.h"
 
 #include <QApplication>
 #include <QCloseEvent>

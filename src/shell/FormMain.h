@@ -1,6 +1,7 @@
 #pragma once
 
 #include "firmware/BootComm.h"
+#include "help/ClassMyHtmlHelp.h"
 #include "link/LinkSession.h"
 #include "model/ClassZentrova.h"
 #include "shell/CommandLine.h"
@@ -9,7 +10,6 @@
 #include "shell/MainCommands.h"
 #include "shell/TabFrames.h"
 #include "shell/WindowPlacement.h"
-#include "support/ClassMyHtmlHelp.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
 #include "tabs/EntryRules.h"

@@ -1,8 +1,8 @@
 #include "shell/MainCommands.h"
 
-#include "ui/Controls.h"
-#include "ui/DeferredWork.h"
-#include "ui/EntryFocus.h"
+#include "widgets/Controls.h"
+#include "widgets/DeferredWork.h"
+#include "widgets/EntryFocus.h"
 
 #include <QIcon>
 #include <QMenu>

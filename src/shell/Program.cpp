@@ -1,11 +1,11 @@
 #include "shell/Program.h"
 
+#include "desktop/FileType.h"
+#include "desktop/SystemInformation.h"
+#include "desktop/TextEditor.h"
 #include "shell/FormMain.h"
 #include "shell/Rescue.h"
 #include "support/ApplicationTitle.h"
-#include "support/FileType.h"
-#include "support/SystemInformation.h"
-#include "support/TextEditor.h"
 
 #include <QApplication>
 #include <QDesktopServices>

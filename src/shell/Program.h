@@ -1,7 +1,7 @@
 #pragma once
 
+#include "help/HelpEngine.h"
 #include "support/Fault.h"
-#include "support/HelpEngine.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
 

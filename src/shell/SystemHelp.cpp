@@ -1,12 +1,12 @@
 #include "shell/SystemHelp.h"
 
-#include "support/ui/HelpViewer.h"
+#include "help/ui/HelpViewer.h"
 
 #include <QDesktopServices>
 #include <QFileInfo>
 
 #ifdef Q_OS_WIN
-#include "support/HtmlHelpEngine.h"
+#include "help/HtmlHelpEngine.h"
 #endif
 
 std::unique_ptr<HelpEngine> SystemHelp([[maybe_unused]] const QString &programFolder, UserDialogs &dialogs) {

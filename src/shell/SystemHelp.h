@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/HelpEngine.h"
+#include "help/HelpEngine.h"
 #include "support/UserDialogs.h"
 
 #include <memory>

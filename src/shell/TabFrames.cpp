@@ -1,7 +1,7 @@
 #include "shell/TabFrames.h"
 
 #include "support/Fault.h"
-#include "ui/Controls.h"
+#include "widgets/Controls.h"
 
 #include <QAbstractButton>
 #include <QKeySequence>

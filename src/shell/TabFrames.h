@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tabs/TabTable.h"
-#include "tabs/ui/TabPage.h"
+#include "widgets/TabPage.h"
 
 #include <QObject>
 #include <QTabWidget>

@@ -1,6 +1,6 @@
 #include "shell/WindowPlacement.h"
 
-#include "ui/Controls.h"
+#include "widgets/Controls.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -1,13 +1,13 @@
+#include "desktop/FileType.h"
 #include "shell/Application.h"
 #include "shell/CommandLine.h"
 #include "shell/FormMain.h"
 #include "shell/Program.h"
 #include "shell/SystemHelp.h"
 #include "support/ApplicationTitle.h"
-#include "support/FileType.h"
 #include "support/ProgramFolder.h"
 #include "support/SettingsStore.h"
-#include "support/ui/QtDialogs.h"
+#include "widgets/QtDialogs.h"
 
 #include <cstdlib>
 

@@ -2,9 +2,9 @@
 
 #include "model/Global.h"
 #include "model/ParamDefines.h"
+#include "model/RollGeometry.h"
 #include "support/Fault.h"
 #include "support/Numbers.h"
-#include "tabs/HyperbolicCurve.h"
 
 #include <optional>
 
@@ -105,7 +105,7 @@ bool EntryRules::ValidateAndWriteText(const QString &text, std::int16_t tag) {
     Q_EMIT Written(tag, zentrova_.FormatRaw(*raw, tag));
     if (tag == ParamDefines::FarDistance &&
         zentrova_.ParamValue(ParamDefines::AnalogOutputMode) == ParamDefines::HyperbolicMode) {
-        zentrova_.ParamValue(ParamDefines::NearDistance, HyperbolicCurve::NearDistance(zentrova_));
+        zentrova_.ParamValue(ParamDefines::NearDistance, RollGeometry::NearDistance(zentrova_));
     }
     return true;
 }

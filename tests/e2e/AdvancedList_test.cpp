@@ -3,7 +3,7 @@
 #include "tabs/ui/ParameterList.h"
 #include "tabs/ui/ValueOverlay.h"
 #include "tests/e2e/Session.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <QApplication>
 #include <QScrollBar>

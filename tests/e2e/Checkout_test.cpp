@@ -3,7 +3,7 @@
 #include "tabs/ui/Indicator.h"
 #include "tabs/ui/SwitchButton.h"
 #include "tests/e2e/Session.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <QRadioButton>
 #include <QTabBar>

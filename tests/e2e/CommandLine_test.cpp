@@ -1,7 +1,7 @@
 #include "model/ClassZentrova.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
+#include "tests/helpers/Wait.h"
 
 #include <QFile>
 #include <QProcess>

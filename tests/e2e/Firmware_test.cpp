@@ -4,10 +4,10 @@
 #include "model/ParamDefines.h"
 #include "shell/LinkNotices.h"
 #include "support/Fault.h"
-#include "tests/support/HelpOfForm.h"
-#include "tests/support/MainForm.h"
-#include "tests/support/Printers.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/HelpOfForm.h"
+#include "tests/helpers/MainForm.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/Wait.h"
 #include "tools/SensorProcess.h"
 
 #include <QDir>

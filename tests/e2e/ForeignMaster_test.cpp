@@ -1,6 +1,6 @@
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
+#include "tests/helpers/Wait.h"
 
 #include <QProcess>
 #include <QRegularExpression>

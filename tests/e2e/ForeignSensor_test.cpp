@@ -1,8 +1,8 @@
 #include "model/ParamDefines.h"
-#include "tests/support/MainForm.h"
-#include "tests/support/ModbusServer.h"
-#include "tests/support/Printers.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/MainForm.h"
+#include "tests/helpers/ModbusServer.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/Wait.h"
 
 #include <optional>
 

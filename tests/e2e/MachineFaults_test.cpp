@@ -3,11 +3,11 @@
 #include "shell/Program.h"
 #include "support/ProgramFolder.h"
 #include "tests/e2e/Session.h"
-#include "tests/support/AsNobody.h"
-#include "tests/support/EnvironmentVariable.h"
-#include "tests/support/FileSizeLimit.h"
-#include "tests/support/Files.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/AsNobody.h"
+#include "tests/helpers/EnvironmentVariable.h"
+#include "tests/helpers/FileSizeLimit.h"
+#include "tests/helpers/Files.h"
+#include "tests/helpers/Printers.h"
 
 #include <QDir>
 #include <cerrno>

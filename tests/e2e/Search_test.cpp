@@ -2,13 +2,13 @@
 #include "link/ui/ResultsList.h"
 #include "shell/LinkNotices.h"
 #include "sim/SimulatedSensor.h"
-#include "tests/support/Form.h"
-#include "tests/support/HelpOfForm.h"
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedDialogs.h"
-#include "tests/support/SharedLine.h"
-#include "tests/support/TestPresets.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Form.h"
+#include "tests/helpers/HelpOfForm.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedDialogs.h"
+#include "tests/helpers/SharedLine.h"
+#include "tests/helpers/TestPresets.h"
+#include "tests/helpers/Wait.h"
 
 #include <QCheckBox>
 #include <QRadioButton>

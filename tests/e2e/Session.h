@@ -1,8 +1,8 @@
 #pragma once
 
 #include "sim/SimulatedSensor.h"
-#include "tests/support/MainForm.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/MainForm.h"
+#include "tests/helpers/Wait.h"
 
 #include <optional>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "model/ParamDefines.h"
 #include "tests/e2e/Session.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,5 +1,5 @@
 #include "tests/e2e/Session.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <QCheckBox>
 #include <QLineEdit>

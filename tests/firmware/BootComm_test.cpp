@@ -3,7 +3,7 @@
 #include "firmware/HexDigits.h"
 #include "support/Fault.h"
 #include "tests/firmware/FakeLoader.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <QFile>
 #include <QFileInfo>

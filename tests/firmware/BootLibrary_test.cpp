@@ -1,7 +1,7 @@
 #include "firmware/BootLibrary.h"
 
 #include "firmware/BootFrame.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <array>
 #include <deque>

@@ -3,7 +3,7 @@
 #include "firmware/HexFileAccess.h"
 #include "support/Fault.h"
 #include "tests/firmware/HexFolder.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <QProcess>
 #include <algorithm>

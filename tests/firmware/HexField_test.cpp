@@ -1,7 +1,7 @@
 #include "firmware/HexField.h"
 
 #include "firmware/HexDigits.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <array>
 #include <gtest/gtest.h>

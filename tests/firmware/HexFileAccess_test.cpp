@@ -2,8 +2,8 @@
 
 #include "support/Fault.h"
 #include "tests/firmware/HexFolder.h"
-#include "tests/support/FileSizeLimit.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/FileSizeLimit.h"
+#include "tests/helpers/Printers.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "firmware/BootSettings.h"
-#include "tests/support/EnvironmentVariable.h"
-#include "tests/support/Files.h"
+#include "tests/helpers/EnvironmentVariable.h"
+#include "tests/helpers/Files.h"
 
 #include <QTemporaryDir>
 #include <array>

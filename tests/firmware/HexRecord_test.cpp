@@ -1,6 +1,6 @@
 #include "firmware/HexRecord.h"
 
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "firmware/MemoryImageLine.h"
 
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <array>
 #include <gtest/gtest.h>

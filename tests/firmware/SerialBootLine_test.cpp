@@ -1,8 +1,8 @@
 #include "firmware/SerialBootLine.h"
 
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedLine.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedLine.h"
+#include "tests/helpers/Wait.h"
 
 #include <QElapsedTimer>
 #include <fcntl.h>

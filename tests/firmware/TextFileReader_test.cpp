@@ -1,9 +1,9 @@
 #include "firmware/TextFileReader.h"
 
 #include "support/Fault.h"
-#include "tests/support/AsNobody.h"
-#include "tests/support/Files.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/AsNobody.h"
+#include "tests/helpers/Files.h"
+#include "tests/helpers/Printers.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

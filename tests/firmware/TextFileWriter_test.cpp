@@ -1,9 +1,9 @@
 #include "firmware/TextFileWriter.h"
 
 #include "support/Fault.h"
-#include "tests/support/FileSizeLimit.h"
-#include "tests/support/Files.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/FileSizeLimit.h"
+#include "tests/helpers/Files.h"
+#include "tests/helpers/Printers.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

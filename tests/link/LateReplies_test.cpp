@@ -1,6 +1,6 @@
 #include "link/LateReplies.h"
 
-#include "tests/support/Frames.h"
+#include "tests/helpers/Frames.h"
 
 #include <gtest/gtest.h>
 

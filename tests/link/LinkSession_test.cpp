@@ -3,12 +3,12 @@
 #include "model/ParamDefines.h"
 #include "shell/LinkNotices.h"
 #include "support/Fault.h"
-#include "tests/support/Frames.h"
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedDialogs.h"
-#include "tests/support/ScriptedLine.h"
-#include "tests/support/TestPresets.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Frames.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedDialogs.h"
+#include "tests/helpers/ScriptedLine.h"
+#include "tests/helpers/TestPresets.h"
+#include "tests/helpers/Wait.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "link/LinkStatus.h"
 
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <gtest/gtest.h>
 #include <map>

@@ -1,7 +1,7 @@
 #include "link/LocalEcho.h"
 
 #include "link/LinkStatus.h"
-#include "tests/support/Frames.h"
+#include "tests/helpers/Frames.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "link/Mbaxp.h"
 
 #include "link/LinkStatus.h"
-#include "tests/support/Frames.h"
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedLine.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Frames.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedLine.h"
+#include "tests/helpers/Wait.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 #include "link/ModbusFrame.h"
 
-#include "tests/support/Frames.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Frames.h"
+#include "tests/helpers/Printers.h"
 
 #include <gtest/gtest.h>
 

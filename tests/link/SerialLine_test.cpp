@@ -1,9 +1,9 @@
 #include "link/SerialLine.h"
 
 #include "link/LinkStatus.h"
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedLine.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedLine.h"
+#include "tests/helpers/Wait.h"
 
 #include <QCoreApplication>
 #include <fcntl.h>

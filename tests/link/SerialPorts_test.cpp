@@ -1,6 +1,6 @@
 #include "link/SerialPorts.h"
 
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -2,9 +2,9 @@
 
 #include "model/ParamDefines.h"
 #include "support/Fault.h"
-#include "tests/support/FakeLink.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
+#include "tests/helpers/FakeLink.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
 
 #include <gtest/gtest.h>
 #include <utility>

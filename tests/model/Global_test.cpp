@@ -3,8 +3,8 @@
 #include "model/ClassZentrova.h"
 #include "model/ParamDefines.h"
 #include "support/Fault.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
 
 #include <gtest/gtest.h>
 

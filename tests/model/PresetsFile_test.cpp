@@ -4,8 +4,8 @@
 #include "model/ParamDefines.h"
 #include "model/UnitClass.h"
 #include "support/Fault.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

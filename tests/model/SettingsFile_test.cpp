@@ -4,11 +4,11 @@
 #include "model/ParamDefines.h"
 #include "support/ProgramVersion.h"
 #include "support/SettingsFileType.h"
-#include "tests/support/FakeLink.h"
-#include "tests/support/FileSizeLimit.h"
-#include "tests/support/Files.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
+#include "tests/helpers/FakeLink.h"
+#include "tests/helpers/FileSizeLimit.h"
+#include "tests/helpers/Files.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
 
 #include <QDir>
 #include <QElapsedTimer>

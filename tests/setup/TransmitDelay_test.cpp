@@ -1,8 +1,8 @@
 #include "setup/TransmitDelay.h"
 
 #include "model/ParamDefines.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include "setup/WizardSteps.h"
 
 #include "model/ParamDefines.h"
-#include "tests/support/FakeLink.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
+#include "tests/helpers/FakeLink.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
 
 #include <gtest/gtest.h>
 

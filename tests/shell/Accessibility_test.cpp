@@ -1,6 +1,6 @@
-#include "tests/support/MainForm.h"
-#include "tests/support/Printers.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/MainForm.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/Wait.h"
 
 #include "link/ui/FormReadWrite.h"
 #include "setup/ui/frmWizard.h"

@@ -1,7 +1,7 @@
 #include "shell/CommandLine.h"
 
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedDialogs.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedDialogs.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 
 #include "model/ClassZentrova.h"
 #include "support/Fault.h"
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedDialogs.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedDialogs.h"
 
 #include <QStringList>
 #include <gtest/gtest.h>

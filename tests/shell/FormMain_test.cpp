@@ -3,10 +3,10 @@
 #include "model/ParamDefines.h"
 #include "shell/Caption.h"
 #include "support/Fault.h"
-#include "tests/support/FakeLink.h"
-#include "tests/support/MainForm.h"
-#include "tests/support/Printers.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/FakeLink.h"
+#include "tests/helpers/MainForm.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/Wait.h"
 
 #include <QApplication>
 #include <QComboBox>

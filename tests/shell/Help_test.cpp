@@ -1,13 +1,13 @@
 // The help as the program's forms ask for it: what they ask, and what shows then.
 
-#include "support/HelpTopics.h"
-#include "support/ui/FormAbout.h"
-#include "support/ui/HelpViewer.h"
-#include "support/ui/HelpWindow.h"
-#include "tests/support/HelpOfForm.h"
-#include "tests/support/MainForm.h"
-#include "tests/support/Printers.h"
-#include "tests/support/Wait.h"
+#include "help/HelpTopics.h"
+#include "help/ui/HelpViewer.h"
+#include "help/ui/HelpWindow.h"
+#include "shell/FormAbout.h"
+#include "tests/helpers/HelpOfForm.h"
+#include "tests/helpers/MainForm.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/Wait.h"
 
 #include "firmware/ui/FormUpgradeFirmware.h"
 #include "link/ui/FormComms.h"

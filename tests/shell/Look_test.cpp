@@ -1,11 +1,11 @@
 // How all forms look: names, mnemonics, the order of Tab, the focus, contrast, and texts that aren't cut off.
 
-#include "tests/support/AllForms.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/AllForms.h"
+#include "tests/helpers/Printers.h"
 
+#include "chart/ui/RelayMarker.h"
 #include "model/ParamDefines.h"
-#include "tabs/ui/RelayMarker.h"
-#include "ui/Colours.h"
+#include "widgets/Colours.h"
 
 #include <QComboBox>
 #include <QGroupBox>

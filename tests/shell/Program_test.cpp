@@ -1,18 +1,18 @@
 #include "shell/Program.h"
 
+#include "help/ui/HelpViewer.h"
 #include "shell/Application.h"
 #include "shell/FormMain.h"
 #include "shell/Rescue.h"
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
-#include "support/ui/HelpViewer.h"
-#include "tests/support/EnvironmentVariable.h"
-#include "tests/support/Form.h"
-#include "tests/support/MainForm.h"
-#include "tests/support/Printers.h"
-#include "tests/support/RecordedHelp.h"
-#include "tests/support/ScriptedDialogs.h"
-#include "tests/support/TestPresets.h"
+#include "tests/helpers/EnvironmentVariable.h"
+#include "tests/helpers/Form.h"
+#include "tests/helpers/MainForm.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/RecordedHelp.h"
+#include "tests/helpers/ScriptedDialogs.h"
+#include "tests/helpers/TestPresets.h"
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 #include "shell/StoredSettings.h"
 
 #include "support/Fault.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The wheel scrolls, on every form, and changes no value.
 
-#include "tests/support/AllForms.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/AllForms.h"
+#include "tests/helpers/Printers.h"
 
 #include "model/ParamDefines.h"
 

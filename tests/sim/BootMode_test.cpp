@@ -3,8 +3,8 @@
 #include "sim/DeviceMemory.h"
 #include "sim/FirmwareImage.h"
 #include "sim/Parameters.h"
+#include "tests/helpers/Wait.h"
 #include "tests/sim/SensorFixture.h"
-#include "tests/support/Wait.h"
 
 #include <QElapsedTimer>
 #include <QFile>

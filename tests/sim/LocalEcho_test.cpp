@@ -2,8 +2,8 @@
 
 #include "sim/BootFrame.h"
 #include "sim/BootLoader.h"
+#include "tests/helpers/Wait.h"
 #include "tests/sim/SensorFixture.h"
-#include "tests/support/Wait.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "sim/PreciseTimer.h"
 
-#include "tests/support/Wait.h"
+#include "tests/helpers/Wait.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tests/sim/SensorFixture.h"
 
-#include "tests/support/Wait.h"
+#include "tests/helpers/Wait.h"
 
 namespace sim::test {
 

@@ -1,8 +1,8 @@
 #include "sim/SimulatedSensor.h"
 
 #include "sim/Crc.h"
+#include "tests/helpers/Wait.h"
 #include "tests/sim/SensorFixture.h"
-#include "tests/support/Wait.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -1,5 +1,5 @@
 #include "sim/StopSignals.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Wait.h"
 
 #include <gtest/gtest.h>
 

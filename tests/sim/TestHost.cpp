@@ -1,7 +1,7 @@
 #include "tests/sim/TestHost.h"
 
 #include "sim/Crc.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Wait.h"
 
 #include <QFile>
 

@@ -1,5 +1,5 @@
 #include "sim/Transmitter.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Wait.h"
 
 #include <QElapsedTimer>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 #include "link/LinkStatus.h"
 #include "model/ParamDefines.h"
 #include "tests/e2e/Session.h"
+#include "tests/helpers/Printers.h"
 #include "tests/soak/FaultyLine.h"
 #include "tests/soak/LineFault.h"
-#include "tests/support/Printers.h"
 
 #include <QCommandLineParser>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "support/FileFunctions.h"
 
-#include "tests/support/Files.h"
+#include "tests/helpers/Files.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

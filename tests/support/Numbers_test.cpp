@@ -1,7 +1,7 @@
 #include "support/Numbers.h"
 
 #include "support/Fault.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Printers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "support/ProgramFolder.h"
 
-#include "tests/support/EnvironmentVariable.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/EnvironmentVariable.h"
+#include "tests/helpers/Printers.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "support/ProgramVersion.h"
 
-#include "tests/support/Files.h"
+#include "tests/helpers/Files.h"
 
 #include <QProcess>
 #include <QStringList>

@@ -1,10 +1,10 @@
 #include "support/ReplaceFile.h"
 
 #include "support/Fault.h"
-#include "tests/support/AsNobody.h"
-#include "tests/support/FileSizeLimit.h"
-#include "tests/support/Files.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/AsNobody.h"
+#include "tests/helpers/FileSizeLimit.h"
+#include "tests/helpers/Files.h"
+#include "tests/helpers/Printers.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "support/SettingsStore.h"
 
-#include "tests/support/EnvironmentVariable.h"
-#include "tests/support/Files.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/EnvironmentVariable.h"
+#include "tests/helpers/Files.h"
+#include "tests/helpers/Printers.h"
 
 #include <QFile>
 #include <QTemporaryDir>

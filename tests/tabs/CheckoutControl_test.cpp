@@ -2,10 +2,10 @@
 
 #include "model/ParamDefines.h"
 #include "support/Fault.h"
-#include "tests/support/FakeLink.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/FakeLink.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
+#include "tests/helpers/Wait.h"
 
 #include <gtest/gtest.h>
 #include <utility>

@@ -1,10 +1,10 @@
 #include "tabs/EntryRules.h"
 
 #include "model/ParamDefines.h"
-#include "tests/support/FakeLink.h"
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedDialogs.h"
-#include "tests/support/TestPresets.h"
+#include "tests/helpers/FakeLink.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedDialogs.h"
+#include "tests/helpers/TestPresets.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "tabs/ParameterListModel.h"
 
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
 
 #include <QAbstractItemModelTester>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "tools/HelpProject.h"
 
-#include "tests/support/Files.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Files.h"
+#include "tests/helpers/Printers.h"
 
 #include <QDir>
 #include <QFileInfo>

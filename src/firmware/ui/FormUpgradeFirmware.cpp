@@ -4,9 +4,9 @@
 #include "firmware/ui/TransferBar.h"
 #include "support/Numbers.h"
 #include "support/ProgramFolder.h"
-#include "ui/Controls.h"
-#include "ui/DeferredWork.h"
-#include "ui/FormHelp.h"
+#include "widgets/Controls.h"
+#include "widgets/DeferredWork.h"
+#include "widgets/FormHelp.h"
 
 #include <QDir>
 #include <QGridLayout>
@@ -98,7 +98,7 @@ FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *par
     console_->Load(surroundings_.link.CommPort(),
                    ToInt32(ToNumber(surroundings_.zentrova.BaudRateString(baud))),
                    FolderForOwnFiles(surroundings_.programFolder));
-    FormHelp::Offer(*this, surroundings_.help, HelpContextID);
+    FormHelp::Offer(*this, surroundings_.help.Topic(HelpContextID));
     upgrade->setFocus();
 }
 

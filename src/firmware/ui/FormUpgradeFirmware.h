@@ -2,7 +2,7 @@
 
 #include "firmware/OneButtonUpgrade.h"
 #include "firmware/UpgradeConsole.h"
-#include "support/ClassMyHtmlHelp.h"
+#include "help/ClassMyHtmlHelp.h"
 
 #include <QDialog>
 #include <functional>

@@ -1,6 +1,6 @@
 #include "firmware/ui/StatusPanels.h"
 
-#include "ui/Controls.h"
+#include "widgets/Controls.h"
 
 #include <QBasicTimer>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #include "firmware/ui/TransferBar.h"
 
 #include "firmware/TimeLeft.h"
-#include "ui/Controls.h"
+#include "widgets/Controls.h"
 
 #include <QHBoxLayout>
 

@@ -4,11 +4,11 @@
 #include "link/ui/FormSearch.h"
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
-#include "ui/Colours.h"
-#include "ui/Controls.h"
-#include "ui/EntryFocus.h"
-#include "ui/FormHelp.h"
-#include "ui/TextBoxFunctions.h"
+#include "widgets/Colours.h"
+#include "widgets/Controls.h"
+#include "widgets/EntryFocus.h"
+#include "widgets/FormHelp.h"
+#include "widgets/TextBoxFunctions.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -148,7 +148,7 @@ void FormComms::BuildButtons(QVBoxLayout &column) {
     auto *ok = NewButton("CommandOK", "&OK", "Accept current settings & close");
     auto *cancel = NewButton("CommandCancel", "&Cancel", "Discard any changes and close");
     auto *help = NewButton("CommandHelp", "&Help", "Displays help file");
-    FormHelp::Offer(*this, help_, HelpContextID, help);
+    FormHelp::Offer(*this, help_.Topic(HelpContextID), help);
     ok->setDefault(true);
     connect(search, &QPushButton::clicked, this, &FormComms::Search);
     connect(ok, &QPushButton::clicked, this, &FormComms::accept);

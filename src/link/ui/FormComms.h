@@ -1,9 +1,9 @@
 #pragma once
 
+#include "help/ClassMyHtmlHelp.h"
 #include "link/LinkSession.h"
 #include "link/ui/DeviceBox.h"
 #include "model/ClassZentrova.h"
-#include "support/ClassMyHtmlHelp.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
 

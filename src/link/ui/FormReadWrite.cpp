@@ -2,8 +2,8 @@
 
 #include "link/LinkSession.h"
 #include "support/ApplicationTitle.h"
-#include "ui/Controls.h"
-#include "ui/FormHelp.h"
+#include "widgets/Controls.h"
+#include "widgets/FormHelp.h"
 
 #include <QKeyEvent>
 #include <QToolBar>
@@ -39,7 +39,7 @@ FormReadWrite::FormReadWrite(ClassMyHtmlHelp &help, QWidget *parent)
     Controls::Named(this, "FormReadWrite");
     setWindowTitle(ApplicationTitle());
     setModal(true);
-    FormHelp::Offer(*this, help, HelpContextID);
+    FormHelp::Offer(*this, help.Topic(HelpContextID));
 
     auto *toolbar = Controls::Named(new QToolBar(this), "Toolbar1");
     toolbar->setMovable(false);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/ClassMyHtmlHelp.h"
+#include "help/ClassMyHtmlHelp.h"
 
 #include <QDialog>
 #include <cstdint>

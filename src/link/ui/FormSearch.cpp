@@ -4,11 +4,11 @@
 #include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
 #include "support/TimeLeftText.h"
-#include "ui/Colours.h"
-#include "ui/Controls.h"
-#include "ui/EntryFocus.h"
-#include "ui/FormHelp.h"
-#include "ui/TextBoxFunctions.h"
+#include "widgets/Colours.h"
+#include "widgets/Controls.h"
+#include "widgets/EntryFocus.h"
+#include "widgets/FormHelp.h"
+#include "widgets/TextBoxFunctions.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -94,7 +94,7 @@ FormSearch::FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &
     rows->addLayout(BuildStatus());
 
     ConnectControls();
-    FormHelp::Offer(*this, help, HelpContextID, commandHelp_);
+    FormHelp::Offer(*this, help.Topic(HelpContextID), commandHelp_);
     ConnectSearch();
     optionAddressRange_[0]->setChecked(true);
     SetTabOrder();

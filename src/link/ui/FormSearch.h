@@ -1,8 +1,8 @@
 #pragma once
 
+#include "help/ClassMyHtmlHelp.h"
 #include "link/DeviceSearch.h"
 #include "model/ClassZentrova.h"
-#include "support/ClassMyHtmlHelp.h"
 #include "support/UserDialogs.h"
 
 #include <QCheckBox>

@@ -4,11 +4,11 @@
 #include "setup/TransmitDelay.h"
 #include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
-#include "ui/Colours.h"
-#include "ui/Controls.h"
-#include "ui/EntryFocus.h"
-#include "ui/FormHelp.h"
-#include "ui/TextBoxFunctions.h"
+#include "widgets/Colours.h"
+#include "widgets/Controls.h"
+#include "widgets/EntryFocus.h"
+#include "widgets/FormHelp.h"
+#include "widgets/TextBoxFunctions.h"
 
 #include <QApplication>
 #include <QFocusEvent>
@@ -160,7 +160,7 @@ void FormTransmitDelay::BuildButtons(QVBoxLayout &column, ClassMyHtmlHelp &help)
     saveSettings_->setToolTip(QStringLiteral("Save parameter changes in Zentrova"));
     saveSettings_->setChecked(true);
     auto *helpButton = newButton("CommandHelp", "Help");
-    FormHelp::Offer(*this, help, HelpContextID, helpButton);
+    FormHelp::Offer(*this, help.Topic(HelpContextID), helpButton);
     auto *close = newButton("CommandClose", "Close");
     connect(write_, &QPushButton::clicked, this, &FormTransmitDelay::SetTransmitDelayValues);
     connect(close, &QPushButton::clicked, this, &FormTransmitDelay::reject);

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "help/ClassMyHtmlHelp.h"
 #include "model/ClassZentrova.h"
 #include "model/ParameterLink.h"
-#include "support/ClassMyHtmlHelp.h"
 #include "support/UserDialogs.h"
 
 #include <QCheckBox>

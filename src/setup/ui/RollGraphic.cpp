@@ -1,6 +1,6 @@
 #include "setup/ui/RollGraphic.h"
 
-#include "ui/Controls.h"
+#include "widgets/Controls.h"
 
 #include <QPainter>
 

@@ -1,7 +1,7 @@
 #include "setup/ui/WizardFrames.h"
 
 #include "setup/ui/RollGraphic.h"
-#include "ui/Controls.h"
+#include "widgets/Controls.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>

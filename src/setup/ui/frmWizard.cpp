@@ -3,10 +3,10 @@
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "support/Numbers.h"
-#include "ui/Controls.h"
-#include "ui/EntryFocus.h"
-#include "ui/FormHelp.h"
-#include "ui/TextBoxFunctions.h"
+#include "widgets/Controls.h"
+#include "widgets/EntryFocus.h"
+#include "widgets/FormHelp.h"
+#include "widgets/TextBoxFunctions.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -37,7 +37,7 @@ frmWizard::frmWizard(ClassZentrova &zentrova, UserDialogs &dialogs, ClassMyHtmlH
     column->addWidget(frames_);
     column->addWidget(BuildNavigation());
     column->setSizeConstraint(QLayout::SetFixedSize);
-    FormHelp::Offer(*this, help, HelpContextID, cmdNav_[Help]);
+    FormHelp::Offer(*this, help.Topic(HelpContextID), cmdNav_[Help]);
     SetTabOrder();
     ConnectFrames();
     ShowRecorded();

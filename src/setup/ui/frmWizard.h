@@ -1,9 +1,9 @@
 #pragma once
 
+#include "help/ClassMyHtmlHelp.h"
 #include "model/ClassZentrova.h"
 #include "setup/WizardSteps.h"
 #include "setup/ui/WizardFrames.h"
-#include "support/ClassMyHtmlHelp.h"
 #include "support/UserDialogs.h"
 
 #include <QDialog>

@@ -5,7 +5,7 @@
 #include "support/Numbers.h"
 #include "tabs/ParameterEditors.h"
 #include "tabs/ui/FormEdit.h"
-#include "ui/Controls.h"
+#include "widgets/Controls.h"
 
 #include <QApplication>
 #include <QPersistentModelIndex>

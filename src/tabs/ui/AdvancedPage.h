@@ -1,14 +1,14 @@
 #pragma once
 
+#include "help/ClassMyHtmlHelp.h"
 #include "model/ClassZentrova.h"
-#include "support/ClassMyHtmlHelp.h"
 #include "support/UserDialogs.h"
 #include "tabs/EntryRules.h"
 #include "tabs/ParameterListModel.h"
 #include "tabs/ui/ChoiceOverlay.h"
 #include "tabs/ui/ParameterList.h"
-#include "tabs/ui/TabPage.h"
 #include "tabs/ui/ValueOverlay.h"
+#include "widgets/TabPage.h"
 
 #include <QPushButton>
 #include <QRadioButton>

@@ -5,8 +5,8 @@
 #include "tabs/TabTable.h"
 #include "tabs/ui/LargeNumber.h"
 #include "tabs/ui/StillFrame.h"
-#include "ui/Colours.h"
-#include "ui/Controls.h"
+#include "widgets/Colours.h"
+#include "widgets/Controls.h"
 
 #include <QApplication>
 #include <QFontInfo>

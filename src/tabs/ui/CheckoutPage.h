@@ -4,7 +4,7 @@
 #include "tabs/CheckoutControl.h"
 #include "tabs/ui/Indicator.h"
 #include "tabs/ui/SwitchButton.h"
-#include "tabs/ui/TabPage.h"
+#include "widgets/TabPage.h"
 
 #include <QButtonGroup>
 #include <QGroupBox>

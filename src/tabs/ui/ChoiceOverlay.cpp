@@ -1,7 +1,7 @@
 #include "tabs/ui/ChoiceOverlay.h"
 
-#include "ui/Controls.h"
-#include "ui/EntryFocus.h"
+#include "widgets/Controls.h"
+#include "widgets/EntryFocus.h"
 
 #include <QApplication>
 #include <QFocusEvent>

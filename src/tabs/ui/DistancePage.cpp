@@ -4,7 +4,7 @@
 #include "tabs/DistanceReading.h"
 #include "tabs/ui/FlatBar.h"
 #include "tabs/ui/LargeNumber.h"
-#include "ui/Controls.h"
+#include "widgets/Controls.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/ClassZentrova.h"
-#include "tabs/ui/TabPage.h"
+#include "widgets/TabPage.h"
 
 #include <QLabel>
 #include <QProgressBar>

@@ -3,11 +3,11 @@
 #include "model/Global.h"
 #include "support/Numbers.h"
 #include "tabs/ui/TextBoxEntry.h"
-#include "ui/Colours.h"
-#include "ui/Controls.h"
-#include "ui/EntryFocus.h"
-#include "ui/FormHelp.h"
-#include "ui/TextBoxFunctions.h"
+#include "widgets/Colours.h"
+#include "widgets/Controls.h"
+#include "widgets/EntryFocus.h"
+#include "widgets/FormHelp.h"
+#include "widgets/TextBoxFunctions.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -33,7 +33,7 @@ FormEdit::FormEdit(EntryRules &rules, UserDialogs &dialogs, ClassMyHtmlHelp &hel
     Controls::Named(this, "FormEdit");
     setWindowTitle(QStringLiteral("Enter Value"));
     BuildControls();
-    FormHelp::Offer(*this, help, HelpContextID);
+    FormHelp::Offer(*this, help.Topic(HelpContextID));
     optionDataType_[raw]->setChecked(true);
 }
 

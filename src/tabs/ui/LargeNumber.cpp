@@ -1,6 +1,6 @@
 #include "tabs/ui/LargeNumber.h"
 
-#include "ui/Controls.h"
+#include "widgets/Controls.h"
 
 #include <QEvent>
 #include <QFontMetrics>

@@ -1,7 +1,7 @@
 #include "tabs/ui/ParameterList.h"
 
-#include "ui/Colours.h"
-#include "ui/Controls.h"
+#include "widgets/Colours.h"
+#include "widgets/Controls.h"
 
 #include <QEvent>
 #include <QHeaderView>

@@ -1,7 +1,7 @@
 #include "tabs/ui/TextBoxEntry.h"
 
 #include "support/Numbers.h"
-#include "ui/TextBoxFunctions.h"
+#include "widgets/TextBoxFunctions.h"
 
 #include <QPointer>
 

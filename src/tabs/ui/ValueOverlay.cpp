@@ -2,9 +2,9 @@
 
 #include "support/Numbers.h"
 #include "tabs/ui/TextBoxEntry.h"
-#include "ui/Controls.h"
-#include "ui/EntryFocus.h"
-#include "ui/TextBoxFunctions.h"
+#include "widgets/Controls.h"
+#include "widgets/EntryFocus.h"
+#include "widgets/TextBoxFunctions.h"
 
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -34,12 +34,19 @@ void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &t
 }
 
 void ValueOverlay::MoveOver(QWidget &owner, const QString &tag, const QString &text) {
-    MoveBeside(owner, QRect(owner.mapTo(parentWidget(), QPoint()), owner.size()), tag, text);
+    MoveInsteadOf(owner, owner.rect(), tag, text);
     overOwner_ = true;
 }
 
 void ValueOverlay::MoveBeside(QWidget &owner, const QRect &place, const QString &tag, const QString &text) {
-    MoveOver(owner, place, tag, text);
+    MoveInsteadOf(owner, place, tag, text);
+    setAlignment(Qt::AlignCenter);
+}
+
+// `place` is in the owner's coordinates.
+void ValueOverlay::MoveInsteadOf(QWidget &owner, const QRect &place, const QString &tag,
+                                 const QString &text) {
+    MoveOver(owner, QRect(owner.mapTo(parentWidget(), place.topLeft()), place.size()), tag, text);
     insteadOfOwner_ = true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tabs/EntryRules.h"
+#include "widgets/ValueEditor.h"
 
 #include <QLineEdit>
 #include <QPointer>
@@ -9,7 +10,7 @@
 
 // Text1: the one box of the main form that values are typed into. It lies hidden until it is placed over
 // what shows a value and opened there; its property "Tag" is the parameter's number as text.
-class ValueOverlay : public QLineEdit {
+class ValueOverlay : public QLineEdit, public ValueEditor {
     Q_OBJECT
 
 public:
@@ -20,20 +21,14 @@ public:
     // `owner` shows the value: its place in the tab order is the box's too, and it gets the focus back.
     void MoveOver(QWidget &owner, const QRect &place, const QString &tag, const QString &text);
 
-    // The same over the whole of a box that shows a value. What is before the owner in the tab order is
-    // before the box too, as what is behind it always is.
-    void MoveOver(QWidget &owner, const QString &tag, const QString &text);
+    // Over the whole of a box, or beside an owner, what is before the owner in the tab order is before the
+    // box too, as what is behind it always is.
+    void MoveOver(QWidget &owner, const QString &tag, const QString &text) override;
+    void MoveBeside(QWidget &owner, const QRect &place, const QString &tag, const QString &text) override;
 
-    // The same for an owner that shows no text and isn't covered.
-    void MoveBeside(QWidget &owner, const QRect &place, const QString &tag, const QString &text);
-
-    // Shows the box where it is, with the focus and its whole text selected; `first`, the key that opened it,
-    // replaces that text.
-    void Open(QChar first = {});
-
-    // Goes with what it lies over the whole of: to where that is now, or away when that is hidden or
-    // disabled.
-    void StayOver();
+    void Open(QChar first) override;
+    void Open() { Open({}); }
+    void StayOver() override;
 
     // Hides the box if it shows. Nothing is written.
     void Close();
@@ -60,6 +55,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    void MoveInsteadOf(QWidget &owner, const QRect &place, const QString &tag, const QString &text);
     bool Write();
     bool PermitsLeaving();
     bool OwesACheck() const { return asked_ != openings_ && !text().isEmpty(); }

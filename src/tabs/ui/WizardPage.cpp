@@ -1,7 +1,7 @@
 #include "tabs/ui/WizardPage.h"
 
-#include "ui/Controls.h"
-#include "ui/DeferredWork.h"
+#include "widgets/Controls.h"
+#include "widgets/DeferredWork.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

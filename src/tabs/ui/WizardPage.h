@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tabs/ui/TabPage.h"
+#include "widgets/TabPage.h"
 
 #include <QPushButton>
 

@@ -3,14 +3,14 @@
 #include "shell/LinkNotices.h"
 #include "support/Fault.h"
 #include "tests/firmware/FakeLoader.h"
-#include "tests/support/AsNobody.h"
-#include "tests/support/Form.h"
-#include "tests/support/HelpOfForm.h"
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedDialogs.h"
-#include "tests/support/ScriptedLine.h"
-#include "tests/support/TestPresets.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/AsNobody.h"
+#include "tests/helpers/Form.h"
+#include "tests/helpers/HelpOfForm.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedDialogs.h"
+#include "tests/helpers/ScriptedLine.h"
+#include "tests/helpers/TestPresets.h"
+#include "tests/helpers/Wait.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,10 +1,10 @@
 #include "link/ui/FormReadWrite.h"
 
 #include "link/LinkSession.h"
-#include "tests/support/Form.h"
-#include "tests/support/HelpOfForm.h"
-#include "tests/support/MainForm.h"
-#include "tests/support/Printers.h"
+#include "tests/helpers/Form.h"
+#include "tests/helpers/HelpOfForm.h"
+#include "tests/helpers/MainForm.h"
+#include "tests/helpers/Printers.h"
 
 #include <QTest>
 #include <QToolButton>

@@ -2,14 +2,14 @@
 
 #include "link/ui/ResultsList.h"
 #include "shell/LinkNotices.h"
-#include "tests/support/Files.h"
-#include "tests/support/Form.h"
-#include "tests/support/Frames.h"
-#include "tests/support/HelpOfForm.h"
-#include "tests/support/MainForm.h"
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedLine.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/Files.h"
+#include "tests/helpers/Form.h"
+#include "tests/helpers/Frames.h"
+#include "tests/helpers/HelpOfForm.h"
+#include "tests/helpers/MainForm.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedLine.h"
+#include "tests/helpers/Wait.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

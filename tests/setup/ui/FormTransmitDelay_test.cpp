@@ -1,12 +1,12 @@
 #include "setup/ui/FormTransmitDelay.h"
 
-#include "tests/support/FakeLink.h"
-#include "tests/support/Form.h"
-#include "tests/support/HelpOfForm.h"
-#include "tests/support/Printers.h"
-#include "tests/support/ScriptedDialogs.h"
-#include "tests/support/TestPresets.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/FakeLink.h"
+#include "tests/helpers/Form.h"
+#include "tests/helpers/HelpOfForm.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/ScriptedDialogs.h"
+#include "tests/helpers/TestPresets.h"
+#include "tests/helpers/Wait.h"
 
 #include <QApplication>
 #include <QTest>

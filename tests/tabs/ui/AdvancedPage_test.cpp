@@ -2,10 +2,10 @@
 
 #include "model/ParamDefines.h"
 #include "tabs/ParameterEditors.h"
-#include "tests/support/FakeLink.h"
-#include "tests/support/MainForm.h"
-#include "tests/support/Printers.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/FakeLink.h"
+#include "tests/helpers/MainForm.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/Wait.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,10 +1,10 @@
 #include "tabs/ui/CheckoutPage.h"
 
-#include "tests/support/FakeLink.h"
-#include "tests/support/Form.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
-#include "tests/support/Wait.h"
+#include "tests/helpers/FakeLink.h"
+#include "tests/helpers/Form.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
+#include "tests/helpers/Wait.h"
 
 #include <QAccessible>
 #include <QFontMetrics>

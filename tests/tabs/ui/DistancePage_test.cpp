@@ -1,9 +1,9 @@
 #include "tabs/ui/DistancePage.h"
 
 #include "model/ParamDefines.h"
-#include "tests/support/Form.h"
-#include "tests/support/Printers.h"
-#include "tests/support/TestPresets.h"
+#include "tests/helpers/Form.h"
+#include "tests/helpers/Printers.h"
+#include "tests/helpers/TestPresets.h"
 
 #include <QFontMetrics>
 #include <gtest/gtest.h>

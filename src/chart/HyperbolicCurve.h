@@ -1,0 +1,16 @@
+#pragma once
+
+#include "chart/DrawingElements.h"
+#include "model/ClassZentrova.h"
+
+#include <array>
+
+// The output over a roll, from the empty core to the full roll: it falls as core / diameter.
+namespace HyperbolicCurve {
+
+// The curve from the start of `coreRail` towards `rollRail`, with a flat tail to the chart's left edge. Its
+// voltage isn't scaled. Fault (division by zero) for a roll without a diameter.
+std::array<Drawing::Point, 100> Points(const ClassZentrova &zentrova, const Drawing::Line &coreRail,
+                                       const Drawing::Line &rollRail);
+
+} // namespace HyperbolicCurve

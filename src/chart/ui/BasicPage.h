@@ -1,0 +1,74 @@
+#pragma once
+
+#include "chart/BasicDrawing.h"
+#include "chart/BasicGraph.h"
+#include "chart/DrawingChanges.h"
+#include "chart/RelayDrag.h"
+#include "chart/ui/RelayPointer.h"
+#include "model/ClassZentrova.h"
+#include "widgets/TabPage.h"
+#include "widgets/ValueEditor.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <memory>
+#include <vector>
+
+// The Basic tab: the chart of the sensor's output with the values around it.
+class BasicPage : public TabPage {
+    Q_OBJECT
+
+public:
+    // Values are typed into `text1`. It and the table must outlive this.
+    BasicPage(ClassZentrova &zentrova, ValueEditor &text1, QWidget *parent);
+
+    void UpdateDisplay() override;
+
+    // What BasicGraph does under these names, shown.
+    void ConfigureBasicTab();
+    void PositionRelayMarkers();
+    void UpdateGraph();
+
+    // A member of TextParam; its property "Tag" is the parameter that it shows.
+    QLineEdit &ValueBox(std::size_t index) const { return *textParams_.at(index); }
+
+Q_SIGNALS:
+    void ValueBoxLeft(); // one of TextParam has lost the focus
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void ChooseFonts();
+    void BuildFrames();
+    void BuildLabels();
+    void BuildFields();
+    void BuildMarkers();
+    void Keep(Drawing::ControlId id, QWidget *widget);
+    QWidget *WidgetOf(Drawing::ControlId id) const { return widgets_[static_cast<std::size_t>(id)]; }
+    QWidget *ParentOf(Drawing::ControlId id);
+    void Apply(Drawing::ControlId id);
+    void ColourTarget();
+    void PlaceMode();
+    void PlaceDragLabel();
+    int RightmostLeft(int ofWidth) const; // that stays in sight, in the chart's group
+    void OpenEditor(QLineEdit &box, const QKeyEvent &key);
+    void OpenThreshold(int marker, QChar first);
+    void ShowChanges();
+
+    ClassZentrova &zentrova_;
+    ValueEditor &text1_;
+    BasicDrawing drawing_;
+    BasicGraph graph_{zentrova_, drawing_};
+    RelayDrag drag_{zentrova_, drawing_};
+    DrawingChanges changes_{drawing_};
+    std::vector<QWidget *> widgets_; // by ControlId
+    QFont labelFont_;
+    QFont boxFont_;
+    QFont modeFont_;
+    QLabel *labelMode_ = nullptr;
+    QLabel *dragLabel_ = nullptr;
+    std::vector<QLineEdit *> textParams_;
+    std::unique_ptr<RelayPointer> pointer_;
+};

@@ -1,0 +1,121 @@
+#include "chart/ui/DrawingPainter.h"
+
+#include "widgets/Colours.h"
+
+#include <QPolygonF>
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+Qt::PenStyle StyleOf(Drawing::LineStyle style) {
+    switch (style) {
+    case Drawing::LineStyle::Dot:
+        return Qt::DotLine;
+    case Drawing::LineStyle::Dash:
+        return Qt::DashLine;
+    case Drawing::LineStyle::DashDot:
+        return Qt::DashDotLine;
+    case Drawing::LineStyle::Solid:
+        break;
+    }
+    return Qt::SolidLine;
+}
+
+// The pixels of the device that a pen of this width takes.
+double DeviceWidth(const QPainter &painter, int width) {
+    return std::max(1.0, std::round(width * painter.device()->devicePixelRatioF()));
+}
+
+QPen PenOf(const QPainter &painter, const Drawing::Line &line, const QPalette &palette) {
+    QPen pen(DrawingPainter::ColourOf(line.colour, palette),
+             DeviceWidth(painter, line.width) / painter.device()->devicePixelRatioF());
+    pen.setStyle(StyleOf(line.style));
+    pen.setCapStyle(Qt::FlatCap);
+    pen.setJoinStyle(Qt::RoundJoin);
+    return pen;
+}
+
+// The middle of a line that covers whole pixels of the device.
+double Snapped(const QPainter &painter, double place, int width) {
+    const double ratio = painter.device()->devicePixelRatioF();
+    const double half = std::fmod(DeviceWidth(painter, width), 2) / 2;
+    return (std::floor(place * ratio) + half) / ratio;
+}
+
+QPointF ToPoint(float x, float y, QPointF origin) {
+    return QPointF(DrawingPainter::ToPixels(x), DrawingPainter::ToPixels(y)) + origin;
+}
+
+} // namespace
+
+namespace DrawingPainter {
+
+QColor ColourOf(Drawing::Colour colour, const QPalette &palette) {
+    switch (colour) {
+    case Drawing::Colour::Blue:
+        return Colours::Of(Colours::Blue, palette);
+    case Drawing::Colour::Green:
+        return Colours::Of(Colours::Green, palette);
+    case Drawing::Colour::Red:
+        return Colours::Of(Colours::Red, palette);
+    case Drawing::Colour::Olive:
+        return Colours::Of(Colours::Olive, palette);
+    case Drawing::Colour::Gray:
+        return Colours::Of(Colours::Gray, palette);
+    case Drawing::Colour::Text:
+        break;
+    }
+    return palette.color(QPalette::WindowText);
+}
+
+void PaintLine(QPainter &painter, const Drawing::Line &line, const QPalette &palette, QPointF origin) {
+    QPointF from = ToPoint(line.x1, line.y1, origin);
+    QPointF to = ToPoint(line.x2, line.y2, origin);
+    if (line.x1 == line.x2) {
+        from.setX(Snapped(painter, from.x(), line.width));
+        to.setX(from.x());
+    }
+    if (line.y1 == line.y2) {
+        from.setY(Snapped(painter, from.y(), line.width));
+        to.setY(from.y());
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(PenOf(painter, line, palette));
+    painter.drawLine(from, to);
+}
+
+void PaintCurve(QPainter &painter, const std::vector<Drawing::Line> &segments, const QPalette &palette) {
+    QPolygonF points;
+    for (const Drawing::Line &segment : segments) {
+        if (!segment.visible) {
+            continue;
+        }
+        if (points.isEmpty()) {
+            points << ToPoint(segment.x1, segment.y1, {});
+        }
+        points << ToPoint(segment.x2, segment.y2, {});
+    }
+    if (!points.isEmpty()) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(PenOf(painter, segments.front(), palette));
+        painter.drawPolyline(points);
+    }
+}
+
+void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QPalette &palette) {
+    const QRectF place(ToPoint(shape.left, shape.top, {}),
+                       QSizeF(ToPixels(shape.width), ToPixels(shape.height)));
+    const QColor fill = ColourOf(shape.fill, palette);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(fill.darker());
+    painter.setBrush(fill);
+    const QRectF outline = place.adjusted(0.5, 0.5, -0.5, -0.5); // the pen stays within
+    if (shape.outline == Drawing::Outline::Circle) {
+        painter.drawEllipse(outline);
+    } else {
+        painter.drawRect(outline);
+    }
+}
+
+} // namespace DrawingPainter

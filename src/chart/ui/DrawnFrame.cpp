@@ -1,0 +1,51 @@
+#include "chart/ui/DrawnFrame.h"
+
+#include "chart/ui/DrawingPainter.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+namespace {
+
+constexpr double penMargin = 2; // pixels that a line may reach beyond its coordinates
+
+} // namespace
+
+DrawnFrame::DrawnFrame(const BasicDrawing &drawing, Drawing::ControlId id, bool opaque, QWidget *parent)
+    : QFrame(parent),
+      drawing_(drawing),
+      id_(id),
+      opaque_(opaque) {
+    if (drawing.At(id).border) {
+        setFrameShape(QFrame::StyledPanel);
+        setFrameShadow(QFrame::Sunken);
+        setBackgroundRole(QPalette::Base);
+    }
+    setAttribute(Qt::WA_OpaquePaintEvent, opaque);
+}
+
+void DrawnFrame::UpdateArea(const DrawingChanges::Area &area) {
+    const QRectF place(QPointF(DrawingPainter::ToPixels(area.left), DrawingPainter::ToPixels(area.top)),
+                       QPointF(DrawingPainter::ToPixels(area.right), DrawingPainter::ToPixels(area.bottom)));
+    update(place.adjusted(-penMargin, -penMargin, penMargin, penMargin).toAlignedRect());
+}
+
+void DrawnFrame::paintEvent(QPaintEvent *event) {
+    QPainter painter(this);
+    if (opaque_) {
+        for (const QRect &exposed : event->region()) {
+            painter.fillRect(exposed, palette().color(backgroundRole()));
+        }
+    }
+    drawFrame(&painter);
+    for (const Drawing::Shape &shape : BasicDrawing::Shapes()) {
+        if (shape.parent == id_) {
+            DrawingPainter::PaintShape(painter, shape, palette());
+        }
+    }
+    drawing_.VisitLines(
+        id_, [&](const Drawing::Line &line) { DrawingPainter::PaintLine(painter, line, palette()); });
+    if (drawing_.LineHyperbolic().front().parent == id_) {
+        DrawingPainter::PaintCurve(painter, drawing_.LineHyperbolic(), palette());
+    }
+}

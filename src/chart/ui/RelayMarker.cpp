@@ -1,0 +1,120 @@
+#include "chart/ui/RelayMarker.h"
+
+#include "chart/ui/DrawingPainter.h"
+#include "widgets/Controls.h"
+#include "widgets/TextBoxFunctions.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace {
+
+constexpr int grabPixels = 5; // on either side of the strip
+constexpr float keyStep = Controls::TwipsPerPixel;
+constexpr std::int32_t fineKeyStep = 1; // hundredth of an inch
+constexpr int highlightAlpha = 90;
+constexpr int numberPixels = 10;
+
+} // namespace
+
+RelayMarker::RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, int number, QWidget *parent)
+    : QWidget(parent),
+      drawing_(drawing),
+      drag_(drag),
+      number_(number) {
+    Controls::Named(this, Controls::Member("PicRelay", number));
+    setCursor(Qt::SizeHorCursor);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+QRect RelayMarker::Place() const {
+    const Drawing::Control &strip = drawing_.At(Drawing::ControlId::PicRelay, number_);
+    const QRect place = Controls::FromTwips(strip.left, strip.top, strip.width, strip.height);
+    return place.adjusted(-grabPixels, 0, grabPixels, 0);
+}
+
+int RelayMarker::LineColumn() const {
+    return x() + grabPixels;
+}
+
+void RelayMarker::ShowHover(bool hovered) {
+    if (hovered_ != hovered) {
+        hovered_ = hovered;
+        update();
+    }
+}
+
+void RelayMarker::keyPressEvent(QKeyEvent *event) {
+    const QChar digit = TextBoxFunctions::DigitOf(*event);
+    if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
+        MoveByKey(*event);
+    } else if (!digit.isNull() || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        Q_EMIT EditWanted(digit);
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void RelayMarker::MoveByKey(const QKeyEvent &key) {
+    const int direction = key.key() == Qt::Key_Left ? -1 : 1;
+    const bool fine = key.modifiers().testFlag(Qt::ShiftModifier);
+    if (fine ? drag_.StepValue(number_, direction * fineKeyStep)
+             : drag_.Step(number_, static_cast<float>(direction) * keyStep)) {
+        movedByKey_ = true;
+    }
+    Q_EMIT Moved();
+}
+
+void RelayMarker::keyReleaseEvent(QKeyEvent *event) {
+    const bool moves = event->key() == Qt::Key_Left || event->key() == Qt::Key_Right;
+    if (moves && !event->isAutoRepeat()) {
+        LetGoOfKey();
+    } else {
+        QWidget::keyReleaseEvent(event);
+    }
+}
+
+// The key's release goes to whatever has the focus then. The write may turn the event loop, so the focus
+// moves first.
+void RelayMarker::focusOutEvent(QFocusEvent *event) {
+    QWidget::focusOutEvent(event);
+    QMetaObject::invokeMethod(this, &RelayMarker::LetGoOfKey, Qt::QueuedConnection);
+}
+
+void RelayMarker::LetGoOfKey() {
+    if (movedByKey_) {
+        movedByKey_ = false;
+        drag_.LetGo(number_);
+        Q_EMIT Moved();
+    }
+}
+
+// Tells the relays apart without their colours. On and off are often close together, so one has it at its
+// upper end and the other at its lower one.
+void RelayMarker::PaintNumber(QPainter &painter, const QColor &colour) {
+    constexpr int relays = 2;
+    QRect place(0, 0, width(), numberPixels + 1);
+    if (number_ >= relays) {
+        place.moveBottom(height() - 1);
+    }
+    painter.fillRect(place.adjusted(2, 0, -2, 0), palette().color(QPalette::Base));
+    QFont number = font();
+    number.setPixelSize(numberPixels);
+    number.setBold(true);
+    painter.setFont(number);
+    painter.setPen(colour);
+    painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip, QString::number(number_ % relays + 1));
+}
+
+void RelayMarker::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    if (hasFocus() || hovered_) {
+        QColor band = palette().color(QPalette::Highlight);
+        band.setAlpha(highlightAlpha);
+        painter.fillRect(rect().adjusted(grabPixels / 2, 0, -(grabPixels / 2), 0), band);
+    }
+    const Drawing::Line &line = drawing_.At(Drawing::LineId::LineRelay, number_);
+    DrawingPainter::PaintLine(painter, line, palette(), QPointF(grabPixels, 0));
+    PaintNumber(painter, DrawingPainter::ColourOf(line.colour, palette()));
+}

@@ -1,0 +1,111 @@
+#include "desktop/FileType.h"
+
+#include "desktop/FileAssociation.h"
+#include "support/SettingsFileType.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#ifdef Q_OS_WIN
+
+#include "desktop/RegistryKeyStore.h"
+
+#include <QDir>
+
+QString FileType::ThisApplication() {
+    const QFileInfo program(QCoreApplication::applicationFilePath());
+    return QDir::toNativeSeparators(program.path() + u'/' + program.completeBaseName());
+}
+
+void FileType::Register(const QString &application, const QString &) {
+    RegistryKeyStore store;
+    FileAssociation::CreateAssociation(store, SettingsFileType::Extension(), SettingsFileType::ClassName(),
+                                       SettingsFileType::Description(), application);
+}
+
+#else
+
+#include "desktop/DesktopFileType.h"
+#include "desktop/FileKeyStore.h"
+#include "desktop/MimePackage.h"
+
+#include <QFile>
+#include <optional>
+
+namespace {
+
+std::optional<QString> TextOf(const FileKeyStore &store, const QString &keyPath) {
+    std::optional<QByteArray> bytes = store.Read(RootKey::ClassesRoot, keyPath, QString(), ValueType::Sz);
+    if (!bytes || !bytes->endsWith('\0')) {
+        return std::nullopt;
+    }
+    bytes->chop(1);
+    return QString::fromLocal8Bit(*bytes);
+}
+
+// What the command names between the first quote and the file's place.
+std::optional<QString> ApplicationOf(const std::optional<QString> &command) {
+    const QString around = FileAssociation::Command(QString());
+    const QString tail = around.mid(1);
+    if (!command || command->size() <= around.size() || !command->startsWith(u'"') ||
+        !command->endsWith(tail)) {
+        return std::nullopt;
+    }
+    return command->mid(1, command->size() - around.size());
+}
+
+// What the keys say of the settings files. Nothing where they are incomplete or bind another program's class.
+std::optional<DesktopFileType::Binding> BindingIn(const FileKeyStore &store) {
+    const QString extension = SettingsFileType::Extension();
+    const QString className = SettingsFileType::ClassName();
+    if (TextOf(store, extension) != className) {
+        return std::nullopt;
+    }
+    const auto description = TextOf(store, className);
+    const auto application = ApplicationOf(TextOf(store, FileAssociation::CommandKey(className)));
+    if (!description || !application) {
+        return std::nullopt;
+    }
+    return DesktopFileType::Binding{.extension = extension,
+                                    .className = className,
+                                    .description = *description,
+                                    .application = *application};
+}
+
+// Makes the keys if there are none. All of them or none: what a full disk leaves of them would pass for a
+// binding at the next start.
+void CreateKeys(FileKeyStore &store, const QString &application) {
+    if (FileAssociation::KeyExists(store, SettingsFileType::Extension())) {
+        return;
+    }
+    FileAssociation::CreateAssociation(store, SettingsFileType::Extension(), SettingsFileType::ClassName(),
+                                       SettingsFileType::Description(), application);
+    if (FileAssociation::KeyExists(store, SettingsFileType::Extension()) && !BindingIn(store)) {
+        store.Remove(RootKey::ClassesRoot, SettingsFileType::Extension());
+    }
+}
+
+QByteArray ContentOf(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+QString FileType::ThisApplication() {
+    return QCoreApplication::applicationFilePath();
+}
+
+void FileType::Register(const QString &application, const QString &iconFile) {
+    if (DesktopFileType::IsPublished() || MimePackage::IsBoundElsewhere(SettingsFileType::Extension())) {
+        return;
+    }
+    FileKeyStore store(FileKeyStore::UsersFolder());
+    CreateKeys(store, application);
+    // An earlier start may have made the keys and failed to publish them; what counts is what they say.
+    if (const auto binding = BindingIn(store)) {
+        DesktopFileType::Publish(*binding, ContentOf(iconFile));
+    }
+}
+
+#endif

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "desktop/KeyStore.h"
+
+// The registry of Windows.
+class RegistryKeyStore : public KeyStore {
+public:
+    std::unique_ptr<OpenKey> Open(RootKey root, const QString &keyPath) override;
+    void Create(RootKey root, const QString &keyPath) override;
+};

@@ -1,0 +1,24 @@
+#include "desktop/RegistryReader.h"
+
+#include <qt_windows.h>
+
+std::optional<RegistryValue> SystemRegistryReader::Query(RootKey root, const QString &keyName,
+                                                         const QString &valueName) {
+    constexpr REGSAM access = 131135; // all but the deletion and the owner of the key
+    // The system's own constants are these numbers with their sign.
+    const auto rootKey = reinterpret_cast<HKEY>(static_cast<LONG_PTR>(static_cast<LONG>(root)));
+    HKEY key = nullptr;
+    if (RegOpenKeyExA(rootKey, keyName.toLocal8Bit().constData(), 0, access, &key) != ERROR_SUCCESS) {
+        return std::nullopt;
+    }
+    QByteArray buffer(1024, '\0');
+    DWORD type = 0;
+    auto length = static_cast<DWORD>(buffer.size());
+    const LSTATUS status = RegQueryValueExA(key, valueName.toLocal8Bit().constData(), nullptr, &type,
+                                            reinterpret_cast<BYTE *>(buffer.data()), &length);
+    RegCloseKey(key);
+    if (status != ERROR_SUCCESS) {
+        return std::nullopt;
+    }
+    return RegistryValue{type, buffer.left(static_cast<qsizetype>(length))};
+}

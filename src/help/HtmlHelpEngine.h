@@ -1,0 +1,13 @@
+#pragma once
+
+#include "help/HelpEngine.h"
+
+// The HTML Help of Windows.
+class HtmlHelpEngine : public HelpEngine {
+public:
+    // Whether this system has it.
+    static bool IsThere();
+
+    void HtmlHelp(WindowHandle caller, const QString &file, HelpCommand command,
+                  const HelpData &data) override;
+};

@@ -1,0 +1,8 @@
+#include "widgets/TabPage.h"
+
+#include "widgets/Controls.h"
+
+TabPage::TabPage(int number, QWidget *parent) : QFrame(parent) {
+    Controls::Named(this, Controls::Member("TabFrame", number));
+    setFrameShape(QFrame::NoFrame);
+}

@@ -1,0 +1,15 @@
+#include "tests/helpers/QtWarnings.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+int main(int argc, char *argv[]) {
+    QTemporaryDir folder; // nothing of the user's own is read or written
+    qputenv("XDG_CONFIG_HOME", folder.path().toLocal8Bit());
+    qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit());
+    testing::InitGoogleTest(&argc, argv);
+    QCoreApplication application(argc, argv);
+    FailOnQtWarnings();
+    return RUN_ALL_TESTS();
+}

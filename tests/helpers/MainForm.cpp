@@ -1,0 +1,17 @@
+#include "tests/helpers/MainForm.h"
+
+#include <QApplication>
+#include <QTimer>
+
+void WhenDialogOpens(std::function<void(QWidget &)> work) {
+    constexpr int pulseMs = 1;
+    QTimer::singleShot(pulseMs, qApp, [work = std::move(work)] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        // Until it is active, it has no focus and its mnemonics don't work.
+        if (dialog != nullptr && dialog->isActiveWindow()) {
+            work(*dialog);
+        } else {
+            WhenDialogOpens(work);
+        }
+    });
+}

@@ -1,0 +1,23 @@
+#include "tests/helpers/QtWarnings.h"
+
+#include <QString>
+#include <gtest/gtest.h>
+
+namespace {
+
+// The offscreen screen says of itself what it can't do.
+bool IsOfTheScreen(const QString &message) {
+    return message.contains(QStringLiteral("This plugin does not support"));
+}
+
+void Handle(QtMsgType type, const QMessageLogContext &, const QString &message) {
+    if ((type == QtWarningMsg || type == QtCriticalMsg) && !IsOfTheScreen(message)) {
+        ADD_FAILURE() << "Qt: " << message.toStdString();
+    }
+}
+
+} // namespace
+
+void FailOnQtWarnings() {
+    qInstallMessageHandler(Handle);
+}
