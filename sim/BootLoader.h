@@ -11,7 +11,7 @@
 
 namespace sim {
 
-// What befalls one exchange of the boot line.
+// The fault of one exchange on the boot line.
 struct BootFault {
     enum Kind : int {
         None,
@@ -41,7 +41,7 @@ public:
 
     // The version in hundredths.
     void Enter(int version);
-    // What is half heard is lost.
+    // Drops a frame received in part.
     void Discard() { reader_.Discard(); }
     std::vector<BootExchange> Receive(QByteArrayView bytes);
 

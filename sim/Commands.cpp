@@ -280,7 +280,7 @@ QString Commands::Stats(const QStringList &) {
         .arg(sensor_.Boot().Exchanges());
 }
 
-// Whoever reads the commands ends the program.
+// The reader of the commands ends the program.
 QString Commands::Quit(const QStringList &) {
     return {};
 }

@@ -9,8 +9,7 @@ namespace {
 constexpr qint64 mostCaughtUp = 20'000'000;
 // A host that sends later than this wasn't waiting for the reply.
 constexpr qint64 longestTurnaround = 10'000'000;
-// What the way through the pseudo terminal takes, there and back, when the processor is shared. A wire has
-// none of it.
+// The time that the pseudo terminal takes, there and back, when the processor is shared. A wire takes none.
 constexpr qint64 transit = 100'000;
 
 } // namespace

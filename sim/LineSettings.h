@@ -8,8 +8,8 @@ struct termios;
 
 namespace sim {
 
-// What the two ends of a serial line have to agree on, as the sensor numbers it, and the sensor's place on
-// it.
+// The settings that both ends of a serial line must share, as the sensor numbers them, and the sensor's
+// address.
 struct LineSettings {
     int address = 1;
     int baud = 4;   // 2400, 4800, 9600, 19200, 38400

@@ -9,7 +9,7 @@ namespace sim {
 
 class Registers;
 
-// What a request did. The reply is complete, and empty for a broadcast.
+// The outcome of a request. The reply is complete, and empty for a broadcast.
 struct Outcome {
     QByteArray reply;
     bool refused = false;

@@ -7,7 +7,7 @@
 
 namespace sim {
 
-// What the command line asks for: a sensor, only a text to print or a firmware file to write, or nothing
+// The request of the command line: a sensor, only a text to print or a firmware file to write, or nothing
 // because it was wrong.
 struct ParsedOptions {
     SensorOptions options;

@@ -25,7 +25,7 @@ public:
 
     // The settings that the other end has made.
     bool Settings(termios &settings) const;
-    // What the other end doesn't take in time is lost, as on a line.
+    // Bytes that the other end doesn't take in time are lost, as on a line.
     void Write(QByteArrayView bytes) const;
 
 private:

@@ -12,7 +12,7 @@ namespace sim {
 
 class Registers;
 
-// What the sensor measures. Nothing moves by itself: the state follows from the time that is asked for.
+// The measured quantities of the sensor. Nothing moves by itself: the state follows from the time asked for.
 class SensorModel {
 public:
     explicit SensorModel(quint32 seed);

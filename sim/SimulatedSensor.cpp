@@ -301,7 +301,7 @@ void SimulatedSensor::Private::Answer(const BootExchange &exchange) {
     }
 }
 
-// What has come in the meantime still belongs to the request.
+// Bytes that came in the meantime still belong to the request.
 void SimulatedSensor::Private::Silence() {
     if (Receive()) {
         return;

@@ -12,7 +12,7 @@ namespace {
 
 const QString picturesFolder = QStringLiteral("pictures/");
 
-// What the attribute holds wherever it stands in the page.
+// The values of the attribute wherever it stands in the page.
 QStringList All(const QString &page, const char *pattern) {
     QStringList found;
     const QRegularExpression expression(QString::fromLatin1(pattern));

@@ -10,8 +10,8 @@
 // of the topics.
 namespace HelpProject {
 
-// What is wrong with the help, one line each: links and pictures that lead nowhere, pages that aren't in the
-// table, pictures that no page shows, headings that aren't the page's title.
+// Checks the help and reports its faults, one line each: links and pictures that lead nowhere, pages that
+// aren't in the table, pictures that no page shows, headings that aren't the page's title.
 QStringList Faults(const HelpTopics &topics);
 
 // The pictures that the pages show, without their folder.

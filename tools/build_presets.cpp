@@ -270,7 +270,7 @@ void Checker::Conditions() {
         That(std::any_of(parameters_.begin(), parameters_.end(), [=](P p) { return p.decimals == decimals; }),
              "one parameter at least must have " + std::to_string(decimals) + " decimal places");
 
-    // What the program writes and what it only shows
+    // Parameters that the program writes, and those that it only shows
     Each({1,  3,  20, 21, 22, 23, 24, 25, 28, 29, 33, 34, 36, 37, 39, 40, 54, 55,
           56, 57, 58, 59, 65, 66, 67, 68, 81, 82, 83, 84, 85, 86, 87, 88, 89, 90},
          "must be writable", [](P p) { return !p.readOnly; });

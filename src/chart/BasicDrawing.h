@@ -6,7 +6,7 @@
 #include <vector>
 
 // The picture of the Basic tab: its lines, shapes and controls by their given names, free of any widget.
-// What moves it writes coordinates; DrawingChanges finds what there is to paint.
+// Movers write coordinates; DrawingChanges finds the areas to repaint.
 class BasicDrawing {
 public:
     // As laid out, with the relay markers at their width.

@@ -26,7 +26,7 @@ inline constexpr int BoxWidth = 735;
 inline constexpr int BoxHeight = 285;
 inline constexpr int LabelHeight = 240;
 
-// What a box and its label stand in: the group of the chart, or a frame that moves with a value.
+// The parent of a box and its label: the group of the chart, or a frame that moves with a value.
 enum class Home { Group, ActualDist, OutputVoltage, ManOutput };
 
 struct Field {

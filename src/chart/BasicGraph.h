@@ -32,7 +32,7 @@ public:
     void UpdateGraph();
 
 private:
-    // What the curve is drawn from.
+    // The values that the curve is drawn from.
     struct Roll {
         std::int32_t coreDiameter;
         std::int32_t maxDiameter;

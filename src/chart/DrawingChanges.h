@@ -25,7 +25,7 @@ public:
     // Everything in `drawing`, which must outlive this, counts as shown.
     explicit DrawingChanges(const BasicDrawing &drawing);
 
-    // What differs from the last time.
+    // The differences from the last time.
     Since Take();
 
 private:

@@ -4,8 +4,7 @@
 #include <optional>
 #include <string_view>
 
-// What the picture of the Basic tab is made of. All coordinates are twips within the parent, in single
-// precision.
+// The elements of the Basic tab's picture. All coordinates are twips within the parent, in single precision.
 namespace Drawing {
 
 // The controls and lines by their given names. Behind the name of an array stand its further members.

@@ -35,7 +35,7 @@ QString ValueFile(const QString &keyFolder, const QString &valueName) {
            QStringLiteral(".value");
 }
 
-// What stands before a value's bytes in its file.
+// The header before a value's bytes in its file.
 QByteArray Head(ValueType type) {
     std::array<char, sizeof(type)> bytes{};
     qToLittleEndian(static_cast<std::uint32_t>(type), bytes.data());

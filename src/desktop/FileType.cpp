@@ -43,7 +43,7 @@ std::optional<QString> TextOf(const FileKeyStore &store, const QString &keyPath)
     return QString::fromLocal8Bit(*bytes);
 }
 
-// What the command names between the first quote and the file's place.
+// The part of the command between the first quote and the file's place.
 std::optional<QString> ApplicationOf(const std::optional<QString> &command) {
     const QString around = FileAssociation::Command(QString());
     const QString tail = around.mid(1);
@@ -54,7 +54,8 @@ std::optional<QString> ApplicationOf(const std::optional<QString> &command) {
     return command->mid(1, command->size() - around.size());
 }
 
-// What the keys say of the settings files. Nothing where they are incomplete or bind another program's class.
+// Reads the settings files' association from the keys. Nothing where it is incomplete or binds another
+// program's class.
 std::optional<DesktopFileType::Binding> BindingIn(const FileKeyStore &store) {
     const QString extension = SettingsFileType::Extension();
     const QString className = SettingsFileType::ClassName();

@@ -3,7 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
-// What the desktop's database of MIME types is told of the settings files, and what it knows already.
+// The settings files' entry in the desktop's database of MIME types: the one to publish, and the one that is
+// there.
 namespace MimePackage {
 
 // The description of the type: its files are told by the extension, and under any other name by the

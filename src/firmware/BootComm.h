@@ -8,7 +8,7 @@
 #include <functional>
 #include <memory>
 
-// What the loops of BootComm return besides the negative results of the boot library.
+// The results of BootComm's loops besides the negative results of the boot library.
 namespace TransferResult {
 
 inline constexpr std::int16_t Finished = 1;
@@ -18,7 +18,7 @@ inline constexpr std::int16_t ImageChanged = -102; // by something else, while i
 
 } // namespace TransferResult
 
-// What a loop of BootComm tells and asks in each round.
+// The call-backs of BootComm's loops, called once a round.
 struct TransferEvents {
     std::function<void()> yield = [] {}; // lets pending events run, among them one that aborts
     std::function<void(const QString &)> status = [](const QString &) {};

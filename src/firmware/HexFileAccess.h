@@ -8,7 +8,7 @@
 // (file) that names the file: one that can't be opened, created, read or written in full.
 namespace HexFileAccess {
 
-// What CheckHexFile finds. One code, -2, has a word on the upgrade console but is never found.
+// The results of CheckHexFile. One code, -2, has a word on the upgrade console but never occurs.
 constexpr std::int16_t goodFile = 1;
 constexpr std::int16_t emptyFile = -1;
 constexpr std::int16_t fileNotPadded = -2;

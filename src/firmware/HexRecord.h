@@ -32,7 +32,7 @@ public:
     // The sum of the first `count` groups of two digits behind the ":".
     static int SumOfGroups(QByteArrayView text, int count);
 
-    // What makes the sum of such groups and itself 0 modulo 256.
+    // The checksum: makes the sum of all groups and itself 0 modulo 256.
     static std::uint8_t Checksum(QByteArrayView text, int count);
 
 private:

@@ -18,7 +18,7 @@ public:
     // The next line without its end, for as long as nothing else is called; empty at the end of the file.
     QByteArrayView ReadLine();
 
-    // What was read of the whole, 0 to 1, also of a file that others make shorter.
+    // The fraction read, 0 to 1, also of a file that shrinks meanwhile.
     double Fraction() const;
 
     // Whether somebody has written to the file since it was opened.

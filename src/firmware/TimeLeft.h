@@ -3,6 +3,6 @@
 #include <QString>
 #include <QtGlobal>
 
-// What a transfer that has run for so long, and has done that much of the whole (0 to 1), will still take, in
-// words. Empty while that can't be told.
+// The time left, in words, of a transfer that has run for so long and done that fraction (0 to 1) of the
+// whole. Empty while that can't be told.
 QString TimeLeft(qint64 elapsedMs, double done);

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// What a transfer call is to move. The layout is fixed; both numbers of more than a byte are little-endian.
+// The request of a transfer call. The layout is fixed; both numbers of more than a byte are little-endian.
 struct TransferRecord {
     std::uint8_t Command = 0;    // a BootCommand
     std::uint8_t DataLength = 0; // data bytes of this call

@@ -24,7 +24,7 @@ FileQuestion HexFileQuestion(const char *title) {
 
 } // namespace
 
-// Whoever shows the console is busy, and shows a transfer, while this lives.
+// Keeps the console busy and its transfer shown during its lifetime.
 class UpgradeConsole::Transfer {
 public:
     Transfer(UpgradeConsole &console, const char *what) : console_(console), outer_(console.share_, Share{}) {

@@ -68,7 +68,7 @@ Q_SIGNALS:
 private:
     class Transfer;
 
-    // What the loop that runs is of its whole transfer.
+    // The running loop's share of its whole transfer.
     struct Share {
         double before = 0;
         double size = 1;

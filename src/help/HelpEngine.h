@@ -16,10 +16,10 @@ enum class HelpCommand : std::uint32_t {
     CloseAll = 18
 };
 
-// What a command needs to know: a topic's number, or a text.
+// The argument of a command: a topic's number, or a text.
 using HelpData = std::variant<std::int32_t, QString>;
 
-// What shows the help. It has one entry, that of the platform's HTML Help.
+// Shows the help. Has one entry point, that of the platform's HTML Help.
 class HelpEngine {
 public:
     virtual ~HelpEngine() = default;

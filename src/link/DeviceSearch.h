@@ -14,8 +14,8 @@ struct SearchStart {
     std::int16_t parityStop;
 };
 
-// What is left of a search: the probes of the setting under test, and whether all addresses are tried again
-// on each setting behind it.
+// The rest of a search: the probes left of the setting under test, and whether all addresses are tried again
+// on each setting after it.
 struct SearchRest {
     std::int16_t baud;
     std::int16_t parityStop;
@@ -43,7 +43,7 @@ public:
         std::int16_t top;
     };
 
-    // What the user has chosen, asked again at each answer.
+    // The user's choices, read again at each answer.
     struct Choices {
         std::function<AddressRange()> addressRange;
         std::function<bool()> varyCommSettings;

@@ -50,7 +50,7 @@ public:
     std::int16_t CrcErrorCount() const { return crcErrorCount_; }
     void CrcErrorCount(std::int16_t count) { crcErrorCount_ = count; }
 
-    // What is subtracted from a parameter number to get its register address.
+    // Subtracted from a parameter number to get its register address.
     std::uint8_t AddressingMode() const { return addressingMode_; }
 
     std::int16_t CommPort() const { return commPort_; }
@@ -70,8 +70,7 @@ public:
     void SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
                                  std::int16_t timeoutMs);
 
-    // What to tell the user about an OpenPort that has just failed: code, words, and advice where there is
-    // some.
+    // Describes the OpenPort that has just failed: code, words, and advice where there is some.
     QString OpenFailureText() const;
 
     // The adapter gives back what is sent, and its copies are taken out of the input. Known from the first

@@ -108,7 +108,7 @@ bool Mbaxp::Define(std::int16_t number, std::uint8_t function, std::int32_t slav
     const bool fits = slave >= 1 && slave <= highestSlave && quantity >= 1 && quantity <= mostRegisters &&
                       address >= 0 && address <= 0x10000 - quantity;
     if (!fits) {
-        // What the number stood for before isn't wanted any more.
+        // The previous definition must not run any more.
         transaction.request.quantity = 0;
         schedule_.Withdraw(number);
         return Refuse(LinkStatus::IndexError);

@@ -29,7 +29,7 @@ class Mbaxp : public QObject {
 public:
     static constexpr int TransactionCount = RunSchedule::Count;
 
-    // What it is, for a box that tells about it.
+    // The component's name and version for its about box.
     static QString AboutText();
 
     // `deviceOfPort` names the serial device behind a port number.

@@ -116,7 +116,7 @@ std::optional<Verdict> Scan(const Request &request, QByteArrayView received, boo
         const QByteArrayView rest = received.sliced(at);
         std::optional<Verdict> verdict = JudgeFront(request, rest, known);
         if (!verdict) {
-            // What another slave says mustn't be searched for a reply of ours.
+            // Skips another slave's frame: its data may look like a reply.
             if (ByteAt(rest, 0) != request.slave && StartsWithFrame(rest)) {
                 at += LengthByShape(rest) - 1;
             }

@@ -32,7 +32,7 @@ QStringList AvailableDevices(const QString &byIdFolder = QStringLiteral("/dev/se
 
 bool IsThere(const QString &device);
 
-// What to do about a device that this user may not open; empty when permission isn't the cause.
+// Advice about a device that this user may not open; empty when permission isn't the cause.
 QString PermissionAdvice(const QString &device);
 
 } // namespace SerialPorts

@@ -52,8 +52,8 @@ public:
     std::int32_t ParamPreset(std::int16_t Tag) const;
     std::int32_t ParamValue(std::int16_t Tag) const;
 
-    // What a download of the table sends for the row: its value, but no command. One that the table or a file
-    // still holds was meant for the sensor of then.
+    // The value that a download sends for the row. 0 for a command row: a command still in the table or in a
+    // file was meant for an earlier sensor.
     std::int32_t ValueToDownload(std::int16_t Tag) const;
 
     // The user's write: ignored for a read-only row and for the value that is there already; sent to the

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// What the parameter table needs of the link to the sensor in order to send a single value, or all of them.
+// The link to the sensor as the parameter table needs it: sends a single value, or all of them.
 class ParameterLink {
 public:
     virtual ~ParameterLink() = default;

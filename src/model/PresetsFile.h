@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-// What the presets database says of one parameter.
+// One parameter as the presets database describes it.
 struct PresetRow {
     std::int32_t minimum = 0;
     std::int32_t maximum = 0;

@@ -17,7 +17,8 @@ constexpr int longestRecord = 1 << 20;
 constexpr int stepsPerCheck = 1000; // of the engine
 constexpr int mostChecks = 10000;
 
-// What takes the engine a time that grows with the square of its number, before a statement runs.
+// SQLite parses in time quadratic in the statement's length, and the progress handler can't interrupt the
+// parser.
 constexpr int longestStatement = 1024; // of ours, and of the file's for its tables
 
 Fault DatabaseFault(const QString &where, const QString &message) {

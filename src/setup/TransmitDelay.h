@@ -21,7 +21,7 @@ struct Results {
 // when one isn't numeric, or when the total is beyond 32 bits.
 std::optional<Results> Calculate(const QString &sumOfRanges, const QString &sumOfDelays);
 
-// What to write to the parameter for a result. Nothing when the result is empty or doesn't fit 16 bits
+// The value to write to the parameter for a result. Nothing when the result is empty or doesn't fit 16 bits
 // without a sign.
 std::optional<std::int32_t> RawValue(const ClassZentrova &zentrova, const QString &result, std::int16_t Tag);
 

@@ -9,8 +9,8 @@
 // The arithmetic of the setup wizard: how what was recorded and typed becomes the sensor's settings.
 namespace WizardCalibration {
 
-// What was recorded and typed, as the wizard shows it. Numbers in a volt's or an inch's two decimals; what
-// was recorded is the raw value.
+// The recorded and typed values as the wizard shows them: numbers in a volt's or an inch's two decimals; a
+// recorded one is the raw value.
 struct Ends {
     QString farRaw;
     QString nearRaw;
@@ -24,7 +24,7 @@ struct Roll {
     QString distanceToMax;
 };
 
-// What goes to the sensor: raw values.
+// The values to send to the sensor, raw.
 struct Settings {
     struct Diameters {
         std::int32_t core = 0;

@@ -31,7 +31,7 @@ public:
     enum class Use { Distance, Diameter };
     enum class DriveMode { Torque, Velocity };
 
-    // What the user has chosen and typed.
+    // The user's choices and texts.
     struct Entries {
         std::optional<Use> use;
         std::optional<DriveMode> drive;
@@ -74,7 +74,7 @@ public:
     // Puts the range limits back; nothing else has been written before the end.
     void Cancel();
 
-    // What the steps have come to. Fault (conversion, overflow) for what can't be written.
+    // The result of the steps. Fault (conversion, overflow) for a value that can't be written.
     WizardCalibration::Settings Outcome(const Entries &entries) const;
 
     // Writes it, by writes that turn the event loop.

@@ -4,6 +4,6 @@
 #include "shell/FormAbout.h"
 #include "support/SettingsStore.h"
 
-// What the about box shows: the program's version, the sensor's as the table holds them, and what the
-// settings say of the maker.
+// The contents of the about box: the program's version, the sensor's as the table holds them, and the maker
+// from the settings.
 FormAbout::Contents AboutContents(const ClassZentrova &zentrova, const SettingsStore &settings);

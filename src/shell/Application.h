@@ -12,7 +12,7 @@ class Application : public QApplication {
 public:
     Application(int &argc, char **argv);
 
-    // What is done about an uncaught fault; it must be set before the first event.
+    // Sets the handler of uncaught faults. REQUIRES: called before the first event.
     void OnFault(std::function<void(const Fault &)> handler) { onFault_ = std::move(handler); }
 
     bool notify(QObject *receiver, QEvent *event) override;

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <functional>
 
-// What the menu and the toolbar do with settings files: their questions, in order, and their outcomes.
+// The settings-file commands of menu and toolbar: asks their questions, in order, and shows their outcomes.
 class FileCommands {
 public:
     enum class SaveAs { CurrentName = 0, AskedName = 1 };

@@ -18,7 +18,7 @@ class FormAbout : public QDialog {
 public:
     static constexpr std::int32_t HelpContextID = 1180;
 
-    // What it shows.
+    // The contents to show.
     struct Contents {
         QString softwareVersion;
         QString firmwareVersion;

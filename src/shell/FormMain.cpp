@@ -76,7 +76,8 @@ FormMain::FormMain(Surroundings surroundings)
     UpdateDisplay();
 }
 
-// The pages go before the table that they show; what has the focus loses it while all is there.
+// Destroys the pages before the table that they show. Hides first, so that focus-out handlers run while
+// everything still exists.
 FormMain::~FormMain() {
     hide();
     delete takeCentralWidget();
@@ -225,7 +226,7 @@ void FormMain::ConnectPages() {
     });
 }
 
-// What is being typed or chosen is written as if the user left it. False: it was refused, and a command that
+// Writes the text or choice being edited as if the user left it. False: it was refused, and a command that
 // would lose it mustn't run.
 bool FormMain::LeaveEntry() {
     if (!text1_->Leave()) {

@@ -6,8 +6,7 @@
 #include <QString>
 #include <QUrl>
 
-// What the program shows of its maker: the settings of the section "Maker", which whoever ships the program
-// fills in.
+// The maker as the program shows it: the settings of the section "Maker", which the distributor fills in.
 
 // "WebAddress", the maker's address on the web.
 inline QUrl MakerAddress(const SettingsStore &settings) {

@@ -5,6 +5,6 @@
 
 #include <memory>
 
-// What shows the help on this system: its own HTML Help where it has one and the compiled file lies in the
+// The help engine of this system: its own HTML Help where it has one and the compiled file lies in the
 // program's folder, otherwise the program's window.
 std::unique_ptr<HelpEngine> SystemHelp(const QString &programFolder, UserDialogs &dialogs);

@@ -4,7 +4,8 @@
 
 namespace PathFunctions {
 
-// What follows the last backslash of the path: all of it where there is none. A forward slash parts nothing.
+// The part of the path after the last backslash: all of it where there is none. A forward slash doesn't
+// count.
 QString FileNameOfPath(const QString &path);
 
 } // namespace PathFunctions

@@ -21,7 +21,7 @@ struct FileFilter {
     QString requiredSuffix = {}; // what a name gets on saving unless it ends so; empty where any will do
 };
 
-// What a file dialog is to ask for.
+// The request to a file dialog.
 struct FileQuestion {
     std::vector<FileFilter> filters;
     std::size_t preselectedFilter = 0;

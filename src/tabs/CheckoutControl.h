@@ -9,10 +9,9 @@
 #include <deque>
 #include <optional>
 
-// What the controls of the Checkout tab do to the sensor. A write waits for the one before it, and the wait
-// lets the user click on, so what a click asks for queues behind what was asked for before: the sensor gets
-// whole clicks in their order, and ends where the last one left the screen. The queue is worked off from the
-// event loop.
+// Writes the Checkout tab's clicks to the sensor. A write waits for the one before it, and the user may click
+// meanwhile, so clicks queue first in, first out: the sensor receives whole clicks in their order and ends
+// where the last one left the screen. The queue is worked off from the event loop.
 class CheckoutControl : public QObject {
     Q_OBJECT
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <optional>
 
-// What the Distance tab shows of the measured distance.
+// The measured distance as the Distance tab shows it.
 struct DistanceReading {
     QString caption;
     std::optional<std::int32_t> barValue; // nothing outside the bar's ends: it keeps its last value

@@ -7,8 +7,8 @@
 #include <QString>
 #include <cstdint>
 
-// What a value that the user has typed must keep to before it goes into the table and to the sensor. All
-// boxes that values are typed into share one of these.
+// Validates a typed value before it goes into the table and to the sensor. All entry boxes share one of
+// these.
 class EntryRules : public QObject {
     Q_OBJECT
 

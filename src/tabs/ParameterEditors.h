@@ -25,11 +25,11 @@ struct Choice {
 // for one of its values.
 Choice ChoiceOf(const ClassZentrova &zentrova, std::int16_t tag, int row);
 
-// What is said where that can't open.
+// Explains to the user why the list can't open.
 QString WhyItCannotOpen(const ClassZentrova &zentrova, std::int16_t tag, int row);
 
-// What a row tells of its drop-down list; empty where that opens on the parameter's own value, or where there
-// is none.
+// The tool tip of a row about its drop-down list; empty where that opens on the parameter's own value, or
+// where there is none.
 QString NoteOf(const ClassZentrova &zentrova, std::int16_t tag, int row);
 
 } // namespace ParameterEditors

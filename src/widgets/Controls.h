@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <vector>
 
-// What all forms share in building their controls.
+// Builds and names the controls of all forms.
 namespace Controls {
 
 inline constexpr int TwipsPerPixel = 15;

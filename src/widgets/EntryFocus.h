@@ -4,8 +4,7 @@
 #include <QMenuBar>
 #include <functional>
 
-// What becomes of a box that values are typed into as the focus comes to it, and as the user wants to leave
-// it.
+// Focus behaviour of entry boxes: selects the text on entry and validates it before the user leaves.
 namespace EntryFocus {
 
 // The focus goes to another window or a menu, and comes back from there by itself: nothing is left.

@@ -7,7 +7,7 @@
 
 namespace {
 
-// What is behind the last parenthesis is matched and not shown: the caption may show patterns of its own.
+// Qt matches the text in the last parenthesis and doesn't show it: the caption may show patterns of its own.
 QString FilterText(const FileFilter &filter) {
     return QStringLiteral("%1 (%2)").arg(filter.caption, filter.patterns.join(u' '));
 }

@@ -7,7 +7,7 @@
 #include <QLineEdit>
 #include <QString>
 
-// What all forms do with the boxes that values are typed into.
+// Functions that all forms share for their entry boxes.
 namespace TextBoxFunctions {
 
 // Selects the whole text, so that the next key replaces it.

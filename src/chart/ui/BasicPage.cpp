@@ -68,7 +68,7 @@ BasicPage::BasicPage(ClassZentrova &zentrova, ValueEditor &text1, QWidget *paren
     for (std::size_t id = 0; id < widgets_.size(); ++id) {
         Apply(static_cast<ControlId>(id));
     }
-    // What moves over the surroundings of the chart is in front of them, and ends at the chart's border.
+    // Moving elements lie in front of the chart's surroundings and end at the chart's border.
     for (const ControlId id :
          {FrameActualDist, FrameOutputVoltage, FrameManOutput, FrameGraph, LabelRelayDist}) {
         WidgetOf(id)->raise();

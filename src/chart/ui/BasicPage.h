@@ -24,7 +24,7 @@ public:
 
     void UpdateDisplay() override;
 
-    // What BasicGraph does under these names, shown.
+    // Calls BasicGraph's function of the same name and shows the result.
     void ConfigureBasicTab();
     void PositionRelayMarkers();
     void UpdateGraph();

@@ -100,7 +100,7 @@ QToolBar *HelpWindow::BuildToolbar() {
     return toolbar;
 }
 
-// What is chosen in a list shows at once, by the mouse as by the cursor keys.
+// Shows the chosen entry of a list at once, by the mouse as by the cursor keys.
 QTreeWidget *HelpWindow::NewList(const char *name, const QString &spokenName) {
     auto *list = Controls::Named(new QTreeWidget, name);
     list->setAccessibleName(spokenName);

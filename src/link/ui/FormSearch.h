@@ -38,7 +38,7 @@ public:
     // The answer to the probe, as DeviceSearch::FoundDevice takes it.
     void FoundDevice(std::int16_t status) { search_.FoundDevice(status); }
 
-    // What the user wants to take over, once the dialog is closed.
+    // The settings that the user takes over, once the dialog is closed.
     std::optional<UsedCommSettings> Used() const { return used_; }
 
     void done(int result) override;

@@ -16,8 +16,8 @@ class QGridLayout;
 class QVBoxLayout;
 class RollGraphic;
 
-// What the steps of the wizard show, each in a frame of its own, one of which is in sight: their controls,
-// what is chosen and typed there, and the readings. What a press does is the wizard's business.
+// The frames of the wizard's steps, one of which is in sight: their controls, the choices and texts there,
+// and the readings. frmWizard handles the presses.
 class WizardFrames : public QWidget {
     Q_OBJECT
 

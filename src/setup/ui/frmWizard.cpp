@@ -162,7 +162,7 @@ bool frmWizard::ValidateVoltage(int place) {
     return true;
 }
 
-// Whoever gets here without leaving a box, by Enter or as an assistive client does, is asked now.
+// Validates here for a press that comes without leaving a box, by Enter or from an assistive client.
 bool frmWizard::EntriesAreValid() {
     for (const Entry &entry : entries_) {
         if (entry.box->isVisible() && !entry.box->text().isEmpty() && !entry.isValid()) {

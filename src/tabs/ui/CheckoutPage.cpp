@@ -120,7 +120,7 @@ CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWi
     grid->addWidget(analogOut, 0, 2, 2, 1);
     grid->addWidget(distance, 2, 0, 1, 2);
     grid->addLayout(side, 2, 2);
-    // What a larger window adds goes to the distance, which is to be read from afar.
+    // A larger window gives its room to the distance, which is to be read from afar.
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(2, 1);
@@ -348,7 +348,7 @@ void CheckoutPage::UpdateDisplay() {
     optionClockSel_->button(zentrova_.ParamValue(ParamDefines::ClockSelect) == 1 ? 1 : 0)->setChecked(true);
     imageTeachInput_->Picture(Lit(ParamDefines::TeachInput, Key::Red));
     imageExtClkInStatus_->Picture(Lit(ParamDefines::ExternalClockInput, Key::Red));
-    // What the relays do, not what they were told.
+    // The relays' measured states, not the commanded ones.
     for (std::size_t i = 0; i < imgRelay_.size(); ++i) {
         imgRelay_[i]->Picture(
             Lit(static_cast<std::int16_t>(ParamDefines::Relay1State + static_cast<int>(i)), Key::On));

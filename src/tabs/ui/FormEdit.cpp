@@ -143,7 +143,7 @@ void FormEdit::ConvertFrom(int index) {
     converted_ = {textDataVal_[raw]->text(), textDataVal_[volts]->text()};
 }
 
-// Whoever presses OK without leaving the box, as an assistive client does, is asked now.
+// Validates here for a client that presses OK without leaving the box, as an assistive one does.
 bool FormEdit::EntryIsConverted() {
     const int index = textDataVal_[volts]->isEnabled() ? volts : raw;
     QLineEdit &box = *textDataVal_[static_cast<std::size_t>(index)];

@@ -21,7 +21,7 @@ ValueOverlay::ValueOverlay(EntryRules &rules, QWidget *parent) : QLineEdit(paren
 void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &tag, const QString &text) {
     ++moves_;
     owner_ = &owner;
-    // What is typed stands as what it replaces.
+    // Aligns the typed text like the text that it replaces.
     const auto *box = qobject_cast<QLineEdit *>(&owner);
     setAlignment(box != nullptr ? box->alignment() : Qt::AlignLeft | Qt::AlignVCenter);
     setFont(owner.font());

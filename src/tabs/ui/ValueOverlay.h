@@ -37,7 +37,7 @@ public:
     // the user has been told, and the box has the focus. Must not be called during a check.
     bool Leave();
 
-    // What was typed is being checked, or its write waits for the one before it.
+    // True while the typed text is being validated, or its write waits for the one before it.
     bool IsChecking() const { return checked_ != 0; }
 
     // The parameter's number as text, without moving the box.
