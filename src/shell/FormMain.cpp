@@ -27,6 +27,7 @@
 #include <QResizeEvent>
 #include <QStatusBar>
 #include <QTimer>
+#include <utility>
 
 FormMain::FormMain(Surroundings surroundings)
     : surroundings_(std::move(surroundings)),
@@ -369,13 +370,26 @@ void FormMain::LayOut() {
     }
 }
 
-void FormMain::closeEvent(QCloseEvent *event) {
+// False: what is being typed was refused, or the window closes once it is written. Closed again meanwhile, it
+// still closes once.
+bool FormMain::MayCloseNow() {
     if (text1_->IsChecking()) {
-        event->ignore();
-        AfterEntry([this] { close(); });
-        return;
+        if (std::exchange(closesAfterEntry_, true)) {
+            return false;
+        }
+        const auto closeNow = [this] {
+            closesAfterEntry_ = false;
+            close();
+        };
+        connect(text1_, &ValueOverlay::Checked, this, closeNow,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+        return false;
     }
-    if (!LeaveEntry()) {
+    return LeaveEntry();
+}
+
+void FormMain::closeEvent(QCloseEvent *event) {
+    if (!MayCloseNow()) {
         event->ignore();
         return;
     }

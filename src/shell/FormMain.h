@@ -110,6 +110,7 @@ private:
     void ConnectPages();
     bool LeaveEntry();
     void AfterEntry(const std::function<void()> &work);
+    bool MayCloseNow();
     void ShowTab();
     void LayOut();
     void ShowLinkState(bool online);
@@ -145,4 +146,5 @@ private:
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
     bool online_ = false;
+    bool closesAfterEntry_ = false; // on its way, once what is typed is written
 };

@@ -873,6 +873,36 @@ TEST_F(EntryAndCommandsTest, ACommandWaitsForTheTextWhoseWriteWaits) {
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
+TEST_F(EntryAndCommandsTest, AsksOnceThoughTheWindowIsClosedAgainWhileTheTextsWriteWaits) {
+    FakeLink link;
+    form_->Zentrova().ConnectTo(&link);
+    const auto closeTwice = [&] {
+        link.whileWaiting = {};
+        form_->close();
+        form_->close();
+    };
+    for (const bool byReturn : {true, false}) {
+        Type(byReturn ? "13" : "14");
+        link.whileWaiting = closeTwice;
+        dialogs_.Expect(
+            QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+            BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::Cancel);
+        if (byReturn) {
+            QTest::keyClick(&Text1(), Qt::Key_Return);
+        } else {
+            EXPECT_FALSE(form_->close());
+        }
+        EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+        Settle();
+        EXPECT_TRUE(form_->isVisible());
+    }
+    dialogs_.Expect(
+        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
+    EXPECT_TRUE(form_->close());
+    form_->Zentrova().ConnectTo(&form_->Link());
+}
+
 // Size. ---------------------------------------------------------------------------------------------
 
 TEST_F(FormMainTest, IsNeverSmallerThanItsLeastSize) {
