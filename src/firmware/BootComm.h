@@ -29,7 +29,9 @@ struct TransferEvents {
 // and from the memory images. Everything blocks; a loop yields once a round.
 class BootComm {
 public:
-    explicit BootComm(OpenBootLine open) : BootComm(std::make_unique<BootLibrary>(std::move(open))) {}
+    // Every frame on the line is reported to the tap, if there is one. It outlives the boot link.
+    explicit BootComm(OpenBootLine open, LineTap *tap = nullptr)
+        : BootComm(std::make_unique<BootLibrary>(std::move(open), tap)) {}
     explicit BootComm(std::unique_ptr<BootLibrary> library) : library_(std::move(library)) {}
 
     BootSettings &Settings() { return settings_; }
