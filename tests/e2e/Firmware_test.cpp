@@ -558,7 +558,7 @@ TEST_F(FirmwareTest, ALoaderThatDoesntAnswerEndsItAtTheFourth) {
         EXPECT_EQ(Status(), QStringLiteral("Failed to put in Boot mode"));
         EXPECT_EQ(console.Console().Boot().Settings().PortHandle, -1);
         // It waits in its loader, and a further click finds it.
-        EXPECT_TRUE(console.Console().ConnectBootloader());
+        EXPECT_EQ(console.Console().ConnectBootloader(), UpgradeConsole::ConnectOutcome::Connected);
     });
 }
 
