@@ -77,8 +77,8 @@ std::int16_t BootComm::ReadEepromByte(std::int16_t address) {
     return result < 1 ? std::int16_t{-1} : std::int16_t{buffer[0]};
 }
 
-std::int16_t BootComm::ReadRegion(std::int32_t &start, std::int32_t &end, std::uint8_t bytesPerAddress,
-                                  std::uint8_t command, const QString &fileName) {
+TransferResult BootComm::ReadRegion(std::int32_t &start, std::int32_t &end, std::uint8_t bytesPerAddress,
+                                    std::uint8_t command, const QString &fileName) {
     TextFileWriter file(fileName);
     std::array<std::uint8_t, 256> buffer{};
     start *= bytesPerAddress;
@@ -102,7 +102,7 @@ std::int16_t BootComm::ReadRegion(std::int32_t &start, std::int32_t &end, std::u
         const std::int32_t result = library_->ReadPIC(settings_.PortHandle, record, buffer);
         if (result < 0) {
             file.Close();
-            return static_cast<std::int16_t>(result);
+            return static_cast<TransferResult>(result);
         }
         for (std::int32_t index = 0; index < result; ++index) {
             if (address % MemoryImageLine::byteCount == 0) {
@@ -121,7 +121,7 @@ std::int16_t BootComm::ReadRegion(std::int32_t &start, std::int32_t &end, std::u
     return TransferResult::Finished;
 }
 
-std::int16_t BootComm::EraseRegion(std::int32_t start, std::int32_t end) {
+TransferResult BootComm::EraseRegion(std::int32_t start, std::int32_t end) {
     ++erases_;
     settings_.ContinueFlag = 1;
     for (std::int32_t address = start; address <= end;) {
@@ -133,7 +133,7 @@ std::int16_t BootComm::EraseRegion(std::int32_t start, std::int32_t end) {
         const std::int32_t result =
             library_->SendGetPacket(settings_.PortHandle, packet, 5, largestReplyOfErase, triesOfErase);
         if (result < 0) {
-            return static_cast<std::int16_t>(result);
+            return static_cast<TransferResult>(result);
         }
         address += settings_.EraseBlockBytes;
         events_.status(QStringLiteral("Erasing: %1").arg(address));
@@ -142,21 +142,23 @@ std::int16_t BootComm::EraseRegion(std::int32_t start, std::int32_t end) {
     return TransferResult::Finished;
 }
 
-std::int16_t BootComm::WriteProgramImage(std::uint8_t blockBytes, std::uint8_t bytesPerAddress,
+ImageWritten BootComm::WriteProgramImage(std::uint8_t blockBytes, std::uint8_t bytesPerAddress,
                                          std::uint8_t writeCommand, const QString &fileName) {
     TextFileReader lines(fileName, longestLine);
     TextFileWriter errors(settings_.ErrorFile);
     settings_.ContinueFlag = 1;
-    std::int16_t result = TransferResult::Finished;
+    ImageWritten image;
     while (!lines.AtEnd()) {
         events_.yield();
         const QByteArray line = lines.ReadLine().toByteArray(); // a yield may read on
         if (settings_.ContinueFlag == 0) {
-            result = result == TransferResult::VerifyFailed ? result : TransferResult::Aborted;
+            if (image.result != TransferResult::VerifyFailed) {
+                image.result = TransferResult::Aborted;
+            }
             break;
         }
         if (lines.HasChanged()) { // by a command that came meanwhile: what follows isn't that image
-            result = TransferResult::ImageChanged;
+            image.result = TransferResult::ImageChanged;
             break;
         }
         TransferRecord record = NewRecord(writeCommand, MemoryImageLine::byteCount,
@@ -169,27 +171,28 @@ std::int16_t BootComm::WriteProgramImage(std::uint8_t blockBytes, std::uint8_t b
         }
         const std::int32_t written = library_->WritePIC(settings_.PortHandle, record, bytes);
         if (written < 0) {
-            errors.Close();
-            return static_cast<std::int16_t>(written);
+            image.result = static_cast<TransferResult>(written);
+            break;
         }
         --record.Command; // reading is the command before writing
         const std::int32_t verified = library_->VerifyPIC(settings_.PortHandle, record, bytes);
         if (verified >= 0) {
             // Deliberate: a good line forgets the lines before it that differed. They stand in the error
             // file.
-            result = TransferResult::Finished;
+            image.result = TransferResult::Finished;
         } else if (verified == BootResult::BytesDiffer) {
             errors.WriteLine(line);
-            result = TransferResult::VerifyFailed;
+            ++image.differingLines;
+            image.result = TransferResult::VerifyFailed;
         } else {
-            errors.Close();
-            return static_cast<std::int16_t>(verified);
+            image.result = static_cast<TransferResult>(verified);
+            break;
         }
         events_.status(QStringLiteral("Writing: %1").arg(record.Address));
         events_.progress(lines.Fraction());
     }
     errors.Close();
-    return result;
+    return image;
 }
 
 bool BootComm::GoesOn() {

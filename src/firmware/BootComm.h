@@ -8,15 +8,20 @@
 #include <functional>
 #include <memory>
 
-// The results of BootComm's loops besides the negative results of the boot library.
-namespace TransferResult {
+// How a loop of BootComm ended. Any other value is the BootResult that ended it.
+enum class TransferResult : std::int32_t {
+    Finished = 1,
+    Aborted = -100,
+    VerifyFailed = -101, // of the line that was written last
+    ImageChanged = -102, // by something else, while it was read or written
+};
 
-inline constexpr std::int16_t Finished = 1;
-inline constexpr std::int16_t Aborted = -100;
-inline constexpr std::int16_t VerifyFailed = -101; // of the line that was written last
-inline constexpr std::int16_t ImageChanged = -102; // by something else, while it was read or written
-
-} // namespace TransferResult
+// How the write of an image ended. Counts every line that failed verification, also those that `result`
+// doesn't show.
+struct ImageWritten {
+    TransferResult result = TransferResult::Finished;
+    int differingLines = 0;
+};
 
 // The call-backs of BootComm's loops, called once a round.
 struct TransferEvents {
@@ -29,7 +34,9 @@ struct TransferEvents {
 // and from the memory images. Everything blocks; a loop yields once a round.
 class BootComm {
 public:
-    explicit BootComm(OpenBootLine open) : BootComm(std::make_unique<BootLibrary>(std::move(open))) {}
+    // Every frame on the line is reported to the tap, if there is one. It outlives the boot link.
+    explicit BootComm(OpenBootLine open, LineTap *tap = nullptr)
+        : BootComm(std::make_unique<BootLibrary>(std::move(open), tap)) {}
     explicit BootComm(std::unique_ptr<BootLibrary> library) : library_(std::move(library)) {}
 
     BootSettings &Settings() { return settings_; }
@@ -53,15 +60,15 @@ public:
 
     // Reads a region into a memory image. Multiplies both addresses by `bytesPerAddress`. A command that
     // changes the image meanwhile ends it and has its way. Fault when the file can't be written.
-    std::int16_t ReadRegion(std::int32_t &start, std::int32_t &end, std::uint8_t bytesPerAddress,
-                            std::uint8_t command, const QString &fileName);
-    std::int16_t EraseRegion(std::int32_t start, std::int32_t end);
+    TransferResult ReadRegion(std::int32_t &start, std::int32_t &end, std::uint8_t bytesPerAddress,
+                              std::uint8_t command, const QString &fileName);
+    TransferResult EraseRegion(std::int32_t start, std::int32_t end);
     // How often an erase was begun.
     int Erases() const { return erases_; }
     // Writes and verifies a memory image line by line, wherever its addresses lie. A line that differs goes
     // to ErrorFile and the loop on to the next, whose result replaces that one's. Fault when a file can't be
     // opened or written.
-    std::int16_t WriteProgramImage(std::uint8_t blockBytes, std::uint8_t bytesPerAddress,
+    ImageWritten WriteProgramImage(std::uint8_t blockBytes, std::uint8_t bytesPerAddress,
                                    std::uint8_t writeCommand, const QString &fileName);
 
 private:

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -166,8 +167,14 @@ BootLibrary::Answer BootLibrary::Exchange(std::int32_t handle, const QByteArray 
 }
 
 bool BootLibrary::Send(const QByteArray &packet) {
+    const QByteArray frame = BootFrame::Encode(packet);
     echo_.Sent(packet);
-    return line_->Write(BootFrame::Encode(packet));
+    if (!line_->Write(frame)) {
+        Report(LineFrame::Kind::Reply, {}, BootResult::WriteError);
+        return false;
+    }
+    Report(LineFrame::Kind::Request, frame);
+    return true;
 }
 
 BootLibrary::Answer BootLibrary::Try(const QByteArray &packet, const Expected &expected) {
@@ -176,11 +183,13 @@ BootLibrary::Answer BootLibrary::Try(const QByteArray &packet, const Expected &e
         return {BootResult::WriteError, {}};
     }
     const qsizetype onTheLine = BootFrame::Encode(packet).size() + BootFrame::LongestOf(expected.size);
-    return Listen(LineTimeMs(onTheLine) + timeoutMs_, expected);
+    Heard heard{.reader = NewReader(expected), .ifNoMoreComes = BootResult::NoAnswer};
+    Answer answer = Listen(LineTimeMs(onTheLine) + timeoutMs_, heard, expected);
+    Report(LineFrame::Kind::Reply, heard.bytes, std::min(answer.result, 0));
+    return answer;
 }
 
-BootLibrary::Answer BootLibrary::Listen(int milliseconds, const Expected &expected) {
-    Heard heard{.reader = NewReader(expected), .ifNoMoreComes = BootResult::NoAnswer};
+BootLibrary::Answer BootLibrary::Listen(int milliseconds, Heard &heard, const Expected &expected) {
     QElapsedTimer waited;
     waited.start();
     qsizetype received = 0;
@@ -194,8 +203,10 @@ BootLibrary::Answer BootLibrary::Listen(int milliseconds, const Expected &expect
             return {heard.ifNoMoreComes, {}};
         }
         received += bytes->size();
-        for (const char byte : *bytes) {
-            if (std::optional<Answer> answer = Take(byte, heard, expected)) {
+        for (qsizetype index = 0; index < bytes->size(); ++index) {
+            heard.bytes.append(bytes->at(index));
+            if (std::optional<Answer> answer = Take(bytes->at(index), heard, expected)) {
+                heard.bytes.append(bytes->sliced(index + 1));
                 return *std::move(answer);
             }
         }
@@ -218,6 +229,7 @@ std::optional<BootLibrary::Answer> BootLibrary::Take(char byte, Heard &heard, co
     const bool isEcho = isWhole && echo_.Takes(payload, expected.Accepts(payload));
     heard.reader = NewReader(expected);
     if (isEcho) {
+        TakeEcho(payload, heard);
         heard.ifNoMoreComes = BootResult::NoAnswer;
         return std::nullopt;
     }
@@ -245,14 +257,35 @@ BootLibrary::Answer BootLibrary::Judge(BootFrame::Reader::State state, const QBy
     return {static_cast<std::int32_t>(payload.size()), payload};
 }
 
+// The echo of that packet has just been heard. What came before it is late.
+void BootLibrary::TakeEcho(const QByteArray &packet, Heard &heard) {
+    const QByteArray frame = BootFrame::Encode(packet);
+    heard.bytes.chop(frame.size());
+    if (!heard.bytes.isEmpty()) {
+        Report(LineFrame::Kind::LateReply, std::exchange(heard.bytes, {}));
+    }
+    Report(LineFrame::Kind::Echo, frame);
+}
+
 void BootLibrary::LetLineFallSilent() {
+    QByteArray late;
     for (int silence = 0; silence < mostSilences; ++silence) {
         const auto bytes = line_->Read(silenceMs);
         if (!bytes || bytes->isEmpty()) {
             break;
         }
+        late += *bytes;
     }
     echo_.Settle();
+    if (!late.isEmpty()) {
+        Report(LineFrame::Kind::LateReply, late);
+    }
+}
+
+void BootLibrary::Report(LineFrame::Kind kind, const QByteArray &bytes, std::int32_t result) {
+    if (tap_ != nullptr) {
+        tap_->Report(kind, bytes, result);
+    }
 }
 
 int BootLibrary::LineTimeMs(qsizetype bytes) const {

@@ -4,6 +4,7 @@
 #include "firmware/BootFrame.h"
 #include "firmware/BootLine.h"
 #include "firmware/TransferRecord.h"
+#include "link/LineTap.h"
 
 #include <QByteArray>
 #include <cstdint>
@@ -30,7 +31,10 @@ inline constexpr std::int32_t BytesDiffer = -12;
 // while it isn't known yet.
 class BootLibrary {
 public:
-    explicit BootLibrary(OpenBootLine openLine) : openLine_(std::move(openLine)) {}
+    // Reports every frame to the tap, if there is one. It outlives the library.
+    explicit BootLibrary(OpenBootLine openLine, LineTap *tap = nullptr)
+        : openLine_(std::move(openLine)),
+          tap_(tap) {}
     virtual ~BootLibrary() = default;
     BootLibrary(const BootLibrary &) = delete;
     BootLibrary &operator=(const BootLibrary &) = delete;
@@ -75,6 +79,7 @@ private:
     struct Heard {
         BootFrame::Reader reader;
         std::int32_t ifNoMoreComes; // a BootResult
+        QByteArray bytes = {};      // all that came, without the echo
     };
 
     bool OpenLine();
@@ -83,15 +88,18 @@ private:
                     std::int32_t tries);
     bool Send(const QByteArray &packet);
     Answer Try(const QByteArray &packet, const Expected &expected);
-    Answer Listen(int milliseconds, const Expected &expected);
+    Answer Listen(int milliseconds, Heard &heard, const Expected &expected);
     BootFrame::Reader NewReader(const Expected &expected) const;
     // How the try ends with that byte, if it does.
     std::optional<Answer> Take(char byte, Heard &heard, const Expected &expected);
     static Answer Judge(BootFrame::Reader::State state, const QByteArray &payload, const Expected &expected);
+    void TakeEcho(const QByteArray &packet, Heard &heard);
     void LetLineFallSilent();
+    void Report(LineFrame::Kind kind, const QByteArray &bytes, std::int32_t result = 0);
     int LineTimeMs(qsizetype bytes) const;
 
     OpenBootLine openLine_;
+    LineTap *tap_;
     bool portIsOpen_ = false;
     std::int32_t handle_ = 0;
     std::unique_ptr<BootLine> line_; // null while the port is open: the device has gone away

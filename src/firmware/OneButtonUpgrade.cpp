@@ -2,7 +2,6 @@
 
 #include "firmware/TextFileReader.h"
 #include "model/ParamDefines.h"
-#include "support/ApplicationTitle.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -23,27 +22,27 @@ void TurnEventLoopFor(std::chrono::milliseconds time) {
     loop.exec();
 }
 
+UpgradeOutcome FailureOf(TransferResult result, UpgradeOutcome failed) {
+    return result == TransferResult::Aborted ? UpgradeOutcome::Aborted : failed;
+}
+
 } // namespace
 
 OneButtonUpgrade::OneButtonUpgrade(UpgradeConsole &console, LinkSession &link, ClassZentrova &zentrova,
-                                   UserDialogs &dialogs, QObject *parent)
+                                   QObject *parent)
     : QObject(parent),
       console_(console),
       link_(link),
       zentrova_(zentrova),
-      dialogs_(dialogs),
       timerTimeout_(new QTimer(this)) {
     timerTimeout_->setObjectName(QStringLiteral("TimerTimeout"));
     timerTimeout_->setSingleShot(true);
     timerTimeout_->setTimerType(Qt::PreciseTimer); // or a wait lasts half a second more, or less
 }
 
-void OneButtonUpgrade::Run(const QString &firmwareFile) {
-    if (running_ || dialogs_.OwnedMessageBox(
-                        QStringLiteral("This utility will upgrade the ZTV500-100 firmware.\n\nContinue?"),
-                        {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo},
-                        ApplicationTitle()) != BoxAnswer::Yes) {
-        return;
+UpgradeOutcome OneButtonUpgrade::Run(const QString &firmwareFile) {
+    if (running_) {
+        return UpgradeOutcome::AlreadyRunning;
     }
     running_ = true;
     Q_EMIT RunningChanged(true);
@@ -53,40 +52,57 @@ void OneButtonUpgrade::Run(const QString &firmwareFile) {
         running_ = false;
         Q_EMIT RunningChanged(false);
     });
-    Upgrade(firmwareFile);
+    const UpgradeOutcome outcome = Upgrade(firmwareFile);
+    Q_EMIT Ended(outcome);
+    if (outcome >= UpgradeOutcome::NotPolled && outcome <= UpgradeOutcome::LoaderNotFound) {
+        console_.SetStatus(QStringLiteral("Failed to put in Boot mode"));
+    }
+    return outcome;
 }
 
-void OneButtonUpgrade::Upgrade(const QString &firmwareFile) {
-    if (!console_.ConnectBootloader() && !EnterBootLoader(firmwareFile)) {
-        return;
+UpgradeOutcome OneButtonUpgrade::Upgrade(const QString &firmwareFile) {
+    if (console_.ConnectBootloader() != UpgradeConsole::ConnectOutcome::Connected) {
+        if (const Failure failure = EnterBootLoader(firmwareFile)) {
+            return *failure;
+        }
     }
     console_.Boot().ReadEepromByte(eepromByteAsked); // whatever comes of it
-    if (!console_.OpenHexFile(firmwareFile)) {
-        return;
+    if (console_.OpenHexFile(firmwareFile) != UpgradeConsole::HexFileOutcome::Good) {
+        return UpgradeOutcome::BadFirmware;
     }
+    if (const Failure failure = ReplaceProgram()) {
+        return *failure;
+    }
+    if (!console_.RunModeCommand()) {
+        return UpgradeOutcome::RunModeFailed;
+    }
+    if (!Restart()) {
+        console_.SetStatus(QStringLiteral("Reset Processor Failed!"));
+        return UpgradeOutcome::StillInLoader;
+    }
+    return UpgradeOutcome::Upgraded;
+}
+
+OneButtonUpgrade::Failure OneButtonUpgrade::ReplaceProgram() {
     const TextFileReader image(console_.Boot().Settings().ProgramFile, 0);
-    if (!console_.EraseDevice()) {
-        return;
+    const TransferResult erased = console_.EraseDevice();
+    if (erased != TransferResult::Finished) {
+        return FailureOf(erased, UpgradeOutcome::EraseFailed);
     }
     // The commands that came meanwhile may have left another image than the firmware, or erased again what
     // was written of it. Such a sensor mustn't be told to run.
     const int erases = console_.Boot().Erases();
-    if (!image.HasChanged() && !console_.WriteDevice()) {
-        return;
+    if (!image.HasChanged()) {
+        const TransferResult written = console_.WriteDevice().result;
+        if (written != TransferResult::Finished) {
+            return FailureOf(written, UpgradeOutcome::WriteFailed);
+        }
     }
     if (image.HasChanged() || console_.Boot().Erases() != erases) {
         console_.SetStatus(QStringLiteral("Failed to write device..."));
-        return;
+        return UpgradeOutcome::WriteFailed;
     }
-    if (!console_.RunModeCommand()) {
-        return;
-    }
-    if (!Restart()) {
-        console_.SetStatus(QStringLiteral("Reset Processor Failed!"));
-        return;
-    }
-    dialogs_.OwnedMessageBox(QStringLiteral("Firmware has been sucessfully upgraded!"),
-                             {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
+    return std::nullopt;
 }
 
 // A reset has no answer, and may be lost: the loader that still answers tells so. A device that went away may
@@ -104,40 +120,39 @@ bool OneButtonUpgrade::Restart() {
 
 // A running sensor restarts into its boot loader when it is told so over Modbus, and the link closes by
 // itself once it has confirmed that. Without a good file it would stay there: nothing is sent to it then.
-bool OneButtonUpgrade::EnterBootLoader(const QString &firmwareFile) {
-    if (console_.PortWasOpened() && !console_.CheckHexFile(firmwareFile)) {
-        return false;
+OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmwareFile) {
+    const auto firmwareIsBad = [&] {
+        return console_.CheckHexFile(firmwareFile) != UpgradeConsole::HexFileOutcome::Good;
+    };
+    if (console_.PortWasOpened() && firmwareIsBad()) {
+        return UpgradeOutcome::BadFirmware;
     }
     console_.SetStatus(QStringLiteral("Placing in boot mode..."));
     link_.ReadOnConnect(); // an earlier connect may have left the wish to download
     link_.GoOnline(1);
     // A port that has only now come free. Nothing was sent yet: that takes the event loop.
-    if (!console_.PortWasOpened() && link_.PortIsOpen() && !console_.CheckHexFile(firmwareFile)) {
-        return false;
+    if (!console_.PortWasOpened() && link_.PortIsOpen() && firmwareIsBad()) {
+        return UpgradeOutcome::BadFirmware;
     }
     if (!WaitWhile([this] { return !link_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); })) {
-        ShowFailure(1);
-        return false;
+        return UpgradeOutcome::NotPolled;
     }
     // Only a change goes to the sensor: what the table holds must not be the command already.
     zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::NoCommand);
     zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader);
     if (!WaitWhile([this] { return link_.Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite); })) {
-        ShowFailure(2);
-        return false;
+        return UpgradeOutcome::CommandUnanswered;
     }
     if (!WaitWhile([this] { return link_.PortIsOpen(); })) {
-        ShowFailure(3);
-        return false;
+        return UpgradeOutcome::PortNotReleased;
     }
     // Confirmed, so that it must not stay: a file or a download would carry it to the next sensor. Not as the
     // user's write: that would count as a change of the file.
     zentrova_.ParamUpdate(ParamDefines::ReinitCommand, ParamDefines::NoCommand);
-    if (!console_.ConnectBootloader()) {
-        ShowFailure(4);
-        return false;
+    if (console_.ConnectBootloader() != UpgradeConsole::ConnectOutcome::Connected) {
+        return UpgradeOutcome::LoaderNotFound;
     }
-    return true;
+    return std::nullopt;
 }
 
 bool OneButtonUpgrade::WaitWhile(const std::function<bool()> &condition) {
@@ -151,10 +166,4 @@ bool OneButtonUpgrade::WaitWhile(const std::function<bool()> &condition) {
         }
     }
     return true;
-}
-
-void OneButtonUpgrade::ShowFailure(int step) {
-    dialogs_.OwnedMessageBox(QStringLiteral("Error Connecting to ZTV500-100. (MSG#%1)").arg(step),
-                             {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
-    console_.SetStatus(QStringLiteral("Failed to put in Boot mode"));
 }

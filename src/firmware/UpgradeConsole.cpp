@@ -2,7 +2,6 @@
 
 #include "firmware/HexFileAccess.h"
 #include "firmware/TextFileWriter.h"
-#include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "support/FileFunctions.h"
 
@@ -10,19 +9,6 @@
 #include <QDir>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
-
-namespace {
-
-FileQuestion HexFileQuestion(const char *title) {
-    return {.filters = {{.caption = QStringLiteral("INHEX32 Files (*.HEX)"),
-                         .patterns = {QStringLiteral("*.hex"), QStringLiteral("*.HEX")}},
-                        {.caption = QStringLiteral("All Files (*.*)"), .patterns = {QStringLiteral("*")}}},
-            .suggestion = {},
-            .defaultSuffix = QStringLiteral("HEX"),
-            .title = QString::fromLatin1(title)};
-}
-
-} // namespace
 
 // Keeps the console busy and its transfer shown during its lifetime.
 class UpgradeConsole::Transfer {
@@ -43,11 +29,11 @@ private:
     QScopedValueRollback<Share> outer_; // of the transfer that this one runs inside of
 };
 
-UpgradeConsole::UpgradeConsole(BootComm &bootComm, Surroundings surroundings, QObject *parent)
+UpgradeConsole::UpgradeConsole(BootComm &bootComm, Dependencies dependencies, QObject *parent)
     : QObject(parent),
       bootComm_(bootComm),
       settings_(bootComm.Settings()),
-      surroundings_(std::move(surroundings)) {
+      dependencies_(std::move(dependencies)) {
     bootComm_.OnTransfer(
         {.yield = [] { QCoreApplication::processEvents(); },
          .status = [this](const QString &word) { SetStatus(word); },
@@ -80,28 +66,27 @@ void UpgradeConsole::SetStatus(const QString &word, const QString &toolTip) {
     Q_EMIT PanelChanged(Panel::Status, word, toolTip);
 }
 
-bool UpgradeConsole::ConnectBootloader() {
+UpgradeConsole::ConnectOutcome UpgradeConsole::ConnectBootloader() {
     try {
         portWasOpened_ = bootComm_.OpenPort();
         if (!portWasOpened_) {
             SetStatus(QStringLiteral("Failed to open port..."));
-            return false;
+            return ConnectOutcome::PortRefused;
         }
         if (!FindDevice()) {
             DisconnectBootloader();
-            return false;
+            return ConnectOutcome::NoLoader;
         }
     } catch (const Fault &fault) {
-        const QString text = QStringLiteral("Core error:  ") + fault.Description();
-        SetStatus(text);
-        surroundings_.dialogs.OwnedMessageBox(text, {.icon = BoxIcon::None, .buttons = BoxButtons::Ok},
-                                              QString());
-        return false;
+        const QString word = QStringLiteral("Core error:  ") + fault.Description();
+        SetStatus(word);
+        Q_EMIT ConnectFaulted(word);
+        return ConnectOutcome::Faulted;
     }
     Q_EMIT PanelChanged(Panel::Processor, settings_.DeviceName);
     SetStatus(QStringLiteral("Device found..."));
     Q_EMIT ConnectedChanged(true);
-    return true;
+    return ConnectOutcome::Connected;
 }
 
 bool UpgradeConsole::FindDevice() {
@@ -124,16 +109,14 @@ void UpgradeConsole::DisconnectBootloader() {
     Q_EMIT ConnectedChanged(false);
 }
 
-// True, with its word, for a transfer that finished.
-bool UpgradeConsole::ShowOutcome(std::int16_t result, const QString &failed) {
+void UpgradeConsole::ShowOutcome(TransferResult result, const QString &failed) {
     SetStatus(result == TransferResult::Aborted    ? QStringLiteral("Operation aborted...")
               : result == TransferResult::Finished ? QStringLiteral("Finished operation...")
                                                    : failed);
-    return result == TransferResult::Finished;
 }
 
 // A failure in one region doesn't stop the others.
-void UpgradeConsole::ReadDevice() {
+TransferResult UpgradeConsole::ReadDevice() {
     struct Region {
         std::int32_t start;
         std::int32_t end;
@@ -148,106 +131,102 @@ void UpgradeConsole::ReadDevice() {
     };
     constexpr std::uint8_t bytesPerAddress = 1;
     const Transfer transfer(*this, "Reading");
-    double whole = 0;
+    double bytes = 0;
     for (const Region &region : regions) {
-        whole += region.end - region.start + 1;
+        bytes += region.end - region.start + 1;
     }
     share_.size = 0;
+    TransferResult whole = TransferResult::Finished;
     for (Region region : regions) {
-        share_ = {share_.before + share_.size, (region.end - region.start + 1) / whole};
-        const std::int16_t result =
+        share_ = {share_.before + share_.size, (region.end - region.start + 1) / bytes};
+        const TransferResult result =
             bootComm_.ReadRegion(region.start, region.end, bytesPerAddress, region.command, region.fileName);
         ShowOutcome(result, QStringLiteral("Failed to read device..."));
         if (result == TransferResult::Aborted) {
-            return;
+            return result;
+        }
+        if (whole == TransferResult::Finished) {
+            whole = result;
         }
     }
+    return whole;
 }
 
-bool UpgradeConsole::EraseDevice() {
+TransferResult UpgradeConsole::EraseDevice() {
     const Transfer transfer(*this, "Erasing");
-    return ShowOutcome(bootComm_.EraseRegion(settings_.ProgramStart, settings_.ProgramEnd),
-                       QStringLiteral("Failed to write device..."));
+    const TransferResult result = bootComm_.EraseRegion(settings_.ProgramStart, settings_.ProgramEnd);
+    ShowOutcome(result, QStringLiteral("Failed to write device..."));
+    return result;
 }
 
-bool UpgradeConsole::WriteDevice() {
+ImageWritten UpgradeConsole::WriteDevice() {
     const Transfer transfer(*this, "Writing");
-    const std::int16_t result = bootComm_.WriteProgramImage(settings_.WriteBlockBytes, settings_.AddressBytes,
-                                                            BootCommand::WriteProgram, settings_.ProgramFile);
-    if (result == TransferResult::VerifyFailed) {
+    const ImageWritten image = bootComm_.WriteProgramImage(settings_.WriteBlockBytes, settings_.AddressBytes,
+                                                           BootCommand::WriteProgram, settings_.ProgramFile);
+    if (image.result == TransferResult::VerifyFailed) {
         SetStatus(QStringLiteral("Verify error received..."));
         ShowInEditor(settings_.ErrorFile);
-        return false;
+    } else {
+        ShowOutcome(image.result, QStringLiteral("Failed to write device..."));
     }
-    return ShowOutcome(result, QStringLiteral("Failed to write device..."));
+    return image;
 }
 
 void UpgradeConsole::Abort() {
     settings_.ContinueFlag = 0;
 }
 
-bool UpgradeConsole::OpenHexFile(const QString &path) {
-    if (path.isEmpty()) {
-        const auto chosen = surroundings_.dialogs.OpenFileDialog(HexFileQuestion("Open HEX File"));
-        if (!chosen) {
-            return false;
-        }
-        settings_.HexInputPath = *chosen;
-    } else if (FileFunctions::FileExists(path)) {
-        settings_.HexInputPath = path;
-    } else {
-        return false;
-    }
+UpgradeConsole::HexFileOutcome UpgradeConsole::OpenHexFile(const QString &path) {
+    return FileFunctions::FileExists(path) ? ImportHexFile(path) : HexFileOutcome::NotFound;
+}
+
+UpgradeConsole::HexFileOutcome UpgradeConsole::ImportHexFile(const QString &path) {
+    settings_.HexInputPath = path;
     SetStatus(QStringLiteral("Importing HEX file..."));
     Q_EMIT PointerChanged(Qt::BusyCursor);
     const auto done = qScopeGuard([this] { Q_EMIT PointerChanged(Qt::ArrowCursor); });
     Q_EMIT RedrawWanted();
-    const std::int16_t result = HexFileAccess::ImportForDeviceFamily(settings_, settings_.HexInputPath);
-    ShowImported(result);
-    return result > 0;
+    return ShowHexFileWord(HexFileAccess::ImportForDeviceFamily(settings_, settings_.HexInputPath));
 }
 
-void UpgradeConsole::ShowImported(std::int16_t result) {
-    SetStatus(result == HexFileAccess::fileNotPadded ? QStringLiteral("HEX file not padded properly...")
-              : result > 0                           ? QStringLiteral("HEX file imported...")
-                                                     : QStringLiteral("Invalid HEX file..."));
+UpgradeConsole::HexFileOutcome UpgradeConsole::ShowHexFileWord(std::int16_t result) {
+    if (result > 0) {
+        SetStatus(QStringLiteral("HEX file imported..."));
+        return HexFileOutcome::Good;
+    }
+    if (result == HexFileAccess::fileNotPadded) {
+        SetStatus(QStringLiteral("HEX file not padded properly..."));
+        return HexFileOutcome::NotPadded;
+    }
+    SetStatus(QStringLiteral("Invalid HEX file..."));
+    return HexFileOutcome::Invalid;
 }
 
-bool UpgradeConsole::CheckHexFile(const QString &path) {
+UpgradeConsole::HexFileOutcome UpgradeConsole::CheckHexFile(const QString &path) {
     if (!FileFunctions::FileExists(path)) {
         SetStatus(QStringLiteral("Firmware file not found"), path);
-        return false;
+        return HexFileOutcome::NotFound;
     }
     std::int16_t result = HexFileAccess::failure;
     try {
         result = HexFileAccess::CheckHexFile(path);
     } catch (const Fault &) { // It can't be opened: no better than an invalid one.
     }
-    if (result <= 0) {
-        ShowImported(result);
-    }
-    return result > 0;
+    return result > 0 ? HexFileOutcome::Good : ShowHexFileWord(result);
 }
 
-void UpgradeConsole::SaveHexFile() {
-    const auto chosen = surroundings_.dialogs.SaveFileDialog(HexFileQuestion("Save HEX File"));
-    if (!chosen) {
-        return;
+bool UpgradeConsole::SaveHexFile(const QString &path) {
+    if (HexFileAccess::IsMemoryImage(settings_, path)) {
+        return false;
     }
-    if (HexFileAccess::IsMemoryImage(settings_, *chosen)) {
-        Warn(QStringLiteral("This is one of the program's own memory images. Choose another name for the hex "
-                            "file.\n%1")
-                 .arg(*chosen),
-             ApplicationTitle());
-        return;
-    }
-    settings_.HexOutputPath = *chosen;
+    settings_.HexOutputPath = path;
     SetStatus(QStringLiteral("Exporting HEX file..."));
     Q_EMIT PointerChanged(Qt::BusyCursor);
     const auto done = qScopeGuard([this] { Q_EMIT PointerChanged(Qt::ArrowCursor); });
     Q_EMIT RedrawWanted();
     HexFileAccess::ExportForDeviceFamily(settings_, settings_.HexOutputPath);
     SetStatus(QStringLiteral("HEX file exported..."));
+    return true;
 }
 
 void UpgradeConsole::EraseFiles() {
@@ -267,10 +246,9 @@ void UpgradeConsole::ViewFiles() {
 }
 
 bool UpgradeConsole::ShowInEditor(const QString &fileName) {
-    const bool shown = surroundings_.showInEditor(settings_.EditorCommand, fileName);
+    const bool shown = dependencies_.showInEditor(settings_.EditorCommand, fileName);
     if (!shown) {
-        Warn(QStringLiteral("No text editor could be started. The file is\n%1").arg(fileName),
-             ApplicationTitle());
+        Q_EMIT EditorMissing(fileName);
     }
     return shown;
 }
@@ -281,25 +259,18 @@ bool UpgradeConsole::RunModeCommand() {
     return set;
 }
 
-void UpgradeConsole::RunApp() {
-    if (surroundings_.dialogs.OwnedMessageBox(QStringLiteral("Are you sure?"),
-                                              {.icon = BoxIcon::None, .buttons = BoxButtons::YesNo},
-                                              ApplicationTitle()) != BoxAnswer::Yes) {
-        return;
-    }
+UpgradeConsole::RunOutcome UpgradeConsole::RunApp() {
     Q_EMIT PointerChanged(Qt::WaitCursor);
     const auto done = qScopeGuard([this] { Q_EMIT PointerChanged(Qt::ArrowCursor); });
     if (!RunModeCommand()) {
-        Warn(QStringLiteral("Failed to place processor in run mode!"), QStringLiteral("Error"));
-        return;
+        Q_EMIT RunAppFailed(RunOutcome::RunModeFailed);
+        return RunOutcome::RunModeFailed;
     }
+    RunOutcome outcome = RunOutcome::Started;
     if (!bootComm_.ResetProcessor().isEmpty()) {
-        Warn(QStringLiteral("Reset Processor Failed!"), QStringLiteral("Error"));
+        outcome = RunOutcome::ResetFailed;
+        Q_EMIT RunAppFailed(outcome);
     }
     DisconnectBootloader();
-}
-
-void UpgradeConsole::Warn(const QString &text, const QString &title) {
-    surroundings_.dialogs.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                                          title);
+    return outcome;
 }

@@ -53,7 +53,7 @@ FormMain::FormMain(Surroundings surroundings)
         *zentrova_, LinkSession::Dependencies{.deviceOfPort = deviceOfPort,
                                               .askDirection = [this] { return AskDirection(); }});
     linkNotices_ = std::make_unique<LinkNotices>(*link_, surroundings_.dialogs);
-    bootComm_ = std::make_unique<BootComm>(SerialBootLine::Opener(deviceOfPort));
+    bootComm_ = std::make_unique<BootComm>(SerialBootLine::Opener(deviceOfPort), &link_->Mbaxp1().Tap());
     link_->CommPort(comm.commPort);
     link_->BaudRate(comm.baudRate);
     link_->ParityStop(comm.parityStop);

@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <optional>
 #include <tuple>
 #include <vector>
@@ -197,6 +198,39 @@ TEST_F(FirmwareTest, OneButtonWorksBehindAnAdapterThatGivesBackWhatIsSent) {
     EXPECT_EQ(Flash(), ApplicationIn(FirmwareFile()));
     EXPECT_EQ(ContentOf(Path("ERROR.MCP")), QByteArray());
     EXPECT_TRUE(RunsItsApplication());
+}
+
+TEST_F(FirmwareTest, OneListenerSeesTheMasterAndTheBootLine) {
+    StartSensor();
+    MakeSmallFirmware();
+    Start();
+    std::vector<LineFrame> seen;
+    QObject::connect(&form_->Link().Mbaxp1().Tap(), &LineTap::FrameSeen, form_.get(),
+                     [&seen](const LineFrame &frame) { seen.push_back(frame); });
+    InConsole([this](FormUpgradeFirmware &console, const Form &ui) {
+        console.Console().Boot().Settings().ProgramEnd = 0x87F;
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+    });
+    // The upgrade looks for a loader three times, then asks the running sensor, and ends on the boot line.
+    using Kind = LineFrame::Kind;
+    ASSERT_GT(seen.size(), 20u);
+    for (std::size_t index = 0; index < 6; ++index) {
+        EXPECT_EQ(seen[index].kind, index % 2 == 0 ? Kind::Request : Kind::Reply) << index;
+        EXPECT_FALSE(seen[index].transaction) << index;
+        EXPECT_EQ(seen[index].status, index % 2 == 0 ? 0 : BootResult::NoAnswer) << index;
+    }
+    const auto written = std::find_if(seen.begin(), seen.end(), [](const LineFrame &frame) {
+        return frame.kind == Kind::Reply && frame.transaction == LinkTransaction::SingleWrite;
+    });
+    ASSERT_NE(written, seen.end());
+    EXPECT_EQ(written->status, LinkStatus::NoError);
+    EXPECT_TRUE(std::all_of(written + 1, seen.end(), [](auto &frame) { return !frame.transaction; }));
+    const QByteArray reset = BootFrame::Encode(QByteArray(2, '\0'));
+    EXPECT_EQ(std::count_if(written, seen.end(), [&](auto &frame) { return frame.bytes == reset; }), 1);
+    EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end(),
+                               [](auto &first, auto &second) { return first.time < second.time; }));
 }
 
 TEST_F(FirmwareTest, OneButtonWorksBehindSuchAnAdapterAtTheLinesPace) {
@@ -524,7 +558,7 @@ TEST_F(FirmwareTest, ALoaderThatDoesntAnswerEndsItAtTheFourth) {
         EXPECT_EQ(Status(), QStringLiteral("Failed to put in Boot mode"));
         EXPECT_EQ(console.Console().Boot().Settings().PortHandle, -1);
         // It waits in its loader, and a further click finds it.
-        EXPECT_TRUE(console.Console().ConnectBootloader());
+        EXPECT_EQ(console.Console().ConnectBootloader(), UpgradeConsole::ConnectOutcome::Connected);
     });
 }
 

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -53,11 +54,15 @@ protected:
         return line;
     }
 
-    std::int16_t Read(std::int32_t start, std::int32_t end, std::uint8_t command = BootCommand::ReadProgram) {
+    TransferResult Read(std::int32_t start, std::int32_t end,
+                        std::uint8_t command = BootCommand::ReadProgram) {
         return comm_.ReadRegion(start, end, 1, command, Path("PROGMEM.MCP"));
     }
-    std::int16_t Write() {
-        return comm_.WriteProgramImage(8, 1, BootCommand::WriteProgram, Path("PROGMEM.MCP"));
+    TransferResult Write() {
+        const ImageWritten image =
+            comm_.WriteProgramImage(8, 1, BootCommand::WriteProgram, Path("PROGMEM.MCP"));
+        differingLines_ = image.differingLines;
+        return image.result;
     }
     // Verifying finds another byte in the line at that address.
     void SpoilLineAt(std::uint32_t address) {
@@ -74,6 +79,7 @@ protected:
     QTemporaryDir folder_;
     FakeLoader loader_;
     BootComm comm_{loader_.Opener()};
+    int differingLines_ = -1; // of the last Write
     int yields_ = 0;
     std::function<void()> onYield_;
     QStringList words_;
@@ -231,7 +237,7 @@ TEST_F(BootCommTest, ReadsARegionInPacketsIntoLinesOfSixteenBytes) {
     for (std::uint32_t address = 0; address < 0xC000; ++address) {
         loader_.program[address] = static_cast<std::uint8_t>(address * 7 + (address >> 8));
     }
-    EXPECT_EQ(Read(0x800, 0xBFFF), 1);
+    EXPECT_EQ(Read(0x800, 0xBFFF), TransferResult::Finished);
     EXPECT_EQ(loader_.packets.size(), 368u);
     EXPECT_EQ(loader_.packets.front(), Bytes("01 80 00 08 00"));
     EXPECT_EQ(loader_.packets.back(), Bytes("01 80 80 BF 00"));
@@ -250,18 +256,18 @@ TEST_F(BootCommTest, ReadsARegionInPacketsIntoLinesOfSixteenBytes) {
 }
 
 TEST_F(BootCommTest, ReadsTheEepromAndTheSmallAreas) {
-    EXPECT_EQ(Read(0, 0x3FF, BootCommand::ReadEeprom), 1);
+    EXPECT_EQ(Read(0, 0x3FF, BootCommand::ReadEeprom), TransferResult::Finished);
     EXPECT_EQ(loader_.packets.size(), 8u);
     EXPECT_EQ(loader_.packets.front(), Bytes("04 80 00 00 00"));
     loader_.packets.clear();
-    EXPECT_EQ(Read(0x300000, 0x30000F), 1);
+    EXPECT_EQ(Read(0x300000, 0x30000F), TransferResult::Finished);
     EXPECT_EQ(loader_.packets, std::vector<QByteArray>{Bytes("01 10 00 00 30")});
     EXPECT_EQ(ContentOf(Path("PROGMEM.MCP")),
               QByteArray("300000 FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF\r\n"));
 }
 
 TEST_F(BootCommTest, NeverWritesALineThatIsNotFull) {
-    EXPECT_EQ(Read(0x10, 0x27), 1);
+    EXPECT_EQ(Read(0x10, 0x27), TransferResult::Finished);
     EXPECT_EQ(ContentOf(Path("PROGMEM.MCP")).count('\n'), 1);
     EXPECT_EQ(loader_.packets, std::vector<QByteArray>{Bytes("01 18 10 00 00")});
 }
@@ -269,7 +275,8 @@ TEST_F(BootCommTest, NeverWritesALineThatIsNotFull) {
 TEST_F(BootCommTest, MultipliesTheAddressesByTheBytesOfOne) {
     std::int32_t start = 0x10;
     std::int32_t end = 0x1F;
-    EXPECT_EQ(comm_.ReadRegion(start, end, 2, BootCommand::ReadProgram, Path("PROGMEM.MCP")), 1);
+    EXPECT_EQ(comm_.ReadRegion(start, end, 2, BootCommand::ReadProgram, Path("PROGMEM.MCP")),
+              TransferResult::Finished);
     EXPECT_EQ(start, 0x20);
     EXPECT_EQ(end, 0x3E);
     EXPECT_EQ(loader_.packets, std::vector<QByteArray>{Bytes("01 1F 10 00 00")});
@@ -279,7 +286,7 @@ TEST_F(BootCommTest, AReadThatFailsKeepsTheLinesSoFar) {
     loader_.instead = [this](auto &, const QByteArray &answer) {
         return loader_.packets.size() > 2 ? QByteArray() : answer;
     };
-    EXPECT_EQ(Read(0x800, 0xBFFF), BootResult::NoAnswer);
+    EXPECT_EQ(Read(0x800, 0xBFFF), TransferResult{BootResult::NoAnswer});
     EXPECT_EQ(loader_.packets.size(), 2u + 3u);
     EXPECT_EQ(ContentOf(Path("PROGMEM.MCP")).count('\n'), 16);
 }
@@ -290,7 +297,7 @@ TEST_F(BootCommTest, AnAbortEndsAReadAtTheNextRound) {
             comm_.Settings().ContinueFlag = 0;
         }
     };
-    EXPECT_EQ(Read(0x800, 0xBFFF), -100);
+    EXPECT_EQ(Read(0x800, 0xBFFF), TransferResult::Aborted);
     EXPECT_EQ(loader_.packets.size(), 2u);
     EXPECT_EQ(ContentOf(Path("PROGMEM.MCP")).count('\n'), 16);
     EXPECT_EQ(words_.last(), QStringLiteral("Reading: 2304"));
@@ -303,7 +310,7 @@ TEST_F(BootCommTest, AReadThatBringsNothingIsRepeatedUntilItIsAborted) {
             comm_.Settings().ContinueFlag = 0;
         }
     };
-    EXPECT_EQ(Read(0x800, 0xBFFF), -100);
+    EXPECT_EQ(Read(0x800, 0xBFFF), TransferResult::Aborted);
     EXPECT_EQ(loader_.packets, std::vector<QByteArray>(49, Bytes("01 00 00 08 00")));
     EXPECT_EQ(words_.last(), QStringLiteral("Reading: 2048"));
     EXPECT_EQ(ContentOf(Path("PROGMEM.MCP")), QByteArray());
@@ -311,17 +318,17 @@ TEST_F(BootCommTest, AReadThatBringsNothingIsRepeatedUntilItIsAborted) {
 
 TEST_F(BootCommTest, EachLoopBeginsWithTheFlagSet) {
     comm_.Settings().ContinueFlag = 0;
-    EXPECT_EQ(Read(0, 0xF), 1);
+    EXPECT_EQ(Read(0, 0xF), TransferResult::Finished);
     EXPECT_EQ(comm_.Settings().ContinueFlag, 1);
     comm_.Settings().ContinueFlag = 0;
-    EXPECT_EQ(comm_.EraseRegion(0x800, 0x83F), 1);
+    EXPECT_EQ(comm_.EraseRegion(0x800, 0x83F), TransferResult::Finished);
     comm_.Settings().ContinueFlag = 0;
     MakeImage(Line(0x800, 1));
-    EXPECT_EQ(Write(), 1);
+    EXPECT_EQ(Write(), TransferResult::Finished);
 }
 
 TEST_F(BootCommTest, ErasesBlockByBlock) {
-    EXPECT_EQ(comm_.EraseRegion(0x800, 0xBFFF), 1);
+    EXPECT_EQ(comm_.EraseRegion(0x800, 0xBFFF), TransferResult::Finished);
     ASSERT_EQ(loader_.packets.size(), 736u);
     EXPECT_EQ(loader_.packets.at(0), Bytes("03 01 00 08 00"));
     EXPECT_EQ(loader_.packets.at(1), Bytes("03 01 40 08 00"));
@@ -330,26 +337,26 @@ TEST_F(BootCommTest, ErasesBlockByBlock) {
     EXPECT_EQ(words_.last(), QStringLiteral("Erasing: 49152"));
     EXPECT_EQ(progress_.back(), 1);
     loader_.packets.clear();
-    EXPECT_EQ(comm_.EraseRegion(0x123456, 0x123456), 1);
+    EXPECT_EQ(comm_.EraseRegion(0x123456, 0x123456), TransferResult::Finished);
     EXPECT_EQ(loader_.packets.front(), Bytes("03 01 56 34 12"));
 }
 
 TEST_F(BootCommTest, AnEraseIsTriedFiveTimes) {
     loader_.answers = false;
-    EXPECT_EQ(comm_.EraseRegion(0x800, 0xBFFF), BootResult::NoAnswer);
+    EXPECT_EQ(comm_.EraseRegion(0x800, 0xBFFF), TransferResult{BootResult::NoAnswer});
     EXPECT_EQ(loader_.packets.size(), 5u);
     EXPECT_TRUE(words_.isEmpty());
 }
 
 TEST_F(BootCommTest, AnAbortEndsAnErase) {
     onYield_ = [this] { comm_.Settings().ContinueFlag = yields_ == 2 ? 0 : 1; };
-    EXPECT_EQ(comm_.EraseRegion(0x800, 0xBFFF), -100);
+    EXPECT_EQ(comm_.EraseRegion(0x800, 0xBFFF), TransferResult::Aborted);
     EXPECT_EQ(loader_.packets.size(), 1u);
 }
 
 TEST_F(BootCommTest, WritesAndVerifiesEachLine) {
     MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 0x40) + " \r\n"); // both forms of a line
-    EXPECT_EQ(Write(), 1);
+    EXPECT_EQ(Write(), TransferResult::Finished);
     const std::vector<QByteArray> expected = {
         Bytes("02 02 00 08 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10"),
         Bytes("01 10 00 08 00"),
@@ -364,21 +371,21 @@ TEST_F(BootCommTest, WritesAndVerifiesEachLine) {
 
 TEST_F(BootCommTest, AnEmptyImageIsWrittenAtOnce) {
     MakeImage({});
-    EXPECT_EQ(Write(), 1);
+    EXPECT_EQ(Write(), TransferResult::Finished);
     EXPECT_TRUE(loader_.packets.empty());
     EXPECT_TRUE(QFileInfo::exists(Path("ERROR.MCP")));
 }
 
 TEST_F(BootCommTest, SendsWhateverLinesTheImageHolds) {
     MakeImage(Line(0x000000, 0) + "\r" + Line(0xF00000, 0));
-    EXPECT_EQ(Write(), 1);
+    EXPECT_EQ(Write(), TransferResult::Finished);
     EXPECT_EQ(loader_.packets.at(0).mid(2, 3), Bytes("00 00 00"));
     EXPECT_EQ(loader_.packets.at(2).mid(2, 3), Bytes("00 00 F0"));
 }
 
 TEST_F(BootCommTest, AnEmptyLineIsSixteenZerosAtAddressOne) {
     MakeImage("\r\n\r\n");
-    EXPECT_EQ(Write(), 1);
+    EXPECT_EQ(Write(), TransferResult::Finished);
     ASSERT_EQ(loader_.packets.size(), 4u);
     EXPECT_EQ(loader_.packets.at(0), Bytes("02 02 01 00 00") + QByteArray(16, '\0'));
     EXPECT_EQ(words_.last(), QStringLiteral("Writing: 1"));
@@ -386,7 +393,8 @@ TEST_F(BootCommTest, AnEmptyLineIsSixteenZerosAtAddressOne) {
 
 TEST_F(BootCommTest, DividesTheAddressByTheBytesOfOne) {
     MakeImage(Line(0x800, 0));
-    EXPECT_EQ(comm_.WriteProgramImage(8, 2, BootCommand::WriteProgram, Path("PROGMEM.MCP")), 1);
+    EXPECT_EQ(comm_.WriteProgramImage(8, 2, BootCommand::WriteProgram, Path("PROGMEM.MCP")).result,
+              TransferResult::Finished);
     EXPECT_EQ(loader_.packets.at(0).mid(2, 3), Bytes("00 04 00"));
     EXPECT_EQ(words_.last(), QStringLiteral("Writing: 1024"));
 }
@@ -394,7 +402,7 @@ TEST_F(BootCommTest, DividesTheAddressByTheBytesOfOne) {
 TEST_F(BootCommTest, AMismatchOnTheLastLineIsReported) {
     MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 2) + " \r\n");
     SpoilLineAt(0x810);
-    EXPECT_EQ(Write(), -101);
+    EXPECT_EQ(Write(), TransferResult::VerifyFailed);
     EXPECT_EQ(ContentOf(Path("ERROR.MCP")), Line(0x810, 2) + " \r\n"); // as it was read
     EXPECT_EQ(words_.last(), QStringLiteral("Writing: 2064"));
 }
@@ -402,12 +410,50 @@ TEST_F(BootCommTest, AMismatchOnTheLastLineIsReported) {
 TEST_F(BootCommTest, AMismatchOnAnEarlierLineIsOnlyKeptInTheErrorFile) {
     MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 2) + "\r\n" + Line(0x820, 3) + "\r\n");
     SpoilLineAt(0x810);
-    EXPECT_EQ(Write(), 1);
+    EXPECT_EQ(Write(), TransferResult::Finished);
     EXPECT_EQ(loader_.packets.size(), 6u);
     EXPECT_EQ(ContentOf(Path("ERROR.MCP")), Line(0x810, 2) + "\r\n");
     loader_.instead = {};
-    EXPECT_EQ(Write(), 1);
+    EXPECT_EQ(Write(), TransferResult::Finished);
     EXPECT_EQ(ContentOf(Path("ERROR.MCP")), QByteArray()); // each write begins it anew
+}
+
+TEST_F(BootCommTest, CountsEveryLineThatDiffers) {
+    const auto spoil = [this](const std::vector<int> &lines) {
+        loader_.instead = [lines](const QByteArray &packet, QByteArray answer) {
+            const int line = static_cast<std::uint8_t>(packet.at(2)) >> 4;
+            const bool isSpoilt = std::find(lines.begin(), lines.end(), line) != lines.end();
+            if (packet.at(0) == BootCommand::ReadProgram && isSpoilt) {
+                answer[9] = static_cast<char>(answer.at(9) ^ 1);
+            }
+            return answer;
+        };
+    };
+    MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 2) + "\r\n" + Line(0x820, 3) + "\r\n");
+    spoil({});
+    EXPECT_EQ(Write(), TransferResult::Finished);
+    EXPECT_EQ(differingLines_, 0);
+    spoil({0, 1}); // the result is that of the last line
+    EXPECT_EQ(Write(), TransferResult::Finished);
+    EXPECT_EQ(differingLines_, 2);
+    spoil({0, 2});
+    EXPECT_EQ(Write(), TransferResult::VerifyFailed);
+    EXPECT_EQ(differingLines_, 2);
+    onYield_ = [this] { comm_.Settings().ContinueFlag = yields_ == 2 ? 0 : 1; };
+    yields_ = 0;
+    EXPECT_EQ(Write(), TransferResult::VerifyFailed);
+    EXPECT_EQ(differingLines_, 1);
+}
+
+TEST_F(BootCommTest, CountsTheLinesThatDifferedBeforeALinkFailure) {
+    MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 2) + "\r\n");
+    SpoilLineAt(0x800);
+    const auto spoil = loader_.instead;
+    loader_.instead = [spoil](const QByteArray &packet, const QByteArray &answer) {
+        return packet.at(2) == 0x10 ? QByteArray() : spoil(packet, answer);
+    };
+    EXPECT_EQ(Write(), TransferResult{BootResult::NoAnswer});
+    EXPECT_EQ(differingLines_, 1);
 }
 
 TEST_F(BootCommTest, ALinkFailureEndsAWriteAtOnce) {
@@ -418,7 +464,7 @@ TEST_F(BootCommTest, ALinkFailureEndsAWriteAtOnce) {
             const bool second = static_cast<std::uint8_t>(packet.at(2)) == 0x10;
             return packet.at(0) == command && second ? QByteArray() : answer;
         };
-        EXPECT_EQ(Write(), BootResult::NoAnswer);
+        EXPECT_EQ(Write(), TransferResult{BootResult::NoAnswer});
         EXPECT_EQ(loader_.packets.size(), command == BootCommand::WriteProgram ? 5u : 6u);
     }
 }
@@ -430,14 +476,14 @@ TEST_F(BootCommTest, AnErrorFileOutlivesALinkFailure) {
     loader_.instead = [spoil](const QByteArray &packet, const QByteArray &answer) {
         return static_cast<std::uint8_t>(packet.at(2)) == 0x10 ? QByteArray() : spoil(packet, answer);
     };
-    EXPECT_EQ(Write(), BootResult::NoAnswer);
+    EXPECT_EQ(Write(), TransferResult{BootResult::NoAnswer});
     EXPECT_EQ(ContentOf(Path("ERROR.MCP")), Line(0x800, 1) + "\r\n");
 }
 
 TEST_F(BootCommTest, AnAbortEndsAWrite) {
     MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 2) + "\r\n");
     onYield_ = [this] { comm_.Settings().ContinueFlag = yields_ == 2 ? 0 : 1; };
-    EXPECT_EQ(Write(), -100);
+    EXPECT_EQ(Write(), TransferResult::Aborted);
     EXPECT_EQ(loader_.packets.size(), 2u);
 }
 
@@ -445,7 +491,7 @@ TEST_F(BootCommTest, AnAbortBehindALineThatFailedIsToldAsThatFailure) {
     MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 2) + "\r\n");
     SpoilLineAt(0x800);
     onYield_ = [this] { comm_.Settings().ContinueFlag = yields_ == 2 ? 0 : 1; };
-    EXPECT_EQ(Write(), -101);
+    EXPECT_EQ(Write(), TransferResult::VerifyFailed);
     EXPECT_EQ(loader_.packets.size(), 2u);
 }
 
@@ -500,19 +546,19 @@ TEST_F(BootCommTest, AnAbortDuringTheLastLineComesTooLate) {
         comm_.Settings().ContinueFlag = 0;
         return answer;
     };
-    EXPECT_EQ(Write(), 1);
+    EXPECT_EQ(Write(), TransferResult::Finished);
     SpoilLineAt(0x800);
-    EXPECT_EQ(Write(), -101);
+    EXPECT_EQ(Write(), TransferResult::VerifyFailed);
 }
 
 TEST_F(BootCommTest, GoesByTheSettings) {
     BootSettings &settings = comm_.Settings();
     settings.MaxPacketBytes = 0x40;
-    EXPECT_EQ(Read(0x800, 0x87F), 1);
+    EXPECT_EQ(Read(0x800, 0x87F), TransferResult::Finished);
     EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{Bytes("01 40 00 08 00"), Bytes("01 40 40 08 00")}));
     settings.EraseBlockBytes = 128;
     loader_.packets.clear();
-    EXPECT_EQ(comm_.EraseRegion(0x800, 0x8FF), 1);
+    EXPECT_EQ(comm_.EraseRegion(0x800, 0x8FF), TransferResult::Finished);
     EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{Bytes("03 01 00 08 00"), Bytes("03 01 80 08 00")}));
     EXPECT_GE(loader_.longestWaitMs, 990); // the timeout, and the time on the line
     EXPECT_LT(loader_.longestWaitMs, 2000);

@@ -1,6 +1,7 @@
 #include "firmware/BootLibrary.h"
 
 #include "firmware/BootFrame.h"
+#include "link/LineTap.h"
 #include "tests/helpers/Printers.h"
 
 #include <array>
@@ -93,11 +94,13 @@ protected:
     bool opens_ = true;
     QByteArray openedPort_;
     std::int32_t openedRate_ = 0;
+    LineTap tap_;
     BootLibrary library_{[this](const QByteArray &port, std::int32_t rate) -> std::unique_ptr<BootLine> {
-        openedPort_ = port;
-        openedRate_ = rate;
-        return opens_ ? std::make_unique<FakeLine>(far_) : nullptr;
-    }};
+                             openedPort_ = port;
+                             openedRate_ = rate;
+                             return opens_ ? std::make_unique<FakeLine>(far_) : nullptr;
+                         },
+                         &tap_};
     std::int32_t handle_ = 0;
     std::array<std::uint8_t, 11> packet_{};
     std::array<std::uint8_t, 256> buffer_{};
@@ -584,4 +587,125 @@ TEST(TransferRecordTest, HasItsFieldsInTheirPlaces) {
                                 .Retries = 0x99AA};
     EXPECT_EQ(QByteArray(reinterpret_cast<const char *>(&record), sizeof record),
               Bytes("11 22 00 00 66 55 44 33 77 88 AA 99"));
+}
+
+// The tap. ------------------------------------------------------------------------------------------
+
+namespace {
+
+class BootLibraryTapTest : public BootLibraryEchoTest {
+protected:
+    using Kind = LineFrame::Kind;
+    using Seen = std::tuple<Kind, QByteArray, int>; // kind, bytes, status
+
+    BootLibraryTapTest() {
+        far_.echo = [](auto &) { return QByteArray(); };
+        QObject::connect(&tap_, &LineTap::FrameSeen, [this](const LineFrame &frame) {
+            EXPECT_FALSE(frame.transaction);
+            seen_.emplace_back(frame.kind, frame.bytes, frame.status);
+        });
+    }
+
+    const QByteArray versionRead_ = BootFrame::Encode(Bytes("00 02"));
+    const QByteArray version_ = BootFrame::Encode(Bytes("00 02 05 01"));
+    std::vector<Seen> seen_;
+};
+
+} // namespace
+
+TEST_F(BootLibraryTapTest, ReportsARequestAndItsAnswer) {
+    Answer("00 02 05 01");
+    EXPECT_EQ(SendVersionRead(), 4);
+    EXPECT_EQ(seen_, (std::vector<Seen>{{Kind::Request, versionRead_, 0}, {Kind::Reply, version_, 0}}));
+}
+
+TEST_F(BootLibraryTapTest, ReportsEachTryWithItsResult) {
+    const QByteArray damaged = Bytes("0F 0F 00 02 05 01 00 04");
+    const QByteArray foreign = BootFrame::Encode(Bytes("01 02 05 01"));
+    far_.answers = {{}, damaged, foreign, version_};
+    EXPECT_EQ(SendVersionRead(4), 4);
+    EXPECT_EQ(seen_, (std::vector<Seen>{{Kind::Request, versionRead_, 0},
+                                        {Kind::Reply, {}, BootResult::NoAnswer},
+                                        {Kind::Request, versionRead_, 0},
+                                        {Kind::Reply, damaged, BootResult::DamagedAnswer},
+                                        {Kind::Request, versionRead_, 0},
+                                        {Kind::Reply, foreign, BootResult::UnexpectedAnswer},
+                                        {Kind::Request, versionRead_, 0},
+                                        {Kind::Reply, version_, 0}}));
+}
+
+TEST_F(BootLibraryTapTest, ReportsAnAnswerWholeThatComesInPieces) {
+    for (const qsizetype piece : {1, 2, 3, 7}) {
+        Open();
+        seen_.clear();
+        far_.piece = piece;
+        far_.answers = {Bytes("55 AA") + version_};
+        EXPECT_EQ(SendVersionRead(1), 4);
+        EXPECT_EQ(seen_.back(), Seen(Kind::Reply, Bytes("55 AA") + version_, 0)) << piece;
+    }
+}
+
+TEST_F(BootLibraryTapTest, ReportsTheAdaptersCopyApart) {
+    for (const qsizetype piece : {1, 5, 1000}) {
+        Open();
+        seen_.clear();
+        far_.echo = Copy;
+        far_.piece = piece;
+        far_.answers = {version_, {}};
+        EXPECT_EQ(SendVersionRead(), 4);
+        EXPECT_EQ(SendVersionRead(1), BootResult::NoAnswer);
+        EXPECT_EQ(seen_, (std::vector<Seen>{{Kind::Request, versionRead_, 0},
+                                            {Kind::Echo, versionRead_, 0},
+                                            {Kind::Reply, version_, 0},
+                                            {Kind::Request, versionRead_, 0},
+                                            {Kind::Echo, versionRead_, 0},
+                                            {Kind::Reply, {}, BootResult::NoAnswer}}))
+            << piece;
+    }
+}
+
+TEST_F(BootLibraryTapTest, ReportsWhatCameBeforeTheAdaptersCopyAsLate) {
+    far_.echo = [](const QByteArray &frame) { return Bytes("55 AA") + frame; };
+    far_.answers = {version_};
+    EXPECT_EQ(SendVersionRead(), 4);
+    EXPECT_EQ(seen_, (std::vector<Seen>{{Kind::Request, versionRead_, 0},
+                                        {Kind::LateReply, Bytes("55 AA"), 0},
+                                        {Kind::Echo, versionRead_, 0},
+                                        {Kind::Reply, version_, 0}}));
+}
+
+TEST_F(BootLibraryTapTest, ReportsWhatStillComesAfterAFailedTryAsLate) {
+    far_.piece = version_.size();
+    far_.answers = {BootFrame::Encode(Bytes("03 02 05 01")) + version_};
+    EXPECT_EQ(SendVersionRead(1), BootResult::UnexpectedAnswer);
+    ASSERT_EQ(seen_.size(), 3u);
+    EXPECT_EQ(std::get<Kind>(seen_[1]), Kind::Reply);
+    EXPECT_EQ(seen_[2], Seen(Kind::LateReply, version_, 0));
+}
+
+TEST_F(BootLibraryTapTest, ReportsAResetThatHasNoAnswer) {
+    packet_ = {0, 0};
+    EXPECT_EQ(library_.SendGetPacket(handle_, packet_, 2, 10, 3), 0);
+    EXPECT_EQ(seen_, (std::vector<Seen>{{Kind::Request, BootFrame::Encode(Bytes("00 00")), 0}}));
+}
+
+TEST_F(BootLibraryTapTest, ReportsALineThatFailsAsAnEmptyAnswer) {
+    far_.refuses = true;
+    EXPECT_EQ(SendVersionRead(), BootResult::WriteError);
+    EXPECT_EQ(seen_, (std::vector<Seen>{{Kind::Reply, {}, BootResult::WriteError}}));
+    far_.refuses = false;
+    far_.gone = true;
+    seen_.clear();
+    EXPECT_EQ(SendVersionRead(), BootResult::NotOpen);
+    EXPECT_EQ(seen_,
+              (std::vector<Seen>{{Kind::Request, versionRead_, 0}, {Kind::Reply, {}, BootResult::NotOpen}}));
+}
+
+TEST_F(BootLibraryTapTest, WorksTheSameWithoutATap) {
+    BootLibrary library{[this](auto &, auto) { return std::make_unique<FakeLine>(far_); }};
+    handle_ = library.OpenPIC("COM3", 38400, 1000);
+    Answer("00 02 05 01");
+    packet_ = {0, 2};
+    EXPECT_EQ(library.SendGetPacket(handle_, packet_, 2, 10, 3), 4);
+    EXPECT_TRUE(seen_.empty());
 }

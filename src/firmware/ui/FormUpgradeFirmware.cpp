@@ -2,6 +2,7 @@
 
 #include "firmware/ui/StatusPanels.h"
 #include "firmware/ui/TransferBar.h"
+#include "firmware/ui/UpgradeBoxes.h"
 #include "support/Numbers.h"
 #include "support/ProgramFolder.h"
 #include "widgets/Controls.h"
@@ -44,11 +45,10 @@ struct FormUpgradeFirmware::Command {
 FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *parent)
     : QDialog(parent),
       surroundings_(std::move(surroundings)),
-      console_(new UpgradeConsole(
-          surroundings_.bootComm,
-          {.dialogs = surroundings_.dialogs, .showInEditor = surroundings_.showInEditor}, this)),
-      upgrade_(new OneButtonUpgrade(*console_, surroundings_.link, surroundings_.zentrova,
-                                    surroundings_.dialogs, this)) {
+      console_(
+          new UpgradeConsole(surroundings_.bootComm, {.showInEditor = surroundings_.showInEditor}, this)),
+      upgrade_(new OneButtonUpgrade(*console_, surroundings_.link, surroundings_.zentrova, this)),
+      boxes_(new UpgradeBoxes(*console_, *upgrade_, surroundings_.dialogs, this)) {
     Controls::Named(this, "FormUpgradeFirmware");
     setWindowTitle(QStringLiteral("Upgrade Firmware"));
     setMinimumWidth(leastWidth);
@@ -146,15 +146,15 @@ void FormUpgradeFirmware::BuildExpertPanel() {
         {{"CommandWrite", "Write Device", "Writes current memory (.MCP files) to the device", true},
          [this] { console_->WriteDevice(); }},
         {{"CommandRunApp", "Run App", "Disable bootloader and run application code", true},
-         [this] { console_->RunApp(); }},
+         [this] { RunApp(); }},
     };
     const std::pair<Command, std::function<void()>> right[] = {
         {{"CommandDisconnect", "Disconnect", "Closes communication with the bootloader"},
          [this] { console_->DisconnectBootloader(); }},
         {{"CommandOpenHexFile", "Open Hex File", "Reads and converts a hex file into memory (.MCP file)"},
-         [this] { console_->OpenHexFile(QString()); }},
+         [this] { OpenHexFile(); }},
         {{"CommandSaveHexFile", "Save Hex File", "Save the current memory (.MCP files) to a hex file"},
-         [this] { console_->SaveHexFile(); }},
+         [this] { SaveHexFile(); }},
         {{"CommandEraseFiles", "Erase Files", "Erases all .MCP files"}, [this] { console_->EraseFiles(); }},
         {{"CommandViewDataFiles", "View Files", "View current memory (located in .MCP files)"},
          [this] { console_->ViewFiles(); }},
@@ -208,7 +208,28 @@ bool FormUpgradeFirmware::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void FormUpgradeFirmware::Upgrade() {
-    upgrade_->Run(FirmwareFile(surroundings_.programFolder));
+    if (!upgrade_->Running() && boxes_->ConfirmUpgrade()) {
+        upgrade_->Run(FirmwareFile(surroundings_.programFolder));
+    }
+}
+
+void FormUpgradeFirmware::RunApp() {
+    if (boxes_->ConfirmRunApp()) {
+        console_->RunApp();
+    }
+}
+
+void FormUpgradeFirmware::OpenHexFile() {
+    if (const auto chosen = boxes_->AskForHexFileToOpen()) {
+        console_->ImportHexFile(*chosen);
+    }
+}
+
+void FormUpgradeFirmware::SaveHexFile() {
+    const auto chosen = boxes_->AskForHexFileToSave();
+    if (chosen && !console_->SaveHexFile(*chosen)) {
+        boxes_->ShowIsMemoryImage(*chosen);
+    }
 }
 
 void FormUpgradeFirmware::done(int result) {

@@ -3,6 +3,7 @@
 #include "firmware/OneButtonUpgrade.h"
 #include "firmware/UpgradeConsole.h"
 #include "help/ClassMyHtmlHelp.h"
+#include "support/UserDialogs.h"
 
 #include <QDialog>
 #include <functional>
@@ -13,6 +14,7 @@ class QGroupBox;
 class QLabel;
 class StatusPanels;
 class TransferBar;
+class UpgradeBoxes;
 
 // Replaces the sensor's firmware: one button for the whole job, and behind the title, pressed with Ctrl, a
 // panel with a button for each step.
@@ -51,10 +53,14 @@ private:
     void ConnectConsole();
     void SetDesignHeight(int twips);
     void Upgrade();
+    void RunApp();
+    void OpenHexFile();
+    void SaveHexFile();
 
     Surroundings surroundings_;
     UpgradeConsole *console_;
     OneButtonUpgrade *upgrade_;
+    UpgradeBoxes *boxes_;
     QLabel *lblTitle_ = nullptr;
     QGroupBox *frame1_ = nullptr;
     TransferBar *transferBar_ = nullptr;

@@ -32,10 +32,11 @@ constexpr const char *deviceCommands[] = {"CommandRead", "CommandErase", "Comman
 
 class FormUpgradeFirmwareTest : public testing::Test {
 protected:
-    void Open() {
+    void Open() { Open(boot_); }
+    void Open(BootComm &boot) {
         form_.reset(); // one console at a time
         form_ = std::make_unique<FormUpgradeFirmware>(FormUpgradeFirmware::Surroundings{
-            .bootComm = boot_,
+            .bootComm = boot,
             .link = link_,
             .zentrova = zentrova_,
             .dialogs = dialogs_,
@@ -232,7 +233,7 @@ TEST_F(FormUpgradeFirmwareTest, LetsEventsRunBeforeItClosesThePort) {
 TEST_F(FormUpgradeFirmwareTest, TheBootLinkOutlivesItsWindow) {
     Connect();
     form_.reset();
-    EXPECT_EQ(boot_.EraseRegion(0x800, 0x8FF), 1);
+    EXPECT_EQ(boot_.EraseRegion(0x800, 0x8FF), TransferResult::Finished);
 }
 
 TEST_F(FormUpgradeFirmwareTest, TellsWhyItDidntConnect) {
@@ -572,7 +573,7 @@ TEST_F(FormUpgradeFirmwareTest, RefusesWhatIsNoHexFile) {
 
 TEST_F(FormUpgradeFirmwareTest, APathThatIsntThereEndsWithoutAWord) {
     Open();
-    EXPECT_FALSE(form_->Console().OpenHexFile(Path("none.hex")));
+    EXPECT_EQ(form_->Console().OpenHexFile(Path("none.hex")), UpgradeConsole::HexFileOutcome::NotFound);
     EXPECT_EQ(Panel(1), QStringLiteral("Status"));
     EXPECT_EQ(boot_.Settings().HexInputPath, QString());
 }
@@ -883,21 +884,17 @@ public:
 
 TEST_F(FormUpgradeFirmwareTest, ARunModeThatWroteNothingIsAFailure) {
     BootComm idle(std::make_unique<IdleWriter>(loader_.Opener()));
-    UpgradeConsole console(idle, {.dialogs = dialogs_, .showInEditor = [](auto &, auto &) { return true; }});
-    QString status;
-    QObject::connect(&console, &UpgradeConsole::PanelChanged,
-                     [&](UpgradeConsole::Panel panel, const QString &text) {
-                         status = panel == UpgradeConsole::Panel::Status ? text : status;
-                     });
-    ASSERT_TRUE(console.ConnectBootloader());
-    EXPECT_FALSE(console.RunModeCommand());
-    EXPECT_EQ(status, QStringLiteral("Failed to put in Run mode..."));
+    Open(idle);
+    Press("CommandConnect");
+    EXPECT_FALSE(form_->Console().RunModeCommand());
+    EXPECT_EQ(Panel(1), QStringLiteral("Failed to put in Run mode..."));
     dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
     dialogs_.ExpectNotice(QStringLiteral("Failed to place processor in run mode!"), BoxIcon::Exclamation,
                           QStringLiteral("Error"));
     loader_.packets.clear();
-    console.RunApp();
+    Press("CommandRunApp");
     EXPECT_TRUE(loader_.packets.empty()); // no reset
+    form_.reset();
 }
 
 TEST_F(FormUpgradeFirmwareTest, AFailureToReadTheEepromDoesntStopTheUpgrade) {
@@ -1048,7 +1045,8 @@ TEST_F(FormUpgradeFirmwareTest, AFirmwareFileThatCantBeReadIsAnInvalidOne) {
     ASSERT_TRUE(QFile::setPermissions(Path("Firmware/B70214.hex"), QFile::Permissions()));
     {
         const AsNobody nobody;
-        EXPECT_FALSE(form_->Console().CheckHexFile(Path("Firmware/B70214.hex")));
+        EXPECT_EQ(form_->Console().CheckHexFile(Path("Firmware/B70214.hex")),
+                  UpgradeConsole::HexFileOutcome::Invalid);
     }
     EXPECT_EQ(Panel(1), QStringLiteral("Invalid HEX file..."));
 }

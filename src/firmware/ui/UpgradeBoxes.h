@@ -1,0 +1,36 @@
+#pragma once
+
+#include "firmware/OneButtonUpgrade.h"
+#include "firmware/UpgradeConsole.h"
+#include "support/UserDialogs.h"
+
+#include <QObject>
+#include <optional>
+
+// The boxes and file dialogs of the upgrade window: the questions before a command, and the outcomes. Shows
+// an outcome while it is being reported: what follows it comes after its box.
+class UpgradeBoxes : public QObject {
+    Q_OBJECT
+
+public:
+    // All outlive it.
+    UpgradeBoxes(const UpgradeConsole &console, const OneButtonUpgrade &upgrade, UserDialogs &dialogs,
+                 QObject *parent = nullptr);
+
+    bool ConfirmUpgrade();
+    bool ConfirmRunApp();
+    // Nothing when the user cancels.
+    std::optional<QString> AskForHexFileToOpen();
+    std::optional<QString> AskForHexFileToSave();
+    void ShowIsMemoryImage(const QString &fileName);
+
+private:
+    void OnConnectFaulted(const QString &word);
+    void OnEditorMissing(const QString &fileName);
+    void OnRunAppFailed(UpgradeConsole::RunOutcome outcome);
+    void OnUpgradeEnded(UpgradeOutcome outcome);
+    bool Confirm(const QString &question, BoxIcon icon);
+    void Warn(const QString &text, const QString &title);
+
+    UserDialogs &dialogs_;
+};
