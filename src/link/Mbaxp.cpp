@@ -231,6 +231,9 @@ void Mbaxp::StartNext() {
     if (!open_ || current_ >= 0) {
         return;
     }
+    if (!line_.IsOpen()) {
+        schedule_.PutRoundFirst(); // a read also where the device comes back, perhaps another one
+    }
     const qint64 now = NowUs();
     const qint64 early = lateReplies_.WantsMovedRound() ? LateReplies::MovedByUs : 0;
     const RunSchedule::Next round = schedule_.AskNextRound(now, early);
