@@ -46,8 +46,8 @@ TabFrames::TabFrames(QWidget &area, bool withCheckout)
 }
 
 void TabFrames::AddTab(const Tab::Description &tab, const char *caption) {
-    captions_.append(QString::fromLatin1(caption));
-    strip_->addTab(Controls::Named(new QWidget, tab.key), captions_.last());
+    shown_.push_back({.tab = &tab, .caption = QString::fromLatin1(caption)});
+    strip_->addTab(Controls::Named(new QWidget, tab.key), shown_.back().caption);
 }
 
 void TabFrames::AddCheckout() {
@@ -66,10 +66,13 @@ void TabFrames::SetPage(std::int16_t number, TabPage *page) {
 }
 
 void TabFrames::Select(int stripIndex) {
-    if (stripIndex < 0 || Tab::Table[static_cast<std::size_t>(stripIndex)].number == currentTab_) {
+    if (stripIndex < 0) {
         return;
     }
-    const Tab::Description &selected = Tab::Table[static_cast<std::size_t>(stripIndex)];
+    const Tab::Description &selected = *shown_.at(static_cast<std::size_t>(stripIndex)).tab;
+    if (selected.number == currentTab_) {
+        return;
+    }
     Q_EMIT Leaving();
     // The mnemonic of a tab leaves the focus where it is, but what is edited there goes with its page.
     strip_->tabBar()->setFocus(Qt::OtherFocusReason);
@@ -95,7 +98,7 @@ void TabFrames::LeaveMnemonicsToPage() {
         taken.insert(QKeySequence::mnemonic(button->text()));
     }
     for (int index = 0; index < strip_->count(); ++index) {
-        QString caption = captions_[index];
+        QString caption = shown_.at(static_cast<std::size_t>(index)).caption;
         if (taken.contains(QKeySequence::mnemonic(caption))) {
             caption.remove(u'&');
         }

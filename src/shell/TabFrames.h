@@ -7,6 +7,7 @@
 #include <QTabWidget>
 #include <array>
 #include <cstdint>
+#include <vector>
 
 // The strip of tabs and the pages that lie over it, one of which shows.
 class TabFrames : public QObject {
@@ -44,13 +45,18 @@ Q_SIGNALS:
     void Changed(); // the page of another tab shows
 
 private:
+    struct Shown {
+        const Tab::Description *tab;
+        QString caption;
+    };
+
     TabPage &Page(std::int16_t number) const { return *pages_.at(static_cast<std::size_t>(number) - 1); }
     void AddTab(const Tab::Description &tab, const char *caption);
     void Select(int stripIndex);
     void LeaveMnemonicsToPage();
 
     QTabWidget *strip_;
-    QStringList captions_;                             // by the index in the strip
+    std::vector<Shown> shown_; // by the index in the strip, which a hidden tab makes differ from the table's
     std::array<TabPage *, Tab::Table.size()> pages_{}; // in the order of the table
     std::int16_t currentTab_ = Tab::Basic;
     std::int16_t helpContext_ = Tab::Table.front().helpContext;
