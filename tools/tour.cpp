@@ -93,6 +93,7 @@ public:
         strip->setCurrentIndex(Tab::Advanced - 1);
         VisitList();
         CommsPicture(QStringLiteral("communications-online"));
+        EchoPicture();
         TransmitDelayPicture(QStringLiteral("transmit-delay-online"));
         WizardPictures();
         strip->setCurrentIndex(Tab::Basic - 1);
@@ -172,6 +173,23 @@ private:
         comms.show();
         Picture(comms, name);
         comms.close();
+    }
+
+    // Online behind an adapter that gives back what is sent.
+    void EchoPicture() {
+        const SensorProcess sensor({QStringLiteral("--echo")});
+        ClassZentrova zentrova(ProgramFolder());
+        LinkSession link(zentrova, {.deviceOfPort = [&sensor](std::int16_t) { return sensor.Device(); },
+                                    .askDirection = [] { return ConnectChoice::Read; }});
+        link.SetMbaxp1CommProperties(1, link.BaudRate(), link.ParityStop(), 0);
+        link.GoOnline(1);
+        Watch(600);
+        FormComms comms(link, zentrova, dialogs_, settings_, form_.hHelp(), &form_);
+        comms.show();
+        Picture(comms, QStringLiteral("communications-echo"));
+        ok_ = ok_ && link.EchoIsPresent();
+        comms.close();
+        link.GoOffline();
     }
 
     void TransmitDelayPicture(const QString &name) {
