@@ -19,6 +19,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <optional>
+#include <string>
 #include <tuple>
 #include <vector>
 
@@ -753,14 +754,14 @@ TEST_F(FaultyUpgradeTest, ClaimsNoSuccessWhereEachResetIsLost) {
 
 // On a line of its own, and behind an adapter that gives back what is sent.
 class FaultAtEachExchangeTest : public FaultyUpgradeTest,
-                                public testing::WithParamInterface<std::tuple<const char *, const char *>> {};
+                                public testing::WithParamInterface<std::tuple<std::string, std::string>> {};
 
 TEST_P(FaultAtEachExchangeTest, EndsWellOrIsMendedByASecondClick) {
-    const auto [fault, line] = GetParam();
+    const auto &[fault, line] = GetParam();
     link_.SetMbaxp1CommProperties(1, 4, 1, 0);
-    sensor_.Command(QString::fromLatin1(line));
+    sensor_.Command(QString::fromStdString(line));
     for (int exchange = 1; exchange <= exchanges; ++exchange) {
-        TryFault(exchange, fault);
+        TryFault(exchange, fault.c_str());
     }
 }
 
