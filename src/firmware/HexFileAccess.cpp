@@ -68,7 +68,7 @@ const Conversion &ConversionFor(const BootSettings &settings) {
 
 constexpr qsizetype longestImageLine = MemoryImageLine::textLength + 1;
 constexpr std::size_t workBufferSize = 257;
-constexpr int mostDataBytes = 240; // more lines would overflow a byte
+constexpr int mostDataBytes = 240; // the lines of a longer record overflow a byte
 
 bool IsSameFile(const QString &one, const QString &other) {
     const QFileInfo first(one);
