@@ -21,7 +21,7 @@ constexpr std::uint32_t runModeAddress = 0x7FFF;
 constexpr std::uint8_t startsApplication = 0;
 
 constexpr int addressDigits = 6;
-constexpr qsizetype longestLine = 1024; // an image's own have 55 characters
+constexpr qsizetype longestLine = 1024; // an image's lines have at most 55 characters
 
 std::uint8_t ByteOf(std::int32_t address, int index) {
     constexpr int bitsPerByte = 8;

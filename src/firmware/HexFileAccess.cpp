@@ -226,7 +226,7 @@ public:
         return *this;
     }
 
-    // Appends the checksum of so many groups of digits and returns the whole record.
+    // Appends the checksum of the first `groups` groups of digits and returns the whole record.
     QByteArrayView WithChecksumOf(int groups) {
         AddNumber(HexRecord::Checksum(Text(), groups), 2);
         return Text();

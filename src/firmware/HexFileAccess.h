@@ -29,14 +29,14 @@ std::int16_t ImportHexFile(const BootSettings &settings, const QString &path);
 // Replaces the file with the content of all images, in records of 16 bytes.
 void ExportHexFile(const BootSettings &settings, const QString &path);
 
-// The pair for the other device family, which has a program and an EEPROM image only.
+// Import and export for the other device family, which has a program and an EEPROM image only.
 std::int16_t ImportHexFileOfOtherFamily(const BootSettings &settings, const QString &path);
 void ExportHexFileOfOtherFamily(const BootSettings &settings, const QString &path);
 
 // Returns true for the path of a memory image, which can't be the target of an export: the export reads it.
 bool IsMemoryImage(const BootSettings &settings, const QString &path);
 
-// The pair that settings.DeviceFamily selects.
+// Import and export for the family that settings.DeviceFamily selects.
 std::int16_t ImportForDeviceFamily(const BootSettings &settings, const QString &path);
 void ExportForDeviceFamily(const BootSettings &settings, const QString &path);
 

@@ -12,7 +12,7 @@
 // of a request to the first byte of its reply.
 class LateReplies {
 public:
-    // A round of a cycle that follows a doubtful one starts this much early; see Doubt.
+    // How much early the round after a doubtful one starts; see Doubt.
     static constexpr qint64 MovedByUs = 40'000;
 
     // Forgets all owed replies and the sensor's usual delay.
@@ -75,7 +75,7 @@ private:
     // is the run's own, 0 where the delay doesn't decide.
     qint64 Lateness(qint64 delayUs) const;
 
-    std::vector<OwedReply> owed_; // in the order of the requests, in which a sensor answers
+    std::vector<OwedReply> owed_; // in the order of the requests, which is that of the answers
     bool setAside_ = false;       // in this run
     bool isMoved_ = false;        // the run
     bool wasMoved_ = false;       // the run before
@@ -84,5 +84,5 @@ private:
     std::optional<ModbusFrame::Request> lastRequest_;
     qint64 lastStartUs_ = 0;
     qint64 intervalUs_ = 0;              // from the run before to this one, of requests that look alike
-    std::optional<qint64> usualDelayUs_; // once known
+    std::optional<qint64> usualDelayUs_; // if known
 };

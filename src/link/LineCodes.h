@@ -15,5 +15,5 @@ LineCodes LineCodesOf(std::int16_t baud, std::int16_t parityStop);
 
 int BitsPerSecond(std::int16_t baudCode);
 
-// Returns the time that so many bytes take on the line, in microseconds.
+// Returns the time that `bytes` bytes take on the line, in microseconds.
 qint64 LineTimeUs(const LineCodes &line, qint64 bytes);

@@ -22,7 +22,7 @@ struct LineFrame {
     std::optional<std::int16_t> transaction; // of the master's; none on the boot line
 };
 
-// Reports every frame that is sent and received on a line. Costs nothing measurable while nobody listens.
+// Reports every frame sent or received on a line. Costs nothing measurable without a listener.
 class LineTap : public QObject {
     Q_OBJECT
 

@@ -37,7 +37,7 @@ class LinkSession : public QObject, public ParameterLink {
 
 public:
     struct Dependencies {
-        std::function<QString(std::int16_t)> deviceOfPort; // the serial device behind a port number
+        std::function<QString(std::int16_t)> deviceOfPort; // the serial device of a port number
         std::function<std::int16_t()> askDirection;        // a ConnectChoice
     };
 

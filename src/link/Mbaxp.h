@@ -46,7 +46,7 @@ public:
     std::int16_t StopBitsCode() const { return settings_.stopBitsCode; }
     void ResponseTimeout(std::int16_t milliseconds) { settings_.responseTimeout = milliseconds; }
     std::int16_t ResponseTimeout() const { return settings_.responseTimeout; }
-    // Together they select serial RTU with 8 data bits (0 and 1), the only mode that there is.
+    // Together they select serial RTU with 8 data bits (0 and 1), the only supported mode.
     void LineModeA(std::int16_t mode) { settings_.lineModeA = mode; }
     void LineModeB(std::int16_t mode) { settings_.lineModeB = mode; }
 
@@ -65,9 +65,9 @@ public:
     // The status code of the last call that failed.
     std::int16_t LastError() const { return lastError_; }
 
-    // Define what the number stands for from now on. Words of its buffer within the new quantity stay. Return
-    // false (IndexError) for a number, slave, address or quantity out of range; the number's previous
-    // definition is then dropped.
+    // Define the transaction of a number. Words of its buffer within the new quantity stay. Return false
+    // (IndexError) for a number, slave, address or quantity out of range; the number's previous definition is
+    // then dropped.
     bool DefineReadRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
                              std::int32_t quantity, std::int32_t periodMs);
     bool DefineWriteRegister(std::int16_t transaction, std::int16_t slave, std::int32_t address,

@@ -150,7 +150,7 @@ std::uint16_t Crc(QByteArrayView bytes) {
 QByteArray Encode(const Request &request) {
     QByteArray frame = static_cast<char>(request.slave) + ModbusPdu::BytesOf(request);
     const std::uint16_t crc = Crc(frame);
-    frame.append(static_cast<char>(crc & 0xFF)); // low byte first, unlike all else
+    frame.append(static_cast<char>(crc & 0xFF)); // low byte first, unlike all other words
     frame.append(static_cast<char>(crc >> 8));
     return frame;
 }

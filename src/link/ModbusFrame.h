@@ -37,8 +37,8 @@ struct Verdict {
     bool stillOwed = false;          // of a failure: nothing received is the reply or a part of it
 };
 
-// Judges the bytes received so far. The expected length comes from the request alone. Bytes before the reply,
-// after it, and frames that aren't the reply are skipped.
+// Judges the bytes received so far. The expected length comes from the request alone. Skips bytes before and
+// after the reply, and frames that aren't the reply.
 Verdict Judge(const Request &request, QByteArrayView received);
 
 // Judges when nothing more will arrive: complete or failed, never "need more".

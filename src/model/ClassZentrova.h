@@ -30,7 +30,7 @@ public:
     // use by the table.
     void ConnectTo(ParameterLink *link) { link_ = link; }
 
-    // A transfer of the whole table to the sensor is in flight.
+    // True while a transfer of the whole table to the sensor is in flight.
     bool WriteAllPending() const { return writeAllPending_; }
     void WriteAllPending(bool pending) { writeAllPending_ = pending; }
 
@@ -68,7 +68,7 @@ public:
     bool ParamReadOnly(std::int16_t Tag) const;
     bool ParamSigned(std::int16_t Tag) const;
 
-    // A single write of the row is in flight.
+    // True while a single write of the row is in flight.
     bool ParamWritePending(std::int16_t Tag) const;
     void ParamWritePending(std::int16_t Tag, bool pending);
 

@@ -19,7 +19,7 @@ constexpr int mostChecks = 10000;
 
 // SQLite parses in time quadratic in the statement's length, and the progress handler can't interrupt the
 // parser.
-constexpr int longestStatement = 1024; // of ours, and of the file's for its tables
+constexpr int longestStatement = 1024; // of our own, and of those in the file that define its tables
 
 Fault DatabaseFault(const QString &where, const QString &message) {
     return Fault(Fault::Kind::Database, QStringLiteral("%1: %2.").arg(where, message));
