@@ -50,7 +50,7 @@ void BootFrameReader::Discard() {
     inside_ = escaped_ = afterMark_ = false;
 }
 
-// True with the last byte of a good frame.
+// Accepts the next byte. Returns true at the last byte of a good frame.
 bool BootFrameReader::Take(quint8 byte) {
     ++size_;
     if (byte == startMark && afterMark_) {
@@ -73,7 +73,7 @@ bool BootFrameReader::Take(quint8 byte) {
         escaped_ = true;
         return false;
     }
-    // Only marks are escaped, and all of them.
+    // Accepts an escape only before a mark, and a mark only after an escape.
     inside_ = literal == NeedsEscape(byte) && payload_.size() < longest;
     payload_.append(static_cast<char>(byte));
     return false;

@@ -7,8 +7,8 @@
 
 namespace sim {
 
-// A payload as it travels: two start marks, the payload and its checksum with their marks escaped, an end
-// mark.
+// Returns the frame of a payload: two start marks, the payload and its checksum with their marks escaped, an
+// end mark.
 QByteArray BootFrame(const QByteArray &payload);
 
 struct HeardFrame {
@@ -16,11 +16,11 @@ struct HeardFrame {
     qsizetype size = 0; // bytes on the line, marks and escapes included
 };
 
-// Finds the good frames in the bytes of a line, however they are cut. Everything else is dropped without a
-// word. Two start marks always begin a new frame: inside a good one a mark never stands next to another.
+// Finds the good frames in the bytes of a line, however the bytes are split. Drops everything else silently.
+// Two start marks always begin a new frame: inside a good frame a mark is never next to another one.
 class BootFrameReader {
 public:
-    // The loader's buffer: a frame with more bytes, its checksum included, is dropped.
+    // The size of the loader's buffer. A frame with more bytes, checksum included, is dropped.
     static constexpr qsizetype longest = 256;
 
     std::vector<HeardFrame> Append(QByteArrayView bytes);

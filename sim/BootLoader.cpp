@@ -64,7 +64,7 @@ BootExchange BootLoader::Exchange(const HeardFrame &frame) {
     return exchange;
 }
 
-// Returns the payload of the answer. What isn't exactly a command gets none.
+// Returns the payload of the answer; empty for anything that isn't exactly a command.
 QByteArray BootLoader::Execute(const QByteArray &payload, bool &restart) {
     const int command = ByteAt(payload, 0);
     if (command == Control && payload.size() == 2) {

@@ -16,9 +16,9 @@ struct BootFault {
     enum Kind : int {
         None,
         Drop,    // executed, but the reply is lost
-        Deaf,    // not heard: neither executed nor answered
+        Deaf,    // not received: neither executed nor answered
         Corrupt, // one bit of the reply is damaged
-        Delay,   // the reply comes late
+        Delay,   // the reply is delayed
         Cut,     // the reply ends in the middle
         Unplug,  // executed, but the line hangs up before the reply
     };
@@ -26,30 +26,30 @@ struct BootFault {
     int delayMs = 0; // of Delay
 };
 
-// A frame that came in, and what is to happen on the line.
+// A received frame, and the reaction to it.
 struct BootExchange {
-    QByteArray answer; // a whole frame, or nothing
+    QByteArray answer; // a whole frame, or empty
     qsizetype requestSize = 0;
-    bool restart = false; // after the answer; the loader hears nothing more until it is entered again
+    bool restart = false; // after the answer; the loader ignores input until it is entered again
     BootFault fault;
 };
 
-// The program in the boot block, which owns the line while the sensor is in boot mode.
+// The program in the boot block. It owns the line while the sensor is in boot mode.
 class BootLoader {
 public:
     explicit BootLoader(DeviceMemory &memory) : memory_(memory) {}
 
-    // The version in hundredths.
+    // Starts the loader. `version` is in hundredths.
     void Enter(int version);
-    // Drops a frame received in part.
+    // Drops a partly received frame.
     void Discard() { reader_.Discard(); }
     std::vector<BootExchange> Receive(QByteArrayView bytes);
 
-    // The frames heard since the loader was entered, or since Clear(), the faulty ones included.
+    // The frames received since the loader was entered, or since Clear(), including those with a fault.
     int Exchanges() const { return exchanges_; }
-    // The exchange with this number, counted from 1, gets the fault, once. None takes a fault back.
+    // Applies the fault once, to the exchange with this number, counted from 1. None removes a fault.
     void SetFault(int exchange, BootFault fault) { faults_[exchange] = fault; }
-    // Counts from 1 again and forgets the faults.
+    // Restarts the count at 1 and removes all faults.
     void Clear();
 
 private:

@@ -25,7 +25,7 @@ constexpr std::pair<const char *, BootFault::Kind> bootFaults[] = {
     {"delay", BootFault::Delay}, {"cut", BootFault::Cut},   {"unplug", BootFault::Unplug},
 };
 
-// Stores a value that could be read from its text; says otherwise what was wrong with the text.
+// Assigns a parsed value; returns an error that quotes the text when there is none.
 template <typename Value, typename Target>
 QString Assign(const std::optional<Value> &value, Target &target, const QString &text) {
     if (!value) {
@@ -46,7 +46,7 @@ struct Commands::Command {
     QString Usage() const {
         return QStringLiteral("%1 %2").arg(QLatin1String(name), QLatin1String(arguments)).trimmed();
     }
-    // Optional ones stand in brackets.
+    // Optional arguments are in brackets.
     bool Takes(qsizetype count) const {
         const qsizetype most = Usage().count(QLatin1Char(' '));
         return count <= most && count >= most - Usage().count(QLatin1Char('['));
@@ -280,7 +280,7 @@ QString Commands::Stats(const QStringList &) {
         .arg(sensor_.Boot().Exchanges());
 }
 
-// The reader of the commands ends the program.
+// Does nothing: the reader of the commands ends the program.
 QString Commands::Quit(const QStringList &) {
     return {};
 }

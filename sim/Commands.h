@@ -14,7 +14,7 @@ class Commands {
 public:
     explicit Commands(SimulatedSensor &sensor) : sensor_(sensor) {}
 
-    // Returns the text to print, "error: ..." when the command was refused; nothing has changed then.
+    // Returns the text to print; "error: ..." when the command was rejected and changed nothing.
     QString Run(const QString &line);
 
 private:

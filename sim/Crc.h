@@ -5,10 +5,10 @@
 
 namespace sim {
 
-// The CRC-16 of Modbus. Over a whole good frame it is 0.
+// Returns the CRC-16 of Modbus. Over a whole good frame it is 0.
 quint16 Crc16(QByteArrayView bytes);
 
-// Appends the checksum, low byte first.
+// Returns the bytes followed by their checksum, low byte first.
 QByteArray WithCrc(QByteArrayView bytes);
 
 } // namespace sim

@@ -20,7 +20,7 @@ qsizetype Wrapped(int address) {
     return ((address % DeviceMemory::eepromSize) + DeviceMemory::eepromSize) % DeviceMemory::eepromSize;
 }
 
-// Copies what the memory holds of a range of addresses.
+// Copies the part of a memory that lies in a range of addresses.
 void CopyFrom(const QByteArray &memory, int start, int address, QByteArray &bytes) {
     const qsizetype first = std::max<qsizetype>(start, address);
     const qsizetype end = std::min<qsizetype>(start + memory.size(), address + bytes.size());

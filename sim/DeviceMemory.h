@@ -7,8 +7,8 @@
 
 namespace sim {
 
-// The processor's memories as its boot loader reaches them. No address is out of bounds: beyond a memory
-// everything reads 0xFF and nothing can be written.
+// The processor's memories as its boot loader accesses them. No address is out of bounds: outside a memory
+// every byte reads 0xFF and writes have no effect.
 class DeviceMemory {
 public:
     static constexpr int programSize = 0xC000;
@@ -20,31 +20,33 @@ public:
     static constexpr int areaSize = 16; // of the ids and of the configuration
     static constexpr int eraseBlock = 64;
 
-    // As it leaves the factory, with an application of this version.
+    // Creates the factory state, with an application of this version.
     explicit DeviceMemory(int version);
 
-    // Program flash, ids and configuration in one range of addresses.
+    // Reads program flash, ids and configuration, which share one address range.
     QByteArray Read(int address, int count) const;
-    // Flash: a write only clears bits. All but the application area is protected: nothing happens there.
+    // Writes flash, where a write only clears bits. Everything outside the application area is protected and
+    // stays unchanged.
     void Write(int address, const QByteArray &bytes);
-    // Whole blocks, from the one that holds the address.
+    // Erases whole blocks, from the one that contains the address.
     void Erase(int address, int blocks);
 
-    // The addresses of the EEPROM wrap around.
+    // Access the EEPROM. Its addresses wrap around.
     QByteArray ReadEeprom(int address, int count) const;
     void WriteEeprom(int address, const QByteArray &bytes);
 
-    // The last byte of the EEPROM: 0 has a restart lead to the application, anything else to the loader.
+    // The last byte of the EEPROM. After a restart, 0 starts the application; any other value starts the
+    // loader.
     int Mark() const;
     void SetMark(int mark);
     bool HasApplication() const;
     // Without an application the processor runs through erased flash into its boot block.
     bool StartsApplication() const { return Mark() == 0 && HasApplication(); }
-    // None when the application isn't one of this simulator's.
+    // Returns none when the application isn't one of this simulator.
     std::optional<int> ApplicationVersion() const;
 
-    // The program flash as a raw file. They return what went wrong, or an empty text; a load that failed
-    // changes nothing, and a file is replaced as a whole.
+    // Load or save the program flash as a raw file. Return a description of the error, or an empty text. A
+    // failed load changes nothing; a save replaces the file as a whole.
     QString Load(const QString &fileName);
     QString Save(const QString &fileName) const;
 

@@ -11,7 +11,7 @@ namespace {
 constexpr qsizetype versionOffset = 0x20;
 constexpr qsizetype codeOffset = 0x100;
 constexpr qsizetype recordSize = 16;
-// A simulator's version may only be read where a simulator has put it.
+// Marks an application of the simulator: a version may be read only where the simulator has written it.
 constexpr QByteArrayView signature("ZTVSIM");
 
 char Low(qsizetype word) {

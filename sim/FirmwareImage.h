@@ -6,18 +6,20 @@
 
 namespace sim {
 
-// Two decimal places; newer than what a simulated sensor starts with.
+// In hundredths; newer than the version that a simulated sensor starts with.
 constexpr int upgradeVersion = 300;
 
-// Bytes that look like code, the same for the same seed.
+// Returns bytes that look like code, always the same for a seed.
 QByteArray Noise(unsigned seed, int size);
 
-// A firmware that never ran, of at least 0x100 bytes: vectors, the version at a fixed place, and filling.
+// Returns a firmware that was never run, of at least 0x100 bytes: vectors, the version at a fixed place, and
+// filling.
 QByteArray Application(int version, int size);
-// The version that such an application carries, none for any other content.
+// Returns the version of such an application; none for any other content.
 std::optional<int> VersionOf(const QByteArray &application);
 
-// An INHEX32 file of 16-byte records. The bytes lie below address 0x10000.
+// Returns an INHEX32 file of 16-byte records.
+// REQUIRES: the bytes are below address 0x10000.
 QByteArray HexFile(int address, const QByteArray &bytes);
 
 } // namespace sim

@@ -6,10 +6,11 @@
 
 namespace sim {
 
-// One line a frame: the time in milliseconds, the direction, the bytes in hexadecimal.
+// Logs frames, one per line: the time in milliseconds, the direction, the bytes in hexadecimal.
 class FrameLog {
 public:
-    // "-" is standard error; an empty name logs nothing. Returns what went wrong, or an empty text.
+    // Opens the log. "-" is standard error; an empty name disables the log. Returns a description of the
+    // error, or an empty text.
     QString Open(const QString &fileName);
     void Write(qint64 ms, const char *direction, const QByteArray &bytes);
 

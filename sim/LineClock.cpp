@@ -5,11 +5,11 @@
 namespace sim {
 namespace {
 
-// A program that was stopped for longer doesn't race to catch up.
+// The most delay that is caught up: a program that was stopped for longer doesn't hurry.
 constexpr qint64 mostCaughtUp = 20'000'000;
-// A host that sends later than this wasn't waiting for the reply.
+// The longest time in which a host reacts to a reply. A host that sends later wasn't waiting for it.
 constexpr qint64 longestTurnaround = 10'000'000;
-// The time that the pseudo terminal takes, there and back, when the processor is shared. A wire takes none.
+// The time that the pseudo terminal takes, both ways, when the processor is shared. A wire takes none.
 constexpr qint64 transit = 100'000;
 
 } // namespace

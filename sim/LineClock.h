@@ -6,14 +6,16 @@
 
 namespace sim {
 
-// When a line that carries one thing at a time is free, in nanoseconds. Replies fall due by this time alone:
-// how late the program really was doesn't add up from exchange to exchange.
+// Calculates when a line that carries one thing at a time is free, in nanoseconds. Replies are due by this
+// time alone, so that delays of the program don't add up from exchange to exchange.
 class LineClock {
 public:
-    // A request came at `now`. The line is busy for `before` (the request itself, a wait) and then for the
-    // reply, which doesn't begin before `earliest`. Returns when the reply begins.
+    // Reserves the line for a request that arrived at `now`. The line is busy for `before` (the request
+    // itself, a wait) and then for the reply, which doesn't begin before `earliest`. Returns the time at
+    // which the reply begins.
     qint64 Reserve(qint64 now, qint64 before, qint64 reply, qint64 earliest = 0);
-    // The last byte of the last reply was really given out at `now`. A host that goes on at once is as late.
+    // Records that the last byte of the last reply was actually sent at `now`. A host that continues at once
+    // is as late as that byte.
     void GivenOut(qint64 now);
     void Clear();
 

@@ -7,7 +7,7 @@
 
 namespace sim {
 
-// Reads lines from a descriptor in the event loop. At its end it falls silent.
+// Reads lines from a descriptor in the event loop, until the end of its input.
 class LineReader {
 public:
     LineReader(int descriptor, std::function<void(const QByteArray &)> onLine);

@@ -29,7 +29,7 @@ double LineSettings::BootCharacterMs() const {
     return 10.0 * 1000.0 / BitsPerSecond();
 }
 
-// Even parity can't be told from none (below): it counts as none.
+// Counts even parity as none: the two can't be distinguished (see Matches).
 double LineSettings::CharacterMsOf(const termios &other) {
     const auto *speed = std::find(speeds.begin(), speeds.end(), cfgetospeed(&other));
     if (speed == speeds.end()) {
@@ -43,7 +43,8 @@ bool LineSettings::SameSpeed(const termios &other) const {
     return cfgetospeed(&other) == speeds.at(static_cast<std::size_t>(baud));
 }
 
-// A pseudo terminal forgets PARENB and keeps PARODD: odd parity shows, even can't be told from none.
+// Compares all settings but even parity: a pseudo terminal drops PARENB and keeps PARODD, so that odd parity
+// is visible and even parity looks like none.
 bool LineSettings::Matches(const termios &other) const {
     const bool twoStopBits = (other.c_cflag & CSTOPB) != 0;
     const bool odd = (other.c_cflag & PARODD) != 0;

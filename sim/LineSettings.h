@@ -18,10 +18,10 @@ struct LineSettings {
 
     int BitsPerSecond() const;
     double CharacterMs() const;
-    // Of the boot loader, which knows no parity and no second stop bit.
+    // The time of a character of the boot loader, which has no parity and one stop bit.
     double BootCharacterMs() const;
 
-    // Of a host with these settings; 0 for a speed that no sensor has.
+    // The time of a character of a host with these settings; 0 for a speed that no sensor has.
     static double CharacterMsOf(const termios &other);
 
     bool SameSpeed(const termios &other) const;

@@ -8,17 +8,17 @@
 
 namespace sim {
 
-// The local echo of a two-wire adapter: gives each byte that the host sends back to it. The adapter knows
-// nothing of the sensor, so neither waits for the other; only a reply comes after the echo of its request.
+// The local echo of a two-wire adapter: returns each byte that the host sends. The adapter knows nothing of
+// the sensor, so neither waits for the other, except that a reply follows the echo of its request.
 class LocalEcho {
 public:
     explicit LocalEcho(std::function<void(const QByteArray &)> write) : echo_(std::move(write), [] {}) {}
 
-    // `characterMs` is the time of one byte on the line; 0 gives all back at once.
+    // Echoes the bytes. `characterMs` is the time of one byte on the line; 0 echoes all bytes at once.
     void GiveBack(const QByteArray &bytes, double characterMs) { echo_.Send({bytes, 0, characterMs}); }
-    // Gives out what is due by now. A reply calls it before each of its pieces.
+    // Sends the echo that is due by now. A reply calls it before each of its pieces.
     void CatchUp() { echo_.Advance(); }
-    // When the last byte is out, on the clock of PreciseTimer.
+    // The time at which the last echoed byte is sent, on the clock of PreciseTimer; 0 when all are sent.
     qint64 End() const { return echo_.End(); }
     void Clear() { echo_.Clear(); }
 

@@ -72,7 +72,7 @@ int ModbusSlave::Read(const QByteArray &request, int addressing, QByteArray &bod
     }
     body.reserve(5 + 2 * quantity);
     body.append(static_cast<char>(2 * quantity));
-    // There is no parameter 0, but a table that starts at address 1 is read from 0 on.
+    // There is no parameter 0, but a host reads a table that starts at address 1 from address 0 on.
     for (int number = first; number < first + quantity; ++number) {
         AppendWord(body, number == 0 ? quint16{0} : registers_.Word(number));
     }
@@ -109,8 +109,8 @@ int ModbusSlave::WriteMany(const QByteArray &request, int addressing, Outcome &o
         outcome.writes.emplace_back(first + i, registers_.FromWord(first + i, WordAt(request, 7 + 2 * i)));
     }
 
-    // A download carries the whole table: what can't be written is passed over, and whatever the command
-    // rows held must not run.
+    // A download contains the whole table: rows that can't be written are skipped, and the values of command
+    // rows must not be executed.
     const auto passedOver = [this](int number) {
         return !registers_.Writable(number) || Registers::IsCommand(number);
     };

@@ -9,14 +9,15 @@ namespace sim {
 
 class Registers;
 
-// The outcome of a request. The reply is complete, and empty for a broadcast.
+// The outcome of a request. The reply is a whole frame; empty for a broadcast.
 struct Outcome {
     QByteArray reply;
     bool refused = false;
-    std::vector<std::pair<int, int>> writes; // parameter number and value as they came, refused ones included
+    std::vector<std::pair<int, int>> writes; // parameter number and value as received, refused ones included
 };
 
-// Executes requests that are meant for this sensor: whole frames with a good CRC.
+// Executes the requests for this sensor.
+// REQUIRES: whole frames with a good CRC.
 class ModbusSlave {
 public:
     explicit ModbusSlave(Registers &registers) : registers_(registers) {}

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int longestLatencyMs = 60000;
 
-// Reads values out of the parser and keeps the first that was wrong.
+// Reads values from the parser and keeps the first error.
 class Reader {
 public:
     explicit Reader(const QCommandLineParser &parser) : parser_(parser) {}

@@ -7,8 +7,8 @@
 
 namespace sim {
 
-// The request of the command line: a sensor, only a text to print or a firmware file to write, or nothing
-// because it was wrong.
+// The parsed command line: the options of a sensor, or a text to print, or a firmware file to write, or an
+// error.
 struct ParsedOptions {
     SensorOptions options;
     QString text;

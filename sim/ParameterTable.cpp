@@ -21,7 +21,7 @@ QString ParameterTable::Load(const QString &fileName) {
     }
     try {
         SQLite::Database database(fileName.toStdString(), SQLite::OPEN_READONLY);
-        // The file may come from anywhere.
+        // The file may come from an untrusted source.
         database.exec("PRAGMA trusted_schema = OFF");
         const int tables = database.execAndGet(
             "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = 'Parameters'");

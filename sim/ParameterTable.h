@@ -16,10 +16,10 @@ struct ParameterRow {
     bool isSigned = false;
 };
 
-// The sensor's parameters as the presets database describes them; the position of a row is its number.
+// The sensor's parameters as the presets database describes them. The position of a row is its number.
 class ParameterTable {
 public:
-    // Returns what went wrong, or an empty text.
+    // Returns a description of the error, or an empty text.
     QString Load(const QString &fileName);
 
     int Count() const { return static_cast<int>(rows_.size()); }

@@ -2,7 +2,7 @@
 
 namespace sim::parameter {
 
-// The parameters that mean something to the sensor itself.
+// The parameters that have a meaning for the sensor itself.
 enum Number : int {
     Save = 1,
     Reinitialise = 3,

@@ -34,7 +34,7 @@ qint64 PreciseTimer::Now() {
 }
 
 void PreciseTimer::StartAt(qint64 time) {
-    // Zero would stop it.
+    // Zero would stop the timer.
     const qint64 due = std::max<qint64>(time, 1);
     itimerspec setting{};
     setting.it_value.tv_sec = due / nsPerSecond;
@@ -47,7 +47,7 @@ void PreciseTimer::Stop() {
     timerfd_settime(descriptor_, 0, &none, nullptr);
 }
 
-// The event loop may know of an expiry that a later start or stop has taken back.
+// Calls back unless a later start or stop has cancelled the expiry that the event loop reports.
 void PreciseTimer::Expired() {
     std::uint64_t count = 0;
     if (read(descriptor_, &count, sizeof count) == static_cast<ssize_t>(sizeof count)) {

@@ -8,7 +8,7 @@
 
 namespace sim {
 
-// A timer of the event loop that keeps fractions of a millisecond, on an absolute clock.
+// A timer of the event loop with a resolution below a millisecond, on an absolute clock.
 class PreciseTimer {
 public:
     explicit PreciseTimer(std::function<void()> onTimeout);
@@ -16,9 +16,9 @@ public:
     PreciseTimer(const PreciseTimer &) = delete;
     PreciseTimer &operator=(const PreciseTimer &) = delete;
 
-    // Nanoseconds of a clock that only runs forward.
+    // Returns the nanoseconds of a clock that never runs backward.
     static qint64 Now();
-    // Calls back once, at that time or as soon after it as can be. Replaces an earlier start.
+    // Calls back once, at that time or as soon after it as possible. Replaces an earlier start.
     void StartAt(qint64 time);
     void Stop();
 

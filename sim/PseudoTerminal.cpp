@@ -55,7 +55,7 @@ QString PseudoTerminal::Open(const QString &link) {
     return error;
 }
 
-// A link that a killed sensor left behind is replaced; anything else isn't ours to remove.
+// Replaces a link left by a sensor that was killed. Anything else isn't ours to remove.
 QString PseudoTerminal::MakeLink(const QString &link) {
     const QFileInfo info(link);
     if (info.isSymLink() && LinkTarget(link).startsWith(QLatin1String("/dev/pts/"))) {

@@ -15,7 +15,8 @@ public:
     PseudoTerminal(const PseudoTerminal &) = delete;
     PseudoTerminal &operator=(const PseudoTerminal &) = delete;
 
-    // With a link to the terminal unless the name is empty. Returns what went wrong, or an empty text.
+    // Opens a terminal, with a link to it unless `link` is empty. Returns a description of the error, or an
+    // empty text.
     QString Open(const QString &link);
     void Close();
 
@@ -23,16 +24,16 @@ public:
     int Descriptor() const { return master_; }
     QString Path() const { return link_.isEmpty() ? name_ : link_; }
 
-    // The settings that the other end has made.
+    // Reads the settings that the other end has made.
     bool Settings(termios &settings) const;
-    // Bytes that the other end doesn't take in time are lost, as on a line.
+    // Writes bytes. Bytes that the other end doesn't read in time are lost, as on a line.
     void Write(QByteArrayView bytes) const;
 
 private:
     QString MakeLink(const QString &link);
 
     int master_ = -1;
-    int slave_ = -1; // kept open: without it the master reports errors while nobody has the other end open
+    int slave_ = -1; // kept open: otherwise the master reports errors while nobody has the other end open
     QString name_;
     QString link_;
 };

@@ -96,7 +96,8 @@ void Registers::Configure(const LineSettings &line) {
     }
 }
 
-// The line in use stays as it is, so that the host isn't cut off; its presets count from the next restart.
+// Restores the presets. The line in use stays, so that the host isn't disconnected; its presets apply from
+// the next restart.
 void Registers::Reinitialise() {
     for (int i = 1; i < table_.Count(); ++i) {
         if (table_.Row(i).readOnly || i == parameter::Addressing) {

@@ -9,7 +9,7 @@
 
 namespace sim {
 
-// The sensor's memory: the values in use and the stored set that a restart brings back.
+// The sensor's memory: the values in use and the stored set that a restart restores.
 class Registers {
 public:
     explicit Registers(const ParameterTable &table);
@@ -20,19 +20,19 @@ public:
     quint16 Word(int number) const { return static_cast<quint16>(Value(number)); }
     int FromWord(int number, quint16 word) const;
 
-    // Whether the host may write the row at all, and this value to it.
+    // Return whether the host may write the row at all, and whether the row accepts this value from the host.
     bool Writable(int number) const;
     bool Accepts(int number, int value) const;
-    // Whether the sensor can live with the value at all.
+    // Returns whether the sensor can store the value at all.
     bool Holds(int number, int value) const;
 
-    // Writes as the host does: a command row acts and reads 0 again.
+    // Writes as the host does: a command row executes its command and reads 0 again.
     void Write(int number, int value);
     void Store(int number, int value) { values_.at(static_cast<std::size_t>(number)) = value; }
     static bool IsCommand(int number);
 
     LineSettings Line() const;
-    // Sets the line in the values in use and in the stored set.
+    // Sets the line both in the values in use and in the stored set.
     void Configure(const LineSettings &line);
 
     void Restart();

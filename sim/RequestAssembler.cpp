@@ -14,7 +14,8 @@ quint8 ByteAt(QByteArrayView bytes, qsizetype index) {
     return static_cast<quint8>(bytes[index]);
 }
 
-// The length that the frame announces, 0 when its function doesn't tell, -1 while more bytes are needed.
+// Returns the length that the frame announces; 0 when its function doesn't determine it, -1 while more bytes
+// are needed.
 qsizetype AnnouncedLength(QByteArrayView bytes) {
     if (bytes.size() < 2) {
         return -1;
@@ -30,7 +31,7 @@ qsizetype AnnouncedLength(QByteArrayView bytes) {
     }
 }
 
-// The length of the good frame at the start of the bytes, 0 when there is none (yet).
+// Returns the length of the good frame at the start of the bytes; 0 when there is none (yet).
 qsizetype FrameLength(QByteArrayView bytes) {
     const qsizetype announced = AnnouncedLength(bytes);
     if (announced > 0) {
@@ -46,8 +47,8 @@ qsizetype FrameLength(QByteArrayView bytes) {
     return 0;
 }
 
-// A frame behind garbage. Only a request that this sensor would answer counts: the data of a long request
-// that is still on its way must not be mistaken for a frame.
+// Finds a frame after garbage. Only a request that this sensor would answer counts: the data of a long
+// request that is still arriving must not be mistaken for a frame.
 bool FindInside(QByteArrayView bytes, int ownAddress, qsizetype &start, qsizetype &length) {
     for (start = 1; start + shortestFrame <= bytes.size(); ++start) {
         const QByteArrayView rest = bytes.sliced(start);

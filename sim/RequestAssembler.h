@@ -7,16 +7,16 @@
 
 namespace sim {
 
-// Finds whole requests in the bytes of a line, however they are cut. A frame is given out with its last byte;
-// what can't be part of one is dropped.
+// Finds whole requests in the bytes of a line, however the bytes are split. Returns a frame as soon as its
+// last byte arrives. Drops bytes that can't be part of a frame.
 class RequestAssembler {
 public:
     std::vector<QByteArray> Append(QByteArrayView bytes, int ownAddress);
 
-    // Bytes that may be the start of a request: the line has to fall silent to tell.
+    // True while there are bytes that may be the start of a request: only silence on the line decides.
     bool Pending() const { return !buffer_.isEmpty(); }
 
-    // The line fell silent. Returns what was thrown away.
+    // Drops the bytes received so far and returns them, for use when the line has fallen silent.
     QByteArray Discard();
 
 private:

@@ -73,7 +73,7 @@ void SensorModel::Update(Registers &registers, qint64 ms) {
     const bool inRange =
         target >= registers.Value(parameter::MinRange) && target <= registers.Value(parameter::MaxRange);
     Measure(registers, parameter::Echo, inRange ? 1 : 0);
-    // Without an echo the last distance stands.
+    // Without an echo the last distance stays.
     const bool echo = registers.Value(parameter::Echo) != 0;
     Measure(registers, parameter::Distance, echo ? target : registers.Value(parameter::Distance));
 

@@ -12,16 +12,18 @@ namespace sim {
 
 class Registers;
 
-// The measured quantities of the sensor. Nothing moves by itself: the state follows from the time asked for.
+// The measured quantities of the sensor. Nothing changes by itself: the state follows from the requested
+// time.
 class SensorModel {
 public:
     explicit SensorModel(quint32 seed);
 
-    // Hundredths of an inch; nothing lets the target move again.
+    // Fixes the target at a distance in hundredths of an inch; no value lets it move again.
     void HoldTarget(std::optional<int> distance);
     int TargetAt(qint64 ms) const;
 
-    // A measurement that holds its value instead of following the model.
+    // Measures: the parameter is a measurement. A held measurement keeps its value instead of following the
+    // model.
     static bool Measures(int number);
     void Hold(int number, int value);
     void Release(int number);

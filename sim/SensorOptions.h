@@ -9,12 +9,12 @@
 
 namespace sim {
 
-// Everything that can be chosen before the sensor starts. What isn't set comes from the presets.
+// All options of a sensor before it starts. Options that aren't set come from the presets.
 struct SensorOptions {
     QString presets;   // the presets database
     QString link;      // symbolic link to the pseudo terminal; none when empty
     QString log;       // file for the frame log, "-" for standard error; none when empty
-    QString flash;     // file that keeps the program flash from run to run; none when empty
+    QString flash;     // file that keeps the program flash between runs; none when empty
     bool boot = false; // starts in the boot loader
     std::optional<int> address;
     std::optional<int> baud;   // index, 0 to 4

@@ -34,7 +34,7 @@ namespace sim {
 namespace {
 
 constexpr double silentCharacters = 3.5;
-// A pseudo terminal has no line time, but the host may be held up between two parts of a request.
+// A pseudo terminal has no line time, but the host may be delayed between two parts of a request.
 constexpr double shortestGapMs = 20;
 constexpr std::size_t mostRecords = 20000;
 constexpr int broadcast = 0;
@@ -149,7 +149,7 @@ QString SimulatedSensor::Private::Start() {
     return Plug();
 }
 
-// A flash file that doesn't exist yet is written at once, so that it's known to be writable.
+// Loads the flash file. Creates one that doesn't exist, to check at once that it is writable.
 QString SimulatedSensor::Private::LoadMemory() {
     memory = DeviceMemory(registers->Value(parameter::FirmwareVersion));
     if (options.boot) {
@@ -202,7 +202,7 @@ QString SimulatedSensor::Private::Plug() {
 
 void SimulatedSensor::Private::Unplug() {
     if (notifier) {
-        // It may be the notifier itself that is at work.
+        // This may be called from the notifier itself.
         notifier->setEnabled(false);
         notifier.release()->deleteLater();
     }
@@ -229,7 +229,7 @@ bool SimulatedSensor::Private::Receive() {
     std::array<char, 4096> buffer{};
     const ssize_t count = read(terminal.Descriptor(), buffer.data(), buffer.size());
     if (count <= 0) {
-        // A descriptor that fails would wake the event loop for ever.
+        // A failed descriptor would wake the event loop again and again.
         if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
             notifier->setEnabled(false);
         }
@@ -255,7 +255,7 @@ bool SimulatedSensor::Private::Receive() {
     return true;
 }
 
-// At the host's speed, whatever the sensor's is: it is the adapter's work.
+// Echoes at the host's speed, whatever the sensor's speed is: the adapter makes the echo.
 void SimulatedSensor::Private::GiveBack(QByteArrayView bytes) {
     termios settings{};
     const bool paced = faults.pace && terminal.Settings(settings);
@@ -301,7 +301,7 @@ void SimulatedSensor::Private::Answer(const BootExchange &exchange) {
     }
 }
 
-// Bytes that came in the meantime still belong to the request.
+// Ends a request at a silence. Bytes that arrived meanwhile still belong to the request.
 void SimulatedSensor::Private::Silence() {
     if (Receive()) {
         return;
@@ -324,7 +324,7 @@ void SimulatedSensor::Private::Handle(const QByteArray &request) {
     if (onRequest) {
         onRequest(request);
     }
-    // The callback may have pulled the plug.
+    // The callback may have unplugged the sensor.
     if (!terminal.IsOpen() || !Hears(request)) {
         ++statistics.ignored;
         return;
@@ -349,7 +349,7 @@ void SimulatedSensor::Private::Handle(const QByteArray &request) {
     Reply(std::move(outcome.reply), request.size());
 }
 
-// New line settings, boot mode and a restart wait until the reply is out.
+// Sends the reply. New line settings, boot mode and a restart wait until it is sent.
 void SimulatedSensor::Private::Reply(QByteArray reply, qsizetype requestSize, int delayMs) {
     if (!reply.isEmpty()) {
         Distort(reply);
@@ -360,8 +360,8 @@ void SimulatedSensor::Private::Reply(QByteArray reply, qsizetype requestSize, in
     Transmission transmission{std::move(reply), static_cast<double>(faults.latencyMs + delayMs), 0,
                               echo.End()};
     if (faults.pace) {
-        // The request has arrived in no time; a wire would have taken its time, and Modbus a silence after
-        // it.
+        // The request took no time to arrive; a wire would have taken some, and Modbus requires a silence
+        // after it.
         transmission.characterMs = bootMode ? line.BootCharacterMs() : line.CharacterMs();
         transmission.waitMs += (static_cast<double>(requestSize) + (bootMode ? 0.0 : silentCharacters)) *
                                transmission.characterMs;
@@ -398,7 +398,7 @@ void SimulatedSensor::Private::LineIdle() {
         return;
     }
     TakeLine();
-    // The loader goes on with the line that the application had.
+    // The loader continues with the application's line.
     if (registers->TakeBootRequest()) {
         memory.SetMark(stayInLoader);
         StartProcessor();

@@ -12,7 +12,7 @@ namespace {
 
 int pipeEnds[2] = {-1, -1};
 
-// A handler may do next to nothing: it wakes the event loop.
+// Only wakes the event loop: a signal handler may do almost nothing.
 void Wake(int) {
     const char byte = 0;
     [[maybe_unused]] const ssize_t written = write(pipeEnds[1], &byte, 1);
@@ -33,7 +33,7 @@ StopSignals::StopSignals(std::function<void()> onStop) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         std::signal(signal, Wake);
     }
-    // In the background, reading the terminal must fail instead of stopping the program.
+    // In the background, a read from the terminal must fail instead of stopping the program.
     std::signal(SIGTTIN, SIG_IGN);
 }
 

@@ -7,7 +7,7 @@
 
 namespace sim {
 
-// Turns the signals that end a program into a call from the event loop. One per program.
+// Converts the signals that end a program into a call from the event loop. At most one per program.
 class StopSignals {
 public:
     explicit StopSignals(std::function<void()> onStop);

@@ -8,8 +8,8 @@ namespace sim {
 namespace {
 
 constexpr double nsPerMs = 1e6;
-// Bytes leave in pieces of about this length, as from a buffered port: both ends would be woken for each
-// byte.
+// Bytes are sent in pieces of about this length, as from a buffered port: single bytes would wake both ends
+// each time.
 constexpr double pieceNs = 2 * nsPerMs;
 
 qint64 Ns(double ns) {

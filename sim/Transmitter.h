@@ -10,7 +10,7 @@
 
 namespace sim {
 
-// One reply and the time that it takes.
+// One reply and its timing.
 struct Transmission {
     QByteArray bytes;
     double waitMs = 0;      // before the first byte
@@ -18,16 +18,17 @@ struct Transmission {
     qint64 earliest = 0;    // not before this time, on the clock of PreciseTimer
 };
 
-// Sends replies one after the other. What needs no time leaves at once, without a timer.
+// Sends replies one after the other. A reply that needs no time is sent at once, without a timer.
 class Transmitter {
 public:
-    // The second callback runs when the last reply is out as a whole.
+    // Calls `sent` when the last reply is completely sent.
     Transmitter(std::function<void(const QByteArray &)> write, std::function<void()> sent);
 
     void Send(Transmission transmission);
-    // Writes what is due by now, as the timer does.
+    // Writes the bytes that are due by now, as the timer does.
     void Advance();
-    // When the last byte of what was sent so far is out, on the clock of PreciseTimer.
+    // The time at which the last byte of the queue is sent, on the clock of PreciseTimer; 0 for an empty
+    // queue.
     qint64 End() const { return queue_.empty() ? 0 : queue_.back().end; }
     void Clear();
 

@@ -6,7 +6,7 @@
 
 namespace sim {
 
-// Values as they are typed, on the command line and as commands.
+// Parse values as typed on the command line and in commands.
 std::optional<int> WholeNumber(const QString &text, int min, int max);
 // "0x800" or "2048".
 std::optional<int> HexNumber(const QString &text, int max);

@@ -5,7 +5,7 @@
 
 namespace sim {
 
-// Replaces the file in one step. Returns what went wrong, or an empty text.
+// Replaces the file in one step. Returns a description of the error, or an empty text.
 QString WriteWholeFile(const QString &fileName, const QByteArray &content);
 
 } // namespace sim

@@ -21,7 +21,7 @@ constexpr std::uint32_t runModeAddress = 0x7FFF;
 constexpr std::uint8_t startsApplication = 0;
 
 constexpr int addressDigits = 6;
-constexpr qsizetype longestLine = 1024; // an image's own have 55 characters
+constexpr qsizetype longestLine = 1024; // an image's lines have at most 55 characters
 
 std::uint8_t ByteOf(std::int32_t address, int index) {
     constexpr int bitsPerByte = 8;
@@ -87,7 +87,7 @@ TransferResult BootComm::ReadRegion(std::int32_t &start, std::int32_t &end, std:
     QByteArray line;
     for (std::int32_t address = start; address <= end;) {
         const bool goesOn = GoesOn();
-        if (file.HasChanged()) { // by a command that came meanwhile, whose image is left as it is
+        if (file.HasChanged()) { // by a command that ran meanwhile; its image is kept
             return goesOn ? TransferResult::ImageChanged : TransferResult::Aborted;
         }
         if (!goesOn) {
@@ -150,14 +150,14 @@ ImageWritten BootComm::WriteProgramImage(std::uint8_t blockBytes, std::uint8_t b
     ImageWritten image;
     while (!lines.AtEnd()) {
         events_.yield();
-        const QByteArray line = lines.ReadLine().toByteArray(); // a yield may read on
+        const QByteArray line = lines.ReadLine().toByteArray(); // a yield may read on in the file
         if (settings_.ContinueFlag == 0) {
             if (image.result != TransferResult::VerifyFailed) {
                 image.result = TransferResult::Aborted;
             }
             break;
         }
-        if (lines.HasChanged()) { // by a command that came meanwhile: what follows isn't that image
+        if (lines.HasChanged()) { // by a command that ran meanwhile: the rest isn't of that image
             image.result = TransferResult::ImageChanged;
             break;
         }
@@ -177,8 +177,8 @@ ImageWritten BootComm::WriteProgramImage(std::uint8_t blockBytes, std::uint8_t b
         --record.Command; // reading is the command before writing
         const std::int32_t verified = library_->VerifyPIC(settings_.PortHandle, record, bytes);
         if (verified >= 0) {
-            // Deliberate: a good line forgets the lines before it that differed. They stand in the error
-            // file.
+            // Deliberate: a good line clears the error of earlier lines that differed. They remain in the
+            // error file.
             image.result = TransferResult::Finished;
         } else if (verified == BootResult::BytesDiffer) {
             errors.WriteLine(line);

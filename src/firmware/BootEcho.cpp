@@ -6,7 +6,7 @@ bool BootEcho::Takes(const QByteArray &payload, bool isAnswer) {
     if (isAnswer && !givesBack_) {
         return false;
     }
-    // The last one: a copy that should have come before it was lost.
+    // Searches from the last packet: the copy of an earlier one was lost.
     const auto copy = std::find(owed_.rbegin(), owed_.rend(), payload);
     if (copy == owed_.rend()) {
         return false;

@@ -3,25 +3,25 @@
 #include <QByteArray>
 #include <vector>
 
-// Tells the echo of a sent packet from an answer. An adapter for two wires may give back what is sent through
-// it. The first packet that comes back although no answer can equal it gives such an adapter away; from then
-// on the first copy of each packet is its echo.
+// Distinguishes the echo of a sent packet from an answer. A two-wire adapter may echo what is sent through
+// it. The first packet that returns although it can't be an answer reveals such an adapter; from then on the
+// first copy of each packet is its echo.
 class BootEcho {
 public:
-    // A packet was sent: a copy of it may come back.
+    // Records that a packet was sent: a copy of it may return.
     void Sent(const QByteArray &packet) { owed_.push_back(packet); }
 
-    // True for the first copy of a sent packet. `isAnswer` tells that the payload would also be a good
-    // answer, which it is taken for until the line is known to give back.
+    // Returns true for the first copy of a sent packet. `isAnswer`: the payload would also be a good answer;
+    // it then counts as one until the line is known to echo.
     bool Takes(const QByteArray &payload, bool isAnswer);
 
-    // The line gives back, and the copy of the last packet hasn't come yet.
+    // True when the line echoes and the copy of the last packet hasn't arrived yet.
     bool IsAwaited() const { return givesBack_ && !owed_.empty(); }
 
-    // The size of the longest packet that may still come back.
+    // The size of the longest packet whose copy may still arrive.
     qsizetype Longest() const;
 
-    // Nothing that was sent so far can come back any more.
+    // Stops expecting copies of the packets sent so far.
     void Settle() { owed_.clear(); }
 
 private:

@@ -57,8 +57,8 @@ Reader::State Reader::Take(char byte) {
             bytes_.append(byte);
             return state_ = bytes_.size() > mostPayloadBytes_ + checksumBytes ? State::TooLong : State::Open;
         }
-        // A start mark that isn't escaped: what was begun is lost, and a frame may begin here. After the two
-        // that began this one it is a third of them.
+        // A start mark that isn't escaped: the current frame is lost, and another may begin here. A third
+        // start mark directly after the first two changes nothing.
         place_ = bytes_.isEmpty() ? Place::Inside : Place::FirstMark;
         bytes_.clear();
         return state_;

@@ -8,25 +8,25 @@ namespace BootFrame {
 
 QByteArray Encode(const QByteArray &payload);
 
-// The most bytes that a payload of that size takes on the line.
+// The most bytes that a payload of that size can take on the line.
 qsizetype LongestOf(qsizetype payloadBytes);
 
-// Takes one payload out of what comes in. What stands before two start marks is passed over.
+// Extracts one payload from the input. Skips everything before two start marks.
 class Reader {
 public:
     enum class State {
-        Open,     // more is needed
-        Complete, // the payload is there
-        Damaged,  // the checksum is wrong, or there was nothing in the frame
-        TooLong,  // the payload is longer than it may be
+        Open,     // more bytes are needed
+        Complete, // the payload is complete
+        Damaged,  // the checksum is wrong, or the frame is empty
+        TooLong,  // the payload exceeds the limit
     };
 
     explicit Reader(qsizetype mostPayloadBytes) : mostPayloadBytes_(mostPayloadBytes) {}
 
-    // Takes the next byte, unless the reader is done. The state behind it.
+    // Accepts the next byte, unless the reader is done. Returns the state after it.
     State Take(char byte);
 
-    // Once complete.
+    // REQUIRES: the state is Complete.
     QByteArray Payload() const { return bytes_.chopped(1); }
 
 private:

@@ -7,9 +7,9 @@
 namespace {
 
 constexpr int bitsPerCharacter = 10;
-constexpr qsizetype mostGarbage = 4096; // of a line that babbles
+constexpr qsizetype mostGarbage = 4096; // from a line that babbles
 
-// After a try that failed, the answer to it may still be on its way.
+// After a failed try its answer may still be on its way.
 constexpr int silenceMs = 30;
 constexpr int mostSilences = 20;
 
@@ -28,7 +28,8 @@ QByteArray BytesOf(std::span<const std::uint8_t> bytes) {
     return QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<qsizetype>(bytes.size()));
 }
 
-// The only packets that a loader leaves unanswered, or answers with more than their command.
+// Of the packets of SendGetPacket, the loader leaves only a reset unanswered, and answers only the version
+// request with more than its command.
 bool IsReset(const QByteArray &packet) {
     return packet == QByteArray(2, '\0');
 }
@@ -46,7 +47,7 @@ std::int32_t BootLibrary::OpenPIC(const QByteArray &PortName, std::int32_t BitRa
     return portIsOpen_ ? ++handle_ : BootResult::NotOpen;
 }
 
-// A line that is opened may go through another adapter than before.
+// Resets the echo: the line may use another adapter than before.
 bool BootLibrary::OpenLine() {
     echo_ = {};
     line_.reset(); // first: a device can't be opened twice
@@ -213,7 +214,7 @@ BootLibrary::Answer BootLibrary::Listen(int milliseconds, Heard &heard, const Ex
     }
 }
 
-// Room for an answer, and for what the line may give back before it.
+// Returns a reader with room for an answer, and for an echo before it.
 BootFrame::Reader BootLibrary::NewReader(const Expected &expected) const {
     return BootFrame::Reader(std::max(expected.size, echo_.Longest()));
 }
@@ -236,7 +237,7 @@ std::optional<BootLibrary::Answer> BootLibrary::Take(char byte, Heard &heard, co
     Answer answer = Judge(state, payload, expected);
     if (answer.result >= 0) {
         echo_.Settle();
-    } else if (echo_.IsAwaited()) { // It is the echo, damaged, rather than an answer before the echo.
+    } else if (echo_.IsAwaited()) { // It is a damaged echo rather than an answer before the echo.
         heard.ifNoMoreComes = answer.result;
         return std::nullopt;
     }
@@ -257,7 +258,7 @@ BootLibrary::Answer BootLibrary::Judge(BootFrame::Reader::State state, const QBy
     return {static_cast<std::int32_t>(payload.size()), payload};
 }
 
-// The echo of that packet has just been heard. What came before it is late.
+// Reports the echo of the packet, which has just arrived, and the late bytes before it.
 void BootLibrary::TakeEcho(const QByteArray &packet, Heard &heard) {
     const QByteArray frame = BootFrame::Encode(packet);
     heard.bytes.chop(frame.size());

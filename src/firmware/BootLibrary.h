@@ -25,13 +25,13 @@ inline constexpr std::int32_t BytesDiffer = -12;
 
 } // namespace BootResult
 
-// Speaks with the sensor's boot loader over a serial line that it owns while it is open. Every call blocks
-// until it is answered, or has been tried as often as it may. What the calls return is negative on failure. A
-// line that gives back what is sent makes no difference, except for packets that could be their own answer
-// while it isn't known yet.
+// Exchanges packets with the sensor's boot loader over a serial line, which it owns while the line is open.
+// Every call blocks until it is answered or all tries have failed. Calls return a negative result on failure.
+// An echo on the line makes no difference, except for packets that could be their own answer while the echo
+// isn't known yet.
 class BootLibrary {
 public:
-    // Reports every frame to the tap, if there is one. It outlives the library.
+    // Reports every frame to the tap, if there is one. The tap outlives the library.
     explicit BootLibrary(OpenBootLine openLine, LineTap *tap = nullptr)
         : openLine_(std::move(openLine)),
           tap_(tap) {}
@@ -39,26 +39,28 @@ public:
     BootLibrary(const BootLibrary &) = delete;
     BootLibrary &operator=(const BootLibrary &) = delete;
 
-    // The handle of the port, greater than 0, or NotOpen. Each try of a later call waits `TimeoutMs` for its
-    // answer, beyond the time that both take on the line. A port that was open is closed. A device that goes
-    // away ends the call that finds it gone; the next one looks for it again.
+    // Returns the handle of the port, greater than 0, or NotOpen. Each try of a later call waits `TimeoutMs`
+    // for its answer, plus the time that packet and answer take on the line. Closes a port that was open.
+    // When the device goes away, the call that detects it fails, and the next call tries to open the device
+    // again.
     std::int32_t OpenPIC(const QByteArray &PortName, std::int32_t BitRate, std::int32_t TimeoutMs);
     void ClosePIC(std::int32_t handle);
 
-    // Sends the first `bytesToSend` bytes of the buffer. The size of the answer, which then stands in the
-    // buffer; a reset has none, is sent once and gives 0.
+    // Sends the first `bytesToSend` bytes of the buffer. Returns the size of the answer and writes the answer
+    // to the buffer. A reset has no answer, is sent once and returns 0.
     std::int32_t SendGetPacket(std::int32_t handle, std::span<std::uint8_t> buffer, std::int32_t bytesToSend,
                                std::int32_t largestReply, std::int32_t tries);
 
-    // The bytes read into the buffer, which must hold `DataLength`.
+    // Returns the number of bytes read into the buffer.
+    // REQUIRES: the buffer has room for `DataLength` bytes.
     virtual std::int32_t ReadPIC(std::int32_t handle, const TransferRecord &record,
                                  std::span<std::uint8_t> buffer);
 
-    // The bytes written: `DataLength` of the buffer.
+    // Writes `DataLength` bytes of the buffer and returns their number.
     virtual std::int32_t WritePIC(std::int32_t handle, const TransferRecord &record,
                                   std::span<const std::uint8_t> buffer);
 
-    // Reads with the record's command and compares: BytesDiffer, or the bytes compared.
+    // Reads with the record's command and compares. Returns BytesDiffer, or the number of bytes compared.
     std::int32_t VerifyPIC(std::int32_t handle, const TransferRecord &record,
                            std::span<const std::uint8_t> buffer);
 
@@ -79,7 +81,7 @@ private:
     struct Heard {
         BootFrame::Reader reader;
         std::int32_t ifNoMoreComes; // a BootResult
-        QByteArray bytes = {};      // all that came, without the echo
+        QByteArray bytes = {};      // all input without the echo
     };
 
     bool OpenLine();
@@ -90,7 +92,7 @@ private:
     Answer Try(const QByteArray &packet, const Expected &expected);
     Answer Listen(int milliseconds, Heard &heard, const Expected &expected);
     BootFrame::Reader NewReader(const Expected &expected) const;
-    // How the try ends with that byte, if it does.
+    // Returns the result of the try if that byte ends it.
     std::optional<Answer> Take(char byte, Heard &heard, const Expected &expected);
     static Answer Judge(BootFrame::Reader::State state, const QByteArray &payload, const Expected &expected);
     void TakeEcho(const QByteArray &packet, Heard &heard);
@@ -102,7 +104,7 @@ private:
     LineTap *tap_;
     bool portIsOpen_ = false;
     std::int32_t handle_ = 0;
-    std::unique_ptr<BootLine> line_; // null while the port is open: the device has gone away
+    std::unique_ptr<BootLine> line_; // null while the port is open: the device is gone
     BootEcho echo_;
     QByteArray portName_;
     std::int32_t bitRate_ = 0;

@@ -6,22 +6,22 @@
 #include <memory>
 #include <optional>
 
-// The serial line as the boot library uses it: its calls block.
+// The serial line as the boot library uses it. Its calls block.
 class BootLine {
 public:
     virtual ~BootLine() = default;
 
-    // Drops what was received and not yet read.
+    // Drops the bytes received and not yet read.
     virtual void ClearInput() = 0;
 
-    // False when the line doesn't take the bytes.
+    // Returns false when the line doesn't accept the bytes.
     virtual bool Write(const QByteArray &bytes) = 0;
 
-    // Waits until something has come, at most so long, and returns all that has. Empty: nothing came.
+    // Waits until bytes arrive, for at most `milliseconds`, and returns all of them. Empty: none arrived.
     // Nothing: the line is gone.
     virtual std::optional<QByteArray> Read(int milliseconds) = 0;
 };
 
-// Opens the port of that name, "COM3", at that rate. Null when it can't be opened.
+// Opens the port of that name, such as "COM3", at that rate. Returns null when it can't be opened.
 using OpenBootLine =
     std::function<std::unique_ptr<BootLine>(const QByteArray &portName, std::int32_t bitRate)>;

@@ -3,10 +3,9 @@
 #include <QString>
 #include <cstdint>
 
-// The settings of the boot link: one record for the whole program, filled anew each time that the upgrade
-// console opens.
+// The settings of the boot link: one record for the whole program, reset each time the upgrade console opens.
 struct BootSettings {
-    std::int32_t PortHandle = 0; // greater than 0: the port is held
+    std::int32_t PortHandle = 0; // greater than 0: the port is open
     std::int32_t BitRate = 38400;
     QString PortName; // "COM" and the port's number
     std::int32_t TimeoutMs = 1000;
@@ -22,7 +21,7 @@ struct BootSettings {
     std::uint8_t AddressBytes = 1; // bytes per address unit
     std::int32_t SpareCount = 0;
 
-    // Device addresses, the last one included. Below ProgramStart lies the boot block.
+    // Device addresses, the last one included. The boot block is below ProgramStart.
     std::int32_t ProgramStart = 0x000800;
     std::int32_t ProgramEnd = 0x00BFFF;
     std::int32_t EepromStart = 0x000000;
@@ -32,7 +31,7 @@ struct BootSettings {
     std::int32_t UserIdStart = 0x200000;
     std::int32_t UserIdEnd = 0x20000F;
 
-    std::uint8_t ContinueFlag = 0; // 0 aborts the loop that runs
+    std::uint8_t ContinueFlag = 0; // 0 aborts the running loop
 
     // Full paths of the memory images, and of the list of lines that failed verification.
     QString ProgramFile;
@@ -40,7 +39,7 @@ struct BootSettings {
     QString UserIdFile;
     QString ConfigFile;
     QString ErrorFile;
-    QString HexInputPath;  // the file imported last
-    QString HexOutputPath; // the file exported last
+    QString HexInputPath;  // the last file imported
+    QString HexOutputPath; // the last file exported
     QString EditorCommand = QStringLiteral("notepad.exe");
 };

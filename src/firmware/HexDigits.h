@@ -3,6 +3,6 @@
 #include <QString>
 #include <cstdint>
 
-// Upper-case hexadecimal digits, padded with "0" on the left to `width`. A value with more digits gives
-// `width` of them from one place to the left of its low ones, as it always has; no caller passes one.
+// Returns upper-case hexadecimal digits, padded with "0" on the left to `width`. Deliberate: of a value with
+// more digits, returns `width` digits that start one place to the left of the low ones; no caller passes one.
 QString HexDigits(std::int32_t value, int width);

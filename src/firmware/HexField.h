@@ -5,8 +5,8 @@
 #include <array>
 #include <cstdint>
 
-// Hexadecimal fields of a line, by position. Positions count from 1. They are inline since a conversion
-// spends most of its time here.
+// Hexadecimal fields of a line, by position. Positions count from 1. Inline, since a conversion spends most
+// of its time here.
 namespace HexField {
 
 constexpr std::uint8_t notADigit = 16;
@@ -25,8 +25,9 @@ constexpr std::array<std::uint8_t, 256> digitValues = [] {
     return values;
 }();
 
-// The value of at most `width` digits from `position` on, of either case. What isn't a digit, and the end of
-// the line, ends the field: its leading digits count, and 0 where there is none. `width` is at most 8.
+// Returns the value of at most `width` digits from `position` on, in either case. A character that isn't a
+// digit, or the end of the line, ends the field: the value is that of its leading digits, 0 if there is none.
+// REQUIRES: `width` is at most 8.
 inline std::uint32_t Value(QByteArrayView line, qsizetype position, int width) {
     const qsizetype end = std::min<qsizetype>(line.size(), position - 1 + width);
     std::uint32_t value = 0;
@@ -40,7 +41,7 @@ inline std::uint32_t Value(QByteArrayView line, qsizetype position, int width) {
     return value;
 }
 
-// Writes the low `width` upper-case digits of the value. Answers with the place behind them.
+// Writes the low `width` upper-case digits of the value. Returns the place after them.
 inline char *Put(char *to, std::uint32_t value, int width) {
     for (int digit = width - 1; digit >= 0; --digit) {
         to[digit] = "0123456789ABCDEF"[value % 16];

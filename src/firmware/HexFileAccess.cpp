@@ -24,12 +24,12 @@ struct Image {
     std::uint32_t exportOffset; // added to each line's address
 };
 
-// Where the records under an upper word go.
+// The target of the records under an upper word.
 struct Region {
     std::uint32_t firstUpperWord;
     std::uint32_t lastUpperWord;
     std::size_t image;
-    bool keepsUpperWord; // in the addresses of the image
+    bool keepsUpperWord; // includes the upper word in the addresses of the image
 };
 
 struct Conversion {
@@ -52,7 +52,7 @@ constexpr std::array fourRegions = {
 };
 constexpr Conversion familyOne{fourImages, fourRegions, 0x7FFFFF};
 
-// The EEPROM image is made anew but nothing goes there: that family's import has no range for it.
+// The import empties the EEPROM image: that family has no region for it.
 constexpr std::array twoImages = {
     Image{&BootSettings::ProgramFile, 0},
     Image{&BootSettings::EepromFile, 0x2100},
@@ -68,7 +68,7 @@ const Conversion &ConversionFor(const BootSettings &settings) {
 
 constexpr qsizetype longestImageLine = MemoryImageLine::textLength + 1;
 constexpr std::size_t workBufferSize = 257;
-constexpr int mostDataBytes = 240; // the lines of more would be counted past a byte
+constexpr int mostDataBytes = 240; // the lines of a longer record overflow a byte
 
 bool IsSameFile(const QString &one, const QString &other) {
     const QFileInfo first(one);
@@ -82,7 +82,7 @@ bool IsImageOf(const Conversion &conversion, const BootSettings &settings, const
                        [&](const Image &image) { return IsSameFile(path, settings.*image.file); });
 }
 
-// The images are read or emptied while the hex file is open.
+// Rejects a memory image as hex file: the images are read or emptied while the hex file is open.
 void RefuseImage(const BootSettings &settings, const Conversion &conversion, const QString &path) {
     if (IsImageOf(conversion, settings, path)) {
         throw Fault::File(path, QStringLiteral("this is a memory image of the program"));
@@ -116,7 +116,7 @@ std::int16_t Judge(TextFileReader &file) {
     return HexFileAccess::noEndRecord;
 }
 
-// The images of an import, and how a data record comes into them.
+// Writes the data records of an import to the images.
 class ImportedImages {
 public:
     ImportedImages(const BootSettings &settings, const Conversion &conversion, const QString &hexFile)
@@ -162,7 +162,7 @@ public:
     }
 
 private:
-    // With a blank behind the last byte, which a line from the device doesn't have.
+    // Writes a line with a blank after the last byte; a line read from the device has none.
     static void WriteLine(TextFileWriter &file, std::uint32_t address, const std::uint8_t *bytes) {
         std::array<char, MemoryImageLine::textLength + 1> line{};
         *MemoryImageLine::Put(line.data(), address, bytes) = ' ';
@@ -211,7 +211,8 @@ std::int16_t Import(const BootSettings &settings, const Conversion &conversion, 
     return code;
 }
 
-// The text of a record that is being made. Nothing that is put there is longer than two digits a byte.
+// The text of a record under construction.
+// REQUIRES: no added part is longer than two digits a byte.
 class RecordText {
 public:
     explicit RecordText(QByteArrayView start) { Add(start); }
@@ -225,7 +226,7 @@ public:
         return *this;
     }
 
-    // The whole record, its checksum being that of so many groups of digits.
+    // Appends the checksum of the first `groups` groups of digits and returns the whole record.
     QByteArrayView WithChecksumOf(int groups) {
         AddNumber(HexRecord::Checksum(Text(), groups), 2);
         return Text();
@@ -252,7 +253,7 @@ void WriteData(TextFileWriter &file, std::uint32_t address, QByteArrayView image
 }
 
 void Export(const BootSettings &settings, const Conversion &conversion, const QString &path) {
-    std::deque<TextFileReader> images; // opened first: without them the file that is there stays whole
+    std::deque<TextFileReader> images; // opened first: if that fails, the old file stays whole
     for (const Image &image : conversion.images) {
         images.emplace_back(settings.*image.file, longestImageLine);
     }

@@ -14,7 +14,7 @@ constexpr int longestWaitMs = 10000;
 constexpr std::int16_t eepromByteAsked = 1022;
 
 constexpr int mostResets = 3;
-constexpr std::chrono::milliseconds restartTime{300}; // after which the loader doesn't answer any more
+constexpr std::chrono::milliseconds restartTime{300}; // after which the loader no longer answers
 
 void TurnEventLoopFor(std::chrono::milliseconds time) {
     QEventLoop loop;
@@ -37,7 +37,7 @@ OneButtonUpgrade::OneButtonUpgrade(UpgradeConsole &console, LinkSession &link, C
       timerTimeout_(new QTimer(this)) {
     timerTimeout_->setObjectName(QStringLiteral("TimerTimeout"));
     timerTimeout_->setSingleShot(true);
-    timerTimeout_->setTimerType(Qt::PreciseTimer); // or a wait lasts half a second more, or less
+    timerTimeout_->setTimerType(Qt::PreciseTimer); // a coarse timer may be off by half a second
 }
 
 UpgradeOutcome OneButtonUpgrade::Run(const QString &firmwareFile) {
@@ -66,7 +66,7 @@ UpgradeOutcome OneButtonUpgrade::Upgrade(const QString &firmwareFile) {
             return *failure;
         }
     }
-    console_.Boot().ReadEepromByte(eepromByteAsked); // whatever comes of it
+    console_.Boot().ReadEepromByte(eepromByteAsked); // the result doesn't matter
     if (console_.OpenHexFile(firmwareFile) != UpgradeConsole::HexFileOutcome::Good) {
         return UpgradeOutcome::BadFirmware;
     }
@@ -89,8 +89,8 @@ OneButtonUpgrade::Failure OneButtonUpgrade::ReplaceProgram() {
     if (erased != TransferResult::Finished) {
         return FailureOf(erased, UpgradeOutcome::EraseFailed);
     }
-    // The commands that came meanwhile may have left another image than the firmware, or erased again what
-    // was written of it. Such a sensor mustn't be told to run.
+    // Commands that ran meanwhile may have replaced the image by another one than the firmware, or erased
+    // part of what was written. Such a sensor must not be started.
     const int erases = console_.Boot().Erases();
     if (!image.HasChanged()) {
         const TransferResult written = console_.WriteDevice().result;
@@ -105,8 +105,8 @@ OneButtonUpgrade::Failure OneButtonUpgrade::ReplaceProgram() {
     return std::nullopt;
 }
 
-// A reset has no answer, and may be lost: the loader that still answers tells so. A device that went away may
-// have taken the reset along.
+// Resets the sensor until the loader is silent: a reset has no answer and may be lost, and a loader that
+// still answers shows that. A device that went away may have lost the reset too.
 bool OneButtonUpgrade::Restart() {
     for (int reset = 0; reset < mostResets; ++reset) {
         console_.Boot().ResetProcessor();
@@ -118,8 +118,9 @@ bool OneButtonUpgrade::Restart() {
     return false;
 }
 
-// A running sensor restarts into its boot loader when it is told so over Modbus, and the link closes by
-// itself once it has confirmed that. Without a good file it would stay there: nothing is sent to it then.
+// Makes a running sensor restart into its boot loader over Modbus; the link closes by itself once the sensor
+// has confirmed that. Sends nothing to the sensor without a good file: the sensor would stay in its boot
+// loader.
 OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmwareFile) {
     const auto firmwareIsBad = [&] {
         return console_.CheckHexFile(firmwareFile) != UpgradeConsole::HexFileOutcome::Good;
@@ -128,16 +129,16 @@ OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmw
         return UpgradeOutcome::BadFirmware;
     }
     console_.SetStatus(QStringLiteral("Placing in boot mode..."));
-    link_.ReadOnConnect(); // an earlier connect may have left the wish to download
+    link_.ReadOnConnect(); // an earlier connect may have left a download pending
     link_.GoOnline(1);
-    // A port that has only now come free. Nothing was sent yet: that takes the event loop.
+    // The port may have become free only now. Nothing was sent yet: sending needs the event loop.
     if (!console_.PortWasOpened() && link_.PortIsOpen() && firmwareIsBad()) {
         return UpgradeOutcome::BadFirmware;
     }
     if (!WaitWhile([this] { return !link_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); })) {
         return UpgradeOutcome::NotPolled;
     }
-    // Only a change goes to the sensor: what the table holds must not be the command already.
+    // Only a changed value is sent to the sensor, so the table must not contain the command already.
     zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::NoCommand);
     zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader);
     if (!WaitWhile([this] { return link_.Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite); })) {
@@ -146,8 +147,8 @@ OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmw
     if (!WaitWhile([this] { return link_.PortIsOpen(); })) {
         return UpgradeOutcome::PortNotReleased;
     }
-    // Confirmed, so that it must not stay: a file or a download would carry it to the next sensor. Not as the
-    // user's write: that would count as a change of the file.
+    // Clears the confirmed command: a file or a download would carry it to the next sensor. Not as the user's
+    // write, which would count as a change of the file.
     zentrova_.ParamUpdate(ParamDefines::ReinitCommand, ParamDefines::NoCommand);
     if (console_.ConnectBootloader() != UpgradeConsole::ConnectOutcome::Connected) {
         return UpgradeOutcome::LoaderNotFound;

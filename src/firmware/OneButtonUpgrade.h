@@ -10,12 +10,12 @@
 #include <functional>
 #include <optional>
 
-// How an upgrade ended.
+// The outcome of an upgrade.
 enum class UpgradeOutcome {
     Upgraded = 0,
 
-    // The sensor didn't get into its boot loader. The values are the numbers that the user is told.
-    NotPolled = 1,         // the link didn't get as far as the poll
+    // The sensor didn't enter its boot loader. The user sees these values as numbers.
+    NotPolled = 1,         // the link didn't reach the poll
     CommandUnanswered = 2, // the command that restarts the sensor
     PortNotReleased = 3,   // the link didn't close after that command
     LoaderNotFound = 4,
@@ -29,8 +29,8 @@ enum class UpgradeOutcome {
     AlreadyRunning // another call of Run; this one did nothing
 };
 
-// The whole upgrade of a sensor: talks the running one into its boot loader over Modbus, hands the port over,
-// replaces the program and starts it.
+// The whole upgrade of a sensor: makes the running sensor enter its boot loader over Modbus, passes the port
+// to the boot link, replaces the program and starts it.
 class OneButtonUpgrade : public QObject {
     Q_OBJECT
 
@@ -40,13 +40,14 @@ public:
 
     bool Running() const { return running_; }
 
-    // Runs to the end, while events run: a minute and more. The port of the boot link stays held. Fault when
-    // an image can't be opened or created.
+    // Runs the whole upgrade, a minute or more, and processes events meanwhile. The port of the boot link
+    // stays open. Fault when an image can't be opened or created.
     UpgradeOutcome Run(const QString &firmwareFile);
 
 Q_SIGNALS:
     void RunningChanged(bool running);
-    // The outcome of Run, which finishes once the handlers return. They may turn the event loop.
+    // Reports the outcome of Run, which finishes after the handlers return. A handler may turn the event
+    // loop.
     void Ended(UpgradeOutcome outcome);
 
 private:

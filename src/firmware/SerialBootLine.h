@@ -5,13 +5,13 @@
 
 #include <QString>
 
-// A serial device as the boot library uses it: 8 data bits, no parity, one stop bit.
+// A serial device for the boot library: 8 data bits, no parity, one stop bit.
 class SerialBootLine : public BootLine {
 public:
-    // Null when the device can't be opened.
+    // Returns null when the device can't be opened.
     static std::unique_ptr<BootLine> Open(const QString &device, std::int32_t bitRate);
 
-    // Opens the device behind the number of a port that is named "COM3".
+    // Returns a function that opens the device of a port named "COM" and a number.
     static OpenBootLine Opener(std::function<QString(std::int16_t)> deviceOfPort);
 
     void ClearInput() override;

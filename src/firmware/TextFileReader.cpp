@@ -56,7 +56,8 @@ bool TextFileReader::HasChanged() const {
            file_.fileTime(QFileDevice::FileModificationTime) != timeOnOpening_;
 }
 
-// Left until the next line is wanted, so that the start of a line can be judged before all of it is read.
+// Skips the rest of the current line. Called only when the next line is wanted, so that the start of a line
+// can be judged before all of it is read.
 void TextFileReader::PassLineEnd() {
     if (!inLine_) {
         return;
@@ -75,7 +76,7 @@ void TextFileReader::PassLineEnd() {
     }
 }
 
-// Reads on behind what is unread, which is less than a line. False at the end of the file.
+// Reads more after the unread part, which is less than a line. Returns false at the end of the file.
 bool TextFileReader::Fill() {
     char *const buffer = buffer_.data();
     std::memmove(buffer, buffer + start_, static_cast<std::size_t>(end_ - start_));

@@ -5,23 +5,23 @@
 #include <QDateTime>
 #include <QFile>
 
-// Reads a text file line by line. A line ends with carriage return, line feed, or both, and the last one may
-// end with the file. However long a line is, no more than `longestLine` characters of it are kept.
+// Reads a text file line by line. Carriage return, line feed, or both end a line; the end of the file ends
+// the last one. Keeps at most `longestLine` characters of a line, however long it is.
 class TextFileReader {
 public:
-    // Fault (file) when there is no such file or it can't be opened; a folder or a pipe can't.
+    // Fault (file) when the file doesn't exist or can't be opened; a folder or a pipe can't.
     TextFileReader(const QString &path, qsizetype longestLine);
 
-    // True when no line follows. Fault (file) when the file can't be read, as with ReadLine.
+    // Returns true when no line follows. Fault (file) when the file can't be read, as with ReadLine.
     bool AtEnd();
 
-    // The next line without its end, for as long as nothing else is called; empty at the end of the file.
+    // Returns the next line without its end; empty at the end of the file. Valid until the next call.
     QByteArrayView ReadLine();
 
-    // The fraction read, 0 to 1, also of a file that shrinks meanwhile.
+    // The fraction read, 0 to 1, also of a file that has become shorter.
     double Fraction() const;
 
-    // Whether somebody has written to the file since it was opened.
+    // True when the file was written to since it was opened.
     bool HasChanged() const;
 
 private:
@@ -34,7 +34,7 @@ private:
     QDateTime timeOnOpening_;
     qsizetype longestLine_;
     QByteArray buffer_;
-    qsizetype start_ = 0; // of what is unread in the buffer
+    qsizetype start_ = 0; // of the unread part of the buffer
     qsizetype end_ = 0;
-    bool inLine_ = false; // the rest of a line, or its end, is still to be passed over
+    bool inLine_ = false; // the rest of a line, or its end, is to be skipped
 };

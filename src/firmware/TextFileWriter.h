@@ -4,20 +4,20 @@
 #include <QByteArrayView>
 #include <QFile>
 
-// Writes a text file line by line, each ended by carriage return and line feed.
+// Writes a text file line by line. Ends each line with carriage return and line feed.
 class TextFileWriter {
 public:
-    // Creates the file anew: what it held is gone. Fault (file) when that can't be done.
+    // Creates the file, or empties an existing one. Fault (file) when that can't be done.
     explicit TextFileWriter(const QString &path);
 
-    // Fault (file) when there is no room, as with Close.
+    // Fault (file) when the disk is full or the write fails, as with Close.
     void WriteLine(QByteArrayView line);
 
-    // Must be called at the end: a file that is abandoned may lack lines.
+    // REQUIRES: called after the last line. A file that isn't closed may lack lines.
     void Close();
 
-    // Whether somebody else has written to the file, which is then not to be closed but abandoned: what is
-    // still to be written would stand at its place in the old content.
+    // True when something else has written to the file. The file must then be abandoned, not closed: the
+    // remaining lines would be written into the other content.
     bool HasChanged() const;
 
 private:

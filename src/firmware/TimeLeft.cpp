@@ -3,7 +3,7 @@
 #include "support/TimeLeftText.h"
 
 QString TimeLeft(qint64 elapsedMs, double done) {
-    constexpr qint64 leastElapsedMs = 1000; // before, the pace isn't known well enough
+    constexpr qint64 leastElapsedMs = 1000; // before that the rate isn't known well enough
     if (elapsedMs < leastElapsedMs || done <= 0) {
         return {};
     }

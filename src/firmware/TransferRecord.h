@@ -11,7 +11,7 @@ struct TransferRecord {
     std::uint32_t Address = 0;   // in address units: the byte address divided by BytesPerAddress
     std::uint8_t BlockBytes = 0; // bytes per block of the operation
     std::uint8_t BytesPerAddress = 0;
-    std::uint16_t Retries = 0; // how often the call is tried
+    std::uint16_t Retries = 0; // how often the call is tried in all
 };
 static_assert(sizeof(TransferRecord) == 12);
 static_assert(offsetof(TransferRecord, DataLength) == 1);

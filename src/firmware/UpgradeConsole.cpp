@@ -10,7 +10,7 @@
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 
-// Keeps the console busy and its transfer shown during its lifetime.
+// Shows the busy pointer and the transfer during its lifetime.
 class UpgradeConsole::Transfer {
 public:
     Transfer(UpgradeConsole &console, const char *what) : console_(console), outer_(console.share_, Share{}) {
@@ -26,7 +26,7 @@ public:
 
 private:
     UpgradeConsole &console_;
-    QScopedValueRollback<Share> outer_; // of the transfer that this one runs inside of
+    QScopedValueRollback<Share> outer_; // of the transfer around this one
 };
 
 UpgradeConsole::UpgradeConsole(BootComm &bootComm, Dependencies dependencies, QObject *parent)
@@ -101,7 +101,7 @@ bool UpgradeConsole::FindDevice() {
 
 void UpgradeConsole::DisconnectBootloader() {
     settings_.ContinueFlag = 0;
-    QCoreApplication::processEvents(); // a loop that runs ends itself
+    QCoreApplication::processEvents(); // lets a running loop end
     bootComm_.ClosePort();
     SetStatus(QStringLiteral("Not connected..."));
     Q_EMIT PanelChanged(Panel::Version, QStringLiteral(" "));
@@ -115,7 +115,7 @@ void UpgradeConsole::ShowOutcome(TransferResult result, const QString &failed) {
                                                    : failed);
 }
 
-// A failure in one region doesn't stop the others.
+// Continues with the next region after a failure in one, unless aborted.
 TransferResult UpgradeConsole::ReadDevice() {
     struct Region {
         std::int32_t start;
@@ -210,7 +210,7 @@ UpgradeConsole::HexFileOutcome UpgradeConsole::CheckHexFile(const QString &path)
     std::int16_t result = HexFileAccess::failure;
     try {
         result = HexFileAccess::CheckHexFile(path);
-    } catch (const Fault &) { // It can't be opened: no better than an invalid one.
+    } catch (const Fault &) { // It can't be opened: as bad as an invalid one.
     }
     return result > 0 ? HexFileOutcome::Good : ShowHexFileWord(result);
 }

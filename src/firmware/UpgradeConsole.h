@@ -7,15 +7,15 @@
 #include <cstdint>
 #include <functional>
 
-// The commands of the upgrade console with their status words, but for the window: it asks before a command
-// and shows boxes for outcomes. A transfer lets events run once a round, and a further command may start
-// then; all share one flag that aborts.
+// The commands of the upgrade console and their status words, without the window, which asks before a command
+// and shows boxes for outcomes. A transfer processes events once a round, and another command may start then;
+// all commands share one flag that aborts.
 class UpgradeConsole : public QObject {
     Q_OBJECT
 
 public:
     struct Dependencies {
-        // Shows a file in a text editor, `command` if that is there. False when there is none.
+        // Shows a file in a text editor, preferably `command`. Returns false when there is none.
         std::function<bool(const QString &command, const QString &fileName)> showInEditor;
     };
 
@@ -29,28 +29,30 @@ public:
     UpgradeConsole(BootComm &bootComm, Dependencies dependencies, QObject *parent = nullptr);
     ~UpgradeConsole() override;
 
-    // Fills the settings anew but for the port's handle. The images lie in `imageFolder`.
+    // Resets the settings except for the port's handle. The images are in `imageFolder`.
     void Load(std::int16_t commPort, std::int32_t bitRate, const QString &imageFolder);
 
-    // The device's commands are there once it is connected.
+    // Opens the port and searches for a boot loader. The device's commands are available once it is
+    // connected.
     ConnectOutcome ConnectBootloader();
     void DisconnectBootloader();
-    // Whether the last connect got as far as the open port.
+    // True when the last connect opened the port.
     bool PortWasOpened() const { return portWasOpened_; }
 
     // Transfers. Fault when an image can't be opened or created.
-    TransferResult ReadDevice(); // of the first region that failed, if one did
+    TransferResult ReadDevice(); // the result of the first region that failed, if any
     TransferResult EraseDevice();
-    ImageWritten WriteDevice(); // shows the lines that differ if the last one does
+    ImageWritten WriteDevice(); // shows the lines that differed if the last line did
     void Abort();
 
-    // Makes the memory images anew from the hex file. Fault when it can't be opened.
+    // Replaces the memory images from the hex file. Fault when it can't be opened.
     HexFileOutcome ImportHexFile(const QString &path);
-    // The same, but a file that isn't there is NotFound, without a word.
+    // The same, but returns NotFound, without a status word, for a file that doesn't exist.
     HexFileOutcome OpenHexFile(const QString &path);
-    // Looks at the hex file and touches nothing. Shows the word of one that isn't good.
+    // Checks the hex file and changes nothing. Shows a status word for a file that isn't good.
     HexFileOutcome CheckHexFile(const QString &path);
-    // False, with nothing done, for the path of a memory image: the hex file would replace it.
+    // Exports to the hex file. Does nothing and returns false for the path of a memory image, which the hex
+    // file would replace.
     bool SaveHexFile(const QString &path);
     void EraseFiles();
     void ViewFiles();
@@ -59,12 +61,13 @@ public:
     RunOutcome RunApp();
 
     BootComm &Boot() { return bootComm_; }
-    // The tool tip is what else there is to say, if anything.
+    // `toolTip`: a further explanation, if any.
     void SetStatus(const QString &word, const QString &toolTip = {});
 
 Q_SIGNALS:
-    // Outcomes within a command, which goes on once the handlers return. They may turn the event loop.
-    void ConnectFaulted(const QString &word); // the status word, which tells the fault
+    // Report outcomes within a command, which continues after the handlers return. A handler may turn the
+    // event loop.
+    void ConnectFaulted(const QString &word); // the status word, which describes the fault
     void EditorMissing(const QString &fileName);
     void RunAppFailed(UpgradeConsole::RunOutcome outcome);
 

@@ -21,8 +21,8 @@ struct LineIndices {
     std::int16_t parityStop;
 };
 
-// The settings are tried from the highest indices down, by baud first. Behind the last one the baud index is
-// below 0.
+// Returns the setting that is tried after `indices`. Settings are tried from the highest indices down; for
+// each baud index all parity indices are tried. After the last setting the baud index is below 0.
 LineIndices Below(LineIndices indices) {
     if (--indices.parityStop < 0) {
         indices.parityStop = highestParityStop;
@@ -94,7 +94,7 @@ bool DeviceSearch::Start() {
 
 void DeviceSearch::Stop() {
     stopRequested_ = true;
-    // Where a probe was refused, no answer is due that would end the search.
+    // After a refused probe no answer is due that would end the search.
     if (searching_ && standsStill_) {
         End();
         Q_EMIT Ended();
@@ -179,7 +179,7 @@ void DeviceSearch::End() {
     link_.Mbaxp1().ClosePort();
 }
 
-// Without its adapter every further address would pass for a silent one.
+// Ends the search early: without the adapter every further address would look silent.
 void DeviceSearch::BreakOff(std::int16_t status) {
     End();
     Q_EMIT BrokenOff(status);

@@ -14,7 +14,7 @@ struct SearchStart {
     std::int16_t parityStop;
 };
 
-// The rest of a search: the probes left of the setting under test, and whether all addresses are tried again
+// The rest of a search: the probes left on the setting under test, and whether all addresses are probed again
 // on each setting after it.
 struct SearchRest {
     std::int16_t baud;
@@ -31,8 +31,8 @@ struct SearchWork {
 };
 SearchWork WorkLeft(const SearchRest &rest);
 
-// Looks for sensors by reading one register of each slave address in turn, and of all of them again on every
-// line setting if asked. There is no loop: each answer, good or bad, comes to FoundDevice and starts the next
+// Searches for sensors: reads one register of each slave address in turn and, if asked, repeats that on every
+// line setting. There is no loop: each answer, good or bad, arrives at FoundDevice, which sends the next
 // probe.
 class DeviceSearch : public QObject {
     Q_OBJECT
@@ -49,21 +49,22 @@ public:
         std::function<bool()> varyCommSettings;
     };
 
-    // Sets the line to where the search starts.
+    // Sets the master to the line that the search starts on.
     DeviceSearch(LinkSession &link, const SearchStart &start, Choices choices, QObject *parent = nullptr);
     ~DeviceSearch() override;
 
-    // False when the port can't be opened; the master's LastError tells why.
+    // Returns false when the port can't be opened; the master's LastError is then the reason.
     bool Start();
 
     // Ends the search at the answer that is due.
     void Stop();
 
-    // Ends the search at once: the port is closed and nothing is told any more.
+    // Ends the search at once: closes the port and emits nothing more.
     void Abandon();
 
-    // The answer to the probe: 0 for a good one, else why there is none. A status of a lost adapter breaks
-    // the search off; any other means no device at that address. Without a search it has no effect.
+    // Accepts the answer to the probe: 0 for a good one, otherwise the status of the failure. ReadError and
+    // WriteError mean a lost adapter and break the search off; any other status means no device at that
+    // address. Does nothing while no search is running.
     void FoundDevice(std::int16_t status);
 
     bool IsSearching() const { return searching_; }
@@ -81,12 +82,12 @@ public:
 Q_SIGNALS:
     void Started();                       // the port is open
     void Probing();                       // the address under test is about to be probed
-    void ProbeRefused(std::int16_t code); // the search stands still until it is stopped
+    void ProbeRefused(std::int16_t code); // the search pauses until it is stopped
     void DeviceFound();                   // at the address and settings under test
     void Ended();                         // the port is closed
 
-    // The port is closed before all was tried: at the address and settings under test the adapter was lost or
-    // refused the settings.
+    // The search ended early and the port is closed: at the address and settings under test the adapter was
+    // lost or refused the settings.
     void BrokenOff(std::int16_t status);
 
 private:

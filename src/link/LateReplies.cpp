@@ -6,16 +6,16 @@
 
 namespace {
 
-constexpr int owedForTimeouts = 5;          // a reply later than this comes no more
+constexpr int owedForTimeouts = 5;          // no reply is expected later than this
 constexpr qint64 owedForAtMostUs = 500'000; // beyond one timeout
 constexpr qint64 unusualDelayUs =
-    40'000; // beyond the usual delay: adapters hold bytes back for up to 16 ms, twice
-constexpr qint64 tellingUs = 10'000; // two hypotheses that differ by less fit alike
-constexpr int mostSilentRuns = 2;    // after which an old doubt tells nothing
+    40'000;                          // beyond the usual delay: adapters delay bytes by up to 16 ms, twice
+constexpr qint64 tellingUs = 10'000; // two explanations whose errors differ by less fit alike
+constexpr int mostSilentRuns = 2;    // after which an old doubt decides nothing
 constexpr int mostUndecided = 3;     // doubtful runs of a cycle whose period leaves no room to move a round
 
-// The reply to one request could be taken for the reply to the other. The echo of a write names what was
-// written: taken for that of the same write, it does no harm.
+// Returns whether the reply to one request could be mistaken for the reply to the other. Only reads count:
+// the reply to a write repeats what was written, so that accepting it for the same write does no harm.
 bool RepliesLookAlike(const ModbusFrame::Request &a, const ModbusFrame::Request &b) {
     return a.function == ModbusFrame::ReadHoldingRegisters && b.function == a.function &&
            a.slave == b.slave && a.quantity == b.quantity;
@@ -49,7 +49,7 @@ void LateReplies::TakeFrom(QByteArray &received) {
     }
 }
 
-// Before it is known how soon the sensor answers, only what is likely counts as owed.
+// Until the sensor's usual delay is known, a reply counts as owed only while it is likely.
 void LateReplies::RunBegins(const ModbusFrame::Request &request, qint64 nowUs, bool moved) {
     setAside_ = false;
     setAsideDelayUs_.reset();
@@ -89,7 +89,7 @@ bool LateReplies::IsLikelyOwn(std::optional<qint64> delayUs, qint64 slackUs) con
         }
     }
     if (!usualDelayUs_ && lastStartUs_ + *delayUs > QuietUntilUs(*lastRequest_)) {
-        return true; // later than a late reply is likely
+        return true; // later than a late reply is likely to be
     }
     return *delayUs <= usualDelayUs_.value_or(0) + unusualDelayUs + slackUs;
 }

@@ -44,6 +44,6 @@ int BitsPerSecond(std::int16_t baudCode) {
 
 qint64 LineTimeUs(const LineCodes &line, qint64 bytes) {
     constexpr qint64 secondUs = 1'000'000;
-    const bool tenBits = line.parity == 0 && line.stopBits == 0; // a character; any other has eleven
+    const bool tenBits = line.parity == 0 && line.stopBits == 0; // per character; otherwise eleven
     return bytes * (tenBits ? 10 : 11) * secondUs / BitsPerSecond(line.baud);
 }

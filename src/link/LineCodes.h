@@ -10,10 +10,10 @@ struct LineCodes {
     std::int16_t stopBits; // 0 one, 1 two
 };
 
-// The codes of two indices of the program's tables. Any index beyond a table counts as its last one.
+// Returns the codes of two indices of the program's tables. An index outside a table counts as its last one.
 LineCodes LineCodesOf(std::int16_t baud, std::int16_t parityStop);
 
 int BitsPerSecond(std::int16_t baudCode);
 
-// How long so many bytes take on the line, in microseconds.
+// Returns the time that `bytes` bytes take on the line, in microseconds.
 qint64 LineTimeUs(const LineCodes &line, qint64 bytes);

@@ -6,13 +6,13 @@
 #include <cstdint>
 #include <optional>
 
-// A run of bytes on the line that belong together.
+// Consecutive bytes on the line that belong together.
 struct LineFrame {
     enum class Kind {
         Request,
         Echo,      // the adapter's copy of the request
         LateReply, // to an earlier request
-        Reply      // all that came to the request, empty where nothing did
+        Reply      // all that was received for the request; may be empty
     };
 
     Kind kind = Kind::Request;
@@ -22,7 +22,7 @@ struct LineFrame {
     std::optional<std::int16_t> transaction; // of the master's; none on the boot line
 };
 
-// Reports every frame that is sent and received on a line. Costs nothing measurable while nobody listens.
+// Reports every frame sent or received on a line. Costs nothing measurable without a listener.
 class LineTap : public QObject {
     Q_OBJECT
 

@@ -14,7 +14,7 @@
 namespace {
 
 constexpr std::int16_t addressingMarkRegister = 69;
-constexpr std::int16_t addressingMark = 0x5555; // there, it tells registers numbered like their parameters
+constexpr std::int16_t addressingMark = 0x5555; // there: registers are numbered like their parameters
 
 constexpr std::int16_t singleWritePeriodMs = 1000;
 constexpr std::int16_t addressingProbePeriodMs = 500;
@@ -76,7 +76,7 @@ LinkSession::ConnectOutcome LinkSession::GoOnline(std::int16_t skipPrompt) {
         return ConnectOutcome::PortRefused;
     }
     anotherSensor_ = false;
-    zentrova_.ForgetPendingWrites(); // their outcome went with the connection before
+    zentrova_.ForgetPendingWrites(); // their outcomes were lost with the connection before
     mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, modbusAddress_, addressingMarkRegister, 1,
                                 addressingProbePeriodMs);
     mbaxp1_.StartCyclic(LinkTransaction::AddressingProbe);
@@ -95,7 +95,7 @@ QString LinkSession::OpenFailureText() const {
     return text;
 }
 
-// Deliberate: marks of a download or write under way stay until the next connection begins.
+// Deliberate: the pending marks of a download or write under way stay until the next connection begins.
 void LinkSession::GoOffline() {
     mbaxp1_.StopCyclic(LinkTransaction::Poll);
     mbaxp1_.ClosePort();
@@ -108,7 +108,7 @@ void LinkSession::WaitForWriteIdle() {
         while (mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite)) {
             QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
         }
-        // Once more, so that what the finished write led to is through. That may be a further write.
+        // Once more, to process what the finished write led to. That may be a further write.
         QCoreApplication::processEvents();
     } while (mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite));
 }
@@ -216,7 +216,8 @@ void LinkSession::WriteFailed(std::int16_t written, std::int16_t status) {
 }
 
 void LinkSession::PollComplete() {
-    // Behind the same port there may be another sensor by now. Its values would all be one row off.
+    // Another sensor may answer on the same port by now. If it numbers its registers differently, all its
+    // values would be one row off.
     anotherSensor_ = AnswersWithAnotherAddressing();
     if (anotherSensor_) {
         SetStatus(anotherSensorWord);
@@ -333,7 +334,7 @@ void LinkSession::StartPollAfterConnectDownload() {
     }
 }
 
-// Follows the sensor to the communication settings that it has just taken.
+// Follows the sensor to the communication settings that it has just accepted.
 void LinkSession::ReconnectWithDeviceSettings() {
     mbaxp1_.StopCyclic(LinkTransaction::Poll);
     mbaxp1_.ClosePort();
@@ -343,7 +344,7 @@ void LinkSession::ReconnectWithDeviceSettings() {
     DefinePoll();
     SetMbaxp1CommProperties(commPort_, baudRate_, parityStop_, 0);
     anotherSensor_ = false;
-    zentrova_.ForgetPendingWrites(); // their outcome went with the port
+    zentrova_.ForgetPendingWrites(); // their outcomes were lost with the port
     // Deliberate: no box, and the program stays in its online state.
     if (!mbaxp1_.OpenPort()) {
         SetStatus(portNotReopenedWord);

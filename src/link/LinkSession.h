@@ -21,7 +21,7 @@ inline constexpr std::int16_t Download = 4;
 
 } // namespace LinkTransaction
 
-// The direction of a connect, as the user is asked for it.
+// The direction of a connect, which the user chooses.
 namespace ConnectChoice {
 
 inline constexpr std::int16_t Read = 0;
@@ -30,14 +30,14 @@ inline constexpr std::int16_t Cancel = 2;
 
 } // namespace ConnectChoice
 
-// The link to the sensor: the communication settings, going online and offline, the probe, the download,
-// the poll and single writes. The master's two events are its whole engine.
+// The link to the sensor: the communication settings, going online and offline, the probe, the download, the
+// poll and single writes. The master's two events alone drive it.
 class LinkSession : public QObject, public ParameterLink {
     Q_OBJECT
 
 public:
     struct Dependencies {
-        std::function<QString(std::int16_t)> deviceOfPort; // the serial device behind a port number
+        std::function<QString(std::int16_t)> deviceOfPort; // the serial device of a port number
         std::function<std::int16_t()> askDirection;        // a ConnectChoice
     };
 
@@ -62,7 +62,7 @@ public:
     std::int16_t ModbusAddress() const { return modbusAddress_; }
     void ModbusAddress(std::int16_t slave) { modbusAddress_ = slave; }
 
-    // The master, for whoever drives transactions of their own.
+    // The master, for callers that drive transactions of their own.
     Mbaxp &Mbaxp1() { return mbaxp1_; }
 
     // Sets the line for the next opening of the port. `timeoutMs` 0 means the usual one for that baud
@@ -70,20 +70,21 @@ public:
     void SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
                                  std::int16_t timeoutMs);
 
-    // Describes the OpenPort that has just failed: code, words, and advice where there is some.
+    // Describes why the last OpenPort failed: code, text, and advice where there is some.
     QString OpenFailureText() const;
 
-    // The adapter gives back what is sent, and its copies are taken out of the input. Known from the first
-    // answer to a read on.
+    // True where the adapter echoes what is sent; the copies are removed from the input. Known once a read
+    // was answered.
     bool EchoIsPresent() const { return mbaxp1_.EchoIsPresent(); }
 
     enum class ConnectOutcome { Cancelled, PortRefused, Probing };
 
-    // Opens the port and starts to probe for the sensor. `skipPrompt` 0 asks the user for the direction,
-    // any other value keeps the one that stands.
+    // Opens the port and starts to probe for the sensor. `skipPrompt` 0 asks the user for the direction; any
+    // other value keeps the current one.
     ConnectOutcome GoOnline(std::int16_t skipPrompt);
     void GoOffline();
-    // Drops the wish to download that a connect to no sensor left: the next one reads.
+    // Makes the next connect read: drops a download that was asked for but never started, as no sensor
+    // answered.
     void ReadOnConnect() { downloadOnConnect_ = false; }
 
     // ParameterLink
@@ -99,17 +100,17 @@ public:
     void TransactionFailed(std::int16_t transaction, std::int16_t status);
 
 Q_SIGNALS:
-    // The outcome of a write or download, 0 or a LinkStatus. The session goes on once the handlers return,
-    // which may turn the event loop.
+    // Report the outcome of a write or download: 0 or a LinkStatus. The session continues after the handlers
+    // return. A handler may turn the event loop.
     void WriteEnded(std::int16_t tag, std::int16_t status);
     void DownloadEnded(std::int16_t status);
-    void PortRefused(); // to GoOnline; OpenFailureText says why
+    void PortRefused(); // by GoOnline; OpenFailureText gives the reason
 
     void StatusChanged(const QString &text);  // the text of the status bar
     void OnlineChanged(bool online);          // the port was opened or closed
     void FirstReadComplete();                 // the first poll since going online is in the table
     void DeviceAnswered(std::int16_t status); // the search probe ended; 0 means a good answer
-    void TableRefreshed();                    // after every good transaction: what shows may be old
+    void TableRefreshed();                    // after every good transaction: shown values may be outdated
 
 private:
     void WriteComplete();
@@ -138,8 +139,8 @@ private:
     std::int16_t parityStop_ = 1;
     std::int16_t modbusAddress_ = 1;
     std::uint8_t addressingMode_ = 0;
-    bool addressingIsKnown_ = false; // a sensor has told it
+    bool addressingIsKnown_ = false; // read from a sensor or written to one
     bool downloadOnConnect_ = false;
     bool firstReadPending_ = false;
-    bool anotherSensor_ = false; // the last poll was answered by one that numbers its registers otherwise
+    bool anotherSensor_ = false; // the last poll was answered by one that numbers its registers differently
 };

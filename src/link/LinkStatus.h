@@ -3,8 +3,8 @@
 #include <QString>
 #include <cstdint>
 
-// The master's status codes that the program itself gives. 1 to 7 are Modbus exception codes, passed
-// through as they come.
+// The master's status codes that the program itself uses. 1 to 7 are Modbus exception codes, passed through
+// unchanged.
 namespace LinkStatus {
 
 inline constexpr std::int16_t NoError = 0;
@@ -26,15 +26,15 @@ inline constexpr std::int16_t ProtocolModeRefused = 46;
 inline constexpr std::int16_t OpenFailed = 47;
 inline constexpr std::int16_t AlreadyOpen = 48;
 
-// The session's own: nothing was sent, since another sensor is behind the port.
+// The session's own: nothing was sent, since another sensor answers on the port.
 inline constexpr std::int16_t AnotherSensor = -1;
 
-// An adapter that is there but can't be set as asked.
+// True for the status of an adapter that is present but refuses a setting.
 constexpr bool IsRefusedSetting(std::int16_t status) {
     return status >= BaudRateRefused && status <= DataBitsRefused;
 }
 
 } // namespace LinkStatus
 
-// The words of a status code; empty for a code that has none.
+// The text of a status code; empty for a code that has none.
 QString MbaxpErrorDesc(std::int16_t code);

@@ -44,10 +44,10 @@ void LocalEcho::RunEnded(const ModbusFrame::Verdict &verdict, const QByteArray &
     }
     const QByteArray mayBeCopy = verdict.end > 0 ? received.first(verdict.begin) : received;
     if (mayBeCopy.contains(frame_)) {
-        state_ = State::Present; // behind garbage
+        state_ = State::Present; // after garbage
         return;
     }
-    // An adapter that garbles the line as it turns it round does so at each exchange.
+    // An adapter that garbles the line when it switches direction does so at each exchange.
     const bool isGarbage = verdict.end > 0 && mayBeCopy.size() < frame_.size() / 2;
     state_ = isGarbage || mayBeCopy.isEmpty() ? State::Absent : State::Unclear;
 }

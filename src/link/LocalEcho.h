@@ -4,34 +4,35 @@
 
 #include <QByteArray>
 
-// Finds out whether the adapter gives back what is sent through it, as adapters for two wires may, and takes
-// the copy of each request out of the input. The good reply to a single write equals its request, so that a
-// copy would otherwise confirm a write that nobody received. Pure.
+// Detects whether the adapter echoes what is sent through it, as two-wire adapters may, and removes the copy
+// of each request from the input. The good reply to a single write equals its request, so that a copy would
+// otherwise confirm a write that no device received. Pure.
 class LocalEcho {
 public:
-    // Forgets what was found.
+    // Forgets what was detected.
     void Clear() { state_ = State::Unknown; }
 
-    // The device came back: perhaps behind another adapter.
+    // Records that the device came back, perhaps with another adapter.
     void DeviceReopened();
 
     bool IsPresent() const { return state_ == State::Present; }
 
-    // A request is sent.
+    // Records that a request is sent.
     void RunBegins(const ModbusFrame::Request &request);
 
-    // Removes the copy of the request from the head of `received`, and with it what came before it: nothing
-    // answers a request before its end. Returns those bytes.
+    // Removes the copy of the request from `received`, along with the bytes before it: nothing answers a
+    // request before its end. Returns those bytes.
     QByteArray TakeFrom(QByteArray &received);
 
-    // The copy has to come before anything is judged.
+    // True while the copy must arrive before any input is judged.
     bool IsAwaited() const { return IsPresent() && !taken_; }
 
-    // The run ended with that verdict of what came besides the copy, the device being there.
+    // Records the end of a run and the verdict on what was received besides the copy.
+    // REQUIRES: the device didn't fail.
     void RunEnded(const ModbusFrame::Verdict &verdict, const QByteArray &received);
 
 private:
-    // Unclear: bytes came that may have been a damaged copy.
+    // Unclear: bytes arrived that may have been a damaged copy, or a device with an echo came back.
     enum class State { Unknown, Unclear, Absent, Present };
 
     State state_ = State::Unknown;

@@ -67,7 +67,7 @@ bool Mbaxp::OpenPort() {
     open_ = true;
     lateReplies_.Clear();
     echo_.Clear();
-    schedule_.PutRoundFirst(); // a read, which tells whether there is an echo
+    schedule_.PutRoundFirst(); // a read, which detects an echo
     holdOffEndUs_.reset();
     lastByteUs_ = NowUs();
     return true;
@@ -118,7 +118,7 @@ bool Mbaxp::Define(std::int16_t number, std::uint8_t function, std::int32_t slav
                            .address = static_cast<std::uint16_t>(address),
                            .quantity = static_cast<std::uint16_t>(quantity),
                            .words = {}};
-    transaction.buffer.resize(static_cast<std::size_t>(quantity)); // words that it has stay
+    transaction.buffer.resize(static_cast<std::size_t>(quantity)); // existing words stay
     schedule_.PeriodUs(number, std::max<qint64>(periodMs, 1) * 1000);
     return true;
 }
@@ -200,8 +200,8 @@ void Mbaxp::WakeIn(qint64 microseconds) {
     wake_.start(static_cast<int>(milliseconds));
 }
 
-// Runs start from the event loop: none ends within the call that asked for it, and they go on while a
-// handler keeps a box open. They come before what is to be painted: the line is slower than the screen.
+// Starts runs from the event loop: none ends within the call that asked for it, and runs continue while a
+// handler keeps a box open. A start precedes pending paint events: the line is slower than the screen.
 void Mbaxp::PostStart() {
     if (!startPosted_) {
         startPosted_ = true;
@@ -232,14 +232,14 @@ void Mbaxp::StartNext() {
         return;
     }
     if (!line_.IsOpen()) {
-        schedule_.PutRoundFirst(); // a read also where the device comes back, perhaps another one
+        schedule_.PutRoundFirst(); // a read first as the device comes back, perhaps as another one
     }
     const qint64 now = NowUs();
     const qint64 early = lateReplies_.WantsMovedRound() ? LateReplies::MovedByUs : 0;
     const RunSchedule::Next round = schedule_.AskNextRound(now, early);
     RunSchedule::Next next = schedule_.AskNext(now, early);
     if (next.once && round.number && HoldOffUs(next, now) > HoldOffUs(round, now)) {
-        next = round; // a one-shot that waits for a late reply doesn't hold a cycle up
+        next = round; // a one-shot that waits for a late reply doesn't delay a cycle
     }
     if (!next.number) {
         holdOffEndUs_.reset();
@@ -250,7 +250,7 @@ void Mbaxp::StartNext() {
     }
     const qint64 holdOff = HoldOffUs(next, now);
     if (holdOff > 0) {
-        // A line that never falls silent mustn't keep a request waiting for good.
+        // A line that never falls silent must not delay a request forever.
         holdOffEndUs_ = holdOffEndUs_.value_or(now + std::max(holdOff, TimeoutUs()));
         if (now < *holdOffEndUs_) {
             const qint64 wakeUs = std::min(now + holdOff, *holdOffEndUs_);
@@ -262,8 +262,8 @@ void Mbaxp::StartNext() {
     Start(next, !next.once && early > 0);
 }
 
-// How long the line must stay quiet before the next request: the silent interval after the last byte and,
-// before a one-shot, for late replies.
+// Returns how long the line must still stay quiet before the next request: the silent interval after the last
+// byte and, before a one-shot, the time in which late replies are likely.
 qint64 Mbaxp::HoldOffUs(const RunSchedule::Next &next, qint64 now) const {
     const qint64 late = next.once ? lateReplies_.QuietUntilUs(At(*next.number).request) : 0;
     return std::max(lastByteUs_ + SilentIntervalUs(), late) - now;
@@ -342,7 +342,7 @@ void Mbaxp::OnBytes() {
     }
 }
 
-// Takes the adapter's copy of the request out of the input. What came before it is late.
+// Removes the adapter's copy of the request from the input. Bytes before the copy are late.
 void Mbaxp::TakeEcho(std::optional<qint64> arrivedUs) {
     const qsizetype size = received_.size();
     QByteArray before = echo_.TakeFrom(received_);
@@ -370,7 +370,7 @@ void Mbaxp::SetAside(const ModbusFrame::Verdict &verdict) {
 }
 
 void Mbaxp::OnDeadline() {
-    // Input that came but wasn't delivered while the screen was busy counts; its delay isn't known.
+    // Counts input that arrived but wasn't delivered while the screen was busy; its delay isn't known.
     received_ += line_.TakeAllInput();
     TakeEcho(std::nullopt);
     ModbusFrame::Verdict verdict = ModbusFrame::JudgeAtEnd(request_, received_);
@@ -382,7 +382,7 @@ void Mbaxp::OnDeadline() {
         received_.prepend(std::exchange(setAside_, {}));
         Finish(*std::exchange(likelyOwn_, std::nullopt));
     } else if (lateReplies_.HasSetAside() && verdict.end == 0) {
-        FinishWith(LinkStatus::Timeout); // the late one came alone
+        FinishWith(LinkStatus::Timeout); // only the late reply arrived
     } else {
         Finish(verdict);
     }
@@ -434,8 +434,8 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     EndDelivery();
 }
 
-// After the handlers of the last run's event, or as soon as one of them turns the event loop: a handler that
-// waits for the transaction there would wait for good.
+// Ends the delivery of the last run's event: after its handlers, or as soon as one of them turns the event
+// loop. Otherwise a handler that waits there for the transaction would wait forever.
 void Mbaxp::EndDelivery() {
     if (std::exchange(delivering_, false)) {
         schedule_.End();

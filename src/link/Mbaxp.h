@@ -21,8 +21,8 @@
 // The Modbus RTU master. Transactions are defined by number, then run once or in a cycle in the
 // background of the event loop; each run ends with exactly one of the two events.
 //
-// One request is on the line at a time. Runs that were triggered once go first in, first out between two
-// rounds of a cycle, in turn with them, so that neither starves.
+// One request is on the line at a time. One-shot runs leave their queue first in, first out and alternate
+// with the rounds of cycles, so that neither starves.
 class Mbaxp : public QObject {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ public:
     // The component's name and version for its about box.
     static QString AboutText();
 
-    // `deviceOfPort` names the serial device behind a port number.
+    // `deviceOfPort` returns the serial device of a port number.
     explicit Mbaxp(std::function<QString(std::int16_t)> deviceOfPort, QObject *parent = nullptr);
 
     // Settings; they take effect at the next OpenPort.
@@ -46,27 +46,28 @@ public:
     std::int16_t StopBitsCode() const { return settings_.stopBitsCode; }
     void ResponseTimeout(std::int16_t milliseconds) { settings_.responseTimeout = milliseconds; }
     std::int16_t ResponseTimeout() const { return settings_.responseTimeout; }
-    // Together they select serial RTU with 8 data bits (0 and 1), the only mode that there is.
+    // Together they select serial RTU with 8 data bits (0 and 1), the only supported mode.
     void LineModeA(std::int16_t mode) { settings_.lineModeA = mode; }
     void LineModeB(std::int16_t mode) { settings_.lineModeB = mode; }
 
-    // False when the port can't be opened; LastError tells why.
+    // Returns false when the port can't be opened; LastError is then the reason.
     bool OpenPort();
 
     // Ends every transaction without an event. Definitions survive.
     void ClosePort();
 
-    // True from OpenPort to ClosePort, also while the device behind the port has gone away.
+    // True from OpenPort to ClosePort, also while the port's device is gone.
     bool PortIsOpen() const { return open_; }
 
-    // The adapter gives back what is sent: found out at the first read after OpenPort.
+    // True where the adapter echoes what is sent. Detected at the first read after OpenPort.
     bool EchoIsPresent() const { return echo_.IsPresent(); }
 
     // The status code of the last call that failed.
     std::int16_t LastError() const { return lastError_; }
 
-    // Definitions replace what the number stood for; of its buffer the words within the quantity stay. False
-    // (IndexError) when a frame can't hold it.
+    // Define the transaction of a number. Words of its buffer within the new quantity stay. Return false
+    // (IndexError) for a number, slave, address or quantity out of range; the number's previous definition is
+    // then dropped.
     bool DefineReadRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
                              std::int32_t quantity, std::int32_t periodMs);
     bool DefineWriteRegister(std::int16_t transaction, std::int16_t slave, std::int32_t address,
@@ -87,14 +88,14 @@ public:
     // counts as delivered when its handlers return or turn the event loop.
     bool TransactionBusy(std::int16_t transaction) const;
 
-    // One word of the transaction's buffer. An index that the buffer lacks reads as 0.
+    // One word of the transaction's buffer. An index outside the buffer reads as 0.
     std::int16_t RegisterValue(std::int16_t transaction, std::int32_t index) const;
     void RegisterValue(std::int16_t transaction, std::int32_t index, std::int16_t word);
 
     // Reports each frame on the line.
     LineTap &Tap() { return tap_; }
 
-    // A mailbox of one text for the user of the component.
+    // One text that the component keeps for its user.
     QString Tag() const { return tag_; }
     void Tag(const QString &tag) { tag_ = tag; }
 
@@ -171,12 +172,12 @@ private:
     bool delivering_ = false; // the event of the last run
     std::int16_t lastError_ = 0;
     int current_ = -1;             // the transaction on the line
-    ModbusFrame::Request request_; // what is, or was last, on the line
+    ModbusFrame::Request request_; // the one on the line, or else the last one
     QByteArray received_;
     qint64 deadlineUs_ = 0;
-    std::optional<qint64> firstByteUs_;             // of the reply, where its time is known
+    std::optional<qint64> firstByteUs_;             // of the reply, if the time is known
     QByteArray setAside_;                           // a reply that may be a late one
-    std::optional<ModbusFrame::Verdict> likelyOwn_; // its verdict, if it is taken where no other follows
+    std::optional<ModbusFrame::Verdict> likelyOwn_; // its verdict, used if no other reply follows
     qint64 lastByteUs_ = 0;
     std::optional<qint64> holdOffEndUs_; // while a request waits for silence
 };

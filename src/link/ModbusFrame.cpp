@@ -8,7 +8,7 @@
 namespace ModbusFrame {
 namespace {
 
-constexpr int framing = 3; // slave in front of the PDU, CRC after it
+constexpr int framing = 3; // slave before the PDU, CRC after it
 constexpr int shortestFrame = 4;
 constexpr int exceptionLength = framing + ModbusPdu::ExceptionLength;
 constexpr int highestSlave = 247;
@@ -37,7 +37,7 @@ Verdict Failed(std::int16_t status) {
     return {.kind = Verdict::Kind::Failed, .status = status, .words = {}, .begin = 0, .end = 0};
 }
 
-// Nothing that came is the reply or a part of it.
+// Fails with the reply still owed: nothing received is the reply or a part of it.
 Verdict NotAnswered(std::int16_t status) {
     Verdict verdict = Failed(status);
     verdict.stillOwed = true;
@@ -56,8 +56,8 @@ Verdict Complete(const Request &request, QByteArrayView frame) {
     return verdict;
 }
 
-// Looks at the bytes as a reply that starts at their first one. Nothing when they can't be one; "need more"
-// when they may still become one.
+// Judges the bytes as a reply that starts at the first one. Returns nothing when they can't be one, "need
+// more" when they may still become one.
 std::optional<Verdict> JudgeFront(const Request &request, QByteArrayView bytes, QByteArrayView known) {
     const qsizetype compared = std::min(known.size(), bytes.size());
     if (bytes.first(compared) == known.first(compared)) {
@@ -81,7 +81,8 @@ std::optional<Verdict> JudgeFront(const Request &request, QByteArrayView bytes, 
     return std::nullopt;
 }
 
-// The length that a reply frame of any slave has by its own bytes, 0 where they don't tell.
+// Returns the length of a reply frame of any slave, derived from its own bytes; 0 where they don't determine
+// it.
 int LengthByShape(QByteArrayView bytes) {
     if (bytes.size() < shortestFrame || ByteAt(bytes, 0) == 0 || ByteAt(bytes, 0) > highestSlave) {
         return 0;
@@ -95,7 +96,7 @@ bool StartsWithFrame(QByteArrayView bytes) {
     return length != 0 && length <= bytes.size() && HasGoodCrc(bytes.first(length));
 }
 
-// A frame with a good CRC stands in the bytes, whoever sent it and whatever it says.
+// Returns whether the bytes contain a frame with a good CRC, from any sender and with any content.
 bool HoldsAnyFrame(QByteArrayView received) {
     if (received.size() >= shortestFrame && HasGoodCrc(received)) {
         return true;
@@ -108,8 +109,8 @@ bool HoldsAnyFrame(QByteArrayView received) {
     return false;
 }
 
-// The reply or the exception within the bytes; while more may come also "need more" where one may be growing.
-// Nothing where there is no beginning of one.
+// Returns the reply or the exception within the bytes; nothing where none begins. While more may come,
+// returns "need more" where one may still be incomplete.
 std::optional<Verdict> Scan(const Request &request, QByteArrayView received, bool moreMayCome) {
     const QByteArray known = static_cast<char>(request.slave) + ModbusPdu::KnownReply(request);
     for (qsizetype at = 0; at < received.size(); ++at) {
@@ -128,7 +129,7 @@ std::optional<Verdict> Scan(const Request &request, QByteArrayView received, boo
                 at + (verdict->kind == Verdict::Kind::Complete ? ReplyLength(request) : exceptionLength);
             return verdict;
         }
-        // While a reply may be growing here, what looks like a frame further on is most likely its data.
+        // While a reply may be incomplete here, an apparent frame further on is most likely its data.
         if (moreMayCome) {
             return verdict;
         }
@@ -149,7 +150,7 @@ std::uint16_t Crc(QByteArrayView bytes) {
 QByteArray Encode(const Request &request) {
     QByteArray frame = static_cast<char>(request.slave) + ModbusPdu::BytesOf(request);
     const std::uint16_t crc = Crc(frame);
-    frame.append(static_cast<char>(crc & 0xFF)); // low byte first, unlike all else
+    frame.append(static_cast<char>(crc & 0xFF)); // low byte first, unlike all other words
     frame.append(static_cast<char>(crc >> 8));
     return frame;
 }

@@ -34,14 +34,14 @@ struct Verdict {
     std::vector<std::int16_t> words; // of a complete read
     qsizetype begin = 0;             // of the reply or the exception within the bytes
     qsizetype end = 0;               // 0 where there is neither
-    bool stillOwed = false;          // of a failure: nothing that came is the reply or a part of it
+    bool stillOwed = false;          // of a failure: nothing received is the reply or a part of it
 };
 
-// Judges the bytes received so far. The expected length comes from the request alone. Bytes before the reply,
-// after it, and frames that aren't the reply are skipped.
+// Judges the bytes received so far. The expected length comes from the request alone. Skips bytes before and
+// after the reply, and frames that aren't the reply.
 Verdict Judge(const Request &request, QByteArrayView received);
 
-// Judges when no more will come: complete or failed, never "need more".
+// Judges when nothing more will arrive: complete or failed, never "need more".
 Verdict JudgeAtEnd(const Request &request, QByteArrayView received);
 
 } // namespace ModbusFrame

@@ -32,17 +32,17 @@ QByteArray BytesOf(const Request &request);
 // The length of the good reply, in bytes.
 int LengthOfReply(const Request &request);
 
-// The beginning of the good reply as far as it is known beforehand: the byte count of a read, the echo of a
-// write.
+// The beginning of the good reply as far as it is known beforehand: function code and byte count of a read,
+// the whole reply to a write.
 QByteArray KnownReply(const Request &request);
 
 // The words of the good reply to a read.
 std::vector<std::int16_t> WordsRead(QByteArrayView reply);
 
-// The status code of an exception reply: codes 1 to 7 as they are.
+// The status code of an exception reply: codes 1 to 7 unchanged, UnexpectedResponse for any other.
 std::int16_t ExceptionStatus(QByteArrayView reply);
 
-// The length that a reply to any function has by its own first bytes; 0 where they don't tell.
+// Returns the length of a reply, derived from its first bytes; 0 for an unknown function.
 // REQUIRES: at least two bytes.
 int LengthByShape(QByteArrayView reply);
 

@@ -30,8 +30,8 @@ QSerialPort::StopBits PortStopBits(StopBits stopBits) {
     return stopBits == StopBits::Two ? QSerialPort::TwoStop : QSerialPort::OneStop;
 }
 
-// USB adapters hold received bytes back for up to 16 ms unless told otherwise. One that can't do it refuses,
-// which costs speed and nothing else.
+// Asks the adapter to deliver bytes at once: by default USB adapters delay received bytes by up to 16 ms. An
+// adapter that can't do it refuses, which costs speed and nothing else.
 void AskForLowLatency([[maybe_unused]] const QSerialPort &port) {
 #ifdef Q_OS_LINUX
     serial_struct serial{};
@@ -42,8 +42,8 @@ void AskForLowLatency([[maybe_unused]] const QSerialPort &port) {
 #endif
 }
 
-// A pseudo terminal carries no parity bit and refuses to be set to one. The sensor behind it, a simulated one
-// or one on a network adapter, is reached all the same.
+// Returns false for a pseudo terminal, which carries no parity bit and refuses to be set to one. Its sensor,
+// simulated or on a network adapter, is reached all the same.
 bool CarriesParity(const QString &device) {
     return !QFileInfo(device).canonicalFilePath().startsWith(QStringLiteral("/dev/pts/"));
 }
@@ -69,7 +69,7 @@ private:
     bool IsGone() const;
 
     QSerialPort port_;
-    QByteArray input_; // taken from the port and not yet asked for
+    QByteArray input_; // taken from the port, not yet returned by Read
 };
 
 std::int16_t QtSerialDevice::Open(const LineSettings &settings) {
@@ -123,8 +123,8 @@ bool QtSerialDevice::Write(const QByteArray &bytes) {
     return true;
 }
 
-// Where input was taken or dropped between its notice and its reading, the port finds nothing to read and
-// reports that as it does a device that is gone.
+// Distinguishes a device that is gone from an empty read: where input was read or dropped between its notice
+// and its reading, the port finds nothing to read and reports the same error as for a device that is gone.
 bool QtSerialDevice::IsGone() const {
 #ifdef Q_OS_UNIX
     pollfd state{.fd = port_.handle(), .events = POLLIN, .revents = 0};
@@ -146,7 +146,7 @@ void QtSerialDevice::OnError(QSerialPort::SerialPortError error) {
         return;
     }
     port_.clearError();
-    input_ += port_.readAll(); // the port listens again once it is read from
+    input_ += port_.readAll(); // the port notifies again only after a read
 }
 
 } // namespace

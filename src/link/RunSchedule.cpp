@@ -17,7 +17,8 @@ void RunSchedule::StartCycle(int number, qint64 nowUs) {
     At(number).dueUs = nowUs;
 }
 
-// One that is on the line already doesn't wait: its request may be older than its definition.
+// Returns whether a one-shot is queued. One on the line doesn't count: its request may be older than its
+// definition.
 bool RunSchedule::Waits(int number) const {
     return std::find(onceQueue_.begin(), onceQueue_.end(), number) != onceQueue_.end();
 }
@@ -35,7 +36,7 @@ void RunSchedule::Withdraw(int number) {
     At(number).once = At(number).once && running_ == number;
 }
 
-// The one-shot at the head of the queue and the cycle that is due first take turns where both wait.
+// The one-shot at the head of the queue and the cycle that is due first alternate where both wait.
 RunSchedule::Next RunSchedule::AskNext(qint64 nowUs, qint64 earlyUs) const {
     const Next round = AskNextRound(nowUs, earlyUs);
     if (!onceQueue_.empty() && (!round.number || !lastWasOnce_)) {

@@ -5,13 +5,13 @@
 #include <deque>
 #include <optional>
 
-// Which of a few numbered things runs next. Runs that were queued once go first in, first out between two
-// rounds of the cycles, in turn with them, so that neither starves. Times are microseconds, of any one clock.
+// Decides which of a few numbered transactions runs next. One-shots leave their queue first in, first out and
+// alternate with the rounds of the cycles, so that neither starves. Times are microseconds of any one clock.
 class RunSchedule {
 public:
     static constexpr int Count = 5;
 
-    // The run to start now, and whether it is a one-shot; without any, when to ask again, if ever.
+    // The run to start now and whether it is a one-shot; without a run, the time to ask again, if any.
     struct Next {
         std::optional<int> number;
         bool once = false;
@@ -20,25 +20,25 @@ public:
 
     void Clear();
 
-    // The next round of a cycle comes before any one-shot where both wait.
+    // Lets the next round of a cycle precede any one-shot where both wait.
     void PutRoundFirst() { lastWasOnce_ = true; }
 
     void PeriodUs(int number, qint64 period) { At(number).periodUs = period; }
 
-    // Runs it now and then every period, from start to start.
+    // Runs the transaction now and then every period, from start to start.
     void StartCycle(int number, qint64 nowUs);
     void StopCycle(int number) { At(number).cyclic = false; }
 
-    // Queues it, unless it waits for its one run already.
+    // Queues one run, unless one is queued already.
     void QueueOnce(int number);
 
-    // It won't run any more. What is on the line stays busy until it ends.
+    // Prevents all further runs. A one-shot on the line stays busy until it ends.
     void Withdraw(int number);
 
     // From QueueOnce until the end of its run, and from StartCycle until StopCycle.
     bool IsBusy(int number) const { return At(number).cyclic || At(number).once; }
 
-    // `earlyUs`: how much sooner than due a round of a cycle may start.
+    // `earlyUs`: how long before its due time a round of a cycle may start.
     Next AskNext(qint64 nowUs, qint64 earlyUs = 0) const;
 
     // The same without the one-shots, for when the first of them has to wait.
@@ -51,7 +51,7 @@ private:
         qint64 periodUs = 0;
         qint64 dueUs = 0; // start of the next round of the cycle
         bool cyclic = false;
-        bool once = false; // it waits for its one run, or is at it
+        bool once = false; // its one-shot is queued or on the line
     };
 
     Item &At(int number) { return items_.at(static_cast<std::size_t>(number)); }

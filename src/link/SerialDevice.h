@@ -17,11 +17,11 @@ struct LineSettings {
     StopBits stopBits = StopBits::Two;
 };
 
-// A serial device of the system. The build chooses which implementation there is.
+// A serial device of the system. The build selects the implementation.
 class SerialDevice {
 public:
     enum class Notice {
-        Input, // bytes have come
+        Input, // bytes have arrived
         Gone   // the device failed for good; it may report so again until it is closed
     };
 
@@ -33,8 +33,9 @@ public:
     // Called from the event loop or from within any call below. It must not close the device.
     void OnNotice(std::function<void(Notice)> handler) { notice_ = std::move(handler); }
 
-    // LinkStatus::NoError, or the status code of the step that was refused; the device is then closed.
-    // REQUIRES: it is closed.
+    // Returns LinkStatus::NoError, or the status code of the step that was refused; the device is then
+    // closed.
+    // REQUIRES: the device is closed.
     virtual std::int16_t Open(const LineSettings &settings) = 0;
     virtual void Close() = 0;
     virtual bool IsOpen() const = 0;
@@ -42,13 +43,14 @@ public:
     // Drops the bytes received and not yet read. Leaves the output alone.
     virtual void ClearInput() = 0;
 
-    // Hands the bytes to the device at once. False when it doesn't take them.
+    // Passes the bytes to the device at once. Returns false when the device doesn't accept them all.
     virtual bool Write(const QByteArray &bytes) = 0;
 
-    // The bytes that the device has reported.
+    // Returns the bytes that the device has reported and that weren't read yet.
     virtual QByteArray Read() = 0;
 
-    // Blocks until bytes have come, at most so long. 0 only looks for those that the system still holds.
+    // Blocks until bytes arrive, for at most `milliseconds`. 0 only collects bytes that the system has
+    // already received.
     virtual void WaitForInput(int milliseconds) = 0;
 
 protected:

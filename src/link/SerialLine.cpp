@@ -63,7 +63,8 @@ void SerialLine::OnNotice(SerialDevice::Notice notice) {
     }
 }
 
-// A device doesn't report again while a handler of its report is running, and that may keep a box open.
+// Posts the arrival: a device doesn't report again while a handler of its report is running, and the handler
+// may keep a box open.
 void SerialLine::PostArrival() {
     if (arrivalPosted_) {
         return;
@@ -78,8 +79,8 @@ void SerialLine::PostArrival() {
         Qt::QueuedConnection);
 }
 
-// A hung-up device reports the same without end until it is closed, and it can't be closed from within its
-// report.
+// Posts the hang-up once: a device that is gone reports so again and again until it is closed, and it can't
+// be closed from within its report.
 void SerialLine::PostHangUp() {
     if (hungUp_) {
         return;

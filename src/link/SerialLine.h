@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <memory>
 
-// One serial line. When its device goes away it is closed at once and reported once.
+// One serial line. When its device goes away, closes and reports that once.
 class SerialLine : public QObject {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     explicit SerialLine(QObject *parent = nullptr) : SerialLine(NewSerialDevice(), parent) {}
     explicit SerialLine(std::unique_ptr<SerialDevice> device, QObject *parent = nullptr);
 
-    // LinkStatus::NoError, or the status code of the step that was refused; the line is then closed.
+    // Returns LinkStatus::NoError, or the status code of the step that was refused; the line is then closed.
     std::int16_t Open(const LineSettings &settings);
     void Close();
     bool IsOpen() const;
@@ -23,21 +23,22 @@ public:
     // Drops the bytes received and not yet read. Leaves the output alone.
     void ClearInput();
 
-    // Hands the bytes to the device at once. False when it doesn't take them.
+    // Passes the bytes to the device at once. Returns false when the device doesn't accept them all.
     bool Write(const QByteArray &bytes);
 
-    // The bytes that have come.
+    // Returns the bytes that the device has reported and that weren't read yet.
     QByteArray TakeInput();
 
-    // The same with those that the system still holds.
+    // The same, including bytes that the system has received but not yet reported.
     QByteArray TakeAllInput();
 
-    // Blocks until bytes have come, at most so long, and returns them. Empty when nothing came in time or the
-    // line is no longer open.
+    // Blocks until bytes arrive, for at most `milliseconds`, and returns them. Empty when nothing arrived in
+    // time or the line is no longer open.
     QByteArray WaitForInput(int milliseconds);
 
 Q_SIGNALS:
-    // Both come from the event loop, never from within a call, so a handler may close and reopen the line.
+    // Both are emitted from the event loop, never from within a call, so a handler may close and reopen the
+    // line.
     void BytesArrived();
     void HungUp();
 

@@ -25,10 +25,10 @@ QString DeviceOfEnvironment([[maybe_unused]] std::int16_t number) {
 #endif
 }
 
-// As DeviceOfPort names it.
+// Names the device as DeviceOfPort does.
 QString DeviceOf(const QSerialPortInfo &port) {
 #ifdef Q_OS_WIN
-    return port.portName(); // the location is a path in front of it
+    return port.portName(); // the location has a path before the name
 #else
     return port.systemLocation();
 #endif

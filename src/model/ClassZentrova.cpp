@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::int16_t userUnitsRow = 10; // of the units, whose first text names the unit on display
+constexpr std::int16_t userUnitsRow = 10; // of the units; its first text names the displayed unit
 
 } // namespace
 
@@ -79,11 +79,11 @@ void ClassZentrova::ParamValue(std::int16_t Tag, std::int32_t NewValue) {
     }
     if (PortIsOpen()) {
         link_->WaitForWriteIdle();
-        // Waits end in the reverse order of their begins, and the row must end where the user left it.
+        // Nested waits end in reverse order; the value asked for last must win.
         if (row.writesAsked != asked) {
             return;
         }
-        // The wait lets the user go offline; the value is then kept as any offline change is.
+        // The user may go offline during the wait; the value is then kept like any offline change.
         if (PortIsOpen()) {
             row.writePending = true;
             link_->StartWrite(Tag, NewValue);
@@ -173,7 +173,8 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
         writeAllPending_ = true;
         link_->DefineDownload();
     }
-    // Straight into the table: a file is no change of the user's, and it brings the read-only rows too.
+    // Writes to the table directly: loading a file isn't a change by the user, and it also sets read-only
+    // rows.
     file.ForEachValue(count, [&](std::int16_t tag, std::int32_t value) {
         Row &row = RowOf(tag);
         row.value = std::max(std::min(value, row.preset.maximum), row.preset.minimum);

@@ -9,7 +9,7 @@
 
 enum class FileOpened : std::int16_t {
     Whole = 0,
-    InPart = 1, // not all items fitted
+    InPart = 1, // the file has more rows than the table
     Failed = 2
 };
 
@@ -18,33 +18,34 @@ struct OpenOutcome {
     QString fault = {}; // the description of a failure
 };
 
-// The table of the sensor's parameters: one row per 16-bit register, addressed by its number, the `Tag`.
-// All reads and writes of parameters go through it. A Tag outside 0 to ParamCount() - 1 is a subscript
-// fault. Values are raw: the number on display without its decimal point.
+// The table of the sensor's parameters: one row per 16-bit register, addressed by its number, the `Tag`. All
+// reads and writes of parameters go through it. A Tag outside 0 to ParamCount() - 1 is a subscript fault.
+// Values are raw: the displayed number without its decimal point.
 class ClassZentrova {
 public:
     // Loads Presets.fil from `programFolder`. Fault when it can't be read: there is no built-in table.
     explicit ClassZentrova(const QString &programFolder);
 
-    // The link that single writes go to while its port is open; it must outlive the table's use of it.
+    // Sets the link that writes are sent to while its port is open; null for none. The link must outlive its
+    // use by the table.
     void ConnectTo(ParameterLink *link) { link_ = link; }
 
-    // A transfer of the whole table to the sensor is in flight.
+    // True while a transfer of the whole table to the sensor is in flight.
     bool WriteAllPending() const { return writeAllPending_; }
     void WriteAllPending(bool pending) { writeAllPending_ = pending; }
 
     QString BaudRateString(std::int16_t Index) const;
     QString ParityStopString(std::int16_t Index) const;
 
-    // A value was changed by ParamValue since the last save.
+    // True when ParamValue has changed a value since the last save.
     bool FileChangesNeedSaving() const { return fileChanged_; }
 
-    // Writes the table to a settings file, in one step. False: it is saved. It never returns true: a fault
-    // (file, database) says what is wrong, and leaves an old file whole.
+    // Writes the table to a settings file, in one step. Always returns false, which means saved. A failure is
+    // a fault (file, database) that describes it and leaves an old file whole.
     bool SaveFile(const QString &FileName);
 
-    // Loads the table from a settings file, each value limited to its row's range, and downloads it while the
-    // port is open. A fault ends in Failed; the values loaded by then stay.
+    // Loads the table from a settings file, limits each value to its row's range, and downloads the values
+    // while the port is open. A fault ends in Failed; the values loaded before it stay.
     OpenOutcome OpenFile(const QString &FileName);
 
     std::int32_t ParamMin(std::int16_t Tag) const;
@@ -52,29 +53,30 @@ public:
     std::int32_t ParamPreset(std::int16_t Tag) const;
     std::int32_t ParamValue(std::int16_t Tag) const;
 
-    // The value that a download sends for the row. 0 for a command row: a command still in the table or in a
-    // file was meant for an earlier sensor.
+    // Returns the value that a download sends for the row. Returns 0 for a command row: a command still in
+    // the table or in a file was meant for an earlier sensor.
     std::int32_t ValueToDownload(std::int16_t Tag) const;
 
-    // The user's write: ignored for a read-only row and for the value that is there already; sent to the
-    // sensor while the port is open, which turns the event loop until the write before it is through.
-    // Limits are the caller's business.
+    // The user's write. Ignores a read-only row and the value that is there already. While the port is open,
+    // sends the value to the sensor; this turns the event loop until the previous write has ended. The caller
+    // checks the row's limits.
     void ParamValue(std::int16_t Tag, std::int32_t NewValue);
 
-    // The poll's write: dropped while a write of the row is in flight.
+    // The poll's write. Ignored while a write of the row is in flight.
     void ParamUpdate(std::int16_t Tag, std::int32_t NewValue);
 
     bool ParamReadOnly(std::int16_t Tag) const;
     bool ParamSigned(std::int16_t Tag) const;
 
-    // A single write of the row is in flight.
+    // True while a single write of the row is in flight.
     bool ParamWritePending(std::int16_t Tag) const;
     void ParamWritePending(std::int16_t Tag, bool pending);
 
-    // Clears the marks of every transfer to the sensor: of writes whose outcome can't come any more.
+    // Clears the pending marks of all writes and of a download, for use when their outcomes can't arrive any
+    // more.
     void ForgetPendingWrites();
 
-    // Travels from an opened settings file to the next save.
+    // The notes of the settings file opened last. The next save writes them.
     QString FileNotes() const { return fileNotes_; }
     void FileNotes(const QString &notes) { fileNotes_ = notes; }
 
@@ -82,13 +84,13 @@ public:
     QString ParamGroup(std::int16_t Tag) const; // always empty
     std::int16_t ParamUnits(std::int16_t Tag) const;
 
-    // The text of a unit code for a value; for a suffix unit the suffix is the text for 0.
+    // Returns the text of a unit code for a value; for a suffix unit, the suffix is the text for 0.
     QString ParamLookUp(std::int16_t UnitCode, std::int32_t Value) const;
 
     std::int16_t ParamDecimalPlaces(std::int16_t Tag) const;
     std::int16_t ParamCount() const { return static_cast<std::int16_t>(rows_.size()); }
 
-    // The display text of a raw value of the row: scaled, with its unit.
+    // Returns the displayed text of a raw value of the row: scaled, with its unit.
     QString FormatRaw(std::int32_t Value, std::int16_t Tag) const;
 
 private:
@@ -97,7 +99,7 @@ private:
         std::int32_t value = 0;
         bool writePending = false;
         QString group;
-        unsigned writesAsked = 0; // tells a write that has waited whether it is still the last one wanted
+        unsigned writesAsked = 0; // lets a write that has waited detect a later one
     };
 
     void InitParamsFromPresetsFile(const QString &programFolder);

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <utility>
 
-// Element `index` of an array, or a subscript fault that says which array and which index.
+// Returns element `index` of an array, or throws a subscript fault that names the array and the index.
 template <typename Array>
 auto &Element(Array &array, std::int64_t index, const char *name) {
     if (!std::in_range<std::size_t>(index) || static_cast<std::size_t>(index) >= array.size()) {

@@ -38,7 +38,7 @@ QString ApplyUnits(const ClassZentrova &zentrova, const QString &number, std::in
 }
 
 std::int32_t FormattedToRaw(const ClassZentrova &zentrova, const QString &text, std::int16_t Tag) {
-    ToNumber(text); // some texts that aren't a number, like ".1.5", are one without their first point
+    ToNumber(text); // rejects texts like ".1.5", which are numeric only without their first point
     return RemoveDecimalPoint(FormatToDecimals(zentrova, text, Tag)).value();
 }
 

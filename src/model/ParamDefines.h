@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// The parameter numbers that the program itself knows. All other rows are known only by the presets.
+// The parameter numbers that the program itself uses. All other rows are described by the presets alone.
 namespace ParamDefines {
 
 inline constexpr std::int16_t SaveCommand = 1;
@@ -46,7 +46,7 @@ inline constexpr std::int16_t AddressingMode = 68;
 inline constexpr std::int16_t FirstRawOutput = 81; // raw values of the output stage
 inline constexpr std::int16_t LastRawOutput = 90;
 
-// Values with a meaning of their own.
+// Values with a special meaning.
 inline constexpr std::int32_t NoCommand = 0;        // of SaveCommand and ReinitCommand
 inline constexpr std::int32_t StoreSettings = 1;    // of SaveCommand
 inline constexpr std::int32_t FactoryDefaults = 1;  // of ReinitCommand

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// The link to the sensor as the parameter table needs it: sends a single value, or all of them.
+// The link to the sensor as the parameter table uses it: sends a single value, or all of them.
 class ParameterLink {
 public:
     virtual ~ParameterLink() = default;
@@ -12,12 +12,13 @@ public:
     // Turns the event loop until no single write is in flight.
     virtual void WaitForWriteIdle() = 0;
 
-    // Starts the write of one parameter. No single write may be in flight. The outcome comes later, never
-    // from within this call, and clears the row's pending mark.
+    // Starts the write of one parameter. The outcome arrives later, never from within this call, and clears
+    // the row's pending mark.
+    // REQUIRES: no single write is in flight.
     virtual void StartWrite(std::int16_t Tag, std::int32_t value) = 0;
 
-    // A download of the whole table: defined, given its values, then started. A row that gets no value keeps
-    // the one that it had in the download before. The outcome comes later and clears WriteAllPending.
+    // Download the whole table: define, set the values, then start. A row without a new value keeps the one
+    // from the previous download. The outcome arrives later and clears WriteAllPending.
     virtual void DefineDownload() = 0;
     virtual void DownloadValue(std::int16_t Tag, std::int32_t value) = 0;
     virtual void StartDownload() = 0;

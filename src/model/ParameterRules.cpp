@@ -44,7 +44,7 @@ QString ParameterRules::Conflict(const ClassZentrova &zentrova, std::int16_t tag
             if (raw > value(MaxRange)) {
                 return QStringLiteral("The Far Distance must be less than the Max Range Distance.");
             }
-        } else if (value(AnalogOutputMode) != HyperbolicMode) { // where the near distance would follow it
+        } else if (value(AnalogOutputMode) != HyperbolicMode) { // in that mode the near distance follows
             return QStringLiteral("The Far Distance must be greater than the Near Distance.");
         }
         break;

@@ -5,11 +5,11 @@
 #include <QString>
 #include <cstdint>
 
-// The relations that parameters must keep to each other.
+// The relations that must hold between parameters.
 namespace ParameterRules {
 
-// Returns why a new raw value doesn't fit with the distances and diameters beside it, as the user reads it;
-// empty when it fits. Any parameter but these fits.
+// Returns why a new raw value conflicts with the other distances and diameters, in words for the user; empty
+// when it doesn't. Other parameters never conflict.
 QString Conflict(const ClassZentrova &zentrova, std::int16_t tag, std::int64_t raw);
 
 } // namespace ParameterRules

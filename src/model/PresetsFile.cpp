@@ -7,7 +7,8 @@
 
 namespace {
 
-// The count stands in the table itself: it is the value of the record at its own parameter's position.
+// Reads the parameter count, which the table itself contains: the value of the record at ParameterCount's
+// position.
 std::int16_t ReadCount(ReadOnlyDatabase &database) {
     std::int16_t count = 0;
     int position = 0;

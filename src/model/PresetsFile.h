@@ -18,7 +18,7 @@ struct PresetRow {
     std::int16_t decimalPlaces = 0;
 };
 
-// The texts of one unit code. The last column has no source and stays empty.
+// The texts of one unit code. The last text is in no column of the file and stays empty.
 using UnitTexts = std::array<QString, 6>;
 
 struct Presets {
@@ -26,5 +26,5 @@ struct Presets {
     std::vector<UnitTexts> units;
 };
 
-// Reads the presets database. Fault (database, overflow) with a message that says what is wrong where.
+// Reads the presets database. Fault (database, overflow) with a message that names the error and its place.
 Presets ReadPresetsFile(const QString &fileName);

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int longestText = 4096; // characters; the texts of these files are names
+constexpr int longestText = 4096; // characters; these texts are names
 constexpr qsizetype mostTextOfAFile = 4 << 20;
 constexpr int largestFile = 32 << 20; // bytes
 constexpr int longestRecord = 1 << 20;
@@ -19,13 +19,14 @@ constexpr int mostChecks = 10000;
 
 // SQLite parses in time quadratic in the statement's length, and the progress handler can't interrupt the
 // parser.
-constexpr int longestStatement = 1024; // of ours, and of the file's for its tables
+constexpr int longestStatement = 1024; // of our own, and of those in the file that define its tables
 
 Fault DatabaseFault(const QString &where, const QString &message) {
     return Fault(Fault::Kind::Database, QStringLiteral("%1: %2.").arg(where, message));
 }
 
-// Immutable: no lock, journal or index file is made beside a file that came from outside.
+// Returns the file's URI. It is marked immutable, so that no lock, journal or index file is created beside a
+// file from outside.
 std::string AddressOf(const QFileInfo &file) {
     QByteArray path = QUrl::toPercentEncoding(file.absoluteFilePath(), "/");
     if (!path.startsWith('/')) {
@@ -55,7 +56,7 @@ SQLite::Database Open(const QString &fileName) {
     }
 }
 
-// Ends what a crafted file makes endless.
+// Stops a query that a crafted file makes endless.
 int CountDown(void *checksLeft) {
     return --*static_cast<int *>(checksLeft) < 0 ? 1 : 0;
 }
@@ -114,7 +115,7 @@ QString DatabaseRecord::TextCutTo(int column, qsizetype most, const QString &end
     return text + ending;
 }
 
-// At most the first `most` characters, so that no more of a giant text is decoded.
+// Returns at most the first `most` characters, and decodes no more of a giant text.
 QString DatabaseRecord::StartOfText(int column, qsizetype most) const {
     const SQLite::Column value = statement_.getColumn(column);
     if (!value.isText()) {
@@ -125,7 +126,7 @@ QString DatabaseRecord::StartOfText(int column, qsizetype most) const {
     const QByteArrayView bytes(start, std::min<qsizetype>(value.getBytes(), most * mostBytesOfACharacter));
     QString text = QString::fromUtf8(bytes);
     if (bytes.startsWith("\xEF\xBB\xBF")) {
-        text.prepend(QChar(QChar::ByteOrderMark)); // Qt drops it; in a text of a database it is a character
+        text.prepend(QChar(QChar::ByteOrderMark)); // Qt drops it, but in a database text it is a character
     }
     text.truncate(most);
     textRead_ += text.size();
@@ -154,12 +155,13 @@ ReadOnlyDatabase::ReadOnlyDatabase(const QString &fileName)
     sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, longestRecord);
     sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, longestStatement);
     sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
-    // Without it the engine takes a record that a page puts behind its end for whatever the memory has there.
+    // Otherwise the engine reads a record that a page places after its own end from whatever memory is there.
     sqlite3_exec(handle, "PRAGMA cell_size_check = ON", nullptr, nullptr, nullptr);
 }
 
-// A plain table keeps what was stored and nothing else: no view or virtual table, whose reading runs code; no
-// generated column, which makes as much as it likes of a few bytes; records in the order of their row ids.
+// Rejects a table that isn't plain. A plain table contains only what was stored: it is no view or virtual
+// table, whose reading runs code; it has no generated column, which expands a few bytes without limit; its
+// records are in the order of their row ids.
 void ReadOnlyDatabase::RequirePlainTable(const char *table) {
     SQLite::Statement kind(
         database_,
@@ -188,7 +190,7 @@ void ReadOnlyDatabase::ForEachRecord(const char *table, std::initializer_list<co
                                      const std::function<bool(const DatabaseRecord &)> &visit) {
     try {
         RequirePlainTable(table);
-        // In brackets a missing column is an error; in double quotes it would pass as a text.
+        // A missing column in brackets is an error; in double quotes it would count as a text.
         std::string names;
         for (const char *column : columns) {
             names += (names.empty() ? "[" : ", [") + std::string(column) + "]";

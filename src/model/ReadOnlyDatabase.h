@@ -10,7 +10,7 @@
 #include <limits>
 #include <memory>
 
-// The record that a walk over a table stands on. Its columns are those that were asked for, in that order.
+// The current record of a walk over a table. Its columns are the requested ones, in that order.
 class DatabaseRecord {
 public:
     // `textRead` counts the characters of all texts read from the file.
@@ -21,20 +21,20 @@ public:
 
     bool IsNull(int column) const;
 
-    // Fault (database) when the column holds no whole number from `lowest` to `highest`.
+    // Fault (database) when the column isn't a whole number from `lowest` to `highest`.
     std::int64_t Integer(int column, std::int64_t lowest, std::int64_t highest) const;
     std::int32_t Int32(int column) const;
     std::int16_t Int16(int column) const;
 
-    // True for any number but 0. Fault (database) when the column holds no number.
+    // True for any whole number but 0. Fault (database) when the column isn't a whole number.
     bool Boolean(int column) const;
 
-    // Fault (database) when the column is Null, no text, longer than a name of these files may be, or when
-    // more text was read from the file than such a file holds.
+    // Fault (database) when the column is Null or not text, when the text is longer than a name in these
+    // files may be, or when the texts read from the file exceed a limit in total.
     QString Text(int column) const;
 
-    // The same for a text of any length. One of more than `most` characters is cut, and `ending` stands at
-    // its end; both together have `most`.
+    // The same for a text of any length. A text of more than `most` characters is cut and followed by
+    // `ending`; together they have at most `most`.
     QString TextCutTo(int column, qsizetype most, const QString &ending) const;
 
 private:
@@ -46,7 +46,7 @@ private:
     qsizetype &textRead_;
 };
 
-// A database that came from outside, opened so that nothing in it can run, write or reach other files.
+// A database from outside, opened so that nothing in it can run, write or reach other files.
 class ReadOnlyDatabase {
 public:
     // Fault (database) with the engine's message when the file can't be opened.
@@ -57,8 +57,8 @@ public:
     void ForEachRecord(const char *table, std::initializer_list<const char *> columns,
                        const std::function<bool(const DatabaseRecord &)> &visit);
 
-    // Reads records of more than a megabyte from now on. Before that they are refused, so that a crafted file
-    // can't have the engine copy many of them.
+    // Accepts records of more than a megabyte from now on. Until then they are rejected, so that a crafted
+    // file can't make the engine copy many of them.
     void AllowLongRecords();
 
     // A fault that names the file.

@@ -10,10 +10,10 @@ namespace {
 
 constexpr int mostEntries = 100;
 
-constexpr qsizetype fileHeadBytes = 100; // at the front of the first page
+constexpr qsizetype fileHeadBytes = 100; // at the start of the first page
 constexpr qsizetype pageSizeAt = 16;
 
-// A page of the tree that the schema is kept in.
+// The layout of a page of the tree that contains the schema.
 constexpr char leafPage = 0x0D;
 constexpr char innerPage = 0x05;
 constexpr qsizetype cellCountAt = 3;
@@ -32,7 +32,8 @@ class SchemaTree {
 public:
     SchemaTree(QFile &file, qint64 pageSize) : file_(file), pageSize_(pageSize) {}
 
-    // The root is the file's first page; a schema of few entries has leaves right below it, if not in it.
+    // The root is the file's first page. The leaves of a schema with few entries are directly below it, or
+    // the root is the only leaf.
     bool IsSmall() {
         const QByteArray root = Page(1);
         const char kind = root.size() > fileHeadBytes ? root[fileHeadBytes] : '\0';
@@ -74,7 +75,8 @@ private:
     int entries_ = 0;
 };
 
-// 512 to 65536, which is kept as 1. Nothing for a size that the engine refuses.
+// Returns the page size, 512 to 65536; 65536 is stored as 1. Returns nothing for a size that the engine
+// rejects.
 std::optional<qint64> PageSize(const QByteArray &head) {
     const unsigned stored = NumberAt<quint16>(head, pageSizeAt).value_or(0);
     const unsigned size = stored == 1 ? 0x10000 : stored;

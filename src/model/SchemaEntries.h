@@ -2,7 +2,7 @@
 
 #include <QString>
 
-// True where a database file describes no more tables, views and the like than a file of ours may have. The
-// file is looked at without the engine, which would read any number of them before it could be asked how many
-// there are. True as well for what is no database: the engine says why.
+// Returns true where a database file describes no more tables, views and the like than a valid file may have.
+// Reads the file without the engine, which would load any number of them before it could be asked for their
+// number. Also returns true for a file that is no database: the engine then reports why.
 bool HasFewSchemaEntries(const QString &fileName);

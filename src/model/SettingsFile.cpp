@@ -12,7 +12,7 @@ namespace {
 constexpr int formatVersion = 1;
 constexpr qsizetype longestNotes = 1 << 20; // characters
 
-// The sizes of the texts are told and not enforced.
+// The sizes of the texts are declared and not enforced.
 constexpr const char *tables = "CREATE TABLE Settings (Tag SMALLINT, Name VARCHAR(40), Value INTEGER);"
                                "CREATE TABLE Properties (Notes TEXT, SWVersion TEXT, UserUnits TEXT);";
 
@@ -46,7 +46,7 @@ QByteArray BytesOf(SQLite::Database &database) {
     return {reinterpret_cast<const char *>(bytes.get()), static_cast<qsizetype>(size)};
 }
 
-// Built in memory, so that nothing of it is on the disk before it is whole.
+// Builds the database in memory, so that nothing of it is on disk before it is complete.
 QByteArray Build(const std::vector<SettingsRow> &rows, const SettingsProperties &properties) {
     SQLite::Database database(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
     database.exec("PRAGMA application_id = " + std::to_string(SettingsFileType::ApplicationId));

@@ -7,7 +7,7 @@
 #include <functional>
 #include <vector>
 
-// A settings file: a small database that keeps the raw values of the parameter table.
+// A settings file: a small database of the raw values of the parameter table.
 
 struct SettingsRow {
     std::int16_t tag = 0;
@@ -21,23 +21,23 @@ struct SettingsProperties {
     QString userUnits;
 };
 
-// Writes the file anew, in one step. Fault (file, database) when that fails; an old file is then whole.
+// Replaces the file in one step. Fault (file, database) on failure; an old file then stays whole.
 void WriteSettingsFile(const QString &fileName, const std::vector<SettingsRow> &rows,
                        const SettingsProperties &properties);
 
-// Reads a settings file, which comes from outside. Every call: fault (database) with a message that says
-// what is wrong where.
+// Reads a settings file from outside. Every call may end in a fault (database) with a message that names the
+// error and its place.
 class SettingsFileReader {
 public:
     explicit SettingsFileReader(const QString &fileName) : database_(fileName) {}
 
-    // The number of rows, which the file keeps among its values.
+    // Returns the number of rows, which the file contains among its values.
     std::int16_t Count();
 
-    // Visits the values of the rows 1 to `count` - 1. Rows are known by their position alone.
+    // Visits the values of the rows 1 to `count` - 1. Rows are identified by their position alone.
     void ForEachValue(std::int16_t count, const std::function<void(std::int16_t, std::int32_t)> &visit);
 
-    // The notes, cut after a megabyte; they say so then.
+    // Returns the notes. Notes of more than 2^20 characters are cut and end with a remark that says so.
     QString Notes();
 
 private:

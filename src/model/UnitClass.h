@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// How a value of a unit code is shown.
+// The way in which a value of a unit code is shown.
 enum class UnitClass {
     None,       // the number alone
     Suffix,     // the number followed by the code's text for 0

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-// The title of the program: on its windows and boxes, and the address of its settings.
+// The title of the program: shown on its windows and boxes, and the key of its settings.
 inline QString ApplicationTitle() {
     return QStringLiteral("ZTV Link");
 }

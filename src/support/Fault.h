@@ -3,8 +3,8 @@
 #include <QString>
 #include <exception>
 
-// A run-time fault: something that the program can't go on from unless a caller says otherwise. Uncaught,
-// it ends the program with its description (see shell/Application).
+// A run-time fault: an error that ends the program with its description unless a caller handles it (see
+// shell/Application).
 class Fault : public std::exception {
 public:
     enum class Kind { Subscript, Overflow, Conversion, DivisionByZero, DuplicateKey, Database, File };

@@ -4,7 +4,7 @@
 
 bool FileFunctions::FileExists(const QString &path) {
     if (path.isEmpty() || path.contains(QChar::Null)) {
-        return false; // which Qt would warn of
+        return false; // Qt would warn of it
     }
     const QFileInfo file(path);
 #ifdef Q_OS_WIN

@@ -67,17 +67,17 @@ bool Parse(const QString &text, double &value) {
     }
     QByteArray digits = trimmed.toLatin1();
     if (digits.startsWith('+')) {
-        digits.remove(0, 1); // which std::from_chars doesn't know
+        digits.remove(0, 1); // std::from_chars doesn't accept it
     }
     const std::errc error = std::from_chars(digits.constBegin(), digits.constEnd(), value).ec;
     if (error == std::errc::result_out_of_range) {
-        value = trimmed.toDouble(); // infinity, or 0 for what is too small to be told from it
+        value = trimmed.toDouble(); // infinity, or 0 for a value too small to represent
         return std::isfinite(value);
     }
     return error == std::errc();
 }
 
-// Adds one to the last digit of a text of digits, growing it where all are 9.
+// Adds one to the last digit of a text of digits; the text grows where all are 9.
 void Increment(QByteArray &digits) {
     for (qsizetype i = digits.size() - 1; i >= 0; --i) {
         if (digits[i] != '9') {
@@ -132,7 +132,7 @@ QString FormatDecimals(double value, int decimals) {
     digits.remove(1, 1);
     const int exponent = scientific.mid(mark + 1).toInt();
 
-    const int kept = exponent + 1 + decimals; // digits that stay; what follows decides the rounding
+    const int kept = exponent + 1 + decimals; // digits that stay; the next one decides the rounding
     if (kept < 0) {
         digits = "0";
     } else if (kept < digits.size()) {

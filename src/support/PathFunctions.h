@@ -4,8 +4,8 @@
 
 namespace PathFunctions {
 
-// The part of the path after the last backslash: all of it where there is none. A forward slash doesn't
-// count.
+// Returns the part of the path after the last backslash, or all of it where there is none. A forward slash
+// doesn't count.
 QString FileNameOfPath(const QString &path);
 
 } // namespace PathFunctions

@@ -20,7 +20,8 @@ void FixProgramFolder() {
 }
 
 QString FolderForOwnFiles(const QString &programFolder) {
-    // Only trying tells: the attributes of a folder don't, where access lists or a read-only disk decide.
+    // Creates a file to find out: a folder's attributes don't decide where access lists or a read-only disk
+    // do.
     QTemporaryFile trial(programFolder + QStringLiteral("/XXXXXX.tmp"));
     return trial.open() ? programFolder : UserDataFolder();
 }

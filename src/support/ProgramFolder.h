@@ -2,15 +2,16 @@
 
 #include <QString>
 
-// The folder of the files that come with the program: ZTVLINK_HOME when set, otherwise the executable's.
+// Returns the folder of the files installed with the program: ZTVLINK_HOME when set, otherwise the
+// executable's folder.
 QString ProgramFolder();
 
-// Keeps a relative ZTVLINK_HOME naming the folder that it names now, wherever the current folder moves to.
+// Makes a relative ZTVLINK_HOME absolute, so that it names the same folder after the current folder changes.
 void FixProgramFolder();
 
-// The folder for the files that the program makes beside its own: the program folder, or the user's data
-// folder where that isn't writable.
+// Returns the folder for the files that the program creates: the program folder, or the user's data folder
+// where that isn't writable.
 QString FolderForOwnFiles(const QString &programFolder);
 
-// The folder of what the program keeps for this user; it is made if need be.
+// Returns the folder of the program's data for this user; creates it if needed.
 QString UserDataFolder();

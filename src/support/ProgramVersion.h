@@ -2,5 +2,5 @@
 
 #include <QString>
 
-// The program's own version: major, minor and revision, parted by points.
+// The program's version: major, minor and revision, separated by points.
 QString ProgramVersion();

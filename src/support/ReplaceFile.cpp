@@ -20,8 +20,8 @@
 namespace {
 
 #ifdef Q_OS_WIN
-// Makes a file's attributes normal, since a rename can't replace a read-only file there, and puts them back
-// unless the file has been replaced.
+// Sets a file's attributes to normal, since on Windows a rename can't replace a read-only file, and restores
+// them unless the file has been replaced.
 class ClearedAttributes {
 public:
     explicit ClearedAttributes(const QString &fileName)
@@ -48,7 +48,7 @@ private:
 };
 #endif
 
-// A new file beside the one that it is to replace. Removed again unless it has taken that one's place.
+// A new file beside the one to replace. Deletes itself unless it has taken that one's place.
 class FileBeside {
 public:
     explicit FileBeside(const QString &target) : target_(target) {}
@@ -74,10 +74,10 @@ public:
     }
     QString WhyNotCreated() const { return file_.errorString(); }
 
-    // Group and access of the file that is there. Its owner can't be kept, and read-only isn't.
+    // Copies the group and the access rights of the old file. The owner can't be kept, and read-only isn't.
     void TakeAttributesOf(const QFileInfo &old) {
 #ifndef Q_OS_WIN
-        // Only a group that the user is in can be given.
+        // Only a group that the user belongs to can be set.
         if (fchown(file_.handle(), static_cast<uid_t>(-1), old.groupId()) != 0) {
             errno = 0;
         }
@@ -85,7 +85,8 @@ public:
         file_.setPermissions(old.permissions() | QFile::ReadOwner | QFile::WriteOwner);
     }
 
-    // A full disk may say so only when the bytes leave the system's buffers.
+    // Writes the content and flushes it to the disk: a full disk may report the error only when the bytes
+    // leave the system's buffers.
     bool Fill(const QByteArray &content) {
         if (file_.write(content) != content.size()) {
             return false;
@@ -93,7 +94,7 @@ public:
 #ifdef Q_OS_WIN
         return _commit(file_.handle()) == 0;
 #else
-        return fsync(file_.handle()) == 0 || errno == EINVAL || errno == ENOTSUP; // there is none everywhere
+        return fsync(file_.handle()) == 0 || errno == EINVAL || errno == ENOTSUP; // some files have no fsync
 #endif
     }
 
@@ -118,10 +119,10 @@ private:
 
     QString target_;
     QFile file_;
-    bool created_ = false; // and to be removed
+    bool created_ = false; // and not renamed yet: to be deleted
 };
 
-// Follows links, also to a file that isn't there yet. Empty where they never end.
+// Follows links, also to a file that doesn't exist yet. Returns an empty name where the links never end.
 QString TargetOf(const QString &fileName) {
     constexpr int mostLinks = 40;
     QString target = fileName;

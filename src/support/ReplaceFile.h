@@ -3,11 +3,10 @@
 #include <QByteArray>
 #include <QString>
 
-// Makes `content` the whole of the file, in one step: whatever happens meanwhile, there is either the old
-// file or the new one. A read-only file is replaced as well, and so is somebody else's in a folder that the
-// user may write. Links are followed. Fault (file) when it can't be done; the old file is then left as it
-// was.
+// Replaces the file's content in one step: whatever happens meanwhile, either the old file or the new one is
+// there. Also replaces a read-only file, and another user's file in a folder that this user may write.
+// Follows links. Fault (file) on failure; the old file then stays as it was.
 void ReplaceFile(const QString &fileName, const QByteArray &content);
 
-// The same for whoever can do without; false when it can't be done.
+// The same without a fault: returns false on failure.
 bool TryReplaceFile(const QString &fileName, const QByteArray &content);

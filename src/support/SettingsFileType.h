@@ -8,8 +8,8 @@
 // The type of the settings files.
 namespace SettingsFileType {
 
-// The application_id of the database that a settings file is: "ZTV1". It tells the type of a file whatever
-// its name.
+// The application_id of the database that a settings file is: "ZTV1". It identifies the type of a file
+// whatever its name.
 inline constexpr std::int32_t ApplicationId = 0x5A545631;
 
 inline QString Extension() {

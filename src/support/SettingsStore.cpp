@@ -7,7 +7,7 @@
 
 namespace {
 
-// Opened for each use: the places are few, and nothing is lost when the program ends abruptly.
+// Opens the store for each use: the uses are few, and nothing is lost when the program ends abruptly.
 std::unique_ptr<QSettings> Open(const QString &title) {
 #ifdef Q_OS_WIN
     auto settings = std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, title);
@@ -21,7 +21,7 @@ std::unique_ptr<QSettings> Open(const QString &title) {
 
 bool Flush(QSettings &settings) {
     settings.sync();
-    return settings.status() != QSettings::AccessError; // what it couldn't make out before is gone now
+    return settings.status() != QSettings::AccessError; // unreadable old content is gone by now
 }
 
 QString Name(const QString &section, const QString &key) {

@@ -2,5 +2,5 @@
 
 #include <QString>
 
-// The time that something still takes, in words: seconds, rounded up, with minutes where there are some.
+// Returns the remaining time in words: seconds, rounded up, with minutes where there are some.
 QString TimeLeftText(double milliseconds);

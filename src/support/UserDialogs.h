@@ -14,24 +14,24 @@ struct BoxStyle {
     BoxButtons buttons = BoxButtons::Ok;
 };
 
-// One choice of the list by which a file dialog picks what it shows.
+// One entry of a file dialog's list of filters.
 struct FileFilter {
     QString caption;
-    QStringList patterns;        // of file names, in either case of letters
-    QString requiredSuffix = {}; // what a name gets on saving unless it ends so; empty where any will do
+    QStringList patterns;        // of file names; case doesn't matter
+    QString requiredSuffix = {}; // appended on saving to a name that doesn't end so; empty: none
 };
 
-// The request to a file dialog.
+// A request for a file dialog.
 struct FileQuestion {
     std::vector<FileFilter> filters;
     std::size_t preselectedFilter = 0;
     QString suggestion;    // the file that is preselected, or the folder to start in; may be empty
-    QString defaultSuffix; // what a name typed without one gets on saving
-    QString title = {};    // the usual one if empty
+    QString defaultSuffix; // appended on saving to a name without a suffix
+    QString title = {};    // the usual title if empty
 };
 
-// The one road to message boxes and file dialogs, so that a test can stand in for the person who answers
-// them. The event loop turns while one is open.
+// The only way to message boxes and file dialogs, so that a test can replace the person who answers them. The
+// event loop turns while one is open.
 class UserDialogs {
 public:
     virtual ~UserDialogs() = default;
@@ -39,10 +39,10 @@ public:
     // Shows a modal box owned by the main window and returns the button pressed.
     virtual BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &title) = 0;
 
-    // Asks for a file that is there. Nothing when the user cancels. The path is a full one with the
+    // Asks for an existing file. Returns nothing when the user cancels. The path is a full one with the
     // platform's separators.
     virtual std::optional<QString> OpenFileDialog(const FileQuestion &question) = 0;
 
-    // Asks for a file to write, and before one that is there is overwritten.
+    // Asks for a file to write, and for confirmation before an existing file is overwritten.
     virtual std::optional<QString> SaveFileDialog(const FileQuestion &question) = 0;
 };

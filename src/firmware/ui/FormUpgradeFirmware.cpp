@@ -39,7 +39,7 @@ struct FormUpgradeFirmware::Command {
     const char *name;
     const char *caption;
     const char *toolTip;
-    bool device = false; // there only while a boot loader is connected
+    bool device = false; // enabled only while a boot loader is connected
 };
 
 FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *parent)
@@ -59,7 +59,7 @@ FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *par
     connect(upgrade_, &OneButtonUpgrade::RunningChanged, this, [this, upgrade, close](bool running) {
         upgrade->setEnabled(!running);
         close->setEnabled(!running);
-        if (!running && focusWidget() == nullptr) { // a button that is disabled loses it
+        if (!running && focusWidget() == nullptr) { // a button loses the focus when disabled
             upgrade->setFocus();
         }
     });
@@ -190,7 +190,7 @@ void FormUpgradeFirmware::ConnectConsole() {
     connect(console_, &UpgradeConsole::TransferEnded, transferBar_, &TransferBar::End);
 }
 
-// The window is as high as the design says, or as its contents need with a larger font.
+// Sets the height to that of the design, or to more if the contents need it with a larger font.
 void FormUpgradeFirmware::SetDesignHeight(int twips) {
     designHeight_ = twips;
     frame1_->setVisible(twips != heightWithout);

@@ -16,8 +16,8 @@ class StatusPanels;
 class TransferBar;
 class UpgradeBoxes;
 
-// Replaces the sensor's firmware: one button for the whole job, and behind the title, pressed with Ctrl, a
-// panel with a button for each step.
+// Replaces the sensor's firmware. Shows one button for the whole upgrade. Ctrl and a click on the title show
+// or hide a panel with a button for each step.
 class FormUpgradeFirmware : public QDialog {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ public:
     static constexpr std::int32_t HelpContextID = 1170;
 
     struct Surroundings {
-        BootComm &bootComm; // the program's one
+        BootComm &bootComm; // the only one of the program
         LinkSession &link;
         ClassZentrova &zentrova;
         UserDialogs &dialogs;
@@ -36,7 +36,7 @@ public:
 
     explicit FormUpgradeFirmware(Surroundings surroundings, QWidget *parent = nullptr);
 
-    // Every way of closing the window comes here. While the upgrade runs none works.
+    // Called for every way to close the window. Does nothing while the upgrade runs.
     void done(int result) override;
 
     UpgradeConsole &Console() { return *console_; }

@@ -16,12 +16,12 @@ constexpr int paintedEachMs = 50;
 
 } // namespace
 
-// Keeps its text whole, for whoever reads it out; only the painting cuts it.
+// Keeps its whole text, for assistive clients that read it out; only the painted text is elided.
 class StatusPanels::Label : public QLabel {
 public:
     using QLabel::QLabel;
 
-    // While texts come in quick succession only some are painted, and the last.
+    // Sets the text. Of texts in quick succession, paints only some and the last.
     void Show(const QString &text, const QString &toolTip) {
         if (pause_.isActive()) {
             setUpdatesEnabled(false);

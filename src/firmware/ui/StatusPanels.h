@@ -4,8 +4,8 @@
 #include <QWidget>
 #include <vector>
 
-// A status bar of panels. A text that is too long for its panel is cut short with a mark, and stands whole in
-// the panel's tool tip. A text that is set is there at once; it shows within 50 ms.
+// A status bar of panels. A text too long for its panel is elided, and the panel's tool tip shows the whole
+// text. A new text is set at once and painted within 50 ms.
 class StatusPanels : public QWidget {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ public:
 
     explicit StatusPanels(const std::vector<Panel> &panels, QWidget *parent = nullptr);
 
-    // Panels count from 1. The tool tip is the text's; without one it is the panel's meaning.
+    // Panels count from 1. The tool tip belongs to the text; without one, the panel shows its meaning.
     void SetText(int panel, const QString &text, const QString &toolTip = {});
 
     QSize sizeHint() const override;
@@ -30,7 +30,7 @@ protected:
 private:
     class Label;
 
-    // In no layout: a text that changes with each packet mustn't lay the window out anew.
+    // Not in a layout: a text that changes with each packet must not cause a new layout of the window.
     std::vector<Label *> labels_;
     std::vector<int> stretches_;
 };

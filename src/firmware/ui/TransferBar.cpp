@@ -8,7 +8,7 @@
 namespace {
 
 constexpr int steps = 1000;
-constexpr qint64 wordsEachMs = 500; // a time that changes faster can't be read
+constexpr qint64 wordsEachMs = 500; // a time that changes faster is hard to read
 
 } // namespace
 

@@ -6,8 +6,8 @@
 #include <QWidget>
 #include <vector>
 
-// How far a transfer has come, and the time that it will still take. Keeps its room while there is none. A
-// transfer may start inside another, which shows again when that one has ended.
+// Shows the progress of a transfer and the time left. Keeps its space while there is no transfer. A transfer
+// may start inside another, which is shown again after the inner one has ended.
 class TransferBar : public QWidget {
     Q_OBJECT
 

@@ -77,7 +77,7 @@ void UpgradeBoxes::OnUpgradeEnded(UpgradeOutcome outcome) {
         Warn(QStringLiteral("Error Connecting to ZTV500-100. (MSG#%1)").arg(static_cast<int>(outcome)),
              ApplicationTitle());
         break;
-    default: // the status word says it
+    default: // the status word is enough
         break;
     }
 }

@@ -8,18 +8,18 @@
 #include <optional>
 
 // The boxes and file dialogs of the upgrade window: the questions before a command, and the outcomes. Shows
-// an outcome while it is being reported: what follows it comes after its box.
+// the box of an outcome within the signal that reports it, before the command continues.
 class UpgradeBoxes : public QObject {
     Q_OBJECT
 
 public:
-    // All outlive it.
+    // All arguments outlive the boxes.
     UpgradeBoxes(const UpgradeConsole &console, const OneButtonUpgrade &upgrade, UserDialogs &dialogs,
                  QObject *parent = nullptr);
 
     bool ConfirmUpgrade();
     bool ConfirmRunApp();
-    // Nothing when the user cancels.
+    // Return nothing when the user cancels.
     std::optional<QString> AskForHexFileToOpen();
     std::optional<QString> AskForHexFileToSave();
     void ShowIsMemoryImage(const QString &fileName);

@@ -2,14 +2,14 @@
 
 #include <QComboBox>
 
-// The choice of a serial device: those that are there at the moment, and the one that is set.
+// Offers the serial devices that are connected, and the one that is set.
 class DeviceBox : public QComboBox {
     Q_OBJECT
 
 public:
     explicit DeviceBox(QWidget *parent = nullptr);
 
-    // Makes this the device that is set; an empty text: none is.
+    // Sets the device; an empty text means none.
     void Device(const QString &device);
     QString Device() const { return device_; }
 

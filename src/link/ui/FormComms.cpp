@@ -108,7 +108,7 @@ void FormComms::BuildSettings(QVBoxLayout &column) {
     connect(device_, &DeviceBox::DeviceChosen, this, &FormComms::TakeDevice);
     lockedOnline_ = {port_, device_, baudRate_, parityStop_, address_};
     for (QWidget *control : lockedOnline_) {
-        Colours::KeepLegibleWhileDisabled(*control); // they say what the link was opened with
+        Colours::KeepLegibleWhileDisabled(*control); // they show the settings of the open link
     }
 }
 
@@ -163,7 +163,7 @@ void FormComms::BuildButtons(QVBoxLayout &column) {
     lockedOnline_.insert(lockedOnline_.end(), {ok, search});
 }
 
-// The lists follow whatever range the table gives.
+// Fills the list with the range that the table gives.
 void FormComms::FillFromTable(QComboBox &list, std::int16_t tag) const {
     for (std::int32_t code = zentrova_.ParamMin(tag); code <= zentrova_.ParamMax(tag); ++code) {
         list.addItem(zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), code));
@@ -190,7 +190,7 @@ void FormComms::ShowLine() {
     echo_->setVisible(link_.EchoIsPresent());
 }
 
-// The port that is typed, while it is one.
+// Returns the typed port number, if it is a valid one.
 std::optional<std::int16_t> FormComms::Port() const {
     const QString text = port_->text();
     if (!IsNumeric(text)) {
@@ -239,7 +239,8 @@ void FormComms::Search() {
     }
 }
 
-// For who presses a button without leaving the box first, as an assistive client does.
+// Validates a box that may still have the focus: an assistive client presses a button without leaving the box
+// first.
 bool FormComms::EntryIsValid(QLineEdit &box) {
     if (IsValid(box)) {
         return true;
@@ -261,8 +262,8 @@ void FormComms::accept() {
     QDialog::accept();
 }
 
-// Also when the window is closed by its frame. The search leaves the master on the last settings that it
-// tried; this puts it back.
+// Restores the master's settings, since the search leaves the master on the last settings that it tried. Also
+// called when the window is closed by its frame.
 void FormComms::reject() {
     PutDevicesBack();
     link_.SetMbaxp1CommProperties(link_.CommPort(), link_.BaudRate(), link_.ParityStop(), 0);

@@ -19,8 +19,8 @@
 
 class QVBoxLayout;
 
-// Edits the communication settings while the link is offline, shows the poll's error counts, and is the door
-// to the search for devices. It neither opens nor closes the port.
+// Edits the communication settings while the link is offline, shows the poll's error counts, and opens the
+// search for devices. It neither opens nor closes the port.
 class FormComms : public QDialog {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ public:
     FormComms(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, SettingsStore &settings,
               ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
-    // Locks what must stay as it is while the port is open.
+    // Locks the controls that must not change while the port is open; unlocks them otherwise.
     void EnableDisableCommSettings(bool online);
 
 public Q_SLOTS:
@@ -63,7 +63,7 @@ private:
     QLineEdit *address_ = nullptr;
     QLabel *timeouts_ = nullptr;
     QLabel *crcErrors_ = nullptr;
-    QLabel *echo_ = nullptr; // shows while there is one
+    QLabel *echo_ = nullptr; // shown while there is an echo
     QTimer timer_{this};
     std::vector<QWidget *> lockedOnline_;
     std::map<std::int16_t, QString> devicesBefore_; // of the ports whose device was changed here

@@ -69,7 +69,7 @@ void FormReadWrite::showEvent(QShowEvent *event) {
     findChild<QToolButton *>(QString::fromLatin1(buttons.front().key))->setFocus();
 }
 
-// Not every platform lets Enter press a tool button.
+// Presses the focused tool button on Enter, which not every platform does.
 void FormReadWrite::keyPressEvent(QKeyEvent *event) {
     auto *button = qobject_cast<QToolButton *>(focusWidget());
     if (button != nullptr && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {

@@ -5,7 +5,7 @@
 #include <QDialog>
 #include <cstdint>
 
-// Asks on going online which way the parameters go.
+// Asks, on going online, whether to read or to write the parameters.
 class FormReadWrite : public QDialog {
     Q_OBJECT
 
@@ -14,7 +14,7 @@ public:
 
     explicit FormReadWrite(ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
-    // A ConnectChoice. Cancel unless a button said otherwise, so also when the window was closed.
+    // Returns the ConnectChoice of the button pressed; Cancel if none was, also when the window was closed.
     std::int16_t Choice() const { return choice_; }
 
 protected:

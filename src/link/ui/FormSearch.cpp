@@ -32,7 +32,7 @@ constexpr int resultRows = 6;
 constexpr int sectionGap = 12;
 constexpr double longestSearchMs = 599'000;
 
-// A hidden one keeps its place, so that nothing moves as a search starts.
+// Makes a widget keep its place while hidden, so that nothing moves when a search starts.
 template <typename Widget>
 Widget *Shy(Widget *widget) {
     QSizePolicy policy = widget->sizePolicy();
@@ -146,7 +146,7 @@ QLayout *FormSearch::BuildStatus() {
     progress_->setAccessibleName(QStringLiteral("Search progress"));
     progress_->setTextVisible(false);
     timeLeft_ = Shy(Label("LabelTimeLeft", ""));
-    // Their texts change with each probe; nothing beside them is to move.
+    // Fixed widths: the texts change with each probe, and nothing beside them should move.
     SetWidth(labelSearchStatus_, QStringLiteral("Searching 247"));
     SetWidth(labelCommStatus_, QStringLiteral("38400,N2"));
     SetWidth(timeLeft_, TimeLeftText(longestSearchMs));
@@ -154,7 +154,7 @@ QLayout *FormSearch::BuildStatus() {
 
     auto *row = new QHBoxLayout;
     row->setSpacing(sectionGap);
-    row->addWidget(labelCommStatus_); // the one that stays when the search is over
+    row->addWidget(labelCommStatus_); // stays visible after the search
     row->addWidget(labelSearchStatus_);
     row->addWidget(progress_, 1);
     row->addWidget(timeLeft_);
@@ -235,7 +235,7 @@ void FormSearch::ConnectControls() {
     connect(commandStart_, &QPushButton::clicked, this, &FormSearch::Start);
     connect(commandStop_, &QPushButton::clicked, &search_, &DeviceSearch::Stop);
     connect(commandClose_, &QPushButton::clicked, this, &FormSearch::reject);
-    // Enter on what was picked mustn't start a search that clears it.
+    // Enter on a picked result must not start a search, which would clear it.
     connect(checkUseSelectedCommSettings_, &QCheckBox::toggled, this,
             [this](bool picked) { (picked ? commandClose_ : commandStart_)->setDefault(true); });
     connect(listViewResults_, &QTreeWidget::itemSelectionChanged, this, &FormSearch::FollowSelection);
@@ -246,7 +246,7 @@ void FormSearch::ConnectSearch() {
     connect(&link_, &LinkSession::DeviceAnswered, this, &FormSearch::FoundDevice);
     connect(&search_, &DeviceSearch::Started, this, &FormSearch::ShowStarted);
     connect(&search_, &DeviceSearch::Probing, this, &FormSearch::ShowProbe);
-    // Painting the bar takes time that the probe needn't wait for.
+    // Queued, so that the probe doesn't wait until the bar is painted.
     connect(&search_, &DeviceSearch::Probing, this, &FormSearch::ShowProgress, Qt::QueuedConnection);
     connect(&search_, &DeviceSearch::DeviceFound, this, &FormSearch::AddResult);
     connect(&search_, &DeviceSearch::Ended, this, &FormSearch::ShowEnded);
@@ -257,7 +257,7 @@ void FormSearch::ConnectSearch() {
 }
 
 void FormSearch::Start() {
-    // Not every way to press a button leaves the box first.
+    // A button may be pressed without leaving the box first.
     if (!optionAddressRange_[0]->isChecked()) {
         for (std::size_t i = 0; i < textAddressRange_.size(); ++i) {
             if (!AddressRangeIsValid(i)) {
@@ -374,7 +374,7 @@ void FormSearch::UseSelected() {
     }
 }
 
-// Every way to close a dialog comes here.
+// Called for every way to close the dialog.
 void FormSearch::done(int result) {
     Unload();
     QDialog::done(result);
@@ -408,8 +408,8 @@ bool FormSearch::AddressRangeIsValid(std::size_t box) {
     return true;
 }
 
-// A box may be changed during a search. While its text is no number, which it mostly is for a moment only,
-// the number that it held before counts.
+// Reads the boxes, which may be changed during a search. While a text isn't a number, mostly for a moment
+// only, the box's last number counts.
 DeviceSearch::AddressRange FormSearch::AddressRange() {
     if (optionAddressRange_[0]->isChecked()) {
         return {.bottom = lowestAddress, .top = highestAddress};

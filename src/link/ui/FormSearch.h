@@ -24,8 +24,9 @@ struct UsedCommSettings {
     int parityStop; // index
 };
 
-// The dialog that searches the line for devices. The link must be offline. Closed by whatever way, it leaves
-// the port closed and no probe under way, and the master on the settings tried last.
+// Searches the line for devices. However the dialog is closed, it leaves the port closed, no probe under way,
+// and the master on the settings tried last.
+// REQUIRES: the link is offline.
 class FormSearch : public QDialog {
     Q_OBJECT
 
@@ -35,10 +36,10 @@ public:
     FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, ClassMyHtmlHelp &help,
                SearchStart start, QWidget *parent = nullptr);
 
-    // The answer to the probe, as DeviceSearch::FoundDevice takes it.
+    // Passes the answer to the probe to DeviceSearch::FoundDevice.
     void FoundDevice(std::int16_t status) { search_.FoundDevice(status); }
 
-    // The settings that the user takes over, once the dialog is closed.
+    // The settings that the user accepted. Known once the dialog is closed.
     std::optional<UsedCommSettings> Used() const { return used_; }
 
     void done(int result) override;
@@ -88,7 +89,7 @@ private:
     ResultsList *listViewResults_ = nullptr;
     QCheckBox *checkUseSelectedCommSettings_ = nullptr;
 
-    std::array<std::int16_t, 2> addressRange_{1, 247}; // the last numbers that were in the boxes
+    std::array<std::int16_t, 2> addressRange_{1, 247}; // the last numbers in the boxes
     DeviceSearch search_;
     std::optional<UsedCommSettings> used_;
 };

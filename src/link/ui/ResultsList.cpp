@@ -48,7 +48,7 @@ void ResultsList::paintEvent(QPaintEvent *event) {
 void ResultsList::keyPressEvent(QKeyEvent *event) {
     QTreeWidget::keyPressEvent(event);
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        event->accept(); // or it would press the dialog's default button, which starts anew
+        event->accept(); // or it would press the dialog's default button, which starts a new search
     }
     if (MovesTheRow(event->key()) && currentItem() != nullptr) {
         currentItem()->setSelected(true);

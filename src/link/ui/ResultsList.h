@@ -2,8 +2,8 @@
 
 #include <QTreeWidget>
 
-// A list of rows with columns that says in its middle why it is empty. Without a mouse, the keys that move
-// the current row select the row that is current but not yet selected.
+// A list with columns that shows in its middle why it is empty. A key that moves the current row also selects
+// it, even if the row was current but not selected.
 class ResultsList : public QTreeWidget {
     Q_OBJECT
 
