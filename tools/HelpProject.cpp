@@ -12,7 +12,7 @@ namespace {
 
 const QString picturesFolder = QStringLiteral("pictures/");
 
-// Returns the first captures of all matches of `pattern` in the page.
+// Returns the first capture of each match of `pattern` in the page.
 QStringList All(const QString &page, const char *pattern) {
     QStringList found;
     const QRegularExpression expression(QString::fromLatin1(pattern));

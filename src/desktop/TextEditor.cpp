@@ -8,8 +8,8 @@
 
 namespace {
 
-// Tries the desktop's own opener last, because it may have no program for an unknown kind of name; an editor
-// opens any.
+// Tries the desktop's own opener last, because it may know no program for a name of an unknown type. An
+// editor opens any file.
 constexpr std::array editors = {"gnome-text-editor", "gedit",   "kwrite", "kate",
                                 "mousepad",          "xed",     "pluma",  "featherpad",
                                 "leafpad",           "l3afpad", "geany",  "xdg-open"};

@@ -131,7 +131,7 @@ void FormAbout::BuildVersions(QVBoxLayout &column, const Contents &contents) {
         const QString caption = QString::fromLatin1(row.caption);
         captions.push_back(NewLabel(Controls::Member(row.name, 0), caption));
         QLabel *value = NewLabel(Controls::Member(row.name, 1), row.value);
-        // an accessible name would hide the value
+        // An accessible name would hide the value.
         value->setAccessibleDescription(caption.section(u'.', 0, 0));
         value->setMinimumWidth(valueWidth);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);

@@ -18,7 +18,7 @@ struct ProgramStart {
     HelpEngine &helpEngine;
     QString programFolder;
     std::vector<QString> arguments; // of the command line, for CommandLine::Parse
-    // the program that a double click on a settings file starts; empty: registers nothing
+    // The program that a double click on a settings file starts; empty: registers nothing.
     QString application = {};
 };
 

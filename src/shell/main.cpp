@@ -36,7 +36,7 @@ int main(int argc, char *argv[]) {
     FormMain *form = nullptr;
     application.OnFault([&dialogs, &form](const Fault &fault) {
         ShowFault(dialogs, fault, form);
-        // skips the destructors: the fault may have left objects in an invalid state
+        // Skips the destructors: the fault may have left objects in an invalid state.
         std::_Exit(EXIT_FAILURE);
     });
     SettingsStore settings(ApplicationTitle());
