@@ -2,7 +2,7 @@
 
 #include <QPalette>
 
-// The palette that a dark desktop gives to programs in the style that the program has.
+// Returns the palette that a dark desktop gives to programs with this program's style.
 inline QPalette DarkPalette() {
     const QColor text(0xfc, 0xfc, 0xfc);
     const QColor dimText(0x80, 0x84, 0x88);

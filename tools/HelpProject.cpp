@@ -12,7 +12,7 @@ namespace {
 
 const QString picturesFolder = QStringLiteral("pictures/");
 
-// The values of the attribute wherever it stands in the page.
+// Returns the first capture of each match of `pattern` in the page.
 QStringList All(const QString &page, const char *pattern) {
     QStringList found;
     const QRegularExpression expression(QString::fromLatin1(pattern));
@@ -30,7 +30,7 @@ QStringList PictureNames(const QString &page) {
     return All(page, "src=\"([^\"]*)\"");
 }
 
-// The reason why a link leads nowhere; empty if it leads somewhere.
+// Returns the reason why a link is broken; empty if it isn't.
 QString FaultOfLink(const HelpTopics &topics, const HelpTopic &from, const QString &link) {
     if (link.startsWith(QStringLiteral("https://")) || link.startsWith(QStringLiteral("http://"))) {
         return {};

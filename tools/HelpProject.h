@@ -6,18 +6,18 @@
 #include <QString>
 #include <QStringList>
 
-// The help as the compiler of help files takes it: all that it needs besides the pages follows from the table
-// of the topics.
+// Prepares the help for the compiler of help files: derives all files that it needs besides the pages from
+// the table of the topics.
 namespace HelpProject {
 
-// Checks the help and reports its faults, one line each: links and pictures that lead nowhere, pages that
-// aren't in the table, pictures that no page shows, headings that aren't the page's title.
+// Validates the help and returns its faults, one line each: broken links, missing pictures, pages that aren't
+// in the table, pictures that no page shows, headings that differ from the page's title.
 QStringList Faults(const HelpTopics &topics);
 
-// The pictures that the pages show, without their folder.
+// Returns the file names, without their folder, of the pictures that the pages show.
 QStringList Pictures(const HelpTopics &topics);
 
-// The files of the project by their names: ZTV.hhp, and the contents and the index that it names.
+// Returns the files of the project by name: ZTV.hhp, and the contents and the index that it names.
 QMap<QString, QString> Files(const HelpTopics &topics);
 
 } // namespace HelpProject

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-// Prints what would be a box, and goes on as a person in a hurry would: Ok, Yes, no file.
+// Prints the text of each box and answers at once: Ok, Yes, no file.
 class PrintedDialogs : public UserDialogs {
 public:
     BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &) override {

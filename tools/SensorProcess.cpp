@@ -23,7 +23,8 @@ SensorProcess::~SensorProcess() {
 }
 
 QString SensorProcess::Command(const QString &line) {
-    // Most commands print nothing; that an unknown one is refused tells that those before are done.
+    // Most commands print nothing, so sends an unknown one as well: its error message shows that the command
+    // before it is done.
     constexpr char mark[] = "error: unknown command end\n";
     process_.write(line.toUtf8() + "\nend\n");
     QByteArray printed;

@@ -5,10 +5,11 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-// The simulated sensor in a process of its own: its work isn't taken for ours, and it answers while we block.
+// Runs the simulated sensor in a separate process: its time doesn't count as ours, and it replies while we
+// block.
 class SensorProcess {
 public:
-    // With these options of its own. Throws std::runtime_error when it doesn't start.
+    // Starts the simulator with these options. Throws std::runtime_error if it doesn't start.
     explicit SensorProcess(const QStringList &options = {});
     ~SensorProcess();
     SensorProcess(const SensorProcess &) = delete;
@@ -16,7 +17,8 @@ public:
 
     QString Device() const { return folder_.filePath(QStringLiteral("port")); }
 
-    // Gives a line of its command language; returns what it prints, once the command is done.
+    // Sends a line of the simulator's command language, waits until the command is done, and returns its
+    // output.
     QString Command(const QString &line);
 
 private:

@@ -1,5 +1,5 @@
-// Prepares the help for its compiler: a folder with the pages and the project's files. A help with a fault is
-// refused here, so that a bad edit fails the build and not the person who looks something up.
+// Prepares the help for its compiler: a folder with the pages and the project's files. Rejects a help with a
+// fault, so that a bad edit fails the build and not the user who looks something up.
 
 #include "support/Fault.h"
 #include "tools/HelpProject.h"

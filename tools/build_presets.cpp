@@ -1,5 +1,5 @@
-// Builds Presets.fil from its two readable tables. A table that breaks a condition which the program or the
-// sensor relies on is refused here, so that a bad edit fails the build and not a machine.
+// Builds Presets.fil from its two readable tables. Rejects a table that breaks a condition on which the
+// program or the sensor relies, so that a bad edit fails the build and not a machine.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <SQLiteCpp/VariadicBind.h>
@@ -46,7 +46,7 @@ struct Parameter {
 struct Unit {
     std::string where;
     std::int32_t code = 0;
-    std::vector<std::string> texts; // always five, empty where there is none
+    std::vector<std::string> texts; // always five; empty for a missing one
 };
 
 // Reading
@@ -80,8 +80,8 @@ bool Flag(const Row &row, std::size_t column) {
     return text == "yes";
 }
 
-// The rows of a table with the given number of columns. The first column counts the rows from 0, because a
-// row's place in the database is all that gives it its number.
+// Reads the rows of a table with the given number of columns. The first column must count the rows from 0,
+// because only a row's place in the database determines its number.
 std::vector<Row> ReadTable(const fs::path &path, std::size_t columns) {
     std::ifstream file(path);
     if (!file)
@@ -153,7 +153,7 @@ constexpr std::size_t namedRows = 91; // the program knows parameters up to 90 b
 constexpr std::size_t mostRows = 124; // row 0 is not transferred, and a write frame holds 123 registers
 constexpr std::int32_t addressMark = 0x5555; // in register 69: the sensor numbers registers like parameters
 constexpr std::int32_t rangeGap = 106;       // least distance between Min Range and Near Distance
-constexpr std::int32_t wizardMargin = 500;   // what the wizard adds beyond both ends
+constexpr std::int32_t wizardMargin = 500;   // the wizard's margin beyond both ends
 
 bool IsSuffixUnit(int code) {
     return code == 1 || code == 3 || code == 4 || code == 12;
@@ -169,7 +169,7 @@ public:
         : parameters_(parameters),
           units_(units) {}
 
-    // One message for every condition that doesn't hold.
+    // Returns one message for each violated condition.
     const std::vector<std::string> &Failures() const { return failures_; }
 
     void Conditions();
@@ -197,7 +197,7 @@ private:
         for (const Unit &u : units_)
             That(test(u), u.where + ": unit " + std::to_string(u.code) + " " + rule);
     }
-    // The texts of a text-valued parameter, from the one of Min to the one of Max.
+    // Returns the texts of a text-valued parameter, from that of Min to that of Max.
     std::vector<std::string> Choices(const Parameter &p) const {
         const std::vector<std::string> &texts = units_[static_cast<std::size_t>(p.unit)].texts;
         return {texts.begin() + p.min, texts.begin() + p.max + 1};
@@ -213,7 +213,7 @@ void Checker::Conditions() {
     using U = const Unit &;
     using Texts = std::vector<std::string>;
 
-    // The sizes and codes come first: the rest looks rows up by number.
+    // Tests sizes and codes first, because the other conditions look up rows by number.
     That(parameters_.size() >= namedRows, "there must be at least 91 parameters");
     That(parameters_.size() <= mostRows, "there must be at most 124 parameters");
     That(units_.size() >= unitRows, "there must be at least 14 units");
@@ -358,7 +358,7 @@ void Checker::Conditions() {
 
 // Writing
 
-// The journal stays in memory: the file is only put in place when it is whole.
+// Keeps the journal in memory, because the file is put in place only when it is complete.
 void FillDatabase(const fs::path &path, const std::vector<Parameter> &parameters,
                   const std::vector<Unit> &units) {
     SQLite::Database db(path.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);

@@ -1,5 +1,5 @@
-// Shows the program against the simulated sensor where nobody can click: goes online, visits each tab and
-// dialog, prints the distances that it sees and leaves a picture of each.
+// Runs the program against the simulated sensor without a user: goes online, visits each tab and dialog,
+// prints the distances that it sees and saves a picture of each.
 
 #include "firmware/SerialBootLine.h"
 #include "firmware/ui/FormUpgradeFirmware.h"
@@ -60,7 +60,7 @@ void Watch(int milliseconds) {
 
 class Tour {
 public:
-    // Keeps the pictures whose names `wanted` matches.
+    // Saves only the pictures whose names match `wanted`.
     Tour(FormMain &form, UserDialogs &dialogs, SettingsStore &settings, const QString &folder,
          const QRegularExpression &wanted)
         : form_(form),
@@ -116,7 +116,7 @@ public:
     }
 
 private:
-    // The different distances of two seconds.
+    // Returns the different distances within two seconds.
     QStringList WatchDistances() {
         QStringList distances;
         QElapsedTimer elapsed;
@@ -131,7 +131,7 @@ private:
         return distances;
     }
 
-    // The Advanced list in its states, with each of its editors.
+    // Takes pictures of the Advanced list in its states, with each of its editors.
     void VisitList() {
         auto &list = *form_.findChild<ParameterList *>();
         form_.activateWindow();
@@ -202,7 +202,7 @@ private:
         calculator.close();
     }
 
-    // Both routes of the wizard, each step as it is left.
+    // Takes pictures of both routes of the wizard: each step just before leaving it.
     void WizardPictures() {
         for (const int use : {0, 1}) {
             frmWizard wizard(form_.Zentrova(), dialogs_, form_.hHelp(), &form_);
@@ -247,7 +247,7 @@ private:
         }
     }
 
-    // The sensor is found at its address; the rest of the range is silent.
+    // Takes pictures of a search: the sensor replies at its address, and the other addresses are silent.
     void SearchPictures() {
         FormSearch search(
             form_.Link(), form_.Zentrova(), dialogs_, form_.hHelp(),
@@ -267,8 +267,8 @@ private:
         form_.SetMbaxp1CommProperties(form_.CommPort(), form_.BaudRate(), form_.ParityStop(), 0);
     }
 
-    // The upgrade of a sensor that is in its boot loader, in each of its phases, and how it ends otherwise.
-    // The sensor runs in a process of its own, since the boot link blocks.
+    // Takes pictures of the upgrade of a sensor that is in its boot loader: each phase, and the failures. The
+    // sensor runs in a separate process, because the boot link blocks.
     void UpgradePictures() {
         const QTemporaryDir home(QDir::tempPath() + QStringLiteral("/ztv-tour-XXXXXX"));
         const QString firmware = home.filePath(QStringLiteral("Firmware/B70214.hex"));
@@ -287,13 +287,13 @@ private:
         Picture(console, QStringLiteral("upgrade"));
         const auto press = [&console](const char *name) {
             console.findChild<QPushButton *>(QString::fromLatin1(name))->click();
-            Watch(100); // the command runs within, and may take longer
-            Watch(100); // its last words are painted a little later
+            Watch(100); // runs the command, which may take longer
+            Watch(100); // paints its last texts
         };
         press("CommandUpgradeFirmware");
         Picture(console, QStringLiteral("upgrade-no-firmware"));
         press("CommandDisconnect");
-        sensor.Command(QStringLiteral("mute on")); // no loader answers, as with a running sensor
+        sensor.Command(QStringLiteral("mute on")); // no boot loader replies, as with a running sensor
         const int timeoutMs = std::exchange(boot.Settings().TimeoutMs, 100);
         press("CommandUpgradeFirmware");
         Picture(console, QStringLiteral("upgrade-firmware-not-found"));
@@ -334,7 +334,7 @@ private:
         console.close();
     }
 
-    // The first records of a simulated sensor's firmware.
+    // Writes the first records of a simulated sensor's firmware.
     void WriteFirmware(const QString &fileName, int records) {
         QProcess maker;
         maker.start(ProgramFolder() + QStringLiteral("/ztv-sim"),
@@ -356,7 +356,7 @@ private:
         about.close();
     }
 
-    // The help at the contents, with what the index and the search find, and at each topic.
+    // Takes pictures of the help: the contents, the results of index and search, and each topic.
     void HelpPictures() {
         form_.hHelp().HHDisplayContents(form_.winId());
         HelpWindow *help = nullptr;
@@ -383,7 +383,7 @@ private:
         help->close();
     }
 
-    // A threshold that is being dragged, and a value that is being typed.
+    // Takes pictures of a threshold being dragged and a value being typed.
     void EditingPictures() {
         auto *marker = form_.findChild<QWidget *>(QStringLiteral("PicRelay(0)"));
         const auto mouse = [&](QEvent::Type type, int x, Qt::MouseButtons buttons) {
@@ -442,7 +442,8 @@ QList<QRgb> CommonestColours(const QImage &picture) {
     return colours.first(std::min(most, colours.size()));
 }
 
-// Puts the pictures that the help's topics show into its folder, small. Returns whether all were there.
+// Copies the pictures that the help's topics show into the help's folder, scaled down. Returns true if all of
+// them existed and were written.
 bool GiveHelpItsPictures(const QString &tour, const QString &help) {
     constexpr int widest = 560;
     try {

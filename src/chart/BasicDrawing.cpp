@@ -7,7 +7,7 @@ namespace {
 
 using namespace Drawing;
 
-// The tables fill the enumerations.
+// Verifies that the tables have one row for each enumerator.
 static_assert(BasicLayout::Lines.size() == static_cast<std::size_t>(LineId::LineRelay));
 static_assert(BasicLayout::Panels.size() == static_cast<std::size_t>(ControlId::LabelMode));
 static_assert(BasicLayout::Panels.size() + BasicLayout::Labels.size() ==

@@ -5,30 +5,31 @@
 #include <span>
 #include <vector>
 
-// The picture of the Basic tab: its lines, shapes and controls by their given names, free of any widget.
-// Movers write coordinates; DrawingChanges finds the areas to repaint.
+// Model of the Basic tab's picture: its lines, shapes and controls by name, without any widget. BasicGraph,
+// Pulse and RelayDrag write the coordinates; DrawingChanges finds the areas to repaint.
 class BasicDrawing {
 public:
-    // As laid out, with the relay markers at their width.
+    // Builds the drawing as BasicLayout and BasicFields lay it out.
     BasicDrawing();
 
-    // An element, or a member of the array that it begins.
+    // Returns an element, or the member `index` of the array whose first element it is.
     Drawing::Line &At(Drawing::LineId line, int index = 0);
     const Drawing::Line &At(Drawing::LineId line, int index = 0) const;
     Drawing::Control &At(Drawing::ControlId control, int index = 0);
     const Drawing::Control &At(Drawing::ControlId control, int index = 0) const;
 
-    // LineHyperbolic: 0 is the template, never visible; the segments of the curve are the members from 1 on.
+    // The array LineHyperbolic: member 0 is the template and never visible, the members from 1 on are the
+    // segments of the curve.
     const std::vector<Drawing::Line> &LineHyperbolic() const { return curve_; }
-    void LoadCurve(std::span<const Drawing::Point> points); // instead of the one that is there
+    void LoadCurve(std::span<const Drawing::Point> points); // replaces the present curve
     void UnloadCurve();
 
-    // In the order of LineId and ControlId, which is the order of painting; the curve comes last.
+    // In the order of LineId and ControlId, which is the painting order; the curve is painted last.
     const std::vector<Drawing::Line> &Lines() const { return lines_; }
     const std::vector<Drawing::Control> &Controls() const { return controls_; }
     static std::span<const Drawing::Shape> Shapes();
 
-    // Calls visit(line) for each visible line that stands in `parent` itself, but for the curve's.
+    // Calls visit(line) for each visible line whose parent is `parent`, except the segments of the curve.
     template <typename Visit>
     void VisitLines(Drawing::ControlId parent, Visit &&visit) const {
         for (const Drawing::Line &line : lines_) {

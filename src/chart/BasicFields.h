@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-// The value boxes of the Basic tab: which parameter each shows, and where, in twips.
+// The value boxes of the Basic tab: the parameter that each shows, and its place in twips.
 namespace BasicFields {
 
 struct Rectangle {
@@ -39,7 +39,7 @@ struct Field {
     bool displayOnly;
 };
 
-// A label in the group, as far to the right of its box's middle as to its left.
+// Builds a field whose label is in the group and is centred on its box.
 constexpr Field InGroup(std::int16_t tag, const char *caption, int boxLeft, int boxTop, int labelLeft,
                         int labelTop) {
     return {tag,     caption, Home::Group,
@@ -47,8 +47,8 @@ constexpr Field InGroup(std::int16_t tag, const char *caption, int boxLeft, int 
             false};
 }
 
-// By the index of TextParam and LabelParam. Inside the moving frames a box stands at the height of the
-// line that joins the frame to its cursor, and what the page's edge would cut off wraps.
+// Indexed like TextParam and LabelParam. In the moving frames a box is level with the line that joins the
+// frame to its cursor, and a caption that the page's edge would cut off wraps.
 inline constexpr std::array Table = {
     InGroup(ParamDefines::FarVoltage, "Far Voltage", 600, 1200, 480, 960),
     InGroup(ParamDefines::NearVoltage, "Near Voltage", 600, 3120, 480, 2880),
@@ -68,7 +68,7 @@ inline constexpr std::array Table = {
     Field{ParamDefines::ManualOutput, "Manual Output", Home::ManOutput, 105, 345, {30, 0, 885, 345}, false},
 };
 
-// The indices of those that the chart moves, hides or disables.
+// Indices of the fields that the chart moves, hides or disables.
 inline constexpr int FarVoltage = 0;
 inline constexpr int NearVoltage = 1;
 inline constexpr int NearDistance = 3;

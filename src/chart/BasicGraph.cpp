@@ -82,7 +82,7 @@ void BasicGraph::DrawHyperbolicCurve() {
     // Deliberate: showing the tab writes the near distance of the roll to the sensor.
     zentrova_.ParamValue(ParamDefines::NearDistance, RollGeometry::NearDistance(zentrova_));
     if (nearDistanceBox.enabled) {
-        return; // another mode was configured while the write waited for the one before it
+        return; // the event loop ran during the write and configured another mode
     }
     LoadCurve();
 }
@@ -158,7 +158,7 @@ void BasicGraph::UpdateGraph() {
     MoveTarget();
 }
 
-// The larger voltage is on top, and the voltages' boxes stand beside their rails.
+// Puts the rail of the larger voltage on top, and the voltages' boxes beside their rails.
 void BasicGraph::TurnRails() {
     using namespace BasicLayout;
     const bool upright = Value(ParamDefines::FarVoltage) >= Value(ParamDefines::NearVoltage);
@@ -178,7 +178,7 @@ void BasicGraph::MoveDistanceCursor() {
     const float nearX = drawing_.At(LineNearDistExt).x1;
     const float farX = drawing_.At(LineFarDistExt).x1;
     Drawing::Line &cursor = drawing_.At(LineDistExt);
-    // The last span ends at the chart's edge, 15 twips behind that of the relay markers.
+    // The last span ends at the chart's edge, 15 twips to the right of the relay markers' last span.
     cursor.x1 = DistanceAxis::PositionOf(
         Value(ParamDefines::ActualDistance), zentrova_,
         {.minToNear = {0, nearX}, .nearToFar = {nearX, farX}, .farToMax = {farX, graph.width}});
@@ -191,7 +191,8 @@ void BasicGraph::MoveDistanceCursor() {
 
 void BasicGraph::MoveVoltageCursor() {
     const Drawing::Control &graph = drawing_.At(FrameGraph);
-    const Drawing::Line &slope = drawing_.At(LineLinearSlope); // hidden or not: one scale in every mode
+    // Read also while the line is hidden: the scale is the same in every mode.
+    const Drawing::Line &slope = drawing_.At(LineLinearSlope);
     const std::int32_t voltage = Value(ParamDefines::OutputVoltage);
     const std::int32_t nearVoltage = Value(ParamDefines::NearVoltage);
     const std::int32_t farVoltage = Value(ParamDefines::FarVoltage);
@@ -211,7 +212,7 @@ void BasicGraph::MoveVoltageCursor() {
     drawing_.At(FrameManOutput).top = reading.top;
 }
 
-// The pulse's space ends at the target, so that the pulse takes the same ticks whatever the distance.
+// Ends the pulse's space at the target, so that the pulse takes the same number of ticks at every distance.
 void BasicGraph::MoveTarget() {
     Drawing::Control &target = drawing_.At(FrameTarget);
     Drawing::Control &space = drawing_.At(FrameZentrova);

@@ -7,7 +7,8 @@
 #include <cstdint>
 #include <optional>
 
-// The Basic tab's chart: lays the drawing out for the output mode, and moves it by the sensor's values.
+// The Basic tab's chart: arranges the drawing for the output mode and moves its elements by the sensor's
+// values.
 class BasicGraph {
 public:
     static constexpr int TickMilliseconds = 50; // between two calls of UpdateGraph while the tab shows
@@ -15,20 +16,21 @@ public:
     // Both must outlive this.
     BasicGraph(ClassZentrova &zentrova, BasicDrawing &drawing);
 
-    // Shows what belongs to the output mode. In hyperbolic mode it writes the near distance, which may turn
-    // the event loop, and a roll without a diameter is a Fault (division by zero).
+    // Shows the elements of the current output mode. In hyperbolic mode, writes the near distance, which may
+    // turn the event loop, and throws a Fault (division by zero) for a roll without a diameter.
     void ConfigureBasicTab();
     void DrawHyperbolicCurve();
     void RemoveHyperbolicCurve();
 
-    // Moves the markers to the relays' thresholds, but for one that the user holds. True: one has moved.
+    // Moves the markers to the relays' thresholds, except a marker that the user holds. Returns true if one
+    // has moved.
     bool PositionRelayMarkers();
 
-    // Shows what ConfigureBasicTab would, wherever the table's values came from, and writes nothing; a roll
-    // without a diameter has no curve here. False: nothing has changed.
+    // Shows the same as ConfigureBasicTab for the table's present values, but writes nothing. A roll without
+    // a diameter has no curve here. Returns false if nothing has changed.
     bool FollowTable();
 
-    // One step of the animation and of the cursors.
+    // Advances the animation by one step and moves the cursors to the present values.
     void UpdateGraph();
 
 private:
@@ -56,6 +58,6 @@ private:
     ClassZentrova &zentrova_;
     BasicDrawing &drawing_;
     Pulse pulse_;
-    std::optional<std::int32_t> mode_; // whose parts show
-    std::optional<Roll> curve_;        // whose curve shows
+    std::optional<std::int32_t> mode_; // the mode whose elements are shown
+    std::optional<Roll> curve_;        // the roll whose curve is shown
 };

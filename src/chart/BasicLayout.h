@@ -6,8 +6,8 @@
 #include <array>
 #include <cstdint>
 
-// The Basic tab as it is laid out before any value moves it, in twips. The value boxes and their labels are
-// in BasicFields. The rows stand in the order of the enumerations.
+// Initial layout of the Basic tab, in twips. The value boxes and their labels are in BasicFields. The rows
+// are in the order of the enumerations.
 namespace BasicLayout {
 
 using enum Drawing::ControlId;
@@ -15,7 +15,7 @@ using enum Drawing::Colour;
 using enum Drawing::LineStyle;
 using enum Drawing::Outline;
 
-// The heights of the two voltage rails and of what stands beside them.
+// Vertical positions of the two voltage rails and of the labels and boxes beside them.
 inline constexpr float UpperRail = 240;
 inline constexpr float LowerRail = 2160;
 inline constexpr float UpperLabelTop = 960;
@@ -78,7 +78,7 @@ inline constexpr std::array Lines = {
     Drawing::Line{{"Line2"}, FrameGraphGroup, 8640, 600, 9720, 600, Text, DashDot},
 };
 
-// LineHyperbolic(0): what a segment of the curve looks like.
+// LineHyperbolic(0): the template for the segments of the curve.
 inline constexpr Drawing::Line Segment{
     {"LineHyperbolic", 0}, FrameGraph, 3120, 1920, 3840, 1920, Blue, Solid, 2, false};
 
@@ -88,7 +88,7 @@ inline constexpr std::array Shapes = {
     Drawing::Shape{{"ShapeTarget"}, FrameTarget, 60, 60, 1095, 1095, Circle, Red},
 };
 
-// The markers PicRelay, strips of the chart with a LineRelay in the middle.
+// The markers PicRelay: vertical strips of the chart with a LineRelay in the middle.
 inline constexpr float RelayTop = 100;
 inline constexpr float RelayWidth = 25;
 inline constexpr float RelayHeight = 2175;

@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
-// The chart's horizontal axis: Min Range, Near Distance, Far Distance and Max Range, with a scale of its own
-// between each two.
+// The chart's horizontal axis: three spans between Min Range, Near Distance, Far Distance and Max Range, each
+// with its own scale.
 namespace DistanceAxis {
 
 struct Span {
@@ -14,17 +14,17 @@ struct Span {
     float to;
 };
 
-// Where the three spans stand, in twips.
+// The horizontal positions of the three spans, in twips.
 struct Spans {
     Span minToNear;
     Span nearToFar;
     Span farToMax;
 };
 
-// Where the relay markers' spans stand in the drawing.
+// Returns the spans of the relay markers in `drawing`.
 Spans OfMarkers(const BasicDrawing &drawing);
 
-// The place of a distance; Near and Far Distance themselves belong to the middle span.
+// Returns the position of a distance. Near and Far Distance themselves belong to the middle span.
 float PositionOf(std::int32_t distance, const ClassZentrova &zentrova, const Spans &spans);
 
 } // namespace DistanceAxis

@@ -2,11 +2,11 @@
 
 #include "chart/BasicDrawing.h"
 
-// Finds what became different in a drawing, so that a tick of the animation repaints only what moved. What
-// was changed and changed back between two questions is no change.
+// Finds the differences in a drawing, so that a tick of the animation repaints only the elements that moved.
+// An element that was changed and changed back between two calls of Take() isn't reported.
 class DrawingChanges {
 public:
-    // Where lines were and where they are now: twips of the parent, without the width of the pen.
+    // The bounds of a line before or after its change: in twips of the parent, without the width of the pen.
     struct Area {
         Drawing::ControlId parent;
         float left;
@@ -19,13 +19,13 @@ public:
 
     struct Since {
         std::vector<Area> areas;
-        std::vector<Drawing::ControlId> controls; // whose place, visibility, enabling or texts differ
+        std::vector<Drawing::ControlId> controls; // those with another place, visibility, enabling or text
     };
 
-    // Everything in `drawing`, which must outlive this, counts as shown.
+    // Counts everything in `drawing` as shown. REQUIRES: `drawing` outlives this.
     explicit DrawingChanges(const BasicDrawing &drawing);
 
-    // The differences from the last time.
+    // Returns the differences since the previous call.
     Since Take();
 
 private:

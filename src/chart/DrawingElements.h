@@ -7,7 +7,7 @@
 // The elements of the Basic tab's picture. All coordinates are twips within the parent, in single precision.
 namespace Drawing {
 
-// The controls and lines by their given names. Behind the name of an array stand its further members.
+// The controls and lines by name. The name of an array is its first member; the other members follow it.
 enum class ControlId {
     FrameGraphGroup,
     FrameGraph,
@@ -45,7 +45,7 @@ enum class LineId {
     LineRelay,
 };
 
-// The id of an array's member.
+// Returns the id of the array's member `index`.
 template <typename Id>
 constexpr Id Member(Id array, int index) {
     return static_cast<Id>(static_cast<int>(array) + index);
@@ -57,12 +57,12 @@ enum class Outline { Rectangle, Circle };
 
 struct Name {
     std::string_view text;
-    int index = -1; // in its array; -1: not in one
+    int index = -1; // in its array; -1: not in an array
 
     bool operator==(const Name &) const = default;
 };
 
-// As it is written: "TextParam(3)".
+// Returns the name as text: "TextParam(3)".
 inline QString ToString(const Name &name) {
     const QString text = QString::fromLatin1(name.text.data(), static_cast<qsizetype>(name.text.size()));
     return name.index < 0 ? text : QStringLiteral("%1(%2)").arg(text).arg(name.index);
@@ -83,7 +83,7 @@ struct Line {
     bool operator==(const Line &) const = default;
 };
 
-// A filled outline that stays as it is.
+// A filled outline that never changes.
 struct Shape {
     Name name;
     ControlId parent = {};
@@ -95,10 +95,10 @@ struct Shape {
     Colour fill = {};
 };
 
-// A frame, label, text box or relay marker: a widget takes its place, its looks and its texts from here.
+// A frame, label, text box or relay marker. Its widget takes its place, appearance and texts from here.
 struct Control {
     Name name;
-    std::optional<ControlId> parent; // nothing: the page itself
+    std::optional<ControlId> parent; // none: the page itself
     float left = 0;
     float top = 0;
     float width = 0;
@@ -106,7 +106,7 @@ struct Control {
     bool visible = true;
     bool enabled = true;
     bool border = false;
-    bool held = false; // by the user's hand: nothing else moves it
+    bool held = false; // by the user: nothing else moves it
     QString caption = {};
     QString toolTip = {};
 

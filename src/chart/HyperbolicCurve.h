@@ -5,11 +5,12 @@
 
 #include <array>
 
-// The output over a roll, from the empty core to the full roll: it falls as core / diameter.
+// The output voltage from the empty core to the full roll: it falls as core / diameter.
 namespace HyperbolicCurve {
 
-// The curve from the start of `coreRail` towards `rollRail`, with a flat tail to the chart's left edge. Its
-// voltage isn't scaled. Fault (division by zero) for a roll without a diameter.
+// Returns the curve from the start of `coreRail` towards `rollRail`, with a flat tail to the chart's left
+// edge. The curve isn't scaled to the voltages. Throws a Fault (division by zero) for a roll without a
+// diameter.
 std::array<Drawing::Point, 100> Points(const ClassZentrova &zentrova, const Drawing::Line &coreRail,
                                        const Drawing::Line &rollRail);
 

@@ -6,7 +6,7 @@ namespace {
 
 constexpr std::int16_t lastStep = 15;
 constexpr float growth = 15;     // twips at each end, each tick
-constexpr float halfLength = 60; // of a new pulse
+constexpr float halfLength = 60; // length of a new pulse on either side of the centre
 
 } // namespace
 

@@ -4,10 +4,10 @@
 
 #include <cstdint>
 
-// The sound pulse between transducer and target: 16 ticks out, 16 back, growing on its way.
+// The sound pulse between transducer and target: 16 ticks out and 16 back. It grows on the way.
 class Pulse {
 public:
-    // One tick: moves ZentrovaLine, and shows or hides it and FrameTarget by whether an echo is received.
+    // Advances by one tick: moves ZentrovaLine, and shows or hides it and FrameTarget by `echo`.
     void Advance(BasicDrawing &drawing, bool echo);
 
 private:

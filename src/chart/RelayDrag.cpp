@@ -14,7 +14,7 @@ using enum Drawing::LineId;
 
 namespace {
 
-// The limits and the format of the first threshold stand for all four.
+// The limits and the format of the first threshold apply to all four.
 constexpr std::int16_t model = ParamDefines::Relay1OnThreshold;
 
 std::int16_t ThresholdOf(int marker) {
@@ -60,7 +60,7 @@ void RelayDrag::Abandon(int marker) {
     Grip &grip = GripOf(marker);
     const unsigned moves = grip.moves;
     grip = {};
-    grip.moves = moves + 1; // for a write that waits
+    grip.moves = moves + 1; // marks a write that still waits as outdated
     MarkHeld(marker);
     drawing_.At(PicRelay, marker).left = PlaceOf(zentrova_.ParamValue(ThresholdOf(marker)));
     HideLabelIfIdle();
@@ -81,7 +81,7 @@ bool RelayDrag::StepValue(int marker, std::int32_t raw) {
     return true;
 }
 
-// A marker is held until its value is in the table: a refresh during the write's wait mustn't take it back.
+// Holds the marker until its value is in the table, so that a refresh during the write doesn't move it back.
 void RelayDrag::LetGo(int marker) {
     Grip &grip = GripOf(marker);
     if (grip.moved) {
@@ -134,7 +134,7 @@ bool RelayDrag::DragTo(int marker, float left) {
     return MoveTo(marker, left);
 }
 
-// A place beyond the limits is no place: the marker stays where it is.
+// Leaves the marker where it is if the new place is beyond the limits.
 bool RelayDrag::MoveTo(int marker, float left) {
     const std::int32_t newLeft = ToInt32(left);
     const float rightLimit = drawing_.At(FrameGraph).width - drawing_.At(PicRelay, marker).width;
@@ -155,7 +155,7 @@ void RelayDrag::Put(int marker, float left, std::optional<std::int32_t> exact) {
     ShowLabel(marker);
 }
 
-// The threshold itself, not what its place in whole twips would make of it.
+// Restores the threshold itself: converting its place in whole twips back to a value could change it.
 void RelayDrag::PutHome(int marker) {
     Grip &grip = GripOf(marker);
     grip.moved = false;
@@ -180,7 +180,7 @@ std::int32_t RelayDrag::LeftLimit() const {
                                    zentrova_.ParamValue(ParamDefines::NearDistance), plateau.x1, plateau.x2));
 }
 
-// The distance under a marker: the inverse of how markers are placed.
+// Returns the distance at a marker's place: the inverse of PlaceOf.
 std::int32_t RelayDrag::ValueAt(float left) const {
     const Drawing::Line &slope = drawing_.At(LineLinearSlope);
     const Drawing::Line &plateau = drawing_.At(Line10V);

@@ -7,29 +7,30 @@
 #include <cstdint>
 #include <optional>
 
-// Sets the relays' thresholds by dragging their markers over the chart. While a marker is dragged a label
-// follows it with the value that it stands at; the value is written when it is let go. A marker that stands
-// where it was pressed writes nothing. Markers have the numbers of PicRelay.
+// Sets the relays' thresholds by dragging their markers over the chart. During a drag a label follows the
+// marker and shows the value at its place. The release writes that value, unless the marker is back where it
+// was pressed. Markers are numbered as PicRelay.
 class RelayDrag {
 public:
-    // Both must outlive this.
+    // REQUIRES: both outlive this.
     RelayDrag(ClassZentrova &zentrova, BasicDrawing &drawing) : zentrova_(zentrova), drawing_(drawing) {}
 
-    // `x` is the pointer's place, in twips from the marker's left edge. The marker keeps that offset from the
-    // pointer while it is dragged.
+    // Starts a drag. `x` is the pointer's place in twips from the marker's left edge; the marker keeps that
+    // offset from the pointer during the drag.
     void MouseDown(int marker, bool leftButton, float x);
 
-    // Any movement over the marker counts, pressed or not.
+    // Updates the marker's tool tip and continues a drag. Call it for each movement over the marker, pressed
+    // or not.
     void MouseMove(int marker, bool leftButtonAlone, float x);
 
-    // The write may turn the event loop.
+    // Writes the threshold, which may turn the event loop.
     void MouseUp(int marker, bool leftButton);
 
-    // Ends a drag whose MouseUp won't come: the marker goes back to its threshold.
+    // Ends a drag whose MouseUp won't come and moves the marker back to its threshold.
     void Abandon(int marker);
 
-    // The same by the keyboard: a step of so many twips, or to the next raw value, and letting go. False: it
-    // would have passed a limit.
+    // The same by keyboard: Step moves by `twips`, StepValue by `raw` units of the value, and LetGo writes.
+    // Step and StepValue return false, without moving the marker, if it would pass a limit.
     bool Step(int marker, float twips);
     bool StepValue(int marker, std::int32_t raw);
     void LetGo(int marker);
@@ -38,10 +39,10 @@ private:
     struct Grip {
         bool pressed = false;
         float pressedAt = 0;
-        std::optional<float> home;         // where it was pressed; nothing if it was on its way already
-        bool moved = false;                // and not written yet
-        std::optional<std::int32_t> exact; // the value moved to, where its place alone doesn't tell it
-        unsigned moves = 0;                // tells a write that has waited whether it is still the last one
+        std::optional<float> home;         // where it was pressed; none if it had been moved already
+        bool moved = false;                // but not written yet
+        std::optional<std::int32_t> exact; // the value moved to, if its place alone is too coarse
+        unsigned moves = 0;                // lets a write that has waited detect a later move
     };
 
     Grip &GripOf(int marker);

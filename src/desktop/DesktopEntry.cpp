@@ -2,7 +2,7 @@
 
 namespace {
 
-// An argument of a command line as the entry's reader takes it apart.
+// Quotes an argument of a command line as readers of the entry parse it.
 QString QuotedArgument(const QString &argument) {
     QString quoted;
     for (const QChar c : argument) {
@@ -16,7 +16,7 @@ QString QuotedArgument(const QString &argument) {
     return u'"' + quoted + u'"';
 }
 
-// The value of a line, so that it stays on it.
+// Escapes a value, so that it stays on one line.
 QString EscapedValue(const QString &value) {
     QString escaped = value;
     escaped.replace(u'\\', QStringLiteral("\\\\"));
@@ -47,7 +47,7 @@ QByteArray DesktopEntry::Text(const Program &program) {
 }
 
 QString DesktopEntry::Exec(const QString &application) {
-    // Some desktops look whether the program is there before they make one percent sign of two.
+    // Some desktops check that the program exists before they replace two percent signs by one.
     const QString starter = application.contains(u'%') ? QStringLiteral("env ") : QString();
     return starter + QuotedArgument(application) + QStringLiteral(" %f");
 }

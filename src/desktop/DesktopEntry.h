@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-// The desktop's entry of the program: its name, its icon, and how it opens which files.
+// The program's desktop entry: its name, its icon, and how it opens its files.
 namespace DesktopEntry {
 
 struct Program {
@@ -15,7 +15,7 @@ struct Program {
 
 QByteArray Text(const Program &program);
 
-// The Exec line's value that starts the application with one file.
+// Returns the value of the Exec line, which starts the application with one file.
 QString Exec(const QString &application);
 
 } // namespace DesktopEntry

@@ -31,18 +31,18 @@ bool Write(const QString &path, const QByteArray &content) {
 
 bool WriteIcons(const QByteArray &icon) {
     const QString theme = InDataFolder(QStringLiteral("icons/hicolor/"));
-    // The icon of a type bears the type's name.
+    // The icon of a MIME type has the type's name.
     const QString ofType = SettingsFileType::MimeType().replace(u'/', u'-');
     if (!Write(theme + QStringLiteral("scalable/apps/") + IconName() + QStringLiteral(".svg"), icon) ||
         !Write(theme + QStringLiteral("scalable/mimetypes/") + ofType + QStringLiteral(".svg"), icon)) {
         return false;
     }
-    // Caches of the theme are as old as its folder, whose time this changes.
+    // Changes the time of the theme's folder, so that caches of the theme count as outdated.
     QTemporaryFile(theme + QStringLiteral("XXXXXX")).open();
     return true;
 }
 
-// Without a word to the program's own terminal, whatever becomes of it.
+// Starts a tool without output to the program's own terminal, and ignores failures.
 void RunTool(const QString &name, const QString &folder) {
     const QString tool = QStandardPaths::findExecutable(name);
     if (tool.isEmpty()) {

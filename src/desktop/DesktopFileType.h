@@ -4,23 +4,23 @@
 #include <QString>
 
 // Publishes a file type, and the program that opens its files, on a desktop that follows the freedesktop
-// conventions. All of it is the user's own and lies below XDG_DATA_HOME.
+// conventions. All files are the user's own, below XDG_DATA_HOME.
 namespace DesktopFileType {
 
 struct Binding {
-    QString extension; // with its point
+    QString extension; // with its dot
     QString className;
     QString description;
     QString application;
 };
 
-// True when the program's desktop entry is there: the user's own, which is the last that Publish writes, or
-// that of an installed package. What a package brings goes with it; what was written into a user's folders
-// would stay.
+// Returns true if the program's desktop entry exists: the user's own, which Publish writes last, or that of
+// an installed package. Removing a package removes its files; files in a user's folders would stay.
 bool IsPublished();
 
-// Writes the MIME type, the icon (an SVG; none when empty) and the desktop entry, and has the desktop's
-// tools take note of them, without waiting for it. What fails is left undone.
+// Writes the icon (an SVG; none if empty), the MIME type and the desktop entry, then starts the desktop's
+// tools that update its databases, without waiting for them. Stops at a file that can't be written, without
+// reporting it.
 void Publish(const Binding &binding, const QByteArray &icon);
 
 } // namespace DesktopFileType

@@ -34,7 +34,7 @@ void FileAssociation::CreateAssociation(KeyStore &store, const QString &extensio
     }
     CreateKey(store, extensionKey, RootKey::ClassesRoot);
     SetKeyValue(store, extensionKey, QString(), className, ValueType::Sz);
-    CreateKey(store, CommandKey(className), RootKey::ClassesRoot); // and with it the class's own
+    CreateKey(store, CommandKey(className), RootKey::ClassesRoot); // creates the class's own key, too
     SetKeyValue(store, className, QString(), description, ValueType::Sz);
     SetKeyValue(store, CommandKey(className), QString(), Command(application), ValueType::Sz);
 }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr StoreStatus writeFault = 29; // ERROR_WRITE_FAULT
 
-// A file name that leads nowhere else, whatever the name holds, and has no point.
+// Returns a file name without separators and dots for any name, so that it can't lead to another folder.
 QString Encoded(const QString &name) {
     return QString::fromLatin1(name.toCaseFolded().toUtf8().toPercentEncoding({}, ".~"));
 }
@@ -89,7 +89,7 @@ std::optional<QByteArray> FileKeyStore::Read(RootKey root, const QString &keyPat
     if (folder.isEmpty() || !file.open(QIODevice::ReadOnly)) {
         return std::nullopt;
     }
-    constexpr qint64 bound = 65536; // no value of ours comes near it
+    constexpr qint64 bound = 65536; // far more than any value of the program
     const QByteArray content = file.read(bound);
     const QByteArray head = Head(type);
     if (!content.startsWith(head)) {

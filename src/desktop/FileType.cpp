@@ -43,7 +43,7 @@ std::optional<QString> TextOf(const FileKeyStore &store, const QString &keyPath)
     return QString::fromLocal8Bit(*bytes);
 }
 
-// The part of the command between the first quote and the file's place.
+// Returns the application in the command; none if the command has another form than FileAssociation::Command.
 std::optional<QString> ApplicationOf(const std::optional<QString> &command) {
     const QString around = FileAssociation::Command(QString());
     const QString tail = around.mid(1);
@@ -54,7 +54,7 @@ std::optional<QString> ApplicationOf(const std::optional<QString> &command) {
     return command->mid(1, command->size() - around.size());
 }
 
-// Reads the settings files' association from the keys. Nothing where it is incomplete or binds another
+// Reads the settings files' association from the keys. Returns none if it is incomplete or binds another
 // program's class.
 std::optional<DesktopFileType::Binding> BindingIn(const FileKeyStore &store) {
     const QString extension = SettingsFileType::Extension();
@@ -73,8 +73,8 @@ std::optional<DesktopFileType::Binding> BindingIn(const FileKeyStore &store) {
                                     .application = *application};
 }
 
-// Makes the keys if there are none. All of them or none: what a full disk leaves of them would pass for a
-// binding at the next start.
+// Creates the keys if there are none: all of them or none, because the next start would mistake a part, as a
+// full disk leaves it, for a binding.
 void CreateKeys(FileKeyStore &store, const QString &application) {
     if (FileAssociation::KeyExists(store, SettingsFileType::Extension())) {
         return;
@@ -103,7 +103,7 @@ void FileType::Register(const QString &application, const QString &iconFile) {
     }
     FileKeyStore store(FileKeyStore::UsersFolder());
     CreateKeys(store, application);
-    // An earlier start may have made the keys and failed to publish them; what counts is what they say.
+    // Publishes the binding in the keys: an earlier start may have created them and failed to publish them.
     if (const auto binding = BindingIn(store)) {
         DesktopFileType::Publish(*binding, ContentOf(iconFile));
     }

@@ -13,10 +13,10 @@ enum class RootKey : std::uint32_t {
 };
 enum class ValueType : std::uint32_t { Sz = 1, Dword = 4 };
 
-// 0 when the store was made, otherwise an error of the system.
+// 0 if the value was stored, otherwise an error code of the system.
 using StoreStatus = std::int32_t;
 
-// A key that is open with all access, until it is destroyed.
+// A key, open with all access until this is destroyed.
 class OpenKey {
 public:
     virtual ~OpenKey() = default;
@@ -25,15 +25,15 @@ public:
     virtual StoreStatus Store(const QString &valueName, ValueType type, const QByteArray &bytes) = 0;
 };
 
-// Where the system keeps the bindings of its file types: a tree of keys with values. A key path is names
-// parted by backslashes.
+// The system's store for the bindings of file types: a tree of keys with values. A key path is a sequence of
+// names separated by backslashes.
 class KeyStore {
 public:
     virtual ~KeyStore() = default;
 
-    // Nothing when the key isn't there or can't be had with all access.
+    // Returns null if the key doesn't exist or can't be opened with all access.
     virtual std::unique_ptr<OpenKey> Open(RootKey root, const QString &keyPath) = 0;
 
-    // Makes the key, with those above it, if it isn't there.
+    // Creates the key, and those above it, if it doesn't exist.
     virtual void Create(RootKey root, const QString &keyPath) = 0;
 };

@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int applicationIdOffset = 68;
-constexpr int magicPriority = 60; // above the 50 that a database has as such
+constexpr int magicPriority = 60; // above 50, that of SQLite databases in general
 
 void WriteMatch(QXmlStreamWriter &xml, const QString &type, int offset, const QString &value) {
     xml.writeStartElement(QStringLiteral("match"));
@@ -22,7 +22,7 @@ void WriteMagic(QXmlStreamWriter &xml) {
     xml.writeStartElement(QStringLiteral("magic"));
     xml.writeAttribute(QStringLiteral("priority"), QString::number(magicPriority));
     WriteMatch(xml, QStringLiteral("string"), 0, QStringLiteral("SQLite format 3\\0"));
-    // Inside the other: both must be there.
+    // Nested in the other match: a file must have both.
     WriteMatch(xml, QStringLiteral("big32"), applicationIdOffset,
                QStringLiteral("0x%1").arg(SettingsFileType::ApplicationId, 8, 16, QLatin1Char('0')));
     xml.writeEndElement();
@@ -36,14 +36,14 @@ void WriteWithAttribute(QXmlStreamWriter &xml, const QString &element, const QSt
     xml.writeAttribute(attribute, value);
 }
 
-// One line is "weight:type:pattern", with flags behind another colon.
+// A line is "weight:type:pattern", with flags after another colon.
 bool Binds(const QByteArray &line, const QByteArray &pattern, const QByteArray &exceptedType) {
     const QList<QByteArray> fields = line.trimmed().split(':');
     return fields.size() >= 3 && !line.startsWith('#') && fields[2].toLower() == pattern &&
            fields[1] != exceptedType;
 }
 
-// This runs at the start of the program, so only the lines that hold the pattern are taken apart.
+// Parses only the lines that contain the pattern, because this runs at the start of the program.
 bool Binds(const QString &dataFolder, const QByteArray &pattern, const QByteArray &exceptedType) {
     QFile file(dataFolder + QStringLiteral("/mime/globs2"));
     if (!file.open(QIODevice::ReadOnly)) {

@@ -4,8 +4,8 @@
 
 std::optional<RegistryValue> SystemRegistryReader::Query(RootKey root, const QString &keyName,
                                                          const QString &valueName) {
-    constexpr REGSAM access = 131135; // all but the deletion and the owner of the key
-    // The system's own constants are these numbers with their sign.
+    constexpr REGSAM access = 131135; // all but deleting the key and changing its owner or its permissions
+    // The system's own constants are these numbers, sign-extended.
     const auto rootKey = reinterpret_cast<HKEY>(static_cast<LONG_PTR>(static_cast<LONG>(root)));
     HKEY key = nullptr;
     if (RegOpenKeyExA(rootKey, keyName.toLocal8Bit().constData(), 0, access, &key) != ERROR_SUCCESS) {

@@ -7,9 +7,9 @@
 #include <cstdint>
 #include <optional>
 
-// A value of the registry as it lies there.
+// A value as it is stored in the registry.
 struct RegistryValue {
-    std::uint32_t type = 0; // of ValueType, or another one
+    std::uint32_t type = 0; // a ValueType or another type
     QByteArray bytes;
 };
 
@@ -18,7 +18,7 @@ class RegistryReader {
 public:
     virtual ~RegistryReader() = default;
 
-    // Nothing when the key can't be opened, or has no such value of at most 1024 bytes.
+    // Returns none if the key can't be opened or has no such value of at most 1024 bytes.
     virtual std::optional<RegistryValue> Query(RootKey root, const QString &keyName,
                                                const QString &valueName) = 0;
 };

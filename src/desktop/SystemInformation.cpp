@@ -18,7 +18,7 @@ struct Tool {
     QStringList arguments;
 };
 
-// Those that tell most first.
+// Ordered by how much they show, most first.
 const std::vector<Tool> &KnownTools() {
     static const std::vector<Tool> tools = {
         {"hardinfo2", {}},   {"hardinfo", {}},
@@ -33,7 +33,7 @@ void TellUnavailable(UserDialogs &dialogs) {
                             {.icon = BoxIcon::None, .buttons = BoxButtons::Ok}, ApplicationTitle());
 }
 
-// The program that the registry names; empty if there is none.
+// Returns the program that the registry names; empty if there is none.
 QString ToolOfRegistry(RegistryReader &registry) {
     QString path;
     if (GetKeyValue(registry, RootKey::LocalMachine,
@@ -71,7 +71,7 @@ bool GetKeyValue(RegistryReader &registry, RootKey KeyRoot, const QString &KeyNa
     if (value->type == static_cast<std::uint32_t>(ValueType::Sz)) {
         KeyVal = QString::fromLocal8Bit(bytes);
     } else if (value->type == static_cast<std::uint32_t>(ValueType::Dword)) {
-        // Least significant byte first; zeros in front of the number don't matter.
+        // The bytes are little-endian; leading zeros don't change the number.
         std::reverse(bytes.begin(), bytes.end());
         KeyVal = QString::number(static_cast<std::int32_t>(bytes.toHex().toUInt(nullptr, 16)));
     }
@@ -85,7 +85,7 @@ void StartSysInfo(RegistryReader &registry, const Starter &start, UserDialogs &d
             return;
         }
     } catch (const Fault &) {
-        // told below, as whatever else goes wrong
+        // reported below, like any other failure
     }
     TellUnavailable(dialogs);
 }

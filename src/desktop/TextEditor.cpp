@@ -8,7 +8,8 @@
 
 namespace {
 
-// The desktop's own opener may not know what to do with a name that it has never heard of; an editor does.
+// Tries the desktop's own opener last, because it may know no program for a name of an unknown type. An
+// editor opens any file.
 constexpr std::array editors = {"gnome-text-editor", "gedit",   "kwrite", "kate",
                                 "mousepad",          "xed",     "pluma",  "featherpad",
                                 "leafpad",           "l3afpad", "geany",  "xdg-open"};

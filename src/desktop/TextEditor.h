@@ -4,9 +4,8 @@
 
 namespace TextEditor {
 
-// Shows a file in a text editor of its own process, without waiting for it: in `command` where that program
-// is there, else in what the desktop opens a text with. No shell is involved. False when nothing could be
-// started.
+// Shows a file in a text editor in a separate process, without waiting for it: in `command` if that program
+// exists, otherwise in an editor of the desktop. Uses no shell. Returns false if nothing could be started.
 bool Show(const QString &command, const QString &fileName);
 
 } // namespace TextEditor

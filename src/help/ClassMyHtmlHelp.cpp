@@ -29,11 +29,11 @@ void ClassMyHtmlHelp::HHClose() {
     try {
         engine_.HtmlHelp(0, QString(), HelpCommand::CloseAll, 0);
     } catch (const Fault &) {
-        return; // nothing is left to be done about it
+        return; // ignored: nothing can be done about it
     }
 }
 
-// It warns and no more: the engine is the judge of what it can open.
+// Only warns: the engine decides which files it can open.
 void ClassMyHtmlHelp::CheckFile() {
     if (!chmFile_.endsWith(QStringLiteral("chm"))) {
         dialogs_.OwnedMessageBox(chmFile_ + QStringLiteral(" is not a valid HTML Help file."),

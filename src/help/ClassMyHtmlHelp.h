@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <functional>
 
-// The program's help, over the engine that shows it. `CallingForm` is the window of the form that asks.
+// The program's help, shown by a HelpEngine. `CallingForm` is the window of the form that requests it.
 class ClassMyHtmlHelp {
 public:
     ClassMyHtmlHelp(HelpEngine &engine, UserDialogs &dialogs) : engine_(engine), dialogs_(dialogs) {}
@@ -17,19 +17,19 @@ public:
     const QString &CHMFile() const { return chmFile_; }
     void CHMFile(const QString &name) { chmFile_ = name; }
 
-    // Shows the topic of that number: in the help's window, or in a small one over the form.
+    // Show the topic `IdTopic`: in the help window, or in a small window over the form.
     void HHDisplayTopicID(WindowHandle CallingForm, std::int32_t IdTopic);
     void HHDisplayPopUp(WindowHandle CallingForm, std::int32_t IdTopic);
 
-    // What shows the topic of that number for a window, as a form keeps it. This must outlive it.
+    // Returns a function that shows the topic `IdTopic` for a window. REQUIRES: this outlives the function.
     std::function<void(WindowHandle)> Topic(std::int32_t IdTopic);
 
-    // Shows the topic of that address within the help. A file that isn't a help file by its name is told of,
-    // and asked for all the same; so with the contents.
+    // Show the topic at an address within the help, or the contents. Warn the user if the file isn't a help
+    // file by its name, and request it from the engine in any case.
     void HHDisplayTopicURL(WindowHandle CallingForm, const QVariant &HHTopicURL);
     void HHDisplayContents(WindowHandle CallingForm);
 
-    // Closes whatever help is open. Whether that works isn't looked at.
+    // Closes all open help and ignores failures.
     void HHClose();
 
 private:

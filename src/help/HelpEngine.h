@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <variant>
 
-// A window of the system; 0 is none.
+// A native window handle; 0: none.
 using WindowHandle = std::uintptr_t;
 
 // The commands of the platform's HTML Help, by its numbers.
@@ -19,13 +19,13 @@ enum class HelpCommand : std::uint32_t {
 // The argument of a command: a topic's number, or a text.
 using HelpData = std::variant<std::int32_t, QString>;
 
-// Shows the help. Has one entry point, that of the platform's HTML Help.
+// Shows the help through one entry point, that of the platform's HTML Help.
 class HelpEngine {
 public:
     virtual ~HelpEngine() = default;
 
-    // `file` is the full name of the compiled help file. A help that is missing or damaged is the engine's to
-    // tell of.
+    // `file` is the full name of the compiled help file. The engine itself reports a missing or damaged help
+    // to the user.
     virtual void HtmlHelp(WindowHandle caller, const QString &file, HelpCommand command,
                           const HelpData &data) = 0;
 };

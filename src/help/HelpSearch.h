@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <vector>
 
-// The search of the help's window: full text, in either case of letters.
+// Full-text search of the help window, case-insensitive.
 namespace HelpSearch {
 
 struct Page {
@@ -12,11 +12,11 @@ struct Page {
     QString text;
 };
 
-// The words that are searched for.
+// Returns the words of a query.
 QStringList Words(const QString &query);
 
-// The places of the pages that hold all words of the query, also as the start or middle of longer ones; those
-// with a word in their title first, then those that hold the words oftenest. None for an empty query.
+// Returns the indices of the pages that contain all words of the query, also as parts of longer words: pages
+// with a word in their title first, then those with the most occurrences. Returns none for an empty query.
 std::vector<std::size_t> Find(const std::vector<Page> &pages, const QString &query);
 
 } // namespace HelpSearch

@@ -35,7 +35,7 @@ QStringList Trimmed(const QString &text, QChar separator) {
 } // namespace
 
 QString HelpTopics::FolderBeside(const QString &chmFile) {
-    // The name may be Windows's, which elsewhere has no folder that Qt could see.
+    // Replaces backslashes, because Qt finds the folder of a Windows name only on Windows.
     QString path = chmFile;
     return QFileInfo(path.replace(u'\\', u'/')).path() + QStringLiteral("/help");
 }

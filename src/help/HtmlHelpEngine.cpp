@@ -6,7 +6,7 @@ namespace {
 
 using HtmlHelpFunction = HWND(WINAPI *)(HWND, LPCSTR, UINT, DWORD_PTR);
 
-// Loaded once and kept: its windows outlive the call.
+// Loads the library once and keeps it loaded, because its windows outlive the call.
 HtmlHelpFunction Function() {
     static const auto function = [] {
         const HMODULE library = LoadLibraryA("hhctrl.ocx");

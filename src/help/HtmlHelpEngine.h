@@ -5,7 +5,7 @@
 // The HTML Help of Windows.
 class HtmlHelpEngine : public HelpEngine {
 public:
-    // Whether this system has it.
+    // Returns true if this system has HTML Help.
     static bool IsThere();
 
     void HtmlHelp(WindowHandle caller, const QString &file, HelpCommand command,

@@ -36,8 +36,7 @@ std::optional<Results> Calculate(const QString &sumOfRanges, const QString &sumO
         return std::nullopt;
     }
     const std::int32_t high = ToInt32(total) / countsPerHighWord;
-    // Both words round the total by themselves: just below a full high word the low one can come out
-    // negative.
+    // The two words are rounded separately: just below a full high word the low word can be negative.
     const double low = total - static_cast<double>(high) * countsPerHighWord;
     return Results{.actualDelay = FormatDecimals(total / countsPerMillisecond, decimalsOfMilliseconds) +
                                   QStringLiteral(" ms"),

@@ -16,7 +16,7 @@ constexpr std::int32_t rangeMargin = 500;
 constexpr std::int32_t fullScale = 1000;
 constexpr std::int64_t torqueFactor = 1000;
 
-// The settings that both uses at a roll share.
+// Returns the settings that both routes for a roll share.
 Settings AtRoll(const ClassZentrova &zentrova, const Roll &roll) {
     Settings settings;
     settings.farDistance = Global::FormattedToRaw(zentrova, roll.distanceToCore, ParamDefines::FarDistance);
@@ -24,7 +24,7 @@ Settings AtRoll(const ClassZentrova &zentrova, const Roll &roll) {
     return settings;
 }
 
-// A value that no register holds would stop the writes half-way.
+// Throws a Fault for a value that doesn't fit a register, because it would stop the writes half-way.
 const Settings &RequireRegisters(const Settings &settings) {
     for (const std::int32_t value :
          {settings.farDistance, settings.nearDistance, settings.farVoltage, settings.nearVoltage}) {
@@ -111,7 +111,7 @@ bool LeavesRoom(const QString &distanceToMax) {
     return ToNumber(distanceToMax) >= leastDistanceToMax;
 }
 
-// In whole numbers: a quotient in binary could miss an exact half.
+// Calculates in integers: a binary quotient could miss an exact half.
 std::int32_t TorqueVoltage(std::int32_t coreDiameter, std::int32_t maxDiameter) {
     if (maxDiameter <= 0) {
         throw Fault::DivisionByZero(QStringLiteral("a roll without a diameter"));

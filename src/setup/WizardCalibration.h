@@ -6,11 +6,11 @@
 #include <cstdint>
 #include <optional>
 
-// The arithmetic of the setup wizard: how what was recorded and typed becomes the sensor's settings.
+// Arithmetic of the setup wizard: calculates the sensor's settings from the recorded and typed values.
 namespace WizardCalibration {
 
-// The recorded and typed values as the wizard shows them: numbers in a volt's or an inch's two decimals; a
-// recorded one is the raw value.
+// The recorded and typed values as the wizard shows them: volts or inches with two decimals; `farRaw` and
+// `nearRaw` are recorded raw values.
 struct Ends {
     QString farRaw;
     QString nearRaw;
@@ -24,7 +24,7 @@ struct Roll {
     QString distanceToMax;
 };
 
-// The values to send to the sensor, raw.
+// The raw values to send to the sensor.
 struct Settings {
     struct Diameters {
         std::int32_t core = 0;
@@ -39,25 +39,28 @@ struct Settings {
     std::int32_t nearVoltage = 0;
 };
 
-// The settings of each route. Nothing is written yet. Fault (conversion, overflow) for a text that is no
-// number, or a value that no register can hold.
+// Return the settings of each route, without writing them. Throw a Fault (conversion, overflow) for a text
+// that isn't a number or a value that doesn't fit a register.
 Settings ForDistance(const ClassZentrova &zentrova, const Ends &ends);
 Settings ForTorque(const ClassZentrova &zentrova, const Roll &roll);
 Settings ForVelocity(const ClassZentrova &zentrova, const Roll &roll);
 
-// Writes them in the order in which the sensor is to get them, then its ranges' limits around the distances
-// as the table holds them, and last the save command if wanted. Each write may turn the event loop.
+// Writes the settings in the order in which the sensor must receive them. After the distances, writes the
+// range limits around the distances in the table; last, if `save`, writes the save command. Each write may
+// turn the event loop.
 void Write(ClassZentrova &zentrova, const Settings &settings, bool save);
 
-// The distance to the full roll's surface, from the text of the distance to the empty core's, with two
-// decimals. Fault (conversion) for a text that is no number.
+// Returns the distance to the full roll's surface, with two decimals, from the distance to the empty core's
+// surface and the diameters. Throws a Fault (conversion) for a text that isn't a number.
 QString DistanceToMax(const QString &distanceToCore, const QString &coreDiameter, const QString &maxDiameter);
 
-// The full roll leaves the sensor room enough. What is shown decides: 5.996 shows as "6.00" and passes.
+// Returns true if the full roll leaves the sensor enough room. Decides by the displayed text: 5.996 is
+// displayed as "6.00" and passes.
 bool LeavesRoom(const QString &distanceToMax);
 
-// The voltage at the core, in hundredths, where the full roll's is full scale: in proportion to the diameter,
-// a half going to the even neighbour. Diameters in hundredths. Fault (division by zero).
+// Returns the voltage at the core, in hundredths, if the full roll gives full scale: proportional to the
+// diameter, with halves rounded to even. Diameters are in hundredths. Throws a Fault (division by zero) for a
+// roll without a diameter.
 std::int32_t TorqueVoltage(std::int32_t coreDiameter, std::int32_t maxDiameter);
 
 } // namespace WizardCalibration

@@ -112,7 +112,7 @@ void WizardSteps::Back(const Entries &entries) {
     case Diameters:
         SetStep(Mode);
         break;
-    case CoreDistance: // what was recorded depends on the diameters
+    case CoreDistance: // the recording depends on the diameters
         recorded_[AtCore] = Reading();
         roll_.distanceToCore = NoReading();
         roll_.distanceToMax = NoReading();
@@ -130,7 +130,7 @@ void WizardSteps::Back(const Entries &entries) {
 void WizardSteps::SetStep(Step step) {
     finishEnabled_ = false;
     if (step == Mode) {
-        // A narrow old range mustn't stop the readings that are wanted here.
+        // Resets the range, so that a narrow old one doesn't prevent the readings of the next steps.
         for (const std::int16_t tag : {ParamDefines::MinRange, ParamDefines::MaxRange}) {
             zentrova_.ParamValue(tag, zentrova_.ParamPreset(tag));
         }

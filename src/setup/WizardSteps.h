@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <optional>
 
-// The steps of the setup wizard, apart from what shows them: which follows which, what each demands before
-// it is left, what was recorded. Opening and closing the wizard is opening and closing one of these.
+// The steps of the setup wizard, without widgets: their order, the conditions for leaving each step, and the
+// recorded values. Each opened wizard creates its own instance.
 class WizardSteps {
 public:
     enum Step : std::int16_t {
@@ -41,7 +41,7 @@ public:
         bool save = true;
     };
 
-    // A distance: as it is shown, and its raw value as text, which is empty until there is one.
+    // A distance: its displayed text, and its raw value as text, which is empty until there is one.
     struct Reading {
         QString shown = NoReading();
         QString raw;
@@ -49,7 +49,7 @@ public:
 
     static QString NoReading() { return QStringLiteral("---.--"); }
 
-    // Remembers the range limits that Cancel puts back.
+    // Stores the range limits that Cancel restores.
     explicit WizardSteps(ClassZentrova &zentrova);
 
     Step CurrentStep() const { return currentStep_; }
@@ -57,27 +57,28 @@ public:
     bool NextEnabled() const { return currentStep_ != Finished; }
     bool BackEnabled() const { return currentStep_ != Introduction; }
 
-    // Once a second: takes the distance from the table.
+    // Reads the distance from the table. Called once a second.
     void TakeReading();
     const Reading &Latest() const { return latest_; }
 
-    // Takes the latest distance for a place. At the core the figures of the roll follow.
+    // Records the latest distance for a place. At the core, also updates the distances of the roll.
     void Record(Place place, const Entries &entries);
     const Reading &Recorded(Place place) const { return recorded_[static_cast<std::size_t>(place)]; }
     const WizardCalibration::Roll &Roll() const { return roll_; }
 
-    // Goes on, or says why not. Coming to the choice of the use opens the range limits, by writes that turn
-    // the event loop; the step changes after them.
+    // Goes to the next step, or returns the message why it can't. Before it enters Mode, writes the presets
+    // of the range limits; these writes turn the event loop.
     std::optional<QString> Next(const Entries &entries);
     void Back(const Entries &entries);
 
-    // Puts the range limits back; nothing else has been written before the end.
+    // Restores the range limits. Nothing else is written before Finish.
     void Cancel();
 
-    // The result of the steps. Fault (conversion, overflow) for a value that can't be written.
+    // Returns the result of the steps. Throws a Fault (conversion, overflow) for a value that can't be
+    // written.
     WizardCalibration::Settings Outcome(const Entries &entries) const;
 
-    // Writes it, by writes that turn the event loop.
+    // Writes `outcome`; the writes turn the event loop.
     void Finish(const WizardCalibration::Settings &outcome, const Entries &entries);
 
 private:

@@ -10,8 +10,8 @@
 
 namespace {
 
-// The silent intervals between two frames are of one or two milliseconds, and Linux lets a timer be late by
-// 50 microseconds unless told otherwise.
+// Reduces the lateness of timers: the silent intervals between two frames are one or two milliseconds long,
+// and Linux delays a timer by up to 50 microseconds by default.
 void AskForPunctualTimers() {
 #ifdef Q_OS_LINUX
     constexpr unsigned long slackNs = 1000;
@@ -36,7 +36,7 @@ bool Application::notify(QObject *receiver, QEvent *event) {
         if (!onFault_) {
             throw;
         }
-        // While the first fault is on screen, those that follow from it add nothing.
+        // Ignores the faults that follow from the first one while that is on screen.
         if (!handlingFault_) {
             handlingFault_ = true;
             onFault_(fault);

@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <functional>
 
-// The application object: every fault that an event's handler lets through ends here.
+// The application object: handles every fault that an event handler doesn't catch.
 class Application : public QApplication {
     Q_OBJECT
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-// Elsewhere than on Windows a backslash is part of a name.
+// On systems other than Windows a backslash is part of a name.
 QString LastComponent(const QString &path) {
     return QDir::separator() == u'\\' ? PathFunctions::FileNameOfPath(path) : path.section(u'/', -1);
 }
@@ -19,6 +19,6 @@ void UpdateCaption(QWidget &form, const QString &currentFileName) {
         return;
     }
     QString name = LastComponent(currentFileName);
-    name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")); // which stands for itself in a title
+    name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")); // the escaped form of "[*]" in a title
     form.setWindowTitle(name + QStringLiteral(" - ") + ApplicationTitle());
 }

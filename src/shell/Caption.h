@@ -2,6 +2,6 @@
 
 #include <QWidget>
 
-// Shows the name of the open settings file in the title of the main form. Without one the title stays as it
-// is.
+// Shows the name of the open settings file in the title of the main form. Without an open file, leaves the
+// title unchanged.
 void UpdateCaption(QWidget &form, const QString &currentFileName);

@@ -6,32 +6,32 @@
 #include <QStringList>
 #include <vector>
 
-// The command line. Windows hands it over as one text, which is split the program's own way; other systems
-// hand over a list, in which each argument is one whatever characters it has.
+// Parses the command line. Windows passes it as one text, which the program splits by its own rules; other
+// systems pass a list, in which each item is one argument, whatever characters it contains.
 namespace CommandLine {
 
 struct Options {
-    bool CheckoutEnabled = false; // the "Checkout" tab stays
+    bool CheckoutEnabled = false; // shows the "Checkout" tab
     bool ShowCommandLine = false;
     bool ClearRegistry = false;
-    QString CommandLineFile; // the settings file named, empty if none
+    QString CommandLineFile; // the name of the settings file; empty if none
 };
 
-// The arguments of a text: parted by blanks outside double quotes, quotes left on.
+// Splits a text at the blanks outside double quotes. The arguments keep their quotes.
 std::vector<QString> SplitArguments(const QString &text);
 
-// The position of the first blank outside double quotes, or -1.
+// Returns the position of the first blank outside double quotes, or -1.
 qsizetype FindArgumentEnd(const QString &text);
 
-// The argument without one leading and one trailing double quote, each independently.
+// Removes one leading and one trailing double quote, each independently of the other.
 QString StripQuotes(const QString &argument);
 
-// Arguments that came as a list, as a user would have typed them: in quotes where they hold a blank or a
-// quote, or nothing. StripQuotes gives back each of them as it came.
+// Returns the arguments of a list as a user would have typed them: in quotes if they contain a blank or a
+// quote, or are empty. StripQuotes restores each of them.
 std::vector<QString> AsTyped(const QStringList &arguments);
 
-// Reads the options, showing the usage and the list of arguments where they ask for it. `arguments` have
-// their quotes on, as SplitArguments and AsTyped leave them.
+// Parses the options, and shows the usage and the list of arguments if they request it. REQUIRES: `arguments`
+// have their quotes, as SplitArguments and AsTyped return them.
 Options Parse(const std::vector<QString> &arguments, UserDialogs &dialogs);
 
 } // namespace CommandLine

@@ -6,7 +6,7 @@
 namespace {
 
 FileQuestion QuestionOf(const QString &currentFileName) {
-    // Elsewhere than on Windows a name need have no point in it.
+    // Uses "*", because on systems other than Windows a name needs no dot.
     return {.filters = {{.caption = QStringLiteral("All Files (*.*)"), .patterns = {QStringLiteral("*")}},
                         {.caption = QStringLiteral("Zentrova Files (*.ZTV)"),
                          .patterns = {QStringLiteral("*.ztv"), QStringLiteral("*.ZTV")},
@@ -88,7 +88,7 @@ void FileCommands::Save(SaveAs which) {
     try {
         notSaved = surroundings_.saveFile(currentFileName_);
     } catch (const Fault &) {
-        // Deliberate: a save that asked for its name ends without a word; any other ends the program.
+        // Deliberate: a save that asked for its name fails silently; any other ends the program.
         if (!asks) {
             throw;
         }

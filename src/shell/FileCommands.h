@@ -7,7 +7,8 @@
 #include <cstdint>
 #include <functional>
 
-// The settings-file commands of menu and toolbar: asks their questions, in order, and shows their outcomes.
+// The settings-file commands of menu and toolbar: asks the user their questions, in order, and shows their
+// outcomes.
 class FileCommands {
 public:
     enum class SaveAs { CurrentName = 0, AskedName = 1 };
@@ -19,21 +20,21 @@ public:
         std::function<OpenOutcome(const QString &)> openFile;
         std::function<bool(const QString &)> saveFile; // true: not saved
         std::function<void()> updateCaption;
-        std::function<void()> showTable; // on the tabs
+        std::function<void()> showTable; // shows it on the tabs
     };
 
     explicit FileCommands(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
 
-    // The file that is open; empty if none.
+    // Returns the name of the open file; empty if none is open.
     const QString &CurrentFileName() const { return currentFileName_; }
 
     void Open();
 
-    // Asks about unsaved changes, if there are any, and saves them on Yes. False: Cancel.
+    // Asks about unsaved changes, if there are any, and saves them on Yes. Returns false on Cancel.
     bool LookAfterChanges(const QString &question);
 
-    // Without a current name it is asked for as well. A fault in saving goes on to the caller, unless the
-    // name was asked for: that ends the command quietly.
+    // Saves the file; asks for a name on SaveAs::AskedName or if there is no current one. A fault during
+    // saving reaches the caller, unless the name was asked for: then the command ends silently.
     void Save(SaveAs which);
 
 private:

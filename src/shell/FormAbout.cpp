@@ -26,7 +26,7 @@ constexpr int valueWidth = 80;
 constexpr int lineSpacing = 4;
 constexpr double titleScale = 2.0;
 
-// The state of the keyboard as a mouse event tells it: Ctrl alone.
+// The value of ShiftArgument for Ctrl alone.
 constexpr int ctrlAlone = 2;
 
 int ShiftArgument(Qt::KeyboardModifiers modifiers) {
@@ -67,7 +67,8 @@ FormAbout::FormAbout(const Contents &contents, Commands commands, ClassMyHtmlHel
     FormHelp::Offer(*this, help.Topic(HelpContextID));
 }
 
-// The button with the program's picture looks like an ornament, and on a plain click it is one.
+// Builds the button with the program's picture, which looks like an ornament and does nothing on a plain
+// click.
 void FormAbout::BuildHead(QVBoxLayout &column) {
     auto *toolbar = Controls::Named(new QToolBar, "Toolbar1");
     toolbar->setIconSize(QSize(iconSize, iconSize));
@@ -130,14 +131,15 @@ void FormAbout::BuildVersions(QVBoxLayout &column, const Contents &contents) {
         const QString caption = QString::fromLatin1(row.caption);
         captions.push_back(NewLabel(Controls::Member(row.name, 0), caption));
         QLabel *value = NewLabel(Controls::Member(row.name, 1), row.value);
-        value->setAccessibleDescription(caption.section(u'.', 0, 0)); // a name would hide the value
+        // An accessible name would hide the value.
+        value->setAccessibleDescription(caption.section(u'.', 0, 0));
         value->setMinimumWidth(valueWidth);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         grid->addWidget(captions.back(), line, 0);
         grid->addWidget(value, line, 1);
         ++line;
     }
-    // The dots of all end where the first end.
+    // The dots of all captions end where those of the narrowest one end.
     const auto narrowest =
         std::min_element(captions.begin(), captions.end(), [](const QLabel *one, const QLabel *other) {
             return one->sizeHint().width() < other->sizeHint().width();
@@ -200,7 +202,7 @@ bool FormAbout::eventFilter(QObject *watched, QEvent *event) {
     return QDialog::eventFilter(watched, event);
 }
 
-// From the event loop: a fault mustn't unwind through the delivery of a click.
+// Calls the command from the event loop, so that a fault doesn't unwind through the delivery of a click.
 void FormAbout::PressToolbar() {
     if (toolbar_->property("Tag").toInt() == ctrlAlone) {
         QMetaObject::invokeMethod(

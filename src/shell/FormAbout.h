@@ -10,15 +10,15 @@
 
 class QVBoxLayout;
 
-// The about box: what the program and the sensor are, and the ways from here to the maker and to the system's
-// own information.
+// The about box: shows the versions of the program and the sensor, and opens the maker's web pages and the
+// system's own information.
 class FormAbout : public QDialog {
     Q_OBJECT
 
 public:
     static constexpr std::int32_t HelpContextID = 1180;
 
-    // The contents to show.
+    // The displayed texts and picture.
     struct Contents {
         QString softwareVersion;
         QString firmwareVersion;
@@ -26,11 +26,11 @@ public:
         QString processorId;
         QString processorRevision;
         QString boardRevision;
-        QString makersAddress; // one item a line
+        QString makersAddress; // one item per line
         QPixmap makersLogo;
     };
 
-    // Where its controls lead.
+    // The actions of the controls.
     struct Commands {
         std::function<void()> showMakersPages;
         std::function<void()> showMasterAbout;

@@ -38,8 +38,8 @@ FormMain::FormMain(Surroundings surroundings)
     setWindowIcon(QIcon(QStringLiteral(":/icons/ztvlink.svg")));
     help_.CHMFile(QDir::toNativeSeparators(surroundings_.programFolder + QStringLiteral("/ZTV.chm")));
 
-    // The command line comes before any setting is read, so that the settings can be cleared first; the
-    // model exists before the link is set up.
+    // Parses the command line before it reads any setting, so that the settings can be cleared first. Creates
+    // the model before it sets up the link.
     options_ = CommandLine::Parse(surroundings_.arguments, surroundings_.dialogs);
     AskToClearSettings(CtrlKey() != 0 || options_.ClearRegistry);
     const CommSettings comm = ReadCommSettings(surroundings_.settings);
@@ -120,7 +120,7 @@ void FormMain::BuildFileCommands() {
         .showTable =
             [this] {
                 ConfigureBasicTab();
-                UpdateDisplay(); // whichever tab shows
+                UpdateDisplay(); // of any visible tab
             }});
 }
 
@@ -154,7 +154,7 @@ void FormMain::BuildPages() {
     wizardPage_ = new WizardPage(central);
     auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
     connect(checkout, &CheckoutPage::Finished, this, [this] {
-        if (CurrentTab() != Tab::Checkout) { // which was left before the output's mode was written
+        if (CurrentTab() != Tab::Checkout) { // the user left it before the output's mode was written
             ConfigureBasicTab();
         }
     });
@@ -227,8 +227,8 @@ void FormMain::ConnectPages() {
     });
 }
 
-// Writes the text or choice being edited as if the user left it. False: it was refused, and a command that
-// would lose it mustn't run.
+// Writes the text or choice being edited, as if the user left it. Returns false if it was rejected; then a
+// command that would lose it must not run.
 bool FormMain::LeaveEntry() {
     if (!text1_->Leave()) {
         return false;
@@ -237,7 +237,8 @@ bool FormMain::LeaveEntry() {
     return true;
 }
 
-// A text whose write waits for the one before it isn't in the table yet.
+// Runs `work` after the entry has been written: a text whose write waits for the previous one isn't in the
+// table yet.
 void FormMain::AfterEntry(const std::function<void()> &work) {
     if (text1_->IsChecking()) {
         connect(
@@ -370,8 +371,8 @@ void FormMain::LayOut() {
     }
 }
 
-// False: what is being typed was refused, or the window closes once it is written. Closed again meanwhile, it
-// still closes once.
+// Returns false if the text being typed was rejected, or if the window closes by itself once the text is
+// written. Further requests to close meanwhile have no effect.
 bool FormMain::MayCloseNow() {
     if (text1_->IsChecking()) {
         if (std::exchange(closesAfterEntry_, true)) {
@@ -393,13 +394,13 @@ void FormMain::closeEvent(QCloseEvent *event) {
         event->ignore();
         return;
     }
-    // Deliberate: the program closes after "Yes" also where the save failed.
+    // Deliberate: the program closes after "Yes" even if the save failed.
     if (!fileCommands_->LookAfterChanges(
             QStringLiteral("The currently open file has been changed. Do you want to save the changes?"))) {
         event->ignore();
         return;
     }
-    // The end of the session isn't held up by a box.
+    // Shows no box at the end of the session, which it would delay.
     if (!StoreSettings() && !qApp->isSavingSession()) {
         TellOfStore(QStringLiteral("The settings couldn't be stored in"));
     }

@@ -27,7 +27,7 @@ class BasicPage;
 class QTimer;
 class WizardPage;
 
-// The main form. It composes the program's parts, enables and routes; the work is done elsewhere.
+// The main form. It composes the program's parts, enables commands and routes them; the parts do the work.
 class FormMain : public QMainWindow {
     Q_OBJECT
     Q_PROPERTY(short HelpContextID READ HelpContext)
@@ -40,19 +40,19 @@ public:
         QString programFolder;
         std::vector<QString> arguments; // for CommandLine::Parse
         std::function<bool()> ctrlKeyIsDown;
-        std::function<void()> registerFileType = [] {};                           // once in each start
+        std::function<void()> registerFileType = [] {};                           // called once at each start
         std::function<bool(const QUrl &)> openUrl = [](auto &) { return false; }; // in the system's browser
-        // In a text editor, `command` if that is there.
+        // Shows a file in a text editor, in `command` if that exists.
         std::function<bool(const QString &command, const QString &fileName)> showInEditor =
             [](auto &, auto &) { return false; };
-        std::function<void()> startSysInfo = [] {}; // tells the user if it can't
+        std::function<void()> startSysInfo = [] {}; // shows the user if it fails
     };
 
-    // Runs the whole start-up but for showing the window. Fault when the presets can't be read.
+    // Runs the whole start-up except showing the window. Throws a Fault if the presets can't be read.
     explicit FormMain(Surroundings surroundings);
     ~FormMain() override;
 
-    // The one parameter table and the one link of the program.
+    // Return the only parameter table and the only link of the program.
     ClassZentrova &Zentrova() { return *zentrova_; }
     LinkSession &Link() { return *link_; }
     ClassMyHtmlHelp &hHelp() { return help_; }
@@ -71,27 +71,27 @@ public:
     void GoOffline() { link_->GoOffline(); }
     static QString MbaxpErrorDesc(std::int16_t code) { return ::MbaxpErrorDesc(code); }
 
-    // -1 (true) when the Ctrl key is down at this moment, else 0.
+    // Returns -1 (true) if the Ctrl key is down at this moment, otherwise 0.
     std::int16_t CtrlKey() const { return surroundings_.ctrlKeyIsDown() ? -1 : 0; }
 
-    // The settings file that is open; empty if none.
+    // Returns the name of the open settings file; empty if none is open.
     const QString &CurrentFileName() const { return fileCommands_->CurrentFileName(); }
 
-    // The tab that shows, and the help topic that belongs to what shows.
+    // Return the visible tab and the help topic for it.
     std::int16_t CurrentTab() const { return tabs_->CurrentTab(); }
     std::int16_t HelpContext() const { return tabs_->HelpContext(); }
 
-    // Copies the parameter table onto the page that shows.
+    // Copies the parameter table onto the visible page.
     void UpdateDisplay();
 
-    // Sets the Basic tab to the sensor's output mode. In hyperbolic mode it writes the near distance.
+    // Arranges the Basic tab for the sensor's output mode. In hyperbolic mode, writes the near distance.
     void ConfigureBasicTab();
 
-    // Takes the text of a box for the parameter in its property "Tag". False: the user has been told why not,
-    // and the text is selected.
+    // Validates and writes the text of a box for the parameter in its property "Tag". Returns false, with the
+    // text selected, after showing the user the reason.
     bool ValidateAndWriteTextBoxVal(QLineEdit &box);
 
-    // Shows the window in the state that the last run left.
+    // Shows the window in the state in which the last run ended.
     void ShowAsStored() { placement_.Show(); }
 
 protected:
@@ -146,5 +146,5 @@ private:
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
     bool online_ = false;
-    bool closesAfterEntry_ = false; // on its way, once what is typed is written
+    bool closesAfterEntry_ = false; // the window closes once the text being typed is written
 };

@@ -5,13 +5,13 @@
 
 #include <QObject>
 
-// Shows the boxes for the outcomes of a link, while they are being reported: what follows an outcome comes
-// after its box.
+// Shows the boxes for the outcomes of a link while the link reports them, so that the effects of an outcome
+// follow its box.
 class LinkNotices : public QObject {
     Q_OBJECT
 
 public:
-    // Both outlive it.
+    // REQUIRES: both outlive this.
     LinkNotices(LinkSession &link, UserDialogs &dialogs);
 
 private:

@@ -82,7 +82,7 @@ MainCommands::MainCommands(QMainWindow &window) : window_(window) {
     BuildToolbar();
     QAction &online = Menu("mnuOnline");
     online.setCheckable(true);
-    // The click toggles the mark; only the link's state may set it, whatever becomes of the work.
+    // A click toggles the mark, but only the link's state may set it, whatever the outcome of the work.
     QObject::connect(&online, &QAction::triggered, &window_, [this, &online] { online.setChecked(online_); });
 }
 
@@ -105,7 +105,7 @@ void MainCommands::BuildMenus() {
 void MainCommands::BuildToolbar() {
     auto *toolbar = Controls::Named(window_.addToolBar(QStringLiteral("Toolbar")), "Toolbar1");
     toolbar->setMovable(false);
-    toolbar->setContextMenuPolicy(Qt::PreventContextMenu); // it isn't to be hidden
+    toolbar->setContextMenuPolicy(Qt::PreventContextMenu); // the user must not hide it
     toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     toolbar->setIconSize(QSize(iconSize, iconSize));
     for (const ToolbarButton &button : toolbarButtons) {

@@ -6,21 +6,21 @@
 #include <functional>
 #include <set>
 
-// The menus and the toolbar of the main form. An entry is disabled until somebody gives it its work.
+// The menus and the toolbar of the main form. An entry is disabled until GiveWork.
 class MainCommands {
 public:
     explicit MainCommands(QMainWindow &window);
 
-    // The menu entry of that name; it must exist.
+    // Returns the menu entry of that name. REQUIRES: it exists.
     QAction &Menu(const char *name) const;
 
-    // The toolbar's button with that key; it must exist.
+    // Returns the toolbar's button with that key. REQUIRES: it exists.
     QAction &Button(const char *key) const;
 
-    // Enables the entry and has it do that, as DeferredWork does.
+    // Enables the entry and makes it run `work`, as DeferredWork does.
     void GiveWork(QAction &action, std::function<void()> work);
 
-    // Enables what has its work, and marks "Online", by whether the link is open.
+    // Enables the entries that have work, and marks "Online", by the state of the link.
     void ShowLinkState(bool online);
 
 private:

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QUrl>
 
-// The maker as the program shows it: the settings of the section "Maker", which the distributor fills in.
+// The maker as the program shows it: the settings of the section "Maker", which the distributor sets.
 
 // "WebAddress", the maker's address on the web.
 inline QUrl MakerAddress(const SettingsStore &settings) {
@@ -14,7 +14,7 @@ inline QUrl MakerAddress(const SettingsStore &settings) {
                                              QStringLiteral("https://www.halvern.example/")));
 }
 
-// The address as a menu entry shows it: without what every address begins with, and no "&" a mnemonic.
+// Returns the address as a menu entry shows it: without the scheme, and with no "&" as a mnemonic.
 inline QString MakerCaption(const SettingsStore &settings) {
     QString caption = MakerAddress(settings).toString(QUrl::RemoveScheme | QUrl::StripTrailingSlash);
     if (caption.startsWith(QStringLiteral("//"))) {
@@ -30,7 +30,7 @@ inline QString MakersAddressBlock(const SettingsStore &settings) {
                                         "www.halvern.example\ninfo@halvern.example"));
 }
 
-// "Logo": the file of a picture. One that can't be read leaves the program's own.
+// "Logo": the file of a picture. If it can't be read, returns the program's own picture.
 inline QPixmap MakersLogo(const SettingsStore &settings) {
     constexpr QSize most(160, 120);
     const QPixmap own(QStringLiteral(":/icons/maker.svg"));

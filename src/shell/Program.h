@@ -11,19 +11,20 @@
 
 class FormMain;
 
-// The program from its start to its end, but for the application object.
+// The dependencies of the program, except the application object.
 struct ProgramStart {
     UserDialogs &dialogs;
     SettingsStore &settings;
     HelpEngine &helpEngine;
     QString programFolder;
     std::vector<QString> arguments; // of the command line, for CommandLine::Parse
-    QString application = {}; // what a double click on a settings file is to start; empty to register nothing
+    // The program that a double click on a settings file starts; empty: registers nothing.
+    QString application = {};
 };
 
-// Tells the user of a fault that ends the program. Unsaved changes are rescued first, if there is a form yet.
+// Shows the user a fault that ends the program. Rescues unsaved changes first if there is a form.
 void ShowFault(UserDialogs &dialogs, const Fault &fault, FormMain *form = nullptr);
 
-// Shows the main form and runs until it closes. Returns the exit status: 1 when the start failed, after a
-// box that says why. `onShown` is told the main form once it shows.
+// Shows the main form and runs until it closes. Returns the exit status: 1 if the start failed, after a box
+// with the reason. Calls `onShown` once the main form is visible.
 int RunProgram(const ProgramStart &start, const std::function<void(FormMain &)> &onShown);

@@ -51,7 +51,7 @@ QString WindowStateKey() {
 
 namespace {
 
-// Deliberate: such a number ends the program, though one that is merely out of range doesn't.
+// Deliberate: such a number ends the program, although one that is only out of range doesn't.
 Fault NumberTooLarge(const SettingsStore &store, const QString &section, const QString &key,
                      const QString &text) {
     return Fault(
@@ -93,7 +93,7 @@ bool WriteCommSettings(SettingsStore &store, const CommSettings &settings) {
         stored =
             store.Write(Options(), QString::fromLatin1(option.key), QString::number(settings.*option.member));
     }
-    return stored; // the last one stores all
+    return stored; // the last write stores all
 }
 
 WindowPlace ReadWindowPlace(const SettingsStore &store) {

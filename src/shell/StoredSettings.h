@@ -5,7 +5,7 @@
 #include <QString>
 #include <cstdint>
 
-// The settings that a run leaves to the next one.
+// The settings that one run stores for the next.
 
 struct CommSettings {
     std::int16_t commPort = 1;
@@ -24,13 +24,13 @@ struct WindowPlace {
 
 enum class WindowState { Normal = 0, Minimised = 1, Maximised = 2 };
 
-// A stored whole number, clamped to the range; the fallback where the text isn't numeric. Fault (overflow)
-// for a number that doesn't fit 16 bits; it names the setting, where it is kept, and the way out.
+// Returns a stored whole number, clamped to the range, or the fallback if the text isn't numeric. Throws a
+// Fault (overflow) for a number that doesn't fit 16 bits; it names the setting, its store and the remedy.
 std::int16_t ReadRegistryInteger(const SettingsStore &store, const QString &section, const QString &key,
                                  std::int16_t lowest, std::int16_t highest, std::int16_t fallback);
 
 CommSettings ReadCommSettings(const SettingsStore &store);
-// The writers are false where the store can't be written.
+// The writers return false if the store can't be written.
 bool WriteCommSettings(SettingsStore &store, const CommSettings &settings);
 
 WindowPlace ReadWindowPlace(const SettingsStore &store);

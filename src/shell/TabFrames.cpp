@@ -30,9 +30,10 @@ TabFrames::TabFrames(QWidget &area, bool withCheckout)
     : QObject(&area),
       strip_(Controls::Named(new QTabWidget(&area), "TabStrip1")) {
     strip_->setUsesScrollButtons(false);
-    // A click on a tab takes the focus too: what is being edited is checked before the page goes.
+    // A click on a tab moves the focus too, so that the entry being edited is validated before the page
+    // hides.
     strip_->tabBar()->setFocusPolicy(Qt::StrongFocus);
-    // The pages lie over the strip, close below its tabs.
+    // The pages lie over the strip, directly below its tabs.
     const int tabHeight = Controls::FromTwips(0, 0, 0, frameTopInStrip).height();
     strip_->tabBar()->setFixedHeight(tabHeight);
     strip_->tabBar()->setFont(
@@ -74,11 +75,11 @@ void TabFrames::Select(int stripIndex) {
         return;
     }
     Q_EMIT Leaving();
-    // The mnemonic of a tab leaves the focus where it is, but what is edited there goes with its page.
+    // Moves the focus, because a tab's mnemonic doesn't, and the control being edited hides with its page.
     strip_->tabBar()->setFocus(Qt::OtherFocusReason);
     CurrentPage().Leaving();
     if (strip_->currentIndex() != stripIndex) {
-        return; // the user has gone on meanwhile
+        return; // the user has selected another tab meanwhile
     }
     CurrentPage().hide();
     Page(selected.number).show();
@@ -91,7 +92,7 @@ void TabFrames::Select(int stripIndex) {
     Q_EMIT Changed();
 }
 
-// A tab whose mnemonic is also that of a button on the page that shows goes without it meanwhile.
+// Removes the mnemonic of a tab while a button on the visible page has the same one.
 void TabFrames::LeaveMnemonicsToPage() {
     QSet<QKeySequence> taken;
     for (const QAbstractButton *button : CurrentPage().findChildren<QAbstractButton *>()) {

@@ -9,40 +9,39 @@
 #include <cstdint>
 #include <vector>
 
-// The strip of tabs and the pages that lie over it, one of which shows.
+// The strip of tabs and the pages over it, of which one is visible.
 class TabFrames : public QObject {
     Q_OBJECT
 
 public:
-    // Twips: no form is laid out smaller.
+    // The smallest form for which the pages are laid out, in twips.
     static constexpr int LeastHeight = 8940;
     static constexpr int LeastWidth = 10200;
 
-    // The strip becomes a child of `area`, and so does each page before it is handed over.
+    // Makes the strip a child of `area`. REQUIRES: each page is a child of `area` before SetPage.
     TabFrames(QWidget &area, bool withCheckout);
 
-    // Every number of the table must get its page before the first tab is chosen.
+    // REQUIRES: called for every number of the table before the first tab is selected.
     void SetPage(std::int16_t number, TabPage *page);
 
-    // Fault (duplicate key) when the tab is there.
+    // Adds the Checkout tab. Throws a Fault (duplicate key) if it exists.
     void AddCheckout();
 
     std::int16_t CurrentTab() const { return currentTab_; }
     TabPage &CurrentPage() const { return Page(currentTab_); }
 
-    // The help topic of what shows.
+    // Returns the help topic of the visible page.
     std::int16_t HelpContext() const { return helpContext_; }
 
-    // Lays out the strip and the page that shows for a form of that size in pixels.
+    // Lays out the strip and the visible page for a form of that size in pixels.
     void LayOut(QSize form);
 
-    // Gives the pages the background of the strip, so that what they paint over needn't be painted from
-    // there.
+    // Gives the pages the background colour of the strip, so that the strip needn't paint behind them.
     void Colour();
 
 Q_SIGNALS:
-    void Leaving(); // another tab was chosen; the page of the last one is still the current one
-    void Changed(); // the page of another tab shows
+    void Leaving(); // the user selected another tab; the previous page is still the current one
+    void Changed(); // another page is visible
 
 private:
     struct Shown {

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int titleBarAllowance = 32; // pixels of the window's title that must stay within reach
+constexpr int titleBarAllowance = 32; // pixels of the window's title that must stay reachable
 
 } // namespace
 
@@ -23,7 +23,7 @@ void WindowPlacement::Restore() {
         desktop |= screen->geometry();
         withinReach = withinReach || screen->availableGeometry().intersects(title);
     }
-    window_.resize(wanted.size().boundedTo(2 * desktop.size())); // none can be painted that is far larger
+    window_.resize(wanted.size().boundedTo(2 * desktop.size())); // a far larger window can't be painted
     window_.move(withinReach ? wanted.topLeft() : QPoint(0, 0));
     storedState_ = ReadWindowState(store_);
 }

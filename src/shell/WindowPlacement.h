@@ -4,21 +4,21 @@
 
 class QWidget;
 
-// Puts the main window where the last run left it, and stores where this one leaves it.
+// Restores the main window's place from the last run, and stores it for the next one.
 class WindowPlacement {
 public:
-    // Both must outlive it.
+    // REQUIRES: both outlive this.
     WindowPlacement(QWidget &window, SettingsStore &store) : window_(window), store_(store) {}
 
-    // Gives the window its place and its size: those of the last run, or, if that is off every screen by now,
-    // a place where it can be reached.
+    // Sets the window's place and size to those of the last run. Moves the window to a reachable place if its
+    // title would be outside every screen.
     void Restore();
 
-    // Shows the window minimised, maximised or neither, as the last run left it.
+    // Shows the window minimised, maximised or neither, as at the end of the last run.
     void Show();
 
-    // Of a window that is minimised nothing is stored, of one that is maximised only that it is. False where
-    // the store can't be written.
+    // Stores nothing for a minimised window, and only the state for a maximised one. Returns false if the
+    // store can't be written.
     bool Store();
 
 private:

@@ -36,7 +36,8 @@ int main(int argc, char *argv[]) {
     FormMain *form = nullptr;
     application.OnFault([&dialogs, &form](const Fault &fault) {
         ShowFault(dialogs, fault, form);
-        std::_Exit(EXIT_FAILURE); // what the fault broke mustn't be torn down in order
+        // Skips the destructors: the fault may have left objects in an invalid state.
+        std::_Exit(EXIT_FAILURE);
     });
     SettingsStore settings(ApplicationTitle());
     const std::unique_ptr<HelpEngine> help = SystemHelp(ProgramFolder(), dialogs);

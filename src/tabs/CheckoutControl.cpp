@@ -51,7 +51,7 @@ void CheckoutControl::Add(const CheckoutOptions::Option &option) {
 }
 
 void CheckoutControl::Add(Step step) {
-    // One call for all that come until then.
+    // One queued call writes all steps that are added until it runs.
     if (steps_.empty() && !busy_) {
         QMetaObject::invokeMethod(this, &CheckoutControl::Finish, Qt::QueuedConnection);
     }
@@ -64,7 +64,7 @@ void CheckoutControl::Finish() {
     }
     busy_ = true;
     const auto done = qScopeGuard([this] {
-        steps_.clear(); // left over only by a fault
+        steps_.clear(); // empty, except after a fault
         busy_ = false;
     });
     while (!steps_.empty()) {
@@ -75,7 +75,7 @@ void CheckoutControl::Finish() {
     Q_EMIT Finished();
 }
 
-// A toggle looks at the value as its turn comes, so that a second click takes back the first.
+// Reads the value of a toggle only now, so that a second click reverts the first.
 void CheckoutControl::Do(const Step &step) {
     zentrova_.ParamValue(step.tag, step.value.value_or(zentrova_.ParamValue(step.tag) == 0 ? 1 : 0));
 }

@@ -9,35 +9,35 @@
 #include <deque>
 #include <optional>
 
-// Writes the Checkout tab's clicks to the sensor. A write waits for the one before it, and the user may click
-// meanwhile, so clicks queue first in, first out: the sensor receives whole clicks in their order and ends
-// where the last one left the screen. The queue is worked off from the event loop.
+// Writes the Checkout tab's clicks to the sensor. A write waits for the previous one, and the user may click
+// meanwhile, so clicks are queued first in, first out: the sensor receives whole clicks in their order and
+// ends in the state that the last click left on screen. The event loop empties the queue.
 class CheckoutControl : public QObject {
     Q_OBJECT
 
 public:
     explicit CheckoutControl(ClassZentrova &zentrova, QObject *parent = nullptr);
 
-    // The index of the option of the analog output that comes after `tag`'s, in turn. Fault (conversion,
-    // overflow) when `tag` isn't the text of an index.
+    // Returns the index of the analog output's option after `tag`, cyclically. Throws a Fault (conversion,
+    // overflow) if `tag` isn't the text of an index.
     static QString NextTag(const QString &tag);
 
-    void SetAnalogOut(int index); // one that has no voltage lets the output follow the distance
-    void SetRange(int index);     // fault (subscript) for one that isn't there
+    void SetAnalogOut(int index); // an index without a voltage makes the output follow the distance
+    void SetRange(int index);     // throws a Fault (subscript) for an unknown index
     void ToggleRelay(int index);  // 0 or 1
     void ToggleClockOut();
     void Reinitialise();
 
-    // Works the queue off now. Does nothing while it is being worked off further up.
+    // Empties the queue now. Does nothing if a caller is already emptying it.
     void Finish();
 
 Q_SIGNALS:
-    void Finished(); // the queue is worked off
+    void Finished(); // the queue is empty
 
 private:
     struct Step {
         std::int16_t tag = 0;
-        std::optional<std::int32_t> value; // nothing: toggles
+        std::optional<std::int32_t> value; // none: toggles
     };
 
     void Add(const CheckoutOptions::Option &option);

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <optional>
 
-// The options of the Checkout tab: each with its caption and what it writes, in that order.
+// The options of the Checkout tab: the caption of each and its writes, in their order.
 namespace CheckoutOptions {
 
 struct Write {
@@ -20,7 +20,7 @@ struct Option {
     std::optional<Write> second;
 };
 
-// Drives the output by hand, at so many counts of its 12-bit converter.
+// Forces the output to `counts` of its 12-bit converter.
 constexpr Option Forced(const char *caption, std::int32_t counts) {
     return {.caption = caption,
             .first = {.tag = ParamDefines::AnalogOutputMode, .value = ParamDefines::ManualMode},
@@ -41,8 +41,8 @@ inline constexpr std::array AnalogOut = {
 inline constexpr int FullScale = 4;
 inline constexpr int FollowsDistance = 5;
 
-// By the index of OptionRange. On the way in the far distance goes first, on the way out the maximum range
-// does, so that the far distance never lies beyond it.
+// By the index of OptionRange. The shorter range writes the far distance first, the longer one the maximum
+// range, so that the far distance never exceeds the maximum range.
 inline constexpr std::array Range = {
     Option{.caption = "60\" (5')",
            .first = {.tag = ParamDefines::FarDistance, .value = 6000},

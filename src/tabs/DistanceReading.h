@@ -9,7 +9,7 @@
 // The measured distance as the Distance tab shows it.
 struct DistanceReading {
     QString caption;
-    std::optional<std::int32_t> barValue; // nothing outside the bar's ends: it keeps its last value
+    std::optional<std::int32_t> barValue; // none outside the bar's range: the bar keeps its last value
 };
 
 DistanceReading ReadDistance(const ClassZentrova &zentrova, float barMin, float barMax);

@@ -7,8 +7,8 @@
 
 namespace {
 
-// Deliberate: the list opens by the row's place, whatever parameter stands there. The two agree only while
-// all parameters show in the order of their numbers.
+// Deliberate: the list opens on the value of the parameter whose number is the row's index plus one, not of
+// the row's own parameter. The two agree only while all parameters are shown in the order of their numbers.
 std::int16_t StartsBy(int row) {
     return ToInt16(row + 1);
 }
@@ -18,7 +18,7 @@ bool HasOutputDialog(std::int16_t tag) {
            (tag >= ParamDefines::FirstRawOutput && tag <= ParamDefines::LastRawOutput);
 }
 
-// A unit beyond those that are known is offered as a list, though it is shown as a number.
+// An unknown unit is offered as a list, although its values are shown as numbers.
 bool IsTyped(std::int16_t unitCode) {
     return unitCode == 0 || ClassOfUnit(unitCode) == UnitClass::Suffix;
 }
@@ -86,7 +86,7 @@ QString NoteOf(const ClassZentrova &zentrova, std::int16_t tag, int row) {
                    "%3.\nChoose a text before you leave it, or press Escape to keep the value.")
             .arg(choice.texts[choice.start], Naming(zentrova, by), QString::number(by));
     } catch (const Fault &) {
-        return {}; // it has no list
+        return {}; // the parameter has no list
     }
 }
 

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <cstdint>
 
-// How the values of the Advanced list are edited.
+// Chooses the editors for the values of the Advanced list.
 namespace ParameterEditors {
 
 enum class Kind { None, OutputDialog, Text, Choice };
@@ -16,20 +16,20 @@ Kind KindOf(const ClassZentrova &zentrova, std::int16_t tag);
 // The drop-down list of a parameter with Kind::Choice.
 struct Choice {
     QStringList texts;
-    std::int32_t start = 0; // the index that it opens on
+    std::int32_t start = 0; // the index that is selected at first
 
     bool CanOpen() const { return start >= 0 && start < texts.size(); }
 };
 
-// That of the parameter in the list's row `row`, counted from 0. Fault (subscript) when its unit has no text
-// for one of its values.
+// Returns the drop-down list of the parameter in row `row`, counted from 0. Throws a Fault (subscript) if the
+// unit has no text for one of the values.
 Choice ChoiceOf(const ClassZentrova &zentrova, std::int16_t tag, int row);
 
 // Explains to the user why the list can't open.
 QString WhyItCannotOpen(const ClassZentrova &zentrova, std::int16_t tag, int row);
 
-// The tool tip of a row about its drop-down list; empty where that opens on the parameter's own value, or
-// where there is none.
+// Returns a row's tool tip about its drop-down list; empty if that opens on the parameter's own value or if
+// the row has none.
 QString NoteOf(const ClassZentrova &zentrova, std::int16_t tag, int row);
 
 } // namespace ParameterEditors

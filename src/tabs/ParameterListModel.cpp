@@ -34,7 +34,7 @@ void ParameterListModel::Fill(View view) {
                          .shown = {}});
     }
     if (sortColumn_) {
-        if (*sortColumn_ == Value) { // by the values that are about to show
+        if (*sortColumn_ == Value) { // sorts by the values that the next Refresh shows
             for (Row &row : rows_) {
                 row.texts[Value] = zentrova_.FormatRaw(zentrova_.ParamValue(row.tag), row.tag);
             }
@@ -99,7 +99,7 @@ void ParameterListModel::SortBy(int column) {
     Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
-// Character by character, whatever the language: the blanks before a number count.
+// Compares character by character in any locale, so that the blanks before a number count.
 std::vector<std::size_t> ParameterListModel::SortedOrder() const {
     std::vector<std::size_t> order(rows_.size());
     std::iota(order.begin(), order.end(), 0U);

@@ -8,8 +8,8 @@
 #include <optional>
 #include <vector>
 
-// The rows of the Advanced list. Names and presets are those of the table; values are copied by Refresh, so
-// that only what has changed is painted.
+// The rows of the Advanced list. Names and presets come from the table; Refresh copies the values, so that
+// only changed cells are painted.
 class ParameterListModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -18,20 +18,20 @@ public:
     enum Role { ReadOnlyRole = Qt::UserRole, KeyRole };
     enum class View {
         All,
-        Changed, // what the user may change and differs from its preset, as of Fill
+        Changed, // writable parameters whose value differed from its preset at Fill
     };
 
     explicit ParameterListModel(const ClassZentrova &zentrova, QObject *parent = nullptr);
 
-    // Builds the rows anew, in the order of the last sort. The values are empty until Refresh.
+    // Rebuilds the rows in the order of the last sort. The values are empty until Refresh.
     void Fill(View view);
 
-    // Copies the values; says dataChanged for each cell whose text is another, and for no other. Keeps the
-    // order of the rows.
+    // Copies the values. Emits dataChanged for exactly the cells whose text changes. Keeps the order of the
+    // rows.
     void Refresh();
 
-    // A click on a column's header: sorts by its texts. A second one in a row turns the direction round,
-    // another column keeps it.
+    // Handles a click on a column's header: sorts by the column's texts. A second click on the same column
+    // reverses the direction; a click on another column keeps it.
     void SortBy(int column);
     std::optional<int> SortColumn() const { return sortColumn_; }
     Qt::SortOrder SortOrder() const { return sortOrder_; }
@@ -40,7 +40,7 @@ public:
     std::optional<int> RowOf(std::int16_t tag) const;
     const QString &Text(int row, Column column) const;
 
-    // Shows a text as the value of a row, until the next Refresh.
+    // Shows `text` as the value of a row until the next Refresh.
     void ShowValue(int row, const QString &text);
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -53,7 +53,7 @@ private:
         std::int16_t tag;
         bool readOnly;
         QString texts[Columns];
-        std::optional<std::int32_t> shown; // the raw value behind the text; nothing if it isn't that of one
+        std::optional<std::int32_t> shown; // the raw value of the text; none if Refresh didn't set the text
     };
 
     void SetValue(std::size_t row, const QString &text);

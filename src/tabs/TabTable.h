@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 
-// The tabs of the main form, by the number that CurrentTab holds.
+// The tabs of the main form, by their number in CurrentTab.
 namespace Tab {
 
 inline constexpr std::int16_t Basic = 1;
@@ -16,7 +16,7 @@ struct Description {
     std::int16_t number;
     const char *key;
     const char *caption;
-    std::int16_t helpContext; // 0: none of its own, what showed before stays in force
+    std::int16_t helpContext; // 0: none of its own; the previous one stays in force
 };
 
 inline constexpr std::array Table = {

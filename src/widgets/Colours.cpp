@@ -43,7 +43,7 @@ private:
     static constexpr QPalette::ColorRole roles_[] = {QPalette::Text, QPalette::WindowText,
                                                      QPalette::ButtonText};
 
-    // The colour that was kept from the palette before is as good to start from.
+    // Starts from the palette's disabled colour; one that a previous call has set serves as well.
     void Colour() {
         if (colouring_) {
             return;

@@ -18,21 +18,21 @@ inline constexpr Pair Red{0xffe00000, 0xffff6b6b};
 inline constexpr Pair Olive{0xff808000, 0xffd6c94a};
 inline constexpr Pair Gray{0xff808080, 0xffa0a0a0};
 
-// The one of the two that the palette's ground asks for.
+// Returns the colour of the pair that suits the palette's background.
 QColor Of(const Pair &pair, const QPalette &palette);
 
-// Black or white, whichever can be read better on that ground.
+// Returns black or white, whichever is more legible on `ground`.
 QColor TextOn(const QColor &ground);
 
-// From 1, the same, to 21, black on white.
+// Returns the contrast ratio: from 1 for equal colours to 21 for black on white.
 double Contrast(const QColor &one, const QColor &other);
 
-// The palette's colour of disabled text, as much nearer to that of its text as reading it takes: for what
-// can't be edited but is there to be read.
+// Returns the palette's colour of disabled text, moved towards the colour of text until it is legible: for
+// text that can't be edited but must be readable.
 QColor LegibleDisabledText(const QPalette &palette);
 
-// Gives the control that colour while it is disabled, in whichever palette it gets. A `reading`, which nobody
-// could ever edit, has the colour of text.
+// Gives the control that colour while it is disabled, also after a change of its palette. A Reading, which
+// the user can never edit, keeps the colour of text.
 enum class Legible { Entry, Reading };
 void KeepLegibleWhileDisabled(QWidget &control, Legible what = Legible::Entry);
 

@@ -11,13 +11,13 @@ namespace Controls {
 
 inline constexpr int TwipsPerPixel = 15;
 
-// The device-independent pixels of a rectangle in twips. Edges are rounded, so that neighbours meet.
+// Converts a rectangle from twips to device-independent pixels. Rounds its edges, so that neighbours meet.
 QRect FromTwips(double left, double top, double width, double height);
 
-// The name of an array's member: "TextParam(3)".
+// Returns the name of an array's member: "TextParam(3)".
 QString Member(const char *array, int index);
 
-// Names a control for whoever looks it up.
+// Sets the name by which a control is looked up.
 template <typename Control>
 Control *Named(Control *control, const QString &name) {
     control->setObjectName(name);
@@ -29,10 +29,10 @@ Control *Named(Control *control, const char *name) {
     return Named(control, QString::fromLatin1(name));
 }
 
-// The caption as it is read out: without its mnemonic mark, and without an arrow of angle brackets.
+// Returns the caption as it is read out: without its mnemonic mark and without an arrow of angle brackets.
 QString SpokenCaption(const QString &caption);
 
-// A button of any kind with its given name and its caption, which is read out too.
+// Builds a button of any kind with its name and its caption, which is also read out.
 template <typename Button, typename Name>
 Button *Captioned(const Name &name, const char *caption, QWidget *parent = nullptr) {
     auto *button = Named(new Button(QString::fromLatin1(caption), parent), name);
@@ -40,14 +40,14 @@ Button *Captioned(const Name &name, const char *caption, QWidget *parent = nullp
     return button;
 }
 
-// A text and the pixels that it has.
+// A text and the space for it, in pixels.
 struct Fit {
     QString text;
     int width;
     int height = QWIDGETSIZE_MAX;
 };
 
-// The font, made smaller where it must be so that each text fits into its place.
+// Returns the font, reduced until each text fits into its space or the smallest legible size is reached.
 QFont FittingFont(QFont font, const std::vector<Fit> &places);
 
 } // namespace Controls

@@ -5,9 +5,9 @@
 class QAbstractButton;
 class QAction;
 
-// Work that a press starts from the event loop: an assistive client that pressed the button mustn't be kept
-// waiting while the work has a box open. A press is dropped if, by the time of its work, the button is
-// disabled or lies behind a dialog.
+// Runs the work of a press from the event loop, so that an assistive client that pressed the button isn't
+// blocked while the work has a box open. Drops a press if the button is disabled or behind a modal dialog by
+// then.
 namespace DeferredWork {
 
 void OnPress(QAbstractButton &button, std::function<void()> work);

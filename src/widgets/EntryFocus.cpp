@@ -34,7 +34,8 @@ public:
             byClick_ = false;
             break;
         case QEvent::MouseButtonRelease:
-            // The press has set the cursor. Who has dragged over a part of the text wants that one.
+            // The press has set the cursor: selects the text again, unless the user has selected a part by
+            // dragging.
             if (byClick_ && !box_.hasSelectedText()) {
                 TextBoxFunctions::SelectAllText(box_);
             }
@@ -69,7 +70,7 @@ public:
         return RefusesAtBox(*event) || QObject::eventFilter(watched, event);
     }
 
-    // The window, and the box with it, may be gone when the user has been told.
+    // `isValid` may open a modal box, during which the window and this box may be destroyed.
     bool Check() {
         const QScopedValueRollback<const QWidget *> guard(checkingIn, box_.window());
         const QPointer<QLineEdit> box(&box_);
@@ -85,7 +86,7 @@ public:
     }
 
 private:
-    // Sees what comes to any other control, from the box's getting the focus until the check.
+    // Filters the events of all other controls, from the box's receiving the focus until the check.
     class Others : public QObject {
     public:
         explicit Others(Validator &validator) : validator_(validator) {}
@@ -98,8 +99,8 @@ private:
         Validator &validator_;
     };
 
-    // One check at a time in a window, of whatever box: while one is told to the user, and while the focus
-    // goes back, nobody leaves anything there.
+    // The window of the running check. Only one box of a window is checked at a time: while the user reads
+    // the message, and while the focus returns, leaving a box of that window starts no other check.
     inline static const QWidget *checkingIn = nullptr;
 
     bool IsChecking() const { return checkingIn == box_.window(); }
@@ -120,7 +121,7 @@ private:
         }
     }
 
-    // The focus moves before the press comes to what was clicked.
+    // A click moves the focus before the clicked control receives the press.
     bool RefusesAt(QObject &watched, QEvent &event) {
         switch (event.type()) {
         case QEvent::MouseButtonPress:
@@ -142,7 +143,7 @@ private:
             qApp->removeEventFilter(&others_);
             return;
         }
-        // Unless a press comes first, it was neither mouse nor key that moved the focus.
+        // If no press arrives before this call, neither mouse nor key has moved the focus.
         QMetaObject::invokeMethod(
             this,
             [this] {
@@ -159,7 +160,7 @@ private:
         return IsInUse() && !box_.hasFocus() && !Check();
     }
 
-    // For the events that move the focus only once they are let through.
+    // For events that move the focus only after this filter has passed them on.
     bool PermitsLeaving() {
         if (IsChecking()) {
             return true;
@@ -179,7 +180,8 @@ private:
         return object.isWidgetType() && static_cast<const QWidget &>(object).window() == box_.window();
     }
 
-    // A mnemonic there opens a menu, or leads to the box itself.
+    // Returns true if a mnemonic of `object` doesn't leave the box: it opens a menu or leads to the box
+    // itself.
     bool StaysAt(const QObject &object) const {
         const auto *label = qobject_cast<const QLabel *>(&object);
         return qobject_cast<const QMenuBar *>(&object) != nullptr ||
@@ -212,8 +214,8 @@ private:
     QLineEdit &box_;
     std::function<bool()> isValid_;
     Others others_;
-    bool left_ = false;      // the focus is gone, unchecked
-    bool permitted_ = false; // checked, and the focus is about to go
+    bool left_ = false;      // the focus has left the box, which isn't checked yet
+    bool permitted_ = false; // the box is checked and the focus is about to leave
 };
 
 class MenuBarReturn : public QObject {
@@ -225,7 +227,7 @@ public:
 private:
     void OnFocusChanged(QWidget *before, QWidget *now) {
         if (now == &bar_) {
-            if (before != nullptr) { // and not another window
+            if (before != nullptr) { // null: the focus came from another window
                 owner_ = before;
             }
         } else if (before == &bar_ && now != nullptr) {

@@ -7,7 +7,8 @@
 
 namespace {
 
-// Qt matches the text in the last parenthesis and doesn't show it: the caption may show patterns of its own.
+// Qt reads the patterns from the last parenthesis and doesn't show it, so the caption may show its own
+// patterns.
 QString FilterText(const FileFilter &filter) {
     return QStringLiteral("%1 (%2)").arg(filter.caption, filter.patterns.join(u' '));
 }
@@ -17,7 +18,7 @@ QString WithoutQuotesAround(const QString &name) {
     return quoted ? name.mid(1, name.size() - 2) : name;
 }
 
-// The home folder in front of a path, as elsewhere on such systems.
+// Replaces a leading "~" by the home folder, as usual on such systems.
 QString WithHome(const QString &path) {
 #ifdef Q_OS_UNIX
     if (path == u'~' || path.startsWith(QStringLiteral("~/"))) {
@@ -43,7 +44,7 @@ FileDialog::FileDialog(const FileQuestion &question, AcceptMode mode, QWidget *p
     }
     setNameFilters(filters);
     selectNameFilter(filters.value(static_cast<qsizetype>(question.preselectedFilter)));
-    if (Saves()) { // a file that is there is opened by the name that it has
+    if (Saves()) { // an existing file is opened by its exact name
         setDefaultSuffix(question.defaultSuffix);
     }
 }
@@ -56,7 +57,7 @@ std::optional<QString> FileDialog::Ask() {
         if (!named_.isEmpty()) {
             return named_;
         }
-        // The system's own dialog comes here with the name as it was typed.
+        // The system's own dialog returns the name as it was typed.
         const QString chosen = selectedFiles().constFirst();
         const QString named = Saves() ? WithSuffix(chosen) : chosen;
         if (named == chosen || MayBeWritten(named)) {
@@ -74,7 +75,7 @@ void FileDialog::accept() {
     }
     const QString typed = box->text();
     const QFileInfo folder(directory(), WithHome(typed));
-    if (folder.isDir()) { // Qt looks for it in the folder that the program runs in
+    if (folder.isDir()) { // Qt would look for it in the program's working folder
         setDirectory(folder.absoluteFilePath());
         box->clear();
         return;
@@ -86,7 +87,7 @@ void FileDialog::accept() {
     name = Saves() ? WithSuffix(name) : name;
     if (!name.contains(u'"')) {
         if (name != typed) {
-            box->setFocus(); // or the row that is selected in the list would count
+            box->setFocus(); // or Qt would use the row that is selected in the list
             box->setText(name);
         }
         QFileDialog::accept();
@@ -101,7 +102,7 @@ void FileDialog::accept() {
 
 QString FileDialog::RequiredSuffix() const {
     const QString selected =
-        selectedNameFilter().trimmed(); // with the patterns or, where they are hidden, without
+        selectedNameFilter().trimmed(); // with the patterns, or without if they are hidden
     for (const FileFilter &filter : question_.filters) {
         if (selected == filter.caption || selected == FilterText(filter)) {
             return filter.requiredSuffix;

@@ -4,14 +4,14 @@
 
 #include <QFileDialog>
 
-// A file dialog that takes a name as it was typed: a double quote is part of it, unless the whole name stands
-// in quotes, and on saving it gets the suffix that its filter asks for. Without the macro for objects of
-// their own class, or Qt would never show the system's dialog.
+// A file dialog that accepts a name as it was typed: a double quote is part of the name, unless the whole
+// name is quoted. On saving, it appends the suffix that the filter requires. It has no meta-object of its
+// own, or Qt would never show the system's dialog.
 class FileDialog : public QFileDialog {
 public:
     FileDialog(const FileQuestion &question, AcceptMode mode, QWidget *parent);
 
-    // The file that the user chose. Nothing when the dialog was cancelled.
+    // Shows the dialog and returns the file that the user chose; none if the user cancelled.
     std::optional<QString> Ask();
 
     void accept() override;
@@ -23,5 +23,5 @@ private:
     bool MayBeWritten(const QString &path);
 
     FileQuestion question_;
-    QString named_; // what was accepted, where Qt would take it for several names
+    QString named_; // the accepted name, if Qt would parse it as several names
 };

@@ -2,8 +2,8 @@
 
 #include <QProxyStyle>
 
-// Fusion, but that the focus can be seen wherever the keyboard takes it: also on a default button, which
-// looks the same with it and without, and on a list without a current row.
+// Fusion with a visible focus wherever the keyboard moves it: also on a default button, which Fusion draws
+// alike with and without the focus, and on a list without a current row.
 class FocusStyle : public QProxyStyle {
     Q_OBJECT
 

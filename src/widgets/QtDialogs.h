@@ -9,7 +9,7 @@
 // Real message boxes and file dialogs.
 class QtDialogs : public UserDialogs {
 public:
-    // The window that owns the dialogs from now on. Until it is set they stand alone.
+    // Sets the window that owns the dialogs from now on. Without it, dialogs have no owner.
     void SetOwner(QWidget *owner) { owner_ = owner; }
 
     BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &title) override;

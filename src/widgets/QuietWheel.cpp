@@ -24,7 +24,7 @@ QuietWheel::QuietWheel() : QObject(qApp) {
     qApp->installEventFilter(this);
 }
 
-// An ignored turn goes on to the parent.
+// Ignores the event, so that Qt sends it to the parent.
 bool QuietWheel::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() != QEvent::Wheel || !ChangesByWheel(*watched)) {
         return QObject::eventFilter(watched, event);

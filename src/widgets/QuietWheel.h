@@ -2,14 +2,15 @@
 
 #include <QObject>
 
-// Keeps the mouse's wheel to scrolling: it never changes a value that the user only wants to scroll past. A
-// closed combination box, a number box, a slider or a strip of tabs leaves it to what it stands in; lists and
-// pages scroll, also the list of a combination box that is open.
+// Restricts the mouse wheel to scrolling, so that it never changes a value that the user only wants to scroll
+// past. A closed combo box, a spin box, a slider and a tab bar pass it to their parent; lists and pages
+// scroll, also the list of an open combo box.
 class QuietWheel : public QObject {
     Q_OBJECT
 
 public:
-    // For all windows of the application, which must exist and which this becomes a child of.
+    // Filters the events of all windows and becomes a child of the application. REQUIRES: the application
+    // exists.
     QuietWheel();
 
     bool eventFilter(QObject *watched, QEvent *event) override;

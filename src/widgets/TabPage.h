@@ -2,24 +2,23 @@
 
 #include <QFrame>
 
-// A page of the main form's tabs. Its size is the form's business, what it shows is its own.
+// A page of the main form's tabs. The form sets its size; the page itself controls its content.
 class TabPage : public QFrame {
     Q_OBJECT
 
 public:
-    // The member `number` of the pages' array.
+    // Builds the member `number` of the array of pages.
     TabPage(int number, QWidget *parent);
 
-    // The user changes to another page: what this one still has to write, it writes now, which may turn the
-    // event loop.
+    // Called when the user changes to another page. Completes pending writes, which may turn the event loop.
     virtual void Leaving() {}
 
-    // A command ends what is chosen on the page: it is written now, which may turn the event loop.
+    // Called when a command ends a choice on the page. Writes the choice, which may turn the event loop.
     virtual void LeaveEntry() {}
 
-    // The user has changed to this page. It may write parameters, which turns the event loop.
+    // Called when the user has changed to this page. May write parameters, which turns the event loop.
     virtual void Entered() {}
 
-    // Copies the parameter table onto the page. Called for the page that shows only.
+    // Copies the parameter table onto the page. Called only for the visible page.
     virtual void UpdateDisplay() {}
 };

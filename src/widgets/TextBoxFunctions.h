@@ -13,12 +13,12 @@ namespace TextBoxFunctions {
 // Selects the whole text, so that the next key replaces it.
 void SelectAllText(QLineEdit &box);
 
-// The digit of the key, also on the numeric pad; a null character for any other key.
+// Returns the digit of the key, also of the numeric pad; a null character for any other key.
 QChar DigitOf(const QKeyEvent &key);
 
-// True when the box holds a number from `minimum` to `maximum`, both included; with `round` the text becomes
-// that of the number as a whole one. Otherwise it tells the user the limits under the field's name and leaves
-// box and focus alone.
+// Returns true if the box contains a number from `minimum` to `maximum`, both included; with `round`,
+// replaces the text by the number rounded to a whole one. Otherwise shows the user the field's name and its
+// limits, leaves the box and the focus unchanged and returns false.
 bool ValidateNumericEntry(QLineEdit &box, const QString &name, double minimum, double maximum, bool round,
                           UserDialogs &dialogs);
 

@@ -20,7 +20,7 @@ using Drawing::Member;
 
 namespace {
 
-constexpr int boxPadding = 6; // pixels of a box that its frame and margins take
+constexpr int boxPadding = 6; // pixels that a box loses to its frame and margins
 constexpr int dragLabelPadding = 4;
 constexpr int legendIndent = 4;
 
@@ -40,7 +40,7 @@ QString TagToolTip(std::int16_t tag) {
     return QStringLiteral("Tag=%1").arg(tag);
 }
 
-// A value that moves with its cursor, over whatever is there.
+// Returns true for the values that move with a cursor, over other elements.
 bool IsReading(ControlId id) {
     return id == FrameActualDist || id == FrameOutputVoltage || id == FrameManOutput;
 }
@@ -68,7 +68,7 @@ BasicPage::BasicPage(ClassZentrova &zentrova, ValueEditor &text1, QWidget *paren
     for (std::size_t id = 0; id < widgets_.size(); ++id) {
         Apply(static_cast<ControlId>(id));
     }
-    // Moving elements lie in front of the chart's surroundings and end at the chart's border.
+    // Moving values lie above their neighbours but below the chart, so that they end at the chart's border.
     for (const ControlId id :
          {FrameActualDist, FrameOutputVoltage, FrameManOutput, FrameGraph, LabelRelayDist}) {
         WidgetOf(id)->raise();
@@ -106,7 +106,7 @@ void BasicPage::BuildLabels() {
 
     for (const ControlId id : {Label2, Label3}) {
         auto *label = static_cast<QLabel *>(WidgetOf(id));
-        label->setAutoFillBackground(true); // over the end of its sample
+        label->setAutoFillBackground(true); // hides the end of its sample line
         label->setIndent(legendIndent);
     }
     auto *target = static_cast<QLabel *>(WidgetOf(LabelTarget));
@@ -131,7 +131,7 @@ void BasicPage::BuildFields() {
         label->setAlignment(Wraps(field) ? Qt::AlignHCenter | Qt::AlignBottom : Qt::AlignCenter);
         label->setToolTip(TagToolTip(field.tag));
         label->setFont(labelFont_);
-        label->setAutoFillBackground(true); // over the end of its line
+        label->setAutoFillBackground(true); // hides the end of its line
         Keep(labelId, label);
 
         const ControlId boxId = Member(TextParam, index);
@@ -141,7 +141,7 @@ void BasicPage::BuildFields() {
         box->setFont(boxFont_);
         box->setProperty("Tag", QString::number(field.tag));
         box->setAccessibleName(caption);
-        box->setReadOnly(true); // it shows the sensor's value; typing goes into an editor over it
+        box->setReadOnly(true); // it shows the sensor's value; the user types into an editor over it
         Colours::KeepLegibleWhileDisabled(*box, Colours::Legible::Reading);
         EntryFocus::SelectAllOnEntry(*box);
         box->installEventFilter(this);
@@ -158,7 +158,7 @@ void BasicPage::BuildMarkers() {
         auto *marker = new RelayMarker(drawing_, drag_, number, ParentOf(id));
         marker->setAccessibleName(
             zentrova_.ParamName(BasicLayout::Relays[static_cast<std::size_t>(number)].threshold));
-        marker->setFont(boxFont_); // that of the editor of its threshold
+        marker->setFont(boxFont_); // the editor of its threshold uses this font
         connect(marker, &RelayMarker::Moved, this, &BasicPage::ShowChanges);
         connect(marker, &RelayMarker::EditWanted, this,
                 [this, number](QChar first) { OpenThreshold(number, first); });
@@ -169,7 +169,7 @@ void BasicPage::BuildMarkers() {
     connect(pointer_.get(), &RelayPointer::Moved, this, &BasicPage::ShowChanges);
 }
 
-// One size for all labels and one for all boxes, as large as the tightest of them takes.
+// Chooses one size for all labels and one for all boxes: the largest at which each text fits.
 void BasicPage::ChooseFonts() {
     std::vector<Controls::Fit> labels;
     std::vector<Controls::Fit> boxes;
@@ -220,7 +220,7 @@ bool BasicPage::eventFilter(QObject *watched, QEvent *event) {
     return TabPage::eventFilter(watched, event);
 }
 
-// The box goes on showing what the sensor says; what is typed comes into the editor over it.
+// Opens the editor over the box; the box below keeps showing the sensor's value.
 void BasicPage::OpenEditor(QLineEdit &box, const QKeyEvent &key) {
     text1_.MoveOver(box, box.property("Tag").toString(), box.text());
     if (const QChar digit = TextBoxFunctions::DigitOf(key); !digit.isNull()) {
@@ -230,7 +230,7 @@ void BasicPage::OpenEditor(QLineEdit &box, const QKeyEvent &key) {
     }
 }
 
-// Below the chart at the marker's line, where the label of a drag would be.
+// Opens the editor below the chart at the marker's line, where a drag shows its label.
 void BasicPage::OpenThreshold(int marker, QChar first) {
     const std::int16_t threshold = BasicLayout::Relays[static_cast<std::size_t>(marker)].threshold;
     auto *strip = static_cast<RelayMarker *>(WidgetOf(Member(PicRelay, marker)));
@@ -245,7 +245,7 @@ void BasicPage::OpenThreshold(int marker, QChar first) {
     text1_.Open(first);
 }
 
-// While the distance's caption is over the end of the mode's text, that goes above it.
+// Moves the mode's text above the distance's caption while the two would overlap.
 void BasicPage::PlaceMode() {
     const QWidget *distance = WidgetOf(FrameActualDist);
     const Drawing::Control &control = drawing_.At(LabelMode);
@@ -272,7 +272,7 @@ void BasicPage::changeEvent(QEvent *event) {
     }
 }
 
-// Two lines of text don't fit the label's size as it is laid out; its middle stays.
+// Makes the label as large as its two lines of text need and keeps its laid-out middle.
 void BasicPage::PlaceDragLabel() {
     const QRect laidOut = ToPixels(drawing_.At(LabelRelayDist));
     dragLabel_->setText(drawing_.At(LabelRelayDist).caption);
@@ -319,7 +319,7 @@ void BasicPage::UpdateDisplay() {
     for (std::size_t index = 0; index < textParams_.size(); ++index) {
         const std::int16_t tag = BasicFields::Table[index].tag;
         const QString text = zentrova_.FormatRaw(zentrova_.ParamValue(tag), tag);
-        if (textParams_[index]->text() != text) { // setting it would take back what is selected in it
+        if (textParams_[index]->text() != text) { // setting it would clear the selection
             textParams_[index]->setText(text);
         }
     }

@@ -19,7 +19,7 @@ class BasicPage : public TabPage {
     Q_OBJECT
 
 public:
-    // Values are typed into `text1`. It and the table must outlive this.
+    // The user types values into `text1`. REQUIRES: `text1` and the table outlive this.
     BasicPage(ClassZentrova &zentrova, ValueEditor &text1, QWidget *parent);
 
     void UpdateDisplay() override;
@@ -29,11 +29,11 @@ public:
     void PositionRelayMarkers();
     void UpdateGraph();
 
-    // A member of TextParam; its property "Tag" is the parameter that it shows.
+    // Returns a member of TextParam. Its property "Tag" is the parameter that it shows.
     QLineEdit &ValueBox(std::size_t index) const { return *textParams_.at(index); }
 
 Q_SIGNALS:
-    void ValueBoxLeft(); // one of TextParam has lost the focus
+    void ValueBoxLeft(); // a member of TextParam has lost the focus
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -52,7 +52,8 @@ private:
     void ColourTarget();
     void PlaceMode();
     void PlaceDragLabel();
-    int RightmostLeft(int ofWidth) const; // that stays in sight, in the chart's group
+    // Returns the largest left edge, in the chart's group, at which a widget of that width stays visible.
+    int RightmostLeft(int ofWidth) const;
     void OpenEditor(QLineEdit &box, const QKeyEvent &key);
     void OpenThreshold(int marker, QChar first);
     void ShowChanges();

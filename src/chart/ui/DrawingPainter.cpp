@@ -22,7 +22,7 @@ Qt::PenStyle StyleOf(Drawing::LineStyle style) {
     return Qt::SolidLine;
 }
 
-// The pixels of the device that a pen of this width takes.
+// Returns the width of a pen in pixels of the device: whole, and at least one.
 double DeviceWidth(const QPainter &painter, int width) {
     return std::max(1.0, std::round(width * painter.device()->devicePixelRatioF()));
 }
@@ -36,7 +36,7 @@ QPen PenOf(const QPainter &painter, const Drawing::Line &line, const QPalette &p
     return pen;
 }
 
-// The middle of a line that covers whole pixels of the device.
+// Returns the place, near `place`, of the middle of a line that covers whole pixels of the device.
 double Snapped(const QPainter &painter, double place, int width) {
     const double ratio = painter.device()->devicePixelRatioF();
     const double half = std::fmod(DeviceWidth(painter, width), 2) / 2;
@@ -110,7 +110,7 @@ void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QPalette &
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(fill.darker());
     painter.setBrush(fill);
-    const QRectF outline = place.adjusted(0.5, 0.5, -0.5, -0.5); // the pen stays within
+    const QRectF outline = place.adjusted(0.5, 0.5, -0.5, -0.5); // keeps the pen within the shape
     if (shape.outline == Drawing::Outline::Circle) {
         painter.drawEllipse(outline);
     } else {

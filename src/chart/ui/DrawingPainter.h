@@ -8,20 +8,20 @@
 #include <QPointF>
 #include <vector>
 
-// Paints the elements of a drawing: upright and level lines are crisp on any scale factor.
+// Paints the elements of a drawing. Vertical and horizontal lines are crisp at any scale factor.
 namespace DrawingPainter {
 
-// Of a length in twips.
+// Converts a length in twips.
 inline double ToPixels(float twips) {
     return static_cast<double>(twips) / 15;
 }
 
 QColor ColourOf(Drawing::Colour colour, const QPalette &palette);
 
-// `origin` is where the coordinates start, in pixels of the painter.
+// `origin` is the origin of the line's coordinates, in pixels of the painter.
 void PaintLine(QPainter &painter, const Drawing::Line &line, const QPalette &palette, QPointF origin = {});
 
-// The visible segments of a curve as one line, so that they join.
+// Paints the visible segments of a curve as one line, so that they join.
 void PaintCurve(QPainter &painter, const std::vector<Drawing::Line> &segments, const QPalette &palette);
 
 void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QPalette &palette);

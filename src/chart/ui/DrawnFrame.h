@@ -5,16 +5,16 @@
 
 #include <QFrame>
 
-// A frame of the Basic tab, with the lines and shapes that stand in it.
+// A frame of the Basic tab that paints the lines and shapes in it.
 class DrawnFrame : public QFrame {
     Q_OBJECT
 
 public:
-    // The drawing must outlive this. An opaque one paints its own background, so that what is behind it isn't
-    // painted on each tick.
+    // An opaque frame paints its own background, so that the widgets below it aren't painted on each tick.
+    // REQUIRES: `drawing` outlives this.
     DrawnFrame(const BasicDrawing &drawing, Drawing::ControlId id, bool opaque, QWidget *parent);
 
-    // Has an area of it painted again.
+    // Schedules a repaint of an area of this frame.
     void UpdateArea(const DrawingChanges::Area &area);
 
 protected:

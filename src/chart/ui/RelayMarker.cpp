@@ -75,8 +75,8 @@ void RelayMarker::keyReleaseEvent(QKeyEvent *event) {
     }
 }
 
-// The key's release goes to whatever has the focus then. The write may turn the event loop, so the focus
-// moves first.
+// Lets go of the key, because its release goes to the widget that has the focus then. Queued, because the
+// write may turn the event loop and the focus must move first.
 void RelayMarker::focusOutEvent(QFocusEvent *event) {
     QWidget::focusOutEvent(event);
     QMetaObject::invokeMethod(this, &RelayMarker::LetGoOfKey, Qt::QueuedConnection);
@@ -90,8 +90,8 @@ void RelayMarker::LetGoOfKey() {
     }
 }
 
-// Tells the relays apart without their colours. On and off are often close together, so one has it at its
-// upper end and the other at its lower one.
+// Paints the relay's number, so that the relays differ not only in colour. The "on" markers have it at their
+// upper end and the "off" markers at their lower one, because the two are often close together.
 void RelayMarker::PaintNumber(QPainter &painter, const QColor &colour) {
     constexpr int relays = 2;
     QRect place(0, 0, width(), numberPixels + 1);

@@ -4,28 +4,28 @@
 
 #include <QWidget>
 
-// The marker of a relay's threshold, with its keys. The strip itself is a hair; this is as wide as a hand
-// needs it. Markers lie over each other, so the mouse is RelayPointer's.
+// The marker of a relay's threshold; handles its keys. It is wider than the strip in the drawing, so that the
+// mouse can grab it. Markers overlap, so RelayPointer handles the mouse.
 class RelayMarker : public QWidget {
     Q_OBJECT
 
 public:
-    // The drawing and the drag must outlive this.
+    // REQUIRES: the drawing and the drag outlive this.
     RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, int number, QWidget *parent);
 
-    // Where this stands for the strip's place in the drawing.
+    // Returns the geometry of this widget for the strip's present place in the drawing.
     QRect Place() const;
 
-    // The column of the chart's pixels that the line is painted in.
+    // Returns the column of the chart's pixels in which the line is painted.
     int LineColumn() const;
 
-    // The pointer is, or isn't, at this marker.
+    // Shows whether the pointer is at this marker.
     void ShowHover(bool hovered);
 
 Q_SIGNALS:
     void Moved(); // the drawing may have changed
 
-    // The user wants to type the threshold; `first` is the digit that says so, if it was one.
+    // The user wants to type the threshold. `first` is the digit that was pressed, or null for Enter.
     void EditWanted(QChar first);
 
 protected:

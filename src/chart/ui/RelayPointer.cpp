@@ -10,7 +10,7 @@
 
 namespace {
 
-// The pixel of the chart that the pointer is in.
+// Returns the pixel of the chart that contains `place`.
 QPoint PixelOf(const QPointF &place) {
     return {static_cast<int>(std::floor(place.x())), static_cast<int>(std::floor(place.y()))};
 }
@@ -70,7 +70,7 @@ int RelayPointer::Nearest(const QPoint &inChart) const {
     return static_cast<int>(nearest);
 }
 
-// The columns of a marker's widget that lead to the marker `number`.
+// Returns the columns of `under` in which `number` is the nearest marker.
 QRect RelayPointer::NearestPartOf(const QWidget &under, int number) const {
     QRect part;
     for (int column = 0; column < under.width(); ++column) {
@@ -81,7 +81,8 @@ QRect RelayPointer::NearestPartOf(const QWidget &under, int number) const {
     return part;
 }
 
-// It goes as the pointer comes to another marker's line.
+// Limits the tool tip to the part of `under` that belongs to the nearest marker, so that it hides when the
+// pointer comes nearer to another one.
 void RelayPointer::ShowToolTip(QWidget &under, const QHelpEvent &help) const {
     const int number = Nearest(under.pos() + help.pos());
     QToolTip::showText(help.globalPos(), markers_[static_cast<std::size_t>(number)]->toolTip(), &under,
@@ -101,7 +102,7 @@ void RelayPointer::Press(const QMouseEvent &event, const QPointF &inChart) {
     }
     const int number = held_.value_or(Nearest(PixelOf(inChart)));
     ShowHover(number);
-    // The press has given it to the marker on top.
+    // The press has moved the focus to the topmost marker.
     markers_[static_cast<std::size_t>(number)]->setFocus(Qt::MouseFocusReason);
     drag_.MouseDown(number, left, InMarker(number, inChart));
 }
@@ -126,7 +127,7 @@ void RelayPointer::Release(const QMouseEvent &event) {
     Q_EMIT Moved();
 }
 
-// The release of the button went elsewhere, to a box or with the page.
+// Ends a drag whose button release was received by another widget or lost with the hidden page.
 void RelayPointer::AbandonDrag() {
     if (held_) {
         drag_.Abandon(*std::exchange(held_, std::nullopt));

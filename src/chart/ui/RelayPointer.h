@@ -8,13 +8,13 @@
 #include <optional>
 #include <vector>
 
-// Leads the mouse to the marker whose line is nearest to the pointer, whichever of the markers, each wider
-// than its line, lies on top there. Of two lines that are as near the first one is taken.
+// Sends mouse events to the marker whose line is nearest to the pointer, even where another marker, which is
+// wider than its line, lies on top. Of two equally near lines the first wins.
 class RelayPointer : public QObject {
     Q_OBJECT
 
 public:
-    // By the numbers of PicRelay. All must outlive this.
+    // `markers` are numbered as PicRelay. REQUIRES: all arguments outlive this.
     RelayPointer(const BasicDrawing &drawing, RelayDrag &drag, std::vector<RelayMarker *> markers);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -6,7 +6,7 @@
 #include <algorithm>
 
 HelpPage::HelpPage(const QString &folder, QWidget *parent) : QTextBrowser(parent), folder_(folder) {
-    setOpenLinks(false); // the window decides where they lead
+    setOpenLinks(false); // HelpWindow follows them
     setUndoRedoEnabled(false);
     setTabChangesFocus(false); // Tab goes from link to link first
     connect(this, &QTextBrowser::sourceChanged, this, [this] { setExtraSelections({}); });
@@ -44,7 +44,7 @@ void HelpPage::Mark(const QStringList &words) {
 
 QVariant HelpPage::loadResource(int, const QUrl &name) {
     if (!name.host().isEmpty()) {
-        return {}; // a share of another computer
+        return {}; // a share on another computer
     }
     const QString path = name.isRelative() ? folder_ + u'/' + name.path() : name.toLocalFile();
     const QString real = QFileInfo(path).canonicalFilePath();

@@ -4,20 +4,20 @@
 #include <QStringList>
 #include <QTextBrowser>
 
-// Shows a page of the help. Whatever a page names is read from the help's folder or not at all.
+// Shows a page of the help. Loads the resources of a page only from the help's folder.
 class HelpPage : public QTextBrowser {
     Q_OBJECT
 
 public:
     explicit HelpPage(const QString &folder, QWidget *parent = nullptr);
 
-    // Shows the page, from a place "#name" in it if the address has one.
+    // Shows the page, scrolled to the anchor "#name" if the address has one.
     void Show(const QUrl &address);
 
-    // The page's file within the folder; empty before the first.
+    // Returns the page's file within the folder; empty before the first page.
     QString File() const { return source().fileName(); }
 
-    // Marks these words wherever they stand in the page and shows the first. The next page has no marks.
+    // Marks all occurrences of these words in the page and scrolls to the first. The next page has no marks.
     void Mark(const QStringList &words);
 
     QVariant loadResource(int type, const QUrl &name) override;

@@ -11,7 +11,7 @@ HelpViewer::HelpViewer(UserDialogs &dialogs, std::function<bool(const QUrl &)> o
 
 HelpViewer::~HelpViewer() = default;
 
-// The topics are read when they are first asked for.
+// Reads the topics at the first request.
 bool HelpViewer::Load(const QString &chmFile) {
     const QString folder = HelpTopics::FolderBeside(chmFile);
     if (window_ != nullptr && window_->Topics().Folder() == folder) {
@@ -48,7 +48,7 @@ void HelpViewer::HtmlHelp(WindowHandle caller, const QString &file, HelpCommand 
             orFirst(window_->Topics().OfFile(std::get<QString>(data).section(u'/', -1).section(u'#', 0, 0))));
         break;
     case HelpCommand::Context:
-    case HelpCommand::TextPopup: // there is but one way to show a topic
+    case HelpCommand::TextPopup: // this engine has only one way to show a topic
         window_->ShowTopic(orFirst(window_->Topics().OfNumber(std::get<std::int32_t>(data))));
         break;
     case HelpCommand::CloseAll:

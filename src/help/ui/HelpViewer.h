@@ -9,9 +9,9 @@
 
 class HelpWindow;
 
-// Shows the help where the platform has no HTML Help: the topics that lie beside the compiled help file, in a
-// window of the program's own. A form that asks for the contents finds its own topic open in it, by its
-// property "HelpContextID".
+// Shows the help where the platform has no HTML Help: the topics beside the compiled help file, in a window
+// of the program's own. For a form that requests the contents, opens the form's own topic, which its property
+// "HelpContextID" names.
 class HelpViewer : public HelpEngine {
 public:
     HelpViewer(UserDialogs &dialogs, std::function<bool(const QUrl &)> openUrl);

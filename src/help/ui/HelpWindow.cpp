@@ -28,7 +28,7 @@ void GiveFile(QTreeWidgetItem &item, const QString &file) {
     item.setData(0, fileRole, file);
 }
 
-// A word of the index may lead nowhere by itself, and may be hidden with those below it.
+// Returns true if the entry is visible and opens a topic. A word of the index may have topics only below it.
 bool LeadsSomewhere(const QTreeWidgetItem &item) {
     const bool shows = !item.isHidden() && (item.parent() == nullptr || !item.parent()->isHidden());
     return shows && !item.data(0, fileRole).toString().isEmpty();
@@ -42,7 +42,7 @@ HelpWindow::HelpWindow(HelpTopics topics, std::function<bool(const QUrl &)> open
     Controls::Named(this, "HelpWindow");
     setWindowTitle(ApplicationTitle() + QStringLiteral(" Help"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/help.svg")));
-    setAttribute(Qt::WA_QuitOnClose, false); // the program ends with its main form
+    setAttribute(Qt::WA_QuitOnClose, false); // the program quits when its main form closes
     for (const HelpTopic &topic : topics_.All()) {
         pages_.push_back({topic.title, QTextDocumentFragment::fromHtml(topics_.Page(topic)).toPlainText()});
     }
@@ -53,7 +53,7 @@ HelpWindow::HelpWindow(HelpTopics topics, std::function<bool(const QUrl &)> open
     lists_->addTab(BuildContents(), QStringLiteral("&Contents"));
     lists_->addTab(BuildIndex(), QStringLiteral("&Index"));
     lists_->addTab(BuildSearch(), QStringLiteral("&Search"));
-    lists_->setUsesScrollButtons(false); // all three are always there
+    lists_->setUsesScrollButtons(false); // all three stay visible
     auto *halves = new QSplitter;
     halves->addWidget(lists_);
     halves->addWidget(page_);
@@ -100,7 +100,7 @@ QToolBar *HelpWindow::BuildToolbar() {
     return toolbar;
 }
 
-// Shows the chosen entry of a list at once, by the mouse as by the cursor keys.
+// Builds a list that opens an entry as soon as the user selects it, by mouse or by cursor keys.
 QTreeWidget *HelpWindow::NewList(const char *name, const QString &spokenName) {
     auto *list = Controls::Named(new QTreeWidget, name);
     list->setAccessibleName(spokenName);
@@ -125,7 +125,7 @@ QWidget *HelpWindow::BuildContents() {
     return contents_;
 }
 
-// A word of one topic leads to it; a word of several has them below it.
+// A word of one topic opens it; a word of several topics has them below it.
 QWidget *HelpWindow::BuildIndex() {
     indexBox_ = Controls::Named(new QLineEdit, "IndexBox");
     indexBox_->setAccessibleName(QStringLiteral("Look for in the index"));
@@ -193,7 +193,7 @@ void HelpWindow::ShowContents(const HelpTopic &topic) {
     contents_->setFocus();
 }
 
-// A page leads to other pages, and to the web in the system's browser. Anything else leads nowhere.
+// Follows links to other pages, and opens web addresses in the system's browser. Ignores any other link.
 void HelpWindow::FollowLink(const QUrl &link) {
     const bool onTheWeb = link.scheme() == QStringLiteral("http") || link.scheme() == QStringLiteral("https");
     if (onTheWeb) {
@@ -208,7 +208,7 @@ void HelpWindow::FollowLink(const QUrl &link) {
     }
 }
 
-// The contents mark the page that shows, by whatever way it came.
+// Selects the shown page in the contents, however the user came to it.
 void HelpWindow::FollowPage(const QUrl &page) {
     for (QTreeWidgetItemIterator item(contents_); *item != nullptr; ++item) {
         if ((*item)->data(0, fileRole).toString() == page.fileName()) {
@@ -272,7 +272,7 @@ void HelpWindow::keyPressEvent(QKeyEvent *event) {
                                                        : nullptr;
     if (event->key() == Qt::Key_Escape) {
         close();
-    } else if (list != nullptr) { // Enter in a box opens the first that its list shows
+    } else if (list != nullptr) { // Enter in a box opens the first visible entry of its list
         QTreeWidgetItemIterator first(list);
         while (*first != nullptr && !LeadsSomewhere(**first)) {
             ++first;
@@ -303,14 +303,14 @@ bool HelpWindow::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::Show || event->type() == QEvent::Hide) {
         const auto *widget = qobject_cast<const QWidget *>(watched);
         if (widget != nullptr && widget->isWindow() && widget->isModal()) {
-            // Once the system of windows knows of it.
+            // Queued, so that the window system already knows the change.
             QMetaObject::invokeMethod(this, &HelpWindow::FollowModalWindow, Qt::QueuedConnection);
         }
     }
     return QWidget::eventFilter(watched, event);
 }
 
-// A modal window blocks all others but those that belong to it; so the help always belongs to the last one.
+// Makes the help a child of the last modal window, which blocks all windows except its children.
 void HelpWindow::FollowModalWindow() {
     const QWidget *modal = QApplication::activeModalWidget();
     if (windowHandle() != nullptr) {

@@ -14,8 +14,8 @@
 
 class QToolBar;
 
-// The help's own window: contents, index and search at the left, the page at the right. It stands beside the
-// program's windows and can be used also while one of them is modal.
+// The help's own window: contents, index and search at the left, the page at the right. It is a separate
+// window that the user can use also while another window is modal.
 class HelpWindow : public QWidget {
     Q_OBJECT
 
@@ -25,13 +25,13 @@ public:
 
     const HelpTopics &Topics() const { return topics_; }
 
-    // Shows the window, in front of the others, with this topic.
+    // Shows the window, above all others, with this topic.
     void ShowTopic(const HelpTopic &topic);
 
-    // The same with the contents at its left.
+    // The same, with the contents at the left.
     void ShowContents(const HelpTopic &topic);
 
-    // The topic that shows.
+    // Returns the topic that is shown.
     const HelpTopic *Topic() const { return topics_.OfFile(page_->File()); }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -57,7 +57,7 @@ private:
 
     HelpTopics topics_;
     std::function<bool(const QUrl &)> openUrl_;
-    std::vector<HelpSearch::Page> pages_; // what is searched, in the order of the topics
+    std::vector<HelpSearch::Page> pages_; // the searched texts, in the order of the topics
     HelpPage *page_ = nullptr;
     QTabWidget *lists_ = nullptr;
     QTreeWidget *contents_ = nullptr;

@@ -33,7 +33,7 @@ QFrame *NewRule() {
     return rule;
 }
 
-// The message took the release of the click that led to it.
+// Completes a click in `window` whose release the message box received.
 void FinishClickIn(const QWidget &window) {
     if (QGuiApplication::mouseButtons() != Qt::NoButton) {
         return;
@@ -113,7 +113,7 @@ QLineEdit *FormTransmitDelay::NewEntry(const char *name, const char *text) {
     EntryFocus::SelectAllOnEntry(*box);
     EntryFocus::ValidateOnLeave(*box, [this, box] {
         CheckLeftBox(*box);
-        return true; // the focus leaves all the same
+        return true; // the focus leaves in any case
     });
     box->installEventFilter(this);
     connect(box, &QLineEdit::textChanged, this, &FormTransmitDelay::RecalculateDelay);
@@ -213,8 +213,8 @@ bool FormTransmitDelay::eventFilter(QObject *watched, QEvent *event) {
     return QDialog::eventFilter(watched, event);
 }
 
-// Enter presses the button that has the focus, and no other: who ends an entry with it wants neither a write
-// nor the window closed.
+// Makes Enter press only the button that has the focus: a user who ends an entry with Enter wants neither to
+// write nor to close the window.
 void FormTransmitDelay::keyPressEvent(QKeyEvent *event) {
     if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
         QDialog::keyPressEvent(event);
@@ -236,7 +236,7 @@ void FormTransmitDelay::SetTransmitDelayValues() {
     }
 }
 
-// The writes turn the event loop; what is typed meanwhile is for the next time.
+// Reads both values first: the writes turn the event loop, and texts typed meanwhile are for the next press.
 void FormTransmitDelay::AskAndWrite() {
     using namespace ParamDefines;
     const auto low = TransmitDelay::RawValue(zentrova_, low_->text(), TransmitDelayLow);
@@ -260,7 +260,7 @@ void FormTransmitDelay::done(int result) {
     }
     {
         const QScopedValueRollback<bool> guard(working_, true); // the save may turn the event loop too
-        // Deliberate: closing saves in the sensor, also where nothing was changed.
+        // Deliberate: closing makes the sensor save, even if nothing was changed.
         if (saveSettings_->isEnabled() && saveSettings_->isChecked()) {
             zentrova_.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
         }

@@ -13,8 +13,8 @@
 
 class QVBoxLayout;
 
-// Works out the transmit delay of a master unit from its slaves' settings. While the port is open it writes
-// the delay, and has the sensor save its parameters as the window closes.
+// Calculates the transmit delay of a master unit from its slaves' settings. If the port is open, it writes
+// the delay on request and makes the sensor save its parameters when the window closes.
 class FormTransmitDelay : public QDialog {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ public:
     FormTransmitDelay(ClassZentrova &zentrova, const ParameterLink &link, UserDialogs &dialogs,
                       ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
-    // Every way of closing the window comes here. One that comes during a write takes effect after it.
+    // Handles every way of closing the window. During a write, closing takes effect after the write.
     void done(int result) override;
 
 protected:
@@ -48,7 +48,7 @@ private:
     UserDialogs &dialogs_;
     const bool online_;
     bool working_ = false;     // a write or the save is waiting in the event loop
-    bool closeWanted_ = false; // meanwhile
+    bool closeWanted_ = false; // the user has closed the window meanwhile
     QLineEdit *sumOfRanges_ = nullptr;
     QLineEdit *sumOfDelays_ = nullptr;
     QLabel *actualDelay_ = nullptr;

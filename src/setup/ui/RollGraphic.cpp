@@ -6,7 +6,7 @@
 
 namespace {
 
-// Places in the drawing.
+// A value and its place in the drawing.
 struct Value {
     const char *meaning = nullptr;
     QRect place;
@@ -67,7 +67,7 @@ RollGraphic::RollGraphic(QWidget *parent) : StepPicture(QStringLiteral(":/wizard
         label->setAccessibleDescription(QString::fromLatin1(value.meaning));
         label->setGeometry(value.place);
         label->setAlignment(value.alignment | Qt::AlignVCenter);
-        QPalette colours = label->palette(); // of the drawing, in any colour scheme
+        QPalette colours = label->palette(); // the drawing's ink, in any colour scheme
         colours.setColor(QPalette::WindowText, ink);
         label->setPalette(colours);
         label->setFont(font);

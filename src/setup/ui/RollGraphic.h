@@ -6,7 +6,8 @@
 #include <QLabel>
 #include <array>
 
-// The sensor over a roll, with the roll's diameters and the distances to its surface, empty and full.
+// Shows the sensor over a roll, with the diameters of the core and the full roll and the distances to their
+// surfaces.
 class RollGraphic : public StepPicture {
     Q_OBJECT
 

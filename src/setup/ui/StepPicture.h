@@ -8,7 +8,7 @@ class StepPicture : public QWidget {
     Q_OBJECT
 
 public:
-    // The drawing fills the ground, whose size is its own in pixels.
+    // Fixes the widget's size to the drawing's own size in pixels.
     StepPicture(const QString &file, QWidget *parent);
 
     QSize sizeHint() const override { return drawing_.defaultSize(); }

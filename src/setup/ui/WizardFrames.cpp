@@ -51,7 +51,7 @@ WizardFrames::WizardFrames(QWidget *parent) : QWidget(parent) {
     SizeSteps();
 }
 
-// Beside its picture.
+// Builds the frame of a step and returns the column beside its picture.
 QVBoxLayout *WizardFrames::BuildStep(int step, int headingIndex, const char *heading) {
     auto *frame = new QGroupBox(this);
     Controls::Named(frame, Controls::Member("fraStep", step));
@@ -128,12 +128,12 @@ void WizardFrames::BuildMode() {
     column->addStretch();
 }
 
-// The live distance, and what was recorded of it.
+// Builds the live distance, the recorded one and the Record button of a place.
 QGridLayout *WizardFrames::BuildRecording(int place) {
     auto *grid = new QGridLayout;
     const auto number = [](const QString &name, const char *spoken) {
         auto *label = Controls::Named(new QLabel(WizardSteps::NoReading()), name);
-        label->setAccessibleDescription(QString::fromLatin1(spoken)); // its name is the number
+        label->setAccessibleDescription(QString::fromLatin1(spoken)); // its accessible name is the number
         label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         label->setMinimumWidth(numberWidth);
         QFont font = label->font();
@@ -286,7 +286,7 @@ void WizardFrames::BuildFinished() {
     column->addStretch();
 }
 
-// All of one size, that of the fullest.
+// Gives all steps the size of the largest one.
 void WizardFrames::SizeSteps() {
     int width = leastStepWidth;
     for (QGroupBox *frame : fraStep_) {
@@ -354,7 +354,7 @@ void WizardFrames::ShowStep(WizardSteps::Step step, QWidget &otherwise) {
     }
 }
 
-// Where the user goes on in the step.
+// Returns the control at which the user continues in the step; null if there is none.
 QWidget *WizardFrames::FirstControl(WizardSteps::Step step) const {
     switch (step) {
     case WizardSteps::Mode:

@@ -16,15 +16,15 @@ class QGridLayout;
 class QVBoxLayout;
 class RollGraphic;
 
-// The frames of the wizard's steps, one of which is in sight: their controls, the choices and texts there,
-// and the readings. frmWizard handles the presses.
+// The frames of the wizard's steps, of which one is visible: their controls, the user's entries and the
+// readings. frmWizard handles the presses.
 class WizardFrames : public QWidget {
     Q_OBJECT
 
 public:
     explicit WizardFrames(QWidget *parent);
 
-    // By the index of a place. The core has no voltage.
+    // Indexed by place. There is no voltage at the core.
     QPushButton &CommandRecordDistance(int place) const {
         return *commandRecordDistance_.at(static_cast<std::size_t>(place));
     }
@@ -42,7 +42,8 @@ public:
     void ShowRecorded(int place, const WizardSteps::Reading &recorded);
     void ShowRoll(const WizardCalibration::Roll &roll);
 
-    // The focus goes to where the user goes on in that step, or, where nothing is to be done, to `otherwise`.
+    // Shows the step and moves the focus to the control at which the user continues, or to `otherwise` if
+    // there is none.
     void ShowStep(WizardSteps::Step step, QWidget &otherwise);
 
 private:

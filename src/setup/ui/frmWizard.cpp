@@ -45,7 +45,7 @@ frmWizard::frmWizard(ClassZentrova &zentrova, UserDialogs &dialogs, ClassMyHtmlH
     for (QAbstractButton *button : findChildren<QAbstractButton *>()) {
         button->installEventFilter(this);
     }
-    // Enter presses the button that has the focus; from anywhere else it is the default one's.
+    // Enter presses the button that has the focus, and from any other control the default button.
     for (QPushButton *button : findChildren<QPushButton *>()) {
         button->setAutoDefault(true);
     }
@@ -110,8 +110,8 @@ void frmWizard::ConnectFrames() {
 
 void frmWizard::AddEntry(QLineEdit &box, std::function<bool()> isValid) {
     EntryFocus::SelectAllOnEntry(box);
-    // An empty box can be left for a button: Back and Record need nothing of it, Next asks for what is
-    // missing.
+    // Permits leaving an empty box for a button: Back and Record don't need its value, and Next reports a
+    // missing one.
     EntryFocus::ValidateOnLeave(box, [&box, isValid] {
         const bool forButton = qobject_cast<QAbstractButton *>(QApplication::focusWidget()) != nullptr ||
                                QGuiApplication::keyboardModifiers().testFlag(Qt::AltModifier);
@@ -121,13 +121,13 @@ void frmWizard::AddEntry(QLineEdit &box, std::function<bool()> isValid) {
     entries_.push_back({&box, std::move(isValid)});
 }
 
-// Enter in a box is Next, which checks the box itself.
+// Makes Enter in a box act as Next, which validates the box itself.
 bool frmWizard::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::KeyPress) {
         const auto &key = static_cast<const QKeyEvent &>(*event);
         if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
             if (key.isAutoRepeat()) {
-                return true; // a key that is held mustn't run through to Finish
+                return true; // a held key mustn't repeat through all steps to Finish
             }
             if (qobject_cast<QLineEdit *>(watched) != nullptr) {
                 Next();
@@ -147,8 +147,8 @@ bool frmWizard::ValidateDiameter(QLineEdit &box) {
     return true;
 }
 
-// The first box is checked whichever is left: it is filled by the time that the second one shows, which so
-// takes any value.
+// Validates the first box, whichever box the user leaves. The first one is filled before the second is shown,
+// so the second one accepts any value.
 bool frmWizard::ValidateVoltage(int place) {
     QLineEdit &first = frames_->TextVoltageOutput(WizardSteps::AtFarEnd);
     if (!TextBoxFunctions::ValidateNumericEntry(first, QStringLiteral("Voltage Level"), 0, greatestVoltage,
@@ -162,7 +162,7 @@ bool frmWizard::ValidateVoltage(int place) {
     return true;
 }
 
-// Validates here for a press that comes without leaving a box, by Enter or from an assistive client.
+// Validates here for a press that doesn't leave a box first: Enter, or the press of an assistive client.
 bool frmWizard::EntriesAreValid() {
     for (const Entry &entry : entries_) {
         if (entry.box->isVisible() && !entry.box->text().isEmpty() && !entry.isValid()) {
@@ -179,8 +179,8 @@ void frmWizard::Tell(const QString &message) {
                              ApplicationTitle());
 }
 
-// A write turns the event loop: what is pressed meanwhile doesn't act on a step that is half-way to another.
-// Only the wish to leave is kept until the work is done.
+// Runs `work`, whose writes turn the event loop. Ignores presses meanwhile, so that they don't act on a step
+// that is changing. Only a request to leave is kept until the work is done.
 void frmWizard::Work(const std::function<void()> &work) {
     if (atWork_) {
         return;
@@ -198,8 +198,8 @@ void frmWizard::Work(const std::function<void()> &work) {
     }
 }
 
-// From the event loop: an assistive client that pressed a button mustn't be kept waiting while a box is open.
-// A second press before that is meant for the same step.
+// Calls `work` from the event loop, so that an assistive client that pressed a button isn't blocked while a
+// box is open. Ignores a second press before that call: it was meant for the same step.
 void frmWizard::Press(void (frmWizard::*work)()) {
     if (std::exchange(pressed_, true)) {
         return;
@@ -251,7 +251,7 @@ void frmWizard::AskToCancel() {
     });
 }
 
-// A text that can't be written is told while nothing has been written yet, so that it can be mended.
+// Reports a text that can't be written before anything is written, so that the user can correct it.
 void frmWizard::Finish() {
     Work([this] {
         const WizardSteps::Entries entries = frames_->Entries();
@@ -262,7 +262,7 @@ void frmWizard::Finish() {
             Tell(fault.Description());
             return;
         }
-        frames_->ChkSaveSettings().setEnabled(false); // it is taken by now
+        frames_->ChkSaveSettings().setEnabled(false); // its state has been read
         steps_.Finish(outcome, entries);
         done(Accepted);
     });

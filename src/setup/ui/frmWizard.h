@@ -15,8 +15,8 @@
 #include <optional>
 #include <vector>
 
-// The setup wizard: leads through putting a sensor to use, step by step, and writes the settings at its end.
-// It is opened online, since it shows the live distance.
+// The setup wizard: guides the user through the setup of a sensor, step by step, and writes the settings at
+// its end. REQUIRES: the link is online, since the wizard shows the live distance.
 class frmWizard : public QDialog {
     Q_OBJECT
 
@@ -29,11 +29,11 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 public Q_SLOTS:
-    // Escape is the Cancel button.
+    // Escape acts as the Cancel button.
     void reject() override;
 
 protected:
-    // Unlike Cancel, closing the window by its frame puts nothing back.
+    // Unlike Cancel, closing the window by its frame restores nothing.
     void closeEvent(QCloseEvent *event) override;
 
 private:

@@ -32,7 +32,7 @@ constexpr int optionHeight = 270;
 constexpr int refreshLeft = 2100;
 constexpr int refreshWidth = 1335;
 constexpr int refreshHeight = 405;
-constexpr int listBorder = 30; // of which an editor's place stands clear
+constexpr int listBorder = 30; // excluded from an editor's place
 constexpr int textInset = 50;
 constexpr int textTop = 30;
 constexpr int textWider = 10; // than its column
@@ -63,7 +63,7 @@ AdvancedPage::AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialo
     connect(listView1_, &ParameterList::EditWanted, this, &AdvancedPage::Edit);
     connect(listView1_, &ParameterList::Moved, this, [this] {
         if (isVisible()) {
-            HideEditorsIfScrolled(); // which remembers where the list is now
+            HideEditorsIfScrolled(); // stores the list's present top row
             CloseEditors();
         }
     });
@@ -79,7 +79,7 @@ AdvancedPage::AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialo
     }
     connect(commandRefresh_, &QPushButton::clicked, this, [this] {
         if (combo1_->isVisible()) {
-            commandRefresh_->setFocus(Qt::OtherFocusReason); // which its mnemonic doesn't
+            commandRefresh_->setFocus(Qt::OtherFocusReason); // its mnemonic doesn't move the focus
             WriteChoice();
         }
         Rebuild();
@@ -109,7 +109,7 @@ void AdvancedPage::BuildControls() {
 
     combo1_ = new ChoiceOverlay(text1_.parentWidget());
     setTabOrder(listView1_, combo1_);
-    setTabOrder(combo1_, listView1_); // where Enter goes on to
+    setTabOrder(combo1_, listView1_); // Enter moves the focus to the list
 }
 
 // Views. --------------------------------------------------------------------------------------------
@@ -140,7 +140,7 @@ void AdvancedPage::HideEditorsIfScrolled() {
     }
 }
 
-// Text first: closing it may come back here.
+// Closes the text box first: closing it may call this function again.
 void AdvancedPage::CloseEditors() {
     text1_.Close();
     combo1_->Close();
@@ -164,11 +164,11 @@ void AdvancedPage::Edit(int row) {
     case Kind::None:
         break;
     case Kind::OutputDialog:
-        // From the event loop, so that the click that asked for it is through.
+        // Opens from the event loop, after the handler of the click has returned.
         QMetaObject::invokeMethod(
             this,
             [this, tagText, text = model_.Text(row, ParameterListModel::Value)] {
-                if (QApplication::activeModalWidget() == nullptr) { // asked for twice, it opens once
+                if (QApplication::activeModalWidget() == nullptr) { // a repeated request opens it once
                     EditOutput(tagText, text);
                 }
             },
@@ -270,7 +270,8 @@ void AdvancedPage::resizeEvent(QResizeEvent *event) {
     CloseEditorsOffTheList();
 }
 
-// A window that is made smaller takes the cell out of sight, not the editor.
+// Closes an editor that a smaller window leaves outside the list: the cell is hidden then, but the editor
+// isn't.
 void AdvancedPage::CloseEditorsOffTheList() {
     const int bottom = listView1_->mapTo(text1_.parentWidget(), QPoint(0, listView1_->height())).y();
     for (const QWidget *editor : std::initializer_list<const QWidget *>{&text1_, combo1_}) {

@@ -16,12 +16,12 @@
 #include <cstdint>
 #include <functional>
 
-// The Advanced tab: the list of all parameters, where each that may be changed can be.
+// The Advanced tab: the list of all parameters, in which the user edits those that may be changed.
 class AdvancedPage : public TabPage {
     Q_OBJECT
 
 public:
-    // `text1` is the main form's box for typed values, Combo1 is put beside it.
+    // `text1` is the main form's box for typed values; Combo1 gets the same parent.
     AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialogs &dialogs, ClassMyHtmlHelp &help,
                  ValueOverlay &text1, QWidget *parent);
 
@@ -30,7 +30,7 @@ public:
     void UpdateDisplay() override;
 
 Q_SIGNALS:
-    // The rows were built anew; their values are owed an UpdateDisplay.
+    // The rows were rebuilt; their values are empty until UpdateDisplay.
     void Rebuilt();
 
 protected:
@@ -62,6 +62,6 @@ private:
     ChoiceOverlay *combo1_ = nullptr;
     std::array<QRadioButton *, 2> optionViewParameters_{};
     QPushButton *commandRefresh_ = nullptr;
-    std::function<void()> owedWrite_; // of a choice that was made, until the event loop turns
-    std::int16_t firstVisible_ = 0;   // the parameter at the top, as of the last look
+    std::function<void()> owedWrite_; // writes the user's choice; pending until the event loop calls it
+    std::int16_t firstVisible_ = 0;   // the parameter in the top row at the last check
 };

@@ -52,8 +52,8 @@ void AddOption(QButtonGroup &group, const char *array, const char *caption) {
     group.addButton(Controls::Captioned<QRadioButton>(Controls::Member(array, index), caption), index);
 }
 
-// Tab comes to a group at the option that is selected, or at the first one: not at one that the next press of
-// a key would select by mistake.
+// Lets Tab enter a group at its selected option, or at the first one if none is selected, and never at an
+// option that the next key would select by mistake.
 void ReachBySelected(const QButtonGroup &group) {
     const QList<QAbstractButton *> options = group.buttons();
     const QAbstractButton *reached =
@@ -63,14 +63,14 @@ void ReachBySelected(const QButtonGroup &group) {
     }
 }
 
-// Each poll tells it, and only a change is worth painting.
+// Called at each poll; repaints only on a change.
 void Show(QLineEdit &box, const QString &text) {
     if (box.text() != text) {
         box.setText(text);
     }
 }
 
-// A frame's content leaves room for larger fonts in the smallest window.
+// Narrows a frame's margins, so that larger fonts fit into the smallest window.
 void Tighten(QLayout &layout) {
     layout.setContentsMargins(gap, smallGap, gap, smallGap);
 }
@@ -94,7 +94,7 @@ CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWi
       manualOutput_(manualOutput),
       control_(zentrova) {
     connect(&control_, &CheckoutControl::Finished, this, &CheckoutPage::Finished);
-    // Tab goes through them in the order in which they are made.
+    // The order of construction is the tab order.
     auto *relays = BuildRelays();
     auto *clkOut = BuildClkOut();
     auto *digInputs = BuildDigInputs();
@@ -120,7 +120,7 @@ CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWi
     grid->addWidget(analogOut, 0, 2, 2, 1);
     grid->addWidget(distance, 2, 0, 1, 2);
     grid->addLayout(side, 2, 2);
-    // A larger window gives its room to the distance, which is to be read from afar.
+    // Gives the extra room of a larger window to the distance, which must be readable from afar.
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(2, 1);
@@ -149,7 +149,7 @@ QGroupBox *CheckoutPage::BuildClkOut() {
     Tighten(*grid);
     imgClkOut_ = Controls::Named(new SwitchButton(frame->title(), frame), "imgClkOut");
     AddSwitch(*grid, 0, imgClkOut_);
-    // In line with the relays above, which have a number in front.
+    // Aligns with the relays above, which start with a number.
     grid->setColumnMinimumWidth(0, fontMetrics().horizontalAdvance(u'1') + grid->horizontalSpacing());
     grid->setColumnStretch(4, 1);
     connect(imgClkOut_, &SwitchButton::clicked, this, &CheckoutPage::ClkOutClick);
@@ -195,7 +195,7 @@ QGroupBox *CheckoutPage::BuildAnalogOut() {
         options->addWidget(optionAnalogOut_->buttons().last());
     }
     ReachBySelected(*optionAnalogOut_);
-    // Setting an option that is selected already is no click, and neither is clearing one.
+    // Reacts only to a new selection: not to setting the selected option again, and not to clearing one.
     connect(optionAnalogOut_, &QButtonGroup::idToggled, this, [this](int index, bool selected) {
         if (selected) {
             AnalogOutClick(index);
@@ -271,7 +271,7 @@ QGroupBox *CheckoutPage::BuildDistRange() {
     return frame;
 }
 
-// The desktop's font, made smaller where the page can't hold all of it.
+// Sets the desktop's font, reduced if the page's content doesn't fit.
 void CheckoutPage::FitFont() {
     QFont fitting = parentWidget() == nullptr ? QApplication::font() : parentWidget()->font();
     for (int pixels = QFontInfo(fitting).pixelSize();; --pixels) {
@@ -290,7 +290,7 @@ void CheckoutPage::resizeEvent(QResizeEvent *event) {
     FitFont();
 }
 
-// At once, since what follows a change of tab goes by the output's mode.
+// Writes at once, because the code that runs after a change of tab depends on the output's mode.
 void CheckoutPage::Entered() {
     SelectAnalogOut(CheckoutOptions::FollowsDistance);
     control_.Finish();
@@ -312,7 +312,7 @@ void CheckoutPage::NextClick() {
     SelectAnalogOut(next.toInt());
 }
 
-// The output goes to its full scale first, on purpose.
+// Deliberate: drives the output to full scale first.
 void CheckoutPage::ClkOutClick() {
     SelectAnalogOut(CheckoutOptions::FullScale);
     control_.ToggleClockOut();
@@ -325,7 +325,7 @@ void CheckoutPage::ReInitClick() {
 }
 
 void CheckoutPage::ClearRange() {
-    optionRange_->setExclusive(false); // which would keep one selected
+    optionRange_->setExclusive(false); // an exclusive group keeps one selected
     for (QAbstractButton *option : optionRange_->buttons()) {
         option->setChecked(false);
     }
@@ -348,7 +348,7 @@ void CheckoutPage::UpdateDisplay() {
     optionClockSel_->button(zentrova_.ParamValue(ParamDefines::ClockSelect) == 1 ? 1 : 0)->setChecked(true);
     imageTeachInput_->Picture(Lit(ParamDefines::TeachInput, Key::Red));
     imageExtClkInStatus_->Picture(Lit(ParamDefines::ExternalClockInput, Key::Red));
-    // The relays' measured states, not the commanded ones.
+    // Shows the relays' measured states, not the commanded ones.
     for (std::size_t i = 0; i < imgRelay_.size(); ++i) {
         imgRelay_[i]->Picture(
             Lit(static_cast<std::int16_t>(ParamDefines::Relay1State + static_cast<int>(i)), Key::On));

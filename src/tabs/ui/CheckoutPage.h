@@ -19,11 +19,11 @@ class CheckoutPage : public TabPage {
     Q_OBJECT
 
 public:
-    // `manualOutput` is the box of the Basic tab that is kept current from here; its property "Tag" is the
+    // `manualOutput` is a box of the Basic tab that this page keeps current; its property "Tag" is the
     // parameter that it shows.
     CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWidget *parent);
 
-    // Puts a forced output back to following the distance.
+    // Makes a forced output follow the distance again.
     void Entered() override;
 
     void UpdateDisplay() override;
@@ -32,7 +32,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 Q_SIGNALS:
-    void Finished(); // all that was clicked is written, maybe after the user has gone to another page
+    void Finished(); // all clicks are written; the user may have changed to another page
 
 private:
     void FitFont();
@@ -61,7 +61,7 @@ private:
     Indicator *imageTeachInput_ = nullptr;
     Indicator *imageExtClkInStatus_ = nullptr;
     Indicator *imageNoEcho_ = nullptr;
-    QButtonGroup *optionClockSel_ = nullptr; // each by the index in its array
+    QButtonGroup *optionClockSel_ = nullptr; // button ids are indices in the control array
     QButtonGroup *optionAnalogOut_ = nullptr;
     QButtonGroup *optionRange_ = nullptr;
     QLineEdit *textCheckoutVoltageOut_ = nullptr;

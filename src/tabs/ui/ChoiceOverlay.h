@@ -4,26 +4,26 @@
 #include <QPointer>
 #include <QStringList>
 
-// Combo1: the drop-down list that lies over a value of the Advanced list while one of its texts is chosen.
+// Combo1: the drop-down list that covers a value of the Advanced list while the user chooses a text.
 class ChoiceOverlay : public QComboBox {
     Q_OBJECT
 
 public:
     explicit ChoiceOverlay(QWidget *parent);
 
-    // Shows the list with its left upper corner and width, with the focus, and `choice` selected. `owner`
-    // gets the focus back.
+    // Shows the list at `corner` with that width, moves the focus to it and selects `choice`. The list
+    // returns the focus to `owner`.
     void Open(QWidget &owner, const QPoint &corner, int width, const QStringList &texts, int choice);
 
-    // Hides the list if it shows. Nothing is chosen.
+    // Hides the list, if it is shown, without choosing.
     void Close();
 
-    // As if the user left the list, if it shows.
+    // Chooses the current text and hides the list, if it is shown, as when the user leaves it.
     void Leave();
 
 Q_SIGNALS:
-    // The list is left with this choice, by Enter or for another control. The focus is on its way, so what
-    // turns the event loop must wait.
+    // The user has left the list with this choice, by Enter or for another control. The focus is still
+    // moving, so a slot must queue work that turns the event loop.
     void Chosen(int index);
 
 protected:

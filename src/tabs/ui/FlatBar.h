@@ -2,8 +2,8 @@
 
 #include <QProgressBar>
 
-// A progress bar without the gradients of the styles, which cost more than all else on a page that is
-// refreshed with every poll.
+// A progress bar without the style's gradients, which cost more than the rest of a page that is refreshed at
+// each poll.
 class FlatBar : public QProgressBar {
     Q_OBJECT
 

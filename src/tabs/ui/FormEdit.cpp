@@ -98,7 +98,7 @@ void FormEdit::SetEntry(const QString &text, const QString &tag) {
 void FormEdit::showEvent(QShowEvent *event) {
     QDialog::showEvent(event);
     if (event->spontaneous()) {
-        return; // it comes back from being minimised, with what is being typed
+        return; // restored from minimised: keeps the text that is being typed
     }
     ConvertFrom(raw);
     textDataVal_[raw]->setFocus(Qt::OtherFocusReason);
@@ -113,7 +113,7 @@ void FormEdit::SelectType(int index) {
     }
 }
 
-// The box is left once its text is valid, so the other one follows here.
+// Updates the other box too if the text is valid: the user leaves this box then.
 bool FormEdit::Validate(int index) {
     const bool isRaw = index == raw;
     const bool valid = TextBoxFunctions::ValidateNumericEntry(
@@ -129,7 +129,7 @@ bool FormEdit::Validate(int index) {
 void FormEdit::ConvertFrom(int index) {
     const QString text = textDataVal_[static_cast<std::size_t>(index)]->text();
     if (!IsNumeric(text)) {
-        return; // a row whose unit isn't a plain number
+        return; // the parameter's unit isn't a plain number
     }
     if (index == raw) {
         const double shown =
@@ -143,7 +143,7 @@ void FormEdit::ConvertFrom(int index) {
     converted_ = {textDataVal_[raw]->text(), textDataVal_[volts]->text()};
 }
 
-// Validates here for a client that presses OK without leaving the box, as an assistive one does.
+// Validates here too, because an assistive client presses OK without leaving the box.
 bool FormEdit::EntryIsConverted() {
     const int index = textDataVal_[volts]->isEnabled() ? volts : raw;
     QLineEdit &box = *textDataVal_[static_cast<std::size_t>(index)];
@@ -163,6 +163,6 @@ void FormEdit::WriteAndClose() {
     if (ValidateAndWriteTextBoxVal(box, rules_)) {
         accept();
     } else {
-        box.setFocus(Qt::OtherFocusReason); // unless it is disabled
+        box.setFocus(Qt::OtherFocusReason); // has no effect on a disabled box
     }
 }

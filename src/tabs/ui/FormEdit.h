@@ -10,8 +10,8 @@
 #include <array>
 #include <cstdint>
 
-// Edits a raw value of the output stage, as the number or in volts. What is accepted has been written when
-// the dialog closes.
+// Edits a raw value of the output stage, as a number or in volts. An accepted value is written before the
+// dialog closes.
 class FormEdit : public QDialog {
     Q_OBJECT
 
@@ -20,13 +20,13 @@ public:
 
     FormEdit(EntryRules &rules, UserDialogs &dialogs, ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
-    // The ends of the raw range, and the volts there. Set before the dialog is shown.
+    // The limits of the raw range and the volts at them. REQUIRES: set before the dialog is shown.
     std::int16_t RawMin = 0;
     std::int16_t RawMax = 0;
     std::int16_t EngMin = 0;
     std::int16_t EngMax = 0;
 
-    // The raw value as text, and the number of its parameter.
+    // Sets the raw value, as text, and the number of its parameter.
     void SetEntry(const QString &text, const QString &tag);
 
 protected:
@@ -44,5 +44,5 @@ private:
     UserDialogs &dialogs_;
     std::array<QRadioButton *, 2> optionDataType_{};
     std::array<QLineEdit *, 2> textDataVal_{};
-    std::array<QString, 2> converted_; // the texts that the last conversion left
+    std::array<QString, 2> converted_; // the texts after the last conversion
 };

@@ -16,7 +16,7 @@ Indicator::Indicator(const QString &spokenName, QWidget *parent) : QLabel(parent
 
 void Indicator::Picture(ImageListCheckout::Key key) {
     if (key == picture_) {
-        return; // each poll tells it, and only a change is worth painting
+        return; // called at each poll; repaints only on a change
     }
     picture_ = key;
     setAccessibleDescription(ImageListCheckout::Word(key));

@@ -4,8 +4,7 @@
 
 #include <QLabel>
 
-// Shows a state of the sensor as a picture. It is read out by its accessible name, with the state for its
-// description.
+// Shows a state of the sensor as a picture. Its accessible description is the state.
 class Indicator : public QLabel {
     Q_OBJECT
 

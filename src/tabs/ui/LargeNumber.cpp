@@ -15,7 +15,7 @@ constexpr int smallestPixels = 24;
 LargeNumber::LargeNumber(const QString &longest, QWidget *parent)
     : QLabel(longest, parent),
       longest_(longest) {
-    // The number's size follows the page, never the other way round.
+    // The number adapts to the page's size, never the page to the number's.
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
 }
 
@@ -59,5 +59,5 @@ void LargeNumber::resizeEvent(QResizeEvent *event) {
 
 void LargeNumber::changeEvent(QEvent *event) {
     QLabel::changeEvent(event);
-    pictures_.clear(); // font, palette and style all change what they show
+    pictures_.clear(); // the pictures depend on font, palette and style
 }

@@ -4,13 +4,13 @@
 #include <QLabel>
 #include <QPixmap>
 
-// A label whose text is as large as it has room for. Digits of that size are drawn from their outlines
-// anew each time, which a value that changes with every poll can't afford, so each is drawn once and kept.
+// A label whose text is as large as the label permits. Drawing digits of that size from their outlines at
+// each poll is too slow, so each character is drawn once and cached.
 class LargeNumber : public QLabel {
     Q_OBJECT
 
 public:
-    // `longest` must always fit.
+    // Chooses the font so that `longest` fits.
     LargeNumber(const QString &longest, QWidget *parent);
 
 protected:

@@ -14,7 +14,7 @@
 namespace {
 
 constexpr std::array columnWidths = {952, 4180, 1983, 2540}; // twips
-constexpr int rowPadding = 6;                                // pixels: an editor has its frame inside a row
+constexpr int rowPadding = 6;                                // pixels: an editor's frame fits into a row
 class CellDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -95,7 +95,7 @@ void ParameterList::mouseDoubleClickEvent(QMouseEvent *event) {
     QTreeView::mouseDoubleClickEvent(event);
     const QModelIndex cell = indexAt(event->position().toPoint());
     if (event->button() == Qt::LeftButton && cell.isValid() && cell.column() == ParameterListModel::Value) {
-        scrollTo(cell); // which the click would do later, under the editor
+        scrollTo(cell); // or the click would scroll later, below the editor
         Q_EMIT EditWanted(cell.row());
     }
 }

@@ -4,30 +4,30 @@
 
 #include <QTreeView>
 
-// ListView1: the rows of the parameters under four headers that sort them. It edits nothing itself, it says
-// what the user wants to edit.
+// ListView1: the list of the parameters, with four headers that sort it. It edits nothing itself; it reports
+// the row that the user wants to edit.
 class ParameterList : public QTreeView {
     Q_OBJECT
 
 public:
     ParameterList(ParameterListModel &model, QWidget *parent);
 
-    // The row of the top, and the selected one; -1: none.
+    // Return the topmost visible row and the selected row; -1 if there is none.
     int FirstVisibleRow() const { return indexAt(QPoint(0, 0)).row(); }
     int SelectedRow() const { return currentIndex().row(); }
     void SelectRow(int row);
 
-    // A cell's place in the coordinates of `widget`, which the list stands in.
+    // Returns a cell's rectangle in the coordinates of `widget`, which contains the list.
     QRect PlaceOf(int row, ParameterListModel::Column column, const QWidget &widget) const;
 
-    // A press on a scroll bar leaves the focus with this editor.
+    // Makes a press on a scroll bar leave the focus with `editor`.
     void ScrollUnder(QWidget &editor);
 
 Q_SIGNALS:
-    // A double click on the Value cell of the row, or Enter or F2 on the row.
+    // The user double-clicked the Value cell of the row, or pressed Enter or F2 on the row.
     void EditWanted(int row);
 
-    // The rows aren't where they were, or the columns.
+    // Rows or columns have moved.
     void Moved();
 
 protected:

@@ -27,5 +27,5 @@ void StillFrame::paintEvent(QPaintEvent *event) {
 
 void StillFrame::changeEvent(QEvent *event) {
     QGroupBox::changeEvent(event);
-    picture_ = {}; // font, palette, style and whether it is enabled all change what it shows
+    picture_ = {}; // the picture depends on font, palette, style and enabling
 }

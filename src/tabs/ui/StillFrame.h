@@ -3,8 +3,8 @@
 #include <QGroupBox>
 #include <QPixmap>
 
-// A group box that is drawn once and kept. What changes in it with every poll lies over it and has that much
-// of it painted again, which costs more than the change where the style draws border and caption anew.
+// A group box that is drawn once and cached. A child that changes at each poll makes the part of the group
+// box below it repaint; a style that draws border and caption again needs more time for that than the child.
 class StillFrame : public QGroupBox {
     Q_OBJECT
 

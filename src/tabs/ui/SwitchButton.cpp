@@ -21,7 +21,7 @@ SwitchButton::SwitchButton(const QString &spokenName, QWidget *parent) : QAbstra
 
 void SwitchButton::Picture(ImageListCheckout::Key key) {
     if (key == picture_) {
-        return; // each poll tells it, and only a change is worth painting
+        return; // called at each poll; repaints only on a change
     }
     picture_ = key;
     setAccessibleDescription(ImageListCheckout::Word(key));

@@ -4,8 +4,8 @@
 
 #include <QAbstractButton>
 
-// A switch that only asks for the other state: its picture shows what the sensor is said to be in. It is read
-// out by its accessible name, with the state for its description.
+// A switch that only requests the other state; its picture shows the state that the sensor reports. Its
+// accessible description is that state.
 class SwitchButton : public QAbstractButton {
     Q_OBJECT
 

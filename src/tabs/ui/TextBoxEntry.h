@@ -4,6 +4,6 @@
 
 #include <QLineEdit>
 
-// Takes the text of a box for the parameter that its property "Tag" names, as EntryRules does. On false the
-// whole text is selected. The event loop may have turned.
+// Validates and writes the text of a box by EntryRules::ValidateAndWriteText; the property "Tag" of the box
+// names the parameter. Selects the whole text before it returns false. May turn the event loop.
 bool ValidateAndWriteTextBoxVal(QLineEdit &box, EntryRules &rules);

@@ -83,7 +83,8 @@ void ValueOverlay::Close() {
     }
     {
         const QScopedValueRollback<bool> guard(closing_, true);
-        // Also while another window is active: what it gives the focus back to is the owner then.
+        // Also while another window is active: the owner gets the focus when this window becomes active
+        // again.
         if (owner_ && window()->focusWidget() == this) {
             owner_->setFocus(Qt::OtherFocusReason);
         }
@@ -113,7 +114,8 @@ void ValueOverlay::keyPressEvent(QKeyEvent *event) {
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter: {
-        // While the text is written the box may have gone on to another value, or the text been mended.
+        // During the write, the box may have been moved to another value or the user may have changed the
+        // text.
         const int opening = openings_;
         const int moves = moves_;
         const QString entered = text();
@@ -155,7 +157,7 @@ bool ValueOverlay::PermitsLeaving() {
             this, [this] { goneOn_ = false; }, Qt::QueuedConnection);
     }
     if (opening != openings_ || isHidden()) {
-        return true; // what was asked about isn't there any more
+        return true; // the checked entry no longer exists
     }
     if (permitted) {
         asked_ = opening;
@@ -169,7 +171,7 @@ bool ValueOverlay::focusNextPrevChild(bool next) {
         return true;
     }
     if (!next && insteadOfOwner_ && owner_) {
-        QWidget::setTabOrder(this, owner_); // the way back passes by the owner as the way on does
+        QWidget::setTabOrder(this, owner_); // Shift+Tab skips the owner, as Tab does
     }
     return QLineEdit::focusNextPrevChild(next);
 }
@@ -179,7 +181,8 @@ void ValueOverlay::focusOutEvent(QFocusEvent *event) {
     if (closing_ || EntryFocus::IsElsewhere(event->reason())) {
         return;
     }
-    // After the check, which a click brings before it and anything else behind it.
+    // Queued, so that it runs after the check of the text: a key is checked before the focus moves, a click
+    // at its press, and any other change of focus queues its check before this call.
     QMetaObject::invokeMethod(this, &ValueOverlay::HideIfLeft, Qt::QueuedConnection);
 }
 
@@ -187,7 +190,7 @@ void ValueOverlay::HideIfLeft() {
     if (checked_ == openings_ || isHidden() || window()->focusWidget() == this) {
         return;
     }
-    // Nobody asks while the value before is still being written.
+    // Checks here, because the validator doesn't check while the previous value is still being written.
     if (const int opening = openings_; OwesACheck()) {
         const bool permitted = Write();
         if (opening != openings_ || isHidden()) {

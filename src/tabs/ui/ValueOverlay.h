@@ -8,21 +8,21 @@
 #include <QRect>
 #include <QString>
 
-// Text1: the one box of the main form that values are typed into. It lies hidden until it is placed over
-// what shows a value and opened there; its property "Tag" is the parameter's number as text.
+// Text1: the only box of the main form into which the user types values. It is hidden until it is placed over
+// the display of a value and opened there. Its property "Tag" is the parameter's number as text.
 class ValueOverlay : public QLineEdit, public ValueEditor {
     Q_OBJECT
 
 public:
-    // `parent` is what all pages stand in.
+    // `parent` contains all pages.
     ValueOverlay(EntryRules &rules, QWidget *parent);
 
-    // Gets ready to edit the parameter `tag` at `place`, in the parent's coordinates, hidden or not as it is.
-    // `owner` shows the value: its place in the tab order is the box's too, and it gets the focus back.
+    // Prepares to edit the parameter `tag` at `place`, in the parent's coordinates, without showing or hiding
+    // the box. `owner` shows the value: the box follows it in the tab order and returns the focus to it.
     void MoveOver(QWidget &owner, const QRect &place, const QString &tag, const QString &text);
 
-    // Over the whole of a box, or beside an owner, what is before the owner in the tab order is before the
-    // box too, as what is behind it always is.
+    // Over the whole of a box or beside an owner, the box replaces the owner in the tab order: Shift+Tab
+    // leads to the control before the owner, as Tab leads to the control after it.
     void MoveOver(QWidget &owner, const QString &tag, const QString &text) override;
     void MoveBeside(QWidget &owner, const QRect &place, const QString &tag, const QString &text) override;
 
@@ -30,17 +30,18 @@ public:
     void Open() { Open({}); }
     void StayOver() override;
 
-    // Hides the box if it shows. Nothing is written.
+    // Hides the box, if it is shown, without writing.
     void Close();
 
-    // As if the user left the box: checks and writes what is typed, then hides. False: the text was refused,
-    // the user has been told, and the box has the focus. Must not be called during a check.
+    // Acts as if the user left the box: validates and writes the text, then hides the box. Returns false if
+    // the text was rejected; the user has seen the reason and the box has the focus then. REQUIRES:
+    // !IsChecking().
     bool Leave();
 
-    // True while the typed text is being validated, or its write waits for the one before it.
+    // Returns true while the typed text is being validated or its write waits for the previous one.
     bool IsChecking() const { return checked_ != 0; }
 
-    // The parameter's number as text, without moving the box.
+    // Sets the parameter's number, as text, without moving the box.
     void SetTag(const QString &tag);
 
 Q_SIGNALS:
@@ -67,9 +68,9 @@ private:
     int moves_ = 0;
     int checked_ = 0; // the opening whose text is being checked or written; 0: none
     QString checkedText_;
-    int asked_ = 0; // the opening whose text was found valid as it was left
+    int asked_ = 0; // the opening whose text was valid when the user left it
     bool overOwner_ = false;
     bool insteadOfOwner_ = false; // in the tab order
     bool closing_ = false;
-    bool goneOn_ = false; // the user is at another value already than the key that is on its way was for
+    bool goneOn_ = false; // the box was opened for another value while a key that moves the focus was pending
 };

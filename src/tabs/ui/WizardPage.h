@@ -4,18 +4,18 @@
 
 #include <QPushButton>
 
-// The Wizard tab: the way into the setup wizard.
+// The Wizard tab: starts the setup wizard.
 class WizardPage : public TabPage {
     Q_OBJECT
 
 public:
     explicit WizardPage(QWidget *parent);
 
-    // The wizard needs live distances.
+    // Enables the start button only online, because the wizard needs live distances.
     void EnableStart(bool online);
 
 Q_SIGNALS:
-    // From the event loop: an assistive client that pressed the button mustn't be kept waiting.
+    // Emitted from the event loop, so that an assistive client that pressed the button isn't blocked.
     void StartWizard();
 
 private:
