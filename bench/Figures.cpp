@@ -22,7 +22,7 @@ const Peer *JudgedBy(const Figure &figure) {
     return found == figure.peers.end() ? nullptr : &*found;
 }
 
-// What is held to the limit. Nothing where the peer to judge by is missing.
+// The figure to compare with the limit. Nothing where the peer to judge by is missing.
 std::optional<double> Judged(const Figure &figure) {
     if (figure.against.isEmpty()) {
         return figure.value;

@@ -27,7 +27,7 @@ public:
         bool gone = false;
         QByteArray early;   // what has come before a frame is sent
         QByteArray babbles; // what comes again and again
-        // What the adapter gives back of a frame, before the answer.
+        // The bytes that the adapter gives back of a frame, before the answer.
         std::function<QByteArray(const QByteArray &)> echo = [](auto &) { return QByteArray(); };
         qsizetype piece = 1000; // the most bytes that come at once
     };

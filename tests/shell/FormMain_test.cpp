@@ -682,7 +682,7 @@ TEST_F(FormMainTest, ShowsTheChartOfTheTableAtEachRefresh) {
     EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving()); // only a configuration writes
 }
 
-// What is being typed. -------------------------------------------------------------------------------
+// Commands during an entry. ------------------------------------------------------------------------------
 
 class EntryAndCommandsTest : public FormMainTest {
 protected:
