@@ -20,16 +20,17 @@ void LocalEcho::RunBegins(const ModbusFrame::Request &request) {
 }
 
 QByteArray LocalEcho::TakeFrom(QByteArray &received) {
-    if (taken_) {
+    const bool mayBeReply = ReplyMayEqual(request_);
+    const bool isExpected = state_ == State::Present || (state_ == State::Unclear && mayBeReply);
+    if (taken_ || (mayBeReply && !isExpected)) {
         return {};
     }
-    const bool isExpected = state_ == State::Present || (state_ == State::Unclear && ReplyMayEqual(request_));
-    const qsizetype at = isExpected ? received.indexOf(frame_) : 0;
-    if (at < 0 || !received.sliced(at).startsWith(frame_) || (!isExpected && ReplyMayEqual(request_))) {
+    const qsizetype at = received.indexOf(frame_);
+    if (at < 0 || (at > 0 && !isExpected)) {
         return {};
     }
     taken_ = true;
-    if (!ReplyMayEqual(request_)) {
+    if (!mayBeReply) {
         state_ = State::Present;
     }
     const QByteArray before = received.first(at);
