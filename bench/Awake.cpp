@@ -6,6 +6,8 @@
 #include <sys/prctl.h>
 #endif
 
+namespace ztv {
+
 Awake::Awake() {
     for (int processor = 0; processor < QThread::idealThreadCount(); ++processor) {
         auto idler = std::make_unique<QProcess>();
@@ -25,3 +27,5 @@ Awake::~Awake() {
         idler->waitForFinished();
     }
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+namespace ztv {
+
 // Keeps each processor from going to sleep, by work that gives way to any other. On a virtual machine a
 // processor that sleeps takes longer to wake than a round trip takes.
 class Awake {
@@ -14,3 +16,5 @@ public:
 private:
     std::vector<std::unique_ptr<QProcess>> idlers_;
 };
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QWidget>
 
+using namespace ztv;
+
 int main(int argc, char *argv[]) {
     const QApplication application(argc, argv);
     const FirstPaint firstPaint([] { ReportStage("painted"); });

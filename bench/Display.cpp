@@ -8,6 +8,8 @@
 #include <poll.h>
 #include <stdexcept>
 
+namespace ztv {
+
 namespace {
 
 constexpr int patienceMs = 30000;
@@ -92,3 +94,5 @@ void Display::WaitForItsEnd() {
                reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window == window_;
     });
 }
+
+} // namespace ztv

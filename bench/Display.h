@@ -6,6 +6,8 @@
 #include <functional>
 #include <xcb/xcb.h>
 
+namespace ztv {
+
 // A display without a screen, for programs that know no other. Programs that are started while it lives
 // show their windows on it.
 class Display {
@@ -36,3 +38,5 @@ private:
     xcb_connection_t *connection_ = nullptr;
     std::uint32_t window_ = 0;
 };
+
+} // namespace ztv

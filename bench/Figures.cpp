@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <optional>
 
+namespace ztv {
+
 namespace {
 
 // Three digits that count.
@@ -93,3 +95,5 @@ void Figures::Add(const Figure &figure) {
         passed_.insert_or_assign(figure.name, line);
     }
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <set>
 #include <vector>
 
+namespace ztv {
+
 // The same measurement of somebody else's work.
 struct Peer {
     QString name;
@@ -41,3 +43,5 @@ private:
     std::set<QString> kept_;
     std::map<QString, QString> passed_;
 };
+
+} // namespace ztv

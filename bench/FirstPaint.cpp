@@ -7,6 +7,8 @@
 #include <QWidget>
 #include <cstdio>
 
+namespace ztv {
+
 FirstPaint::FirstPaint(std::function<void()> onPainted) : onPainted_(std::move(onPainted)) {
     qApp->installEventFilter(this);
 }
@@ -25,3 +27,5 @@ void ReportStage(const char *stage) {
     std::printf("%s %.3f %.3f %.3f\n", stage, now, Measure::ProcessorMs(), Measure::ResidentMiB());
     std::fflush(stdout);
 }
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <functional>
 
+namespace ztv {
+
 // Waits for the first window of the program to be painted as a whole.
 class FirstPaint : public QObject {
     Q_OBJECT
@@ -18,3 +20,5 @@ private:
 
 // One line on standard output: the stage, the clock, the processor time, the memory.
 void ReportStage(const char *stage);
+
+} // namespace ztv

@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <stdexcept>
 
+namespace ztv {
+
 namespace {
 
 constexpr int flashBytes = 47104;
@@ -143,3 +145,5 @@ void MeasureHexImport(Figures &figures) {
     MeasureImportOf(figures, flashBytes);
     MeasureImportOf(figures, mebibyte);
 }
+
+} // namespace ztv

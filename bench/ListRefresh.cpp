@@ -12,6 +12,8 @@
 #include <QCoreApplication>
 #include <QTabWidget>
 
+namespace ztv {
+
 namespace {
 
 // Times the plain labels.
@@ -75,3 +77,5 @@ void MeasureListRefresh(Figures &figures) {
     add("refresh of the Advanced list with all values changed", changed, changedLimit);
     add("the same with the painting of those in sight", painted, changedLimit);
 }
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <array>
 #include <modbus.h>
 
+namespace ztv {
+
 namespace {
 
 constexpr int slave = 1;
@@ -115,3 +117,5 @@ std::vector<std::unique_ptr<Master>> AllMasters() {
     masters.push_back(std::make_unique<QtMaster>());
     return masters;
 }
+
+} // namespace ztv

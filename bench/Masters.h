@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+namespace ztv {
+
 // A Modbus master that reads 90 registers of slave 1 at 38400 baud, 8N2.
 class Master {
 public:
@@ -22,3 +24,5 @@ public:
 
 // Ours, then the peers.
 std::vector<std::unique_ptr<Master>> AllMasters();
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <ctime>
 
+namespace ztv {
+
 namespace {
 
 double ReadClockMs(clockid_t clock) {
@@ -50,3 +52,5 @@ void Measure::Idle(int milliseconds) {
     QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
     loop.exec();
 }
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <vector>
 
+namespace ztv {
+
 // What the measurements read off the machine.
 namespace Measure {
 
@@ -19,3 +21,5 @@ double Median(std::vector<double> values);
 void Idle(int milliseconds);
 
 } // namespace Measure
+
+} // namespace ztv

@@ -12,6 +12,8 @@
 
 #include <QTimer>
 
+using namespace ztv;
+
 int main(int argc, char *argv[]) {
     Application application(argc, argv);
     const int pollMs = argc > 1 ? QByteArray(argv[1]).toInt() : 0;

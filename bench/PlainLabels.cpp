@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QGridLayout>
 
+namespace ztv {
+
 namespace {
 
 constexpr int labels = 40;
@@ -62,3 +64,5 @@ double PlainLabels::MedianOfChanges(double (*clock)()) {
     window_->hide();
     return Measure::Median(times);
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+namespace ztv {
+
 // A peer for what has none: a plain window of the main form's size whose labels all change and are painted.
 // Measured in the same moment it tells the pace of the machine.
 class PlainLabels {
@@ -30,3 +32,5 @@ private:
     std::vector<QLabel *> labels_;
     int changes_ = 0;
 };
+
+} // namespace ztv

@@ -19,6 +19,8 @@
 #include <cstdio>
 #include <stdexcept>
 
+namespace ztv {
+
 namespace {
 
 // Times the plain labels.
@@ -135,3 +137,5 @@ void MeasurePollLoad(Figures &figures) {
          .against = PlainLabels::Name()});
     form.GoOffline();
 }
+
+} // namespace ztv

@@ -2,5 +2,9 @@
 
 #include "bench/Figures.h"
 
+namespace ztv {
+
 // What the poll and the display of its values cost, tab by tab and as a load over time.
 void MeasurePollLoad(Figures &figures);
+
+} // namespace ztv

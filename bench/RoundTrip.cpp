@@ -8,6 +8,8 @@
 #include <QTimer>
 #include <stdexcept>
 
+namespace ztv {
+
 namespace {
 
 constexpr double backToBackLimit = 1; // times Qt's client, which keeps to the silent interval as well
@@ -102,3 +104,5 @@ void MeasureRoundTrips(Figures &figures) {
                  .peers = {idle.begin() + 1, idle.end()},
                  .against = idle[1].name});
 }
+
+} // namespace ztv

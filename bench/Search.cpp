@@ -13,6 +13,8 @@
 #include <QTimer>
 #include <stdexcept>
 
+namespace ztv {
+
 namespace {
 
 constexpr double limitRatio = 1.05;
@@ -62,3 +64,5 @@ void MeasureSearch(Figures &figures) {
                  .limit = limitRatio,
                  .peers = {}});
 }
+
+} // namespace ztv

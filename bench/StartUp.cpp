@@ -10,6 +10,8 @@
 #include <QStandardPaths>
 #include <stdexcept>
 
+namespace ztv {
+
 namespace {
 
 constexpr double startLimit = 4;  // times a bare Qt window
@@ -155,3 +157,5 @@ void MeasureStartUp(Figures &figures) {
     MeasureMemoryOfPoll(figures);
     MeasureOnDisplay(figures);
 }
+
+} // namespace ztv

@@ -13,6 +13,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace ztv {
+
 namespace {
 
 constexpr int patienceMs = 90000; // some report after a minute
@@ -90,3 +92,5 @@ QByteArray StartedProgram::ReadLine() {
     buffer_.remove(0, length + 1);
     return line;
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <sys/types.h>
 
+namespace ztv {
+
 // A program in a process of its own, started with as little in the way as can be.
 class StartedProgram {
 public:
@@ -28,3 +30,5 @@ private:
     double startMs_ = 0;
     QByteArray buffer_;
 };
+
+} // namespace ztv

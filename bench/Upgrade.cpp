@@ -17,6 +17,8 @@
 #include <cstdio>
 #include <stdexcept>
 
+namespace ztv {
+
 namespace {
 
 constexpr int bitsPerSecond = 38400;
@@ -118,3 +120,5 @@ void MeasureUpgrade(Figures &figures) {
                  .limit = mostTimesTheLine,
                  .peers = {}});
 }
+
+} // namespace ztv

@@ -2,5 +2,9 @@
 
 #include "bench/Figures.h"
 
+namespace ztv {
+
 // The upgrade of the whole application, through the console, beside the time that its bytes take on the line.
 void MeasureUpgrade(Figures &figures);
+
+} // namespace ztv

@@ -20,6 +20,8 @@
 #include <memory>
 #include <stdexcept>
 
+namespace ztv {
+
 namespace {
 
 struct Group {
@@ -124,6 +126,10 @@ QString TakeValue(QStringList &words, const QString &option) {
 }
 
 } // namespace
+
+} // namespace ztv
+
+using namespace ztv;
 
 int main(int argc, char *argv[]) {
     const QTemporaryDir settings;

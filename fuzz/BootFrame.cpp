@@ -6,6 +6,8 @@
 #include "fuzz/Harness.h"
 #include "sim/BootFrame.h"
 
+namespace ztv {
+
 using BootFrame::Reader;
 using State = BootFrame::Reader::State;
 
@@ -96,3 +98,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     CheckStream(Fuzz::Bytes(data, size), most);
     return 0;
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include "support/FileFunctions.h"
 #include "support/PathFunctions.h"
 
+namespace ztv {
+
 namespace {
 
 // The arguments stand in the text in their order with nothing but blanks between them.
@@ -100,3 +102,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     }
     return 0;
 }
+
+} // namespace ztv

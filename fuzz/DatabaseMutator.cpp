@@ -6,6 +6,8 @@
 #include <sqlite3.h>
 #include <string>
 
+namespace ztv {
+
 namespace {
 
 using Numbers = std::minstd_rand;
@@ -130,3 +132,5 @@ bool MutateDatabase(std::uint8_t *data, std::size_t &size, std::size_t most, uns
     std::memcpy(data, changed.get(), size);
     return true;
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace ztv {
+
 namespace {
 
 // A warning of Qt is a fault of ours, as it is in the tests.
@@ -93,3 +95,5 @@ std::optional<QString> CountingDialogs::SaveFileDialog(const FileQuestion &) {
 }
 
 } // namespace Fuzz
+
+} // namespace ztv

@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace ztv {
+
 // What must hold of every input: a target that finds it doesn't ends the program, and the input is kept.
 #define REQUIRE(condition) ((condition) ? void() : Fuzz::Fail(#condition, __FILE__, __LINE__))
 
@@ -66,3 +68,5 @@ public:
 };
 
 } // namespace Fuzz
+
+} // namespace ztv

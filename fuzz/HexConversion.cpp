@@ -4,6 +4,8 @@
 
 #include <QDir>
 
+namespace ztv {
+
 namespace {
 
 // The check of a file changes the current folder; what drives the targets has paths that start there.
@@ -74,3 +76,5 @@ void HexConversion::RequireStable() {
     REQUIRE(ReadImages() == images);
     REQUIRE(Export() == hexFile);
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace ztv {
+
 // The memory images in the order program, EEPROM, ids, configuration.
 using Images = std::array<QByteArray, 4>;
 
@@ -30,3 +32,5 @@ private:
     BootSettings settings_;
     QString hexPath_;
 };
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <QList>
 #include <random>
 
+namespace ztv {
+
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t *data, std::size_t size, std::size_t most)
     __attribute__((weak));
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t *data, std::size_t size, std::size_t most,
@@ -196,3 +198,5 @@ std::size_t LLVMFuzzerCustomMutator(std::uint8_t *data, std::size_t size, std::s
     std::copy(mended.begin(), mended.end(), data);
     return static_cast<std::size_t>(mended.size());
 }
+
+} // namespace ztv

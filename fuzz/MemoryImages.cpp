@@ -6,6 +6,8 @@
 
 #include <QList>
 
+namespace ztv {
+
 namespace {
 
 Images Split(const QByteArray &content) {
@@ -63,3 +65,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     CheckFamily(otherFamily, images);
     return 0;
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include "link/ModbusFrame.h"
 #include "sim/Crc.h"
 
+namespace ztv {
+
 using ModbusFrame::Request;
 using ModbusFrame::Verdict;
 
@@ -206,3 +208,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     }
     return 0;
 }
+
+} // namespace ztv

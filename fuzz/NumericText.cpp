@@ -14,6 +14,8 @@
 #include <limits>
 #include <optional>
 
+namespace ztv {
+
 namespace {
 
 __extension__ using Wide = __int128;
@@ -133,3 +135,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     CheckNumber(value, decimals);
     return 0;
 }
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <array>
 #include <optional>
 
+namespace ztv {
+
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t *data, std::size_t size, std::size_t most)
     __attribute__((weak));
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t *data, std::size_t size, std::size_t most,
@@ -85,3 +87,5 @@ std::size_t LLVMFuzzerCustomMutator(std::uint8_t *data, std::size_t size, std::s
     const bool byTheFormat = seed % 2 == 0 && MutateDatabase(data, size, most, seed / 2, columns);
     return byTheFormat ? size : LLVMFuzzerMutate(data, size, most);
 }
+
+} // namespace ztv

@@ -6,7 +6,13 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace ztv {
+
 extern "C" int LLVMFuzzerInitialize(int *argumentCount, char ***arguments);
+
+} // namespace ztv
+
+using namespace ztv;
 
 int main(int argc, char *argv[]) {
     LLVMFuzzerInitialize(&argc, &argv);

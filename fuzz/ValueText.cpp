@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+namespace ztv {
+
 namespace {
 
 const ClassZentrova &Shipped() {
@@ -129,3 +131,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     }
     return 0;
 }
+
+} // namespace ztv

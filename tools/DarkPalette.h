@@ -2,6 +2,8 @@
 
 #include <QPalette>
 
+namespace ztv {
+
 // Returns the palette that a dark desktop gives to programs with this program's style.
 inline QPalette DarkPalette() {
     const QColor text(0xfc, 0xfc, 0xfc);
@@ -26,3 +28,5 @@ inline QPalette DarkPalette() {
     dark.setColor(QPalette::Disabled, QPalette::HighlightedText, dimText);
     return dark;
 }
+
+} // namespace ztv

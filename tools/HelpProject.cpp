@@ -6,6 +6,8 @@
 #include <QSet>
 #include <algorithm>
 
+namespace ztv {
+
 namespace HelpProject {
 
 namespace {
@@ -170,3 +172,5 @@ QMap<QString, QString> Files(const HelpTopics &topics) {
 }
 
 } // namespace HelpProject
+
+} // namespace ztv

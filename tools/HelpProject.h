@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace ztv {
+
 // Prepares the help for the compiler of help files: derives all files that it needs besides the pages from
 // the table of the topics.
 namespace HelpProject {
@@ -21,3 +23,5 @@ QStringList Pictures(const HelpTopics &topics);
 QMap<QString, QString> Files(const HelpTopics &topics);
 
 } // namespace HelpProject
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+namespace ztv {
+
 // Prints the text of each box and answers at once: Ok, Yes, no file.
 class PrintedDialogs : public UserDialogs {
 public:
@@ -14,3 +16,5 @@ public:
     std::optional<QString> OpenFileDialog(const FileQuestion &) override { return std::nullopt; }
     std::optional<QString> SaveFileDialog(const FileQuestion &) override { return std::nullopt; }
 };
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+namespace ztv {
+
 namespace {
 
 constexpr int longestMs = 10000;
@@ -36,3 +38,5 @@ QString SensorProcess::Command(const QString &line) {
     }
     return QString::fromUtf8(printed.chopped(sizeof mark - 1)).trimmed();
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+namespace ztv {
+
 // Runs the simulated sensor in a separate process: its time doesn't count as ours, and it replies while we
 // block.
 class SensorProcess {
@@ -25,3 +27,5 @@ private:
     QTemporaryDir folder_;
     QProcess process_;
 };
+
+} // namespace ztv

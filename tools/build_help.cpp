@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace ztv {
+
 namespace {
 
 void Write(const QString &path, const QByteArray &content) {
@@ -45,6 +47,10 @@ void WriteProject(const HelpTopics &topics, const QString &folder) {
 }
 
 } // namespace
+
+} // namespace ztv
+
+using namespace ztv;
 
 int main(int argc, char *argv[]) {
     if (argc != 3) {

@@ -22,6 +22,8 @@
 #include <utility>
 #include <vector>
 
+namespace ztv {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -415,6 +417,10 @@ void WriteDatabase(const fs::path &output, const std::vector<Parameter> &paramet
 }
 
 } // namespace
+
+} // namespace ztv
+
+using namespace ztv;
 
 int main(int argc, char *argv[]) {
     if (argc != 4) {

@@ -50,6 +50,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace ztv {
+
 namespace {
 
 void Watch(int milliseconds) {
@@ -468,6 +470,10 @@ bool GiveHelpItsPictures(const QString &tour, const QString &help) {
 }
 
 } // namespace
+
+} // namespace ztv
+
+using namespace ztv;
 
 int main(int argc, char *argv[]) {
     Application application(argc, argv);

@@ -1,7 +1,9 @@
 #include "chart/BasicDrawing.h"
 
 #include "chart/BasicLayout.h"
-#include "model/Element.h"
+#include "model/CheckedAt.h"
+
+namespace ztv {
 
 namespace {
 
@@ -106,16 +108,16 @@ BasicDrawing::BasicDrawing()
 }
 
 Line &BasicDrawing::At(LineId line, int index) {
-    return Element(lines_, static_cast<int>(Member(line, index)), "line");
+    return CheckedAt(lines_, static_cast<int>(Member(line, index)), "line");
 }
 const Line &BasicDrawing::At(LineId line, int index) const {
-    return Element(lines_, static_cast<int>(Member(line, index)), "line");
+    return CheckedAt(lines_, static_cast<int>(Member(line, index)), "line");
 }
 Control &BasicDrawing::At(ControlId control, int index) {
-    return Element(controls_, static_cast<int>(Member(control, index)), "control");
+    return CheckedAt(controls_, static_cast<int>(Member(control, index)), "control");
 }
 const Control &BasicDrawing::At(ControlId control, int index) const {
-    return Element(controls_, static_cast<int>(Member(control, index)), "control");
+    return CheckedAt(controls_, static_cast<int>(Member(control, index)), "control");
 }
 
 void BasicDrawing::LoadCurve(std::span<const Point> points) {
@@ -139,3 +141,5 @@ void BasicDrawing::UnloadCurve() {
 std::span<const Shape> BasicDrawing::Shapes() {
     return BasicLayout::Shapes;
 }
+
+} // namespace ztv

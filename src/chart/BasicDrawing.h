@@ -5,6 +5,8 @@
 #include <span>
 #include <vector>
 
+namespace ztv {
+
 // Model of the Basic tab's picture: its lines, shapes and controls by name, without any widget. BasicGraph,
 // Pulse and RelayDrag write the coordinates; DrawingChanges finds the areas to repaint.
 class BasicDrawing {
@@ -44,3 +46,5 @@ private:
     std::vector<Drawing::Control> controls_;
     std::vector<Drawing::Line> curve_;
 };
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <array>
 #include <cstdint>
 
+namespace ztv {
+
 // The value boxes of the Basic tab: the parameter that each shows, and its place in twips.
 namespace BasicFields {
 
@@ -74,3 +76,5 @@ inline constexpr int NearVoltage = 1;
 inline constexpr int NearDistance = 3;
 
 } // namespace BasicFields
+
+} // namespace ztv

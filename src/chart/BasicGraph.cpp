@@ -7,6 +7,8 @@
 #include "model/ParamDefines.h"
 #include "model/RollGeometry.h"
 
+namespace ztv {
+
 using enum Drawing::ControlId;
 using enum Drawing::LineId;
 
@@ -219,3 +221,5 @@ void BasicGraph::MoveTarget() {
     target.left = drawing_.At(FrameGraph).left + drawing_.At(LineDistExt).x1;
     space.width = target.left - space.left;
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 // The Basic tab's chart: arranges the drawing for the output mode and moves its elements by the sensor's
 // values.
 class BasicGraph {
@@ -61,3 +63,5 @@ private:
     std::optional<std::int32_t> mode_; // the mode whose elements are shown
     std::optional<Roll> curve_;        // the roll whose curve is shown
 };
+
+} // namespace ztv

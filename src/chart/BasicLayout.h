@@ -6,6 +6,8 @@
 #include <array>
 #include <cstdint>
 
+namespace ztv {
+
 // Initial layout of the Basic tab, in twips. The value boxes and their labels are in BasicFields. The rows
 // are in the order of the enumerations.
 namespace BasicLayout {
@@ -111,3 +113,5 @@ inline constexpr std::array Relays = {
 };
 
 } // namespace BasicLayout
+
+} // namespace ztv

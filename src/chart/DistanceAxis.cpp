@@ -3,6 +3,8 @@
 #include "model/Global.h"
 #include "model/ParamDefines.h"
 
+namespace ztv {
+
 namespace DistanceAxis {
 
 Spans OfMarkers(const BasicDrawing &drawing) {
@@ -28,3 +30,5 @@ float PositionOf(std::int32_t distance, const ClassZentrova &zentrova, const Spa
 }
 
 } // namespace DistanceAxis
+
+} // namespace ztv

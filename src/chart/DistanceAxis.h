@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+namespace ztv {
+
 // The chart's horizontal axis: three spans between Min Range, Near Distance, Far Distance and Max Range, each
 // with its own scale.
 namespace DistanceAxis {
@@ -28,3 +30,5 @@ Spans OfMarkers(const BasicDrawing &drawing);
 float PositionOf(std::int32_t distance, const ClassZentrova &zentrova, const Spans &spans);
 
 } // namespace DistanceAxis
+
+} // namespace ztv

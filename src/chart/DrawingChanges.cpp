@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ztv {
+
 using namespace Drawing;
 
 namespace {
@@ -64,3 +66,5 @@ DrawingChanges::Since DrawingChanges::Take() {
     shown_ = drawing_;
     return since;
 }
+
+} // namespace ztv

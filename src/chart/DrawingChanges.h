@@ -2,6 +2,8 @@
 
 #include "chart/BasicDrawing.h"
 
+namespace ztv {
+
 // Finds the differences in a drawing, so that a tick of the animation repaints only the elements that moved.
 // An element that was changed and changed back between two calls of Take() isn't reported.
 class DrawingChanges {
@@ -32,3 +34,5 @@ private:
     const BasicDrawing &drawing_;
     BasicDrawing shown_;
 };
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 
+namespace ztv {
+
 // The elements of the Basic tab's picture. All coordinates are twips within the parent, in single precision.
 namespace Drawing {
 
@@ -119,3 +121,5 @@ struct Point {
 };
 
 } // namespace Drawing
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include "model/ParamDefines.h"
 #include "model/RollGeometry.h"
 
+namespace ztv {
+
 namespace {
 
 float Inches(const ClassZentrova &zentrova, std::int16_t tag) {
@@ -36,3 +38,5 @@ std::array<Drawing::Point, 100> Points(const ClassZentrova &zentrova, const Draw
 }
 
 } // namespace HyperbolicCurve
+
+} // namespace ztv

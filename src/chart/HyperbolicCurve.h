@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace ztv {
+
 // The output voltage from the empty core to the full roll: it falls as core / diameter.
 namespace HyperbolicCurve {
 
@@ -15,3 +17,5 @@ std::array<Drawing::Point, 100> Points(const ClassZentrova &zentrova, const Draw
                                        const Drawing::Line &rollRail);
 
 } // namespace HyperbolicCurve
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include "support/Numbers.h"
 
+namespace ztv {
+
 namespace {
 
 constexpr std::int16_t lastStep = 15;
@@ -40,3 +42,5 @@ void Pulse::Advance(BasicDrawing &drawing, bool echo) {
         line.visible = false;
     }
 }
+
+} // namespace ztv

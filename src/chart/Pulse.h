@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace ztv {
+
 // The sound pulse between transducer and target: 16 ticks out and 16 back. It grows on the way.
 class Pulse {
 public:
@@ -14,3 +16,5 @@ private:
     std::int16_t step_ = 0;
     bool outbound_ = false;
 };
+
+} // namespace ztv

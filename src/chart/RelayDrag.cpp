@@ -2,12 +2,14 @@
 
 #include "chart/BasicLayout.h"
 #include "chart/DistanceAxis.h"
-#include "model/Element.h"
+#include "model/CheckedAt.h"
 #include "model/Global.h"
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
 #include <algorithm>
+
+namespace ztv {
 
 using enum Drawing::ControlId;
 using enum Drawing::LineId;
@@ -18,13 +20,13 @@ namespace {
 constexpr std::int16_t model = ParamDefines::Relay1OnThreshold;
 
 std::int16_t ThresholdOf(int marker) {
-    return Element(BasicLayout::Relays, marker, "PicRelay").threshold;
+    return CheckedAt(BasicLayout::Relays, marker, "PicRelay").threshold;
 }
 
 } // namespace
 
 RelayDrag::Grip &RelayDrag::GripOf(int marker) {
-    return Element(grips_, marker, "PicRelay");
+    return CheckedAt(grips_, marker, "PicRelay");
 }
 
 void RelayDrag::MouseDown(int marker, bool leftButton, float x) {
@@ -196,3 +198,5 @@ std::int32_t RelayDrag::ValueAt(float left) const {
     }
     return ToInt32(Global::InterpolateClipped(left, slope.x1, slope.x2, nearDistance, farDistance));
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 // Sets the relays' thresholds by dragging their markers over the chart. During a drag a label follows the
 // marker and shows the value at its place. The release writes that value, unless the marker is back where it
 // was pressed. Markers are numbered as PicRelay.
@@ -63,3 +65,5 @@ private:
     BasicDrawing &drawing_;
     std::array<Grip, 4> grips_;
 };
+
+} // namespace ztv

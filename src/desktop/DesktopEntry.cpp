@@ -1,5 +1,7 @@
 #include "desktop/DesktopEntry.h"
 
+namespace ztv {
+
 namespace {
 
 // Quotes an argument of a command line as readers of the entry parse it.
@@ -51,3 +53,5 @@ QString DesktopEntry::Exec(const QString &application) {
     const QString starter = application.contains(u'%') ? QStringLiteral("env ") : QString();
     return starter + QuotedArgument(application) + QStringLiteral(" %f");
 }
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace ztv {
+
 // The program's desktop entry: its name, its icon, and how it opens its files.
 namespace DesktopEntry {
 
@@ -19,3 +21,5 @@ QByteArray Text(const Program &program);
 QString Exec(const QString &application);
 
 } // namespace DesktopEntry
+
+} // namespace ztv

@@ -11,6 +11,8 @@
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
+namespace ztv {
+
 namespace {
 
 QString InDataFolder(const QString &path) {
@@ -78,3 +80,5 @@ void DesktopFileType::Publish(const Binding &binding, const QByteArray &icon) {
         RunTool(QStringLiteral("update-desktop-database"), InDataFolder(QStringLiteral("applications")));
     }
 }
+
+} // namespace ztv

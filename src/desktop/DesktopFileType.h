@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace ztv {
+
 // Publishes a file type, and the program that opens its files, on a desktop that follows the freedesktop
 // conventions. All files are the user's own, below XDG_DATA_HOME.
 namespace DesktopFileType {
@@ -24,3 +26,5 @@ bool IsPublished();
 void Publish(const Binding &binding, const QByteArray &icon);
 
 } // namespace DesktopFileType
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <QtEndian>
 #include <optional>
 
+namespace ztv {
+
 namespace {
 
 constexpr StoreStatus invalidData = 13; // ERROR_INVALID_DATA
@@ -79,3 +81,5 @@ StoreStatus FileAssociation::StoreValue(OpenKey &key, const QString &valueName, 
     }
     return 0;
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <variant>
 
+namespace ztv {
+
 // Binds a file type to a program in a store of keys. Reports no failure: an entry that can't be written is
 // missing, and the next start tries again.
 namespace FileAssociation {
@@ -35,3 +37,5 @@ void SetKeyValue(KeyStore &store, const QString &keyPath, const QString &valueNa
 StoreStatus StoreValue(OpenKey &key, const QString &valueName, ValueType type, const Value &value);
 
 } // namespace FileAssociation
+
+} // namespace ztv

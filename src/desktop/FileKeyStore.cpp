@@ -9,6 +9,8 @@
 #include <QtEndian>
 #include <array>
 
+namespace ztv {
+
 namespace {
 
 constexpr StoreStatus writeFault = 29; // ERROR_WRITE_FAULT
@@ -108,3 +110,5 @@ QString FileKeyStore::FolderOf(RootKey root, const QString &keyPath) const {
     }
     return folder;
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <optional>
 
+namespace ztv {
+
 // A store of keys for systems that have none: a key is a folder, a value a file in it. Names are
 // case-insensitive, as in the registry. A path with an empty name isn't a key.
 class FileKeyStore : public KeyStore {
@@ -28,3 +30,5 @@ private:
 
     QString folder_;
 };
+
+} // namespace ztv

@@ -7,10 +7,21 @@
 #include <QFileInfo>
 
 #ifdef Q_OS_WIN
-
 #include "desktop/RegistryKeyStore.h"
 
 #include <QDir>
+#else
+#include "desktop/DesktopFileType.h"
+#include "desktop/FileKeyStore.h"
+#include "desktop/MimePackage.h"
+
+#include <QFile>
+#include <optional>
+#endif
+
+namespace ztv {
+
+#ifdef Q_OS_WIN
 
 QString FileType::ThisApplication() {
     const QFileInfo program(QCoreApplication::applicationFilePath());
@@ -24,13 +35,6 @@ void FileType::Register(const QString &application, const QString &) {
 }
 
 #else
-
-#include "desktop/DesktopFileType.h"
-#include "desktop/FileKeyStore.h"
-#include "desktop/MimePackage.h"
-
-#include <QFile>
-#include <optional>
 
 namespace {
 
@@ -110,3 +114,5 @@ void FileType::Register(const QString &application, const QString &iconFile) {
 }
 
 #endif
+
+} // namespace ztv

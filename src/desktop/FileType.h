@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace ztv {
+
 // Registers the type of the settings files on the present system.
 namespace FileType {
 
@@ -15,3 +17,5 @@ QString ThisApplication();
 void Register(const QString &application, const QString &iconFile);
 
 } // namespace FileType
+
+} // namespace ztv

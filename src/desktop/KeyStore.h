@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 
+namespace ztv {
+
 // The numbers are those of the Windows registry.
 enum class RootKey : std::uint32_t {
     ClassesRoot = 0x80000000,
@@ -37,3 +39,5 @@ public:
     // Creates the key, and those above it, if it doesn't exist.
     virtual void Create(RootKey root, const QString &keyPath) = 0;
 };
+
+} // namespace ztv

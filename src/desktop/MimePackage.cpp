@@ -6,6 +6,8 @@
 #include <QStandardPaths>
 #include <QXmlStreamWriter>
 
+namespace ztv {
+
 namespace {
 
 constexpr int applicationIdOffset = 68;
@@ -92,3 +94,5 @@ bool MimePackage::IsBoundElsewhere(const QString &extension) {
     }
     return false;
 }
+
+} // namespace ztv

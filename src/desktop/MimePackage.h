@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace ztv {
+
 // The settings files' entry in the desktop's database of MIME types: the one to publish, and the existing
 // one.
 namespace MimePackage {
@@ -16,3 +18,5 @@ QByteArray Text(const QString &extension, const QString &description);
 bool IsBoundElsewhere(const QString &extension);
 
 } // namespace MimePackage
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <qt_windows.h>
 
+namespace ztv {
+
 namespace {
 
 class OpenRegistryKey : public OpenKey {
@@ -51,3 +53,5 @@ void RegistryKeyStore::Create(RootKey root, const QString &keyPath) {
         RegCloseKey(key);
     }
 }
+
+} // namespace ztv

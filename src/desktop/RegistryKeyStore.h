@@ -2,9 +2,13 @@
 
 #include "desktop/KeyStore.h"
 
+namespace ztv {
+
 // The registry of Windows.
 class RegistryKeyStore : public KeyStore {
 public:
     std::unique_ptr<OpenKey> Open(RootKey root, const QString &keyPath) override;
     void Create(RootKey root, const QString &keyPath) override;
 };
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <qt_windows.h>
 
+namespace ztv {
+
 std::optional<RegistryValue> SystemRegistryReader::Query(RootKey root, const QString &keyName,
                                                          const QString &valueName) {
     constexpr REGSAM access = 131135; // all but deleting the key and changing its owner or its permissions
@@ -22,3 +24,5 @@ std::optional<RegistryValue> SystemRegistryReader::Query(RootKey root, const QSt
     }
     return RegistryValue{type, buffer.left(static_cast<qsizetype>(length))};
 }
+
+} // namespace ztv

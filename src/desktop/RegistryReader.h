@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 // A value as it is stored in the registry.
 struct RegistryValue {
     std::uint32_t type = 0; // a ValueType or another type
@@ -30,3 +32,5 @@ public:
                                        const QString &valueName) override;
 };
 #endif
+
+} // namespace ztv

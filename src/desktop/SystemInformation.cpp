@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <vector>
 
+namespace ztv {
+
 namespace SystemInformation {
 
 namespace {
@@ -101,3 +103,5 @@ void StartSysInfo(const Starter &start, UserDialogs &dialogs) {
 }
 
 } // namespace SystemInformation
+
+} // namespace ztv

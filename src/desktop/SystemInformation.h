@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <functional>
 
+namespace ztv {
+
 // Starts the system's own tool that shows information about the computer.
 namespace SystemInformation {
 
@@ -28,3 +30,5 @@ void StartSysInfo(RegistryReader &registry, const Starter &start, UserDialogs &d
 void StartSysInfo(const Starter &start, UserDialogs &dialogs);
 
 } // namespace SystemInformation
+
+} // namespace ztv

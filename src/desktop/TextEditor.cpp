@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <array>
 
+namespace ztv {
+
 namespace {
 
 // Tries the desktop's own opener last, because it may know no program for a name of an unknown type. An
@@ -32,3 +34,5 @@ bool TextEditor::Show(const QString &command, const QString &fileName) {
     }
     return false;
 }
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace ztv {
+
 namespace TextEditor {
 
 // Shows a file in a text editor in a separate process, without waiting for it: in `command` if that program
@@ -9,3 +11,5 @@ namespace TextEditor {
 bool Show(const QString &command, const QString &fileName);
 
 } // namespace TextEditor
+
+} // namespace ztv

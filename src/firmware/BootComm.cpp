@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <array>
 
+namespace ztv {
+
 namespace {
 
 constexpr std::int32_t largestReply = 10;
@@ -208,3 +210,5 @@ TransferRecord BootComm::NewRecord(std::uint8_t command, std::uint8_t length, st
             .BytesPerAddress = 1,
             .Retries = settings_.Retries};
 }
+
+} // namespace ztv

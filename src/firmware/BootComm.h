@@ -8,6 +8,8 @@
 #include <functional>
 #include <memory>
 
+namespace ztv {
+
 // The result of a loop of BootComm. Any other value is the BootResult that ended it.
 enum class TransferResult : std::int32_t {
     Finished = 1,
@@ -82,3 +84,5 @@ private:
     TransferEvents events_;
     int erases_ = 0;
 };
+
+} // namespace ztv

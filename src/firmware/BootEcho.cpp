@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ztv {
+
 bool BootEcho::Takes(const QByteArray &payload, bool isAnswer) {
     if (isAnswer && !givesBack_) {
         return false;
@@ -23,3 +25,5 @@ qsizetype BootEcho::Longest() const {
     }
     return longest;
 }
+
+} // namespace ztv

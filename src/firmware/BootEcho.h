@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <vector>
 
+namespace ztv {
+
 // Distinguishes the echo of a sent packet from an answer. A two-wire adapter may echo what is sent through
 // it. The first packet that returns although it can't be an answer reveals such an adapter; from then on the
 // first copy of each packet is its echo.
@@ -28,3 +30,5 @@ private:
     bool givesBack_ = false;
     std::vector<QByteArray> owed_; // in the order in which they were sent
 };
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace ztv {
+
 namespace BootFrame {
 namespace {
 
@@ -73,3 +75,5 @@ Reader::State Reader::End() {
 }
 
 } // namespace BootFrame
+
+} // namespace ztv

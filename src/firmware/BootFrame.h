@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 
+namespace ztv {
+
 // The frame around a packet on the boot line: two start marks, the payload and a checksum byte, an end mark.
 // Marks within payload and checksum are escaped; the checksum makes the sum of both 0 modulo 256.
 namespace BootFrame {
@@ -41,3 +43,5 @@ private:
 };
 
 } // namespace BootFrame
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace ztv {
+
 namespace {
 
 constexpr int bitsPerCharacter = 10;
@@ -293,3 +295,5 @@ int BootLibrary::LineTimeMs(qsizetype bytes) const {
     constexpr qsizetype secondMs = 1000;
     return static_cast<int>(bytes * bitsPerCharacter * secondMs / bitRate_);
 }
+
+} // namespace ztv

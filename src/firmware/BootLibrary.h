@@ -12,6 +12,8 @@
 #include <optional>
 #include <span>
 
+namespace ztv {
+
 // The negative results of the boot library.
 namespace BootResult {
 
@@ -110,3 +112,5 @@ private:
     std::int32_t bitRate_ = 0;
     std::int32_t timeoutMs_ = 0;
 };
+
+} // namespace ztv

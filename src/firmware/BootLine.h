@@ -6,6 +6,8 @@
 #include <memory>
 #include <optional>
 
+namespace ztv {
+
 // The serial line as the boot library uses it. Its calls block.
 class BootLine {
 public:
@@ -25,3 +27,5 @@ public:
 // Opens the port of that name, such as "COM3", at that rate. Returns null when it can't be opened.
 using OpenBootLine =
     std::function<std::unique_ptr<BootLine>(const QByteArray &portName, std::int32_t bitRate)>;
+
+} // namespace ztv

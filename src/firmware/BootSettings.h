@@ -3,6 +3,8 @@
 #include <QString>
 #include <cstdint>
 
+namespace ztv {
+
 // The settings of the boot link: one record for the whole program, reset each time the upgrade console opens.
 struct BootSettings {
     std::int32_t PortHandle = 0; // greater than 0: the port is open
@@ -43,3 +45,5 @@ struct BootSettings {
     QString HexOutputPath; // the last file exported
     QString EditorCommand = QStringLiteral("notepad.exe");
 };
+
+} // namespace ztv

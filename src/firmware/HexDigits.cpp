@@ -1,5 +1,7 @@
 #include "firmware/HexDigits.h"
 
+namespace ztv {
+
 QString HexDigits(std::int32_t value, int width) {
     const QString digits = QString::number(static_cast<std::uint32_t>(value), 16).toUpper();
     if (digits.size() <= width) {
@@ -7,3 +9,5 @@ QString HexDigits(std::int32_t value, int width) {
     }
     return digits.mid(digits.size() - width - 1, width);
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <array>
 #include <cstdint>
 
+namespace ztv {
+
 // Hexadecimal fields of a line, by position. Positions count from 1. Inline, since a conversion spends most
 // of its time here.
 namespace HexField {
@@ -51,3 +53,5 @@ inline char *Put(char *to, std::uint32_t value, int width) {
 }
 
 } // namespace HexField
+
+} // namespace ztv

@@ -17,6 +17,8 @@
 #include <limits>
 #include <span>
 
+namespace ztv {
+
 namespace {
 
 struct Image {
@@ -318,3 +320,5 @@ std::int16_t HexFileAccess::ImportForDeviceFamily(const BootSettings &settings, 
 void HexFileAccess::ExportForDeviceFamily(const BootSettings &settings, const QString &path) {
     Export(settings, ConversionFor(settings), path);
 }
+
+} // namespace ztv

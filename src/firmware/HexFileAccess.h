@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace ztv {
+
 // Converts INHEX32 files to the memory images and back, line by line. An error without a code is a Fault
 // (file) that names the file: one that can't be opened, created, read or written in full.
 namespace HexFileAccess {
@@ -41,3 +43,5 @@ std::int16_t ImportForDeviceFamily(const BootSettings &settings, const QString &
 void ExportForDeviceFamily(const BootSettings &settings, const QString &path);
 
 } // namespace HexFileAccess
+
+} // namespace ztv

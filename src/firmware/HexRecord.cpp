@@ -2,6 +2,8 @@
 
 #include "firmware/HexField.h"
 
+namespace ztv {
+
 namespace {
 
 constexpr int lengthPosition = 2;
@@ -42,3 +44,5 @@ int HexRecord::SumOfGroups(QByteArrayView text, int count) {
 std::uint8_t HexRecord::Checksum(QByteArrayView text, int count) {
     return static_cast<std::uint8_t>(256 - SumOfGroups(text, count) % 256);
 }
+
+} // namespace ztv

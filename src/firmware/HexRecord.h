@@ -3,6 +3,8 @@
 #include <QByteArrayView>
 #include <cstdint>
 
+namespace ztv {
+
 // A line of an INHEX32 file, parsed by position: ":", length, address, type, data, checksum. A line that ends
 // early or contains other characters than digits still has a value in every field (HexField::Value).
 class HexRecord {
@@ -38,3 +40,5 @@ public:
 private:
     QByteArrayView line_;
 };
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <algorithm>
 
+namespace ztv {
+
 namespace {
 
 constexpr int addressDigits = 6;
@@ -42,3 +44,5 @@ char *MemoryImageLine::Put(char *to, std::uint32_t address, const std::uint8_t *
     }
     return to;
 }
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <QByteArrayView>
 #include <cstdint>
 
+namespace ztv {
+
 // A line of a memory image: the address of its first byte in six digits, then a blank and two digits for each
 // of its 16 bytes. Fields are read by position (HexField::Value), so a line may be shorter or longer.
 namespace MemoryImageLine {
@@ -25,3 +27,5 @@ QByteArrayView Digits(QByteArrayView line, int index);
 char *Put(char *to, std::uint32_t address, const std::uint8_t *bytes);
 
 } // namespace MemoryImageLine
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <QScopeGuard>
 #include <chrono>
 
+namespace ztv {
+
 namespace {
 
 constexpr int longestWaitMs = 10000;
@@ -168,3 +170,5 @@ bool OneButtonUpgrade::WaitWhile(const std::function<bool()> &condition) {
     }
     return true;
 }
+
+} // namespace ztv

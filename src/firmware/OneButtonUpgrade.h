@@ -10,6 +10,8 @@
 #include <functional>
 #include <optional>
 
+namespace ztv {
+
 // The outcome of an upgrade.
 enum class UpgradeOutcome {
     Upgraded = 0,
@@ -66,3 +68,5 @@ private:
     QTimer *timerTimeout_;
     bool running_ = false;
 };
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include "link/LinkStatus.h"
 
+namespace ztv {
+
 std::unique_ptr<BootLine> SerialBootLine::Open(const QString &device, std::int32_t bitRate) {
     std::unique_ptr<SerialBootLine> opened(new SerialBootLine);
     const std::int16_t status = opened->line_.Open(
@@ -37,3 +39,5 @@ std::optional<QByteArray> SerialBootLine::Read(int milliseconds) {
     }
     return bytes;
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+namespace ztv {
+
 // A serial device for the boot library: 8 data bits, no parity, one stop bit.
 class SerialBootLine : public BootLine {
 public:
@@ -23,3 +25,5 @@ private:
 
     SerialLine line_;
 };
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace ztv {
+
 namespace {
 
 constexpr qsizetype chunkSize = 65536;
@@ -96,3 +98,5 @@ qsizetype TextFileReader::CharactersBeforeLineEnd(qsizetype from) const {
     return std::find_if(first, last, [](char character) { return character == '\r' || character == '\n'; }) -
            first;
 }
+
+} // namespace ztv

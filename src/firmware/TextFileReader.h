@@ -5,6 +5,8 @@
 #include <QDateTime>
 #include <QFile>
 
+namespace ztv {
+
 // Reads a text file line by line. Carriage return, line feed, or both end a line; the end of the file ends
 // the last one. Keeps at most `longestLine` characters of a line, however long it is.
 class TextFileReader {
@@ -38,3 +40,5 @@ private:
     qsizetype end_ = 0;
     bool inLine_ = false; // the rest of a line, or its end, is to be skipped
 };
+
+} // namespace ztv

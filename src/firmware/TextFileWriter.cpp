@@ -4,6 +4,8 @@
 
 #include <QFileInfo>
 
+namespace ztv {
+
 namespace {
 
 constexpr qsizetype flushSize = 65536;
@@ -47,3 +49,5 @@ void TextFileWriter::Flush() {
     }
     buffer_.resize(0);
 }
+
+} // namespace ztv

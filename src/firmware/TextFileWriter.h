@@ -4,6 +4,8 @@
 #include <QByteArrayView>
 #include <QFile>
 
+namespace ztv {
+
 // Writes a text file line by line. Ends each line with carriage return and line feed.
 class TextFileWriter {
 public:
@@ -26,3 +28,5 @@ private:
     QFile file_;
     QByteArray buffer_;
 };
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace ztv {
+
 // The request of a transfer call. The layout is fixed; both numbers of more than a byte are little-endian.
 struct TransferRecord {
     std::uint8_t Command = 0;    // a BootCommand
@@ -31,3 +33,5 @@ inline constexpr std::uint8_t ReadEeprom = 4;
 inline constexpr std::uint8_t WriteEeprom = 5;
 
 } // namespace BootCommand
+
+} // namespace ztv

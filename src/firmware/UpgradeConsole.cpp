@@ -10,6 +10,8 @@
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 
+namespace ztv {
+
 // Shows the busy pointer and the transfer during its lifetime.
 class UpgradeConsole::Transfer {
 public:
@@ -274,3 +276,5 @@ UpgradeConsole::RunOutcome UpgradeConsole::RunApp() {
     DisconnectBootloader();
     return outcome;
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace ztv {
+
 // The commands of the upgrade console and their status words, without the window, which asks before a command
 // and shows boxes for outcomes. A transfer processes events once a round, and another command may start then;
 // all commands share one flag that aborts.
@@ -99,3 +101,5 @@ private:
     Share share_;
     bool portWasOpened_ = false;
 };
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 
+namespace ztv {
+
 void ClassMyHtmlHelp::HHDisplayTopicID(WindowHandle CallingForm, std::int32_t IdTopic) {
     engine_.HtmlHelp(CallingForm, chmFile_, HelpCommand::Context, IdTopic);
 }
@@ -41,3 +43,5 @@ void ClassMyHtmlHelp::CheckFile() {
                                  ApplicationTitle());
     }
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace ztv {
+
 // The program's help, shown by a HelpEngine. `CallingForm` is the window of the form that requests it.
 class ClassMyHtmlHelp {
 public:
@@ -39,3 +41,5 @@ private:
     UserDialogs &dialogs_;
     QString chmFile_;
 };
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <variant>
 
+namespace ztv {
+
 // A native window handle; 0: none.
 using WindowHandle = std::uintptr_t;
 
@@ -29,3 +31,5 @@ public:
     virtual void HtmlHelp(WindowHandle caller, const QString &file, HelpCommand command,
                           const HelpData &data) = 0;
 };
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace ztv {
+
 namespace HelpSearch {
 
 QStringList Words(const QString &query) {
@@ -35,3 +37,5 @@ std::vector<std::size_t> Find(const std::vector<Page> &pages, const QString &que
 }
 
 } // namespace HelpSearch
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <vector>
 
+namespace ztv {
+
 // Full-text search of the help window, case-insensitive.
 namespace HelpSearch {
 
@@ -20,3 +22,5 @@ QStringList Words(const QString &query);
 std::vector<std::size_t> Find(const std::vector<Page> &pages, const QString &query);
 
 } // namespace HelpSearch
+
+} // namespace ztv

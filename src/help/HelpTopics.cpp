@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <algorithm>
 
+namespace ztv {
+
 namespace {
 
 enum Column { Level, Number, File, Keywords, ColumnCount };
@@ -98,3 +100,5 @@ const HelpTopic *HelpTopics::OfFile(const QString &file) const {
 QString HelpTopics::Page(const HelpTopic &topic) const {
     return TextOf(folder_ + u'/' + topic.file);
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <optional>
 #include <vector>
 
+namespace ztv {
+
 // One page of the help.
 struct HelpTopic {
     int level = 0;           // in the contents: 0 a chapter, 1 a page of the chapter before it
@@ -37,3 +39,5 @@ private:
     QString folder_;
     std::vector<HelpTopic> topics_;
 };
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <qt_windows.h>
 
+namespace ztv {
+
 namespace {
 
 using HtmlHelpFunction = HWND(WINAPI *)(HWND, LPCSTR, UINT, DWORD_PTR);
@@ -34,3 +36,5 @@ void HtmlHelpEngine::HtmlHelp(WindowHandle caller, const QString &file, HelpComm
     Function()(reinterpret_cast<HWND>(caller), file.toLocal8Bit().constData(), static_cast<UINT>(command),
                argument);
 }
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include "help/HelpEngine.h"
 
+namespace ztv {
+
 // The HTML Help of Windows.
 class HtmlHelpEngine : public HelpEngine {
 public:
@@ -11,3 +13,5 @@ public:
     void HtmlHelp(WindowHandle caller, const QString &file, HelpCommand command,
                   const HelpData &data) override;
 };
+
+} // namespace ztv

@@ -1,11 +1,13 @@
 #include "link/DeviceSearch.h"
 
 #include "link/LineCodes.h"
-#include "model/Element.h"
+#include "model/CheckedAt.h"
 #include "model/InitArray.h"
 #include "support/Numbers.h"
 
 #include <algorithm>
+
+namespace ztv {
 
 namespace {
 
@@ -34,12 +36,13 @@ LineIndices Below(LineIndices indices) {
 double MillisecondsOfProbe(LineIndices line) {
     const double lineTimeUs =
         static_cast<double>(LineTimeUs(LineCodesOf(line.baud, line.parityStop), requestBytes));
-    return lineTimeUs / 1000 + Element(DeviceSearch::SearchTimeoutByBaud(), line.baud, "SearchTimeoutByBaud");
+    return lineTimeUs / 1000 +
+           CheckedAt(DeviceSearch::SearchTimeoutByBaud(), line.baud, "SearchTimeoutByBaud");
 }
 
 } // namespace
 
-SearchWork WorkLeft(const SearchRest &rest) {
+SearchWork WorkLeft(const RemainingSearch &rest) {
     LineIndices line{.baud = rest.baud, .parityStop = rest.parityStop};
     SearchWork work;
     const auto add = [&](int probes) {
@@ -171,7 +174,7 @@ void DeviceSearch::NextCommSettings(bool restart) {
 
 void DeviceSearch::ApplyCommSettings() {
     link_.SetMbaxp1CommProperties(searchPort_, searchBaud_, searchParityStop_,
-                                  Element(SearchTimeoutByBaud(), searchBaud_, "SearchTimeoutByBaud"));
+                                  CheckedAt(SearchTimeoutByBaud(), searchBaud_, "SearchTimeoutByBaud"));
 }
 
 void DeviceSearch::End() {
@@ -185,7 +188,7 @@ void DeviceSearch::BreakOff(std::int16_t status) {
     Q_EMIT BrokenOff(status);
 }
 
-SearchRest DeviceSearch::Rest() const {
+RemainingSearch DeviceSearch::Remaining() const {
     const AddressRange range = choices_.addressRange();
     return {.baud = searchBaud_,
             .parityStop = searchParityStop_,
@@ -193,3 +196,5 @@ SearchRest DeviceSearch::Rest() const {
             .addresses = std::max(range.top - range.bottom + 1, 0),
             .varies = searching_ && choices_.varyCommSettings()};
 }
+
+} // namespace ztv

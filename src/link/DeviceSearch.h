@@ -7,6 +7,8 @@
 #include <functional>
 #include <vector>
 
+namespace ztv {
+
 // The line that a search starts on: a port number and two indices.
 struct SearchStart {
     std::int16_t port;
@@ -16,7 +18,7 @@ struct SearchStart {
 
 // The rest of a search: the probes left on the setting under test, and whether all addresses are probed again
 // on each setting after it.
-struct SearchRest {
+struct RemainingSearch {
     std::int16_t baud;
     std::int16_t parityStop;
     int probes;
@@ -29,7 +31,7 @@ struct SearchWork {
     int probes = 0;
     double milliseconds = 0;
 };
-SearchWork WorkLeft(const SearchRest &rest);
+SearchWork WorkLeft(const RemainingSearch &rest);
 
 // Searches for sensors: reads one register of each slave address in turn and, if asked, repeats that on every
 // line setting. There is no loop: each answer, good or bad, arrives at FoundDevice, which sends the next
@@ -77,7 +79,7 @@ public:
     static const std::vector<std::int16_t> &SearchTimeoutByBaud(); // milliseconds
 
     int ProbesDone() const { return probesDone_; }
-    SearchRest Rest() const; // the probe that is on the line counts as left
+    RemainingSearch Remaining() const; // the probe that is on the line counts as left
 
 Q_SIGNALS:
     void Started();                       // the port is open
@@ -109,3 +111,5 @@ private:
     bool standsStill_ = false; // its last probe was refused
     int probesDone_ = 0;
 };
+
+} // namespace ztv

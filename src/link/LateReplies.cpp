@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <utility>
 
+namespace ztv {
+
 namespace {
 
 constexpr int owedForTimeouts = 5;          // no reply is expected later than this
@@ -131,3 +133,5 @@ void LateReplies::NotAnswered(const ModbusFrame::Request &request, qint64 nowUs,
          .likelyUntilUs = likelyUntil,
          .possibleUntilUs = likelyUntil + std::min((owedForTimeouts - 1) * timeoutUs, owedForAtMostUs)});
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <optional>
 #include <vector>
 
+namespace ztv {
+
 // Prevents the reply to a request that timed out from being mistaken for the reply to the next one. Pure: the
 // caller reports each event and its time. Times are microseconds of any one clock. A delay runs from the end
 // of a request to the first byte of its reply.
@@ -86,3 +88,5 @@ private:
     qint64 intervalUs_ = 0;              // from the run before to this one, of requests that look alike
     std::optional<qint64> usualDelayUs_; // if known
 };
+
+} // namespace ztv

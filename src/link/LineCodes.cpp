@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace ztv {
+
 namespace {
 
 struct BaudRate {
@@ -47,3 +49,5 @@ qint64 LineTimeUs(const LineCodes &line, qint64 bytes) {
     const bool tenBits = line.parity == 0 && line.stopBits == 0; // per character; otherwise eleven
     return bytes * (tenBits ? 10 : 11) * secondUs / BitsPerSecond(line.baud);
 }
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <QtGlobal>
 #include <cstdint>
 
+namespace ztv {
+
 // The master's codes of a serial line with 8 data bits.
 struct LineCodes {
     std::int16_t baud;     // 3, 4, 5, 7 or 8 for 2400 to 38400
@@ -17,3 +19,5 @@ int BitsPerSecond(std::int16_t baudCode);
 
 // Returns the time that `bytes` bytes take on the line, in microseconds.
 qint64 LineTimeUs(const LineCodes &line, qint64 bytes);
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <QMetaMethod>
 
+namespace ztv {
+
 void LineTap::Report(LineFrame::Kind kind, const QByteArray &bytes, std::int32_t status,
                      std::optional<std::int16_t> transaction) {
     static const QMetaMethod frameSeen = QMetaMethod::fromSignal(&LineTap::FrameSeen);
@@ -13,3 +15,5 @@ void LineTap::Report(LineFrame::Kind kind, const QByteArray &bytes, std::int32_t
                           .transaction = transaction});
     }
 }
+
+} // namespace ztv

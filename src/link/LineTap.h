@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 // Consecutive bytes on the line that belong together.
 struct LineFrame {
     enum class Kind {
@@ -36,3 +38,5 @@ Q_SIGNALS:
     // The handler must neither turn the event loop nor close the line.
     void FrameSeen(const LineFrame &frame);
 };
+
+} // namespace ztv

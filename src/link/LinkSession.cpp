@@ -2,7 +2,7 @@
 
 #include "link/LineCodes.h"
 #include "link/SerialPorts.h"
-#include "model/Element.h"
+#include "model/CheckedAt.h"
 #include "model/Global.h"
 #include "model/InitArray.h"
 #include "model/ParamDefines.h"
@@ -10,6 +10,8 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+
+namespace ztv {
 
 namespace {
 
@@ -60,7 +62,7 @@ void LinkSession::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, 
     mbaxp1_.ParityCode(codes.parity);
     mbaxp1_.StopBitsCode(codes.stopBits);
     mbaxp1_.ResponseTimeout(timeoutMs != 0 ? timeoutMs
-                                           : Element(responseTimeoutByBaud, baud, "ResponseTimeoutByBaud"));
+                                           : CheckedAt(responseTimeoutByBaud, baud, "ResponseTimeoutByBaud"));
 }
 
 LinkSession::ConnectOutcome LinkSession::GoOnline(std::int16_t skipPrompt) {
@@ -270,7 +272,7 @@ void LinkSession::AddressingProbeComplete() {
 
 void LinkSession::DefinePoll() {
     mbaxp1_.DefineReadRegisters(LinkTransaction::Poll, modbusAddress_, 0, zentrova_.ParamCount() - 1,
-                                Element(pollPeriodByBaud, baudRate_, "PollPeriodByBaud"));
+                                CheckedAt(pollPeriodByBaud, baudRate_, "PollPeriodByBaud"));
 }
 
 void LinkSession::DownloadTable() {
@@ -355,3 +357,5 @@ void LinkSession::ReconnectWithDeviceSettings() {
 void LinkSession::SetStatus(const QString &word) {
     Q_EMIT StatusChanged(QStringLiteral("Communication Status: ") + word);
 }
+
+} // namespace ztv

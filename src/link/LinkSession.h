@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace ztv {
+
 // The numbered transactions of the link, each with one fixed use.
 namespace LinkTransaction {
 
@@ -144,3 +146,5 @@ private:
     bool firstReadPending_ = false;
     bool anotherSensor_ = false; // the last poll was answered by one that numbers its registers differently
 };
+
+} // namespace ztv

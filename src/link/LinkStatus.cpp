@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace ztv {
+
 namespace {
 
 struct StatusText {
@@ -51,3 +53,5 @@ QString MbaxpErrorDesc(std::int16_t code) {
                                     [code](const StatusText &row) { return row.code == code; });
     return found == statusTexts.end() ? QString() : QString::fromLatin1(found->text);
 }
+
+} // namespace ztv

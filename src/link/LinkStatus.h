@@ -3,6 +3,8 @@
 #include <QString>
 #include <cstdint>
 
+namespace ztv {
+
 // The master's status codes that the program itself uses. 1 to 7 are Modbus exception codes, passed through
 // unchanged.
 namespace LinkStatus {
@@ -38,3 +40,5 @@ constexpr bool IsRefusedSetting(std::int16_t status) {
 
 // The text of a status code; empty for a code that has none.
 QString MbaxpErrorDesc(std::int16_t code);
+
+} // namespace ztv

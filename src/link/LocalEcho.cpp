@@ -1,5 +1,7 @@
 #include "link/LocalEcho.h"
 
+namespace ztv {
+
 namespace {
 
 // The reply to a read or to a write of several registers never equals its request.
@@ -52,3 +54,5 @@ void LocalEcho::RunEnded(const ModbusFrame::Verdict &verdict, const QByteArray &
     const bool isGarbage = verdict.end > 0 && mayBeCopy.size() < frame_.size() / 2;
     state_ = isGarbage || mayBeCopy.isEmpty() ? State::Absent : State::Unclear;
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+namespace ztv {
+
 // Detects whether the adapter echoes what is sent through it, as two-wire adapters may, and removes the copy
 // of each request from the input. The good reply to a single write equals its request, so that a copy would
 // otherwise confirm a write that no device received. Pure.
@@ -40,3 +42,5 @@ private:
     ModbusFrame::Request request_;
     bool taken_ = false;
 };
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <cmath>
 #include <utility>
 
+namespace ztv {
+
 namespace {
 
 constexpr QEvent::Type startEvent = QEvent::User;
@@ -187,7 +189,7 @@ void Mbaxp::RegisterValue(std::int16_t number, std::int32_t index, std::int16_t 
 }
 
 qint64 Mbaxp::LineTimeUs(qsizetype bytes) const {
-    return ::LineTimeUs(
+    return ztv::LineTimeUs(
         {.baud = inForce_.baudCode, .parity = inForce_.parityCode, .stopBits = inForce_.stopBitsCode}, bytes);
 }
 
@@ -441,3 +443,5 @@ void Mbaxp::EndDelivery() {
         schedule_.End();
     }
 }
+
+} // namespace ztv

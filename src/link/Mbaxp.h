@@ -18,6 +18,8 @@
 #include <optional>
 #include <vector>
 
+namespace ztv {
+
 // The Modbus RTU master. Transactions are defined by number, then run once or in a cycle in the
 // background of the event loop; each run ends with exactly one of the two events.
 //
@@ -181,3 +183,5 @@ private:
     qint64 lastByteUs_ = 0;
     std::optional<qint64> holdOffEndUs_; // while a request waits for silence
 };
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <array>
 #include <optional>
 
+namespace ztv {
+
 namespace ModbusFrame {
 namespace {
 
@@ -181,3 +183,5 @@ Verdict JudgeAtEnd(const Request &request, QByteArrayView received) {
 }
 
 } // namespace ModbusFrame
+
+} // namespace ztv

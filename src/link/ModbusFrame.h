@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace ztv {
+
 // Modbus RTU frames of the master's side: encodes requests and judges replies. Pure: no line, no time.
 namespace ModbusFrame {
 
@@ -45,3 +47,5 @@ Verdict Judge(const Request &request, QByteArrayView received);
 Verdict JudgeAtEnd(const Request &request, QByteArrayView received);
 
 } // namespace ModbusFrame
+
+} // namespace ztv

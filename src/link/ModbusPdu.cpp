@@ -2,6 +2,8 @@
 
 #include "link/LinkStatus.h"
 
+namespace ztv {
+
 namespace ModbusPdu {
 namespace {
 
@@ -86,3 +88,5 @@ int LengthByShape(QByteArrayView reply) {
 }
 
 } // namespace ModbusPdu
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace ztv {
+
 // The part of Modbus messages that is the same on every kind of line: function code and data. Pure.
 namespace ModbusPdu {
 
@@ -47,3 +49,5 @@ std::int16_t ExceptionStatus(QByteArrayView reply);
 int LengthByShape(QByteArrayView reply);
 
 } // namespace ModbusPdu
+
+} // namespace ztv

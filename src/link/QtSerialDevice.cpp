@@ -13,6 +13,8 @@
 #include <sys/ioctl.h>
 #endif
 
+namespace ztv {
+
 namespace {
 
 QSerialPort::Parity PortParity(Parity parity) {
@@ -154,3 +156,5 @@ void QtSerialDevice::OnError(QSerialPort::SerialPortError error) {
 std::unique_ptr<SerialDevice> NewSerialDevice() {
     return std::make_unique<QtSerialDevice>();
 }
+
+} // namespace ztv

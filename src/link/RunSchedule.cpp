@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace ztv {
+
 void RunSchedule::Clear() {
     onceQueue_.clear();
     running_.reset();
@@ -84,3 +86,5 @@ void RunSchedule::End() {
     }
     running_.reset();
 }
+
+} // namespace ztv

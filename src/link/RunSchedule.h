@@ -5,6 +5,8 @@
 #include <deque>
 #include <optional>
 
+namespace ztv {
+
 // Decides which of a few numbered transactions runs next. One-shots leave their queue first in, first out and
 // alternate with the rounds of the cycles, so that neither starves. Times are microseconds of any one clock.
 class RunSchedule {
@@ -63,3 +65,5 @@ private:
     std::optional<int> running_;
     bool lastWasOnce_ = false;
 };
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <functional>
 #include <memory>
 
+namespace ztv {
+
 enum class Parity : std::int16_t { None = 0, Odd = 1, Even = 2 };
 enum class StopBits : std::int16_t { One = 0, Two = 1 };
 
@@ -65,3 +67,5 @@ private:
 };
 
 std::unique_ptr<SerialDevice> NewSerialDevice();
+
+} // namespace ztv

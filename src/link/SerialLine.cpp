@@ -2,6 +2,8 @@
 
 #include "link/LinkStatus.h"
 
+namespace ztv {
+
 SerialLine::SerialLine(std::unique_ptr<SerialDevice> device, QObject *parent)
     : QObject(parent),
       device_(std::move(device)) {
@@ -96,3 +98,5 @@ void SerialLine::PostHangUp() {
         },
         Qt::QueuedConnection);
 }
+
+} // namespace ztv

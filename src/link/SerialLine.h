@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <memory>
 
+namespace ztv {
+
 // One serial line. When its device goes away, closes and reports that once.
 class SerialLine : public QObject {
     Q_OBJECT
@@ -51,3 +53,5 @@ private:
     bool hungUp_ = false;
     bool arrivalPosted_ = false;
 };
+
+} // namespace ztv

@@ -11,6 +11,8 @@
 #include <unistd.h>
 #endif
 
+namespace ztv {
+
 namespace {
 
 QString Section() {
@@ -123,3 +125,5 @@ QString PermissionAdvice([[maybe_unused]] const QString &device) {
 }
 
 } // namespace SerialPorts
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 // Maps the port numbers 1 to 255 to the machine's serial devices.
 namespace SerialPorts {
 
@@ -36,3 +38,5 @@ bool IsThere(const QString &device);
 QString PermissionAdvice(const QString &device);
 
 } // namespace SerialPorts
+
+} // namespace ztv

@@ -1,6 +1,6 @@
 #include "model/ClassZentrova.h"
 
-#include "model/Element.h"
+#include "model/CheckedAt.h"
 #include "model/Global.h"
 #include "model/InitArray.h"
 #include "model/ParamDefines.h"
@@ -8,6 +8,8 @@
 #include "support/ProgramVersion.h"
 
 #include <algorithm>
+
+namespace ztv {
 
 namespace {
 
@@ -36,18 +38,18 @@ void ClassZentrova::InitParamsFromPresetsFile(const QString &programFolder) {
 }
 
 const ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) const {
-    return Element(rows_, Tag, "parameter");
+    return CheckedAt(rows_, Tag, "parameter");
 }
 ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) {
-    return Element(rows_, Tag, "parameter");
+    return CheckedAt(rows_, Tag, "parameter");
 }
 
 QString ClassZentrova::BaudRateString(std::int16_t Index) const {
-    return Element(baudRates_, Index, "BaudRateString");
+    return CheckedAt(baudRates_, Index, "BaudRateString");
 }
 
 QString ClassZentrova::ParityStopString(std::int16_t Index) const {
-    return Element(parityStops_, Index, "ParityStopString");
+    return CheckedAt(parityStops_, Index, "ParityStopString");
 }
 
 std::int32_t ClassZentrova::ParamMin(std::int16_t Tag) const {
@@ -129,7 +131,7 @@ std::int16_t ClassZentrova::ParamUnits(std::int16_t Tag) const {
 }
 
 QString ClassZentrova::ParamLookUp(std::int16_t UnitCode, std::int32_t Value) const {
-    return Element(Element(units_, UnitCode, "unit"), Value, "unit text");
+    return CheckedAt(CheckedAt(units_, UnitCode, "unit"), Value, "unit text");
 }
 
 std::int16_t ClassZentrova::ParamDecimalPlaces(std::int16_t Tag) const {
@@ -190,3 +192,5 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
     // as whole.
     return count > ParamCount() ? FileOpened::InPart : FileOpened::Whole;
 }
+
+} // namespace ztv

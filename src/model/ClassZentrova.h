@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace ztv {
+
 enum class FileOpened : std::int16_t {
     Whole = 0,
     InPart = 1, // the file has more rows than the table
@@ -117,3 +119,5 @@ private:
     bool fileChanged_ = false;
     bool writeAllPending_ = false;
 };
+
+} // namespace ztv

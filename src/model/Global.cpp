@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace ztv {
+
 namespace {
 
 bool IsScaled(std::int16_t decimalPlaces) {
@@ -86,3 +88,5 @@ double InterpolateClipped(double x, double x0, double x1, double y0, double y1) 
 }
 
 } // namespace Global
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 class ClassZentrova;
 
 // Converts between the three forms of a value: the register on the wire, the raw number in the table, and the
@@ -40,3 +42,5 @@ std::int32_t UnsignedFromSigned(std::int16_t word);
 double InterpolateClipped(double x, double x0, double x1, double y0, double y1);
 
 } // namespace Global
+
+} // namespace ztv

@@ -1,5 +1,7 @@
 #include "model/InitArray.h"
 
+namespace ztv {
+
 namespace InitArray {
 
 std::vector<QString> Texts(std::initializer_list<const char *> values) {
@@ -16,3 +18,5 @@ std::vector<std::int16_t> Integers(std::initializer_list<std::int16_t> values) {
 }
 
 } // namespace InitArray
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <initializer_list>
 #include <vector>
 
+namespace ztv {
+
 // Fills constant tables: each helper copies a list of values into an array with the bounds of the source.
 namespace InitArray {
 
@@ -12,3 +14,5 @@ std::vector<QString> Texts(std::initializer_list<const char *> values);
 std::vector<std::int16_t> Integers(std::initializer_list<std::int16_t> values);
 
 } // namespace InitArray
+
+} // namespace ztv

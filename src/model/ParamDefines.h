@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace ztv {
+
 // The parameter numbers that the program itself uses. All other rows are described by the presets alone.
 namespace ParamDefines {
 
@@ -57,3 +59,5 @@ inline constexpr std::int32_t LinearMode = 1;       // of AnalogOutputMode
 inline constexpr std::int32_t HyperbolicMode = 2;   // of AnalogOutputMode
 
 } // namespace ParamDefines
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace ztv {
+
 // The link to the sensor as the parameter table uses it: sends a single value, or all of them.
 class ParameterLink {
 public:
@@ -23,3 +25,5 @@ public:
     virtual void DownloadValue(std::int16_t Tag, std::int32_t value) = 0;
     virtual void StartDownload() = 0;
 };
+
+} // namespace ztv

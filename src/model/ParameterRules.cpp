@@ -2,6 +2,8 @@
 
 #include "model/ParamDefines.h"
 
+namespace ztv {
+
 namespace {
 
 constexpr std::int32_t leastSeparation = 106; // of Min Range and Near Distance, in hundredths of an inch
@@ -63,3 +65,5 @@ QString ParameterRules::Conflict(const ClassZentrova &zentrova, std::int16_t tag
     }
     return {};
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QString>
 #include <cstdint>
 
+namespace ztv {
+
 // The relations that must hold between parameters.
 namespace ParameterRules {
 
@@ -13,3 +15,5 @@ namespace ParameterRules {
 QString Conflict(const ClassZentrova &zentrova, std::int16_t tag, std::int64_t raw);
 
 } // namespace ParameterRules
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 
 #include <limits>
 
+namespace ztv {
+
 namespace {
 
 // Reads the parameter count, which the table itself contains: the value of the record at ParameterCount's
@@ -87,3 +89,5 @@ Presets ReadPresetsFile(const QString &fileName) {
     presets.units = ReadUnits(database);
     return presets;
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace ztv {
+
 // One parameter as the presets database describes it.
 struct PresetRow {
     std::int32_t minimum = 0;
@@ -28,3 +30,5 @@ struct Presets {
 
 // Reads the presets database. Fault (database, overflow) with a message that names the error and its place.
 Presets ReadPresetsFile(const QString &fileName);
+
+} // namespace ztv

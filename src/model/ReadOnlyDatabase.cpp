@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <sqlite3.h>
 
+namespace ztv {
+
 namespace {
 
 constexpr int longestText = 4096; // characters; these texts are names
@@ -215,3 +217,5 @@ void ReadOnlyDatabase::AllowLongRecords() {
 Fault ReadOnlyDatabase::Failure(const QString &message) const {
     return DatabaseFault(fileName_, message);
 }
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <limits>
 #include <memory>
 
+namespace ztv {
+
 // The current record of a walk over a table. Its columns are the requested ones, in that order.
 class DatabaseRecord {
 public:
@@ -72,3 +74,5 @@ private:
     std::unique_ptr<int> checksLeft_; // outlives every statement
     qsizetype textRead_ = 0;
 };
+
+} // namespace ztv

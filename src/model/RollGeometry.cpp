@@ -4,6 +4,8 @@
 #include "support/Fault.h"
 #include "support/Numbers.h"
 
+namespace ztv {
+
 namespace RollGeometry {
 
 std::int32_t NearDistance(const ClassZentrova &zentrova) {
@@ -25,3 +27,5 @@ float OutputDrop(float core, float diameter) {
 }
 
 } // namespace RollGeometry
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace ztv {
+
 // The arithmetic of a roll, from the empty core to the full diameter.
 namespace RollGeometry {
 
@@ -18,3 +20,5 @@ bool Exists(const ClassZentrova &zentrova);
 float OutputDrop(float core, float diameter);
 
 } // namespace RollGeometry
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <bit>
 #include <optional>
 
+namespace ztv {
+
 namespace {
 
 constexpr int mostEntries = 100;
@@ -95,3 +97,5 @@ bool HasFewSchemaEntries(const QString &fileName) {
     const bool isDatabase = head.size() > fileHeadBytes && head.startsWith("SQLite format 3");
     return !isDatabase || !pageSize || SchemaTree(file, *pageSize).IsSmall();
 }
+
+} // namespace ztv

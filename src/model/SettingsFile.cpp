@@ -7,6 +7,8 @@
 #include <memory>
 #include <sqlite3.h>
 
+namespace ztv {
+
 namespace {
 
 constexpr int formatVersion = 1;
@@ -122,3 +124,5 @@ QString SettingsFileReader::Notes() {
     }
     return *notes;
 }
+
+} // namespace ztv

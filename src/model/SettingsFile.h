@@ -7,6 +7,8 @@
 #include <functional>
 #include <vector>
 
+namespace ztv {
+
 // A settings file: a small database of the raw values of the parameter table.
 
 struct SettingsRow {
@@ -45,3 +47,5 @@ private:
 
     ReadOnlyDatabase database_;
 };
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace ztv {
+
 // The way in which a value of a unit code is shown.
 enum class UnitClass {
     None,       // the number alone
@@ -30,3 +32,5 @@ constexpr UnitClass ClassOfUnit(std::int16_t code) {
         return UnitClass::None;
     }
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+namespace ztv {
+
 namespace {
 
 constexpr double countsAtFullRange = 62000;
@@ -54,3 +56,5 @@ std::optional<std::int32_t> RawValue(const ClassZentrova &zentrova, const QStrin
 }
 
 } // namespace TransmitDelay
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 // Calculates how long a master unit must wait until all its slaves have transmitted and received and it may
 // transmit again. The delay is a 32-bit count of microseconds, split into two 16-bit parameters.
 namespace TransmitDelay {
@@ -26,3 +28,5 @@ std::optional<Results> Calculate(const QString &sumOfRanges, const QString &sumO
 std::optional<std::int32_t> RawValue(const ClassZentrova &zentrova, const QString &result, std::int16_t Tag);
 
 } // namespace TransmitDelay
+
+} // namespace ztv

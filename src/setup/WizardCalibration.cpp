@@ -5,6 +5,8 @@
 #include "support/Fault.h"
 #include "support/Numbers.h"
 
+namespace ztv {
+
 namespace {
 
 using WizardCalibration::Roll;
@@ -124,3 +126,5 @@ std::int32_t TorqueVoltage(std::int32_t coreDiameter, std::int32_t maxDiameter) 
 }
 
 } // namespace WizardCalibration
+
+} // namespace ztv

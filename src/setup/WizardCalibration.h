@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 // Arithmetic of the setup wizard: calculates the sensor's settings from the recorded and typed values.
 namespace WizardCalibration {
 
@@ -64,3 +66,5 @@ bool LeavesRoom(const QString &distanceToMax);
 std::int32_t TorqueVoltage(std::int32_t coreDiameter, std::int32_t maxDiameter);
 
 } // namespace WizardCalibration
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
+namespace ztv {
+
 namespace {
 
 constexpr int shownDecimals = 2;
@@ -158,3 +160,5 @@ WizardCalibration::Settings WizardSteps::Outcome(const Entries &entries) const {
 void WizardSteps::Finish(const WizardCalibration::Settings &outcome, const Entries &entries) {
     WizardCalibration::Write(zentrova_, outcome, entries.save);
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 // The steps of the setup wizard, without widgets: their order, the conditions for leaving each step, and the
 // recorded values. Each opened wizard creates its own instance.
 class WizardSteps {
@@ -94,3 +96,5 @@ private:
     std::array<Reading, PlaceCount> recorded_;
     WizardCalibration::Roll roll_{NoReading(), NoReading(), NoReading(), NoReading()};
 };
+
+} // namespace ztv

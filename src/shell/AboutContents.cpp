@@ -4,6 +4,8 @@
 #include "shell/MakerAddress.h"
 #include "support/ProgramVersion.h"
 
+namespace ztv {
+
 FormAbout::Contents AboutContents(const ClassZentrova &zentrova, const SettingsStore &settings) {
     const auto shown = [&zentrova](std::int16_t tag) {
         return zentrova.FormatRaw(zentrova.ParamValue(tag), tag);
@@ -17,3 +19,5 @@ FormAbout::Contents AboutContents(const ClassZentrova &zentrova, const SettingsS
             .makersAddress = MakersAddressBlock(settings),
             .makersLogo = MakersLogo(settings)};
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <sys/prctl.h>
 #endif
 
+namespace ztv {
+
 namespace {
 
 // Reduces the lateness of timers: the silent intervals between two frames are one or two milliseconds long,
@@ -45,3 +47,5 @@ bool Application::notify(QObject *receiver, QEvent *event) {
         return true;
     }
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <functional>
 
+namespace ztv {
+
 // The application object: handles every fault that an event handler doesn't catch.
 class Application : public QApplication {
     Q_OBJECT
@@ -21,3 +23,5 @@ private:
     std::function<void(const Fault &)> onFault_;
     bool handlingFault_ = false;
 };
+
+} // namespace ztv

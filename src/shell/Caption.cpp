@@ -5,6 +5,8 @@
 
 #include <QDir>
 
+namespace ztv {
+
 namespace {
 
 // On systems other than Windows a backslash is part of a name.
@@ -22,3 +24,5 @@ void UpdateCaption(QWidget &form, const QString &currentFileName) {
     name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")); // the escaped form of "[*]" in a title
     form.setWindowTitle(name + QStringLiteral(" - ") + ApplicationTitle());
 }
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
 
+namespace ztv {
+
 namespace {
 
 constexpr BoxStyle information{.icon = BoxIcon::Information, .buttons = BoxButtons::Ok};
@@ -88,3 +90,5 @@ Options Parse(const std::vector<QString> &arguments, UserDialogs &dialogs) {
 }
 
 } // namespace CommandLine
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <vector>
 
+namespace ztv {
+
 // Parses the command line. Windows passes it as one text, which the program splits by its own rules; other
 // systems pass a list, in which each item is one argument, whatever characters it contains.
 namespace CommandLine {
@@ -35,3 +37,5 @@ std::vector<QString> AsTyped(const QStringList &arguments);
 Options Parse(const std::vector<QString> &arguments, UserDialogs &dialogs);
 
 } // namespace CommandLine
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 
+namespace ztv {
+
 namespace {
 
 FileQuestion QuestionOf(const QString &currentFileName) {
@@ -19,15 +21,15 @@ FileQuestion QuestionOf(const QString &currentFileName) {
 } // namespace
 
 BoxAnswer FileCommands::Ask(const QString &text, BoxStyle style) {
-    return surroundings_.dialogs.OwnedMessageBox(text, style, ApplicationTitle());
+    return dependencies_.dialogs.OwnedMessageBox(text, style, ApplicationTitle());
 }
 
 void FileCommands::Tell(const QString &text, BoxIcon icon) {
     Ask(text, {.icon = icon, .buttons = BoxButtons::Ok});
 }
 
-bool FileCommands::LookAfterChanges(const QString &question) {
-    if (!surroundings_.changesNeedSaving()) {
+bool FileCommands::OfferToSaveChanges(const QString &question) {
+    if (!dependencies_.changesNeedSaving()) {
         return true;
     }
     const BoxAnswer answer = Ask(question, {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNoCancel});
@@ -38,47 +40,47 @@ bool FileCommands::LookAfterChanges(const QString &question) {
 }
 
 bool FileCommands::DownloadIsWanted() {
-    return !surroundings_.portIsOpen() ||
+    return !dependencies_.portIsOpen() ||
            Ask(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new settings.\n\n"
                               "Continue?"),
                {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::YesNo}) == BoxAnswer::Yes;
 }
 
 void FileCommands::Open() {
-    if (!LookAfterChanges(QStringLiteral("Save changes in file %1?").arg(currentFileName_)) ||
+    if (!OfferToSaveChanges(QStringLiteral("Save changes in file %1?").arg(currentFileName_)) ||
         !DownloadIsWanted()) {
         return;
     }
-    const std::optional<QString> name = surroundings_.dialogs.OpenFileDialog(QuestionOf(currentFileName_));
+    const std::optional<QString> name = dependencies_.dialogs.OpenFileDialog(QuestionOf(currentFileName_));
     if (!name) {
         return;
     }
-    const OpenOutcome outcome = surroundings_.openFile(*name);
+    const OpenOutcome outcome = dependencies_.openFile(*name);
     if (!outcome.fault.isEmpty()) {
-        surroundings_.dialogs.OwnedMessageBox(outcome.fault,
+        dependencies_.dialogs.OwnedMessageBox(outcome.fault,
                                               {.icon = BoxIcon::None, .buttons = BoxButtons::Ok}, QString());
     }
     switch (outcome.result) {
     case FileOpened::Whole:
         currentFileName_ = *name;
-        surroundings_.updateCaption();
+        dependencies_.updateCaption();
         break;
     case FileOpened::InPart:
         Tell(QStringLiteral("Not all items were loaded from the file!"), BoxIcon::Exclamation);
-        surroundings_.updateCaption();
+        dependencies_.updateCaption();
         break;
     default:
         Tell(QStringLiteral("Error opening file!"), BoxIcon::Exclamation);
         break;
     }
-    surroundings_.showTable();
+    dependencies_.showTable();
 }
 
 void FileCommands::Save(SaveAs which) {
     const bool asks = which == SaveAs::AskedName || currentFileName_.isEmpty();
     if (asks) {
         const std::optional<QString> name =
-            surroundings_.dialogs.SaveFileDialog(QuestionOf(currentFileName_));
+            dependencies_.dialogs.SaveFileDialog(QuestionOf(currentFileName_));
         if (!name) {
             return;
         }
@@ -86,7 +88,7 @@ void FileCommands::Save(SaveAs which) {
     }
     bool notSaved = false;
     try {
-        notSaved = surroundings_.saveFile(currentFileName_);
+        notSaved = dependencies_.saveFile(currentFileName_);
     } catch (const Fault &) {
         // Deliberate: a save that asked for its name fails silently; any other ends the program.
         if (!asks) {
@@ -99,5 +101,7 @@ void FileCommands::Save(SaveAs which) {
         return;
     }
     Tell(QStringLiteral("File saved successfully."), BoxIcon::Information);
-    surroundings_.updateCaption();
+    dependencies_.updateCaption();
 }
+
+} // namespace ztv

@@ -7,13 +7,15 @@
 #include <cstdint>
 #include <functional>
 
+namespace ztv {
+
 // The settings-file commands of menu and toolbar: asks the user their questions, in order, and shows their
 // outcomes.
 class FileCommands {
 public:
     enum class SaveAs { CurrentName = 0, AskedName = 1 };
 
-    struct Surroundings {
+    struct Dependencies {
         UserDialogs &dialogs;
         std::function<bool()> changesNeedSaving;
         std::function<bool()> portIsOpen;
@@ -23,7 +25,7 @@ public:
         std::function<void()> showTable; // shows it on the tabs
     };
 
-    explicit FileCommands(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+    explicit FileCommands(Dependencies dependencies) : dependencies_(std::move(dependencies)) {}
 
     // Returns the name of the open file; empty if none is open.
     const QString &CurrentFileName() const { return currentFileName_; }
@@ -31,7 +33,7 @@ public:
     void Open();
 
     // Asks about unsaved changes, if there are any, and saves them on Yes. Returns false on Cancel.
-    bool LookAfterChanges(const QString &question);
+    bool OfferToSaveChanges(const QString &question);
 
     // Saves the file; asks for a name on SaveAs::AskedName or if there is no current one. A fault during
     // saving reaches the caller, unless the name was asked for: then the command ends silently.
@@ -42,6 +44,8 @@ private:
     BoxAnswer Ask(const QString &text, BoxStyle style);
     void Tell(const QString &text, BoxIcon icon);
 
-    Surroundings surroundings_;
+    Dependencies dependencies_;
     QString currentFileName_;
 };
+
+} // namespace ztv

@@ -16,6 +16,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+namespace ztv {
+
 namespace {
 
 constexpr char16_t registeredMark = 174;
@@ -209,3 +211,5 @@ void FormAbout::PressToolbar() {
             this, [this] { commands_.addCheckoutTab(); }, Qt::QueuedConnection);
     }
 }
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 
 class QVBoxLayout;
 
+namespace ztv {
+
 // The about box: shows the versions of the program and the sensor, and opens the maker's web pages and the
 // system's own information.
 class FormAbout : public QDialog {
@@ -52,3 +54,5 @@ private:
     Commands commands_;
     QWidget *toolbar_ = nullptr;
 };
+
+} // namespace ztv

@@ -29,30 +29,32 @@
 #include <QTimer>
 #include <utility>
 
-FormMain::FormMain(Surroundings surroundings)
-    : surroundings_(std::move(surroundings)),
-      help_(surroundings_.helpEngine, surroundings_.dialogs),
-      placement_(*this, surroundings_.settings) {
+namespace ztv {
+
+FormMain::FormMain(Dependencies dependencies)
+    : dependencies_(std::move(dependencies)),
+      help_(dependencies_.helpEngine, dependencies_.dialogs),
+      placement_(*this, dependencies_.settings) {
     Controls::Named(this, "FormMain");
     setWindowTitle(ApplicationTitle());
     setWindowIcon(QIcon(QStringLiteral(":/icons/ztvlink.svg")));
-    help_.CHMFile(QDir::toNativeSeparators(surroundings_.programFolder + QStringLiteral("/ZTV.chm")));
+    help_.CHMFile(QDir::toNativeSeparators(dependencies_.programFolder + QStringLiteral("/ZTV.chm")));
 
     // Parses the command line before it reads any setting, so that the settings can be cleared first. Creates
     // the model before it sets up the link.
-    options_ = CommandLine::Parse(surroundings_.arguments, surroundings_.dialogs);
+    options_ = CommandLine::Parse(dependencies_.arguments, dependencies_.dialogs);
     AskToClearSettings(CtrlKey() != 0 || options_.ClearRegistry);
-    const CommSettings comm = ReadCommSettings(surroundings_.settings);
+    const CommSettings comm = ReadCommSettings(dependencies_.settings);
     setMinimumSize(Controls::FromTwips(0, 0, TabFrames::LeastWidth, TabFrames::LeastHeight).size());
     placement_.Restore();
-    zentrova_ = std::make_unique<ClassZentrova>(surroundings_.programFolder);
+    zentrova_ = std::make_unique<ClassZentrova>(dependencies_.programFolder);
     const auto deviceOfPort = [this](std::int16_t number) {
-        return SerialPorts::DeviceOfPort(surroundings_.settings, number);
+        return SerialPorts::DeviceOfPort(dependencies_.settings, number);
     };
     link_ = std::make_unique<LinkSession>(
         *zentrova_, LinkSession::Dependencies{.deviceOfPort = deviceOfPort,
                                               .askDirection = [this] { return AskDirection(); }});
-    linkNotices_ = std::make_unique<LinkNotices>(*link_, surroundings_.dialogs);
+    linkNotices_ = std::make_unique<LinkNotices>(*link_, dependencies_.dialogs);
     bootComm_ = std::make_unique<BootComm>(SerialBootLine::Opener(deviceOfPort), &link_->Mbaxp1().Tap());
     link_->CommPort(comm.commPort);
     link_->BaudRate(comm.baudRate);
@@ -61,7 +63,7 @@ FormMain::FormMain(Surroundings surroundings)
     SetMbaxp1CommProperties(comm.commPort, comm.baudRate, comm.parityStop, 0);
 
     BuildFileCommands();
-    surroundings_.registerFileType();
+    dependencies_.registerFileType();
     OpenFileOfCommandLine();
 
     BuildControls();
@@ -90,7 +92,7 @@ void FormMain::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std
 }
 
 BoxAnswer FormMain::Ask(const QString &question) {
-    return surroundings_.dialogs.OwnedMessageBox(
+    return dependencies_.dialogs.OwnedMessageBox(
         question, {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo}, ApplicationTitle());
 }
 
@@ -98,20 +100,20 @@ void FormMain::AskToClearSettings(bool wanted) {
     if (wanted &&
         Ask(QStringLiteral("Clear all ") + ApplicationTitle() + QStringLiteral(" Registry Settings?")) ==
             BoxAnswer::Yes &&
-        !surroundings_.settings.Clear()) {
+        !dependencies_.settings.Clear()) {
         TellOfStore(QStringLiteral("The settings couldn't be cleared. They are in"));
     }
 }
 
 void FormMain::TellOfStore(const QString &what) {
-    surroundings_.dialogs.OwnedMessageBox(QStringLiteral("%1\n%2").arg(what, surroundings_.settings.Place()),
+    dependencies_.dialogs.OwnedMessageBox(QStringLiteral("%1\n%2").arg(what, dependencies_.settings.Place()),
                                           {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
                                           ApplicationTitle());
 }
 
 void FormMain::BuildFileCommands() {
-    fileCommands_ = std::make_unique<FileCommands>(FileCommands::Surroundings{
-        .dialogs = surroundings_.dialogs,
+    fileCommands_ = std::make_unique<FileCommands>(FileCommands::Dependencies{
+        .dialogs = dependencies_.dialogs,
         .changesNeedSaving = [this] { return zentrova_->FileChangesNeedSaving(); },
         .portIsOpen = [this] { return link_->PortIsOpen(); },
         .openFile = [this](const QString &name) { return zentrova_->OpenFile(name); },
@@ -145,11 +147,11 @@ void FormMain::BuildControls() {
 
 void FormMain::BuildPages() {
     QWidget *central = centralWidget();
-    entryRules_ = std::make_unique<EntryRules>(*zentrova_, surroundings_.dialogs);
+    entryRules_ = std::make_unique<EntryRules>(*zentrova_, dependencies_.dialogs);
     text1_ = new ValueOverlay(*entryRules_, central);
     basicPage_ = new BasicPage(*zentrova_, *text1_, central);
     auto *advanced =
-        new AdvancedPage(*zentrova_, *entryRules_, surroundings_.dialogs, help_, *text1_, central);
+        new AdvancedPage(*zentrova_, *entryRules_, dependencies_.dialogs, help_, *text1_, central);
     connect(advanced, &AdvancedPage::Rebuilt, this, &FormMain::UpdateDisplay);
     wizardPage_ = new WizardPage(central);
     auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
@@ -200,9 +202,9 @@ void FormMain::ConnectCommands() {
         {commands_->Button("Exit"), exit},
     };
     for (const auto &[action, work] : works) {
-        commands_->GiveWork(action, work);
+        commands_->SetHandler(action, work);
     }
-    commands_->Menu("mnuHalvernWeb").setText(MakerCaption(surroundings_.settings));
+    commands_->Menu("mnuHalvernWeb").setText(MakerCaption(dependencies_.settings));
 }
 
 void FormMain::ConnectLink() {
@@ -276,52 +278,52 @@ void FormMain::Reinitialise() {
 }
 
 void FormMain::UpdateCaption() {
-    ::UpdateCaption(*this, CurrentFileName());
+    ztv::UpdateCaption(*this, CurrentFileName());
 }
 
 void FormMain::ShowMakersPages() {
-    const QUrl address = MakerAddress(surroundings_.settings);
-    if (!surroundings_.openUrl(address)) {
-        surroundings_.dialogs.OwnedMessageBox(
+    const QUrl address = MakerAddress(dependencies_.settings);
+    if (!dependencies_.openUrl(address)) {
+        dependencies_.dialogs.OwnedMessageBox(
             QStringLiteral("The web browser couldn't be started. The address is\n%1").arg(address.toString()),
             {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
     }
 }
 
 void FormMain::ShowCommunications() {
-    FormComms(*link_, *zentrova_, surroundings_.dialogs, surroundings_.settings, help_, this).exec();
+    FormComms(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, help_, this).exec();
 }
 
 void FormMain::ShowTransmitDelay() {
-    FormTransmitDelay(*zentrova_, *link_, surroundings_.dialogs, help_, this).exec();
+    FormTransmitDelay(*zentrova_, *link_, dependencies_.dialogs, help_, this).exec();
 }
 
 void FormMain::ShowUpgradeFirmware() {
     FormUpgradeFirmware({.bootComm = *bootComm_,
                          .link = *link_,
                          .zentrova = *zentrova_,
-                         .dialogs = surroundings_.dialogs,
+                         .dialogs = dependencies_.dialogs,
                          .help = help_,
-                         .programFolder = surroundings_.programFolder,
-                         .showInEditor = surroundings_.showInEditor},
+                         .programFolder = dependencies_.programFolder,
+                         .showInEditor = dependencies_.showInEditor},
                         this)
         .exec();
 }
 
 void FormMain::ShowWizard() {
-    frmWizard(*zentrova_, surroundings_.dialogs, help_, this).exec();
+    frmWizard(*zentrova_, dependencies_.dialogs, help_, this).exec();
 }
 
 void FormMain::ShowAbout() {
-    FormAbout(AboutContents(*zentrova_, surroundings_.settings),
+    FormAbout(AboutContents(*zentrova_, dependencies_.settings),
               {.showMakersPages = [this] { ShowMakersPages(); },
                .showMasterAbout =
                    [this] {
-                       surroundings_.dialogs.OwnedMessageBox(
+                       dependencies_.dialogs.OwnedMessageBox(
                            Mbaxp::AboutText(), {.icon = BoxIcon::Information, .buttons = BoxButtons::Ok},
                            ApplicationTitle());
                    },
-               .startSysInfo = surroundings_.startSysInfo,
+               .startSysInfo = dependencies_.startSysInfo,
                .addCheckoutTab = [this] { tabs_->AddCheckout(); }},
               help_, this)
         .exec();
@@ -349,7 +351,7 @@ void FormMain::UpdateDisplay() {
 }
 
 bool FormMain::ValidateAndWriteTextBoxVal(QLineEdit &box) {
-    return ::ValidateAndWriteTextBoxVal(box, *entryRules_);
+    return ztv::ValidateAndWriteTextBoxVal(box, *entryRules_);
 }
 
 void FormMain::resizeEvent(QResizeEvent *event) {
@@ -395,7 +397,7 @@ void FormMain::closeEvent(QCloseEvent *event) {
         return;
     }
     // Deliberate: the program closes after "Yes" even if the save failed.
-    if (!fileCommands_->LookAfterChanges(
+    if (!fileCommands_->OfferToSaveChanges(
             QStringLiteral("The currently open file has been changed. Do you want to save the changes?"))) {
         event->ignore();
         return;
@@ -408,9 +410,11 @@ void FormMain::closeEvent(QCloseEvent *event) {
 }
 
 bool FormMain::StoreSettings() {
-    const bool stored = WriteCommSettings(surroundings_.settings, {.commPort = CommPort(),
+    const bool stored = WriteCommSettings(dependencies_.settings, {.commPort = CommPort(),
                                                                    .baudRate = BaudRate(),
                                                                    .parityStop = ParityStop(),
                                                                    .modbusAddress = ModbusAddress()});
     return placement_.Store() && stored;
 }
+
+} // namespace ztv

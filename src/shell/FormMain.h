@@ -23,8 +23,11 @@
 #include <memory>
 #include <vector>
 
-class BasicPage;
 class QTimer;
+
+namespace ztv {
+
+class BasicPage;
 class WizardPage;
 
 // The main form. It composes the program's parts, enables commands and routes them; the parts do the work.
@@ -33,7 +36,7 @@ class FormMain : public QMainWindow {
     Q_PROPERTY(short HelpContextID READ HelpContext)
 
 public:
-    struct Surroundings {
+    struct Dependencies {
         UserDialogs &dialogs;
         SettingsStore &settings;
         HelpEngine &helpEngine;
@@ -49,7 +52,7 @@ public:
     };
 
     // Runs the whole start-up except showing the window. Throws a Fault if the presets can't be read.
-    explicit FormMain(Surroundings surroundings);
+    explicit FormMain(Dependencies dependencies);
     ~FormMain() override;
 
     // Return the only parameter table and the only link of the program.
@@ -69,10 +72,10 @@ public:
                                  std::int16_t timeoutMs);
     void GoOnline(std::int16_t skipPrompt) { link_->GoOnline(skipPrompt); }
     void GoOffline() { link_->GoOffline(); }
-    static QString MbaxpErrorDesc(std::int16_t code) { return ::MbaxpErrorDesc(code); }
+    static QString MbaxpErrorDesc(std::int16_t code) { return ztv::MbaxpErrorDesc(code); }
 
     // Returns -1 (true) if the Ctrl key is down at this moment, otherwise 0.
-    std::int16_t CtrlKey() const { return surroundings_.ctrlKeyIsDown() ? -1 : 0; }
+    std::int16_t CtrlKey() const { return dependencies_.ctrlKeyIsDown() ? -1 : 0; }
 
     // Returns the name of the open settings file; empty if none is open.
     const QString &CurrentFileName() const { return fileCommands_->CurrentFileName(); }
@@ -128,7 +131,7 @@ private:
     void TellOfStore(const QString &what);
     BoxAnswer Ask(const QString &question);
 
-    Surroundings surroundings_;
+    Dependencies dependencies_;
     ClassMyHtmlHelp help_;
     CommandLine::Options options_;
     WindowPlacement placement_;
@@ -148,3 +151,5 @@ private:
     bool online_ = false;
     bool closesAfterEntry_ = false; // the window closes once the text being typed is written
 };
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include "model/ParamDefines.h"
 #include "support/ApplicationTitle.h"
 
+namespace ztv {
+
 LinkNotices::LinkNotices(LinkSession &link, UserDialogs &dialogs) : link_(link), dialogs_(dialogs) {
     connect(&link, &LinkSession::WriteEnded, this, &LinkNotices::OnWriteEnded);
     connect(&link, &LinkSession::DownloadEnded, this, &LinkNotices::OnDownloadEnded);
@@ -31,3 +33,5 @@ void LinkNotices::Show(const QString &text) {
     dialogs_.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
                              ApplicationTitle());
 }
+
+} // namespace ztv

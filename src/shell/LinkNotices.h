@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+namespace ztv {
+
 // Shows the boxes for the outcomes of a link while the link reports them, so that the effects of an outcome
 // follow its box.
 class LinkNotices : public QObject {
@@ -23,3 +25,5 @@ private:
     LinkSession &link_;
     UserDialogs &dialogs_;
 };
+
+} // namespace ztv

@@ -12,6 +12,8 @@
 #include <array>
 #include <vector>
 
+namespace ztv {
+
 namespace {
 
 struct Entry {
@@ -88,7 +90,7 @@ MainCommands::MainCommands(QMainWindow &window) : window_(window) {
 
 void MainCommands::BuildMenus() {
     EntryFocus::ComeBackFrom(*window_.menuBar());
-    for (const ::Menu &menu : Menus()) {
+    for (const ztv::Menu &menu : Menus()) {
         QMenu *shown =
             Controls::Named(window_.menuBar()->addMenu(QString::fromLatin1(menu.caption)), menu.name);
         for (const Entry &entry : menu.entries) {
@@ -134,7 +136,7 @@ QAction &MainCommands::Button(const char *key) const {
     return Find(ButtonName(key));
 }
 
-void MainCommands::GiveWork(QAction &action, std::function<void()> work) {
+void MainCommands::SetHandler(QAction &action, std::function<void()> work) {
     withWork_.insert(&action);
     action.setEnabled(true);
     DeferredWork::OnTrigger(action, std::move(work));
@@ -160,3 +162,5 @@ void MainCommands::ShowLinkState(bool online) {
     online_ = online;
     Menu("mnuOnline").setChecked(online);
 }
+
+} // namespace ztv

@@ -6,7 +6,9 @@
 #include <functional>
 #include <set>
 
-// The menus and the toolbar of the main form. An entry is disabled until GiveWork.
+namespace ztv {
+
+// The menus and the toolbar of the main form. An entry is disabled until SetHandler.
 class MainCommands {
 public:
     explicit MainCommands(QMainWindow &window);
@@ -18,7 +20,7 @@ public:
     QAction &Button(const char *key) const;
 
     // Enables the entry and makes it run `work`, as DeferredWork does.
-    void GiveWork(QAction &action, std::function<void()> work);
+    void SetHandler(QAction &action, std::function<void()> work);
 
     // Enables the entries that have work, and marks "Online", by the state of the link.
     void ShowLinkState(bool online);
@@ -32,3 +34,5 @@ private:
     std::set<const QAction *> withWork_;
     bool online_ = false;
 };
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QUrl>
 
+namespace ztv {
+
 // The maker as the program shows it: the settings of the section "Maker", which the distributor sets.
 
 // "WebAddress", the maker's address on the web.
@@ -39,3 +41,5 @@ inline QPixmap MakersLogo(const SettingsStore &settings) {
                ? own
                : logo.scaled(logo.size().boundedTo(most), Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
+
+} // namespace ztv

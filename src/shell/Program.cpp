@@ -11,6 +11,8 @@
 #include <QDesktopServices>
 #include <cstdlib>
 
+namespace ztv {
+
 namespace {
 
 void RegisterFileType(const QString &application) {
@@ -62,3 +64,5 @@ int RunProgram(const ProgramStart &start, const std::function<void(FormMain &)> 
         return EXIT_FAILURE;
     }
 }
+
+} // namespace ztv

@@ -9,6 +9,8 @@
 #include <functional>
 #include <vector>
 
+namespace ztv {
+
 class FormMain;
 
 // The dependencies of the program, except the application object.
@@ -28,3 +30,5 @@ void ShowFault(UserDialogs &dialogs, const Fault &fault, FormMain *form = nullpt
 // Shows the main form and runs until it closes. Returns the exit status: 1 if the start failed, after a box
 // with the reason. Calls `onShown` once the main form is visible.
 int RunProgram(const ProgramStart &start, const std::function<void(FormMain &)> &onShown);
+
+} // namespace ztv

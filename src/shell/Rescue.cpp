@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QFile>
 
+namespace ztv {
+
 namespace {
 
 QString NewFileName(const QString &folder) {
@@ -38,3 +40,5 @@ QString RescueUnsavedChanges(ClassZentrova &zentrova) {
     }
     return QStringLiteral("Your unsaved changes couldn't be saved: %1").arg(reason);
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <array>
 #include <cmath>
 
+namespace ztv {
+
 namespace {
 
 struct OptionKey {
@@ -128,3 +130,5 @@ WindowState ReadWindowState(const SettingsStore &store) {
 bool WriteWindowState(SettingsStore &store, WindowState state) {
     return store.Write(Startup(), WindowStateKey(), QString::number(static_cast<int>(state)));
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QString>
 #include <cstdint>
 
+namespace ztv {
+
 // The settings that one run stores for the next.
 
 struct CommSettings {
@@ -38,3 +40,5 @@ bool WriteWindowPlace(SettingsStore &store, const WindowPlace &place);
 
 WindowState ReadWindowState(const SettingsStore &store);
 bool WriteWindowState(SettingsStore &store, WindowState state);
+
+} // namespace ztv

@@ -9,6 +9,8 @@
 #include "help/HtmlHelpEngine.h"
 #endif
 
+namespace ztv {
+
 std::unique_ptr<HelpEngine> SystemHelp([[maybe_unused]] const QString &programFolder, UserDialogs &dialogs) {
 #ifdef Q_OS_WIN
     if (HtmlHelpEngine::IsThere() && QFileInfo::exists(programFolder + QStringLiteral("/ZTV.chm"))) {
@@ -17,3 +19,5 @@ std::unique_ptr<HelpEngine> SystemHelp([[maybe_unused]] const QString &programFo
 #endif
     return std::make_unique<HelpViewer>(dialogs, QDesktopServices::openUrl);
 }
+
+} // namespace ztv

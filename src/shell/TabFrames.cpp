@@ -10,6 +10,8 @@
 #include <QTabBar>
 #include <algorithm>
 
+namespace ztv {
+
 namespace {
 
 // Twips.
@@ -127,3 +129,5 @@ void TabFrames::Colour() {
         page->setPalette(palette);
     }
 }
+
+} // namespace ztv

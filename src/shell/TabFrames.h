@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace ztv {
+
 // The strip of tabs and the pages over it, of which one is visible.
 class TabFrames : public QObject {
     Q_OBJECT
@@ -61,3 +63,5 @@ private:
     std::int16_t helpContext_ = Tab::Table.front().helpContext;
     QSize form_;
 };
+
+} // namespace ztv

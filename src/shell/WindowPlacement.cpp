@@ -7,6 +7,8 @@
 #include <QWidget>
 #include <algorithm>
 
+namespace ztv {
+
 namespace {
 
 constexpr int titleBarAllowance = 32; // pixels of the window's title that must stay reachable
@@ -58,3 +60,5 @@ bool WindowPlacement::Store() {
     }
     return stored;
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 class QWidget;
 
+namespace ztv {
+
 // Restores the main window's place from the last run, and stores it for the next one.
 class WindowPlacement {
 public:
@@ -26,3 +28,5 @@ private:
     SettingsStore &store_;
     WindowState storedState_ = WindowState::Normal;
 };
+
+} // namespace ztv

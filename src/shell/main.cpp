@@ -15,6 +15,8 @@
 #include <qt_windows.h>
 #endif
 
+namespace ztv {
+
 namespace {
 
 std::vector<QString> Arguments() {
@@ -28,6 +30,10 @@ std::vector<QString> Arguments() {
 }
 
 } // namespace
+
+} // namespace ztv
+
+using namespace ztv;
 
 int main(int argc, char *argv[]) {
     Application application(argc, argv);

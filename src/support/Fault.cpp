@@ -1,5 +1,7 @@
 #include "support/Fault.h"
 
+namespace ztv {
+
 Fault::Fault(Kind kind, const QString &description)
     : cause_(kind),
       description_(description),
@@ -28,3 +30,5 @@ Fault Fault::File(const QString &fileName, const QString &reason) {
 Fault Fault::DuplicateKey(const QString &what) {
     return Fault(Kind::DuplicateKey, QStringLiteral("Key is not unique: ") + what);
 }
+
+} // namespace ztv

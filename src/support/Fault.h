@@ -3,6 +3,8 @@
 #include <QString>
 #include <exception>
 
+namespace ztv {
+
 // A run-time fault: an error that ends the program with its description unless a caller handles it (see
 // shell/Application).
 class Fault : public std::exception {
@@ -27,3 +29,5 @@ private:
     QString description_;
     QByteArray utf8_;
 };
+
+} // namespace ztv

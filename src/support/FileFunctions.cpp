@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 
+namespace ztv {
+
 bool FileFunctions::FileExists(const QString &path) {
     if (path.isEmpty() || path.contains(QChar::Null)) {
         return false; // Qt would warn of it
@@ -14,3 +16,5 @@ bool FileFunctions::FileExists(const QString &path) {
 #endif
     return file.isFile();
 }
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace ztv {
+
 namespace FileFunctions {
 
 // Returns true when the path names an ordinary file, or a link to one: not a folder, a device or a pattern.
@@ -10,3 +12,5 @@ namespace FileFunctions {
 bool FileExists(const QString &path);
 
 } // namespace FileFunctions
+
+} // namespace ztv

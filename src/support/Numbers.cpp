@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+namespace ztv {
+
 namespace {
 
 template <typename Integer>
@@ -157,3 +159,5 @@ QString FormatDecimals(double value, int decimals) {
 QString ReformatDecimals(const QString &text, int decimals) {
     return IsNumeric(text) ? FormatDecimals(ToNumber(text), decimals) : text;
 }
+
+} // namespace ztv

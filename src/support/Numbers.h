@@ -3,6 +3,8 @@
 #include <QString>
 #include <cstdint>
 
+namespace ztv {
+
 // Numbers and their texts. Always in the C locale: "." is the decimal separator whatever the machine's locale
 // is.
 
@@ -27,3 +29,5 @@ QString FormatDecimals(double value, int decimals);
 
 // Formats a numeric text with FormatDecimals; returns any other text unchanged.
 QString ReformatDecimals(const QString &text, int decimals);
+
+} // namespace ztv

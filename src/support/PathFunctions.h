@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace ztv {
+
 namespace PathFunctions {
 
 // Returns the part of the path after the last backslash, or all of it where there is none. A forward slash
@@ -9,3 +11,5 @@ namespace PathFunctions {
 QString FileNameOfPath(const QString &path);
 
 } // namespace PathFunctions
+
+} // namespace ztv

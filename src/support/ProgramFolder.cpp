@@ -8,6 +8,8 @@
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
+namespace ztv {
+
 QString ProgramFolder() {
     const QString home = qEnvironmentVariable("ZTVLINK_HOME");
     return home.isEmpty() ? QCoreApplication::applicationDirPath() : home;
@@ -32,3 +34,5 @@ QString UserDataFolder() {
     QDir().mkpath(folder);
     return folder;
 }
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace ztv {
+
 // Returns the folder of the files installed with the program: ZTVLINK_HOME when set, otherwise the
 // executable's folder.
 QString ProgramFolder();
@@ -15,3 +17,5 @@ QString FolderForOwnFiles(const QString &programFolder);
 
 // Returns the folder of the program's data for this user; creates it if needed.
 QString UserDataFolder();
+
+} // namespace ztv

@@ -1,5 +1,9 @@
 #include "support/ProgramVersion.h"
 
+namespace ztv {
+
 QString ProgramVersion() {
     return QStringLiteral(ZTV_VERSION);
 }
+
+} // namespace ztv

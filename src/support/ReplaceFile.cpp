@@ -17,6 +17,8 @@
 #include <unistd.h>
 #endif
 
+namespace ztv {
+
 namespace {
 
 #ifdef Q_OS_WIN
@@ -190,3 +192,5 @@ bool TryReplaceFile(const QString &fileName, const QByteArray &content) {
         return false;
     }
 }
+
+} // namespace ztv

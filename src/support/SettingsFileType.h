@@ -5,6 +5,8 @@
 #include <QString>
 #include <cstdint>
 
+namespace ztv {
+
 // The type of the settings files.
 namespace SettingsFileType {
 
@@ -26,3 +28,5 @@ inline QString MimeType() {
 }
 
 } // namespace SettingsFileType
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QStandardPaths>
 #include <memory>
 
+namespace ztv {
+
 namespace {
 
 // Opens the store for each use: the uses are few, and nothing is lost when the program ends abruptly.
@@ -79,3 +81,5 @@ bool SettingsStore::Clear() {
 QString SettingsStore::Place() const {
     return QDir::toNativeSeparators(Open(title_)->fileName());
 }
+
+} // namespace ztv

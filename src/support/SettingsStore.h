@@ -4,6 +4,8 @@
 #include <map>
 #include <optional>
 
+namespace ztv {
+
 // The per-user settings: strings by application title, section and key, in the registry on Windows and in an
 // INI file in the user's configuration folder elsewhere. A setting that can't be stored still counts for this
 // run, and each later write retries to store it.
@@ -32,3 +34,5 @@ private:
     QString title_;
     std::map<QString, std::optional<QString>> notStored_; // by section and key; no value: to be deleted
 };
+
+} // namespace ztv

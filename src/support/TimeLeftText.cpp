@@ -3,6 +3,8 @@
 #include <QtGlobal>
 #include <cmath>
 
+namespace ztv {
+
 QString TimeLeftText(double milliseconds) {
     constexpr double msPerSecond = 1000;
     constexpr qint64 secondsPerMinute = 60;
@@ -12,3 +14,5 @@ QString TimeLeftText(double milliseconds) {
                                             .arg(seconds / secondsPerMinute)
                                             .arg(seconds % secondsPerMinute);
 }
+
+} // namespace ztv

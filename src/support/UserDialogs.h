@@ -5,6 +5,8 @@
 #include <optional>
 #include <vector>
 
+namespace ztv {
+
 enum class BoxIcon { None, Information, Question, Exclamation, Critical };
 enum class BoxButtons { Ok, YesNo, YesNoCancel };
 enum class BoxAnswer { Ok, Yes, No, Cancel };
@@ -46,3 +48,5 @@ public:
     // Asks for a file to write, and for confirmation before an existing file is overwritten.
     virtual std::optional<QString> SaveFileDialog(const FileQuestion &question) = 0;
 };
+
+} // namespace ztv

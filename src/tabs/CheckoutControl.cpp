@@ -1,10 +1,12 @@
 #include "tabs/CheckoutControl.h"
 
-#include "model/Element.h"
+#include "model/CheckedAt.h"
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
 #include <QScopeGuard>
+
+namespace ztv {
 
 namespace {
 
@@ -28,7 +30,7 @@ void CheckoutControl::SetAnalogOut(int index) {
 }
 
 void CheckoutControl::SetRange(int index) {
-    Add(Element(CheckoutOptions::Range, index, "OptionRange"));
+    Add(CheckedAt(CheckoutOptions::Range, index, "OptionRange"));
 }
 
 void CheckoutControl::ToggleRelay(int index) {
@@ -79,3 +81,5 @@ void CheckoutControl::Finish() {
 void CheckoutControl::Do(const Step &step) {
     zentrova_.ParamValue(step.tag, step.value.value_or(zentrova_.ParamValue(step.tag) == 0 ? 1 : 0));
 }
+
+} // namespace ztv

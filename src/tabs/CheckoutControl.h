@@ -9,6 +9,8 @@
 #include <deque>
 #include <optional>
 
+namespace ztv {
+
 // Writes the Checkout tab's clicks to the sensor. A write waits for the previous one, and the user may click
 // meanwhile, so clicks are queued first in, first out: the sensor receives whole clicks in their order and
 // ends in the state that the last click left on screen. The event loop empties the queue.
@@ -48,3 +50,5 @@ private:
     std::deque<Step> steps_;
     bool busy_ = false;
 };
+
+} // namespace ztv

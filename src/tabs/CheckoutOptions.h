@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 // The options of the Checkout tab: the caption of each and its writes, in their order.
 namespace CheckoutOptions {
 
@@ -53,3 +55,5 @@ inline constexpr std::array Range = {
 };
 
 } // namespace CheckoutOptions
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
+namespace ztv {
+
 DistanceReading ReadDistance(const ClassZentrova &zentrova, float barMin, float barMax) {
     const std::int32_t distance = zentrova.ParamValue(ParamDefines::ActualDistance);
     DistanceReading reading{
@@ -13,3 +15,5 @@ DistanceReading ReadDistance(const ClassZentrova &zentrova, float barMin, float 
     }
     return reading;
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace ztv {
+
 // The measured distance as the Distance tab shows it.
 struct DistanceReading {
     QString caption;
@@ -13,3 +15,5 @@ struct DistanceReading {
 };
 
 DistanceReading ReadDistance(const ClassZentrova &zentrova, float barMin, float barMax);
+
+} // namespace ztv

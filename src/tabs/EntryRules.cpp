@@ -9,6 +9,8 @@
 
 #include <optional>
 
+namespace ztv {
+
 namespace {
 
 std::optional<std::int32_t> RawValue(const ClassZentrova &zentrova, const QString &text, std::int16_t tag) {
@@ -61,3 +63,5 @@ bool EntryRules::CheckParamRelation(std::int16_t tag, std::int32_t raw) {
                              QStringLiteral("Invalid Value"));
     return false;
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <QString>
 #include <cstdint>
 
+namespace ztv {
+
 // Validates a typed value before it is written to the table and the sensor. All entry boxes share one
 // instance.
 class EntryRules : public QObject {
@@ -33,3 +35,5 @@ private:
     ClassZentrova &zentrova_;
     UserDialogs &dialogs_;
 };
+
+} // namespace ztv

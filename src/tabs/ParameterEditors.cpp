@@ -5,6 +5,8 @@
 #include "support/Fault.h"
 #include "support/Numbers.h"
 
+namespace ztv {
+
 namespace {
 
 // Deliberate: the list opens on the value of the parameter whose number is the row's index plus one, not of
@@ -91,3 +93,5 @@ QString NoteOf(const ClassZentrova &zentrova, std::int16_t tag, int row) {
 }
 
 } // namespace ParameterEditors
+
+} // namespace ztv

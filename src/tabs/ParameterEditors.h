@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <cstdint>
 
+namespace ztv {
+
 // Chooses the editors for the values of the Advanced list.
 namespace ParameterEditors {
 
@@ -33,3 +35,5 @@ QString WhyItCannotOpen(const ClassZentrova &zentrova, std::int16_t tag, int row
 QString NoteOf(const ClassZentrova &zentrova, std::int16_t tag, int row);
 
 } // namespace ParameterEditors
+
+} // namespace ztv

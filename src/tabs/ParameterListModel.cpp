@@ -6,6 +6,8 @@
 #include <array>
 #include <numeric>
 
+namespace ztv {
+
 namespace {
 
 constexpr std::array headers = {"Tag", "Name", "Value", "Preset"};
@@ -166,3 +168,5 @@ QVariant ParameterListModel::headerData(int section, Qt::Orientation orientation
         return {};
     }
 }
+
+} // namespace ztv

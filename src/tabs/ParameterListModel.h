@@ -8,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+namespace ztv {
+
 // The rows of the Advanced list. Names and presets come from the table; Refresh copies the values, so that
 // only changed cells are painted.
 class ParameterListModel : public QAbstractTableModel {
@@ -64,3 +66,5 @@ private:
     std::optional<int> sortColumn_;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
 };
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+namespace ztv {
+
 // The tabs of the main form, by their number in CurrentTab.
 namespace Tab {
 
@@ -26,3 +28,5 @@ inline constexpr std::array Table = {
 };
 
 } // namespace Tab
+
+} // namespace ztv

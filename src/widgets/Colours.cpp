@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ztv {
+
 namespace Colours {
 
 namespace {
@@ -107,3 +109,5 @@ void KeepLegibleWhileDisabled(QWidget &control, Legible what) {
 }
 
 } // namespace Colours
+
+} // namespace ztv

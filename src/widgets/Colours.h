@@ -4,6 +4,8 @@
 #include <QPalette>
 #include <QWidget>
 
+namespace ztv {
+
 // The colours that aren't the palette's own, in a set for light desktops and one for dark ones.
 namespace Colours {
 
@@ -37,3 +39,5 @@ enum class Legible { Entry, Reading };
 void KeepLegibleWhileDisabled(QWidget &control, Legible what = Legible::Entry);
 
 } // namespace Colours
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <QFontMetrics>
 #include <cmath>
 
+namespace ztv {
+
 namespace Controls {
 
 namespace {
@@ -45,3 +47,5 @@ QFont FittingFont(QFont font, const std::vector<Fit> &places) {
 }
 
 } // namespace Controls
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <QWidget>
 #include <vector>
 
+namespace ztv {
+
 // Builds and names the controls of all forms.
 namespace Controls {
 
@@ -51,3 +53,5 @@ struct Fit {
 QFont FittingFont(QFont font, const std::vector<Fit> &places);
 
 } // namespace Controls
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <QAction>
 #include <QApplication>
 
+namespace ztv {
+
 namespace DeferredWork {
 
 void OnPress(QAbstractButton &button, std::function<void()> work) {
@@ -30,3 +32,5 @@ void OnTrigger(QAction &action, std::function<void()> work) {
 }
 
 } // namespace DeferredWork
+
+} // namespace ztv

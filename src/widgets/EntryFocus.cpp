@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace ztv {
+
 namespace {
 
 using EntryFocus::IsElsewhere;
@@ -278,3 +280,5 @@ void ComeBackFrom(QMenuBar &bar) {
 }
 
 } // namespace EntryFocus
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <QMenuBar>
 #include <functional>
 
+namespace ztv {
+
 // Focus behaviour of entry boxes: selects the text on entry and validates it before the user leaves.
 namespace EntryFocus {
 
@@ -33,3 +35,5 @@ bool PermitsLeaving(QLineEdit &box);
 void ComeBackFrom(QMenuBar &bar);
 
 } // namespace EntryFocus
+
+} // namespace ztv

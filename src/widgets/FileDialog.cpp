@@ -5,6 +5,8 @@
 #include <QLineEdit>
 #include <QMessageBox>
 
+namespace ztv {
+
 namespace {
 
 // Qt reads the patterns from the last parenthesis and doesn't show it, so the caption may show its own
@@ -127,3 +129,5 @@ bool FileDialog::MayBeWritten(const QString &path) {
                                     .arg(QFileInfo(path).fileName()),
                                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
 }
+
+} // namespace ztv

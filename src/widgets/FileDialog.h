@@ -4,6 +4,8 @@
 
 #include <QFileDialog>
 
+namespace ztv {
+
 // A file dialog that accepts a name as it was typed: a double quote is part of the name, unless the whole
 // name is quoted. On saving, it appends the suffix that the filter requires. It has no meta-object of its
 // own, or Qt would never show the system's dialog.
@@ -25,3 +27,5 @@ private:
     FileQuestion question_;
     QString named_; // the accepted name, if Qt would parse it as several names
 };
+
+} // namespace ztv

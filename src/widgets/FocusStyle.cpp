@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QStyleOption>
 
+namespace ztv {
+
 namespace {
 
 constexpr int buttonInset = 3;
@@ -40,3 +42,5 @@ void FocusStyle::drawControl(ControlElement element, const QStyleOption *option,
         DrawOutline(*painter, option->rect, QPen(option->palette.color(QPalette::Highlight)));
     }
 }
+
+} // namespace ztv

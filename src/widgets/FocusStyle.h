@@ -2,6 +2,8 @@
 
 #include <QProxyStyle>
 
+namespace ztv {
+
 // Fusion with a visible focus wherever the keyboard moves it: also on a default button, which Fusion draws
 // alike with and without the focus, and on a list without a current row.
 class FocusStyle : public QProxyStyle {
@@ -15,3 +17,5 @@ public:
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                      const QWidget *widget) const override;
 };
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <QShortcut>
 
+namespace ztv {
+
 void FormHelp::Offer(QWidget &form, const ShowTopic &showTopic, QAbstractButton *button) {
     const auto show = [&form, showTopic] { showTopic(form.winId()); };
     auto *key = new QShortcut(QKeySequence(Qt::Key_F1), &form);
@@ -11,3 +13,5 @@ void FormHelp::Offer(QWidget &form, const ShowTopic &showTopic, QAbstractButton 
         QObject::connect(button, &QAbstractButton::clicked, &form, show);
     }
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <QWidget>
 #include <functional>
 
+namespace ztv {
+
 // Context help of dialogs.
 namespace FormHelp {
 
@@ -14,3 +16,5 @@ using ShowTopic = std::function<void(WId)>;
 void Offer(QWidget &form, const ShowTopic &showTopic, QAbstractButton *button = nullptr);
 
 } // namespace FormHelp
+
+} // namespace ztv

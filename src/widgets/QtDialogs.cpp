@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+namespace ztv {
+
 namespace {
 
 QMessageBox::Icon IconOf(BoxIcon icon) {
@@ -77,3 +79,5 @@ std::optional<QString> QtDialogs::AskForFile(const FileQuestion &question, QFile
     lastFolder_ = QFileInfo(*chosen).absolutePath();
     return QDir::toNativeSeparators(*chosen);
 }
+
+} // namespace ztv

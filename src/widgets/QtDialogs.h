@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QWidget>
 
+namespace ztv {
+
 // Real message boxes and file dialogs.
 class QtDialogs : public UserDialogs {
 public:
@@ -22,3 +24,5 @@ private:
     QPointer<QWidget> owner_;
     QString lastFolder_;
 };
+
+} // namespace ztv

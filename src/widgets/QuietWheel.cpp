@@ -8,6 +8,8 @@
 #include <QScrollBar>
 #include <QTabBar>
 
+namespace ztv {
+
 namespace {
 
 bool ChangesByWheel(const QObject &object) {
@@ -32,3 +34,5 @@ bool QuietWheel::eventFilter(QObject *watched, QEvent *event) {
     event->ignore();
     return true;
 }
+
+} // namespace ztv

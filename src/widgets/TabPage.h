@@ -2,6 +2,8 @@
 
 #include <QFrame>
 
+namespace ztv {
+
 // A page of the main form's tabs. The form sets its size; the page itself controls its content.
 class TabPage : public QFrame {
     Q_OBJECT
@@ -22,3 +24,5 @@ public:
     // Copies the parameter table onto the page. Called only for the visible page.
     virtual void UpdateDisplay() {}
 };
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
 
+namespace ztv {
+
 namespace {
 
 constexpr int significantDigits = 15;
@@ -45,3 +47,5 @@ bool ValidateNumericEntry(QLineEdit &box, const QString &name, double minimum, d
 }
 
 } // namespace TextBoxFunctions
+
+} // namespace ztv

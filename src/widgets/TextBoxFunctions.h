@@ -7,6 +7,8 @@
 #include <QLineEdit>
 #include <QString>
 
+namespace ztv {
+
 // Functions that all forms share for their entry boxes.
 namespace TextBoxFunctions {
 
@@ -23,3 +25,5 @@ bool ValidateNumericEntry(QLineEdit &box, const QString &name, double minimum, d
                           UserDialogs &dialogs);
 
 } // namespace TextBoxFunctions
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QWidget>
 
+namespace ztv {
+
 // The editor that a page opens where it shows a value.
 class ValueEditor {
 public:
@@ -25,3 +27,5 @@ public:
 protected:
     ~ValueEditor() = default;
 };
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+namespace ztv {
+
 using namespace Drawing;
 
 namespace {
@@ -278,3 +280,5 @@ TEST_F(BasicDrawingTest, GivesAPainterTheVisibleLinesOfAFrameInOrder) {
     EXPECT_EQ(namesIn(Member(ControlId::PicRelay, 2)), (std::vector<std::string>{"LineRelay(2)"}));
     EXPECT_EQ(namesIn(ControlId::FrameRange), std::vector<std::string>());
 }
+
+} // namespace ztv

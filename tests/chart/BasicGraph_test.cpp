@@ -10,6 +10,8 @@
 #include <functional>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using namespace Drawing;
 
 class BasicGraphTest : public testing::Test {
@@ -575,3 +577,5 @@ TEST_F(BasicGraphOnline, KeepsTheModeThatAPollBroughtWhileTheWriteWaited) {
     EXPECT_TRUE(TheControl(ControlId::TextParam, 3).enabled);
     EXPECT_TRUE(TheLine(LineId::LineLinearSlope).visible);
 }
+
+} // namespace ztv

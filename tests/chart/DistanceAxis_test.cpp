@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class DistanceAxisTest : public testing::Test {
 protected:
     void Range(std::int32_t min, std::int32_t nearest, std::int32_t farthest, std::int32_t max) {
@@ -59,3 +61,5 @@ TEST_F(DistanceAxisTest, StepsWhereTheNearDistanceIsBehindTheFarOne) {
     EXPECT_EQ(At(2000), 58.3333333F); // still below the near distance: 1400 of 2400
     EXPECT_EQ(At(3000), 450);         // already above the far one: 1000 of 2000
 }
+
+} // namespace ztv

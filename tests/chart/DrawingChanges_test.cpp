@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
+namespace ztv {
+
 using namespace Drawing;
 using Area = DrawingChanges::Area;
 
@@ -91,3 +93,5 @@ TEST_F(DrawingChangesTest, FindsEachPropertyOfAControl) {
     EXPECT_TRUE(since.areas.empty());
     EXPECT_TRUE(changes_.Take().controls.empty());
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using namespace Drawing;
 
 class HyperbolicCurveTest : public testing::Test {
@@ -115,3 +117,5 @@ TEST_F(HyperbolicCurveTest, FaultsOnARollWithoutADiameter) {
         EXPECT_EQ(fault.Cause(), Fault::Kind::DivisionByZero);
     }
 }
+
+} // namespace ztv

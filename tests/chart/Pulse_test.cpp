@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using namespace Drawing;
 
 class PulseTest : public testing::Test {
@@ -113,3 +115,5 @@ TEST_F(PulseTest, ScalesItsWayToTheSpaceInSinglePrecision) {
         EXPECT_EQ(drawing.At(LineId::ZentrovaLine).x1, place.x);
     }
 }
+
+} // namespace ztv

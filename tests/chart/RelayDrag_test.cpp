@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using enum Drawing::ControlId;
 
 // Min 600, Near 1200, Far 36000, Max 42000 at 0, 1920, 4920, 6840 twips; thresholds 6000, 24000, 7200, 26400.
@@ -297,3 +299,5 @@ TEST_F(RelayDragTest, StepsByTheRawValueWithinTheThresholdsLimits) {
     EXPECT_FALSE(drag_.StepValue(0, 1));
     EXPECT_TRUE(drag_.StepValue(0, -1));
 }
+
+} // namespace ztv

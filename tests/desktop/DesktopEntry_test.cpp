@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 TEST(DesktopEntryTest, QuotesTheApplication) {
     const std::pair<const char *, const char *> rows[] = {
         {R"(/opt/ztv/ZtvLink)", R"("/opt/ztv/ZtvLink" %f)"},
@@ -57,3 +59,5 @@ TEST(DesktopEntryTest, KeepsEachValueOnItsLine) {
     EXPECT_TRUE(text.contains("\nName=a\\nExec=b\\\\\\t\\r\n")) << text.toStdString();
     EXPECT_TRUE(text.contains("\nExec=\"/a\\\\\\\\\\\\$\\nb\" %f\n")) << text.toStdString();
 }
+
+} // namespace ztv

@@ -12,6 +12,8 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 // A desktop's real tools, on a user without anything and a system that knows the common types only.
 class DesktopFileTypeTest : public testing::Test {
 protected:
@@ -123,3 +125,5 @@ TEST_F(DesktopFileTypeTest, LeavesABindingOfTheSystemAlone) {
     WriteFile(Path(QStringLiteral("a.ztv")), "anything");
     EXPECT_EQ(TypeOf(Path(QStringLiteral("a.ztv"))), QStringLiteral("video/x-ztv"));
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace ztv {
+
 namespace {
 
 // Keeps keys in memory and a record of what it was asked.
@@ -240,3 +242,5 @@ TEST_F(StoreValueTest, GivesTheStatusOfTheStore) {
     EXPECT_EQ(Store(ValueType::Sz, QStringLiteral("ab")), 5);
     EXPECT_EQ(Store(ValueType::Dword, 1), 5);
 }
+
+} // namespace ztv

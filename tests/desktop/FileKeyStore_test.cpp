@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class FileKeyStoreTest : public testing::Test {
 protected:
     bool IsThere(const QString &keyPath) { return store_.Open(RootKey::ClassesRoot, keyPath) != nullptr; }
@@ -190,3 +192,5 @@ TEST(FileKeyStoreFolderTest, IsTheUsersOwn) {
     EXPECT_EQ(FileKeyStore::UsersFolder(), QStringLiteral("/somewhere/ztv-link/keys"));
 }
 #endif
+
+} // namespace ztv

@@ -14,6 +14,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 // A user and a system without anything, whose tools only record what they are asked.
 class FileTypeTest : public testing::Test {
 protected:
@@ -218,3 +220,5 @@ TEST(SettingsFileTypeTest, HasAnIdentifierThatReadsAsItsName) {
                          static_cast<char>(id >> 8 & 255), static_cast<char>(id & 255), 0};
     EXPECT_STREQ(text, "ZTV1");
 }
+
+} // namespace ztv

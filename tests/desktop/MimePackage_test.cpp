@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class MimePackageTest : public testing::Test {
 protected:
     static bool IsBound() { return MimePackage::IsBoundElsewhere(SettingsFileType::Extension()); }
@@ -76,3 +78,5 @@ TEST_F(MimePackageTest, IsInAPackageWhatItIsForAUser) {
         ReadFile(QStringLiteral(ZTV_TESTS_DIR "/../packaging/ztv-link.xml")).toStdString(),
         MimePackage::Text(SettingsFileType::Extension(), SettingsFileType::Description()).toStdString());
 }
+
+} // namespace ztv

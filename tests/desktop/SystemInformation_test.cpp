@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 #include <map>
 
+namespace ztv {
+
 namespace {
 
 constexpr std::uint32_t sz = 1;
@@ -174,3 +176,5 @@ TEST_F(SystemInformationTest, StartsWhatIsOnThePath) {
     SystemInformation::StartSysInfo(SystemInformation::StartDetached, dialogs_);
     EXPECT_TRUE(WaitUntil([&trace] { return ReadFile(trace) == "started\n"; }));
 }
+
+} // namespace ztv

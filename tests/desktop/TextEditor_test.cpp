@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 // Programs of that name in the only folder of the search path. Each leaves its name and arguments in a file.
@@ -63,3 +65,5 @@ TEST_F(TextEditorTest, GivesTheNameAsItIsWithoutAShell) {
 TEST_F(TextEditorTest, TellsThatThereIsNone) {
     EXPECT_FALSE(TextEditor::Show(QStringLiteral("notepad.exe"), QStringLiteral("/a/PROGMEM.MCP")));
 }
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <QTest>
 #include <set>
 
+namespace ztv {
+
 // The Advanced list against a sensor.
 class AdvancedListTest : public SessionTest {
 protected:
@@ -158,3 +160,5 @@ TEST_F(AdvancedListTest, BringsBackTheSensorsValueAfterARefusedWrite) {
     EXPECT_EQ(Shown(25), QStringLiteral("500.00\""));
     EXPECT_TRUE(WaitUntil([this] { return Shown(25) == QStringLiteral("420.00\""); }));
 }
+
+} // namespace ztv

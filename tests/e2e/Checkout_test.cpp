@@ -9,6 +9,8 @@
 #include <QTabBar>
 #include <QTest>
 
+namespace ztv {
+
 using ImageListCheckout::Key;
 
 // The Checkout tab against the sensor. What the sensor is told is compared in its order on the wire.
@@ -243,3 +245,5 @@ TEST_F(CheckoutTest, FollowsTheUserToAnotherTabWhileItIsEntered) {
     EXPECT_EQ(Ui().Get<QTabWidget>("TabStrip1").currentIndex(), Tab::Wizard - 1);
     EXPECT_TRUE(WaitUntil([this] { return sensor_->Register(39) == 1; }));
 }
+
+} // namespace ztv

@@ -11,6 +11,8 @@
 #include <sys/inotify.h>
 #include <unistd.h>
 
+namespace ztv {
+
 namespace {
 
 // Tells that somebody opens a file.
@@ -58,3 +60,5 @@ TEST(CommandLineOfTheProgramTest, LoadsTheFileThatIsNamedWhateverItsName) {
         program.waitForFinished();
     }
 }
+
+} // namespace ztv

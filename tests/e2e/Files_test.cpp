@@ -4,6 +4,8 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
+namespace ztv {
+
 // Settings files opened while the program polls the simulated sensor.
 class FilesTest : public SessionTest {
 protected:
@@ -136,3 +138,5 @@ TEST_F(FilesTest, KeepWhatTheSensorShowed) {
     EXPECT_EQ(zentrova.OpenFile(file_).result, FileOpened::Whole);
     EXPECT_EQ(zentrova.ParamValue(28), 4321);
 }
+
+} // namespace ztv

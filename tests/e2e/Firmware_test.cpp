@@ -23,6 +23,8 @@
 #include <tuple>
 #include <vector>
 
+namespace ztv {
+
 namespace {
 
 constexpr int programStart = 0x800;
@@ -634,7 +636,7 @@ protected:
     void OpenConsole() {
         form_.reset();
         form_ = std::make_unique<FormUpgradeFirmware>(
-            FormUpgradeFirmware::Surroundings{.bootComm = boot_,
+            FormUpgradeFirmware::Dependencies{.bootComm = boot_,
                                               .link = link_,
                                               .zentrova = zentrova_,
                                               .dialogs = dialogs_,
@@ -772,3 +774,5 @@ INSTANTIATE_TEST_SUITE_P(Kinds, FaultAtEachExchangeTest,
 INSTANTIATE_TEST_SUITE_P(KindsWithEcho, FaultAtEachExchangeTest,
                          testing::Combine(testing::Values("drop", "deaf", "corrupt", "cut", "delay 150"),
                                           testing::Values("echo on")));
+
+} // namespace ztv

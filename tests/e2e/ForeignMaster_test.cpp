@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 // The shipped simulator under a master that isn't ours: mbpoll.
 class ForeignMasterTest : public testing::Test {
 protected:
@@ -73,3 +75,5 @@ TEST_F(ForeignMasterTest, WritesARegister) {
 TEST_F(ForeignMasterTest, IsRefusedWhatIsNotThere) {
     EXPECT_TRUE(Poll({QStringLiteral("-r"), QStringLiteral("200"), link_}, false).empty());
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace ztv {
+
 // The same program against a slave that shares no line of code with it.
 class ForeignSensorTest : public MainFormTest {
 protected:
@@ -83,3 +85,5 @@ TEST_F(ForeignSensorTest, IsReachedAtAnotherAddress) {
     EXPECT_TRUE(WaitUntil([this] { return form_->Link().Mbaxp1().TransactionBusy(1); }));
     EXPECT_EQ(form_->ModbusAddress(), 42);
 }
+
+} // namespace ztv

@@ -17,6 +17,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace ztv {
+
 namespace {
 
 constexpr std::int32_t changedTo = 4321;
@@ -341,3 +343,5 @@ TEST_F(MachineFaultsTest, KeepsOffAPortThatAnotherProgramHasAndKeepsItsOwn) {
     EXPECT_EQ(open(), -1);
     EXPECT_EQ(errno, EBUSY);
 }
+
+} // namespace ztv

@@ -16,6 +16,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+namespace ztv {
+
 // The search dialog on a line with several simulated sensors, each of which answers at its own address and
 // only at its own line settings. A pseudo terminal tells odd parity from the others, but not even from none:
 // a sensor at either answers at both.
@@ -148,3 +150,5 @@ TEST_F(SearchTest, StopsInTheMiddleWithWhatItHasFound) {
     EXPECT_EQ(Results(), (Found{"2 38400 N2"}));
     EXPECT_LT(sensors_.front()->Requests().size(), 20U);
 }
+
+} // namespace ztv

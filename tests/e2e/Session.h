@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+namespace ztv {
+
 // The whole program against the simulated sensor: the form's own controls at one end of the line, the
 // sensor's registers at the other.
 class SessionTest : public MainFormTest {
@@ -65,3 +67,5 @@ protected:
 
     std::optional<sim::SimulatedSensor> sensor_;
 };
+
+} // namespace ztv

@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <set>
 
+namespace ztv {
+
 TEST_F(SessionTest, ShowsALiveDistanceInBothAddressingModes) {
     for (const int addressing : {1, 0}) {
         SCOPED_TRACE(addressing);
@@ -394,3 +396,5 @@ TEST_F(SessionTest, WritesTheNearDistanceBehindAFarDistanceInHyperbolicMode) {
     EXPECT_EQ(sensor_->Writes(), (Writes{{29, 2050}, {28, 1000}}));
     EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("10.00\""));
 }
+
+} // namespace ztv

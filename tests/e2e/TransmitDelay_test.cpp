@@ -5,6 +5,8 @@
 #include <QLineEdit>
 #include <QTest>
 
+namespace ztv {
+
 // The transmit delay calculator against a sensor: what comes on the wire, in its order.
 class TransmitDelaySessionTest : public SessionTest {
 protected:
@@ -135,3 +137,5 @@ TEST_F(TransmitDelaySessionTest, StartsFreshEachTime) {
         });
     }
 }
+
+} // namespace ztv

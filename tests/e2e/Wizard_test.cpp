@@ -8,6 +8,8 @@
 #include <QTest>
 #include <QTimer>
 
+namespace ztv {
+
 // The setup wizard against a sensor, from the button on its tab to the sensor's registers.
 class WizardTest : public SessionTest {
 protected:
@@ -240,3 +242,5 @@ TEST_F(WizardTest, CanBeStartedOnlineOnly) {
     Settle();
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
+
+} // namespace ztv

@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 QByteArray Bytes(const char *hex) {
@@ -598,3 +600,5 @@ TEST_F(BootCommTest, FilesThatCantBeOpenedOrMadeAreFaultsThatNameThem) {
                 [&] { comm_.ReadRegion(start, end, 1, BootCommand::ReadProgram, Path("none/PROGMEM.MCP")); });
     EXPECT_TRUE(loader_.packets.empty());
 }
+
+} // namespace ztv

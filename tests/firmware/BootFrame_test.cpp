@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 QByteArray Bytes(const char *hex) {
@@ -128,3 +130,5 @@ TEST(BootFrameTest, TakesNoMoreThanItMay) {
     BootFrame::Reader endless(3);
     EXPECT_EQ(Feed(endless, Bytes("0F 0F") + QByteArray(100000, 'x')), State::TooLong);
 }
+
+} // namespace ztv

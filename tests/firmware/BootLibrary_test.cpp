@@ -9,6 +9,8 @@
 #include <functional>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 QByteArray Bytes(const char *hex) {
@@ -709,3 +711,5 @@ TEST_F(BootLibraryTapTest, WorksTheSameWithoutATap) {
     EXPECT_EQ(library.SendGetPacket(handle_, packet_, 2, 10, 3), 4);
     EXPECT_TRUE(seen_.empty());
 }
+
+} // namespace ztv

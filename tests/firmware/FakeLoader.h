@@ -11,6 +11,8 @@
 #include <memory>
 #include <vector>
 
+namespace ztv {
+
 // A boot loader that answers each packet at once, out of a memory that takes whatever is written. A packet
 // can be given another answer, or none.
 class FakeLoader {
@@ -109,3 +111,5 @@ private:
         return packet.first(1);
     }
 };
+
+} // namespace ztv

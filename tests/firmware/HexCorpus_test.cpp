@@ -11,6 +11,8 @@
 #include <map>
 #include <memory>
 
+namespace ztv {
+
 using namespace HexFileAccess;
 
 namespace {
@@ -242,3 +244,5 @@ TEST_F(HexCorpusTest, ExportsALineForALineWhateverStandsInTheImages) {
         }
     }
 }
+
+} // namespace ztv

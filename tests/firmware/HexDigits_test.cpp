@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 TEST(HexDigitsTest, PadsOnTheLeftToTheWidth) {
     EXPECT_EQ(HexDigits(0, 2), QStringLiteral("00"));
     EXPECT_EQ(HexDigits(0xA, 2), QStringLiteral("0A"));
@@ -17,3 +19,5 @@ TEST(HexDigitsTest, TakesTheDigitsOneToTheLeftOfTheLowOnesFromAValueTooWide) {
     EXPECT_EQ(HexDigits(0x123, 2), QStringLiteral("12"));
     EXPECT_EQ(HexDigits(-1, 2), QStringLiteral("FF"));
 }
+
+} // namespace ztv

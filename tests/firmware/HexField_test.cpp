@@ -6,6 +6,8 @@
 #include <array>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 QByteArray Text(std::uint32_t value, int width) {
@@ -54,3 +56,5 @@ TEST(HexFieldTest, WritesWhatHexDigitsGives) {
         EXPECT_EQ(QString::fromLatin1(Text(static_cast<std::uint32_t>(value), 6)), HexDigits(value, 6));
     }
 }
+
+} // namespace ztv

@@ -9,6 +9,8 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+namespace ztv {
+
 using namespace HexFileAccess;
 
 namespace {
@@ -628,3 +630,5 @@ TEST_F(HexFileAccessTest, TheDeviceFamilySelectsThePair) {
                   (family == 1 ? UpperWord(0) : QByteArray()) + Record(0, 0, Counted(16)) + end);
     }
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <array>
 
+namespace ztv {
+
 // A program folder with the memory images in it.
 class HexFolder {
 public:
@@ -47,3 +49,5 @@ private:
 inline std::array<QByteArray, 4> OldImages() {
     return {"old program", "old EEPROM", "old ids", "old configuration"};
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 // Checksums that the format's description and others' files give.
@@ -72,3 +74,5 @@ TEST(HexRecordTest, IsALineThatStartsWithAColon) {
     EXPECT_FALSE(HexRecord::IsRecord(""));
     EXPECT_FALSE(HexRecord::IsRecord(" :00000001FF"));
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <array>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 constexpr const char *line = "20000F 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E FF";
@@ -61,3 +63,5 @@ TEST(MemoryImageLineTest, WritesALineOf54Characters) {
     EXPECT_EQ(MemoryImageLine::Put(text.data(), 0x20000F, bytes.data()), text.data() + 54);
     EXPECT_EQ(QByteArray(text.data(), text.size()), QByteArray(line));
 }
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+namespace ztv {
+
 TEST(SerialBootLineTest, MovesBytesBothWays) {
     ScriptedLine far;
     const auto line = SerialBootLine::Open(far.Path(), 38400);
@@ -79,3 +81,5 @@ TEST(SerialBootLineTest, FindsTheDeviceBehindAPortsName) {
     }
     EXPECT_EQ(asked.size(), 2u);
 }
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace ztv {
+
 class TextFileReaderTest : public testing::Test {
 protected:
     QList<QByteArray> Lines(const QByteArray &content, qsizetype longest = 100) const {
@@ -151,3 +153,5 @@ TEST_F(TextFileReaderTest, TellsHowMuchOfTheFileIsRead) {
     WriteFile(path_, {});
     EXPECT_EQ(TextFileReader(path_, 10).Fraction(), 1);
 }
+
+} // namespace ztv

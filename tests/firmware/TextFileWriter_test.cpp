@@ -10,6 +10,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace ztv {
+
 class TextFileWriterTest : public testing::Test {
 protected:
     QTemporaryDir folder_;
@@ -99,3 +101,5 @@ TEST_F(TextFileWriterTest, SaysWhenTheFileCantBeClosed) {
         EXPECT_EQ(fault.Description(), path_ + QStringLiteral(": Bad file descriptor."));
     }
 }
+
+} // namespace ztv

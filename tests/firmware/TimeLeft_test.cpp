@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 TEST(TimeLeftTest, FollowsThePaceSoFar) {
     EXPECT_EQ(TimeLeft(10000, 0.5), QStringLiteral("10 s left"));
     EXPECT_EQ(TimeLeft(1000, 1.0 / 60), QStringLiteral("59 s left"));
@@ -17,3 +19,5 @@ TEST(TimeLeftTest, IsNotGuessedFromNothing) {
     EXPECT_EQ(TimeLeft(999, 0.5), QString());
     EXPECT_EQ(TimeLeft(5000, 0), QString());
 }
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 using Connect = UpgradeConsole::ConnectOutcome;
@@ -262,3 +264,5 @@ TEST_F(UpgradeOutcomeTest, ASecondUpgradeWithinTheFirstIsNone) {
     EXPECT_EQ(Upgrade(), UpgradeOutcome::Upgraded);
     EXPECT_EQ(inner, 1);
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class ClassMyHtmlHelpTest : public testing::Test {
 protected:
     ClassMyHtmlHelpTest() { help_.CHMFile(file_); }
@@ -90,3 +92,5 @@ TEST_F(ClassMyHtmlHelpTest, PassesOverAFaultOfClosing) {
     EXPECT_NO_THROW(help_.HHClose());
     EXPECT_THROW(help_.HHDisplayTopicID(1, 2), Fault);
 }
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using Places = std::vector<std::size_t>;
 
 namespace {
@@ -39,3 +41,5 @@ TEST(HelpSearchTest, FindsNothingForNothing) {
     EXPECT_EQ(HelpSearch::Words(QStringLiteral("  a  b ")),
               QStringList({QStringLiteral("a"), QStringLiteral("b")}));
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class HelpTopicsTest : public testing::Test {
 protected:
     HelpTopicsTest() {
@@ -75,3 +77,5 @@ TEST_F(HelpTopicsTest, SayThatTheyAreMissing) {
         EXPECT_TRUE(fault.Description().contains(QStringLiteral("nowhere/topics.txt"))) << fault.what();
     }
 }
+
+} // namespace ztv

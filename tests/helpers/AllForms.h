@@ -22,6 +22,8 @@
 #include <QTabWidget>
 #include <QTest>
 
+namespace ztv {
+
 struct Desktop {
     const char *name;
     bool dark;
@@ -188,3 +190,5 @@ private:
 
     HelpViewer viewer_{dialogs_, [](const QUrl &) { return false; }};
 };
+
+} // namespace ztv

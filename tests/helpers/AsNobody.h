@@ -4,6 +4,8 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
+namespace ztv {
+
 // Permissions don't bind root: while this lives, one who runs the tests as root is nobody.
 class AsNobody {
 public:
@@ -27,3 +29,5 @@ private:
     static constexpr unsigned nobody = 65534;
     bool root_;
 };
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+using namespace ztv;
+
 int main(int argc, char *argv[]) {
     QTemporaryDir folder; // nothing of the user's own is read or written
     qputenv("XDG_CONFIG_HOME", folder.path().toLocal8Bit());

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace ztv {
+
 // Sets a variable of the environment for as long as it lives.
 class EnvironmentVariable {
 public:
@@ -29,3 +31,5 @@ private:
     bool wasSet_;
     QByteArray previous_;
 };
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+namespace ztv {
+
 // A link that keeps what it is told.
 class FakeLink : public ParameterLink {
 public:
@@ -36,3 +38,5 @@ public:
     std::function<void()> whileWaiting;
     std::function<void()> onStart;
 };
+
+} // namespace ztv

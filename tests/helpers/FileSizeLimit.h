@@ -3,6 +3,8 @@
 #include <csignal>
 #include <sys/resource.h>
 
+namespace ztv {
+
 // As a full disk does, lets a file take so many bytes and no more.
 class FileSizeLimit {
 public:
@@ -22,3 +24,5 @@ private:
     rlimit previous_{};
     void (*previousHandler_)(int);
 };
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 // Writes a file, and the folders above it.
 inline void WriteFile(const QString &path, const QByteArray &content) {
     EXPECT_TRUE(QDir().mkpath(QFileInfo(path).path()));
@@ -25,3 +27,5 @@ inline QByteArray ReadFile(const QString &path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <QTest>
 #include <stdexcept>
 
+namespace ztv {
+
 void Form::FailOnMiss(const char *name) const {
     std::string names;
     for (const QObject *child : window_.findChildren<QObject *>()) {
@@ -52,3 +54,5 @@ bool Form::Enabled(const char *name) const {
     }
     return Get<QWidget>(name).isEnabled();
 }
+
+} // namespace ztv

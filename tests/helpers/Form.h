@@ -6,6 +6,8 @@
 #include <QWidget>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 // Drives a form by the names of its controls, as a person does with mouse and keyboard. A name that isn't
 // there fails the test with the list of those that are.
 class Form {
@@ -31,3 +33,5 @@ private:
 
     QWidget &window_;
 };
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+namespace ztv {
+
 // Bytes from hexadecimal text, blanks allowed.
 inline QByteArray Hex(const char *text) {
     return QByteArray::fromHex(text);
@@ -20,3 +22,5 @@ inline QByteArray WithCrc(QByteArray bytes) {
 inline QByteArray WithCrc(const char *hex) {
     return WithCrc(Hex(hex));
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 
 #include <QWidget>
 
+namespace ztv {
+
 // The help of a form that is tried by itself, with what was asked of it.
 class HelpOfForm {
 public:
@@ -22,3 +24,5 @@ private:
     ScriptedDialogs dialogs_;
     ClassMyHtmlHelp help_{engine_, dialogs_};
 };
+
+} // namespace ztv

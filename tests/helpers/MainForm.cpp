@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QTimer>
 
+namespace ztv {
+
 void WhenDialogOpens(std::function<void(QWidget &)> work) {
     constexpr int pulseMs = 1;
     QTimer::singleShot(pulseMs, qApp, [work = std::move(work)] {
@@ -15,3 +17,5 @@ void WhenDialogOpens(std::function<void(QWidget &)> work) {
         }
     });
 }
+
+} // namespace ztv

@@ -13,7 +13,9 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-// The main form in surroundings of its own: settings, boxes, presets.
+namespace ztv {
+
+// The main form in dependencies of its own: settings, boxes, presets.
 class MainFormTest : public testing::Test {
 protected:
     MainFormTest() : previousConfiguration_(qgetenv("XDG_CONFIG_HOME")) {
@@ -27,7 +29,7 @@ protected:
     // Starts the program with this command line and shows its form.
     void Start(const QString &commandText = QString()) {
         form_ = std::make_unique<FormMain>(
-            FormMain::Surroundings{.dialogs = dialogs_,
+            FormMain::Dependencies{.dialogs = dialogs_,
                                    .settings = settings_,
                                    .helpEngine = Engine(),
                                    .programFolder = presets_,
@@ -64,3 +66,5 @@ protected:
 
 // Does `work` with the next modal dialog, once it is open.
 void WhenDialogOpens(std::function<void(QWidget &)> work);
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+namespace ztv {
+
 namespace {
 
 constexpr int registerCount = 200;
@@ -66,3 +68,5 @@ std::uint16_t ModbusServer::Register(int address) const {
 void ModbusServer::SetRegister(int address, std::uint16_t value) {
     std::atomic_ref(Mapping(mapping_)->tab_registers[address]).store(value);
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <thread>
 #include <vector>
 
+namespace ztv {
+
 // A Modbus RTU slave on a pseudo terminal that isn't ours but libmodbus's.
 class ModbusServer {
 public:
@@ -29,3 +31,5 @@ private:
     std::atomic<bool> stop_ = false;
     std::thread thread_;
 };
+
+} // namespace ztv

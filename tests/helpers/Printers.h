@@ -4,6 +4,8 @@
 #include <QString>
 #include <ostream>
 
+namespace ztv {
+
 // Lets a failed comparison show its texts.
 inline void PrintTo(const QString &text, std::ostream *out) {
     *out << '"' << text.toStdString() << '"';
@@ -11,3 +13,5 @@ inline void PrintTo(const QString &text, std::ostream *out) {
 inline void PrintTo(const QByteArray &bytes, std::ostream *out) {
     *out << bytes.toHex(' ').constData();
 }
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <QString>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 // The offscreen screen says of itself what it can't do.
@@ -21,3 +23,5 @@ void Handle(QtMsgType type, const QMessageLogContext &, const QString &message) 
 void FailOnQtWarnings() {
     qInstallMessageHandler(Handle);
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+namespace ztv {
+
 // What was asked of the help.
 struct HelpCall {
     WindowHandle caller = 0;
@@ -50,3 +52,5 @@ public:
     std::vector<HelpCall> calls;
     std::optional<Fault> fault; // of each call
 };
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 ScriptedDialogs::~ScriptedDialogs() {
     for (const Expected &expected : expected_) {
         ADD_FAILURE() << "a dialog never came: "
@@ -94,3 +96,5 @@ std::optional<QString> ScriptedDialogs::OpenFileDialog(const FileQuestion &quest
 std::optional<QString> ScriptedDialogs::SaveFileDialog(const FileQuestion &question) {
     return AnswerFile(Kind::SaveFile, "a dialog to save a file", question);
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <deque>
 #include <functional>
 
+namespace ztv {
+
 // Stands in for the person who answers boxes and file dialogs. Each must have been expected, in order, and
 // each that was expected must come.
 class ScriptedDialogs : public UserDialogs {
@@ -54,3 +56,5 @@ private:
 
     std::deque<Expected> expected_;
 };
+
+} // namespace ztv

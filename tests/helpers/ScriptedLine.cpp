@@ -8,6 +8,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+namespace ztv {
+
 ScriptedLine::ScriptedLine() {
     master_ = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
     EXPECT_GE(master_, 0);
@@ -77,3 +79,5 @@ void ScriptedLine::OnReadable() {
         }
     }
 }
+
+} // namespace ztv

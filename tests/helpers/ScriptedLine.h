@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+namespace ztv {
+
 // The far end of a serial line on a pseudo terminal, which answers each request as a script says.
 class ScriptedLine {
 public:
@@ -55,3 +57,5 @@ private:
     std::vector<QByteArray> requests_;
     std::vector<std::chrono::steady_clock::time_point> times_;
 };
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+namespace ztv {
+
 namespace {
 
 QByteArray TakeFrom(int descriptor) {
@@ -71,3 +73,5 @@ void SharedLine::FromHost() {
 void SharedLine::FromSensor(int descriptor) {
     PutTo(master_, TakeFrom(descriptor));
 }
+
+} // namespace ztv

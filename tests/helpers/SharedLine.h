@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+namespace ztv {
+
 // One line with several sensors on it. Each sensor has a pseudo terminal of its own; this joins them with one
 // for the host. What the host sends reaches them all, at the line settings that the host has made, and what
 // any of them sends reaches the host.
@@ -39,3 +41,5 @@ private:
     std::unique_ptr<QSocketNotifier> notifier_;
     std::vector<Branch> branches_;
 };
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 QString ShippedPresetsFolder() {
     return QStringLiteral(ZTV_BIN_DIR);
 }
@@ -15,3 +17,5 @@ ChangedPresets::ChangedPresets(const char *sql) {
     SQLite::Database database(file.toStdString(), SQLite::OPEN_READWRITE);
     database.exec(sql);
 }
+
+} // namespace ztv

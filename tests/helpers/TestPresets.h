@@ -3,6 +3,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+namespace ztv {
+
 // The folder with the presets that the program ships.
 QString ShippedPresetsFolder();
 
@@ -16,3 +18,5 @@ public:
 private:
     QTemporaryDir folder_;
 };
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QEventLoop>
 #include <QTimer>
 
+namespace ztv {
+
 bool WaitUntil(const std::function<bool()> &condition, int deadlineMs) {
     QElapsedTimer elapsed;
     elapsed.start();
@@ -24,3 +26,5 @@ void Settle() {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
 }
+
+} // namespace ztv

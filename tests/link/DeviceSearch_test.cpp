@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+namespace ztv {
+
 namespace {
 
 // A sensor's good answer to the probe.
@@ -371,12 +373,14 @@ TEST(SearchWorkTest, AddsTheSettingsThatFollow) {
 
 TEST_F(DeviceSearchTest, TellsHowFarItIs) {
     std::vector<std::pair<int, int>> steps;
-    whenProbing_ = [&] { steps.emplace_back(search_->ProbesDone(), WorkLeft(search_->Rest()).probes); };
+    whenProbing_ = [&] { steps.emplace_back(search_->ProbesDone(), WorkLeft(search_->Remaining()).probes); };
     RunToTheEnd();
     EXPECT_EQ(steps, (std::vector<std::pair<int, int>>{{0, 3}, {1, 2}, {2, 1}}));
-    EXPECT_EQ(WorkLeft(search_->Rest()).probes, 0);
+    EXPECT_EQ(WorkLeft(search_->Remaining()).probes, 0);
     vary_ = true;
     whenProbing_ = [&] { search_->Stop(); };
     EXPECT_TRUE(search_->Start());
-    EXPECT_EQ(WorkLeft(search_->Rest()).probes, 60);
+    EXPECT_EQ(WorkLeft(search_->Remaining()).probes, 60);
 }
+
+} // namespace ztv

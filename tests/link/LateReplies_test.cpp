@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 constexpr qint64 ms = 1000;
@@ -257,3 +259,5 @@ TEST_F(LateRepliesTest, ClearingForgetsThePaceToo) {
 }
 
 } // namespace
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <utility>
 
+namespace ztv {
+
 TEST(LineCodesTest, HaveACodeForEachIndexOfABaudRate) {
     const std::pair<int, int> rows[] = {{0, 3}, {1, 4}, {2, 5}, {3, 7}, {4, 8}, {5, 8}, {-1, 8}};
     for (const auto &[index, code] : rows) {
@@ -38,3 +40,5 @@ TEST(LineCodesTest, CountTenBitsToACharacterWithoutParityAndElevenToAnyOther) {
     EXPECT_EQ(LineTimeUs({.baud = 5, .parity = 1, .stopBits = 0}, 96), 110'000);
     EXPECT_EQ(LineTimeUs({.baud = 5, .parity = 2, .stopBits = 0}, 96), 110'000);
 }
+
+} // namespace ztv

@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+namespace ztv {
+
 namespace {
 
 constexpr int parameterCount = 96;
@@ -794,3 +796,5 @@ TEST_F(LinkSessionTest, KeepsTheDirectionForAConnectWithoutAQuestion) {
     EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(4); }));
     session_.GoOffline();
 }
+
+} // namespace ztv

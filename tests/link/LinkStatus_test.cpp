@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <map>
 
+namespace ztv {
+
 namespace {
 
 const std::map<int, const char *> table = {
@@ -52,3 +54,5 @@ TEST(LinkStatusTest, HasTheWordsOfEachCodeAndNoneForAnyOther) {
     EXPECT_EQ(MbaxpErrorDesc(-32768), QString());
     EXPECT_EQ(MbaxpErrorDesc(32767), QString());
 }
+
+} // namespace ztv

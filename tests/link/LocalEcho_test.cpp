@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 const ModbusFrame::Request read = {
@@ -154,3 +156,5 @@ TEST_F(LocalEchoTest, ClosingThePortForgetsIt) {
 }
 
 } // namespace
+
+} // namespace ztv

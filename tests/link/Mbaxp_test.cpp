@@ -18,6 +18,8 @@
 #include <utility>
 #include <vector>
 
+namespace ztv {
+
 namespace {
 
 constexpr std::int16_t timeoutMs = 100;
@@ -1152,3 +1154,5 @@ TEST_F(MbaxpTest, CarriesItsTag) {
     master_.Tag(QStringLiteral("65"));
     EXPECT_EQ(master_.Tag(), QStringLiteral("65"));
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using namespace ModbusFrame;
 using Kind = Verdict::Kind;
 
@@ -221,3 +223,5 @@ TEST(ReplyLength, ComesFromTheRequest) {
     EXPECT_EQ(ReplyLength(WriteOne(1, 0, 1)), 8);
     EXPECT_EQ(ReplyLength(WriteMany(1, 0, {1, 2, 3})), 8);
 }
+
+} // namespace ztv

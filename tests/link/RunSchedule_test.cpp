@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+namespace ztv {
+
 namespace {
 
 constexpr qint64 ms = 1000;
@@ -147,3 +149,5 @@ TEST_F(RunScheduleTest, ClearingEndsAllOfIt) {
 }
 
 } // namespace
+
+} // namespace ztv

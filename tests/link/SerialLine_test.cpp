@@ -11,6 +11,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+namespace ztv {
+
 class SerialLineTest : public testing::Test {
 protected:
     SerialLineTest() {
@@ -133,3 +135,5 @@ TEST_F(SerialLineTest, ReportsAHangUpOnceAndCloses) {
     EXPECT_FALSE(line_.IsOpen());
     EXPECT_EQ(line_.TakeAllInput(), QByteArray());
 }
+
+} // namespace ztv

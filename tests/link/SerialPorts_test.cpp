@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+namespace ztv {
+
 TEST(SerialPortsTest, NamesTheDeviceByEnvironmentThenSettingThenNumber) {
     SettingsStore settings(QStringLiteral("ZTV Link ports test"));
     EXPECT_EQ(SerialPorts::DeviceOfPort(settings, 7), QStringLiteral("/dev/ttyS6"));
@@ -69,3 +71,5 @@ TEST(SerialPortsTest, NamesTheGroupThatOwnsARefusedDevice) {
     }
     EXPECT_NE(advice.indexOf(QStringLiteral("You have no permission to use ") + device.fileName()), -1);
 }
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+namespace ztv {
+
 namespace {
 
 constexpr std::int16_t setting = ParamDefines::NearDistance;
@@ -174,3 +176,5 @@ TEST_F(ClassZentrovaTest, CarriesItsFlagsAndNotes) {
     zentrova_.FileNotes(QStringLiteral("line 4"));
     EXPECT_EQ(zentrova_.FileNotes(), QStringLiteral("line 4"));
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using namespace Global;
 
 namespace {
@@ -136,3 +138,5 @@ TEST(GlobalInterpolation, IsAStepOverAnEmptyOrReversedRange) {
     EXPECT_EQ(InterpolateClipped(7, 10, 5, 1, 2), 1);
     EXPECT_EQ(InterpolateClipped(11, 10, 5, 1, 2), 2);
 }
+
+} // namespace ztv

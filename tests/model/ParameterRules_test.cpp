@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using namespace ParamDefines;
 
 namespace {
@@ -99,3 +101,5 @@ TEST_F(ParameterRulesTest, HasNoRelationsForOtherValues) {
         }
     }
 }
+
+} // namespace ztv

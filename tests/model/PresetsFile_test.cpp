@@ -10,6 +10,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 // The message that reading the changed presets ends with.
@@ -232,3 +234,5 @@ TEST_F(ShippedPresets, KeepTheRawOutputsWithinTheConvertersCounts) {
         EXPECT_FALSE(zentrova_.ParamReadOnly(tag)) << tag;
     }
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class RollGeometryTest : public testing::Test {
 protected:
     void Roll(std::int32_t core, std::int32_t max) {
@@ -50,3 +52,5 @@ TEST(RollGeometryOutputTest, DropsAsCoreByDiameter) {
     EXPECT_EQ(RollGeometry::OutputDrop(3, 12), 0.75F);
     EXPECT_THROW(RollGeometry::OutputDrop(3, 0), Fault);
 }
+
+} // namespace ztv

@@ -21,6 +21,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace ztv {
+
 namespace {
 
 constexpr std::int16_t setting = ParamDefines::NearDistance;
@@ -497,3 +499,5 @@ TEST_F(SettingsFileOnlineTest, StartsNothingForAFileThatCannotBeRead) {
     EXPECT_FALSE(zentrova_.WriteAllPending());
     EXPECT_EQ(link_.downloadsDefined, 0);
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 struct Case {
@@ -108,3 +110,5 @@ TEST(TransmitDelayTest, FollowsTheRowsDecimalPlaces) {
     EXPECT_FALSE(RawOf("6554", ParamDefines::TransmitDelayLow, oneDecimal));
     EXPECT_EQ(RawOf("6554", ParamDefines::TransmitDelayHigh, oneDecimal), 6554);
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using namespace WizardCalibration;
 
 class WizardCalibrationTest : public testing::Test {
@@ -178,3 +180,5 @@ TEST(DistanceToMaxTest, IsJudgedAsItIsShown) {
     EXPECT_EQ(shown, QStringLiteral("6.00"));
     EXPECT_TRUE(LeavesRoom(shown));
 }
+
+} // namespace ztv

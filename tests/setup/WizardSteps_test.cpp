@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class WizardStepsTest : public testing::Test {
 protected:
     using Writes = std::vector<std::pair<int, int>>;
@@ -302,3 +304,5 @@ TEST_F(WizardStepsTest, WritesTheDistanceRouteWhateverElseWasChosenBefore) {
     steps_->Finish(steps_->Outcome(entries_), entries_);
     EXPECT_EQ(link_.writes, (Writes{{29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {36, 200}, {1, 1}}));
 }
+
+} // namespace ztv

@@ -13,6 +13,8 @@
 #include <QToolButton>
 #include <algorithm>
 
+namespace ztv {
+
 // What an assistive client sees of the forms.
 class AccessibilityTest : public MainFormTest {
 protected:
@@ -106,3 +108,5 @@ TEST_F(AccessibilityTest, TabsCanBeChosen) {
     EXPECT_TRUE(found);
     EXPECT_EQ(form_->CurrentTab(), 4);
 }
+
+} // namespace ztv

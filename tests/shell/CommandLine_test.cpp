@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 using Arguments = std::vector<QString>;
@@ -124,3 +126,5 @@ TEST(CommandLineTest, ListsAllArgumentsAsGiven) {
         BoxIcon::Information);
     Parse("\"a b.ztv\" /help /cmdline /CheckOut", dialogs);
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 // Each thing that a command does is noted in order.
 class FileCommandsTest : public testing::Test {
 protected:
@@ -246,3 +248,5 @@ TEST_F(FileCommandsTest, LetsAFaultThroughWhereTheNameWasKnown) {
     saveFaults_ = true;
     EXPECT_THROW(commands_.Save(FileCommands::SaveAs::CurrentName), Fault);
 }
+
+} // namespace ztv

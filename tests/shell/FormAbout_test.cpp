@@ -12,6 +12,8 @@
 #include <QToolBar>
 #include <QToolButton>
 
+namespace ztv {
+
 class FormAboutTest : public testing::Test {
 protected:
     FormAboutTest() {
@@ -164,3 +166,5 @@ TEST_F(FormAboutTest, NamesWhatCanBePressed) {
         }
     }
 }
+
+} // namespace ztv

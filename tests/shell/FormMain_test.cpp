@@ -25,6 +25,8 @@
 #include <QToolButton>
 #include <QTreeView>
 
+namespace ztv {
+
 namespace {
 
 QString StoredText(const SettingsStore &store, const char *section, const char *key) {
@@ -1048,3 +1050,5 @@ TEST_F(FormMainTest, ComesBackIntoReachFromAScreenThatIsGone) {
     Start();
     EXPECT_EQ(form_->pos(), QPoint(0, 0));
 }
+
+} // namespace ztv

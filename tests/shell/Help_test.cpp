@@ -26,6 +26,8 @@
 #include <QToolButton>
 #include <QWindow>
 
+namespace ztv {
+
 class AskedHelpTest : public MainFormTest {
 protected:
     QString File() const { return QDir::toNativeSeparators(presets_ + QStringLiteral("/ZTV.chm")); }
@@ -363,3 +365,5 @@ TEST_F(AboutTest, FaultsWhenTheCheckoutTabIsThere) {
     EXPECT_EQ(Tabs().size(), 5);
     application.OnFault([](const Fault &fault) { ADD_FAILURE() << "fault: " << fault.what(); });
 }
+
+} // namespace ztv

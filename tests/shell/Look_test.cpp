@@ -25,6 +25,8 @@
 #include <limits>
 #include <set>
 
+namespace ztv {
+
 namespace {
 
 constexpr double textContrast = 4.5;
@@ -182,7 +184,7 @@ TEST_F(LookTest, TabComesToEveryControlInTheOrderOfReading) {
         int times = 0;
         for (std::size_t i = 0; i < order.size(); ++i) {
             const QWidget &next = *order[(i + 1) % order.size()];
-            const bool moves = order[i]->inherits("RelayMarker") || next.inherits("RelayMarker");
+            const bool moves = order[i]->inherits("ztv::RelayMarker") || next.inherits("ztv::RelayMarker");
             if (!moves && GoesBack(PlaceIn(form, *order[i]), PlaceIn(form, next))) {
                 ++times;
                 goesBack += Naming(name, *order[i]) + ", then " + Naming(name, next) + '\n';
@@ -467,3 +469,5 @@ TEST_F(LookTest, TheLongestValuesAreWhole) {
         }
     }
 }
+
+} // namespace ztv

@@ -21,6 +21,8 @@
 #include <gtest/gtest.h>
 #include <set>
 
+namespace ztv {
+
 namespace {
 
 int RunWith(ScriptedDialogs &dialogs, const QString &folder, bool &shown) {
@@ -225,3 +227,5 @@ TEST(ProgramTest, EndsWithItsMainFormThoughTheHelpIsOpen) {
     QApplication::setQuitOnLastWindowClosed(false);
     EXPECT_TRUE(shown);
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class StoredSettingsTest : public testing::Test {
 protected:
     StoredSettingsTest() : previous_(qgetenv("XDG_CONFIG_HOME")) {
@@ -125,3 +127,5 @@ TEST_F(StoredSettingsTest, ComeBackAsTheyWereWritten) {
     EXPECT_EQ(ReadWindowState(store_), WindowState::Maximised);
     EXPECT_EQ(store_.Read(QStringLiteral("Startup"), QStringLiteral("Top"), {}), QStringLiteral("150"));
 }
+
+} // namespace ztv

@@ -13,6 +13,8 @@
 #include <QTreeView>
 #include <QWheelEvent>
 
+namespace ztv {
+
 namespace {
 
 // All that a form holds, as one text for each control.
@@ -142,3 +144,5 @@ TEST_F(WheelOnAdvancedTest, ScrollsTheTextsOfAListThatIsOpen) {
     longList.hidePopup();
     EXPECT_EQ(longList.currentIndex(), 0);
 }
+
+} // namespace ztv

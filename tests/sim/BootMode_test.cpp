@@ -10,6 +10,8 @@
 #include <QFile>
 
 namespace sim {
+
+using ztv::WaitUntil;
 namespace {
 
 using test::Hex;

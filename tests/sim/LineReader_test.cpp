@@ -8,6 +8,8 @@
 #include <unistd.h>
 
 namespace sim {
+
+using ztv::WaitUntil;
 namespace {
 
 TEST(SimLineReader, GivesWholeLinesAndTheLastOneAtTheEnd) {

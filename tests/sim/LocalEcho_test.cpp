@@ -9,6 +9,8 @@
 #include <QFile>
 
 namespace sim {
+
+using ztv::WaitUntil;
 namespace {
 
 using test::FrameOf;

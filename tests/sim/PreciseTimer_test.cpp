@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 namespace sim {
+
+using ztv::WaitUntil;
 namespace {
 
 class SimPreciseTimer : public testing::Test {

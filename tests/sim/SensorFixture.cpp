@@ -2,7 +2,11 @@
 
 #include "tests/helpers/Wait.h"
 
-namespace sim::test {
+namespace sim {
+
+using ztv::WaitUntil;
+
+namespace test {
 
 void SensorFixture::Start() {
     sensor_ = std::make_unique<SimulatedSensor>(options_);
@@ -27,4 +31,6 @@ std::string SensorFixture::AskFrame(const TestHost &host, const QByteArray &fram
     return reply.chopped(2).toHex().toStdString();
 }
 
-} // namespace sim::test
+} // namespace test
+
+} // namespace sim

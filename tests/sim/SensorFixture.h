@@ -9,7 +9,9 @@
 #include <memory>
 #include <string>
 
-namespace sim::test {
+namespace sim {
+
+namespace test {
 
 // A sensor with the presets of the tests: address 1, 38400 baud, two stop bits, addressing mode 1.
 class SensorFixture : public testing::Test {
@@ -28,4 +30,6 @@ protected:
     std::unique_ptr<SimulatedSensor> sensor_;
 };
 
-} // namespace sim::test
+} // namespace test
+
+} // namespace sim

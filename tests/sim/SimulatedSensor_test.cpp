@@ -11,6 +11,8 @@
 #include <ctime>
 
 namespace sim {
+
+using ztv::WaitUntil;
 namespace {
 
 using test::FrameOf;

@@ -6,6 +6,8 @@
 #include <csignal>
 
 namespace sim {
+
+using ztv::WaitUntil;
 namespace {
 
 TEST(SimStopSignals, CallFromTheEventLoopOnce) {

@@ -11,7 +11,11 @@
 #include <poll.h>
 #include <unistd.h>
 
-namespace sim::test {
+namespace sim {
+
+using ztv::WaitUntil;
+
+namespace test {
 
 QByteArray Hex(const char *text) {
     return QByteArray::fromHex(text);
@@ -69,4 +73,6 @@ bool TestHost::HangsUp() const {
     return poll(&state, 1, 0) == 1 && (state.revents & POLLHUP) != 0;
 }
 
-} // namespace sim::test
+} // namespace test
+
+} // namespace sim

@@ -5,7 +5,9 @@
 
 #include <termios.h>
 
-namespace sim::test {
+namespace sim {
+
+namespace test {
 
 QByteArray Hex(const char *text);
 QByteArray FrameOf(const char *hexWithoutCrc);
@@ -31,4 +33,6 @@ private:
     int descriptor_ = -1;
 };
 
-} // namespace sim::test
+} // namespace test
+
+} // namespace sim

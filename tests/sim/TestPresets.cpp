@@ -4,7 +4,9 @@
 
 #include <map>
 
-namespace sim::test {
+namespace sim {
+
+namespace test {
 namespace {
 
 struct Row {
@@ -82,4 +84,6 @@ void TestPresets::Change(const char *sql) const {
     database.exec(sql);
 }
 
-} // namespace sim::test
+} // namespace test
+
+} // namespace sim

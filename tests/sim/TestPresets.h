@@ -3,7 +3,9 @@
 #include <QString>
 #include <QTemporaryDir>
 
-namespace sim::test {
+namespace sim {
+
+namespace test {
 
 // A small presets database in a folder of its own.
 class TestPresets {
@@ -21,4 +23,6 @@ private:
     QTemporaryDir folder_;
 };
 
-} // namespace sim::test
+} // namespace test
+
+} // namespace sim

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 namespace sim {
+
+using ztv::WaitUntil;
 namespace {
 
 class SimTransmitter : public testing::Test {

@@ -10,6 +10,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace ztv {
+
 namespace {
 
 constexpr qsizetype requestLength = 8; // of a read and of the write of one register
@@ -119,3 +121,5 @@ void FaultyLine::FromSensor() {
         Q_EMIT Reply(std::exchange(reply_, {}));
     }
 }
+
+} // namespace ztv

@@ -9,6 +9,8 @@
 #include <functional>
 #include <memory>
 
+namespace ztv {
+
 // A line between the host and one sensor on which anything can go wrong. It does nothing of its own accord:
 // whoever uses it is told each request and each reply, whole, and says what goes on to the other end.
 class FaultyLine : public QObject {
@@ -49,3 +51,5 @@ private:
     QByteArray request_;
     QByteArray reply_;
 };
+
+} // namespace ztv

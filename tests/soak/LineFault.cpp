@@ -4,6 +4,8 @@
 
 #include <set>
 
+namespace ztv {
+
 namespace {
 
 // Somewhere in the bytes stands what a slave could have sent. Damage may happen to leave such a thing, and
@@ -90,3 +92,5 @@ QByteArray Damage::ForeignFrame() {
     }
     return sim::WithCrc(frame);
 }
+
+} // namespace ztv

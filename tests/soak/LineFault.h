@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <random>
 
+namespace ztv {
+
 // What can become of a request and its reply.
 enum class LineFault {
     None,
@@ -86,3 +88,5 @@ public:
 private:
     std::mt19937 random_;
 };
+
+} // namespace ztv

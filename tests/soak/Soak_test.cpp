@@ -21,6 +21,8 @@
 #include <set>
 #include <unistd.h>
 
+namespace ztv {
+
 // The whole program polls the simulated sensor over a line on which anything goes wrong, far quicker than it
 // does at work: soak_test --rounds N --seed S [--echo]. Each round's outcome must be the one that its fault
 // has, each value that shows the one that the sensor sent in that very round.
@@ -742,3 +744,5 @@ TEST_F(SoakTest, ShowsNoWrongValueAndCountsEachFaultWhateverTheLineDoes) {
         End();
     }
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class FileFunctionsTest : public testing::Test {
 protected:
     bool Exists(const QString &name) const { return FileFunctions::FileExists(folder_.filePath(name)); }
@@ -76,3 +78,5 @@ TEST_F(FileFunctionsTest, DoesntTakeADeviceForAFile) {
     EXPECT_FALSE(FileFunctions::FileExists(QStringLiteral("/dev/null")));
 }
 #endif
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 TEST(Narrowing, TakesAHalfToTheEvenNeighbour) {
     EXPECT_EQ(ToInt16(0.5), 0);
     EXPECT_EQ(ToInt16(1.5), 2);
@@ -110,3 +112,5 @@ TEST(DecimalFormat, PassesATextThatIsNoNumberThrough) {
     EXPECT_EQ(ReformatDecimals(QStringLiteral("7"), 2), QStringLiteral("7.00"));
     EXPECT_EQ(ReformatDecimals(QString(), 2), QString());
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 TEST(PathFunctionsTest, TakesWhatFollowsTheLastBackslash) {
     EXPECT_EQ(PathFunctions::FileNameOfPath(QStringLiteral("C:\\Data\\a b.ztv")), QStringLiteral("a b.ztv"));
     EXPECT_EQ(PathFunctions::FileNameOfPath(QStringLiteral("\\\\server\\share\\x")), QStringLiteral("x"));
@@ -25,3 +27,5 @@ TEST(PathFunctionsTest, DoesntSplitAtAForwardSlash) {
               QStringLiteral("/home/user/a.ztv"));
     EXPECT_EQ(PathFunctions::FileNameOfPath(QStringLiteral("C:\\Data/a.ztv")), QStringLiteral("Data/a.ztv"));
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 TEST(ProgramFolderTest, IsTheExecutablesUnlessTheEnvironmentNamesAnother) {
     qunsetenv("ZTVLINK_HOME");
     EXPECT_EQ(ProgramFolder(), QCoreApplication::applicationDirPath());
@@ -43,3 +45,5 @@ TEST(ProgramFolderTest, ARelativeOneStaysWhereItIs) {
     FixProgramFolder();
     EXPECT_FALSE(qEnvironmentVariableIsSet("ZTVLINK_HOME"));
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 TEST(ProgramVersionTest, IsThatOfAllThatIsInstalled) {
     const QByteArray version = ProgramVersion().toLatin1();
     const std::pair<const char *, QByteArray> rows[] = {
@@ -23,3 +25,5 @@ TEST(ProgramVersionTest, IsThatOfAllThatIsInstalled) {
     ASSERT_TRUE(sensor.waitForFinished());
     EXPECT_EQ(sensor.readAllStandardOutput(), "ztv-sim " + version + '\n');
 }
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+namespace ztv {
+
 class ReplaceFileTest : public testing::Test {
 protected:
     QStringList Files() const {
@@ -189,3 +191,5 @@ TEST_F(ReplaceFileTest, FailsForALinkToItself) {
     EXPECT_FALSE(TryReplaceFile(path_, "new"));
     EXPECT_TRUE(QFileInfo(path_).isSymbolicLink());
 }
+
+} // namespace ztv

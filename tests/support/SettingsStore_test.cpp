@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class SettingsStoreTest : public testing::Test {
 protected:
     SettingsStoreTest() : previous_(qgetenv("XDG_CONFIG_HOME")) {
@@ -71,3 +73,5 @@ TEST_F(SettingsStoreTest, StoresOverAFileThatItCantMakeOut) {
     EXPECT_TRUE(store_.Write(QStringLiteral("Options"), QStringLiteral("CommPort"), QStringLiteral("7")));
     EXPECT_EQ(store_.Read(QStringLiteral("Options"), QStringLiteral("CommPort"), {}), QStringLiteral("7"));
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 TEST(TimeLeftTextTest, CountsSecondsAndNeverNoneTooEarly) {
     EXPECT_EQ(TimeLeftText(0), QStringLiteral("0 s left"));
     EXPECT_EQ(TimeLeftText(1), QStringLiteral("1 s left"));
@@ -17,3 +19,5 @@ TEST(TimeLeftTextTest, CountsMinutesFromOneOn) {
     EXPECT_EQ(TimeLeftText(90000), QStringLiteral("1 min 30 s left"));
     EXPECT_EQ(TimeLeftText(3600000), QStringLiteral("60 min 0 s left"));
 }
+
+} // namespace ztv

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+namespace ztv {
+
 class CheckoutControlTest : public testing::Test {
 protected:
     using Writes = std::vector<std::pair<int, int>>;
@@ -163,3 +165,5 @@ TEST_F(CheckoutControlTest, GoesOnAfterAFault) {
     control_.ToggleRelay(0);
     EXPECT_EQ(Take(), (Writes{{54, 1}}));
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class DistanceReadingTest : public testing::Test {
 protected:
     DistanceReading At(std::int32_t distance) {
@@ -34,3 +36,5 @@ TEST(DistanceReadingPattern, FormatsATextThatIsAPlainNumber) {
     zentrova.ParamUpdate(ParamDefines::ActualDistance, 12345);
     EXPECT_EQ(ReadDistance(zentrova, 600, 42000).caption, QStringLiteral("12.35"));
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using namespace ParamDefines;
 
 class EntryRulesTest : public testing::Test {
@@ -164,3 +166,5 @@ TEST_F(EntryRulesTest, LeavesTheNearDistanceAloneInOtherModesAndByOtherValues) {
     ExpectAccepted("25", MaxDiameter, 2500);
     EXPECT_EQ(Value(NearDistance), 1200);
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 using namespace ParameterEditors;
 
 class ParameterEditorsTest : public testing::Test {
@@ -90,3 +92,5 @@ TEST_F(ParameterEditorsTest, RowsHaveTheirNoteAsToolTip) {
     EXPECT_EQ(toolTip(39), NoteOf(zentrova_, 39, 0));
     EXPECT_FALSE(toolTip(39).isEmpty());
 }
+
+} // namespace ztv

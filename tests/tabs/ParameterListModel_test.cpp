@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+namespace ztv {
+
 class ParameterListModelTest : public testing::Test {
 protected:
     using View = ParameterListModel::View;
@@ -212,3 +214,5 @@ TEST_F(ParameterListModelTest, HasNothingBeyondItsRowsAndColumns) {
     EXPECT_FALSE(model_.headerData(4, Qt::Horizontal).isValid());
     EXPECT_FALSE(model_.headerData(0, Qt::Vertical).isValid());
 }
+
+} // namespace ztv

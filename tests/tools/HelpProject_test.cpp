@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 #include <set>
 
+namespace ztv {
+
 namespace {
 
 QByteArray Page(const char *title, const QByteArray &body) {
@@ -172,3 +174,5 @@ TEST(ShippedHelpTest, IsCompiledWhole) {
     }
     EXPECT_EQ(found, numbers);
 }
+
+} // namespace ztv

@@ -16,6 +16,8 @@
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 // A dialog with a checked box, one that is checked too, and the controls to leave them for.
@@ -383,3 +385,5 @@ TEST_F(EntryFocusTest, HoldsABoxThatHasTheFocusAlready) {
     EXPECT_EQ(checks, 1);
     EXPECT_EQ(otherClicks_, 0);
 }
+
+} // namespace ztv

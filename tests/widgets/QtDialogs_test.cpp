@@ -17,6 +17,8 @@
 #include <QTreeView>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class QtDialogsTest : public testing::Test {
 protected:
     QtDialogsTest() {
@@ -315,3 +317,5 @@ TEST_F(QtDialogsTest, TakesTheTitleOfTheQuestion) {
     question.title = QStringLiteral("Open HEX File");
     EXPECT_EQ(dialogs_.OpenFileDialog(question), std::nullopt);
 }
+
+} // namespace ztv

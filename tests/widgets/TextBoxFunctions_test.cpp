@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class TextBoxFunctionsTest : public testing::Test {
 protected:
     bool Validate(const char *text, double minimum, double maximum, bool round) {
@@ -52,3 +54,5 @@ TEST_F(TextBoxFunctionsTest, RoundsToAWholeNumberWhenAsked) {
     EXPECT_TRUE(Validate("007", 1, 255, false));
     EXPECT_EQ(box_.text(), QStringLiteral("007"));
 }
+
+} // namespace ztv

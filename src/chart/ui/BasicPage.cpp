@@ -14,6 +14,8 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+namespace ztv {
+
 using enum Drawing::ControlId;
 using Drawing::ControlId;
 using Drawing::Member;
@@ -330,3 +332,5 @@ void BasicPage::UpdateDisplay() {
         ShowChanges();
     }
 }
+
+} // namespace ztv

@@ -14,6 +14,8 @@
 #include <memory>
 #include <vector>
 
+namespace ztv {
+
 // The Basic tab: the chart of the sensor's output with the values around it.
 class BasicPage : public TabPage {
     Q_OBJECT
@@ -73,3 +75,5 @@ private:
     std::vector<QLineEdit *> textParams_;
     std::unique_ptr<RelayPointer> pointer_;
 };
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace ztv {
+
 namespace {
 
 Qt::PenStyle StyleOf(Drawing::LineStyle style) {
@@ -119,3 +121,5 @@ void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QPalette &
 }
 
 } // namespace DrawingPainter
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <QPointF>
 #include <vector>
 
+namespace ztv {
+
 // Paints the elements of a drawing. Vertical and horizontal lines are crisp at any scale factor.
 namespace DrawingPainter {
 
@@ -27,3 +29,5 @@ void PaintCurve(QPainter &painter, const std::vector<Drawing::Line> &segments, c
 void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QPalette &palette);
 
 } // namespace DrawingPainter
+
+} // namespace ztv

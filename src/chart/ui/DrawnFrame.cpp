@@ -5,6 +5,8 @@
 #include <QPaintEvent>
 #include <QPainter>
 
+namespace ztv {
+
 namespace {
 
 constexpr double penMargin = 2; // pixels that a line may reach beyond its coordinates
@@ -49,3 +51,5 @@ void DrawnFrame::paintEvent(QPaintEvent *event) {
         DrawingPainter::PaintCurve(painter, drawing_.LineHyperbolic(), palette());
     }
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 
 #include <QFrame>
 
+namespace ztv {
+
 // A frame of the Basic tab that paints the lines and shapes in it.
 class DrawnFrame : public QFrame {
     Q_OBJECT
@@ -25,3 +27,5 @@ private:
     Drawing::ControlId id_;
     bool opaque_;
 };
+
+} // namespace ztv

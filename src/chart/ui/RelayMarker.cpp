@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+namespace ztv {
+
 namespace {
 
 constexpr int grabPixels = 5; // on either side of the strip
@@ -118,3 +120,5 @@ void RelayMarker::paintEvent(QPaintEvent *) {
     DrawingPainter::PaintLine(painter, line, palette(), QPointF(grabPixels, 0));
     PaintNumber(painter, DrawingPainter::ColourOf(line.colour, palette()));
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+namespace ztv {
+
 // The marker of a relay's threshold; handles its keys. It is wider than the strip in the drawing, so that the
 // mouse can grab it. Markers overlap, so RelayPointer handles the mouse.
 class RelayMarker : public QWidget {
@@ -45,3 +47,5 @@ private:
     bool movedByKey_ = false;
     bool hovered_ = false;
 };
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <utility>
 
+namespace ztv {
+
 namespace {
 
 // Returns the pixel of the chart that contains `place`.
@@ -140,3 +142,5 @@ void RelayPointer::ShowHover(std::optional<int> number) {
         markers_[i]->ShowHover(number == static_cast<int>(i));
     }
 }
+
+} // namespace ztv

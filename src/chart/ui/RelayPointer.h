@@ -8,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+namespace ztv {
+
 // Sends mouse events to the marker whose line is nearest to the pointer, even where another marker, which is
 // wider than its line, lies on top. Of two equally near lines the first wins.
 class RelayPointer : public QObject {
@@ -38,3 +40,5 @@ private:
     std::vector<RelayMarker *> markers_;
     std::optional<int> held_; // by the left button
 };
+
+} // namespace ztv

@@ -18,6 +18,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+namespace ztv {
+
 namespace {
 
 // Twips.
@@ -42,13 +44,13 @@ struct FormUpgradeFirmware::Command {
     bool device = false; // enabled only while a boot loader is connected
 };
 
-FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *parent)
+FormUpgradeFirmware::FormUpgradeFirmware(Dependencies dependencies, QWidget *parent)
     : QDialog(parent),
-      surroundings_(std::move(surroundings)),
+      dependencies_(std::move(dependencies)),
       console_(
-          new UpgradeConsole(surroundings_.bootComm, {.showInEditor = surroundings_.showInEditor}, this)),
-      upgrade_(new OneButtonUpgrade(*console_, surroundings_.link, surroundings_.zentrova, this)),
-      boxes_(new UpgradeBoxes(*console_, *upgrade_, surroundings_.dialogs, this)) {
+          new UpgradeConsole(dependencies_.bootComm, {.showInEditor = dependencies_.showInEditor}, this)),
+      upgrade_(new OneButtonUpgrade(*console_, dependencies_.link, dependencies_.zentrova, this)),
+      boxes_(new UpgradeBoxes(*console_, *upgrade_, dependencies_.dialogs, this)) {
     Controls::Named(this, "FormUpgradeFirmware");
     setWindowTitle(QStringLiteral("Upgrade Firmware"));
     setMinimumWidth(leastWidth);
@@ -94,11 +96,11 @@ FormUpgradeFirmware::FormUpgradeFirmware(Surroundings surroundings, QWidget *par
 
     ConnectConsole();
     SetDesignHeight(heightWithout);
-    const std::int16_t baud = surroundings_.link.BaudRate();
-    console_->Load(surroundings_.link.CommPort(),
-                   ToInt32(ToNumber(surroundings_.zentrova.BaudRateString(baud))),
-                   FolderForOwnFiles(surroundings_.programFolder));
-    FormHelp::Offer(*this, surroundings_.help.Topic(HelpContextID));
+    const std::int16_t baud = dependencies_.link.BaudRate();
+    console_->Load(dependencies_.link.CommPort(),
+                   ToInt32(ToNumber(dependencies_.zentrova.BaudRateString(baud))),
+                   FolderForOwnFiles(dependencies_.programFolder));
+    FormHelp::Offer(*this, dependencies_.help.Topic(HelpContextID));
     upgrade->setFocus();
 }
 
@@ -209,7 +211,7 @@ bool FormUpgradeFirmware::eventFilter(QObject *watched, QEvent *event) {
 
 void FormUpgradeFirmware::Upgrade() {
     if (!upgrade_->Running() && boxes_->ConfirmUpgrade()) {
-        upgrade_->Run(FirmwareFile(surroundings_.programFolder));
+        upgrade_->Run(FirmwareFile(dependencies_.programFolder));
     }
 }
 
@@ -239,3 +241,5 @@ void FormUpgradeFirmware::done(int result) {
     console_->DisconnectBootloader();
     QDialog::done(result);
 }
+
+} // namespace ztv

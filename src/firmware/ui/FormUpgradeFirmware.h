@@ -12,6 +12,9 @@
 class QAbstractButton;
 class QGroupBox;
 class QLabel;
+
+namespace ztv {
+
 class StatusPanels;
 class TransferBar;
 class UpgradeBoxes;
@@ -24,7 +27,7 @@ class FormUpgradeFirmware : public QDialog {
 public:
     static constexpr std::int32_t HelpContextID = 1170;
 
-    struct Surroundings {
+    struct Dependencies {
         BootComm &bootComm; // the only one of the program
         LinkSession &link;
         ClassZentrova &zentrova;
@@ -34,7 +37,7 @@ public:
         std::function<bool(const QString &command, const QString &fileName)> showInEditor;
     };
 
-    explicit FormUpgradeFirmware(Surroundings surroundings, QWidget *parent = nullptr);
+    explicit FormUpgradeFirmware(Dependencies dependencies, QWidget *parent = nullptr);
 
     // Called for every way to close the window. Does nothing while the upgrade runs.
     void done(int result) override;
@@ -57,7 +60,7 @@ private:
     void OpenHexFile();
     void SaveHexFile();
 
-    Surroundings surroundings_;
+    Dependencies dependencies_;
     UpgradeConsole *console_;
     OneButtonUpgrade *upgrade_;
     UpgradeBoxes *boxes_;
@@ -67,3 +70,5 @@ private:
     StatusPanels *statusBar1_ = nullptr;
     int designHeight_ = 0; // twips
 };
+
+} // namespace ztv

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <numeric>
 
+namespace ztv {
+
 namespace {
 
 constexpr int gap = 2;
@@ -108,3 +110,5 @@ void StatusPanels::resizeEvent(QResizeEvent *event) {
 void StatusPanels::SetText(int panel, const QString &text, const QString &toolTip) {
     labels_.at(static_cast<std::size_t>(panel) - 1)->Show(text, toolTip);
 }
+
+} // namespace ztv

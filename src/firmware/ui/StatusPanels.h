@@ -4,6 +4,8 @@
 #include <QWidget>
 #include <vector>
 
+namespace ztv {
+
 // A status bar of panels. A text too long for its panel is elided, and the panel's tool tip shows the whole
 // text. A new text is set at once and painted within 50 ms.
 class StatusPanels : public QWidget {
@@ -34,3 +36,5 @@ private:
     std::vector<Label *> labels_;
     std::vector<int> stretches_;
 };
+
+} // namespace ztv

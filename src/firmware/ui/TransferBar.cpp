@@ -5,6 +5,8 @@
 
 #include <QHBoxLayout>
 
+namespace ztv {
+
 namespace {
 
 constexpr int steps = 1000;
@@ -66,3 +68,5 @@ void TransferBar::Show(const QString &what) {
     progress_->show();
     timeLeft_->show();
 }
+
+} // namespace ztv

@@ -6,6 +6,8 @@
 #include <QWidget>
 #include <vector>
 
+namespace ztv {
+
 // Shows the progress of a transfer and the time left. Keeps its space while there is no transfer. A transfer
 // may start inside another, which is shown again after the inner one has ended.
 class TransferBar : public QWidget {
@@ -31,3 +33,5 @@ private:
     QLabel *timeLeft_;
     std::vector<Transfer> transfers_; // the innermost last
 };
+
+} // namespace ztv

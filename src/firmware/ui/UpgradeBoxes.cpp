@@ -2,6 +2,8 @@
 
 #include "support/ApplicationTitle.h"
 
+namespace ztv {
+
 namespace {
 
 FileQuestion HexFileQuestion(const char *title) {
@@ -90,3 +92,5 @@ bool UpgradeBoxes::Confirm(const QString &question, BoxIcon icon) {
 void UpgradeBoxes::Warn(const QString &text, const QString &title) {
     dialogs_.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, title);
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <QObject>
 #include <optional>
 
+namespace ztv {
+
 // The boxes and file dialogs of the upgrade window: the questions before a command, and the outcomes. Shows
 // the box of an outcome within the signal that reports it, before the command continues.
 class UpgradeBoxes : public QObject {
@@ -34,3 +36,5 @@ private:
 
     UserDialogs &dialogs_;
 };
+
+} // namespace ztv

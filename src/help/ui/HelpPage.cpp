@@ -5,6 +5,8 @@
 #include <QTextCursor>
 #include <algorithm>
 
+namespace ztv {
+
 HelpPage::HelpPage(const QString &folder, QWidget *parent) : QTextBrowser(parent), folder_(folder) {
     setOpenLinks(false); // HelpWindow follows them
     setUndoRedoEnabled(false);
@@ -54,3 +56,5 @@ QVariant HelpPage::loadResource(int, const QUrl &name) {
     QFile file(real);
     return file.open(QIODevice::ReadOnly) ? QVariant(file.readAll()) : QVariant();
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QTextBrowser>
 
+namespace ztv {
+
 // Shows a page of the help. Loads the resources of a page only from the help's folder.
 class HelpPage : public QTextBrowser {
     Q_OBJECT
@@ -25,3 +27,5 @@ public:
 private:
     QString folder_;
 };
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 
+namespace ztv {
+
 HelpViewer::HelpViewer(UserDialogs &dialogs, std::function<bool(const QUrl &)> openUrl)
     : dialogs_(dialogs),
       openUrl_(std::move(openUrl)) {}
@@ -56,3 +58,5 @@ void HelpViewer::HtmlHelp(WindowHandle caller, const QString &file, HelpCommand 
         break;
     }
 }
+
+} // namespace ztv

@@ -7,6 +7,8 @@
 #include <functional>
 #include <memory>
 
+namespace ztv {
+
 class HelpWindow;
 
 // Shows the help where the platform has no HTML Help: the topics beside the compiled help file, in a window
@@ -27,3 +29,5 @@ private:
     std::function<bool(const QUrl &)> openUrl_;
     std::unique_ptr<HelpWindow> window_;
 };
+
+} // namespace ztv

@@ -18,6 +18,8 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+namespace ztv {
+
 namespace {
 
 constexpr QSize startSize(900, 640);
@@ -317,3 +319,5 @@ void HelpWindow::FollowModalWindow() {
         windowHandle()->setTransientParent(modal == nullptr ? nullptr : modal->windowHandle());
     }
 }
+
+} // namespace ztv

@@ -14,6 +14,8 @@
 
 class QToolBar;
 
+namespace ztv {
+
 // The help's own window: contents, index and search at the left, the page at the right. It is a separate
 // window that the user can use also while another window is modal.
 class HelpWindow : public QWidget {
@@ -66,3 +68,5 @@ private:
     QLineEdit *indexBox_ = nullptr;
     QLineEdit *searchBox_ = nullptr;
 };
+
+} // namespace ztv

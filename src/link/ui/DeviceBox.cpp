@@ -2,6 +2,8 @@
 
 #include "link/SerialPorts.h"
 
+namespace ztv {
+
 namespace {
 
 constexpr int leastCharacters = 24; // names by id are long, and are elided
@@ -44,3 +46,5 @@ void DeviceBox::Fill() {
     }
     setCurrentIndex(findData(device_));
 }
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <QComboBox>
 
+namespace ztv {
+
 // Offers the serial devices that are connected, and the one that is set.
 class DeviceBox : public QComboBox {
     Q_OBJECT
@@ -23,3 +25,5 @@ private:
 
     QString device_;
 };
+
+} // namespace ztv

@@ -16,6 +16,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+namespace ztv {
+
 namespace {
 
 constexpr double highestPort = 255;
@@ -269,3 +271,5 @@ void FormComms::reject() {
     link_.SetMbaxp1CommProperties(link_.CommPort(), link_.BaudRate(), link_.ParityStop(), 0);
     QDialog::reject();
 }
+
+} // namespace ztv

@@ -19,6 +19,8 @@
 
 class QVBoxLayout;
 
+namespace ztv {
+
 // Edits the communication settings while the link is offline, shows the poll's error counts, and opens the
 // search for devices. It neither opens nor closes the port.
 class FormComms : public QDialog {
@@ -68,3 +70,5 @@ private:
     std::vector<QWidget *> lockedOnline_;
     std::map<std::int16_t, QString> devicesBefore_; // of the ports whose device was changed here
 };
+
+} // namespace ztv

@@ -11,6 +11,8 @@
 #include <QVBoxLayout>
 #include <array>
 
+namespace ztv {
+
 namespace {
 
 struct Button {
@@ -78,3 +80,5 @@ void FormReadWrite::keyPressEvent(QKeyEvent *event) {
         QDialog::keyPressEvent(event);
     }
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <QDialog>
 #include <cstdint>
 
+namespace ztv {
+
 // Asks, on going online, whether to read or to write the parameters.
 class FormReadWrite : public QDialog {
     Q_OBJECT
@@ -24,3 +26,5 @@ protected:
 private:
     std::int16_t choice_;
 };
+
+} // namespace ztv

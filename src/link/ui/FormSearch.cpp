@@ -18,6 +18,8 @@
 #include <cmath>
 #include <limits>
 
+namespace ztv {
+
 namespace {
 
 constexpr std::int16_t lowestAddress = 1;
@@ -314,7 +316,7 @@ void FormSearch::ShowProgress() {
     if (!search_.IsSearching()) {
         return;
     }
-    const SearchWork left = WorkLeft(search_.Rest());
+    const SearchWork left = WorkLeft(search_.Remaining());
     progress_->setMaximum(std::max(search_.ProbesDone() + left.probes, 1));
     progress_->setValue(search_.ProbesDone());
     timeLeft_->setText(TimeLeftText(left.milliseconds));
@@ -426,3 +428,5 @@ DeviceSearch::AddressRange FormSearch::AddressRange() {
 void FormSearch::Warn(const QString &text, const QString &title) {
     dialogs_.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, title);
 }
+
+} // namespace ztv

@@ -15,6 +15,8 @@
 #include <array>
 #include <optional>
 
+namespace ztv {
+
 class ResultsList;
 
 // The communication settings of a device that the user picked from the results.
@@ -93,3 +95,5 @@ private:
     DeviceSearch search_;
     std::optional<UsedCommSettings> used_;
 };
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+namespace ztv {
+
 namespace {
 
 constexpr int textMargin = 12;
@@ -54,3 +56,5 @@ void ResultsList::keyPressEvent(QKeyEvent *event) {
         currentItem()->setSelected(true);
     }
 }
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <QTreeWidget>
 
+namespace ztv {
+
 // A list with columns that shows in its middle why it is empty. A key that moves the current row also selects
 // it, even if the row was current but not selected.
 class ResultsList : public QTreeWidget {
@@ -19,3 +21,5 @@ protected:
 private:
     QString emptyText_;
 };
+
+} // namespace ztv

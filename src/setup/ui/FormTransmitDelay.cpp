@@ -18,6 +18,8 @@
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
+namespace ztv {
+
 namespace {
 
 constexpr int textWidth = 440;
@@ -268,3 +270,5 @@ void FormTransmitDelay::done(int result) {
     closeWanted_ = false;
     QDialog::done(result);
 }
+
+} // namespace ztv

@@ -13,6 +13,8 @@
 
 class QVBoxLayout;
 
+namespace ztv {
+
 // Calculates the transmit delay of a master unit from its slaves' settings. If the port is open, it writes
 // the delay on request and makes the sensor save its parameters when the window closes.
 class FormTransmitDelay : public QDialog {
@@ -57,3 +59,5 @@ private:
     QPushButton *write_ = nullptr;
     QCheckBox *saveSettings_ = nullptr;
 };
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+namespace ztv {
+
 namespace {
 
 // A value and its place in the drawing.
@@ -82,3 +84,5 @@ void RollGraphic::Show(const WizardCalibration::Roll &roll) {
         labelGraphic_[index]->setText(*texts[index]);
     }
 }
+
+} // namespace ztv

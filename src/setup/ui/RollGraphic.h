@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <array>
 
+namespace ztv {
+
 // Shows the sensor over a roll, with the diameters of the core and the full roll and the distances to their
 // surfaces.
 class RollGraphic : public StepPicture {
@@ -19,3 +21,5 @@ public:
 private:
     std::array<QLabel *, 4> labelGraphic_{};
 };
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+namespace ztv {
+
 StepPicture::StepPicture(const QString &file, QWidget *parent) : QWidget(parent), drawing_(file) {
     setFixedSize(drawing_.defaultSize());
 }
@@ -11,3 +13,5 @@ void StepPicture::paintEvent(QPaintEvent *) {
     painter.setRenderHint(QPainter::Antialiasing);
     drawing_.render(&painter, rect());
 }
+
+} // namespace ztv

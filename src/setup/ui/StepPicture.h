@@ -3,6 +3,8 @@
 #include <QSvgRenderer>
 #include <QWidget>
 
+namespace ztv {
+
 // A drawing from the program's resources, sharp at any scale, on a light ground that suits any colour scheme.
 class StepPicture : public QWidget {
     Q_OBJECT
@@ -19,3 +21,5 @@ protected:
 private:
     QSvgRenderer drawing_;
 };
+
+} // namespace ztv

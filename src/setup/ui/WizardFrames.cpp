@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace ztv {
+
 namespace {
 
 constexpr int leastStepWidth = 660;
@@ -375,3 +377,5 @@ QWidget *WizardFrames::FirstControl(WizardSteps::Step step) const {
     }
     return nullptr;
 }
+
+} // namespace ztv

@@ -14,6 +14,9 @@
 
 class QGridLayout;
 class QVBoxLayout;
+
+namespace ztv {
+
 class RollGraphic;
 
 // The frames of the wizard's steps, of which one is visible: their controls, the user's entries and the
@@ -77,3 +80,5 @@ private:
     int suffixes_ = 0;
     QGroupBox *shown_ = nullptr;
 };
+
+} // namespace ztv

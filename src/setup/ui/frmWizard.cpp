@@ -15,6 +15,8 @@
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
+namespace ztv {
+
 namespace {
 
 constexpr int readEveryMs = 1000;
@@ -316,3 +318,5 @@ void frmWizard::closeEvent(QCloseEvent *event) {
     event->accept();
     done(Rejected);
 }
+
+} // namespace ztv

@@ -15,6 +15,8 @@
 #include <optional>
 #include <vector>
 
+namespace ztv {
+
 // The setup wizard: guides the user through the setup of a sensor, step by step, and writes the settings at
 // its end. REQUIRES: the link is online, since the wizard shows the live distance.
 class frmWizard : public QDialog {
@@ -76,3 +78,5 @@ private:
     bool atWork_ = false;
     Leave leave_ = Leave::No;
 };
+
+} // namespace ztv

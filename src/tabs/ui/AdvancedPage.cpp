@@ -11,6 +11,8 @@
 #include <QPersistentModelIndex>
 #include <utility>
 
+namespace ztv {
+
 namespace {
 
 using View = ParameterListModel::View;
@@ -285,3 +287,5 @@ void AdvancedPage::hideEvent(QHideEvent *event) {
     combo1_->Close();
     TabPage::hideEvent(event);
 }
+
+} // namespace ztv

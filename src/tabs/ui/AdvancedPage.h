@@ -16,6 +16,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace ztv {
+
 // The Advanced tab: the list of all parameters, in which the user edits those that may be changed.
 class AdvancedPage : public TabPage {
     Q_OBJECT
@@ -65,3 +67,5 @@ private:
     std::function<void()> owedWrite_; // writes the user's choice; pending until the event loop calls it
     std::int16_t firstVisible_ = 0;   // the parameter in the top row at the last check
 };
+
+} // namespace ztv

@@ -15,6 +15,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+namespace ztv {
+
 using ImageListCheckout::Key;
 
 namespace {
@@ -359,3 +361,5 @@ void CheckoutPage::UpdateDisplay() {
     Show(*textCheckoutVoltageOut_, text(ParamDefines::OutputVoltage));
     Show(*textCheckoutVoltageIn_, text(ParamDefines::AnalogInputVoltage));
 }
+
+} // namespace ztv

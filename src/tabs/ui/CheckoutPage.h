@@ -13,6 +13,8 @@
 #include <QPushButton>
 #include <array>
 
+namespace ztv {
+
 // The Checkout tab: tests the hardware of an installed sensor. It forces the analog output, switches relays
 // and clock by hand, and shows the inputs, the distance and the echo.
 class CheckoutPage : public TabPage {
@@ -70,3 +72,5 @@ private:
     QPushButton *commandReInit_ = nullptr;
     QLabel *labelDist_ = nullptr;
 };
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 
+namespace ztv {
+
 ChoiceOverlay::ChoiceOverlay(QWidget *parent) : QComboBox(parent) {
     Controls::Named(this, "Combo1");
     setAccessibleName(QStringLiteral("Value"));
@@ -69,3 +71,5 @@ void ChoiceOverlay::focusOutEvent(QFocusEvent *event) {
     Q_EMIT Chosen(currentIndex());
     hide();
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <QStringList>
 
+namespace ztv {
+
 // Combo1: the drop-down list that covers a value of the Advanced list while the user chooses a text.
 class ChoiceOverlay : public QComboBox {
     Q_OBJECT
@@ -34,3 +36,5 @@ private:
     QPointer<QWidget> owner_;
     bool closing_ = false;
 };
+
+} // namespace ztv

@@ -9,6 +9,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+namespace ztv {
+
 namespace {
 
 constexpr int barMin = 600; // raw units of the distance
@@ -65,3 +67,5 @@ void DistancePage::UpdateDisplay() {
         progressBar1_->setValue(*reading.barValue);
     }
 }
+
+} // namespace ztv

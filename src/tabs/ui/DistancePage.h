@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QProgressBar>
 
+namespace ztv {
+
 // The Distance tab: the measured distance, readable from across the room.
 class DistancePage : public TabPage {
     Q_OBJECT
@@ -20,3 +22,5 @@ private:
     QLabel *labelLargeLength_ = nullptr;
     QProgressBar *progressBar1_ = nullptr;
 };
+
+} // namespace ztv

@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QStyle>
 
+namespace ztv {
+
 void FlatBar::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::Mid));
@@ -14,3 +16,5 @@ void FlatBar::paintEvent(QPaintEvent *) {
     painter.fillRect(QStyle::visualRect(layoutDirection(), inside, bar),
                      palette().color(QPalette::Highlight));
 }
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <QProgressBar>
 
+namespace ztv {
+
 // A progress bar without the style's gradients, which cost more than the rest of a page that is refreshed at
 // each poll.
 class FlatBar : public QProgressBar {
@@ -13,3 +15,5 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
 };
+
+} // namespace ztv

@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QShowEvent>
 
+namespace ztv {
+
 namespace {
 
 constexpr int raw = 0;
@@ -166,3 +168,5 @@ void FormEdit::WriteAndClose() {
         box.setFocus(Qt::OtherFocusReason); // has no effect on a disabled box
     }
 }
+
+} // namespace ztv

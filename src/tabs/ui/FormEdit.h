@@ -10,6 +10,8 @@
 #include <array>
 #include <cstdint>
 
+namespace ztv {
+
 // Edits a raw value of the output stage, as a number or in volts. An accepted value is written before the
 // dialog closes.
 class FormEdit : public QDialog {
@@ -46,3 +48,5 @@ private:
     std::array<QLineEdit *, 2> textDataVal_{};
     std::array<QString, 2> converted_; // the texts after the last conversion
 };
+
+} // namespace ztv

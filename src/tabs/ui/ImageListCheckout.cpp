@@ -1,5 +1,7 @@
 #include "tabs/ui/ImageListCheckout.h"
 
+namespace ztv {
+
 namespace ImageListCheckout {
 
 const QIcon &Picture(Key key) {
@@ -28,3 +30,5 @@ QString Word(Key key) {
 }
 
 } // namespace ImageListCheckout
+
+} // namespace ztv

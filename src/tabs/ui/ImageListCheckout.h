@@ -3,6 +3,8 @@
 #include <QIcon>
 #include <QString>
 
+namespace ztv {
+
 // The pictures of states, by key. Each differs from the others in shape as well as in colour.
 namespace ImageListCheckout {
 
@@ -14,3 +16,5 @@ const QIcon &Picture(Key key);
 QString Word(Key key);
 
 } // namespace ImageListCheckout
+
+} // namespace ztv

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+namespace ztv {
+
 namespace {
 
 constexpr int side = 22;
@@ -31,3 +33,5 @@ void Indicator::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     ImageListCheckout::Picture(picture_).paint(&painter, rect());
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <QLabel>
 
+namespace ztv {
+
 // Shows a state of the sensor as a picture. Its accessible description is the state.
 class Indicator : public QLabel {
     Q_OBJECT
@@ -23,3 +25,5 @@ protected:
 private:
     ImageListCheckout::Key picture_ = ImageListCheckout::Key::Gray;
 };
+
+} // namespace ztv

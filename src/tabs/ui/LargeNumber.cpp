@@ -6,6 +6,8 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+namespace ztv {
+
 namespace {
 
 constexpr int smallestPixels = 24;
@@ -61,3 +63,5 @@ void LargeNumber::changeEvent(QEvent *event) {
     QLabel::changeEvent(event);
     pictures_.clear(); // the pictures depend on font, palette and style
 }
+
+} // namespace ztv

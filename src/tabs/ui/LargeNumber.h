@@ -4,6 +4,8 @@
 #include <QLabel>
 #include <QPixmap>
 
+namespace ztv {
+
 // A label whose text is as large as the label permits. Drawing digits of that size from their outlines at
 // each poll is too slow, so each character is drawn once and cached.
 class LargeNumber : public QLabel {
@@ -25,3 +27,5 @@ private:
     QString longest_;
     QHash<QChar, QPixmap> pictures_;
 };
+
+} // namespace ztv

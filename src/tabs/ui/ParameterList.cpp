@@ -11,6 +11,8 @@
 #include <QStyledItemDelegate>
 #include <array>
 
+namespace ztv {
+
 namespace {
 
 constexpr std::array columnWidths = {952, 4180, 1983, 2540}; // twips
@@ -127,3 +129,5 @@ void ParameterList::ChooseReadOnlyColour() {
     static_cast<CellDelegate *>(itemDelegate())->readOnlyColour = Colours::LegibleDisabledText(palette());
     viewport()->update();
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <QTreeView>
 
+namespace ztv {
+
 // ListView1: the list of the parameters, with four headers that sort it. It edits nothing itself; it reports
 // the row that the user wants to edit.
 class ParameterList : public QTreeView {
@@ -42,3 +44,5 @@ private:
 
     ParameterListModel &model_;
 };
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 #include <QStyleOptionGroupBox>
 #include <QStylePainter>
 
+namespace ztv {
+
 void StillFrame::Draw() {
     picture_ = QPixmap(size() * devicePixelRatioF());
     picture_.setDevicePixelRatio(devicePixelRatioF());
@@ -29,3 +31,5 @@ void StillFrame::changeEvent(QEvent *event) {
     QGroupBox::changeEvent(event);
     picture_ = {}; // the picture depends on font, palette, style and enabling
 }
+
+} // namespace ztv

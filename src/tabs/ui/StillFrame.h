@@ -3,6 +3,8 @@
 #include <QGroupBox>
 #include <QPixmap>
 
+namespace ztv {
+
 // A group box that is drawn once and cached. A child that changes at each poll makes the part of the group
 // box below it repaint; a style that draws border and caption again needs more time for that than the child.
 class StillFrame : public QGroupBox {
@@ -20,3 +22,5 @@ private:
 
     QPixmap picture_;
 };
+
+} // namespace ztv

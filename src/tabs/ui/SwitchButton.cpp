@@ -4,6 +4,8 @@
 #include <QStyle>
 #include <QStyleOptionFocusRect>
 
+namespace ztv {
+
 namespace {
 
 constexpr QSize pictureSize(40, 24);
@@ -44,3 +46,5 @@ void SwitchButton::paintEvent(QPaintEvent *) {
     ImageListCheckout::Picture(picture_).paint(
         &painter, rect().adjusted(focusMargin, focusMargin, -focusMargin, -focusMargin));
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <QAbstractButton>
 
+namespace ztv {
+
 // A switch that only requests the other state; its picture shows the state that the sensor reports. Its
 // accessible description is that state.
 class SwitchButton : public QAbstractButton {
@@ -23,3 +25,5 @@ protected:
 private:
     ImageListCheckout::Key picture_ = ImageListCheckout::Key::Off;
 };
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 
 #include <QPointer>
 
+namespace ztv {
+
 bool ValidateAndWriteTextBoxVal(QLineEdit &box, EntryRules &rules) {
     const QPointer<QLineEdit> still(&box);
     const std::int16_t tag = ToInt16(ToNumber(box.property("Tag").toString()));
@@ -16,3 +18,5 @@ bool ValidateAndWriteTextBoxVal(QLineEdit &box, EntryRules &rules) {
     }
     return false;
 }
+
+} // namespace ztv

@@ -4,6 +4,10 @@
 
 #include <QLineEdit>
 
+namespace ztv {
+
 // Validates and writes the text of a box by EntryRules::ValidateAndWriteText; the property "Tag" of the box
 // names the parameter. Selects the whole text before it returns false. May turn the event loop.
 bool ValidateAndWriteTextBoxVal(QLineEdit &box, EntryRules &rules);
+
+} // namespace ztv

@@ -10,6 +10,8 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 
+namespace ztv {
+
 ValueOverlay::ValueOverlay(EntryRules &rules, QWidget *parent) : QLineEdit(parent), rules_(rules) {
     Controls::Named(this, "Text1");
     setAccessibleName(QStringLiteral("Value"));
@@ -205,3 +207,5 @@ void ValueOverlay::HideIfLeft() {
     hide();
     Q_EMIT Left();
 }
+
+} // namespace ztv

@@ -8,6 +8,8 @@
 #include <QRect>
 #include <QString>
 
+namespace ztv {
+
 // Text1: the only box of the main form into which the user types values. It is hidden until it is placed over
 // the display of a value and opened there. Its property "Tag" is the parameter's number as text.
 class ValueOverlay : public QLineEdit, public ValueEditor {
@@ -74,3 +76,5 @@ private:
     bool closing_ = false;
     bool goneOn_ = false; // the box was opened for another value while a key that moves the focus was pending
 };
+
+} // namespace ztv

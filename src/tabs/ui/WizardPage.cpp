@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+namespace ztv {
+
 namespace {
 
 constexpr int margin = 24;
@@ -40,3 +42,5 @@ WizardPage::WizardPage(QWidget *parent) : TabPage(3, parent) {
 void WizardPage::EnableStart(bool online) {
     start_->setEnabled(online);
 }
+
+} // namespace ztv

@@ -4,6 +4,8 @@
 
 #include <QPushButton>
 
+namespace ztv {
+
 // The Wizard tab: starts the setup wizard.
 class WizardPage : public TabPage {
     Q_OBJECT
@@ -21,3 +23,5 @@ Q_SIGNALS:
 private:
     QPushButton *start_ = nullptr;
 };
+
+} // namespace ztv

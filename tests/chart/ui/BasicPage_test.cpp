@@ -19,6 +19,8 @@
 #include <set>
 #include <string>
 
+namespace ztv {
+
 class BasicPageTest : public testing::Test {
 protected:
     BasicPageTest() {
@@ -900,3 +902,5 @@ TEST_F(BasicChartTest, ARefreshPaintsNothingWhereNothingHasChanged) {
     page_.UpdateDisplay();
     EXPECT_EQ(PaintedByATick(), (std::set<std::string>{"FrameZentrova"}));
 }
+
+} // namespace ztv

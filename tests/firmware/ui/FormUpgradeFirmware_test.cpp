@@ -26,6 +26,8 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 constexpr const char *deviceCommands[] = {"CommandRead", "CommandErase", "CommandWrite", "CommandRunApp"};
@@ -35,7 +37,7 @@ protected:
     void Open() { Open(boot_); }
     void Open(BootComm &boot) {
         form_.reset(); // one console at a time
-        form_ = std::make_unique<FormUpgradeFirmware>(FormUpgradeFirmware::Surroundings{
+        form_ = std::make_unique<FormUpgradeFirmware>(FormUpgradeFirmware::Dependencies{
             .bootComm = boot,
             .link = link_,
             .zentrova = zentrova_,
@@ -1212,3 +1214,5 @@ TEST_F(FormUpgradeFirmwareTest, OffersItsHelp) {
     QTest::keyClick(form_.get(), Qt::Key_F1);
     EXPECT_TRUE(help_.WasAskedFor(FormUpgradeFirmware::HelpContextID, *form_));
 }
+
+} // namespace ztv

@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QTemporaryDir>
 
+namespace ztv {
+
 class HelpViewerTest : public testing::Test {
 protected:
     HelpViewerTest() {
@@ -102,3 +104,5 @@ TEST_F(HelpViewerTest, TellsWhatIsWrongWithTheHelpAndLooksAgainTheNextTime) {
     Ask(HelpCommand::Context, 20);
     EXPECT_EQ(Shown(), QStringLiteral("two.html"));
 }
+
+} // namespace ztv

@@ -11,6 +11,8 @@
 #include <QTest>
 #include <optional>
 
+namespace ztv {
+
 class HelpWindowTest : public testing::Test {
 protected:
     HelpWindowTest() {
@@ -231,3 +233,5 @@ TEST_F(HelpWindowTest, NamesWhatTakesTheFocus) {
 TEST_F(HelpWindowTest, DoesNotKeepTheProgramFromEnding) {
     EXPECT_FALSE(window_->testAttribute(Qt::WA_QuitOnClose));
 }
+
+} // namespace ztv

@@ -20,6 +20,8 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class FormCommsTest : public testing::Test {
 protected:
     FormCommsTest() : previousConfiguration_(qgetenv("XDG_CONFIG_HOME")) {
@@ -426,3 +428,5 @@ TEST_F(FormCommsTest, OffersItsHelp) {
     QTest::keyClick(&form, Qt::Key_F1);
     EXPECT_TRUE(help_.WasAskedFor(FormComms::HelpContextID, form));
 }
+
+} // namespace ztv

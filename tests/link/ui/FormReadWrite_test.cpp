@@ -10,6 +10,8 @@
 #include <QToolButton>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 std::int16_t ChoiceAfter(const std::function<void(QWidget &)> &gesture) {
@@ -59,3 +61,5 @@ TEST(FormReadWriteTest, CanBeAnsweredByTheKeyboardAlone) {
               1);
     EXPECT_EQ(ChoiceAfter([](QWidget &form) { QTest::keyClick(&form, Qt::Key_C, Qt::AltModifier); }), 2);
 }
+
+} // namespace ztv

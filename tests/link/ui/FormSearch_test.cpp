@@ -20,6 +20,8 @@
 #include <set>
 #include <sys/mount.h>
 
+namespace ztv {
+
 namespace {
 
 QByteArray GoodReply(int address) {
@@ -629,3 +631,5 @@ TEST_F(FormSearchTest, EndsItsModalLoopWithAResultPickedInMidSearch) {
     EXPECT_EQ(form.Used()->address, QStringLiteral("1"));
     ExpectNothingMore();
 }
+
+} // namespace ztv

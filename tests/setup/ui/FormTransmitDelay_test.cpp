@@ -13,6 +13,8 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class FormTransmitDelayTest : public testing::Test {
 protected:
     using Writes = std::vector<std::pair<int, int>>;
@@ -415,3 +417,5 @@ TEST_F(FormTransmitDelayTest, OffersItsHelp) {
     Key(Qt::Key_F1);
     EXPECT_TRUE(help_.WasAskedFor(FormTransmitDelay::HelpContextID, *form_));
 }
+
+} // namespace ztv

@@ -15,6 +15,8 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class FrmWizardTest : public testing::Test {
 protected:
     using Writes = std::vector<std::pair<int, int>>;
@@ -586,3 +588,5 @@ TEST_F(FrmWizardTest, DoesNotLetAnEmptyBoxBeLeftForTheOtherOne) {
     Key(Qt::Key_Tab);
     EXPECT_TRUE(Ui().Get<QLineEdit>("TextCoreDia").hasFocus());
 }
+
+} // namespace ztv

@@ -16,6 +16,8 @@
 #include <QTest>
 #include <QToolTip>
 
+namespace ztv {
+
 // The Advanced tab in the main form, driven with mouse and keyboard.
 class AdvancedPageTest : public MainFormTest {
 protected:
@@ -829,3 +831,5 @@ TEST_F(AdvancedPageTest, TheMnemonicOfRefreshTakesTheChoice) {
     Settle();
     EXPECT_EQ(Value(39), 0);
 }
+
+} // namespace ztv

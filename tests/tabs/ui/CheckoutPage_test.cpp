@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+namespace ztv {
+
 using ImageListCheckout::Key;
 
 class CheckoutPageTest : public testing::Test {
@@ -522,3 +524,5 @@ TEST_F(CheckoutPageTest, PaintsAnIndicatorOnlyWhenItChanges) {
     Show(ParamDefines::EchoReceived, 0);
     EXPECT_TRUE(WaitUntil([&counter] { return counter.paints == 1; }));
 }
+
+} // namespace ztv

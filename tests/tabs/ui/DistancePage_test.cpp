@@ -8,6 +8,8 @@
 #include <QFontMetrics>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class DistancePageTest : public testing::Test {
 protected:
     void Show(std::int32_t distance) {
@@ -59,3 +61,5 @@ TEST_F(DistancePageTest, KeepsTheLongestNumberInViewAtAnySize) {
         EXPECT_GT(metrics.capHeight(), 50); // it is to be read from afar
     }
 }
+
+} // namespace ztv

@@ -12,6 +12,8 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 class FormEditTest : public testing::Test {
 protected:
     FormEditTest() {
@@ -327,3 +329,5 @@ TEST_F(FormEditTest, ComesBackFromBeingMinimisedWithWhatIsTyped) {
     EXPECT_EQ(Volts().text(), QStringLiteral("7"));
     EXPECT_EQ(Raw().text(), QStringLiteral("1024"));
 }
+
+} // namespace ztv

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 namespace {
 
 QImage PictureOf(QGroupBox &box) {
@@ -70,3 +72,5 @@ TEST_F(StillFrameTest, IsDrawnAnewInAnotherSizeFontOrColour) {
 }
 
 } // namespace
+
+} // namespace ztv

@@ -16,6 +16,8 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
+namespace ztv {
+
 // A window with the overlay over a box that shows the near distance.
 class ValueOverlayTest : public testing::Test {
 protected:
@@ -471,3 +473,5 @@ TEST_F(ValueOverlayTest, StaysOpenOverAThirdValueWhileTheTwoThatWereLeftAreWritt
     EXPECT_TRUE(
         std::is_permutation(link.writes.begin(), link.writes.end(), expected.begin(), expected.end()));
 }
+
+} // namespace ztv
