@@ -23,7 +23,7 @@ constexpr double requestBits = 8 * 11.0;
 constexpr double bitsPerMs = 38.4;
 constexpr double timeoutMs = 30;
 constexpr double leastMs = addresses * (requestBits / bitsPerMs + timeoutMs);
-constexpr SearchStart start{.port = 1, .baud = 4, .parityStop = 1};
+constexpr CommSettings start{.port = 1, .baud = 4, .parityStop = 1};
 constexpr int patienceMs = 60000;
 
 } // namespace

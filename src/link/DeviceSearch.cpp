@@ -2,7 +2,7 @@
 
 #include "link/LineCodes.h"
 #include "model/CheckedAt.h"
-#include "model/InitArray.h"
+#include "model/LineTables.h"
 #include "support/Numbers.h"
 
 #include <algorithm>
@@ -13,37 +13,33 @@ namespace {
 
 constexpr std::int16_t probedRegister = 1; // every sensor has it, however it numbers its registers
 constexpr std::int16_t probePeriodMs = 50;
-constexpr std::int16_t highestBaud = 4;
-constexpr std::int16_t highestParityStop = 3;
 
 constexpr int requestBytes = 8;
 
-struct LineIndices {
-    std::int16_t baud;
-    std::int16_t parityStop;
-};
-
-// Returns the setting that is tried after `indices`. Settings are tried from the highest indices down; for
+// Returns the setting that is tried after `line`. Settings are tried from the highest indices down; for
 // each baud index all parity indices are tried. After the last setting the baud index is below 0.
-LineIndices Below(LineIndices indices) {
-    if (--indices.parityStop < 0) {
-        indices.parityStop = highestParityStop;
-        --indices.baud;
+CommSettings Below(CommSettings line) {
+    if (--line.parityStop < 0) {
+        line.parityStop = HighestParityStop;
+        --line.baud;
     }
-    return indices;
+    return line;
 }
 
-double MillisecondsOfProbe(LineIndices line) {
+std::int16_t TimeoutMs(const CommSettings &line) {
+    return CheckedAt(BaudTable, line.baud, "SearchTimeoutByBaud").searchTimeoutMs;
+}
+
+double MillisecondsOfProbe(const CommSettings &line) {
     const double lineTimeUs =
         static_cast<double>(LineTimeUs(LineCodesOf(line.baud, line.parityStop), requestBytes));
-    return lineTimeUs / 1000 +
-           CheckedAt(DeviceSearch::SearchTimeoutByBaud(), line.baud, "SearchTimeoutByBaud");
+    return lineTimeUs / 1000 + TimeoutMs(line);
 }
 
 } // namespace
 
 SearchWork WorkLeft(const RemainingSearch &rest) {
-    LineIndices line{.baud = rest.baud, .parityStop = rest.parityStop};
+    CommSettings line = rest.line;
     SearchWork work;
     const auto add = [&](int probes) {
         work.probes += probes;
@@ -58,19 +54,12 @@ SearchWork WorkLeft(const RemainingSearch &rest) {
     return work;
 }
 
-const std::vector<std::int16_t> &DeviceSearch::SearchTimeoutByBaud() {
-    // Far below the link's usual ones: a silent address must cost little.
-    static const std::vector<std::int16_t> timeouts = InitArray::Integers({120, 60, 30, 30, 30});
-    return timeouts;
-}
-
-DeviceSearch::DeviceSearch(LinkSession &link, const SearchStart &start, Choices choices, QObject *parent)
+DeviceSearch::DeviceSearch(LinkSession &link, const CommSettings &start, Choices choices, QObject *parent)
     : QObject(parent),
       link_(link),
       choices_(std::move(choices)),
-      searchPort_(start.port),
-      searchBaud_(start.baud),
-      searchParityStop_(start.parityStop) {
+      tried_(start) {
+    tried_.address = 0; // none yet
     ApplyCommSettings();
 }
 
@@ -79,7 +68,7 @@ DeviceSearch::~DeviceSearch() {
 }
 
 bool DeviceSearch::Start() {
-    searchAddress_ = choices_.addressRange().bottom;
+    tried_.address = choices_.addressRange().bottom;
     if (choices_.varyCommSettings()) {
         NextCommSettings(true);
     }
@@ -116,7 +105,7 @@ void DeviceSearch::SendProbe() {
     standsStill_ = false;
     Q_EMIT Probing();
     Mbaxp &master = link_.Mbaxp1();
-    if (master.DefineReadRegisters(LinkTransaction::SearchProbe, searchAddress_, probedRegister, 1,
+    if (master.DefineReadRegisters(LinkTransaction::SearchProbe, tried_.address, probedRegister, 1,
                                    probePeriodMs)) {
         master.TriggerOnce(LinkTransaction::SearchProbe);
         return;
@@ -139,9 +128,9 @@ void DeviceSearch::FoundDevice(std::int16_t status) {
         Q_EMIT DeviceFound();
     }
     const AddressRange range = choices_.addressRange();
-    searchAddress_ = ToInt16(searchAddress_ + 1);
-    if (choices_.varyCommSettings() && searchAddress_ > range.top) {
-        searchAddress_ = range.bottom;
+    tried_.address = ToInt16(tried_.address + 1);
+    if (choices_.varyCommSettings() && tried_.address > range.top) {
+        tried_.address = range.bottom;
         link_.Mbaxp1().ClosePort();
         NextCommSettings(false);
         if (!link_.Mbaxp1().OpenPort() && !stopRequested_) {
@@ -149,7 +138,7 @@ void DeviceSearch::FoundDevice(std::int16_t status) {
             return;
         }
     }
-    if (searchAddress_ <= range.top && !stopRequested_) {
+    if (tried_.address <= range.top && !stopRequested_) {
         SendProbe();
     } else {
         End();
@@ -158,23 +147,22 @@ void DeviceSearch::FoundDevice(std::int16_t status) {
 }
 
 void DeviceSearch::NextCommSettings(bool restart) {
-    LineIndices next{.baud = searchBaud_, .parityStop = searchParityStop_};
+    CommSettings next = tried_;
     if (restart) {
-        next = {.baud = highestBaud, .parityStop = highestParityStop + 1};
+        next.baud = HighestBaud;
+        next.parityStop = HighestParityStop + 1;
     }
     next = Below(next);
     if (next.baud < 0) {
         stopRequested_ = true;
         return;
     }
-    searchBaud_ = next.baud;
-    searchParityStop_ = next.parityStop;
+    tried_ = next;
     ApplyCommSettings();
 }
 
 void DeviceSearch::ApplyCommSettings() {
-    link_.SetMbaxp1CommProperties(searchPort_, searchBaud_, searchParityStop_,
-                                  CheckedAt(SearchTimeoutByBaud(), searchBaud_, "SearchTimeoutByBaud"));
+    link_.SetMbaxp1CommProperties(tried_.port, tried_.baud, tried_.parityStop, TimeoutMs(tried_));
 }
 
 void DeviceSearch::End() {
@@ -190,9 +178,8 @@ void DeviceSearch::BreakOff(std::int16_t status) {
 
 RemainingSearch DeviceSearch::Remaining() const {
     const AddressRange range = choices_.addressRange();
-    return {.baud = searchBaud_,
-            .parityStop = searchParityStop_,
-            .probes = searching_ ? std::max(range.top - searchAddress_ + 1, 0) : 0,
+    return {.line = tried_,
+            .probes = searching_ ? std::max(range.top - tried_.address + 1, 0) : 0,
             .addresses = std::max(range.top - range.bottom + 1, 0),
             .varies = searching_ && choices_.varyCommSettings()};
 }

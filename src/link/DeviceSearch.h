@@ -1,26 +1,18 @@
 #pragma once
 
+#include "link/CommSettings.h"
 #include "link/LinkSession.h"
 
 #include <QObject>
 #include <cstdint>
 #include <functional>
-#include <vector>
 
 namespace ztv {
-
-// The line that a search starts on: a port number and two indices.
-struct SearchStart {
-    std::int16_t port;
-    std::int16_t baud;
-    std::int16_t parityStop;
-};
 
 // The rest of a search: the probes left on the setting under test, and whether all addresses are probed again
 // on each setting after it.
 struct RemainingSearch {
-    std::int16_t baud;
-    std::int16_t parityStop;
+    CommSettings line;
     int probes;
     int addresses;
     bool varies;
@@ -51,8 +43,8 @@ public:
         std::function<bool()> varyCommSettings;
     };
 
-    // Sets the master to the line that the search starts on.
-    DeviceSearch(LinkSession &link, const SearchStart &start, Choices choices, QObject *parent = nullptr);
+    // Sets the master to the line of `start`, on which the search begins. Its address doesn't count.
+    DeviceSearch(LinkSession &link, const CommSettings &start, Choices choices, QObject *parent = nullptr);
     ~DeviceSearch() override;
 
     // Returns false when the port can't be opened; the master's LastError is then the reason.
@@ -70,13 +62,12 @@ public:
     void FoundDevice(std::int16_t status);
 
     bool IsSearching() const { return searching_; }
-    std::int16_t SearchAddress() const { return searchAddress_; }
+    std::int16_t SearchAddress() const { return tried_.address; }
     std::int16_t DevicesFound() const { return devicesFound_; }
     bool StopRequested() const { return stopRequested_; }
-    std::int16_t SearchPort() const { return searchPort_; }
-    std::int16_t SearchBaud() const { return searchBaud_; }
-    std::int16_t SearchParityStop() const { return searchParityStop_; }
-    static const std::vector<std::int16_t> &SearchTimeoutByBaud(); // milliseconds
+    std::int16_t SearchPort() const { return tried_.port; }
+    std::int16_t SearchBaud() const { return tried_.baud; }
+    std::int16_t SearchParityStop() const { return tried_.parityStop; }
 
     int ProbesDone() const { return probesDone_; }
     RemainingSearch Remaining() const; // the probe that is on the line counts as left
@@ -101,12 +92,9 @@ private:
 
     LinkSession &link_;
     Choices choices_;
-    std::int16_t searchAddress_ = 0;
+    CommSettings tried_;
     std::int16_t devicesFound_ = 0;
     bool stopRequested_ = false;
-    std::int16_t searchPort_;
-    std::int16_t searchBaud_;
-    std::int16_t searchParityStop_;
     bool searching_ = false;
     bool standsStill_ = false; // its last probe was refused
     int probesDone_ = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/LineTables.h"
+
 #include <QtGlobal>
 #include <cstdint>
 
@@ -7,9 +9,9 @@ namespace ztv {
 
 // The master's codes of a serial line with 8 data bits.
 struct LineCodes {
-    std::int16_t baud;     // 3, 4, 5, 7 or 8 for 2400 to 38400
-    std::int16_t parity;   // 0 none, 1 odd, 2 even
-    std::int16_t stopBits; // 0 one, 1 two
+    std::int16_t baud; // 3, 4, 5, 7 or 8 for 2400 to 38400
+    Parity parity;
+    StopBits stopBits;
 };
 
 // Returns the codes of two indices of the program's tables. An index outside a table counts as its last one.

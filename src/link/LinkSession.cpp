@@ -4,7 +4,7 @@
 #include "link/SerialPorts.h"
 #include "model/CheckedAt.h"
 #include "model/Global.h"
-#include "model/InitArray.h"
+#include "model/LineTables.h"
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
@@ -32,10 +32,6 @@ QString WordsOf(std::int16_t status) {
     return status == LinkStatus::AnotherSensor ? anotherSensorWord : MbaxpErrorDesc(status);
 }
 
-// By baud index.
-const std::vector<std::int16_t> responseTimeoutByBaud = InitArray::Integers({1200, 600, 350, 200, 100});
-const std::vector<std::int16_t> pollPeriodByBaud = InitArray::Integers({1500, 700, 500, 300, 200});
-
 } // namespace
 
 LinkSession::LinkSession(ClassZentrova &zentrova, Dependencies dependencies, QObject *parent)
@@ -59,10 +55,10 @@ void LinkSession::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, 
     mbaxp1_.LineModeA(0);
     const LineCodes codes = LineCodesOf(baud, parityStop);
     mbaxp1_.BaudCode(codes.baud);
-    mbaxp1_.ParityCode(codes.parity);
-    mbaxp1_.StopBitsCode(codes.stopBits);
-    mbaxp1_.ResponseTimeout(timeoutMs != 0 ? timeoutMs
-                                           : CheckedAt(responseTimeoutByBaud, baud, "ResponseTimeoutByBaud"));
+    mbaxp1_.ParityCode(static_cast<std::int16_t>(codes.parity));
+    mbaxp1_.StopBitsCode(static_cast<std::int16_t>(codes.stopBits));
+    mbaxp1_.ResponseTimeout(
+        timeoutMs != 0 ? timeoutMs : CheckedAt(BaudTable, baud, "ResponseTimeoutByBaud").responseTimeoutMs);
 }
 
 LinkSession::ConnectOutcome LinkSession::GoOnline(std::int16_t skipPrompt) {
@@ -79,7 +75,7 @@ LinkSession::ConnectOutcome LinkSession::GoOnline(std::int16_t skipPrompt) {
     }
     anotherSensor_ = false;
     zentrova_.ForgetPendingWrites(); // their outcomes were lost with the connection before
-    mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, modbusAddress_, addressingMarkRegister, 1,
+    mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, comm_.address, addressingMarkRegister, 1,
                                 addressingProbePeriodMs);
     mbaxp1_.StartCyclic(LinkTransaction::AddressingProbe);
     Q_EMIT OnlineChanged(true);
@@ -119,7 +115,7 @@ void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
     std::int16_t status = LinkStatus::NoError;
     if (anotherSensor_) {
         status = LinkStatus::AnotherSensor;
-    } else if (!mbaxp1_.DefineWriteRegister(LinkTransaction::SingleWrite, modbusAddress_,
+    } else if (!mbaxp1_.DefineWriteRegister(LinkTransaction::SingleWrite, comm_.address,
                                             Tag - addressingMode_, singleWritePeriodMs)) {
         status = mbaxp1_.LastError(); // for example an invalid slave address
     }
@@ -271,8 +267,8 @@ void LinkSession::AddressingProbeComplete() {
 }
 
 void LinkSession::DefinePoll() {
-    mbaxp1_.DefineReadRegisters(LinkTransaction::Poll, modbusAddress_, 0, zentrova_.ParamCount() - 1,
-                                CheckedAt(pollPeriodByBaud, baudRate_, "PollPeriodByBaud"));
+    mbaxp1_.DefineReadRegisters(LinkTransaction::Poll, comm_.address, 0, zentrova_.ParamCount() - 1,
+                                CheckedAt(BaudTable, comm_.baud, "PollPeriodByBaud").pollPeriodMs);
 }
 
 void LinkSession::DownloadTable() {
@@ -285,7 +281,7 @@ void LinkSession::DownloadTable() {
 }
 
 void LinkSession::DefineDownload() {
-    mbaxp1_.DefineWriteRegisters(LinkTransaction::Download, modbusAddress_, 1 - addressingMode_,
+    mbaxp1_.DefineWriteRegisters(LinkTransaction::Download, comm_.address, 1 - addressingMode_,
                                  zentrova_.ParamCount() - 1, downloadPeriodMs);
 }
 
@@ -340,11 +336,11 @@ void LinkSession::StartPollAfterConnectDownload() {
 void LinkSession::ReconnectWithDeviceSettings() {
     mbaxp1_.StopCyclic(LinkTransaction::Poll);
     mbaxp1_.ClosePort();
-    baudRate_ = ToInt16(zentrova_.ParamValue(ParamDefines::BaudRateCode));
-    parityStop_ = ToInt16(zentrova_.ParamValue(ParamDefines::ParityStopCode));
-    modbusAddress_ = ToInt16(zentrova_.ParamValue(ParamDefines::NetworkAddress));
+    comm_.baud = ToInt16(zentrova_.ParamValue(ParamDefines::BaudRateCode));
+    comm_.parityStop = ToInt16(zentrova_.ParamValue(ParamDefines::ParityStopCode));
+    comm_.address = ToInt16(zentrova_.ParamValue(ParamDefines::NetworkAddress));
     DefinePoll();
-    SetMbaxp1CommProperties(commPort_, baudRate_, parityStop_, 0);
+    SetMbaxp1CommProperties(comm_.port, comm_.baud, comm_.parityStop, 0);
     anotherSensor_ = false;
     zentrova_.ForgetPendingWrites(); // their outcomes were lost with the port
     // Deliberate: no box, and the program stays in its online state.

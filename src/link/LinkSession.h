@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/CommSettings.h"
 #include "link/LinkStatus.h"
 #include "link/Mbaxp.h"
 #include "model/ClassZentrova.h"
@@ -55,14 +56,17 @@ public:
     // Subtracted from a parameter number to get its register address.
     std::uint8_t AddressingMode() const { return addressingMode_; }
 
-    std::int16_t CommPort() const { return commPort_; }
-    void CommPort(std::int16_t number) { commPort_ = number; }
-    std::int16_t BaudRate() const { return baudRate_; } // an index, 0 to 4
-    void BaudRate(std::int16_t index) { baudRate_ = index; }
-    std::int16_t ParityStop() const { return parityStop_; } // an index, 0 to 3
-    void ParityStop(std::int16_t index) { parityStop_ = index; }
-    std::int16_t ModbusAddress() const { return modbusAddress_; }
-    void ModbusAddress(std::int16_t slave) { modbusAddress_ = slave; }
+    // The settings that the next connect uses.
+    const CommSettings &Comm() const { return comm_; }
+    void Comm(const CommSettings &settings) { comm_ = settings; }
+    std::int16_t CommPort() const { return comm_.port; }
+    void CommPort(std::int16_t number) { comm_.port = number; }
+    std::int16_t BaudRate() const { return comm_.baud; } // an index, 0 to 4
+    void BaudRate(std::int16_t index) { comm_.baud = index; }
+    std::int16_t ParityStop() const { return comm_.parityStop; } // an index, 0 to 3
+    void ParityStop(std::int16_t index) { comm_.parityStop = index; }
+    std::int16_t ModbusAddress() const { return comm_.address; }
+    void ModbusAddress(std::int16_t slave) { comm_.address = slave; }
 
     // The master, for callers that drive transactions of their own.
     Mbaxp &Mbaxp1() { return mbaxp1_; }
@@ -136,10 +140,7 @@ private:
     Mbaxp mbaxp1_;
     std::int16_t timeoutCount_ = 0;
     std::int16_t crcErrorCount_ = 0;
-    std::int16_t commPort_ = 1;
-    std::int16_t baudRate_ = 4;
-    std::int16_t parityStop_ = 1;
-    std::int16_t modbusAddress_ = 1;
+    CommSettings comm_;
     std::uint8_t addressingMode_ = 0;
     bool addressingIsKnown_ = false; // read from a sensor or written to one
     bool downloadOnConnect_ = false;

@@ -1,6 +1,5 @@
 #include "link/Mbaxp.h"
 
-#include "link/LineCodes.h"
 #include "link/LinkStatus.h"
 #include "support/ProgramVersion.h"
 
@@ -45,9 +44,9 @@ bool Mbaxp::Refuse(std::int16_t status) {
 
 LineSettings Mbaxp::LineSettingsInForce() const {
     return {.device = deviceOfPort_(inForce_.portNumber),
-            .bitsPerSecond = BitsPerSecond(inForce_.baudCode),
-            .parity = static_cast<Parity>(inForce_.parityCode),
-            .stopBits = static_cast<StopBits>(inForce_.stopBitsCode)};
+            .bitsPerSecond = BitsPerSecond(inForce_.line.baud),
+            .parity = inForce_.line.parity,
+            .stopBits = inForce_.line.stopBits};
 }
 
 QString Mbaxp::AboutText() {
@@ -189,12 +188,11 @@ void Mbaxp::RegisterValue(std::int16_t number, std::int32_t index, std::int16_t 
 }
 
 qint64 Mbaxp::LineTimeUs(qsizetype bytes) const {
-    return ztv::LineTimeUs(
-        {.baud = inForce_.baudCode, .parity = inForce_.parityCode, .stopBits = inForce_.stopBitsCode}, bytes);
+    return ztv::LineTimeUs(inForce_.line, bytes);
 }
 
 qint64 Mbaxp::SilentIntervalUs() const {
-    return BitsPerSecond(inForce_.baudCode) > 19200 ? 1750 : LineTimeUs(7) / 2; // 3.5 characters
+    return BitsPerSecond(inForce_.line.baud) > 19200 ? 1750 : LineTimeUs(7) / 2; // 3.5 characters
 }
 
 void Mbaxp::WakeIn(qint64 microseconds) {

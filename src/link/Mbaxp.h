@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/LateReplies.h"
+#include "link/LineCodes.h"
 #include "link/LineTap.h"
 #include "link/LocalEcho.h"
 #include "link/ModbusFrame.h"
@@ -40,12 +41,12 @@ public:
     // Settings; they take effect at the next OpenPort.
     void PortNumber(std::int16_t number) { settings_.portNumber = number; }
     std::int16_t PortNumber() const { return settings_.portNumber; }
-    void BaudCode(std::int16_t code) { settings_.baudCode = code; }
-    std::int16_t BaudCode() const { return settings_.baudCode; }
-    void ParityCode(std::int16_t code) { settings_.parityCode = code; }
-    std::int16_t ParityCode() const { return settings_.parityCode; }
-    void StopBitsCode(std::int16_t code) { settings_.stopBitsCode = code; }
-    std::int16_t StopBitsCode() const { return settings_.stopBitsCode; }
+    void BaudCode(std::int16_t code) { settings_.line.baud = code; }
+    std::int16_t BaudCode() const { return settings_.line.baud; }
+    void ParityCode(std::int16_t code) { settings_.line.parity = Parity{code}; }
+    std::int16_t ParityCode() const { return static_cast<std::int16_t>(settings_.line.parity); }
+    void StopBitsCode(std::int16_t code) { settings_.line.stopBits = StopBits{code}; }
+    std::int16_t StopBitsCode() const { return static_cast<std::int16_t>(settings_.line.stopBits); }
     void ResponseTimeout(std::int16_t milliseconds) { settings_.responseTimeout = milliseconds; }
     std::int16_t ResponseTimeout() const { return settings_.responseTimeout; }
     // Together they select serial RTU with 8 data bits (0 and 1), the only supported mode.
@@ -111,9 +112,7 @@ protected:
 private:
     struct Settings {
         std::int16_t portNumber = 1;
-        std::int16_t baudCode = 8;
-        std::int16_t parityCode = 0;
-        std::int16_t stopBitsCode = 0;
+        LineCodes line = {.baud = 8, .parity = Parity::None, .stopBits = StopBits::One};
         std::int16_t responseTimeout = 100;
         std::int16_t lineModeA = 0;
         std::int16_t lineModeB = 1;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/LineTables.h"
+
 #include <QByteArray>
 #include <QString>
 #include <cstdint>
@@ -7,9 +9,6 @@
 #include <memory>
 
 namespace ztv {
-
-enum class Parity : std::int16_t { None = 0, Odd = 1, Even = 2 };
-enum class StopBits : std::int16_t { One = 0, Two = 1 };
 
 // A serial device and its line, with 8 data bits.
 struct LineSettings {

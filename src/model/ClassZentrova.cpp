@@ -2,7 +2,7 @@
 
 #include "model/CheckedAt.h"
 #include "model/Global.h"
-#include "model/InitArray.h"
+#include "model/LineTables.h"
 #include "model/ParamDefines.h"
 #include "model/SettingsFile.h"
 #include "support/ProgramVersion.h"
@@ -19,8 +19,6 @@ constexpr std::int16_t userUnitsRow = 10; // of the units; its first text names 
 
 ClassZentrova::ClassZentrova(const QString &programFolder) {
     InitParamsFromPresetsFile(programFolder);
-    baudRates_ = InitArray::Texts({"2400", "4800", "9600", "19200", "38400"});
-    parityStops_ = InitArray::Texts({"N1", "N2", "E1", "O1"});
 }
 
 void ClassZentrova::InitParamsFromPresetsFile(const QString &programFolder) {
@@ -45,11 +43,11 @@ ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) {
 }
 
 QString ClassZentrova::BaudRateString(std::int16_t Index) const {
-    return CheckedAt(baudRates_, Index, "BaudRateString");
+    return QString::fromLatin1(CheckedAt(BaudTable, Index, "BaudRateString").text);
 }
 
 QString ClassZentrova::ParityStopString(std::int16_t Index) const {
-    return CheckedAt(parityStops_, Index, "ParityStopString");
+    return QString::fromLatin1(CheckedAt(ParityStopTable, Index, "ParityStopString").text);
 }
 
 std::int32_t ClassZentrova::ParamMin(std::int16_t Tag) const {

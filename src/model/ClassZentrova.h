@@ -112,8 +112,6 @@ private:
 
     std::vector<Row> rows_;
     std::vector<UnitTexts> units_;
-    std::vector<QString> baudRates_;
-    std::vector<QString> parityStops_;
     QString fileNotes_;
     ParameterLink *link_ = nullptr;
     bool fileChanged_ = false;

@@ -56,11 +56,8 @@ FormMain::FormMain(Dependencies dependencies)
                                               .askDirection = [this] { return AskDirection(); }});
     linkNotices_ = std::make_unique<LinkNotices>(*link_, dependencies_.dialogs);
     bootComm_ = std::make_unique<BootComm>(SerialBootLine::Opener(deviceOfPort), &link_->Mbaxp1().Tap());
-    link_->CommPort(comm.commPort);
-    link_->BaudRate(comm.baudRate);
-    link_->ParityStop(comm.parityStop);
-    link_->ModbusAddress(comm.modbusAddress);
-    SetMbaxp1CommProperties(comm.commPort, comm.baudRate, comm.parityStop, 0);
+    link_->Comm(comm);
+    SetMbaxp1CommProperties(comm.port, comm.baud, comm.parityStop, 0);
 
     BuildFileCommands();
     dependencies_.registerFileType();
@@ -410,10 +407,7 @@ void FormMain::closeEvent(QCloseEvent *event) {
 }
 
 bool FormMain::StoreSettings() {
-    const bool stored = WriteCommSettings(dependencies_.settings, {.commPort = CommPort(),
-                                                                   .baudRate = BaudRate(),
-                                                                   .parityStop = ParityStop(),
-                                                                   .modbusAddress = ModbusAddress()});
+    const bool stored = WriteCommSettings(dependencies_.settings, link_->Comm());
     return placement_.Store() && stored;
 }
 

@@ -1,5 +1,6 @@
 #include "shell/StoredSettings.h"
 
+#include "model/LineTables.h"
 #include "support/Fault.h"
 #include "support/Numbers.h"
 
@@ -19,10 +20,10 @@ struct OptionKey {
 };
 
 constexpr std::array optionKeys = {
-    OptionKey{"CommPort", &CommSettings::commPort, 1, 255},
-    OptionKey{"BaudRate", &CommSettings::baudRate, 0, 4},
-    OptionKey{"ParityStop", &CommSettings::parityStop, 0, 3},
-    OptionKey{"NetworkAddress", &CommSettings::modbusAddress, 1, 247},
+    OptionKey{"CommPort", &CommSettings::port, 1, 255},
+    OptionKey{"BaudRate", &CommSettings::baud, 0, HighestBaud},
+    OptionKey{"ParityStop", &CommSettings::parityStop, 0, HighestParityStop},
+    OptionKey{"NetworkAddress", &CommSettings::address, 1, 247},
 };
 
 struct PlaceKey {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/CommSettings.h"
 #include "support/SettingsStore.h"
 
 #include <QString>
@@ -8,13 +9,6 @@
 namespace ztv {
 
 // The settings that one run stores for the next.
-
-struct CommSettings {
-    std::int16_t commPort = 1;
-    std::int16_t baudRate = 4;
-    std::int16_t parityStop = 1;
-    std::int16_t modbusAddress = 1;
-};
 
 // In twips.
 struct WindowPlace {

@@ -40,7 +40,7 @@ protected:
         return *sensors_.back();
     }
 
-    void Open(SearchStart start, const char *from, const char *to, bool vary = false) {
+    void Open(const CommSettings &start, const char *from, const char *to, bool vary = false) {
         form_ = std::make_unique<FormSearch>(session_, zentrova_, dialogs_, help_, start);
         form_->show();
         const Form ui(*form_);
@@ -51,7 +51,7 @@ protected:
         ui.Get<QPushButton>("CommandStart").click();
     }
 
-    Found Search(SearchStart start, const char *from, const char *to, bool vary = false) {
+    Found Search(const CommSettings &start, const char *from, const char *to, bool vary = false) {
         Open(start, from, to, vary);
         EXPECT_TRUE(WaitUntil([this] { return !session_.PortIsOpen(); }, 60000));
         return Results();
@@ -135,7 +135,7 @@ TEST_F(SearchTest, HandsOutTheSettingsOfTheSensorThatWasPicked) {
     list.setCurrentItem(list.topLevelItem(0));
     Form(*form_).Press("CommandClose");
     ASSERT_TRUE(form_->Used().has_value());
-    EXPECT_EQ(form_->Used()->address, QStringLiteral("6"));
+    EXPECT_EQ(form_->Used()->address, 6);
     EXPECT_EQ(form_->Used()->baud, 3);
     EXPECT_EQ(form_->Used()->parityStop, 3);
 }

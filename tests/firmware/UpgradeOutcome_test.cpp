@@ -24,7 +24,7 @@ constexpr auto goodHexFile = ":10080000000102030405060708090A0B0C0D0E0F70\r\n:00
 class UpgradeOutcomeTest : public testing::Test {
 protected:
     UpgradeOutcomeTest() {
-        console_.Load(1, 38400, folder_.path());
+        console_.Load(1, 4, folder_.path());
         QObject::connect(&console_, &UpgradeConsole::PanelChanged,
                          [this](UpgradeConsole::Panel panel, const QString &text) {
                              word_ = panel == UpgradeConsole::Panel::Status ? text : word_;

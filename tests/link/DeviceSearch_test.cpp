@@ -29,7 +29,7 @@ class DeviceSearchTest : public testing::Test {
 protected:
     DeviceSearchTest() { Begin({.port = 1, .baud = 4, .parityStop = 1}); }
 
-    void Begin(SearchStart start) {
+    void Begin(const CommSettings &start) {
         search_ = std::make_unique<DeviceSearch>(
             session_, start,
             DeviceSearch::Choices{.addressRange = [this] { return range_; },
@@ -345,28 +345,28 @@ TEST_F(DeviceSearchTest, ClosesThePortAsItIsDestroyed) {
 
 TEST(SearchWorkTest, CountsTheLineTimeAndTheTimeoutOfEachProbe) {
     const SearchWork one =
-        WorkLeft({.baud = 4, .parityStop = 1, .probes = 1, .addresses = 247, .varies = false});
+        WorkLeft({.line = {.baud = 4, .parityStop = 1}, .probes = 1, .addresses = 247, .varies = false});
     EXPECT_EQ(one.probes, 1);
     EXPECT_NEAR(one.milliseconds, 30 + 8 * 11 / 38.4, 0.01);
     const SearchWork n1 =
-        WorkLeft({.baud = 0, .parityStop = 0, .probes = 2, .addresses = 247, .varies = false});
+        WorkLeft({.line = {.baud = 0, .parityStop = 0}, .probes = 2, .addresses = 247, .varies = false});
     EXPECT_NEAR(n1.milliseconds, 2 * (120 + 8 * 10 / 2.4), 0.01);
     const SearchWork none =
-        WorkLeft({.baud = 0, .parityStop = 0, .probes = 0, .addresses = 9, .varies = true});
+        WorkLeft({.line = {.baud = 0, .parityStop = 0}, .probes = 0, .addresses = 9, .varies = true});
     EXPECT_EQ(none.probes, 0);
     EXPECT_EQ(none.milliseconds, 0);
 }
 
 TEST(SearchWorkTest, AddsTheSettingsThatFollow) {
     const SearchWork all =
-        WorkLeft({.baud = 4, .parityStop = 3, .probes = 247, .addresses = 247, .varies = true});
+        WorkLeft({.line = {.baud = 4, .parityStop = 3}, .probes = 247, .addresses = 247, .varies = true});
     EXPECT_EQ(all.probes, 247 * 20);
     const double bitsOfASetting = 8 * (3 * 11 + 10);
     const double timeouts = 4 * (120 + 60 + 30 + 30 + 30);
     const double frames = bitsOfASetting * (1 / 2.4 + 1 / 4.8 + 1 / 9.6 + 1 / 19.2 + 1 / 38.4);
     EXPECT_NEAR(all.milliseconds, 247 * (timeouts + frames), 5);
     const SearchWork rest =
-        WorkLeft({.baud = 0, .parityStop = 1, .probes = 3, .addresses = 10, .varies = true});
+        WorkLeft({.line = {.baud = 0, .parityStop = 1}, .probes = 3, .addresses = 10, .varies = true});
     EXPECT_EQ(rest.probes, 13);
     EXPECT_NEAR(rest.milliseconds, 13 * 120 + 3 * 88 / 2.4 + 10 * 80 / 2.4, 0.01);
 }

@@ -15,10 +15,15 @@ TEST(LineCodesTest, HaveACodeForEachIndexOfABaudRate) {
 TEST(LineCodesTest, HaveTwoCodesForEachIndexOfParityAndStopBits) {
     struct Row {
         int index;
-        int parity;
-        int stopBits;
+        Parity parity;
+        StopBits stopBits;
     };
-    for (const Row &row : {Row{0, 0, 0}, {1, 0, 1}, {2, 2, 0}, {3, 1, 0}, {4, 1, 0}, {-1, 1, 0}}) {
+    for (const Row &row : {Row{0, Parity::None, StopBits::One},
+                           {1, Parity::None, StopBits::Two},
+                           {2, Parity::Even, StopBits::One},
+                           {3, Parity::Odd, StopBits::One},
+                           {4, Parity::Odd, StopBits::One},
+                           {-1, Parity::Odd, StopBits::One}}) {
         const LineCodes codes = LineCodesOf(0, static_cast<std::int16_t>(row.index));
         EXPECT_EQ(codes.parity, row.parity) << row.index;
         EXPECT_EQ(codes.stopBits, row.stopBits) << row.index;
@@ -35,10 +40,10 @@ TEST(LineCodesTest, ACodeThatThereIsNotStandsForTheFastestRate) {
 }
 
 TEST(LineCodesTest, CountTenBitsToACharacterWithoutParityAndElevenToAnyOther) {
-    EXPECT_EQ(LineTimeUs({.baud = 5, .parity = 0, .stopBits = 0}, 96), 100'000);
-    EXPECT_EQ(LineTimeUs({.baud = 5, .parity = 0, .stopBits = 1}, 96), 110'000);
-    EXPECT_EQ(LineTimeUs({.baud = 5, .parity = 1, .stopBits = 0}, 96), 110'000);
-    EXPECT_EQ(LineTimeUs({.baud = 5, .parity = 2, .stopBits = 0}, 96), 110'000);
+    EXPECT_EQ(LineTimeUs({.baud = 5, .parity = Parity::None, .stopBits = StopBits::One}, 96), 100'000);
+    EXPECT_EQ(LineTimeUs({.baud = 5, .parity = Parity::None, .stopBits = StopBits::Two}, 96), 110'000);
+    EXPECT_EQ(LineTimeUs({.baud = 5, .parity = Parity::Odd, .stopBits = StopBits::One}, 96), 110'000);
+    EXPECT_EQ(LineTimeUs({.baud = 5, .parity = Parity::Even, .stopBits = StopBits::One}, 96), 110'000);
 }
 
 } // namespace ztv

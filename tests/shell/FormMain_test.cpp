@@ -81,7 +81,7 @@ TEST_F(FormMainTest, StartsWithTheLineOfAFreshInstallation) {
 }
 
 TEST_F(FormMainTest, StartsWithTheStoredLine) {
-    WriteCommSettings(settings_, {.commPort = 9, .baudRate = 0, .parityStop = 2, .modbusAddress = 33});
+    WriteCommSettings(settings_, {.port = 9, .baud = 0, .parityStop = 2, .address = 33});
     Start();
     EXPECT_EQ(form_->CommPort(), 9);
     EXPECT_EQ(form_->Link().Mbaxp1().PortNumber(), 9);
@@ -103,7 +103,7 @@ TEST_F(FormMainTest, HasTheCheckoutTabOnlyWhenAskedFor) {
 
 TEST_F(FormMainTest, AsksBeforeItClearsTheSettings) {
     const QString question = QStringLiteral("Clear all ZTV Link Registry Settings?");
-    WriteCommSettings(settings_, {.commPort = 9, .baudRate = 0, .parityStop = 2, .modbusAddress = 33});
+    WriteCommSettings(settings_, {.port = 9, .baud = 0, .parityStop = 2, .address = 33});
     ctrl_ = true;
     dialogs_.Expect(question, BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::No);
     Start();

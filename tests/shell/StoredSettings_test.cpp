@@ -17,7 +17,7 @@ protected:
 
     std::int16_t Stored(const char *text) {
         store_.Write(QStringLiteral("Options"), QStringLiteral("CommPort"), QString::fromLatin1(text));
-        return ReadCommSettings(store_).commPort;
+        return ReadCommSettings(store_).port;
     }
 
     QTemporaryDir folder_;
@@ -27,10 +27,10 @@ protected:
 
 TEST_F(StoredSettingsTest, HaveTheDefaultsOfAFreshInstallation) {
     const CommSettings settings = ReadCommSettings(store_);
-    EXPECT_EQ(settings.commPort, 1);
-    EXPECT_EQ(settings.baudRate, 4);
+    EXPECT_EQ(settings.port, 1);
+    EXPECT_EQ(settings.baud, 4);
     EXPECT_EQ(settings.parityStop, 1);
-    EXPECT_EQ(settings.modbusAddress, 1);
+    EXPECT_EQ(settings.address, 1);
     const WindowPlace place = ReadWindowPlace(store_);
     EXPECT_EQ(place.top, 0);
     EXPECT_EQ(place.left, 0);
@@ -46,9 +46,9 @@ TEST_F(StoredSettingsTest, AreClampedToTheirRanges) {
         int lowest, highest;
     };
     for (const Row &row :
-         {Row{"CommPort", &CommSettings::commPort, 1, 255}, Row{"BaudRate", &CommSettings::baudRate, 0, 4},
+         {Row{"CommPort", &CommSettings::port, 1, 255}, Row{"BaudRate", &CommSettings::baud, 0, 4},
           Row{"ParityStop", &CommSettings::parityStop, 0, 3},
-          Row{"NetworkAddress", &CommSettings::modbusAddress, 1, 247}}) {
+          Row{"NetworkAddress", &CommSettings::address, 1, 247}}) {
         const auto read = [&](int value) {
             store_.Write(QStringLiteral("Options"), QString::fromLatin1(row.key), QString::number(value));
             return ReadCommSettings(store_).*row.member;
@@ -111,14 +111,14 @@ TEST_F(StoredSettingsTest, KnowThreeStatesOfTheWindow) {
 }
 
 TEST_F(StoredSettingsTest, ComeBackAsTheyWereWritten) {
-    WriteCommSettings(store_, {.commPort = 12, .baudRate = 2, .parityStop = 3, .modbusAddress = 200});
+    WriteCommSettings(store_, {.port = 12, .baud = 2, .parityStop = 3, .address = 200});
     WriteWindowPlace(store_, {.top = 149.6, .left = -45, .height = 9000, .width = 57600});
     WriteWindowState(store_, WindowState::Maximised);
     const CommSettings settings = ReadCommSettings(store_);
-    EXPECT_EQ(settings.commPort, 12);
-    EXPECT_EQ(settings.baudRate, 2);
+    EXPECT_EQ(settings.port, 12);
+    EXPECT_EQ(settings.baud, 2);
     EXPECT_EQ(settings.parityStop, 3);
-    EXPECT_EQ(settings.modbusAddress, 200);
+    EXPECT_EQ(settings.address, 200);
     const WindowPlace place = ReadWindowPlace(store_);
     EXPECT_EQ(place.top, 150);
     EXPECT_EQ(place.left, -45);

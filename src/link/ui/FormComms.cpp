@@ -234,8 +234,8 @@ void FormComms::Search() {
                        .parityStop = ToInt16(parityStop_->currentIndex())},
                       this);
     search.exec();
-    if (const std::optional<UsedCommSettings> used = search.Used()) {
-        address_->setText(used->address);
+    if (const std::optional<CommSettings> used = search.Used()) {
+        address_->setText(QString::number(used->address));
         baudRate_->setCurrentIndex(used->baud);
         parityStop_->setCurrentIndex(used->parityStop);
     }

@@ -66,7 +66,7 @@ void SetWidth(QWidget *widget, const QString &text) {
 } // namespace
 
 FormSearch::FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs,
-                       ClassMyHtmlHelp &help, SearchStart start, QWidget *parent)
+                       ClassMyHtmlHelp &help, const CommSettings &start, QWidget *parent)
     : QDialog(parent),
       link_(link),
       zentrova_(zentrova),
@@ -303,11 +303,11 @@ void FormSearch::ShowWhere(const QString &words, const QString &toolTip) {
     labelSearchStatus_->setText(words);
     labelSearchStatus_->setToolTip(toolTip);
     labelSearchStatus_->show();
-    labelCommStatus_->setText(CommSettings());
+    labelCommStatus_->setText(CommStatus());
     labelCommStatus_->show();
 }
 
-QString FormSearch::CommSettings() const {
+QString FormSearch::CommStatus() const {
     return zentrova_.BaudRateString(search_.SearchBaud()) + u',' +
            zentrova_.ParityStopString(search_.SearchParityStop());
 }
@@ -356,7 +356,7 @@ void FormSearch::ShowBrokenOff(std::int16_t status) {
               QStringLiteral("Error %1. %2").arg(status).arg(MbaxpErrorDesc(status)));
     listViewResults_->EmptyText(QStringLiteral("The search broke off at address %1, %2.")
                                     .arg(search_.SearchAddress())
-                                    .arg(CommSettings()));
+                                    .arg(CommStatus()));
 }
 
 void FormSearch::FollowSelection() {
@@ -389,9 +389,10 @@ void FormSearch::Unload() {
     if (checkUseSelectedCommSettings_->isChecked() && checkUseSelectedCommSettings_->isEnabled() &&
         !selected.isEmpty()) {
         const QTreeWidgetItem &row = *selected.constFirst();
-        used_ = {.address = row.text(AddressColumn),
-                 .baud = row.data(BaudColumn, tagRole).toInt(),
-                 .parityStop = row.data(ParityStopColumn, tagRole).toInt()};
+        used_ = CommSettings{.port = search_.SearchPort(),
+                             .baud = ToInt16(row.data(BaudColumn, tagRole).toInt()),
+                             .parityStop = ToInt16(row.data(ParityStopColumn, tagRole).toInt()),
+                             .address = ToInt16(ToNumber(row.text(AddressColumn)))};
     }
 }
 

@@ -19,13 +19,6 @@ namespace ztv {
 
 class ResultsList;
 
-// The communication settings of a device that the user picked from the results.
-struct UsedCommSettings {
-    QString address;
-    int baud;       // index
-    int parityStop; // index
-};
-
 // Searches the line for devices. However the dialog is closed, it leaves the port closed, no probe under way,
 // and the master on the settings tried last.
 // REQUIRES: the link is offline.
@@ -36,13 +29,13 @@ public:
     static constexpr std::int32_t HelpContextID = 1130;
 
     FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, ClassMyHtmlHelp &help,
-               SearchStart start, QWidget *parent = nullptr);
+               const CommSettings &start, QWidget *parent = nullptr);
 
     // Passes the answer to the probe to DeviceSearch::FoundDevice.
     void FoundDevice(std::int16_t status) { search_.FoundDevice(status); }
 
-    // The settings that the user accepted. Known once the dialog is closed.
-    std::optional<UsedCommSettings> Used() const { return used_; }
+    // The settings of the device that the user picked from the results. Known once the dialog is closed.
+    std::optional<CommSettings> Used() const { return used_; }
 
     void done(int result) override;
 
@@ -60,7 +53,7 @@ private:
     void ShowProbe();
     void ShowWhere(const QString &words, const QString &toolTip);
     void ShowBrokenOff(std::int16_t status);
-    QString CommSettings() const;
+    QString CommStatus() const;
     void ShowProgress();
     void AddResult();
     void ShowEnded();
@@ -93,7 +86,7 @@ private:
 
     std::array<std::int16_t, 2> addressRange_{1, 247}; // the last numbers in the boxes
     DeviceSearch search_;
-    std::optional<UsedCommSettings> used_;
+    std::optional<CommSettings> used_;
 };
 
 } // namespace ztv

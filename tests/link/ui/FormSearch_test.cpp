@@ -60,7 +60,7 @@ protected:
     FormSearchTest() { Open({.port = 1, .baud = 3, .parityStop = 1}); }
     ~FormSearchTest() override { form_.reset(); }
 
-    void Open(SearchStart start) {
+    void Open(const CommSettings &start) {
         form_ = std::make_unique<FormSearch>(session_, zentrova_, dialogs_, help_, start);
         form_->show();
         form_->activateWindow();
@@ -522,7 +522,7 @@ TEST_F(FormSearchTest, CanBeDoneByTheKeyboardAlone) {
     QTest::keyClick(form_->focusWidget(), Qt::Key_Space);
     EXPECT_FALSE(form_->isVisible());
     ASSERT_TRUE(form_->Used().has_value());
-    EXPECT_EQ(form_->Used()->address, QStringLiteral("1"));
+    EXPECT_EQ(form_->Used()->address, 1);
 }
 
 TEST_F(FormSearchTest, ChoosesTheOnlyRowByAKeyThatCannotMoveFromIt) {
@@ -546,7 +546,7 @@ TEST_F(FormSearchTest, HandsOutTheSelectedRow) {
     EXPECT_FALSE(form_->Used().has_value());
     Ui().Press("CommandClose");
     ASSERT_TRUE(form_->Used().has_value());
-    EXPECT_EQ(form_->Used()->address, QStringLiteral("7"));
+    EXPECT_EQ(form_->Used()->address, 7);
     EXPECT_EQ(form_->Used()->baud, 3);
     EXPECT_EQ(form_->Used()->parityStop, 1);
 }
@@ -628,7 +628,7 @@ TEST_F(FormSearchTest, EndsItsModalLoopWithAResultPickedInMidSearch) {
     });
     form.exec();
     ASSERT_TRUE(form.Used().has_value());
-    EXPECT_EQ(form.Used()->address, QStringLiteral("1"));
+    EXPECT_EQ(form.Used()->address, 1);
     ExpectNothingMore();
 }
 
