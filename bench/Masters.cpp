@@ -31,17 +31,16 @@ public:
     QString Name() const override { return QStringLiteral("Mbaxp"); }
     bool Open(const QString &device) override {
         device_ = device;
-        return mbaxp_.OpenPort() && mbaxp_.DefineReadRegisters(transaction, slave, 0, RegisterCount, 1);
+        return mbaxp_.OpenPort() &&
+               mbaxp_.DefineReadRegisters(LinkTransaction::Poll, slave, 0, RegisterCount, 1);
     }
     void Close() override { mbaxp_.ClosePort(); }
     void Read(std::function<void(bool)> done) override {
         done_ = std::move(done);
-        mbaxp_.TriggerOnce(transaction);
+        mbaxp_.TriggerOnce(LinkTransaction::Poll);
     }
 
 private:
-    static constexpr std::int16_t transaction = 1;
-
     QString device_;
     std::function<void(bool)> done_;
     Mbaxp mbaxp_{[this](std::int16_t) { return device_; }};

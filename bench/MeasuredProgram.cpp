@@ -21,7 +21,7 @@ int main(int argc, char *argv[]) {
     const FirstPaint firstPaint([&form, pollMs] {
         ReportStage("painted");
         if (pollMs > 0) {
-            form->GoOnline(1);
+            form->GoOnline(ConnectPrompt::Skip);
             QTimer::singleShot(pollMs, form, [] { ReportStage("polled"); });
         }
     });

@@ -110,7 +110,7 @@ void MeasurePollLoad(Figures &figures) {
                  .limit = tickLimit,
                  .peers = {PlainLabels::AsPeer(labels.ProcessorMs())},
                  .against = PlainLabels::Name()});
-    form.GoOnline(1);
+    form.GoOnline(ConnectPrompt::Skip);
 
     auto *strip = form.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
     for (int index = 0; index < strip->count(); ++index) {

@@ -113,8 +113,8 @@ void CheckVerdict(const Request &request, const QByteArray &bytes, const Verdict
         const QByteArray frame = bytes.mid(verdict.end - exceptionLength, exceptionLength);
         REQUIRE(frame == Exception(request, At(frame, 2)));
         const int code = At(frame, 2);
-        const bool known = code >= 1 && code <= LinkStatus::LastException;
-        REQUIRE(verdict.status == (known ? code : LinkStatus::UnexpectedResponse));
+        const bool known = code >= 1 && code <= CodeOf(LastException);
+        REQUIRE(verdict.status == (known ? static_cast<LinkStatus>(code) : LinkStatus::UnexpectedResponse));
     } else {
         REQUIRE(verdict.words.empty());
     }
@@ -190,12 +190,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const bool read = request.function == ModbusFrame::ReadHoldingRegisters;
     const std::uint8_t code = input.Byte();
     const std::vector<std::int16_t> words = TakeWords(input, read ? request.quantity : 0);
-    const bool known = code >= 1 && code <= LinkStatus::LastException;
+    const bool known = code >= 1 && code <= CodeOf(LastException);
     CheckArrival(request, noise, GoodReply(request, words),
-                 {.kind = Verdict::Kind::Complete, .status = 0, .words = words, .end = 0});
+                 {.kind = Verdict::Kind::Complete, .status = LinkStatus::NoError, .words = words, .end = 0});
     CheckArrival(request, noise, Exception(request, code),
                  {.kind = Verdict::Kind::Failed,
-                  .status = known ? std::int16_t{code} : LinkStatus::UnexpectedResponse,
+                  .status = known ? LinkStatus{code} : LinkStatus::UnexpectedResponse,
                   .words = {},
                   .end = 0});
 

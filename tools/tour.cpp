@@ -83,7 +83,7 @@ public:
         SearchPictures();
         TransmitDelayPicture(QStringLiteral("transmit-delay-offline"));
 
-        form_.GoOnline(1);
+        form_.GoOnline(ConnectPrompt::Skip);
         const QStringList distances = WatchDistances();
         std::printf("distances seen: %s\n", qPrintable(distances.join(QStringLiteral(", "))));
         auto *strip = form_.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
@@ -184,7 +184,7 @@ private:
         LinkSession link(zentrova, {.deviceOfPort = [&sensor](std::int16_t) { return sensor.Device(); },
                                     .askDirection = [] { return ConnectChoice::Read; }});
         link.SetMbaxp1CommProperties(1, link.BaudRate(), link.ParityStop(), 0);
-        link.GoOnline(1);
+        link.GoOnline(ConnectPrompt::Skip);
         Watch(600);
         FormComms comms(link, zentrova, dialogs_, settings_, form_.hHelp(), &form_);
         comms.show();

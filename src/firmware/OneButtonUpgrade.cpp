@@ -132,7 +132,7 @@ OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmw
     }
     console_.SetStatus(QStringLiteral("Placing in boot mode..."));
     link_.ReadOnConnect(); // an earlier connect may have left a download pending
-    link_.GoOnline(1);
+    link_.GoOnline(ConnectPrompt::Skip);
     // The port may have become free only now. Nothing was sent yet: sending needs the event loop.
     if (!console_.PortWasOpened() && link_.PortIsOpen() && firmwareIsBad()) {
         return UpgradeOutcome::BadFirmware;

@@ -6,7 +6,7 @@ namespace ztv {
 
 std::unique_ptr<BootLine> SerialBootLine::Open(const QString &device, std::int32_t bitRate) {
     std::unique_ptr<SerialBootLine> opened(new SerialBootLine);
-    const std::int16_t status = opened->line_.Open(
+    const LinkStatus status = opened->line_.Open(
         {.device = device, .bitsPerSecond = bitRate, .parity = Parity::None, .stopBits = StopBits::One});
     return status == LinkStatus::NoError ? std::move(opened) : nullptr;
 }

@@ -114,7 +114,7 @@ void DeviceSearch::SendProbe() {
     Q_EMIT ProbeRefused(master.LastError());
 }
 
-void DeviceSearch::FoundDevice(std::int16_t status) {
+void DeviceSearch::FoundDevice(LinkStatus status) {
     if (!searching_) {
         return;
     }
@@ -171,7 +171,7 @@ void DeviceSearch::End() {
 }
 
 // Ends the search early: without the adapter every further address would look silent.
-void DeviceSearch::BreakOff(std::int16_t status) {
+void DeviceSearch::BreakOff(LinkStatus status) {
     End();
     Q_EMIT BrokenOff(status);
 }

@@ -56,10 +56,10 @@ public:
     // Ends the search at once: closes the port and emits nothing more.
     void Abandon();
 
-    // Accepts the answer to the probe: 0 for a good one, otherwise the status of the failure. ReadError and
-    // WriteError mean a lost adapter and break the search off; any other status means no device at that
+    // Accepts the answer to the probe: NoError for a good one, otherwise the status of the failure. ReadError
+    // and WriteError mean a lost adapter and break the search off; any other status means no device at that
     // address. Does nothing while no search is running.
-    void FoundDevice(std::int16_t status);
+    void FoundDevice(LinkStatus status);
 
     bool IsSearching() const { return searching_; }
     std::int16_t SearchAddress() const { return tried_.address; }
@@ -75,20 +75,20 @@ public:
 Q_SIGNALS:
     void Started();                       // the port is open
     void Probing();                       // the address under test is about to be probed
-    void ProbeRefused(std::int16_t code); // the search pauses until it is stopped
+    void ProbeRefused(LinkStatus status); // the search pauses until it is stopped
     void DeviceFound();                   // at the address and settings under test
     void Ended();                         // the port is closed
 
     // The search ended early and the port is closed: at the address and settings under test the adapter was
     // lost or refused the settings.
-    void BrokenOff(std::int16_t status);
+    void BrokenOff(LinkStatus status);
 
 private:
     void SendProbe();
     void NextCommSettings(bool restart);
     void ApplyCommSettings();
     void End();
-    void BreakOff(std::int16_t status);
+    void BreakOff(LinkStatus status);
 
     LinkSession &link_;
     Choices choices_;

@@ -5,7 +5,7 @@
 namespace ztv {
 
 void LineTap::Report(LineFrame::Kind kind, const QByteArray &bytes, std::int32_t status,
-                     std::optional<std::int16_t> transaction) {
+                     std::optional<LinkTransaction> transaction) {
     static const QMetaMethod frameSeen = QMetaMethod::fromSignal(&LineTap::FrameSeen);
     if (isSignalConnected(frameSeen)) {
         Q_EMIT FrameSeen({.kind = kind,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/LinkTransaction.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <chrono>
@@ -20,8 +22,8 @@ struct LineFrame {
     Kind kind = Kind::Request;
     std::chrono::system_clock::time_point time; // of the end of the exchange for a reply, else of the frame
     QByteArray bytes;
-    std::int32_t status = 0;                 // of a reply: 0 is good; a LinkStatus, or a BootResult below 0
-    std::optional<std::int16_t> transaction; // of the master's; none on the boot line
+    std::int32_t status = 0; // of a reply: 0 is good; the code of a LinkStatus, or a BootResult below 0
+    std::optional<LinkTransaction> transaction; // of the master's; none on the boot line
 };
 
 // Reports every frame sent or received on a line. Costs nothing measurable without a listener.
@@ -32,7 +34,7 @@ public:
     using QObject::QObject;
 
     void Report(LineFrame::Kind kind, const QByteArray &bytes, std::int32_t status = 0,
-                std::optional<std::int16_t> transaction = std::nullopt);
+                std::optional<LinkTransaction> transaction = std::nullopt);
 
 Q_SIGNALS:
     // The handler must neither turn the event loop nor close the line.

@@ -28,7 +28,7 @@ const QString valuesHeldWord =
 const QString portNotReopenedWord =
     QStringLiteral("The port couldn't be opened again: changes stay in this program");
 
-QString WordsOf(std::int16_t status) {
+QString WordsOf(LinkStatus status) {
     return status == LinkStatus::AnotherSensor ? anotherSensorWord : MbaxpErrorDesc(status);
 }
 
@@ -61,9 +61,9 @@ void LinkSession::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, 
         timeoutMs != 0 ? timeoutMs : CheckedAt(BaudTable, baud, "ResponseTimeoutByBaud").responseTimeoutMs);
 }
 
-LinkSession::ConnectOutcome LinkSession::GoOnline(std::int16_t skipPrompt) {
-    if (skipPrompt == 0) {
-        const std::int16_t choice = dependencies_.askDirection();
+LinkSession::ConnectOutcome LinkSession::GoOnline(ConnectPrompt prompt) {
+    if (prompt == ConnectPrompt::Ask) {
+        const ConnectChoice choice = dependencies_.askDirection();
         if (choice != ConnectChoice::Read && choice != ConnectChoice::Write) {
             return ConnectOutcome::Cancelled;
         }
@@ -84,10 +84,10 @@ LinkSession::ConnectOutcome LinkSession::GoOnline(std::int16_t skipPrompt) {
 }
 
 QString LinkSession::OpenFailureText() const {
-    const std::int16_t code = mbaxp1_.LastError();
-    QString text = QStringLiteral("Error %1. %2").arg(code).arg(MbaxpErrorDesc(code));
+    const LinkStatus status = mbaxp1_.LastError();
+    QString text = QStringLiteral("Error %1. %2").arg(CodeOf(status)).arg(MbaxpErrorDesc(status));
     const QString advice = SerialPorts::PermissionAdvice(dependencies_.deviceOfPort(mbaxp1_.PortNumber()));
-    if (code == LinkStatus::OpenFailed && !advice.isEmpty()) {
+    if (status == LinkStatus::OpenFailed && !advice.isEmpty()) {
         text += QStringLiteral("\n\n") + advice;
     }
     return text;
@@ -112,7 +112,7 @@ void LinkSession::WaitForWriteIdle() {
 }
 
 void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
-    std::int16_t status = LinkStatus::NoError;
+    LinkStatus status = LinkStatus::NoError;
     if (anotherSensor_) {
         status = LinkStatus::AnotherSensor;
     } else if (!mbaxp1_.DefineWriteRegister(LinkTransaction::SingleWrite, comm_.address,
@@ -134,7 +134,7 @@ std::int16_t LinkSession::WrittenParameter() const {
     return ToInt16(ToNumber(mbaxp1_.Tag()));
 }
 
-void LinkSession::TransactionDone(std::int16_t transaction) {
+void LinkSession::TransactionDone(LinkTransaction transaction) {
     SetStatus(QStringLiteral(" Online"));
     switch (transaction) {
     case LinkTransaction::SingleWrite:
@@ -158,7 +158,7 @@ void LinkSession::TransactionDone(std::int16_t transaction) {
     Q_EMIT TableRefreshed();
 }
 
-void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t status) {
+void LinkSession::TransactionFailed(LinkTransaction transaction, LinkStatus status) {
     if (transaction == LinkTransaction::SingleWrite) {
         WriteFailed(WrittenParameter(), status);
         return;
@@ -207,7 +207,7 @@ void LinkSession::WriteComplete() {
     }
 }
 
-void LinkSession::WriteFailed(std::int16_t written, std::int16_t status) {
+void LinkSession::WriteFailed(std::int16_t written, LinkStatus status) {
     SetStatus(WordsOf(status));
     zentrova_.ParamWritePending(written, false);
     Q_EMIT WriteEnded(written, status);
@@ -290,7 +290,7 @@ void LinkSession::DownloadValue(std::int16_t Tag, std::int32_t value) {
 }
 
 void LinkSession::StartDownload() {
-    std::int16_t status = LinkStatus::NoError;
+    LinkStatus status = LinkStatus::NoError;
     if (anotherSensor_) {
         status = LinkStatus::AnotherSensor;
     } else {
@@ -319,7 +319,7 @@ void LinkSession::DownloadComplete() {
     TakeAddressingMode(ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode)));
 }
 
-void LinkSession::DownloadFailed(std::int16_t status) {
+void LinkSession::DownloadFailed(LinkStatus status) {
     zentrova_.WriteAllPending(false);
     Q_EMIT DownloadEnded(status);
     StartPollAfterConnectDownload();

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "link/CommSettings.h"
+#include "link/ConnectChoice.h"
 #include "link/LinkStatus.h"
+#include "link/LinkTransaction.h"
 #include "link/Mbaxp.h"
 #include "model/ClassZentrova.h"
 #include "model/ParameterLink.h"
@@ -13,26 +15,6 @@
 
 namespace ztv {
 
-// The numbered transactions of the link, each with one fixed use.
-namespace LinkTransaction {
-
-inline constexpr std::int16_t SingleWrite = 0;
-inline constexpr std::int16_t Poll = 1;
-inline constexpr std::int16_t SearchProbe = 2;
-inline constexpr std::int16_t AddressingProbe = 3;
-inline constexpr std::int16_t Download = 4;
-
-} // namespace LinkTransaction
-
-// The direction of a connect, which the user chooses.
-namespace ConnectChoice {
-
-inline constexpr std::int16_t Read = 0;
-inline constexpr std::int16_t Write = 1;
-inline constexpr std::int16_t Cancel = 2;
-
-} // namespace ConnectChoice
-
 // The link to the sensor: the communication settings, going online and offline, the probe, the download, the
 // poll and single writes. The master's two events alone drive it.
 class LinkSession : public QObject, public ParameterLink {
@@ -41,7 +23,7 @@ class LinkSession : public QObject, public ParameterLink {
 public:
     struct Dependencies {
         std::function<QString(std::int16_t)> deviceOfPort; // the serial device of a port number
-        std::function<std::int16_t()> askDirection;        // a ConnectChoice
+        std::function<ConnectChoice()> askDirection;
     };
 
     LinkSession(ClassZentrova &zentrova, Dependencies dependencies, QObject *parent = nullptr);
@@ -85,9 +67,9 @@ public:
 
     enum class ConnectOutcome { Cancelled, PortRefused, Probing };
 
-    // Opens the port and starts to probe for the sensor. `skipPrompt` 0 asks the user for the direction; any
-    // other value keeps the current one.
-    ConnectOutcome GoOnline(std::int16_t skipPrompt);
+    // Opens the port and starts to probe for the sensor. Without the prompt the direction stays the current
+    // one.
+    ConnectOutcome GoOnline(ConnectPrompt prompt);
     void GoOffline();
     // Makes the next connect read: drops a download that was asked for but never started, as no sensor
     // answered.
@@ -102,32 +84,32 @@ public:
     void StartDownload() override;
 
     // Handlers of the master's events.
-    void TransactionDone(std::int16_t transaction);
-    void TransactionFailed(std::int16_t transaction, std::int16_t status);
+    void TransactionDone(LinkTransaction transaction);
+    void TransactionFailed(LinkTransaction transaction, LinkStatus status);
 
 Q_SIGNALS:
-    // Report the outcome of a write or download: 0 or a LinkStatus. The session continues after the handlers
-    // return. A handler may turn the event loop.
-    void WriteEnded(std::int16_t tag, std::int16_t status);
-    void DownloadEnded(std::int16_t status);
+    // Report the outcome of a write or download. The session continues after the handlers return. A handler
+    // may turn the event loop.
+    void WriteEnded(std::int16_t tag, LinkStatus status);
+    void DownloadEnded(LinkStatus status);
     void PortRefused(); // by GoOnline; OpenFailureText gives the reason
 
-    void StatusChanged(const QString &text);  // the text of the status bar
-    void OnlineChanged(bool online);          // the port was opened or closed
-    void FirstReadComplete();                 // the first poll since going online is in the table
-    void DeviceAnswered(std::int16_t status); // the search probe ended; 0 means a good answer
-    void TableRefreshed();                    // after every good transaction: shown values may be outdated
+    void StatusChanged(const QString &text); // the text of the status bar
+    void OnlineChanged(bool online);         // the port was opened or closed
+    void FirstReadComplete();                // the first poll since going online is in the table
+    void DeviceAnswered(LinkStatus status);  // the search probe ended
+    void TableRefreshed();                   // after every good transaction: shown values may be outdated
 
 private:
     void WriteComplete();
-    void WriteFailed(std::int16_t written, std::int16_t status);
+    void WriteFailed(std::int16_t written, LinkStatus status);
     void PollComplete();
     void TakePolledValues();
     bool AnswersWithAnotherAddressing() const;
     void TakeAddressingMode(std::uint8_t mode);
     void AddressingProbeComplete();
     void DownloadComplete();
-    void DownloadFailed(std::int16_t status);
+    void DownloadFailed(LinkStatus status);
     void StartPollAfterConnectDownload();
     void DefinePoll();
     void DownloadTable();

@@ -8,49 +8,50 @@ namespace ztv {
 namespace {
 
 struct StatusText {
-    std::int16_t code;
+    LinkStatus status;
     const char *text;
 };
 
 constexpr std::array statusTexts = {
-    StatusText{0, "No Error"},
-    StatusText{1, "Illegal Function"},
-    StatusText{2, "Illegal Data Address"},
-    StatusText{3, "Slave Device Failure"},
-    StatusText{4, "Acknowledge"},
-    StatusText{5, "Slave Device Busy"},
-    StatusText{6, "Negative Acknowledge"},
-    StatusText{7, "Memory Parity Error"},
-    StatusText{10, "Timeout"},
-    StatusText{11, "CRC Error"},
-    StatusText{12, "Not the expected response received"},
-    StatusText{13, "Expected amount of bytes not received"},
-    StatusText{14, "Write error"},
-    StatusText{15, "Read Error"},
-    StatusText{20, "Handle Error"},
-    StatusText{21, "Reserved"},
-    StatusText{22, "Index Error"},
-    StatusText{23, "Data Not initialized"},
-    StatusText{30, "WSA Startup error"},
-    StatusText{31, "TCP/IP Conection failed"}, // Deliberate: spelled so
-    StatusText{32, "Set IP Address error"},
-    StatusText{40, "Set timeout error"},
-    StatusText{41, "Set connection error"},
-    StatusText{42, "Set baud rate error"},
-    StatusText{43, "Set parity error"},
-    StatusText{44, "Set stop bits error"},
-    StatusText{45, "Set data bits error"},
-    StatusText{46, "Set protocol mode error"},
-    StatusText{47, "The com port could not be opened.  The port does not exist or is in use by another "
-                   "application."},
-    StatusText{48, "Connection already open"},
+    StatusText{LinkStatus::NoError, "No Error"},
+    StatusText{LinkStatus::IllegalFunction, "Illegal Function"},
+    StatusText{LinkStatus::IllegalDataAddress, "Illegal Data Address"},
+    StatusText{LinkStatus::SlaveDeviceFailure, "Slave Device Failure"},
+    StatusText{LinkStatus::Acknowledge, "Acknowledge"},
+    StatusText{LinkStatus::SlaveDeviceBusy, "Slave Device Busy"},
+    StatusText{LinkStatus::NegativeAcknowledge, "Negative Acknowledge"},
+    StatusText{LinkStatus::MemoryParityError, "Memory Parity Error"},
+    StatusText{LinkStatus::Timeout, "Timeout"},
+    StatusText{LinkStatus::CrcError, "CRC Error"},
+    StatusText{LinkStatus::UnexpectedResponse, "Not the expected response received"},
+    StatusText{LinkStatus::MissingBytes, "Expected amount of bytes not received"},
+    StatusText{LinkStatus::WriteError, "Write error"},
+    StatusText{LinkStatus::ReadError, "Read Error"},
+    StatusText{LinkStatus::HandleError, "Handle Error"},
+    StatusText{LinkStatus::Reserved, "Reserved"},
+    StatusText{LinkStatus::IndexError, "Index Error"},
+    StatusText{LinkStatus::DataNotInitialized, "Data Not initialized"},
+    StatusText{LinkStatus::WsaStartupFailed, "WSA Startup error"},
+    StatusText{LinkStatus::TcpIpConnectionFailed, "TCP/IP Conection failed"}, // Deliberate: spelled so
+    StatusText{LinkStatus::IpAddressRefused, "Set IP Address error"},
+    StatusText{LinkStatus::TimeoutRefused, "Set timeout error"},
+    StatusText{LinkStatus::ConnectionRefused, "Set connection error"},
+    StatusText{LinkStatus::BaudRateRefused, "Set baud rate error"},
+    StatusText{LinkStatus::ParityRefused, "Set parity error"},
+    StatusText{LinkStatus::StopBitsRefused, "Set stop bits error"},
+    StatusText{LinkStatus::DataBitsRefused, "Set data bits error"},
+    StatusText{LinkStatus::ProtocolModeRefused, "Set protocol mode error"},
+    StatusText{LinkStatus::OpenFailed,
+               "The com port could not be opened.  The port does not exist or is in use by another "
+               "application."},
+    StatusText{LinkStatus::AlreadyOpen, "Connection already open"},
 };
 
 } // namespace
 
-QString MbaxpErrorDesc(std::int16_t code) {
+QString MbaxpErrorDesc(LinkStatus status) {
     const auto found = std::find_if(statusTexts.begin(), statusTexts.end(),
-                                    [code](const StatusText &row) { return row.code == code; });
+                                    [status](const StatusText &row) { return row.status == status; });
     return found == statusTexts.end() ? QString() : QString::fromLatin1(found->text);
 }
 

@@ -5,40 +5,57 @@
 
 namespace ztv {
 
-// The master's status codes that the program itself uses. 1 to 7 are Modbus exception codes, passed through
-// unchanged.
-namespace LinkStatus {
+// The outcome of a transaction or of a call of the master.
+enum class LinkStatus : std::int16_t {
+    AnotherSensor = -1, // the session's own: nothing was sent, since another sensor answers on the port
+    NoError = 0,
 
-inline constexpr std::int16_t NoError = 0;
-inline constexpr std::int16_t LastException = 7;
-inline constexpr std::int16_t Timeout = 10;
-inline constexpr std::int16_t CrcError = 11;
-inline constexpr std::int16_t UnexpectedResponse = 12;
-inline constexpr std::int16_t MissingBytes = 13;
-inline constexpr std::int16_t WriteError = 14;
-inline constexpr std::int16_t ReadError = 15;
-inline constexpr std::int16_t HandleError = 20;
-inline constexpr std::int16_t IndexError = 22;
-inline constexpr std::int16_t DataNotInitialized = 23;
-inline constexpr std::int16_t BaudRateRefused = 42;
-inline constexpr std::int16_t ParityRefused = 43;
-inline constexpr std::int16_t StopBitsRefused = 44;
-inline constexpr std::int16_t DataBitsRefused = 45;
-inline constexpr std::int16_t ProtocolModeRefused = 46;
-inline constexpr std::int16_t OpenFailed = 47;
-inline constexpr std::int16_t AlreadyOpen = 48;
+    // Modbus exception codes, passed through unchanged.
+    IllegalFunction = 1,
+    IllegalDataAddress = 2,
+    SlaveDeviceFailure = 3,
+    Acknowledge = 4,
+    SlaveDeviceBusy = 5,
+    NegativeAcknowledge = 6,
+    MemoryParityError = 7,
 
-// The session's own: nothing was sent, since another sensor answers on the port.
-inline constexpr std::int16_t AnotherSensor = -1;
+    Timeout = 10,
+    CrcError = 11,
+    UnexpectedResponse = 12,
+    MissingBytes = 13,
+    WriteError = 14,
+    ReadError = 15,
+    HandleError = 20,
+    Reserved = 21,
+    IndexError = 22,
+    DataNotInitialized = 23,
+    WsaStartupFailed = 30,
+    TcpIpConnectionFailed = 31,
+    IpAddressRefused = 32,
+    TimeoutRefused = 40,
+    ConnectionRefused = 41,
+    BaudRateRefused = 42,
+    ParityRefused = 43,
+    StopBitsRefused = 44,
+    DataBitsRefused = 45,
+    ProtocolModeRefused = 46,
+    OpenFailed = 47,
+    AlreadyOpen = 48
+};
 
-// True for the status of an adapter that is present but refuses a setting.
-constexpr bool IsRefusedSetting(std::int16_t status) {
-    return status >= BaudRateRefused && status <= DataBitsRefused;
+constexpr LinkStatus LastException = LinkStatus::MemoryParityError;
+
+// The number that the user is shown.
+constexpr std::int16_t CodeOf(LinkStatus status) {
+    return static_cast<std::int16_t>(status);
 }
 
-} // namespace LinkStatus
+// True for the status of an adapter that is present but refuses a setting.
+constexpr bool IsRefusedSetting(LinkStatus status) {
+    return status >= LinkStatus::BaudRateRefused && status <= LinkStatus::DataBitsRefused;
+}
 
-// The text of a status code; empty for a code that has none.
-QString MbaxpErrorDesc(std::int16_t code);
+// The text of a status; empty for a number that has none.
+QString MbaxpErrorDesc(LinkStatus status);
 
 } // namespace ztv

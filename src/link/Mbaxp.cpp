@@ -1,6 +1,5 @@
 #include "link/Mbaxp.h"
 
-#include "link/LinkStatus.h"
 #include "support/ProgramVersion.h"
 
 #include <QCoreApplication>
@@ -20,8 +19,16 @@ constexpr qsizetype mostReceivedBytes = 1024; // a babbling line mustn't fill th
 
 constexpr qint64 ownReplyGapUs = 50'000; // a run's own reply follows a late one sooner than this
 
-bool IsNumber(int transaction) {
-    return transaction >= 0 && transaction < Mbaxp::TransactionCount;
+int NumberOf(LinkTransaction transaction) {
+    return static_cast<int>(transaction);
+}
+
+LinkTransaction TransactionOf(int number) {
+    return static_cast<LinkTransaction>(number);
+}
+
+bool IsNumber(int number) {
+    return number >= 0 && number < Mbaxp::TransactionCount;
 }
 
 } // namespace
@@ -37,7 +44,7 @@ Mbaxp::Mbaxp(std::function<QString(std::int16_t)> deviceOfPort, QObject *parent)
     connect(&line_, &SerialLine::HungUp, this, &Mbaxp::OnHungUp);
 }
 
-bool Mbaxp::Refuse(std::int16_t status) {
+bool Mbaxp::Refuse(LinkStatus status) {
     lastError_ = status;
     return false;
 }
@@ -61,7 +68,7 @@ bool Mbaxp::OpenPort() {
         return Refuse(LinkStatus::ProtocolModeRefused);
     }
     inForce_ = settings_;
-    const std::int16_t status = line_.Open(LineSettingsInForce());
+    const LinkStatus status = line_.Open(LineSettingsInForce());
     if (status != LinkStatus::NoError) {
         return Refuse(status);
     }
@@ -83,24 +90,24 @@ void Mbaxp::ClosePort() {
     schedule_.Clear();
 }
 
-bool Mbaxp::DefineReadRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
+bool Mbaxp::DefineReadRegisters(LinkTransaction transaction, std::int16_t slave, std::int32_t start,
                                 std::int32_t quantity, std::int32_t periodMs) {
-    return Define(transaction, ModbusFrame::ReadHoldingRegisters, slave, start, quantity,
+    return Define(NumberOf(transaction), ModbusFrame::ReadHoldingRegisters, slave, start, quantity,
                   ModbusFrame::MostReadRegisters, periodMs);
 }
 
-bool Mbaxp::DefineWriteRegister(std::int16_t transaction, std::int16_t slave, std::int32_t address,
+bool Mbaxp::DefineWriteRegister(LinkTransaction transaction, std::int16_t slave, std::int32_t address,
                                 std::int32_t periodMs) {
-    return Define(transaction, ModbusFrame::WriteSingleRegister, slave, address, 1, 1, periodMs);
+    return Define(NumberOf(transaction), ModbusFrame::WriteSingleRegister, slave, address, 1, 1, periodMs);
 }
 
-bool Mbaxp::DefineWriteRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
+bool Mbaxp::DefineWriteRegisters(LinkTransaction transaction, std::int16_t slave, std::int32_t start,
                                  std::int32_t quantity, std::int32_t periodMs) {
-    return Define(transaction, ModbusFrame::WriteMultipleRegisters, slave, start, quantity,
+    return Define(NumberOf(transaction), ModbusFrame::WriteMultipleRegisters, slave, start, quantity,
                   ModbusFrame::MostWrittenRegisters, periodMs);
 }
 
-bool Mbaxp::Define(std::int16_t number, std::uint8_t function, std::int32_t slave, std::int32_t address,
+bool Mbaxp::Define(int number, std::uint8_t function, std::int32_t slave, std::int32_t address,
                    std::int32_t quantity, int mostRegisters, std::int32_t periodMs) {
     if (!IsNumber(number)) {
         return Refuse(LinkStatus::IndexError);
@@ -124,7 +131,7 @@ bool Mbaxp::Define(std::int16_t number, std::uint8_t function, std::int32_t slav
     return true;
 }
 
-bool Mbaxp::CanRun(std::int16_t number) {
+bool Mbaxp::CanRun(int number) {
     if (!IsNumber(number)) {
         return Refuse(LinkStatus::IndexError);
     }
@@ -134,7 +141,8 @@ bool Mbaxp::CanRun(std::int16_t number) {
     return open_ || Refuse(LinkStatus::HandleError);
 }
 
-void Mbaxp::StartCyclic(std::int16_t number) {
+void Mbaxp::StartCyclic(LinkTransaction transaction) {
+    const int number = NumberOf(transaction);
     if (!CanRun(number)) {
         return;
     }
@@ -144,13 +152,15 @@ void Mbaxp::StartCyclic(std::int16_t number) {
     }
 }
 
-void Mbaxp::StopCyclic(std::int16_t number) {
+void Mbaxp::StopCyclic(LinkTransaction transaction) {
+    const int number = NumberOf(transaction);
     if (IsNumber(number)) {
         schedule_.StopCycle(number);
     }
 }
 
-void Mbaxp::TriggerOnce(std::int16_t number) {
+void Mbaxp::TriggerOnce(LinkTransaction transaction) {
+    const int number = NumberOf(transaction);
     if (!CanRun(number)) {
         return;
     }
@@ -160,11 +170,13 @@ void Mbaxp::TriggerOnce(std::int16_t number) {
     }
 }
 
-bool Mbaxp::TransactionBusy(std::int16_t number) const {
+bool Mbaxp::TransactionBusy(LinkTransaction transaction) const {
+    const int number = NumberOf(transaction);
     return IsNumber(number) && schedule_.IsBusy(number);
 }
 
-std::int16_t Mbaxp::RegisterValue(std::int16_t number, std::int32_t index) const {
+std::int16_t Mbaxp::RegisterValue(LinkTransaction transaction, std::int32_t index) const {
+    const int number = NumberOf(transaction);
     if (!IsNumber(number)) {
         return 0;
     }
@@ -174,7 +186,8 @@ std::int16_t Mbaxp::RegisterValue(std::int16_t number, std::int32_t index) const
                : std::int16_t{0};
 }
 
-void Mbaxp::RegisterValue(std::int16_t number, std::int32_t index, std::int16_t word) {
+void Mbaxp::RegisterValue(LinkTransaction transaction, std::int32_t index, std::int16_t word) {
+    const int number = NumberOf(transaction);
     if (!IsNumber(number) || index < 0) {
         lastError_ = LinkStatus::IndexError;
         return;
@@ -297,7 +310,7 @@ void Mbaxp::Start(const RunSchedule::Next &next, bool moved) {
         FinishWith(LinkStatus::WriteError);
         return;
     }
-    tap_.Report(LineFrame::Kind::Request, frame, LinkStatus::NoError, static_cast<std::int16_t>(current_));
+    tap_.Report(LineFrame::Kind::Request, frame, CodeOf(LinkStatus::NoError), TransactionOf(current_));
     const qint64 sent = NowUs();
     lastByteUs_ = sent + LineTimeUs(frame.size());
     deadlineUs_ = lastByteUs_ + TimeoutUs();
@@ -394,13 +407,13 @@ void Mbaxp::OnHungUp() {
     }
 }
 
-void Mbaxp::FinishWith(std::int16_t status) {
+void Mbaxp::FinishWith(LinkStatus status) {
     Finish({.kind = ModbusFrame::Verdict::Kind::Failed, .status = status, .words = {}, .begin = 0, .end = 0});
 }
 
 void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
-    const auto number = static_cast<std::int16_t>(current_);
-    current_ = -1;
+    const int number = std::exchange(current_, -1);
+    const LinkTransaction ended = TransactionOf(number);
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
     const bool deviceFailed =
         verdict.status == LinkStatus::ReadError || verdict.status == LinkStatus::WriteError;
@@ -422,14 +435,14 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     if (!setAside_.isEmpty()) {
         tap_.Report(LineFrame::Kind::LateReply, setAside_);
     }
-    tap_.Report(LineFrame::Kind::Reply, received_, verdict.status, number);
+    tap_.Report(LineFrame::Kind::Reply, received_, CodeOf(verdict.status), ended);
     wake_.stop();
     PostStart();
     delivering_ = true;
     if (done) {
-        Q_EMIT TransactionDone(number);
+        Q_EMIT TransactionDone(ended);
     } else {
-        Q_EMIT TransactionFailed(number, verdict.status);
+        Q_EMIT TransactionFailed(ended, verdict.status);
     }
     EndDelivery();
 }

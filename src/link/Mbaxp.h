@@ -3,6 +3,8 @@
 #include "link/LateReplies.h"
 #include "link/LineCodes.h"
 #include "link/LineTap.h"
+#include "link/LinkStatus.h"
+#include "link/LinkTransaction.h"
 #include "link/LocalEcho.h"
 #include "link/ModbusFrame.h"
 #include "link/RunSchedule.h"
@@ -65,35 +67,35 @@ public:
     // True where the adapter echoes what is sent. Detected at the first read after OpenPort.
     bool EchoIsPresent() const { return echo_.IsPresent(); }
 
-    // The status code of the last call that failed.
-    std::int16_t LastError() const { return lastError_; }
+    // The status of the last call that failed.
+    LinkStatus LastError() const { return lastError_; }
 
     // Define the transaction of a number. Words of its buffer within the new quantity stay. Return false
     // (IndexError) for a number, slave, address or quantity out of range; the number's previous definition is
     // then dropped.
-    bool DefineReadRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
+    bool DefineReadRegisters(LinkTransaction transaction, std::int16_t slave, std::int32_t start,
                              std::int32_t quantity, std::int32_t periodMs);
-    bool DefineWriteRegister(std::int16_t transaction, std::int16_t slave, std::int32_t address,
+    bool DefineWriteRegister(LinkTransaction transaction, std::int16_t slave, std::int32_t address,
                              std::int32_t periodMs);
-    bool DefineWriteRegisters(std::int16_t transaction, std::int16_t slave, std::int32_t start,
+    bool DefineWriteRegisters(LinkTransaction transaction, std::int16_t slave, std::int32_t start,
                               std::int32_t quantity, std::int32_t periodMs);
 
     // Runs the transaction now and then every period, from start to start, until StopCyclic.
-    void StartCyclic(std::int16_t transaction);
+    void StartCyclic(LinkTransaction transaction);
 
     // A round in flight may still report.
-    void StopCyclic(std::int16_t transaction);
+    void StopCyclic(LinkTransaction transaction);
 
     // Runs the transaction one time. A transaction that already waits for its one run isn't queued again.
-    void TriggerOnce(std::int16_t transaction);
+    void TriggerOnce(LinkTransaction transaction);
 
     // From TriggerOnce until its event has been delivered, and from StartCyclic until StopCyclic. An event
     // counts as delivered when its handlers return or turn the event loop.
-    bool TransactionBusy(std::int16_t transaction) const;
+    bool TransactionBusy(LinkTransaction transaction) const;
 
     // One word of the transaction's buffer. An index outside the buffer reads as 0.
-    std::int16_t RegisterValue(std::int16_t transaction, std::int32_t index) const;
-    void RegisterValue(std::int16_t transaction, std::int32_t index, std::int16_t word);
+    std::int16_t RegisterValue(LinkTransaction transaction, std::int32_t index) const;
+    void RegisterValue(LinkTransaction transaction, std::int32_t index, std::int16_t word);
 
     // Reports each frame on the line.
     LineTap &Tap() { return tap_; }
@@ -103,8 +105,8 @@ public:
     void Tag(const QString &tag) { tag_ = tag; }
 
 Q_SIGNALS:
-    void TransactionDone(std::int16_t transaction);
-    void TransactionFailed(std::int16_t transaction, std::int16_t status);
+    void TransactionDone(LinkTransaction transaction);
+    void TransactionFailed(LinkTransaction transaction, LinkStatus status);
 
 protected:
     bool event(QEvent *event) override;
@@ -123,12 +125,12 @@ private:
         std::vector<std::int16_t> buffer;
     };
 
-    bool Define(std::int16_t number, std::uint8_t function, std::int32_t slave, std::int32_t address,
+    bool Define(int number, std::uint8_t function, std::int32_t slave, std::int32_t address,
                 std::int32_t quantity, int mostRegisters, std::int32_t periodMs);
-    bool CanRun(std::int16_t number);
+    bool CanRun(int number);
     Transaction &At(int number) { return transactions_[static_cast<std::size_t>(number)]; }
     const Transaction &At(int number) const { return transactions_[static_cast<std::size_t>(number)]; }
-    bool Refuse(std::int16_t status);
+    bool Refuse(LinkStatus status);
     LineSettings LineSettingsInForce() const;
     qint64 LineTimeUs(qsizetype bytes) const;
     qint64 SilentIntervalUs() const;
@@ -149,7 +151,7 @@ private:
     void SetAside(const ModbusFrame::Verdict &verdict);
     void OnDeadline();
     void Finish(const ModbusFrame::Verdict &verdict);
-    void FinishWith(std::int16_t status);
+    void FinishWith(LinkStatus status);
     void EndDelivery();
     qint64 NowUs() const { return clock_.nsecsElapsed() / 1000; }
     qint64 RequestEndUs() const { return deadlineUs_ - TimeoutUs(); }
@@ -171,7 +173,7 @@ private:
     bool open_ = false;
     bool startPosted_ = false;
     bool delivering_ = false; // the event of the last run
-    std::int16_t lastError_ = 0;
+    LinkStatus lastError_ = LinkStatus::NoError;
     int current_ = -1;             // the transaction on the line
     ModbusFrame::Request request_; // the one on the line, or else the last one
     QByteArray received_;

@@ -1,7 +1,5 @@
 #include "link/ModbusFrame.h"
 
-#include "link/LinkStatus.h"
-
 #include <array>
 #include <optional>
 
@@ -35,12 +33,12 @@ bool HasGoodCrc(QByteArrayView frame) {
     return Crc(frame) == 0;
 }
 
-Verdict Failed(std::int16_t status) {
+Verdict Failed(LinkStatus status) {
     return {.kind = Verdict::Kind::Failed, .status = status, .words = {}, .begin = 0, .end = 0};
 }
 
 // Fails with the reply still owed: nothing received is the reply or a part of it.
-Verdict NotAnswered(std::int16_t status) {
+Verdict NotAnswered(LinkStatus status) {
     Verdict verdict = Failed(status);
     verdict.stillOwed = true;
     return verdict;
@@ -51,7 +49,8 @@ QByteArrayView PduOf(QByteArrayView frame) {
 }
 
 Verdict Complete(const Request &request, QByteArrayView frame) {
-    Verdict verdict{.kind = Verdict::Kind::Complete, .status = 0, .words = {}, .begin = 0, .end = 0};
+    Verdict verdict{
+        .kind = Verdict::Kind::Complete, .status = LinkStatus::NoError, .words = {}, .begin = 0, .end = 0};
     if (request.function == ReadHoldingRegisters) {
         verdict.words = ModbusPdu::WordsRead(PduOf(frame));
     }

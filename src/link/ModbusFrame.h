@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/LinkStatus.h"
 #include "link/ModbusPdu.h"
 
 #include <QByteArray>
@@ -32,11 +33,11 @@ struct Verdict {
     enum class Kind { NeedMore, Complete, Failed };
 
     Kind kind = Kind::NeedMore;
-    std::int16_t status = 0;         // of a failure
-    std::vector<std::int16_t> words; // of a complete read
-    qsizetype begin = 0;             // of the reply or the exception within the bytes
-    qsizetype end = 0;               // 0 where there is neither
-    bool stillOwed = false;          // of a failure: nothing received is the reply or a part of it
+    LinkStatus status = LinkStatus::NoError; // of a failure
+    std::vector<std::int16_t> words;         // of a complete read
+    qsizetype begin = 0;                     // of the reply or the exception within the bytes
+    qsizetype end = 0;                       // 0 where there is neither
+    bool stillOwed = false;                  // of a failure: nothing received is the reply or a part of it
 };
 
 // Judges the bytes received so far. The expected length comes from the request alone. Skips bytes before and

@@ -1,7 +1,5 @@
 #include "link/ModbusPdu.h"
 
-#include "link/LinkStatus.h"
-
 namespace ztv {
 
 namespace ModbusPdu {
@@ -60,10 +58,10 @@ std::vector<std::int16_t> WordsRead(QByteArrayView reply) {
     return words;
 }
 
-std::int16_t ExceptionStatus(QByteArrayView reply) {
+LinkStatus ExceptionStatus(QByteArrayView reply) {
     const std::uint8_t code = ByteAt(reply, 1);
-    const bool isKnown = code >= 1 && code <= LinkStatus::LastException;
-    return isKnown ? code : LinkStatus::UnexpectedResponse;
+    const bool isKnown = code >= 1 && code <= CodeOf(LastException);
+    return isKnown ? LinkStatus{code} : LinkStatus::UnexpectedResponse;
 }
 
 int LengthByShape(QByteArrayView reply) {

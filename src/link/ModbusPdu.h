@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/LinkStatus.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <cstdint>
@@ -41,8 +43,8 @@ QByteArray KnownReply(const Request &request);
 // The words of the good reply to a read.
 std::vector<std::int16_t> WordsRead(QByteArrayView reply);
 
-// The status code of an exception reply: codes 1 to 7 unchanged, UnexpectedResponse for any other.
-std::int16_t ExceptionStatus(QByteArrayView reply);
+// The status of an exception reply: codes 1 to 7 unchanged, UnexpectedResponse for any other.
+LinkStatus ExceptionStatus(QByteArrayView reply);
 
 // Returns the length of a reply, derived from its first bytes; 0 for an unknown function.
 // REQUIRES: at least two bytes.

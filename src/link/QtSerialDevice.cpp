@@ -1,4 +1,3 @@
-#include "link/LinkStatus.h"
 #include "link/SerialDevice.h"
 
 #include <QFileInfo>
@@ -58,7 +57,7 @@ public:
                          [this](QSerialPort::SerialPortError error) { OnError(error); });
     }
 
-    std::int16_t Open(const LineSettings &settings) override;
+    LinkStatus Open(const LineSettings &settings) override;
     void Close() override;
     bool IsOpen() const override { return port_.isOpen(); }
     void ClearInput() override;
@@ -74,7 +73,7 @@ private:
     QByteArray input_; // taken from the port, not yet returned by Read
 };
 
-std::int16_t QtSerialDevice::Open(const LineSettings &settings) {
+LinkStatus QtSerialDevice::Open(const LineSettings &settings) {
     input_.clear();
     port_.setPortName(settings.device);
     // Set before opening, or QSerialPort applies the previous settings. Set again afterwards: only then does
@@ -88,7 +87,7 @@ std::int16_t QtSerialDevice::Open(const LineSettings &settings) {
     if (!port_.open(QIODevice::ReadWrite)) {
         return LinkStatus::OpenFailed;
     }
-    std::int16_t status = LinkStatus::NoError;
+    LinkStatus status = LinkStatus::NoError;
     if (!port_.setBaudRate(settings.bitsPerSecond)) {
         status = LinkStatus::BaudRateRefused;
     } else if (!port_.setParity(parity) && CarriesParity(settings.device)) {

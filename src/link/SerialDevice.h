@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/LinkStatus.h"
 #include "model/LineTables.h"
 
 #include <QByteArray>
@@ -34,10 +35,10 @@ public:
     // Called from the event loop or from within any call below. It must not close the device.
     void OnNotice(std::function<void(Notice)> handler) { notice_ = std::move(handler); }
 
-    // Returns LinkStatus::NoError, or the status code of the step that was refused; the device is then
+    // Returns LinkStatus::NoError, or the status of the step that was refused; the device is then
     // closed.
     // REQUIRES: the device is closed.
-    virtual std::int16_t Open(const LineSettings &settings) = 0;
+    virtual LinkStatus Open(const LineSettings &settings) = 0;
     virtual void Close() = 0;
     virtual bool IsOpen() const = 0;
 

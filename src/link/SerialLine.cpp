@@ -1,7 +1,5 @@
 #include "link/SerialLine.h"
 
-#include "link/LinkStatus.h"
-
 namespace ztv {
 
 SerialLine::SerialLine(std::unique_ptr<SerialDevice> device, QObject *parent)
@@ -10,7 +8,7 @@ SerialLine::SerialLine(std::unique_ptr<SerialDevice> device, QObject *parent)
     device_->OnNotice([this](SerialDevice::Notice notice) { OnNotice(notice); });
 }
 
-std::int16_t SerialLine::Open(const LineSettings &settings) {
+LinkStatus SerialLine::Open(const LineSettings &settings) {
     if (IsOpen()) {
         return LinkStatus::AlreadyOpen;
     }

@@ -17,8 +17,8 @@ public:
     explicit SerialLine(QObject *parent = nullptr) : SerialLine(NewSerialDevice(), parent) {}
     explicit SerialLine(std::unique_ptr<SerialDevice> device, QObject *parent = nullptr);
 
-    // Returns LinkStatus::NoError, or the status code of the step that was refused; the line is then closed.
-    std::int16_t Open(const LineSettings &settings);
+    // Returns LinkStatus::NoError, or the status of the step that was refused; the line is then closed.
+    LinkStatus Open(const LineSettings &settings);
     void Close();
     bool IsOpen() const;
 

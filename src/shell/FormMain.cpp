@@ -165,7 +165,7 @@ void FormMain::BuildPages() {
 }
 
 void FormMain::ConnectCommands() {
-    const auto goOnline = [this] { GoOnline(0); };
+    const auto goOnline = [this] { GoOnline(ConnectPrompt::Ask); };
     const auto goOffline = [this] { GoOffline(); };
     const auto openFile = [this] { fileCommands_->Open(); };
     const auto afterEntry = [this](const std::function<void()> &work) {
@@ -262,7 +262,7 @@ void FormMain::ToggleOnline() {
     if (online_) {
         GoOffline();
     } else {
-        GoOnline(0);
+        GoOnline(ConnectPrompt::Ask);
     }
 }
 
@@ -326,7 +326,7 @@ void FormMain::ShowAbout() {
         .exec();
 }
 
-std::int16_t FormMain::AskDirection() {
+ConnectChoice FormMain::AskDirection() {
     FormReadWrite form(help_, this);
     form.exec();
     return form.Choice();

@@ -70,9 +70,9 @@ public:
 
     void SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
                                  std::int16_t timeoutMs);
-    void GoOnline(std::int16_t skipPrompt) { link_->GoOnline(skipPrompt); }
+    void GoOnline(ConnectPrompt prompt) { link_->GoOnline(prompt); }
     void GoOffline() { link_->GoOffline(); }
-    static QString MbaxpErrorDesc(std::int16_t code) { return ztv::MbaxpErrorDesc(code); }
+    static QString MbaxpErrorDesc(std::int16_t code) { return ztv::MbaxpErrorDesc(LinkStatus{code}); }
 
     // Returns -1 (true) if the Ctrl key is down at this moment, otherwise 0.
     std::int16_t CtrlKey() const { return dependencies_.ctrlKeyIsDown() ? -1 : 0; }
@@ -126,7 +126,7 @@ private:
     void ShowUpgradeFirmware();
     void ShowWizard();
     void ShowAbout();
-    std::int16_t AskDirection();
+    ConnectChoice AskDirection();
     bool StoreSettings();
     void TellOfStore(const QString &what);
     BoxAnswer Ask(const QString &question);

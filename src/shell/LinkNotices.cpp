@@ -11,7 +11,7 @@ LinkNotices::LinkNotices(LinkSession &link, UserDialogs &dialogs) : link_(link),
     connect(&link, &LinkSession::PortRefused, this, &LinkNotices::OnPortRefused);
 }
 
-void LinkNotices::OnWriteEnded(std::int16_t tag, std::int16_t status) {
+void LinkNotices::OnWriteEnded(std::int16_t tag, LinkStatus status) {
     if (status != LinkStatus::NoError) {
         Show(QStringLiteral("Error writing parameter"));
     } else if (tag == ParamDefines::SaveCommand) {
@@ -19,7 +19,7 @@ void LinkNotices::OnWriteEnded(std::int16_t tag, std::int16_t status) {
     }
 }
 
-void LinkNotices::OnDownloadEnded(std::int16_t status) {
+void LinkNotices::OnDownloadEnded(LinkStatus status) {
     Show(status == LinkStatus::NoError ? QStringLiteral("Parameters downloaded successfully!")
                                        : QStringLiteral("Error downloading Parameters"));
 }

@@ -17,8 +17,8 @@ public:
     LinkNotices(LinkSession &link, UserDialogs &dialogs);
 
 private:
-    void OnWriteEnded(std::int16_t tag, std::int16_t status);
-    void OnDownloadEnded(std::int16_t status);
+    void OnWriteEnded(std::int16_t tag, LinkStatus status);
+    void OnDownloadEnded(LinkStatus status);
     void OnPortRefused();
     void Show(const QString &text);
 

@@ -228,7 +228,7 @@ TEST_F(FirmwareTest, OneListenerSeesTheMasterAndTheBootLine) {
         return frame.kind == Kind::Reply && frame.transaction == LinkTransaction::SingleWrite;
     });
     ASSERT_NE(written, seen.end());
-    EXPECT_EQ(written->status, LinkStatus::NoError);
+    EXPECT_EQ(written->status, CodeOf(LinkStatus::NoError));
     EXPECT_TRUE(std::all_of(written + 1, seen.end(), [](auto &frame) { return !frame.transaction; }));
     const QByteArray reset = BootFrame::Encode(QByteArray(2, '\0'));
     EXPECT_EQ(std::count_if(written, seen.end(), [&](auto &frame) { return frame.bytes == reset; }), 1);
@@ -330,8 +330,9 @@ TEST_F(FirmwareTest, NeverDownloadsTheTable) {
     form_->Link().GoOffline();
     sensor_->Command(QStringLiteral("mute off"));
     InConsole([this](auto &, const Form &ui) {
-        QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, console_,
-                         [](std::int16_t transaction) { EXPECT_NE(transaction, LinkTransaction::Download); });
+        QObject::connect(
+            &form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, console_,
+            [](LinkTransaction transaction) { EXPECT_NE(transaction, LinkTransaction::Download); });
         ExpectQuestion();
         dialogs_.ExpectNotice(QString::fromLatin1(success));
         ui.Press("CommandUpgradeFirmware");
@@ -349,7 +350,7 @@ TEST_F(FirmwareTest, SendsTheCommandOnceAndKeepsItNot) {
         std::vector<std::int16_t> writes;
         InConsole([this, &writes](auto &, const Form &ui) {
             Mbaxp &master = form_->Link().Mbaxp1();
-            QObject::connect(&master, &Mbaxp::TransactionDone, console_, [&](std::int16_t transaction) {
+            QObject::connect(&master, &Mbaxp::TransactionDone, console_, [&](LinkTransaction transaction) {
                 if (transaction == LinkTransaction::SingleWrite) {
                     EXPECT_EQ(master.Tag(), QStringLiteral("3"));
                     writes.push_back(master.RegisterValue(LinkTransaction::SingleWrite, 0));
@@ -448,7 +449,7 @@ TEST_F(FirmwareTest, AWriteThatIsNotConfirmedEndsItAtTheThird) {
     InConsole([this](auto &, const Form &ui) {
         ExpectQuestion();
         const auto muted = QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, form_.get(),
-                                            [this](std::int16_t transaction) {
+                                            [this](LinkTransaction transaction) {
                                                 if (transaction == LinkTransaction::AddressingProbe) {
                                                     sensor_->Command(QStringLiteral("mute on"));
                                                 }
@@ -482,7 +483,7 @@ TEST_F(FirmwareTest, ACommandThatIsReadOnlyIsNeverSentAndEndsItAtTheThird) {
         QObject::connect(&form_->Link(), &LinkSession::FirstReadComplete, console_,
                          [&isPolled] { isPolled = true; });
         QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, console_,
-                         [&writes](std::int16_t transaction) {
+                         [&writes](LinkTransaction transaction) {
                              writes += transaction == LinkTransaction::SingleWrite ? 1 : 0;
                          });
         ExpectQuestion();
@@ -503,7 +504,7 @@ TEST_F(FirmwareTest, AConfirmationThatIsLostOrDamagedIsMendedByASecondClick) {
         InConsole([this, fault](auto &, const Form &ui) {
             const auto atWrite =
                 QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, form_.get(),
-                                 [this, fault](std::int16_t transaction) {
+                                 [this, fault](LinkTransaction transaction) {
                                      if (transaction == LinkTransaction::AddressingProbe) {
                                          sensor_->Command(QString::fromLatin1(fault) + QStringLiteral(" 1"));
                                      }
@@ -534,7 +535,7 @@ TEST_F(FirmwareTest, RepliesThatAreLostWhileItGoesOnlineAreAskedForAgain) {
     InConsole([this](auto &, const Form &ui) {
         int lost = 0;
         QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionFailed, console_,
-                         [this, &lost](std::int16_t transaction) {
+                         [this, &lost](LinkTransaction transaction) {
                              EXPECT_EQ(transaction, LinkTransaction::AddressingProbe);
                              if (++lost == 2) {
                                  sensor_->Command(QStringLiteral("drop 0"));

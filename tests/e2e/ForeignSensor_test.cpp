@@ -60,7 +60,7 @@ TEST_F(ForeignSensorTest, IsReadInBothAddressingModes) {
 TEST_F(ForeignSensorTest, TakesSingleWrites) {
     StartWithSensor(1, 1);
     GoOnline("Read");
-    EXPECT_TRUE(WaitUntil([this] { return form_->Link().Mbaxp1().TransactionBusy(1); }));
+    EXPECT_TRUE(WaitUntil([this] { return form_->Link().Mbaxp1().TransactionBusy(LinkTransaction::Poll); }));
     form_->Zentrova().ParamValue(ParamDefines::NearDistance, 1500);
     form_->Zentrova().ParamValue(ParamDefines::MaxRange, 41000);
     EXPECT_TRUE(WaitUntil([this] { return InSensor(ParamDefines::MaxRange) == 41000; }));
@@ -82,7 +82,7 @@ TEST_F(ForeignSensorTest, TakesAWholeTable) {
 TEST_F(ForeignSensorTest, IsReachedAtAnotherAddress) {
     StartWithSensor(42, 1);
     GoOnline("Read");
-    EXPECT_TRUE(WaitUntil([this] { return form_->Link().Mbaxp1().TransactionBusy(1); }));
+    EXPECT_TRUE(WaitUntil([this] { return form_->Link().Mbaxp1().TransactionBusy(LinkTransaction::Poll); }));
     EXPECT_EQ(form_->ModbusAddress(), 42);
 }
 

@@ -49,7 +49,7 @@ protected:
         int polls = 0;
         const auto connection =
             QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, form_.get(),
-                             [&polls](std::int16_t transaction) { polls += transaction == 1 ? 1 : 0; });
+                             [&polls](LinkTransaction transaction) { polls += transaction == 1 ? 1 : 0; });
         const bool came = WaitUntil([&] { return polls >= count; });
         QObject::disconnect(connection);
         return came;

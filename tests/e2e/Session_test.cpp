@@ -262,8 +262,9 @@ TEST_F(SessionTest, PollsAgainByItselfAfterAnUnplug) {
     EXPECT_TRUE(WaitForStatus("Read Error"));
     EXPECT_TRUE(form_->Link().PortIsOpen());
     int rounds = 0;
-    QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionFailed, form_.get(),
-                     [&rounds](std::int16_t, std::int16_t status) { rounds += status == 15 ? 1 : 0; });
+    QObject::connect(
+        &form_->Link().Mbaxp1(), &Mbaxp::TransactionFailed, form_.get(),
+        [&rounds](LinkTransaction, LinkStatus status) { rounds += status == LinkStatus::ReadError ? 1 : 0; });
     EXPECT_TRUE(WaitUntil([&rounds] { return rounds >= 3; }));
     sensor_->Execute(QStringLiteral("plug"));
     EXPECT_TRUE(WaitForStatus(" Online"));

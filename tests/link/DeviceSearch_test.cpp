@@ -37,11 +37,12 @@ protected:
         QObject::connect(&session_, &LinkSession::DeviceAnswered, search_.get(), &DeviceSearch::FoundDevice);
         QObject::connect(search_.get(), &DeviceSearch::Started, [this] { told_.emplace_back("started"); });
         QObject::connect(search_.get(), &DeviceSearch::Ended, [this] { told_.emplace_back("ended"); });
-        QObject::connect(search_.get(), &DeviceSearch::ProbeRefused,
-                         [this](int code) { told_.push_back("refused " + std::to_string(code)); });
-        QObject::connect(search_.get(), &DeviceSearch::BrokenOff, [this](int status) {
+        QObject::connect(search_.get(), &DeviceSearch::ProbeRefused, [this](LinkStatus status) {
+            told_.push_back("refused " + std::to_string(CodeOf(status)));
+        });
+        QObject::connect(search_.get(), &DeviceSearch::BrokenOff, [this](LinkStatus status) {
             told_.push_back("broken off at " + std::to_string(search_->SearchAddress()) + " at " + Setting() +
-                            " by " + std::to_string(status));
+                            " by " + std::to_string(CodeOf(status)));
         });
         QObject::connect(search_.get(), &DeviceSearch::Probing, [this] {
             told_.push_back(std::to_string(search_->SearchAddress()) + " at " + Setting());
@@ -296,13 +297,13 @@ TEST_F(DeviceSearchTest, BreaksOffWhereItsAdapterIsLostInMidProbe) {
 }
 
 TEST_F(DeviceSearchTest, BreaksOffAtEitherStatusOfALostAdapter) {
-    for (const std::int16_t status : {LinkStatus::WriteError, LinkStatus::ReadError}) {
+    for (const LinkStatus status : {LinkStatus::WriteError, LinkStatus::ReadError}) {
         told_.clear();
         EXPECT_TRUE(search_->Start());
         search_->FoundDevice(status);
         EXPECT_FALSE(session_.PortIsOpen());
-        EXPECT_EQ(told_,
-                  (Told{"started", "3 at 4/1", "broken off at 3 at 4/1 by " + std::to_string(status)}));
+        EXPECT_EQ(told_, (Told{"started", "3 at 4/1",
+                               "broken off at 3 at 4/1 by " + std::to_string(CodeOf(status))}));
     }
     told_.clear();
     RunToTheEnd(); // with the adapter back
@@ -329,7 +330,7 @@ TEST_F(DeviceSearchTest, LeavesNothingBehindWhenItIsAbandoned) {
     search_->Abandon();
     EXPECT_FALSE(session_.PortIsOpen());
     EXPECT_TRUE(search_->StopRequested());
-    search_->FoundDevice(0); // too late
+    search_->FoundDevice(LinkStatus::NoError); // too late
     told_.clear();
     // By now the answer would have come, or its timeout.
     EXPECT_FALSE(WaitUntil([this] { return !told_.empty() || !found_.empty(); }, 100));

@@ -43,7 +43,7 @@ protected:
                          [this](bool online) { Note(online ? "online" : "offline"); });
         QObject::connect(&session_, &LinkSession::FirstReadComplete, [this] { Note("first read"); });
         QObject::connect(&session_, &LinkSession::DeviceAnswered,
-                         [this](int status) { Note("device " + std::to_string(status)); });
+                         [this](LinkStatus status) { Note("device " + std::to_string(CodeOf(status))); });
         QObject::connect(&session_, &LinkSession::TableRefreshed, [this] { Note("refresh"); });
         session_.SetMbaxp1CommProperties(1, 4, 1, 0);
     }
@@ -51,7 +51,7 @@ protected:
     // Online, with a probe on the line that gets no answer.
     void StartProbing() {
         line_.AnswerNothing();
-        session_.GoOnline(1);
+        session_.GoOnline(ConnectPrompt::Skip);
         EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() == 1; }));
     }
 
@@ -67,7 +67,7 @@ protected:
         session_.Mbaxp1().Tag(QString::number(tag));
     }
 
-    std::int16_t choice_ = ConnectChoice::Read;
+    ConnectChoice choice_ = ConnectChoice::Read;
     ScriptedDialogs dialogs_;
     ScriptedLine line_;
     QString device_ = line_.Path();
@@ -120,14 +120,14 @@ TEST_F(LinkSessionTest, TakesTheTimeoutGivenAndFaultsOnABaudIndexThatHasNone) {
 
 TEST_F(LinkSessionTest, CancelLeavesTheLinkUntouched) {
     choice_ = ConnectChoice::Cancel;
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     EXPECT_EQ(told_, (Told{"asked"}));
     EXPECT_FALSE(session_.PortIsOpen());
 }
 
 TEST_F(LinkSessionTest, AnyOtherChoiceCountsAsCancel) {
-    choice_ = 7;
-    session_.GoOnline(0);
+    choice_ = ConnectChoice{7};
+    session_.GoOnline(ConnectPrompt::Ask);
     EXPECT_FALSE(session_.PortIsOpen());
 }
 
@@ -135,7 +135,7 @@ TEST_F(LinkSessionTest, ProbesRegister69EachHalfSecondUntilItIsAnswered) {
     line_.AnswerNothing();
     line_.Answer(WithCrc("01 83 02"));
     line_.Answer(WithCrc("01 03 02 55 55"));
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     EXPECT_EQ(told_, (Told{"online"})); // and nobody was asked
     EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 4; }));
     for (std::size_t k = 0; k < 3; ++k) {
@@ -147,14 +147,14 @@ TEST_F(LinkSessionTest, ProbesRegister69EachHalfSecondUntilItIsAnswered) {
     EXPECT_EQ(told_, (Told{"online", "status Communication Status: Timeout",
                            "status Communication Status: Illegal Data Address", good, "refresh"}));
     EXPECT_EQ(session_.TimeoutCount(), 0); // a probe's timeout isn't counted
-    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(3));
-    EXPECT_TRUE(session_.Mbaxp1().TransactionBusy(1));
+    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(LinkTransaction::AddressingProbe));
+    EXPECT_TRUE(session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll));
 }
 
 TEST_F(LinkSessionTest, PollsIntoTheTableAndTellsOfTheFirstReadOnce) {
     line_.Answer(WithCrc("01 03 02 00 46"));
     line_.AnswerAlways(PollReply());
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     EXPECT_TRUE(WaitUntil([this] { return std::count(told_.begin(), told_.end(), "refresh") >= 3; }));
     EXPECT_EQ(told_,
               (Told{"asked", "online", good, "refresh", good, "first read", "refresh", good, "refresh"}));
@@ -170,13 +170,13 @@ TEST_F(LinkSessionTest, TellsWhyThePortCannotBeOpened) {
     dialogs_.ExpectNotice(
         QStringLiteral("Error 47. The com port could not be opened.  The port does not exist or is "
                        "in use by another application."));
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     EXPECT_EQ(told_, (Told{"asked"}));
     EXPECT_FALSE(session_.PortIsOpen());
 }
 
 TEST_F(LinkSessionTest, GoingOfflineClosesThePortThenTheControlsThenTheStatus) {
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     told_.clear();
     session_.GoOffline();
     EXPECT_EQ(told_, (Told{"offline", "status Communication Status: Offline"}));
@@ -186,7 +186,7 @@ TEST_F(LinkSessionTest, GoingOfflineClosesThePortThenTheControlsThenTheStatus) {
 TEST_F(LinkSessionTest, GoingOfflineInTheMiddleOfADownloadLeavesItsMarks) {
     choice_ = ConnectChoice::Write;
     line_.Answer(WithCrc("01 03 02 00 46"));
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 2; }));
     session_.GoOffline();
     EXPECT_TRUE(zentrova_.WriteAllPending());
@@ -196,10 +196,10 @@ TEST_F(LinkSessionTest, GoingOfflineInTheMiddleOfADownloadLeavesItsMarks) {
 
 TEST_F(LinkSessionTest, CountsTimeoutsAndCrcErrorsOfThePollAlone) {
     for (const int status : {10, 10, 11, 2, 12, 13, 15}) {
-        session_.TransactionFailed(1, static_cast<std::int16_t>(status));
+        session_.TransactionFailed(LinkTransaction::Poll, static_cast<LinkStatus>(status));
     }
     for (const int status : {10, 11}) {
-        session_.TransactionFailed(3, static_cast<std::int16_t>(status));
+        session_.TransactionFailed(LinkTransaction::AddressingProbe, static_cast<LinkStatus>(status));
     }
     EXPECT_EQ(session_.TimeoutCount(), 2);
     EXPECT_EQ(session_.CrcErrorCount(), 1);
@@ -209,49 +209,49 @@ TEST_F(LinkSessionTest, CountsTimeoutsAndCrcErrorsOfThePollAlone) {
 TEST_F(LinkSessionTest, CountingPast32767IsAnOverflowFault) {
     session_.TimeoutCount(32767);
     session_.CrcErrorCount(32767);
-    EXPECT_THROW(session_.TransactionFailed(1, 10), Fault);
-    EXPECT_THROW(session_.TransactionFailed(1, 11), Fault);
+    EXPECT_THROW(session_.TransactionFailed(LinkTransaction::Poll, LinkStatus::Timeout), Fault);
+    EXPECT_THROW(session_.TransactionFailed(LinkTransaction::Poll, LinkStatus::CrcError), Fault);
 }
 
 TEST_F(LinkSessionTest, ShowsTheWordsOfEachFailure) {
-    session_.TransactionFailed(1, 11);
-    session_.TransactionFailed(1, 15);
-    session_.TransactionFailed(7, 99);
+    session_.TransactionFailed(LinkTransaction::Poll, LinkStatus::CrcError);
+    session_.TransactionFailed(LinkTransaction::Poll, LinkStatus::ReadError);
+    session_.TransactionFailed(LinkTransaction{7}, LinkStatus{99});
     EXPECT_EQ(told_, (Told{"status Communication Status: CRC Error",
                            "status Communication Status: Read Error", "status Communication Status: "}));
 }
 
 TEST_F(LinkSessionTest, RefreshesAlsoAfterANumberThatHasNoUse) {
-    session_.TransactionDone(7);
-    session_.TransactionDone(-1);
+    session_.TransactionDone(LinkTransaction{7});
+    session_.TransactionDone(LinkTransaction{-1});
     EXPECT_EQ(told_, (Told{good, "refresh", good, "refresh"}));
 }
 
 TEST_F(LinkSessionTest, TellsTheSearchOfItsProbe) {
-    session_.TransactionDone(2);
-    session_.TransactionFailed(2, 10);
+    session_.TransactionDone(LinkTransaction::SearchProbe);
+    session_.TransactionFailed(LinkTransaction::SearchProbe, LinkStatus::Timeout);
     EXPECT_EQ(told_,
               (Told{good, "device 0", "refresh", "status Communication Status: Timeout", "device 10"}));
 }
 
 TEST_F(LinkSessionTest, ThrowsThePollAwayWhileADownloadIsPending) {
     const std::int32_t before = zentrova_.ParamValue(40);
-    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200);
-    session_.Mbaxp1().RegisterValue(1, 40, 1234);
+    session_.Mbaxp1().DefineReadRegisters(LinkTransaction::Poll, 1, 0, 95, 200);
+    session_.Mbaxp1().RegisterValue(LinkTransaction::Poll, 40, 1234);
     zentrova_.WriteAllPending(true);
-    session_.TransactionDone(1);
+    session_.TransactionDone(LinkTransaction::Poll);
     EXPECT_EQ(zentrova_.ParamValue(40), before);
     zentrova_.WriteAllPending(false);
-    session_.TransactionDone(1); // the addressing mode is 0 before any connection
+    session_.TransactionDone(LinkTransaction::Poll); // the addressing mode is 0 before any connection
     EXPECT_EQ(zentrova_.ParamValue(40), 1234);
 }
 
 TEST_F(LinkSessionTest, KeepsARowWithAPendingWriteFromThePoll) {
     const std::int32_t before = zentrova_.ParamValue(40);
-    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200);
-    session_.Mbaxp1().RegisterValue(1, 40, 1234);
+    session_.Mbaxp1().DefineReadRegisters(LinkTransaction::Poll, 1, 0, 95, 200);
+    session_.Mbaxp1().RegisterValue(LinkTransaction::Poll, 40, 1234);
     zentrova_.ParamWritePending(40, true);
-    session_.TransactionDone(1);
+    session_.TransactionDone(LinkTransaction::Poll);
     EXPECT_EQ(zentrova_.ParamValue(40), before);
 }
 
@@ -260,25 +260,26 @@ TEST_F(LinkSessionTest, ReadsWordsAsTheirRowsAreSigned) {
     while (!zentrova_.ParamSigned(signedRow)) {
         ++signedRow;
     }
-    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200);
-    session_.Mbaxp1().RegisterValue(1, signedRow, -2);
-    session_.Mbaxp1().RegisterValue(1, ParamDefines::TransmitDelayLow, -2);
-    session_.TransactionDone(1);
+    session_.Mbaxp1().DefineReadRegisters(LinkTransaction::Poll, 1, 0, 95, 200);
+    session_.Mbaxp1().RegisterValue(LinkTransaction::Poll, signedRow, -2);
+    session_.Mbaxp1().RegisterValue(LinkTransaction::Poll, ParamDefines::TransmitDelayLow, -2);
+    session_.TransactionDone(LinkTransaction::Poll);
     EXPECT_EQ(zentrova_.ParamValue(signedRow), -2);
     EXPECT_EQ(zentrova_.ParamValue(ParamDefines::TransmitDelayLow), 65534);
 }
 
 TEST_F(LinkSessionTest, LeavesParameter0AsItIs) {
     zentrova_.ParamUpdate(0, 77);
-    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200);
-    session_.TransactionDone(1);
+    session_.Mbaxp1().DefineReadRegisters(LinkTransaction::Poll, 1, 0, 95, 200);
+    session_.TransactionDone(LinkTransaction::Poll);
     EXPECT_EQ(zentrova_.ParamValue(0), 77);
 }
 
 TEST_F(LinkSessionTest, GivesTheLastRow0InAddressingMode0) {
     zentrova_.ParamUpdate(95, 77);
-    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200); // its word would be one past the buffer
-    session_.TransactionDone(1);
+    session_.Mbaxp1().DefineReadRegisters(LinkTransaction::Poll, 1, 0, 95,
+                                          200); // its word would be one past the buffer
+    session_.TransactionDone(LinkTransaction::Poll);
     EXPECT_EQ(zentrova_.ParamValue(95), 0);
 }
 
@@ -293,20 +294,20 @@ TEST_F(LinkSessionTest, ThePollOfASensorThatNumbersItsRegistersOtherwiseIsNotTak
     for (const Row &row : {Row{"01 03 02 00 46", 0x5555, 70}, Row{"01 03 02 55 55", 70, 0x5555}}) {
         SCOPED_TRACE(row.probeReply);
         line_.Answer(WithCrc(row.probeReply));
-        session_.GoOnline(1);
-        EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
+        session_.GoOnline(ConnectPrompt::Skip);
+        EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); }));
         Mbaxp &master = session_.Mbaxp1();
-        master.StopCyclic(1);
+        master.StopCyclic(LinkTransaction::Poll);
         zentrova_.ParamUpdate(40, 77);
         told_.clear();
-        master.RegisterValue(1, 40 - session_.AddressingMode(), 1234);
-        master.RegisterValue(1, 69, row.markOfTheOther);
-        session_.TransactionDone(1);
+        master.RegisterValue(LinkTransaction::Poll, 40 - session_.AddressingMode(), 1234);
+        master.RegisterValue(LinkTransaction::Poll, 69, row.markOfTheOther);
+        session_.TransactionDone(LinkTransaction::Poll);
         EXPECT_EQ(zentrova_.ParamValue(40), 77);
         EXPECT_EQ(told_, (Told{good, anotherSensor, "refresh"})) << "no first read either";
-        master.RegisterValue(1, 69, row.markOfItsOwn);
+        master.RegisterValue(LinkTransaction::Poll, 69, row.markOfItsOwn);
         told_.clear();
-        session_.TransactionDone(1);
+        session_.TransactionDone(LinkTransaction::Poll);
         EXPECT_EQ(zentrova_.ParamValue(40), 1234) << "the sensor of before is back";
         EXPECT_EQ(told_, (Told{good, "first read", "refresh"}));
         session_.GoOffline();
@@ -315,10 +316,10 @@ TEST_F(LinkSessionTest, ThePollOfASensorThatNumbersItsRegistersOtherwiseIsNotTak
 
 TEST_F(LinkSessionTest, NothingIsWrittenToAnotherSensor) {
     line_.Answer(WithCrc("01 03 02 55 55"));
-    session_.GoOnline(1);
-    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
-    session_.Mbaxp1().StopCyclic(1);
-    session_.TransactionDone(1); // without the mark
+    session_.GoOnline(ConnectPrompt::Skip);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); }));
+    session_.Mbaxp1().StopCyclic(LinkTransaction::Poll);
+    session_.TransactionDone(LinkTransaction::Poll); // without the mark
     const std::size_t before = line_.Requests().size();
     told_.clear();
     dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
@@ -338,21 +339,21 @@ TEST_F(LinkSessionTest, NothingIsWrittenToAnotherSensor) {
     line_.Answer(WithCrc("01 03 02 00 46"));
     line_.AnswerAlways(PollReply());
     told_.clear();
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
     EXPECT_EQ(zentrova_.ParamValue(40), 40);
 }
 
 TEST_F(LinkSessionTest, ThePollFollowsAnAddressingModeThatTheUserWrites) {
     line_.Answer(WithCrc("01 03 02 55 55"));
-    session_.GoOnline(1);
-    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
-    session_.Mbaxp1().StopCyclic(1);
+    session_.GoOnline(ConnectPrompt::Skip);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); }));
+    session_.Mbaxp1().StopCyclic(LinkTransaction::Poll);
     zentrova_.ParamUpdate(ParamDefines::AddressingMode, 1);
     session_.Mbaxp1().Tag(QStringLiteral("68"));
-    session_.TransactionDone(0);
+    session_.TransactionDone(LinkTransaction::SingleWrite);
     told_.clear();
-    session_.TransactionDone(1); // no mark there: as it must be in mode 1
+    session_.TransactionDone(LinkTransaction::Poll); // no mark there: as it must be in mode 1
     EXPECT_FALSE(WasTold(anotherSensor));
 }
 
@@ -367,7 +368,7 @@ TEST_F(LinkSessionTest, MarksThatAClosedPortHasLeftAreClearedAsTheNextConnectBeg
     EXPECT_TRUE(zentrova_.WriteAllPending());
     line_.Answer(WithCrc("01 03 02 00 46"));
     line_.AnswerAlways(PollReply());
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     EXPECT_FALSE(zentrova_.ParamWritePending(40));
     EXPECT_FALSE(zentrova_.WriteAllPending());
     EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
@@ -378,23 +379,23 @@ TEST_F(LinkSessionTest, AConnectThatFailsLeavesTheMarks) {
     zentrova_.WriteAllPending(true);
     device_ = QStringLiteral("/dev/there-is-no-such-port");
     dialogs_.ExpectTextWith(QStringLiteral("Error 47"), BoxIcon::Exclamation);
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     EXPECT_TRUE(zentrova_.WriteAllPending());
 }
 
 TEST_F(LinkSessionTest, ADownloadThatAReconnectHasEndedHoldsNoValuesBack) {
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     zentrova_.WriteAllPending(true);
     zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 1);
     session_.Mbaxp1().Tag(QString::number(ParamDefines::NetworkAddress));
-    session_.TransactionDone(0);
+    session_.TransactionDone(LinkTransaction::SingleWrite);
     EXPECT_FALSE(zentrova_.WriteAllPending());
 }
 
 TEST_F(LinkSessionTest, SaysWhyNoValuesAreReadAfterAFileThatFailed) {
     line_.Answer(WithCrc("01 03 02 00 46"));
     line_.AnswerAlways(PollReply());
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
     zentrova_.WriteAllPending(true); // as a damaged file leaves it
     told_.clear();
@@ -406,13 +407,13 @@ TEST_F(LinkSessionTest, SaysWhyNoValuesAreReadAfterAFileThatFailed) {
 }
 
 TEST_F(LinkSessionTest, SaysNothingOfValuesThatADownloadOnTheWayHoldsBack) {
-    session_.GoOnline(1);
-    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200);
+    session_.GoOnline(ConnectPrompt::Skip);
+    session_.Mbaxp1().DefineReadRegisters(LinkTransaction::Poll, 1, 0, 95, 200);
     zentrova_.WriteAllPending(true);
     session_.DefineDownload();
     session_.StartDownload();
     told_.clear();
-    session_.TransactionDone(1);
+    session_.TransactionDone(LinkTransaction::Poll);
     EXPECT_EQ(told_, (Told{good, "first read", "refresh"}));
 }
 
@@ -474,7 +475,7 @@ TEST_F(LinkSessionTest, ASingleWriteDuringAPendingDownloadIsAllowed) {
 
 TEST_F(LinkSessionTest, SavingADeadSensorBehindAnEchoingAdapterFails) {
     line_.GiveBack(true);
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     zentrova_.ParamUpdate(ParamDefines::SaveCommand, 0);
     dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
     zentrova_.ParamValue(ParamDefines::SaveCommand, 1);
@@ -498,7 +499,7 @@ TEST_F(LinkSessionTest, FailedWriteKeepsTheValueAndSaysSoOnce) {
 TEST_F(LinkSessionTest, SaysWhenTheSensorHasSaved) {
     PretendWritten(1, 1);
     dialogs_.ExpectNotice(QStringLiteral("Parameters saved successfully!"));
-    session_.TransactionDone(0);
+    session_.TransactionDone(LinkTransaction::SingleWrite);
     EXPECT_FALSE(zentrova_.ParamWritePending(1));
     EXPECT_EQ(told_, (Told{good, "refresh"}));
 }
@@ -507,26 +508,26 @@ TEST_F(LinkSessionTest, ClearsTheMarkBeforeTheBox) {
     PretendWritten(1, 1);
     dialogs_.Expect(QStringLiteral("Parameters saved successfully!"), BoxIcon::Exclamation, BoxButtons::Ok,
                     BoxAnswer::Ok, [this] { EXPECT_FALSE(zentrova_.ParamWritePending(1)); });
-    session_.TransactionDone(0);
+    session_.TransactionDone(LinkTransaction::SingleWrite);
 }
 
 TEST_F(LinkSessionTest, ReconnectsWithTheSettingsThatTheSensorTook) {
     for (const std::int16_t tag :
          {ParamDefines::NetworkAddress, ParamDefines::BaudRateCode, ParamDefines::ParityStopCode}) {
-        session_.GoOnline(1);
+        session_.GoOnline(ConnectPrompt::Skip);
         zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 9);
         zentrova_.ParamUpdate(ParamDefines::BaudRateCode, 3);
         zentrova_.ParamUpdate(ParamDefines::ParityStopCode, 2);
         session_.Mbaxp1().Tag(QString::number(tag));
-        session_.TransactionDone(0);
+        session_.TransactionDone(LinkTransaction::SingleWrite);
         EXPECT_EQ(session_.ModbusAddress(), 9);
         EXPECT_EQ(session_.BaudRate(), 3);
         EXPECT_EQ(session_.ParityStop(), 2);
         EXPECT_EQ(session_.Mbaxp1().BaudCode(), 7);
         EXPECT_EQ(session_.Mbaxp1().ParityCode(), 2);
         EXPECT_TRUE(session_.PortIsOpen());
-        EXPECT_TRUE(session_.Mbaxp1().TransactionBusy(1));
-        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(3));
+        EXPECT_TRUE(session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll));
+        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(LinkTransaction::AddressingProbe));
         const std::size_t before = line_.Requests().size();
         EXPECT_TRUE(WaitUntil([&] { return line_.Requests().size() > before; }));
         EXPECT_EQ(line_.Requests().back(), WithCrc("09 03 00 00 00 5F"));
@@ -539,11 +540,11 @@ TEST_F(LinkSessionTest, ReconnectsWithTheSettingsThatTheSensorTook) {
 }
 
 TEST_F(LinkSessionTest, AReconnectThatFailsShowsNoBoxAndSaysThatChangesStayHere) {
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     device_ = QStringLiteral("/dev/there-is-no-such-port");
     told_.clear();
     session_.Mbaxp1().Tag(QStringLiteral("66"));
-    session_.TransactionDone(0);
+    session_.TransactionDone(LinkTransaction::SingleWrite);
     EXPECT_FALSE(session_.PortIsOpen());
     EXPECT_EQ(told_, (Told{good,
                            "status Communication Status: The port couldn't be opened again: changes stay in "
@@ -555,21 +556,21 @@ TEST_F(LinkSessionTest, TakesANewAddressingModeOnceConfirmed) {
     zentrova_.ParamUpdate(ParamDefines::AddressingMode, 1);
     session_.Mbaxp1().Tag(QStringLiteral("68"));
     EXPECT_EQ(session_.AddressingMode(), 0);
-    session_.TransactionDone(0);
+    session_.TransactionDone(LinkTransaction::SingleWrite);
     EXPECT_EQ(session_.AddressingMode(), 1);
     zentrova_.ParamUpdate(ParamDefines::AddressingMode, 256);
-    EXPECT_THROW(session_.TransactionDone(0), Fault);
+    EXPECT_THROW(session_.TransactionDone(LinkTransaction::SingleWrite), Fault);
 }
 
 TEST_F(LinkSessionTest, GoesOfflineWhenTheSensorEntersItsBootLoader) {
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     told_.clear();
     session_.Mbaxp1().Tag(QStringLiteral("3"));
     zentrova_.ParamUpdate(3, 0);
-    session_.TransactionDone(0);
+    session_.TransactionDone(LinkTransaction::SingleWrite);
     EXPECT_TRUE(session_.PortIsOpen());
     zentrova_.ParamUpdate(3, 99);
-    session_.TransactionDone(0);
+    session_.TransactionDone(LinkTransaction::SingleWrite);
     EXPECT_FALSE(session_.PortIsOpen());
     EXPECT_EQ(told_,
               (Told{good, "refresh", good, "offline", "status Communication Status: Offline", "refresh"}));
@@ -586,9 +587,9 @@ TEST_F(LinkSessionTest, WritesTheWholeTableOnAWriteConnect) {
     dialogs_.Expect(QStringLiteral("Parameters downloaded successfully!"), BoxIcon::Exclamation,
                     BoxButtons::Ok, BoxAnswer::Ok, [this] {
                         EXPECT_FALSE(zentrova_.WriteAllPending());
-                        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(1));
+                        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll));
                     });
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 3; }));
     const QByteArray &download = line_.Requests()[1];
     EXPECT_EQ(download.first(7), Hex("01 10 00 00 00 5F BE"));
@@ -607,7 +608,7 @@ TEST_F(LinkSessionTest, DownloadsNoCommandThatTheTableHolds) {
     zentrova_.ParamUpdate(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
     zentrova_.ParamUpdate(ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader);
     line_.Answer(WithCrc("01 03 02 00 46"));
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 2; }));
     const QByteArray &download = line_.Requests()[1];
     EXPECT_EQ(download.mid(7, 2), Hex("00 00"));
@@ -620,7 +621,7 @@ TEST_F(LinkSessionTest, DownloadsNoCommandThatTheTableHolds) {
 TEST_F(LinkSessionTest, WritesFromAddress1InAddressingMode0) {
     choice_ = ConnectChoice::Write;
     line_.Answer(WithCrc("01 03 02 55 55"));
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 2; }));
     EXPECT_EQ(line_.Requests()[1].first(7), Hex("01 10 00 01 00 5F BE"));
     EXPECT_TRUE(zentrova_.WriteAllPending());
@@ -628,18 +629,18 @@ TEST_F(LinkSessionTest, WritesFromAddress1InAddressingMode0) {
 }
 
 TEST_F(LinkSessionTest, AfterADownloadFollowsTheTablesCommunicationSettings) {
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     zentrova_.WriteAllPending(true);
     zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 17);
     zentrova_.ParamUpdate(ParamDefines::BaudRateCode, 2);
     zentrova_.ParamUpdate(ParamDefines::AddressingMode, 1);
     dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
-    session_.TransactionDone(4);
+    session_.TransactionDone(LinkTransaction::Download);
     EXPECT_EQ(session_.ModbusAddress(), 17);
     EXPECT_EQ(session_.BaudRate(), 2);
     EXPECT_EQ(session_.AddressingMode(), 1);
     EXPECT_FALSE(zentrova_.WriteAllPending());
-    EXPECT_TRUE(session_.Mbaxp1().TransactionBusy(1));
+    EXPECT_TRUE(session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll));
 }
 
 TEST_F(LinkSessionTest, FailedDownloadSaysSoAndPollsWithoutAReconnect) {
@@ -651,9 +652,9 @@ TEST_F(LinkSessionTest, FailedDownloadSaysSoAndPollsWithoutAReconnect) {
     dialogs_.Expect(QStringLiteral("Error downloading Parameters"), BoxIcon::Exclamation, BoxButtons::Ok,
                     BoxAnswer::Ok, [this] { // the mark is cleared before the box, the poll comes behind it
                         EXPECT_FALSE(zentrova_.WriteAllPending());
-                        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(1));
+                        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll));
                     });
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
     EXPECT_EQ(session_.ModbusAddress(), 1);
     EXPECT_EQ(session_.AddressingMode(), 1);
@@ -661,26 +662,26 @@ TEST_F(LinkSessionTest, FailedDownloadSaysSoAndPollsWithoutAReconnect) {
 }
 
 TEST_F(LinkSessionTest, FailedDownloadOfAFileStartsNothing) {
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     zentrova_.WriteAllPending(true);
     dialogs_.ExpectNotice(QStringLiteral("Error downloading Parameters"));
-    session_.TransactionFailed(4, 10);
+    session_.TransactionFailed(LinkTransaction::Download, LinkStatus::Timeout);
     EXPECT_FALSE(zentrova_.WriteAllPending());
-    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(1));
+    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll));
 }
 
 TEST_F(LinkSessionTest, AnsweringReadTakesTheDownloadBack) {
     choice_ = ConnectChoice::Write;
     line_.AnswerNothing();
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     session_.GoOffline();
     choice_ = ConnectChoice::Read;
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     session_.GoOffline();
     line_.Answer(WithCrc("01 03 02 00 46"));
-    session_.GoOnline(1);
-    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
-    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(4));
+    session_.GoOnline(ConnectPrompt::Skip);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); }));
+    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(LinkTransaction::Download));
 }
 
 TEST_F(LinkSessionTest, ADownloadIsDoneOnceAlone) {
@@ -691,13 +692,13 @@ TEST_F(LinkSessionTest, ADownloadIsDoneOnceAlone) {
         line_.Answer(taken ? WithCrc("01 10 00 00 00 5F") : WithCrc("01 90 04"));
         dialogs_.ExpectNotice(taken ? QStringLiteral("Parameters downloaded successfully!")
                                     : QStringLiteral("Error downloading Parameters"));
-        session_.GoOnline(0);
+        session_.GoOnline(ConnectPrompt::Ask);
         EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
         session_.GoOffline();
         line_.Answer(WithCrc("01 03 02 00 46"));
-        session_.GoOnline(1);
-        EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
-        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(4));
+        session_.GoOnline(ConnectPrompt::Skip);
+        EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); }));
+        EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(LinkTransaction::Download));
         session_.GoOffline();
     }
 }
@@ -728,10 +729,10 @@ TEST_F(LinkSessionTest, ADownloadThatIsAskedForDuringAnotherFollowsIt) {
 }
 
 TEST_F(LinkSessionTest, ALinkThatIsClosedBehindTheBoxStaysClosed) {
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     dialogs_.Expect(QStringLiteral("Parameters downloaded successfully!"), BoxIcon::Exclamation,
                     BoxButtons::Ok, BoxAnswer::Ok, [this] { session_.GoOffline(); });
-    session_.TransactionDone(4);
+    session_.TransactionDone(LinkTransaction::Download);
     EXPECT_FALSE(session_.PortIsOpen());
 }
 
@@ -741,16 +742,16 @@ TEST_F(LinkSessionTest, ADownloadThatWasDoneIsNotWantedAgainThoughThePortIsClose
     line_.Answer(WithCrc("01 10 00 00 00 5F"));
     dialogs_.Expect(QStringLiteral("Parameters downloaded successfully!"), BoxIcon::Exclamation,
                     BoxButtons::Ok, BoxAnswer::Ok, [this] { session_.GoOffline(); });
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame() && !session_.PortIsOpen(); }));
     line_.Answer(WithCrc("01 03 02 00 46"));
-    session_.GoOnline(1);
-    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
-    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(4));
+    session_.GoOnline(ConnectPrompt::Skip);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); }));
+    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(LinkTransaction::Download));
 }
 
 TEST_F(LinkSessionTest, AWriteToAnAddressThatNoSensorHasFailsLikeAnyOther) {
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     session_.ModbusAddress(300);
     dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
     zentrova_.ParamValue(ParamDefines::NearDistance, 1500);
@@ -761,7 +762,7 @@ TEST_F(LinkSessionTest, AWriteToAnAddressThatNoSensorHasFailsLikeAnyOther) {
 }
 
 TEST_F(LinkSessionTest, ADownloadToAnAddressThatNoSensorHasFailsLikeAnyOther) {
-    session_.GoOnline(1);
+    session_.GoOnline(ConnectPrompt::Skip);
     session_.ModbusAddress(300);
     dialogs_.ExpectNotice(QStringLiteral("Error downloading Parameters"));
     zentrova_.WriteAllPending(true);
@@ -776,24 +777,24 @@ TEST_F(LinkSessionTest, ADownloadToAnAddressThatNoSensorHasFailsLikeAnyOther) {
 TEST_F(LinkSessionTest, DropsTheWishToDownloadWhereItIsToldTo) {
     choice_ = ConnectChoice::Write;
     line_.AnswerNothing();
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     session_.GoOffline();
     line_.Answer(WithCrc("01 03 02 00 46"));
     session_.ReadOnConnect();
-    session_.GoOnline(1);
-    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(1); }));
-    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(4));
+    session_.GoOnline(ConnectPrompt::Skip);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); }));
+    EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(LinkTransaction::Download));
     session_.GoOffline();
 }
 
 TEST_F(LinkSessionTest, KeepsTheDirectionForAConnectWithoutAQuestion) {
     choice_ = ConnectChoice::Write;
     line_.AnswerNothing();
-    session_.GoOnline(0);
+    session_.GoOnline(ConnectPrompt::Ask);
     session_.GoOffline();
     line_.Answer(WithCrc("01 03 02 00 46"));
-    session_.GoOnline(1);
-    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(4); }));
+    session_.GoOnline(ConnectPrompt::Skip);
+    EXPECT_TRUE(WaitUntil([this] { return session_.Mbaxp1().TransactionBusy(LinkTransaction::Download); }));
     session_.GoOffline();
 }
 

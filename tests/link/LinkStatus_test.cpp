@@ -47,12 +47,12 @@ const std::map<int, const char *> table = {
 TEST(LinkStatusTest, HasTheWordsOfEachCodeAndNoneForAnyOther) {
     for (int code = -10; code <= 300; ++code) {
         const auto row = table.find(code);
-        EXPECT_EQ(MbaxpErrorDesc(static_cast<std::int16_t>(code)),
+        EXPECT_EQ(MbaxpErrorDesc(static_cast<LinkStatus>(code)),
                   row == table.end() ? QString() : QString::fromLatin1(row->second))
             << code;
     }
-    EXPECT_EQ(MbaxpErrorDesc(-32768), QString());
-    EXPECT_EQ(MbaxpErrorDesc(32767), QString());
+    EXPECT_EQ(MbaxpErrorDesc(LinkStatus{-32768}), QString());
+    EXPECT_EQ(MbaxpErrorDesc(LinkStatus{32767}), QString());
 }
 
 } // namespace ztv

@@ -23,8 +23,8 @@ namespace ztv {
 namespace {
 
 constexpr std::int16_t timeoutMs = 100;
-constexpr std::int16_t once = 0;
-constexpr std::int16_t cycle = 1;
+constexpr LinkTransaction once = LinkTransaction::SingleWrite;
+constexpr LinkTransaction cycle = LinkTransaction::Poll;
 
 const QByteArray goodReply = WithCrc("01 03 04 00 01 00 02");
 const QByteArray nextReply = WithCrc("01 03 04 00 03 00 04");
@@ -38,18 +38,18 @@ double ProcessorSeconds() {
 
 class MbaxpTest : public testing::Test {
 protected:
-    using Event = std::pair<int, int>; // transaction, status (0: done)
+    using Event = std::pair<LinkTransaction, int>; // with the code of its status (0: done)
 
     MbaxpTest() {
-        QObject::connect(&master_, &Mbaxp::TransactionDone, &master_, [this](std::int16_t transaction) {
+        QObject::connect(&master_, &Mbaxp::TransactionDone, &master_, [this](LinkTransaction transaction) {
             events_.emplace_back(transaction, 0);
             if (onEvent_) {
                 onEvent_();
             }
         });
         QObject::connect(&master_, &Mbaxp::TransactionFailed, &master_,
-                         [this](std::int16_t transaction, std::int16_t status) {
-                             events_.emplace_back(transaction, status);
+                         [this](LinkTransaction transaction, LinkStatus status) {
+                             events_.emplace_back(transaction, CodeOf(status));
                              if (onEvent_) {
                                  onEvent_();
                              }
@@ -62,7 +62,7 @@ protected:
     }
 
     // The outcome of one run.
-    int Run(std::int16_t transaction = once) {
+    int Run(LinkTransaction transaction = once) {
         events_.clear();
         master_.TriggerOnce(transaction);
         EXPECT_TRUE(WaitUntil([this] { return !events_.empty(); }));
@@ -104,11 +104,11 @@ TEST_F(MbaxpTest, WritesTheWordsOfItsBuffer) {
     DefineWrite();
     line_->Answer(goodEcho);
     EXPECT_EQ(Run(), 0);
-    EXPECT_TRUE(master_.DefineWriteRegisters(4, 1, 0, 2, 4000));
-    master_.RegisterValue(4, 0, -1);
-    master_.RegisterValue(4, 1, 300);
+    EXPECT_TRUE(master_.DefineWriteRegisters(LinkTransaction::Download, 1, 0, 2, 4000));
+    master_.RegisterValue(LinkTransaction::Download, 0, -1);
+    master_.RegisterValue(LinkTransaction::Download, 1, 300);
     line_->Answer(WithCrc("01 10 00 00 00 02"));
-    EXPECT_EQ(Run(4), 0);
+    EXPECT_EQ(Run(LinkTransaction::Download), 0);
     EXPECT_EQ(line_->Requests(), (std::vector<QByteArray>{WithCrc("01 06 00 05 00 07"),
                                                           WithCrc("01 10 00 00 00 02 04 FF FF 01 2C")}));
 }
@@ -573,11 +573,11 @@ TEST_F(MbaxpTest, TheEchoOfAWriteThatNobodyReceivedConfirmsNothing) {
     EXPECT_EQ(Run(), 12) << "the reply's echo of the value differs";
     line_->Answer({{goodEcho.first(3), 10}, {goodEcho.mid(3), 10}});
     EXPECT_EQ(Run(), 0);
-    EXPECT_TRUE(master_.DefineWriteRegisters(4, 1, 0, 2, 4000));
+    EXPECT_TRUE(master_.DefineWriteRegisters(LinkTransaction::Download, 1, 0, 2, 4000));
     line_->AnswerNothing();
-    EXPECT_EQ(Run(4), 10);
+    EXPECT_EQ(Run(LinkTransaction::Download), 10);
     line_->Answer(WithCrc("01 10 00 00 00 02"));
-    EXPECT_EQ(Run(4), 0);
+    EXPECT_EQ(Run(LinkTransaction::Download), 0);
 }
 
 TEST_F(MbaxpTest, AfterOpeningAReadGoesBeforeAWrite) {
@@ -664,14 +664,14 @@ protected:
     MbaxpTapTest() {
         QObject::connect(&master_.Tap(), &LineTap::FrameSeen, [this](const LineFrame &frame) {
             seen_.emplace_back(frame.kind, frame.bytes, frame.status);
-            transactions_.push_back(frame.transaction.value_or(-1));
+            transactions_.push_back(frame.transaction);
             times_.push_back(frame.time);
         });
     }
 
     const QByteArray request_ = WithCrc("01 03 00 00 00 02");
     std::vector<Seen> seen_;
-    std::vector<int> transactions_;
+    std::vector<std::optional<LinkTransaction>> transactions_;
     std::vector<std::chrono::system_clock::time_point> times_;
 };
 
@@ -680,7 +680,7 @@ TEST_F(MbaxpTapTest, ReportsARequestAndItsReplyWithVerdictAndTransaction) {
     EXPECT_EQ(Run(), 0);
     EXPECT_EQ(seen_, (std::vector<Seen>{{LineFrame::Kind::Request, request_, 0},
                                         {LineFrame::Kind::Reply, goodReply, 0}}));
-    EXPECT_EQ(transactions_, (std::vector<int>{once, once}));
+    EXPECT_EQ(transactions_, (std::vector<std::optional<LinkTransaction>>{once, once}));
     EXPECT_GE(times_[1] - times_[0], std::chrono::milliseconds(19));
     EXPECT_LE(times_[1], std::chrono::system_clock::now());
 }
@@ -818,15 +818,16 @@ TEST_F(MbaxpTest, AWriteThatTheDeviceRefusesIs14) {
 // Scheduling. ---------------------------------------------------------------------------------------
 
 TEST_F(MbaxpTest, OneShotsRunFirstInFirstOut) {
-    EXPECT_TRUE(master_.DefineReadRegisters(2, 1, 0, 2, 50));
-    EXPECT_TRUE(master_.DefineReadRegisters(3, 1, 0, 2, 50));
+    EXPECT_TRUE(master_.DefineReadRegisters(LinkTransaction::SearchProbe, 1, 0, 2, 50));
+    EXPECT_TRUE(master_.DefineReadRegisters(LinkTransaction::AddressingProbe, 1, 0, 2, 50));
     line_->AnswerAlways(goodReply);
-    for (const std::int16_t transaction : std::vector<std::int16_t>{3, 0, 2}) {
+    const LinkTransaction order[] = {LinkTransaction::AddressingProbe, once, LinkTransaction::SearchProbe};
+    for (const LinkTransaction transaction : order) {
         master_.TriggerOnce(transaction);
         EXPECT_TRUE(master_.TransactionBusy(transaction));
     }
     EXPECT_TRUE(WaitUntil([this] { return events_.size() == 3; }));
-    EXPECT_EQ(events_, (std::vector<Event>{{3, 0}, {0, 0}, {2, 0}}));
+    EXPECT_EQ(events_, (std::vector<Event>{{order[0], 0}, {order[1], 0}, {order[2], 0}}));
 }
 
 TEST_F(MbaxpTest, ARunThatWaitsAlreadyIsNotQueuedAgain) {
@@ -1054,14 +1055,14 @@ TEST_F(MbaxpTest, DefinitionsSurviveAClosedPort) {
 
 TEST_F(MbaxpTest, OpeningTwiceIsRefusedWith48) {
     EXPECT_FALSE(master_.OpenPort());
-    EXPECT_EQ(master_.LastError(), 48);
+    EXPECT_EQ(master_.LastError(), LinkStatus::AlreadyOpen);
 }
 
 TEST_F(MbaxpTest, APortThatIsNotThereIsRefusedWith47) {
     master_.ClosePort();
     device_ = QStringLiteral("/dev/there-is-no-such-port");
     EXPECT_FALSE(master_.OpenPort());
-    EXPECT_EQ(master_.LastError(), 47);
+    EXPECT_EQ(master_.LastError(), LinkStatus::OpenFailed);
     EXPECT_FALSE(master_.PortIsOpen());
 }
 
@@ -1073,43 +1074,43 @@ TEST_F(MbaxpTest, SettingsWaitForTheNextOpening) {
 }
 
 TEST_F(MbaxpTest, RunsNothingOnAClosedPortOrWithoutADefinition) {
-    master_.TriggerOnce(2);
-    EXPECT_EQ(master_.LastError(), 23);
-    EXPECT_FALSE(master_.TransactionBusy(2));
+    master_.TriggerOnce(LinkTransaction::SearchProbe);
+    EXPECT_EQ(master_.LastError(), LinkStatus::DataNotInitialized);
+    EXPECT_FALSE(master_.TransactionBusy(LinkTransaction::SearchProbe));
     master_.ClosePort();
     master_.StartCyclic(cycle);
-    EXPECT_EQ(master_.LastError(), 20);
+    EXPECT_EQ(master_.LastError(), LinkStatus::HandleError);
     EXPECT_FALSE(master_.TransactionBusy(cycle));
-    for (const int number : {-1, Mbaxp::TransactionCount}) {
-        master_.TriggerOnce(static_cast<std::int16_t>(number));
-        EXPECT_EQ(master_.LastError(), 22);
-        EXPECT_FALSE(master_.TransactionBusy(static_cast<std::int16_t>(number)));
+    for (const LinkTransaction number : {LinkTransaction{-1}, LinkTransaction{Mbaxp::TransactionCount}}) {
+        master_.TriggerOnce(number);
+        EXPECT_EQ(master_.LastError(), LinkStatus::IndexError);
+        EXPECT_FALSE(master_.TransactionBusy(number));
     }
 }
 
 TEST_F(MbaxpTest, RefusesADefinitionThatNoFrameHolds) {
-    EXPECT_TRUE(master_.DefineReadRegisters(2, 1, 0, 125, 1));
-    EXPECT_TRUE(master_.DefineWriteRegisters(2, 247, 0, 123, 1));
+    EXPECT_TRUE(master_.DefineReadRegisters(LinkTransaction::SearchProbe, 1, 0, 125, 1));
+    EXPECT_TRUE(master_.DefineWriteRegisters(LinkTransaction::SearchProbe, 247, 0, 123, 1));
     const std::vector<bool> results = {
-        master_.DefineReadRegisters(2, 1, 0, 126, 1),
-        master_.DefineReadRegisters(2, 1, 0, 0, 1),
-        master_.DefineWriteRegisters(2, 1, 0, 124, 1),
-        master_.DefineReadRegisters(2, 0, 0, 1, 1),
-        master_.DefineReadRegisters(2, 248, 0, 1, 1),
-        master_.DefineWriteRegister(2, 1, -1, 1),
-        master_.DefineReadRegisters(2, 1, 65535, 2, 1),
-        master_.DefineReadRegisters(2, 1, 2147483647, 2, 1),
-        master_.DefineReadRegisters(-1, 1, 0, 1, 1),
-        master_.DefineReadRegisters(Mbaxp::TransactionCount, 1, 0, 1, 1),
+        master_.DefineReadRegisters(LinkTransaction::SearchProbe, 1, 0, 126, 1),
+        master_.DefineReadRegisters(LinkTransaction::SearchProbe, 1, 0, 0, 1),
+        master_.DefineWriteRegisters(LinkTransaction::SearchProbe, 1, 0, 124, 1),
+        master_.DefineReadRegisters(LinkTransaction::SearchProbe, 0, 0, 1, 1),
+        master_.DefineReadRegisters(LinkTransaction::SearchProbe, 248, 0, 1, 1),
+        master_.DefineWriteRegister(LinkTransaction::SearchProbe, 1, -1, 1),
+        master_.DefineReadRegisters(LinkTransaction::SearchProbe, 1, 65535, 2, 1),
+        master_.DefineReadRegisters(LinkTransaction::SearchProbe, 1, 2147483647, 2, 1),
+        master_.DefineReadRegisters(LinkTransaction{-1}, 1, 0, 1, 1),
+        master_.DefineReadRegisters(LinkTransaction{Mbaxp::TransactionCount}, 1, 0, 1, 1),
     };
     EXPECT_EQ(results, std::vector<bool>(results.size(), false));
-    EXPECT_EQ(master_.LastError(), 22);
+    EXPECT_EQ(master_.LastError(), LinkStatus::IndexError);
 }
 
 TEST_F(MbaxpTest, ARefusedDefinitionLeavesNoneBehind) {
     EXPECT_FALSE(master_.DefineReadRegisters(once, 300, 0, 2, 1));
     master_.TriggerOnce(once);
-    EXPECT_EQ(master_.LastError(), 23);
+    EXPECT_EQ(master_.LastError(), LinkStatus::DataNotInitialized);
     EXPECT_FALSE(master_.TransactionBusy(once));
 }
 
@@ -1117,7 +1118,7 @@ TEST_F(MbaxpTest, OpensForSerialRtuAlone) {
     master_.ClosePort();
     master_.LineModeB(0);
     EXPECT_FALSE(master_.OpenPort());
-    EXPECT_EQ(master_.LastError(), 46);
+    EXPECT_EQ(master_.LastError(), LinkStatus::ProtocolModeRefused);
     master_.LineModeB(1);
     EXPECT_TRUE(master_.OpenPort());
 }
@@ -1125,7 +1126,7 @@ TEST_F(MbaxpTest, OpensForSerialRtuAlone) {
 TEST_F(MbaxpTest, ABufferReads0WhereNothingWasSet) {
     EXPECT_EQ(master_.RegisterValue(once, 2), 0); // one past its end
     EXPECT_EQ(master_.RegisterValue(once, -1), 0);
-    EXPECT_EQ(master_.RegisterValue(99, 0), 0);
+    EXPECT_EQ(master_.RegisterValue(LinkTransaction{99}, 0), 0);
     line_->Answer(goodReply);
     EXPECT_EQ(Run(), 0);
     EXPECT_EQ(master_.RegisterValue(once, 2), 0);
@@ -1143,9 +1144,9 @@ TEST_F(MbaxpTest, ABufferKeepsItsWordsThroughADefinition) {
 
 TEST_F(MbaxpTest, SettingAWordOutsideTheBufferIsAnIndexError) {
     master_.RegisterValue(once, 2, 5);
-    EXPECT_EQ(master_.LastError(), 22);
+    EXPECT_EQ(master_.LastError(), LinkStatus::IndexError);
     master_.RegisterValue(once, -1, 5);
-    master_.RegisterValue(77, 0, 5);
+    master_.RegisterValue(LinkTransaction{77}, 0, 5);
     EXPECT_EQ(master_.RegisterValue(once, 2), 0);
 }
 

@@ -47,7 +47,7 @@ void ExpectFailsAtEnd(const Request &request, const QByteArray &received, int st
     EXPECT_EQ(Judge(request, received).kind, Kind::NeedMore);
     const Verdict verdict = JudgeAtEnd(request, received);
     EXPECT_EQ(verdict.kind, Kind::Failed);
-    EXPECT_EQ(verdict.status, status);
+    EXPECT_EQ(CodeOf(verdict.status), status);
 }
 
 } // namespace
@@ -108,9 +108,9 @@ TEST(Judge, PassesExceptionCodesOneToSevenThrough) {
         reply.append(static_cast<char>(code));
         const Verdict verdict = Judge(twoRegisters, WithCrc(reply));
         EXPECT_EQ(verdict.kind, Kind::Failed);
-        EXPECT_EQ(verdict.status, code >= 1 && code <= 7 ? code : 12) << code;
+        EXPECT_EQ(CodeOf(verdict.status), code >= 1 && code <= 7 ? code : 12) << code;
     }
-    EXPECT_EQ(Judge(Read(0x11, 0, 1), Hex("11 83 02 C1 34")).status, 2);
+    EXPECT_EQ(Judge(Read(0x11, 0, 1), Hex("11 83 02 C1 34")).status, LinkStatus::IllegalDataAddress);
 }
 
 TEST(Judge, FindsTheReplyBehindGarbage) {
@@ -157,7 +157,7 @@ TEST(JudgeAtEnd, ReportsABadCrc) {
         damaged[at] = static_cast<char>(damaged[at] ^ 0x40);
         const Verdict verdict = JudgeAtEnd(twoRegisters, damaged);
         EXPECT_EQ(verdict.kind, Kind::Failed);
-        EXPECT_EQ(verdict.status, 11) << at;
+        EXPECT_EQ(verdict.status, LinkStatus::CrcError) << at;
     }
 }
 
@@ -213,7 +213,7 @@ TEST(JudgeAtEnd, KeepsTheCrcErrorOfADamagedLongReply) {
     for (qsizetype at = 0; at < reply.size(); ++at) {
         QByteArray damaged = reply;
         damaged[at] = static_cast<char>(damaged[at] ^ 0x08);
-        EXPECT_EQ(JudgeAtEnd(request, damaged).status, 11) << at;
+        EXPECT_EQ(JudgeAtEnd(request, damaged).status, LinkStatus::CrcError) << at;
     }
 }
 

@@ -20,8 +20,8 @@ protected:
         QObject::connect(&line_, &SerialLine::HungUp, [this] { ++hangUps_; });
     }
 
-    std::int16_t Open(Parity parity = Parity::None, StopBits stopBits = StopBits::Two,
-                      int bitsPerSecond = 38400) {
+    LinkStatus Open(Parity parity = Parity::None, StopBits stopBits = StopBits::Two,
+                    int bitsPerSecond = 38400) {
         return line_.Open(
             {.device = far_.Path(), .bitsPerSecond = bitsPerSecond, .parity = parity, .stopBits = stopBits});
     }

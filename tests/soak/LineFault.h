@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/LinkStatus.h"
+
 #include <QByteArray>
 #include <array>
 #include <cstdint>
@@ -36,36 +38,36 @@ enum class LineFault {
 // One row a fault, in the order of the codes.
 struct LineFaultRow {
     const char *name;
-    int weight;          // among the rounds of the poll
-    bool strikesWrites;  // it is one of a write as well
-    std::int16_t status; // what the host must report of it; 0: a good transaction
+    int weight;         // among the rounds of the poll
+    bool strikesWrites; // it is one of a write as well
+    LinkStatus status;  // what the host must report of it
 };
 
-inline constexpr std::int16_t TheExceptionsCode = -1; // as a status: the code that the exception had
+inline constexpr LinkStatus TheExceptionsCode{-1}; // as a status: the code that the exception had
 
 inline constexpr std::array LineFaultTable = {
-    LineFaultRow{"none", 0, true, 0},
-    LineFaultRow{"request lost", 2, true, 10},
-    LineFaultRow{"request damaged", 2, true, 10},
-    LineFaultRow{"reply lost", 4, true, 10},
-    LineFaultRow{"reply damaged, 1 to 3 bits", 6, true, 11},
-    LineFaultRow{"reply cut short", 3, true, 13},
-    LineFaultRow{"reply in pieces", 4, true, 0},
-    LineFaultRow{"reply slow", 2, true, 0},
-    LineFaultRow{"reply late, between two requests", 1, false, 10},
-    LineFaultRow{"reply late, in front of the next", 1, false, 10},
-    LineFaultRow{"reply late, instead of the next", 1, false, 10},
-    LineFaultRow{"garbage in front", 6, true, 0},
-    LineFaultRow{"garbage behind", 6, true, 0},
-    LineFaultRow{"foreign frame in front", 6, true, 0},
-    LineFaultRow{"foreign frame behind", 4, true, 0},
-    LineFaultRow{"foreign frame instead", 1, true, 12},
-    LineFaultRow{"reply twice", 6, true, 0},
+    LineFaultRow{"none", 0, true, LinkStatus::NoError},
+    LineFaultRow{"request lost", 2, true, LinkStatus::Timeout},
+    LineFaultRow{"request damaged", 2, true, LinkStatus::Timeout},
+    LineFaultRow{"reply lost", 4, true, LinkStatus::Timeout},
+    LineFaultRow{"reply damaged, 1 to 3 bits", 6, true, LinkStatus::CrcError},
+    LineFaultRow{"reply cut short", 3, true, LinkStatus::MissingBytes},
+    LineFaultRow{"reply in pieces", 4, true, LinkStatus::NoError},
+    LineFaultRow{"reply slow", 2, true, LinkStatus::NoError},
+    LineFaultRow{"reply late, between two requests", 1, false, LinkStatus::Timeout},
+    LineFaultRow{"reply late, in front of the next", 1, false, LinkStatus::Timeout},
+    LineFaultRow{"reply late, instead of the next", 1, false, LinkStatus::Timeout},
+    LineFaultRow{"garbage in front", 6, true, LinkStatus::NoError},
+    LineFaultRow{"garbage behind", 6, true, LinkStatus::NoError},
+    LineFaultRow{"foreign frame in front", 6, true, LinkStatus::NoError},
+    LineFaultRow{"foreign frame behind", 4, true, LinkStatus::NoError},
+    LineFaultRow{"foreign frame instead", 1, true, LinkStatus::UnexpectedResponse},
+    LineFaultRow{"reply twice", 6, true, LinkStatus::NoError},
     LineFaultRow{"exception 1 to 7", 4, true, TheExceptionsCode},
-    LineFaultRow{"exception above 7", 2, true, 12},
-    LineFaultRow{"hang-up before the reply", 1, true, 15},
-    LineFaultRow{"hang-up within the reply", 1, true, 15},
-    LineFaultRow{"hang-up behind the reply", 1, false, 0},
+    LineFaultRow{"exception above 7", 2, true, LinkStatus::UnexpectedResponse},
+    LineFaultRow{"hang-up before the reply", 1, true, LinkStatus::ReadError},
+    LineFaultRow{"hang-up within the reply", 1, true, LinkStatus::ReadError},
+    LineFaultRow{"hang-up behind the reply", 1, false, LinkStatus::NoError},
 };
 
 inline const LineFaultRow &RowOf(LineFault fault) {

@@ -45,7 +45,7 @@ constexpr int reconnectEvery = 2500;
 constexpr std::int16_t countsBegunAnew = 30000; // one that passes 32767 ends the program
 constexpr int longestSilenceMs = 20000;
 
-constexpr std::int16_t good = LinkStatus::NoError;
+constexpr LinkStatus good = LinkStatus::NoError;
 
 struct Options {
     int rounds = roundsForEachFault;
@@ -110,28 +110,28 @@ private:
     // One round of the poll, from the outcome of the one before it.
     struct Round {
         LineFault fault = LineFault::None;
-        std::int16_t status = good; // what must come of it
-        QByteArray reply;           // the sensor's own
+        LinkStatus status = good; // what must come of it
+        QByteArray reply;         // the sensor's own
         bool requested = false;
         qint64 repliedMs = -1; // when it went to the host
     };
 
     void OnRequest(const QByteArray &request);
     void OnReply(const QByteArray &reply);
-    void OnPolled(std::int16_t status);
+    void OnPolled(LinkStatus status);
     void OnStatus(const QString &text);
-    void OnWritten(std::int16_t status);
+    void OnWritten(LinkStatus status);
     void TreatPoll(const QByteArray &request);
     void TreatWrite(const QByteArray &request);
     LineFault NextPollFault();
     bool CanStrike(LineFault fault) const;
-    std::int16_t Plan(LineFault fault);
+    LinkStatus Plan(LineFault fault);
     void ForwardRequest(const QByteArray &request, LineFault fault);
     void ForwardReply(const QByteArray &reply, LineFault fault);
     void ChangeSensor();
     void CheckTable();
     void CheckCounts();
-    void CheckScreen(std::int16_t status);
+    void CheckScreen(LinkStatus status);
     void Write();
     bool IsCalm() const { return !owed_ && next_ == Next::Any && line_->IsPlugged(); }
     void SendLate(int milliseconds, const QByteArray &reply);
@@ -161,8 +161,8 @@ private:
     double usualMs_ = 0;
     qint64 roundBeganMs_ = 0;
     LineFault writeFault_ = LineFault::None;
-    std::optional<std::int16_t> writeStatus_; // while one is on the line
-    qint64 writeRepliedMs_ = -1;              // when its reply went to the host
+    std::optional<LinkStatus> writeStatus_; // while one is on the line
+    qint64 writeRepliedMs_ = -1;            // when its reply went to the host
     bool probing_ = false;
     bool asWrite_ = false; // whose reply the sensor sends
     int pulledRounds_ = 0;
@@ -230,7 +230,7 @@ void SoakTest::Begin(const Options &options) {
                      [this](const QString &text) { OnStatus(text); });
     // Behind the session's own handlers: what they did is there.
     Mbaxp &master = form_->Link().Mbaxp1();
-    QObject::connect(&master, &Mbaxp::TransactionDone, form_.get(), [this](std::int16_t transaction) {
+    QObject::connect(&master, &Mbaxp::TransactionDone, form_.get(), [this](LinkTransaction transaction) {
         if (transaction == LinkTransaction::Poll) {
             OnPolled(good);
         } else if (transaction == LinkTransaction::SingleWrite) {
@@ -241,7 +241,7 @@ void SoakTest::Begin(const Options &options) {
         }
     });
     QObject::connect(&master, &Mbaxp::TransactionFailed, form_.get(),
-                     [this](std::int16_t transaction, std::int16_t status) {
+                     [this](LinkTransaction transaction, LinkStatus status) {
                          if (transaction == LinkTransaction::Poll) {
                              OnPolled(status);
                          } else if (transaction == LinkTransaction::SingleWrite) {
@@ -321,12 +321,12 @@ bool SoakTest::CanStrike(LineFault fault) const {
     }
 }
 
-std::int16_t SoakTest::Plan(LineFault fault) {
-    const std::int16_t status = RowOf(fault).status;
+LinkStatus SoakTest::Plan(LineFault fault) {
+    const LinkStatus status = RowOf(fault).status;
     sensor_->Faults().exception = 0;
     if (fault == LineFault::Exception) {
         sensor_->Faults().exception = damage_->Between(1, 7);
-        return static_cast<std::int16_t>(sensor_->Faults().exception);
+        return static_cast<LinkStatus>(sensor_->Faults().exception);
     }
     if (fault == LineFault::ExceptionBeyond) {
         sensor_->Faults().exception = damage_->Between(8, 255);
@@ -509,10 +509,10 @@ void SoakTest::SendLate(int milliseconds, const QByteArray &reply) {
     });
 }
 
-void SoakTest::OnPolled(std::int16_t status) {
+void SoakTest::OnPolled(LinkStatus status) {
     ++rounds_;
     const bool pulled = !round_.requested;
-    std::int16_t wanted = pulled ? LinkStatus::ReadError : round_.status;
+    LinkStatus wanted = pulled ? LinkStatus::ReadError : round_.status;
     const qint64 took = Now() - roundBeganMs_;
     bool stalled = false;
     if (pulled) {
@@ -598,7 +598,7 @@ void SoakTest::CheckTable() {
 }
 
 // After a good poll the value that came is there, after another the one of before.
-void SoakTest::CheckScreen(std::int16_t status) {
+void SoakTest::CheckScreen(LinkStatus status) {
     const QString word = status == good ? QStringLiteral(" Online") : MbaxpErrorDesc(status);
     EXPECT_EQ(Ui().Text("StatusText").toStdString(),
               (QStringLiteral("Communication Status: ") + word).toStdString());
@@ -637,9 +637,9 @@ void SoakTest::OnStatus(const QString &text) {
     }
 }
 
-void SoakTest::OnWritten(std::int16_t status) {
+void SoakTest::OnWritten(LinkStatus status) {
     // With the adapter out, the write didn't reach the line.
-    const std::int16_t wanted = writeStatus_.value_or(LinkStatus::ReadError);
+    const LinkStatus wanted = writeStatus_.value_or(LinkStatus::ReadError);
     EXPECT_EQ(status, wanted) << "write " << writes_ << ", fault: " << RowOf(writeFault_).name;
     EXPECT_TRUE(dialogs_.AllCame());
     failedWrites_ += status == good ? 0 : 1;
@@ -650,7 +650,7 @@ void SoakTest::OnWritten(std::int16_t status) {
 void SoakTest::Reconnect() {
     ++reconnects_;
     form_->GoOffline();
-    form_->GoOnline(1);
+    form_->GoOnline(ConnectPrompt::Skip);
     round_ = {};
     owed_ = false;
     usualMs_ = 0;

@@ -1,6 +1,5 @@
 #include "link/ui/FormReadWrite.h"
 
-#include "link/LinkSession.h"
 #include "support/ApplicationTitle.h"
 #include "widgets/Controls.h"
 #include "widgets/FormHelp.h"
@@ -20,7 +19,7 @@ struct Button {
     const char *caption;
     const char *toolTip;
     const char *icon;
-    std::int16_t choice;
+    ConnectChoice choice;
 };
 
 constexpr std::array buttons = {

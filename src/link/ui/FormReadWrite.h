@@ -1,6 +1,7 @@
 #pragma once
 
 #include "help/ClassMyHtmlHelp.h"
+#include "link/ConnectChoice.h"
 
 #include <QDialog>
 #include <cstdint>
@@ -16,15 +17,15 @@ public:
 
     explicit FormReadWrite(ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
-    // Returns the ConnectChoice of the button pressed; Cancel if none was, also when the window was closed.
-    std::int16_t Choice() const { return choice_; }
+    // Returns the choice of the button pressed; Cancel if none was, also when the window was closed.
+    ConnectChoice Choice() const { return choice_; }
 
 protected:
     void showEvent(QShowEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    std::int16_t choice_;
+    ConnectChoice choice_;
 };
 
 } // namespace ztv

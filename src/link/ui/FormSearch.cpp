@@ -253,8 +253,8 @@ void FormSearch::ConnectSearch() {
     connect(&search_, &DeviceSearch::DeviceFound, this, &FormSearch::AddResult);
     connect(&search_, &DeviceSearch::Ended, this, &FormSearch::ShowEnded);
     connect(&search_, &DeviceSearch::BrokenOff, this, &FormSearch::ShowBrokenOff);
-    connect(&search_, &DeviceSearch::ProbeRefused, this, [this](std::int16_t code) {
-        Warn(QStringLiteral("Read Error: %1").arg(code), ApplicationTitle());
+    connect(&search_, &DeviceSearch::ProbeRefused, this, [this](LinkStatus status) {
+        Warn(QStringLiteral("Read Error: %1").arg(CodeOf(status)), ApplicationTitle());
     });
 }
 
@@ -270,9 +270,9 @@ void FormSearch::Start() {
         }
     }
     if (!search_.Start()) {
-        const std::int16_t status = link_.Mbaxp1().LastError();
+        const LinkStatus status = link_.Mbaxp1().LastError();
         Warn(link_.OpenFailureText(), ApplicationTitle());
-        if (LinkStatus::IsRefusedSetting(status)) {
+        if (IsRefusedSetting(status)) {
             ShowBrokenOff(status);
         }
     }
@@ -348,12 +348,12 @@ void FormSearch::ShowEnded() {
     unsetCursor();
 }
 
-void FormSearch::ShowBrokenOff(std::int16_t status) {
+void FormSearch::ShowBrokenOff(LinkStatus status) {
     ShowEnded();
-    const QString cause = LinkStatus::IsRefusedSetting(status) ? QStringLiteral("Setting refused")
-                                                               : QStringLiteral("Adapter lost");
+    const QString cause =
+        IsRefusedSetting(status) ? QStringLiteral("Setting refused") : QStringLiteral("Adapter lost");
     ShowWhere(QStringLiteral("%1 at %2").arg(cause).arg(search_.SearchAddress()),
-              QStringLiteral("Error %1. %2").arg(status).arg(MbaxpErrorDesc(status)));
+              QStringLiteral("Error %1. %2").arg(CodeOf(status)).arg(MbaxpErrorDesc(status)));
     listViewResults_->EmptyText(QStringLiteral("The search broke off at address %1, %2.")
                                     .arg(search_.SearchAddress())
                                     .arg(CommStatus()));

@@ -32,7 +32,7 @@ public:
                const CommSettings &start, QWidget *parent = nullptr);
 
     // Passes the answer to the probe to DeviceSearch::FoundDevice.
-    void FoundDevice(std::int16_t status) { search_.FoundDevice(status); }
+    void FoundDevice(LinkStatus status) { search_.FoundDevice(status); }
 
     // The settings of the device that the user picked from the results. Known once the dialog is closed.
     std::optional<CommSettings> Used() const { return used_; }
@@ -52,7 +52,7 @@ private:
     void ShowStarted();
     void ShowProbe();
     void ShowWhere(const QString &words, const QString &toolTip);
-    void ShowBrokenOff(std::int16_t status);
+    void ShowBrokenOff(LinkStatus status);
     QString CommStatus() const;
     void ShowProgress();
     void AddResult();

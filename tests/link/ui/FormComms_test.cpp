@@ -72,7 +72,7 @@ TEST_F(FormCommsTest, SaysWhenTheAdapterGivesBackWhatIsSent) {
     for (const bool givesBack : {true, false}) {
         SCOPED_TRACE(givesBack);
         line_.GiveBack(givesBack);
-        link_.GoOnline(1);
+        link_.GoOnline(ConnectPrompt::Skip);
         link_.Mbaxp1().ResponseTimeout(100);
         const std::size_t before = line_.Requests().size();
         EXPECT_TRUE(WaitUntil([&] { return line_.Requests().size() > before; }));

@@ -1,6 +1,5 @@
 #include "link/ui/FormReadWrite.h"
 
-#include "link/LinkSession.h"
 #include "tests/helpers/Form.h"
 #include "tests/helpers/HelpOfForm.h"
 #include "tests/helpers/MainForm.h"
@@ -14,7 +13,7 @@ namespace ztv {
 
 namespace {
 
-std::int16_t ChoiceAfter(const std::function<void(QWidget &)> &gesture) {
+ConnectChoice ChoiceAfter(const std::function<void(QWidget &)> &gesture) {
     HelpOfForm help;
     FormReadWrite form(help);
     WhenDialogOpens(gesture);
@@ -42,24 +41,27 @@ TEST(FormReadWriteTest, AsksWithThreeButtons) {
 }
 
 TEST(FormReadWriteTest, TellsWhatWasClicked) {
-    EXPECT_EQ(ChoiceAfter([](QWidget &form) { Form(form).Press("Read"); }), 0);
-    EXPECT_EQ(ChoiceAfter([](QWidget &form) { Form(form).Press("Write"); }), 1);
-    EXPECT_EQ(ChoiceAfter([](QWidget &form) { Form(form).Press("Cancel"); }), 2);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { Form(form).Press("Read"); }), ConnectChoice::Read);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { Form(form).Press("Write"); }), ConnectChoice::Write);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { Form(form).Press("Cancel"); }), ConnectChoice::Cancel);
 }
 
 TEST(FormReadWriteTest, TakesClosingAndEscapeForCancel) {
-    EXPECT_EQ(ChoiceAfter([](QWidget &form) { form.close(); }), 2);
-    EXPECT_EQ(ChoiceAfter([](QWidget &form) { QTest::keyClick(&form, Qt::Key_Escape); }), 2);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { form.close(); }), ConnectChoice::Cancel);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { QTest::keyClick(&form, Qt::Key_Escape); }),
+              ConnectChoice::Cancel);
 }
 
 TEST(FormReadWriteTest, CanBeAnsweredByTheKeyboardAlone) {
-    EXPECT_EQ(ChoiceAfter([](QWidget &form) { QTest::keyClick(form.focusWidget(), Qt::Key_Return); }), 0);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { QTest::keyClick(form.focusWidget(), Qt::Key_Return); }),
+              ConnectChoice::Read);
     EXPECT_EQ(ChoiceAfter([](QWidget &form) {
                   QTest::keyClick(form.focusWidget(), Qt::Key_Tab);
                   QTest::keyClick(form.focusWidget(), Qt::Key_Space);
               }),
-              1);
-    EXPECT_EQ(ChoiceAfter([](QWidget &form) { QTest::keyClick(&form, Qt::Key_C, Qt::AltModifier); }), 2);
+              ConnectChoice::Write);
+    EXPECT_EQ(ChoiceAfter([](QWidget &form) { QTest::keyClick(&form, Qt::Key_C, Qt::AltModifier); }),
+              ConnectChoice::Cancel);
 }
 
 } // namespace ztv
