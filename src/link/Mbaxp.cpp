@@ -61,7 +61,7 @@ QString Mbaxp::AboutText() {
 }
 
 bool Mbaxp::OpenPort() {
-    if (open_) {
+    if (PortIsOpen()) {
         return Refuse(LinkStatus::AlreadyOpen);
     }
     if (settings_.lineModeA != 0 || settings_.lineModeB != 1) {
@@ -72,7 +72,7 @@ bool Mbaxp::OpenPort() {
     if (status != LinkStatus::NoError) {
         return Refuse(status);
     }
-    open_ = true;
+    phase_ = Phase::Idle;
     lateReplies_.Clear();
     echo_.Clear();
     schedule_.PutRoundFirst(); // a read, which detects an echo
@@ -84,9 +84,7 @@ bool Mbaxp::OpenPort() {
 void Mbaxp::ClosePort() {
     wake_.stop();
     line_.Close();
-    open_ = false;
-    current_ = -1;
-    delivering_ = false;
+    phase_ = Phase::Closed;
     schedule_.Clear();
 }
 
@@ -138,7 +136,7 @@ bool Mbaxp::CanRun(int number) {
     if (At(number).request.quantity == 0) {
         return Refuse(LinkStatus::DataNotInitialized);
     }
-    return open_ || Refuse(LinkStatus::HandleError);
+    return PortIsOpen() || Refuse(LinkStatus::HandleError);
 }
 
 void Mbaxp::StartCyclic(LinkTransaction transaction) {
@@ -147,7 +145,7 @@ void Mbaxp::StartCyclic(LinkTransaction transaction) {
         return;
     }
     schedule_.StartCycle(number, NowUs());
-    if (current_ < 0) {
+    if (phase_ != Phase::Exchange) {
         PostStart();
     }
 }
@@ -165,7 +163,7 @@ void Mbaxp::TriggerOnce(LinkTransaction transaction) {
         return;
     }
     schedule_.QueueOnce(number);
-    if (current_ < 0) {
+    if (phase_ != Phase::Exchange) {
         PostStart();
     }
 }
@@ -232,7 +230,7 @@ bool Mbaxp::event(QEvent *event) {
 }
 
 void Mbaxp::OnWake() {
-    if (current_ >= 0) {
+    if (phase_ == Phase::Exchange) {
         OnDeadline();
     } else {
         StartNext();
@@ -241,7 +239,7 @@ void Mbaxp::OnWake() {
 
 void Mbaxp::StartNext() {
     EndDelivery();
-    if (!open_ || current_ >= 0) {
+    if (phase_ != Phase::Idle) {
         return;
     }
     if (!line_.IsOpen()) {
@@ -284,18 +282,15 @@ qint64 Mbaxp::HoldOffUs(const RunSchedule::Next &next, qint64 now) const {
 
 void Mbaxp::Start(const RunSchedule::Next &next, bool moved) {
     const qint64 now = NowUs();
-    current_ = *next.number;
+    const Transaction &transaction = At(*next.number);
+    phase_ = Phase::Exchange;
     schedule_.Begin(next, now);
-    request_ = At(current_).request;
-    if (request_.function != ModbusFrame::ReadHoldingRegisters) {
-        request_.words = At(current_).buffer;
+    exchange_ = {.transaction = *next.number, .request = transaction.request};
+    if (exchange_.request.function != ModbusFrame::ReadHoldingRegisters) {
+        exchange_.request.words = transaction.buffer;
     }
-    lateReplies_.RunBegins(request_, now, moved);
-    echo_.RunBegins(request_);
-    received_.clear();
-    firstByteUs_.reset();
-    likelyOwn_.reset();
-    setAside_.clear();
+    lateReplies_.RunBegins(exchange_.request, now, moved);
+    echo_.RunBegins(exchange_.request);
 
     if (!line_.IsOpen()) {
         if (line_.Open(LineSettingsInForce()) != LinkStatus::NoError) {
@@ -305,16 +300,17 @@ void Mbaxp::Start(const RunSchedule::Next &next, bool moved) {
         echo_.DeviceReopened();
     }
     line_.ClearInput();
-    const QByteArray frame = ModbusFrame::Encode(request_);
+    const QByteArray frame = ModbusFrame::Encode(exchange_.request);
     if (!line_.Write(frame)) {
         FinishWith(LinkStatus::WriteError);
         return;
     }
-    tap_.Report(LineFrame::Kind::Request, frame, CodeOf(LinkStatus::NoError), TransactionOf(current_));
+    tap_.Report(LineFrame::Kind::Request, frame, CodeOf(LinkStatus::NoError),
+                TransactionOf(exchange_.transaction));
     const qint64 sent = NowUs();
     lastByteUs_ = sent + LineTimeUs(frame.size());
-    deadlineUs_ = lastByteUs_ + TimeoutUs();
-    WakeIn(deadlineUs_ - sent);
+    exchange_.deadlineUs = lastByteUs_ + TimeoutUs();
+    WakeIn(exchange_.deadlineUs - sent);
 }
 
 void Mbaxp::OnBytes() {
@@ -324,13 +320,13 @@ void Mbaxp::OnBytes() {
     }
     const qint64 now = NowUs();
     lastByteUs_ = now;
-    if (received_.isEmpty()) {
-        firstByteUs_ = now;
+    if (exchange_.received.isEmpty()) {
+        exchange_.firstByteUs = now;
     }
-    received_ = (received_ + bytes).right(mostReceivedBytes);
-    if (current_ < 0) {
+    exchange_.received = (exchange_.received + bytes).right(mostReceivedBytes);
+    if (phase_ != Phase::Exchange) {
         tap_.Report(LineFrame::Kind::LateReply, bytes);
-        lateReplies_.TakeFrom(received_);
+        lateReplies_.TakeFrom(exchange_.received);
         StartNext(); // a request that waited for a late reply may go ahead
         return;
     }
@@ -338,62 +334,62 @@ void Mbaxp::OnBytes() {
     if (echo_.IsAwaited()) {
         return;
     }
-    ModbusFrame::Verdict verdict = ModbusFrame::Judge(request_, received_);
+    ModbusFrame::Verdict verdict = ModbusFrame::Judge(exchange_.request, exchange_.received);
     const bool isAnswer = verdict.kind != ModbusFrame::Verdict::Kind::NeedMore;
     if (isAnswer && MayBeLate()) {
         if (lateReplies_.IsLikelyOwn(ReplyDelayUs(), LineTimeUs(4))) {
-            likelyOwn_ = verdict;
+            exchange_.likelyOwn = verdict;
         }
         SetAside(verdict);
-        WakeIn(std::min(ownReplyGapUs, deadlineUs_ - now));
-        verdict = ModbusFrame::Judge(request_, received_);
+        WakeIn(std::min(ownReplyGapUs, exchange_.deadlineUs - now));
+        verdict = ModbusFrame::Judge(exchange_.request, exchange_.received);
     }
     if (verdict.kind != ModbusFrame::Verdict::Kind::NeedMore) {
         Finish(verdict);
-    } else if (lateReplies_.HasSetAside() && !received_.isEmpty()) {
-        WakeIn(deadlineUs_ - now); // another reply has begun: it has until the deadline
+    } else if (lateReplies_.HasSetAside() && !exchange_.received.isEmpty()) {
+        WakeIn(exchange_.deadlineUs - now); // another reply has begun: it has until the deadline
     }
 }
 
 // Removes the adapter's copy of the request from the input. Bytes before the copy are late.
 void Mbaxp::TakeEcho(std::optional<qint64> arrivedUs) {
-    const qsizetype size = received_.size();
-    QByteArray before = echo_.TakeFrom(received_);
-    if (received_.size() == size) {
+    const qsizetype size = exchange_.received.size();
+    QByteArray before = echo_.TakeFrom(exchange_.received);
+    if (exchange_.received.size() == size) {
         return;
     }
     if (!before.isEmpty()) {
         tap_.Report(LineFrame::Kind::LateReply, before);
         lateReplies_.TakeFrom(before);
     }
-    tap_.Report(LineFrame::Kind::Echo, ModbusFrame::Encode(request_));
-    firstByteUs_ = received_.isEmpty() ? std::nullopt : arrivedUs;
+    tap_.Report(LineFrame::Kind::Echo, ModbusFrame::Encode(exchange_.request));
+    exchange_.firstByteUs = exchange_.received.isEmpty() ? std::nullopt : arrivedUs;
 }
 
 // From the request's end to the reply's first byte.
 std::optional<qint64> Mbaxp::ReplyDelayUs() const {
-    return firstByteUs_ ? std::optional(*firstByteUs_ - RequestEndUs()) : std::nullopt;
+    return exchange_.firstByteUs ? std::optional(*exchange_.firstByteUs - RequestEndUs()) : std::nullopt;
 }
 
 // Sets aside a reply that may belong to an earlier request and waits for another.
 void Mbaxp::SetAside(const ModbusFrame::Verdict &verdict) {
-    lateReplies_.SetAside(request_, ReplyDelayUs());
-    setAside_ = received_.first(verdict.end);
-    received_.remove(0, verdict.end);
+    lateReplies_.SetAside(exchange_.request, ReplyDelayUs());
+    exchange_.setAside = exchange_.received.first(verdict.end);
+    exchange_.received.remove(0, verdict.end);
 }
 
 void Mbaxp::OnDeadline() {
     // Counts input that arrived but wasn't delivered while the screen was busy; its delay isn't known.
-    received_ += line_.TakeAllInput();
+    exchange_.received += line_.TakeAllInput();
     TakeEcho(std::nullopt);
-    ModbusFrame::Verdict verdict = ModbusFrame::JudgeAtEnd(request_, received_);
+    ModbusFrame::Verdict verdict = ModbusFrame::JudgeAtEnd(exchange_.request, exchange_.received);
     if (verdict.end > 0 && MayBeLate()) {
         SetAside(verdict);
-        verdict = ModbusFrame::JudgeAtEnd(request_, received_);
+        verdict = ModbusFrame::JudgeAtEnd(exchange_.request, exchange_.received);
     }
-    if (likelyOwn_ && verdict.stillOwed) {
-        received_.prepend(std::exchange(setAside_, {}));
-        Finish(*std::exchange(likelyOwn_, std::nullopt));
+    if (exchange_.likelyOwn && verdict.stillOwed) {
+        exchange_.received.prepend(std::exchange(exchange_.setAside, {}));
+        Finish(*std::exchange(exchange_.likelyOwn, std::nullopt));
     } else if (lateReplies_.HasSetAside() && verdict.end == 0) {
         FinishWith(LinkStatus::Timeout); // only the late reply arrived
     } else {
@@ -402,7 +398,7 @@ void Mbaxp::OnDeadline() {
 }
 
 void Mbaxp::OnHungUp() {
-    if (current_ >= 0) {
+    if (phase_ == Phase::Exchange) {
         FinishWith(LinkStatus::ReadError);
     }
 }
@@ -412,33 +408,32 @@ void Mbaxp::FinishWith(LinkStatus status) {
 }
 
 void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
-    const int number = std::exchange(current_, -1);
-    const LinkTransaction ended = TransactionOf(number);
+    phase_ = Phase::Delivering;
+    const LinkTransaction ended = TransactionOf(exchange_.transaction);
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
     const bool deviceFailed =
         verdict.status == LinkStatus::ReadError || verdict.status == LinkStatus::WriteError;
     if (!deviceFailed) {
-        echo_.RunEnded(verdict, received_);
+        echo_.RunEnded(verdict, exchange_.received);
     }
     if (done) {
-        lateReplies_.Answered(request_, ReplyDelayUs());
+        lateReplies_.Answered(exchange_.request, ReplyDelayUs());
     } else if (verdict.stillOwed || verdict.status == LinkStatus::Timeout) {
-        lateReplies_.NotAnswered(request_, NowUs(), TimeoutUs());
+        lateReplies_.NotAnswered(exchange_.request, NowUs(), TimeoutUs());
     } else {
         lateReplies_.FailedOtherwise();
     }
-    Transaction &transaction = At(number);
-    if (done && request_.function == ModbusFrame::ReadHoldingRegisters &&
+    Transaction &transaction = At(exchange_.transaction);
+    if (done && exchange_.request.function == ModbusFrame::ReadHoldingRegisters &&
         transaction.buffer.size() == verdict.words.size()) {
         transaction.buffer = verdict.words;
     }
-    if (!setAside_.isEmpty()) {
-        tap_.Report(LineFrame::Kind::LateReply, setAside_);
+    if (!exchange_.setAside.isEmpty()) {
+        tap_.Report(LineFrame::Kind::LateReply, exchange_.setAside);
     }
-    tap_.Report(LineFrame::Kind::Reply, received_, CodeOf(verdict.status), ended);
+    tap_.Report(LineFrame::Kind::Reply, exchange_.received, CodeOf(verdict.status), ended);
     wake_.stop();
     PostStart();
-    delivering_ = true;
     if (done) {
         Q_EMIT TransactionDone(ended);
     } else {
@@ -450,7 +445,8 @@ void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
 // Ends the delivery of the last run's event: after its handlers, or as soon as one of them turns the event
 // loop. Otherwise a handler that waits there for the transaction would wait forever.
 void Mbaxp::EndDelivery() {
-    if (std::exchange(delivering_, false)) {
+    if (phase_ == Phase::Delivering) {
+        phase_ = Phase::Idle;
         schedule_.End();
     }
 }

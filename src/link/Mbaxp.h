@@ -62,7 +62,7 @@ public:
     void ClosePort();
 
     // True from OpenPort to ClosePort, also while the port's device is gone.
-    bool PortIsOpen() const { return open_; }
+    bool PortIsOpen() const { return phase_ != Phase::Closed; }
 
     // True where the adapter echoes what is sent. Detected at the first read after OpenPort.
     bool EchoIsPresent() const { return echo_.IsPresent(); }
@@ -125,6 +125,24 @@ private:
         std::vector<std::int16_t> buffer;
     };
 
+    enum class Phase {
+        Closed,
+        Idle,      // the port is open and no request on the line
+        Exchange,  // a request is on the line
+        Delivering // the event of the last run; no request is on the line
+    };
+
+    // One run of a transaction.
+    struct Exchange {
+        int transaction = 0;
+        ModbusFrame::Request request = {};
+        QByteArray received = {}; // between two runs: what has arrived since the last one
+        qint64 deadlineUs = 0;
+        std::optional<qint64> firstByteUs = {};             // of the reply, if the time is known
+        QByteArray setAside = {};                           // a reply that may be a late one
+        std::optional<ModbusFrame::Verdict> likelyOwn = {}; // its verdict, used if no other reply follows
+    };
+
     bool Define(int number, std::uint8_t function, std::int32_t slave, std::int32_t address,
                 std::int32_t quantity, int mostRegisters, std::int32_t periodMs);
     bool CanRun(int number);
@@ -147,14 +165,14 @@ private:
     void Start(const RunSchedule::Next &next, bool moved);
     void TakeEcho(std::optional<qint64> arrivedUs);
     std::optional<qint64> ReplyDelayUs() const;
-    bool MayBeLate() const { return !lateReplies_.HasSetAside() && lateReplies_.IsOwed(request_); }
+    bool MayBeLate() const { return !lateReplies_.HasSetAside() && lateReplies_.IsOwed(exchange_.request); }
     void SetAside(const ModbusFrame::Verdict &verdict);
     void OnDeadline();
     void Finish(const ModbusFrame::Verdict &verdict);
     void FinishWith(LinkStatus status);
     void EndDelivery();
     qint64 NowUs() const { return clock_.nsecsElapsed() / 1000; }
-    qint64 RequestEndUs() const { return deadlineUs_ - TimeoutUs(); }
+    qint64 RequestEndUs() const { return exchange_.deadlineUs - TimeoutUs(); }
     qint64 TimeoutUs() const { return inForce_.responseTimeout * qint64{1000}; }
 
     std::function<QString(std::int16_t)> deviceOfPort_;
@@ -170,17 +188,10 @@ private:
     LocalEcho echo_;
     QString tag_;
 
-    bool open_ = false;
+    Phase phase_ = Phase::Closed;
+    Exchange exchange_; // the one on the line, or else the last one
     bool startPosted_ = false;
-    bool delivering_ = false; // the event of the last run
     LinkStatus lastError_ = LinkStatus::NoError;
-    int current_ = -1;             // the transaction on the line
-    ModbusFrame::Request request_; // the one on the line, or else the last one
-    QByteArray received_;
-    qint64 deadlineUs_ = 0;
-    std::optional<qint64> firstByteUs_;             // of the reply, if the time is known
-    QByteArray setAside_;                           // a reply that may be a late one
-    std::optional<ModbusFrame::Verdict> likelyOwn_; // its verdict, used if no other reply follows
     qint64 lastByteUs_ = 0;
     std::optional<qint64> holdOffEndUs_; // while a request waits for silence
 };
