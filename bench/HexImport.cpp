@@ -72,7 +72,7 @@ public:
     double MsToImport() const {
         QFile::remove(settings_.ProgramFile); // freeing the blocks of the last round is the disk's time
         const double start = Measure::NowMs();
-        if (HexFileAccess::ImportHexFile(settings_, hexFile_) != HexFileAccess::goodFile) {
+        if (HexFileAccess::ImportHexFile(settings_, hexFile_) != HexFileAccess::Result::Good) {
             throw std::runtime_error("a good hex file isn't taken");
         }
         return Measure::NowMs() - start;

@@ -1,7 +1,4 @@
 #include "fuzz/HexConversion.h"
-
-#include "firmware/HexFileAccess.h"
-
 #include <QDir>
 
 namespace ztv {
@@ -48,16 +45,16 @@ Images HexConversion::ReadImages() const {
     return images;
 }
 
-std::int16_t HexConversion::Check(const QByteArray &hexFile) {
+HexFileAccess::Result HexConversion::Check(const QByteArray &hexFile) {
     const CurrentFolder current;
     qputenv("ZTVLINK_HOME", folder_.Itself().toLocal8Bit());
     Fuzz::WriteFile(hexPath_, hexFile);
     return HexFileAccess::CheckHexFile(hexPath_);
 }
 
-std::int16_t HexConversion::Import(const QByteArray &hexFile) {
+HexFileAccess::Result HexConversion::Import(const QByteArray &hexFile) {
     const CurrentFolder current;
-    const std::int16_t code = Check(hexFile);
+    const HexFileAccess::Result code = Check(hexFile);
     REQUIRE(HexFileAccess::ImportForDeviceFamily(settings_, hexPath_) == code);
     REQUIRE(Fuzz::ReadFile(hexPath_) == hexFile);
     return code;
@@ -72,7 +69,7 @@ void HexConversion::RequireStable() {
     const Images images = ReadImages();
     const QByteArray hexFile = Export();
     REQUIRE(ReadImages() == images);
-    REQUIRE(Import(hexFile) == HexFileAccess::goodFile);
+    REQUIRE(Import(hexFile) == HexFileAccess::Result::Good);
     REQUIRE(ReadImages() == images);
     REQUIRE(Export() == hexFile);
 }

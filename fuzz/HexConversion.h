@@ -1,6 +1,7 @@
 #pragma once
 
 #include "firmware/BootSettings.h"
+#include "firmware/HexFileAccess.h"
 #include "fuzz/Harness.h"
 
 #include <array>
@@ -19,8 +20,8 @@ public:
     void SetImages(const Images &images);
     Images ReadImages() const; // those that the family doesn't have are empty
 
-    std::int16_t Check(const QByteArray &hexFile);
-    std::int16_t Import(const QByteArray &hexFile);
+    HexFileAccess::Result Check(const QByteArray &hexFile);
+    HexFileAccess::Result Import(const QByteArray &hexFile);
     QByteArray Export();
 
     // What an export gives comes back: the same images and the same file, over and over. The images must have

@@ -18,7 +18,7 @@ namespace {
 
 // What the file says, worked out in memory and in the plainest way, to hold the conversion against.
 struct Model {
-    std::int16_t code = HexFileAccess::noEndRecord;
+    HexFileAccess::Result code = HexFileAccess::Result::NoEndRecord;
     bool tooLong = false; // a record that the import refuses
     bool stays = true;    // no line leaves the region of its record
     Images images;
@@ -48,32 +48,32 @@ int Field(const QByteArray &line, qsizetype from, qsizetype count) {
     return value;
 }
 
-std::int16_t CodeOf(const QList<QByteArray> &lines) {
+HexFileAccess::Result CodeOf(const QList<QByteArray> &lines) {
     if (lines.isEmpty()) {
-        return HexFileAccess::emptyFile;
+        return HexFileAccess::Result::Empty;
     }
     for (const QByteArray &line : lines) {
         if (line.isEmpty() || line.front() == ' ' || line.front() == '\t') {
             continue;
         }
         if (line.front() != ':') {
-            return HexFileAccess::wrongCharacter;
+            return HexFileAccess::Result::WrongCharacter;
         }
         int sum = 0;
         for (int group = 0; group < Field(line, 1, 2) + 5; ++group) {
             sum += Field(line, 1 + 2 * group, 2);
         }
         if (sum > 32767) {
-            return HexFileAccess::failure;
+            return HexFileAccess::Result::Failed;
         }
         if (sum % 256 != 0) {
-            return HexFileAccess::wrongChecksum;
+            return HexFileAccess::Result::WrongChecksum;
         }
         if (Field(line, 7, 2) == 1) {
-            return HexFileAccess::goodFile;
+            return HexFileAccess::Result::Good;
         }
     }
-    return HexFileAccess::noEndRecord;
+    return HexFileAccess::Result::NoEndRecord;
 }
 
 // The image of an upper word: its number, or -1.
@@ -139,10 +139,10 @@ void CheckFamily(HexConversion &conversion, const QByteArray &content, std::uint
         REQUIRE(conversion.Import(content) == model.code);
     } catch (const Fault &fault) {
         REQUIRE(fault.Cause() == Fault::Kind::File);
-        REQUIRE(model.code == HexFileAccess::goodFile && model.tooLong);
+        REQUIRE(model.code == HexFileAccess::Result::Good && model.tooLong);
         return;
     }
-    if (model.code < 0) {
+    if (model.code != HexFileAccess::Result::Good) {
         REQUIRE(conversion.ReadImages() == old);
         return;
     }
@@ -155,7 +155,7 @@ void CheckFamily(HexConversion &conversion, const QByteArray &content, std::uint
     if (model.stays) {
         conversion.RequireStable();
     } else { // what left its region goes elsewhere; from then on nothing moves
-        REQUIRE(conversion.Import(conversion.Export()) == HexFileAccess::goodFile);
+        REQUIRE(conversion.Import(conversion.Export()) == HexFileAccess::Result::Good);
         conversion.RequireStable();
     }
 }

@@ -47,9 +47,9 @@ void CheckFamily(HexConversion &conversion, const Images &images) {
     const QByteArray hexFile = conversion.Export();
     REQUIRE(hexFile.endsWith(":00000001FF\r\n"));
     REQUIRE(hexFile.count("\r\n:10") + (hexFile.startsWith(":10") ? 1 : 0) == lines);
-    const std::int16_t code = conversion.Check(hexFile);
-    REQUIRE(code == HexFileAccess::goodFile || (code == HexFileAccess::wrongChecksum && !whole));
-    if (code == HexFileAccess::goodFile) {
+    const HexFileAccess::Result code = conversion.Check(hexFile);
+    REQUIRE(code == HexFileAccess::Result::Good || (code == HexFileAccess::Result::WrongChecksum && !whole));
+    if (code == HexFileAccess::Result::Good) {
         REQUIRE(conversion.Import(hexFile) == code);
         conversion.RequireStable();
     }

@@ -91,9 +91,9 @@ void RefuseImage(const BootSettings &settings, const Conversion &conversion, con
     }
 }
 
-std::int16_t Judge(TextFileReader &file) {
+HexFileAccess::Result Judge(TextFileReader &file) {
     if (file.AtEnd()) {
-        return HexFileAccess::emptyFile;
+        return HexFileAccess::Result::Empty;
     }
     do {
         const QByteArrayView line = file.ReadLine();
@@ -102,20 +102,20 @@ std::int16_t Judge(TextFileReader &file) {
             const HexRecord record(line);
             const int sum = record.Sum();
             if (sum > std::numeric_limits<std::int16_t>::max()) {
-                return HexFileAccess::failure;
+                return HexFileAccess::Result::Failed;
             }
             if (sum % 256 != 0) {
-                return HexFileAccess::wrongChecksum;
+                return HexFileAccess::Result::WrongChecksum;
             }
             type = record.Type();
         } else if (!line.isEmpty() && line.front() != ' ' && line.front() != '\t') {
-            return HexFileAccess::wrongCharacter;
+            return HexFileAccess::Result::WrongCharacter;
         }
         if (type == HexRecord::endType) {
-            return HexFileAccess::goodFile;
+            return HexFileAccess::Result::Good;
         }
     } while (!file.AtEnd());
-    return HexFileAccess::noEndRecord;
+    return HexFileAccess::Result::NoEndRecord;
 }
 
 // Writes the data records of an import to the images.
@@ -184,10 +184,11 @@ private:
     std::deque<TextFileWriter> files_; // in the order of the images
 };
 
-std::int16_t Import(const BootSettings &settings, const Conversion &conversion, const QString &path) {
-    const std::int16_t code = HexFileAccess::CheckHexFile(path);
-    if (code < 0) {
-        return code;
+HexFileAccess::Result Import(const BootSettings &settings, const Conversion &conversion,
+                             const QString &path) {
+    const HexFileAccess::Result result = HexFileAccess::CheckHexFile(path);
+    if (result != HexFileAccess::Result::Good) {
+        return result;
     }
     TextFileReader file(path, HexRecord::longestText);
     RefuseImage(settings, conversion, path);
@@ -210,7 +211,7 @@ std::int16_t Import(const BootSettings &settings, const Conversion &conversion, 
         }
     }
     images.Close();
-    return code;
+    return result;
 }
 
 // The text of a record under construction.
@@ -280,7 +281,7 @@ void Export(const BootSettings &settings, const Conversion &conversion, const QS
 
 } // namespace
 
-std::int16_t HexFileAccess::CheckHexFile(const QString &path) {
+HexFileAccess::Result HexFileAccess::CheckHexFile(const QString &path) {
     const QString folder = ProgramFolder();
     if (!QDir::setCurrent(folder)) {
         throw Fault::File(folder, QStringLiteral("this can't be made the current folder"));
@@ -289,11 +290,11 @@ std::int16_t HexFileAccess::CheckHexFile(const QString &path) {
     try {
         return Judge(file);
     } catch (const Fault &) { // the file couldn't be read to its end
-        return failure;
+        return Result::Failed;
     }
 }
 
-std::int16_t HexFileAccess::ImportHexFile(const BootSettings &settings, const QString &path) {
+HexFileAccess::Result HexFileAccess::ImportHexFile(const BootSettings &settings, const QString &path) {
     return Import(settings, familyOne, path);
 }
 
@@ -301,7 +302,8 @@ void HexFileAccess::ExportHexFile(const BootSettings &settings, const QString &p
     Export(settings, familyOne, path);
 }
 
-std::int16_t HexFileAccess::ImportHexFileOfOtherFamily(const BootSettings &settings, const QString &path) {
+HexFileAccess::Result HexFileAccess::ImportHexFileOfOtherFamily(const BootSettings &settings,
+                                                                const QString &path) {
     return Import(settings, otherFamily, path);
 }
 
@@ -313,7 +315,8 @@ bool HexFileAccess::IsMemoryImage(const BootSettings &settings, const QString &p
     return IsImageOf(ConversionFor(settings), settings, path);
 }
 
-std::int16_t HexFileAccess::ImportForDeviceFamily(const BootSettings &settings, const QString &path) {
+HexFileAccess::Result HexFileAccess::ImportForDeviceFamily(const BootSettings &settings,
+                                                           const QString &path) {
     return Import(settings, ConversionFor(settings), path);
 }
 

@@ -1,6 +1,5 @@
 #include "firmware/UpgradeConsole.h"
 
-#include "firmware/HexFileAccess.h"
 #include "firmware/TextFileWriter.h"
 #include "model/CheckedAt.h"
 #include "model/LineTables.h"
@@ -194,12 +193,12 @@ UpgradeConsole::HexFileOutcome UpgradeConsole::ImportHexFile(const QString &path
     return ShowHexFileWord(HexFileAccess::ImportForDeviceFamily(settings_, settings_.HexInputPath));
 }
 
-UpgradeConsole::HexFileOutcome UpgradeConsole::ShowHexFileWord(std::int16_t result) {
-    if (result > 0) {
+UpgradeConsole::HexFileOutcome UpgradeConsole::ShowHexFileWord(HexFileAccess::Result result) {
+    if (result == HexFileAccess::Result::Good) {
         SetStatus(QStringLiteral("HEX file imported..."));
         return HexFileOutcome::Good;
     }
-    if (result == HexFileAccess::fileNotPadded) {
+    if (result == HexFileAccess::Result::NotPadded) {
         SetStatus(QStringLiteral("HEX file not padded properly..."));
         return HexFileOutcome::NotPadded;
     }
@@ -212,12 +211,12 @@ UpgradeConsole::HexFileOutcome UpgradeConsole::CheckHexFile(const QString &path)
         SetStatus(QStringLiteral("Firmware file not found"), path);
         return HexFileOutcome::NotFound;
     }
-    std::int16_t result = HexFileAccess::failure;
+    HexFileAccess::Result result = HexFileAccess::Result::Failed;
     try {
         result = HexFileAccess::CheckHexFile(path);
     } catch (const Fault &) { // It can't be opened: as bad as an invalid one.
     }
-    return result > 0 ? HexFileOutcome::Good : ShowHexFileWord(result);
+    return result == HexFileAccess::Result::Good ? HexFileOutcome::Good : ShowHexFileWord(result);
 }
 
 bool UpgradeConsole::SaveHexFile(const QString &path) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "firmware/BootComm.h"
+#include "firmware/HexFileAccess.h"
 
 #include <QObject>
 #include <QString>
@@ -92,7 +93,7 @@ private:
     };
 
     bool FindDevice();
-    HexFileOutcome ShowHexFileWord(std::int16_t result);
+    HexFileOutcome ShowHexFileWord(HexFileAccess::Result result);
     void ShowOutcome(TransferResult result, const QString &failed);
     bool ShowInEditor(const QString &fileName);
 

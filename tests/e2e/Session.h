@@ -47,9 +47,9 @@ protected:
     // That many good polls from now on.
     bool WaitForPolls(int count) {
         int polls = 0;
-        const auto connection =
-            QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, form_.get(),
-                             [&polls](LinkTransaction transaction) { polls += transaction == 1 ? 1 : 0; });
+        const auto connection = QObject::connect(
+            &form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, form_.get(),
+            [&polls](LinkTransaction transaction) { polls += transaction == LinkTransaction::Poll ? 1 : 0; });
         const bool came = WaitUntil([&] { return polls >= count; });
         QObject::disconnect(connection);
         return came;

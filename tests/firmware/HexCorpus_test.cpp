@@ -116,7 +116,7 @@ protected:
         return files;
     }
 
-    std::int16_t Import(const QString &path) {
+    Result Import(const QString &path) {
         folder_.SetImages(OldImages());
         return ImportHexFile(folder_.Settings(), path);
     }
@@ -142,8 +142,8 @@ protected:
         const QString path = folder_.Path("out.hex");
         const std::array<QByteArray, 4> images = folder_.Images();
         ExportHexFile(folder_.Settings(), path);
-        EXPECT_EQ(CheckHexFile(path), goodFile);
-        EXPECT_EQ(Import(path), goodFile);
+        EXPECT_EQ(CheckHexFile(path), Result::Good);
+        EXPECT_EQ(Import(path), Result::Good);
         EXPECT_TRUE(folder_.Images() == images);
     }
 
@@ -156,7 +156,7 @@ private:
 TEST_F(HexCorpusTest, OtherProgramsReadTheSameMemory) {
     for (const QFileInfo &file : Files("padded", 55)) {
         SCOPED_TRACE(file.fileName().toStdString());
-        ASSERT_EQ(Import(file.filePath()), goodFile);
+        ASSERT_EQ(Import(file.filePath()), Result::Good);
         const MemoryMap ours = Images();
         EXPECT_FALSE(ours.empty());
         const QString exported = folder_.Path("out.hex");
@@ -174,9 +174,9 @@ TEST_F(HexCorpusTest, TakesEveryGoodFile) {
     int faults = 0;
     for (const QFileInfo &file : Files("good", 220)) {
         SCOPED_TRACE(file.fileName().toStdString());
-        EXPECT_EQ(CheckHexFile(file.filePath()), goodFile);
+        EXPECT_EQ(CheckHexFile(file.filePath()), Result::Good);
         try {
-            EXPECT_EQ(Import(file.filePath()), goodFile);
+            EXPECT_EQ(Import(file.filePath()), Result::Good);
             ExpectRoundTrip();
         } catch (const Fault &fault) {
             EXPECT_EQ(fault.Cause(), Fault::Kind::File);
@@ -191,7 +191,8 @@ TEST_F(HexCorpusTest, TakesEveryGoodFile) {
 TEST_F(HexCorpusTest, RefusesEveryBrokenFileWithItsCodeAndTouchesNothing) {
     for (const QFileInfo &file : Files("broken", 30)) {
         SCOPED_TRACE(file.fileName().toStdString());
-        EXPECT_EQ(Import(file.filePath()), file.fileName().section(u'_', 0, 0).toInt());
+        const auto wanted = static_cast<Result>(file.fileName().section(u'_', 0, 0).toInt());
+        EXPECT_EQ(Import(file.filePath()), wanted);
         EXPECT_TRUE(folder_.Images() == OldImages());
     }
 }
@@ -200,26 +201,27 @@ TEST_F(HexCorpusTest, StandsDamagedFilesAndNoise) {
     int good = 0;
     for (const QFileInfo &file : Files("garbage", 300)) {
         SCOPED_TRACE(file.fileName().toStdString());
-        const std::int16_t code = CheckHexFile(file.filePath());
-        EXPECT_TRUE(code == goodFile || (code >= failure && code <= emptyFile && code != fileNotPadded))
-            << code;
+        const Result code = CheckHexFile(file.filePath());
+        EXPECT_TRUE(code == Result::Good ||
+                    (code >= Result::Failed && code <= Result::Empty && code != Result::NotPadded))
+            << static_cast<int>(code);
         try {
             EXPECT_EQ(Import(file.filePath()), code);
-            if (code < 0) {
+            if (code != Result::Good) {
                 EXPECT_TRUE(folder_.Images() == OldImages());
             } else {
                 ++good;
                 ExpectRoundTrip();
             }
         } catch (const Fault &fault) {
-            EXPECT_EQ(code, goodFile);
+            EXPECT_EQ(code, Result::Good);
             EXPECT_EQ(fault.Cause(), Fault::Kind::File);
         }
         folder_.SetImages(OldImages());
         try {
             EXPECT_EQ(ImportHexFileOfOtherFamily(folder_.Settings(), file.filePath()), code);
         } catch (const Fault &) {
-            EXPECT_EQ(code, goodFile);
+            EXPECT_EQ(code, Result::Good);
         }
     }
     EXPECT_GT(good, 50);

@@ -65,48 +65,49 @@ qint64 MostResidentBytes() {
 struct CodeOfFile {
     const char *name;
     QByteArray content;
-    std::int16_t code;
+    Result code;
 };
 
 const CodeOfFile codesOfFiles[] = {
-    {"good", Record(0, 0, "abc") + end, goodFile},
-    {"only an end record", end, goodFile},
-    {"end record without a line end", Record(0, 0, "abc") + ":00000001FF", goodFile},
-    {"only an end record without a line end", ":00000001FF", goodFile},
-    {"line feeds", ":0100000041BE\n:00000001FF\n", goodFile},
-    {"carriage returns", ":0100000041BE\r:00000001FF\r", goodFile},
-    {"lower case", ":01000000aa55\r\n:00000001ff\r\n", goodFile},
-    {"blank lines and lines that start with white space", "\r\n  x\r\n\tx\r\n\r\n" + end, goodFile},
-    {"a colon alone, all of whose groups are missing", ":\r\n" + end, goodFile},
-    {"missing groups that read as 0", ":05000000FB\r\n" + end, goodFile},
-    {"a record that goes on behind its checksum", ":0100000041BExyz\r\n" + end, goodFile},
+    {"good", Record(0, 0, "abc") + end, Result::Good},
+    {"only an end record", end, Result::Good},
+    {"end record without a line end", Record(0, 0, "abc") + ":00000001FF", Result::Good},
+    {"only an end record without a line end", ":00000001FF", Result::Good},
+    {"line feeds", ":0100000041BE\n:00000001FF\n", Result::Good},
+    {"carriage returns", ":0100000041BE\r:00000001FF\r", Result::Good},
+    {"lower case", ":01000000aa55\r\n:00000001ff\r\n", Result::Good},
+    {"blank lines and lines that start with white space", "\r\n  x\r\n\tx\r\n\r\n" + end, Result::Good},
+    {"a colon alone, all of whose groups are missing", ":\r\n" + end, Result::Good},
+    {"missing groups that read as 0", ":05000000FB\r\n" + end, Result::Good},
+    {"a record that goes on behind its checksum", ":0100000041BExyz\r\n" + end, Result::Good},
     {"unknown types",
-     Record(2, 0, "ab") + Record(3, 0, "abcd") + Record(5, 0, "abcd") + Record(99, 0, "x") + end, goodFile},
-    {"anything behind the first end record", end + "garbage\r\n:01000000000\r\n", goodFile},
-    {"a type of one digit at the end of the line", ":FF00001\r\n", goodFile},
-    {"no content", "", emptyFile},
-    {"a wrong checksum", ":0100000041BF\r\n" + end, wrongChecksum},
-    {"a wrong checksum of the end record", ":00000001FE\r\n", wrongChecksum},
-    {"a wrong checksum of an upper word", ":020000040020DB\r\n" + end, wrongChecksum},
-    {"a wrong checksum of a last record without an end record", ":0100000041BF\r\n", wrongChecksum},
-    {"a wrong checksum of an unknown type", ":0100000941BE\r\n" + end, wrongChecksum},
-    {"a missing checksum", ":0100000041\r\n" + end, wrongChecksum},
-    {"digits that aren't", ":01000000zz00\r\n" + end, wrongChecksum},
-    {"a letter", "x\r\n" + end, wrongCharacter},
-    {"a letter after good records", Record(0, 0, "abc") + "x\r\n" + end, wrongCharacter},
-    {"a letter in the last line", Record(0, 0, "abc") + "x", wrongCharacter},
-    {"a digit", "00000001FF\r\n" + end, wrongCharacter},
-    {"a form feed", "\f\r\n" + end, wrongCharacter},
-    {"a byte order mark", "\xEF\xBB\xBF" + end, wrongCharacter},
-    {"a zero byte", QByteArray(1, '\0') + end, wrongCharacter},
-    {"blank lines only", "\r\n  \r\n\t\r\n", noEndRecord},
-    {"one line end only", "\n", noEndRecord},
-    {"one blank only", " ", noEndRecord},
-    {"a last line of data", Record(0, 0, "abc"), noEndRecord},
-    {"a last line of data without a line end", Record(0, 0, "abc").trimmed(), noEndRecord},
-    {"an end record behind a blank", " :00000001FF\r\n", noEndRecord},
-    {"a sum past 32767", Record(0, 0, QByteArray(255, '\xFF')) + end, failure},
-    {"a sum past 32767 in an end record", ":FF000001" + QByteArray(512, 'F') + "\r\n", failure},
+     Record(2, 0, "ab") + Record(3, 0, "abcd") + Record(5, 0, "abcd") + Record(99, 0, "x") + end,
+     Result::Good},
+    {"anything behind the first end record", end + "garbage\r\n:01000000000\r\n", Result::Good},
+    {"a type of one digit at the end of the line", ":FF00001\r\n", Result::Good},
+    {"no content", "", Result::Empty},
+    {"a wrong checksum", ":0100000041BF\r\n" + end, Result::WrongChecksum},
+    {"a wrong checksum of the end record", ":00000001FE\r\n", Result::WrongChecksum},
+    {"a wrong checksum of an upper word", ":020000040020DB\r\n" + end, Result::WrongChecksum},
+    {"a wrong checksum of a last record without an end record", ":0100000041BF\r\n", Result::WrongChecksum},
+    {"a wrong checksum of an unknown type", ":0100000941BE\r\n" + end, Result::WrongChecksum},
+    {"a missing checksum", ":0100000041\r\n" + end, Result::WrongChecksum},
+    {"digits that aren't", ":01000000zz00\r\n" + end, Result::WrongChecksum},
+    {"a letter", "x\r\n" + end, Result::WrongCharacter},
+    {"a letter after good records", Record(0, 0, "abc") + "x\r\n" + end, Result::WrongCharacter},
+    {"a letter in the last line", Record(0, 0, "abc") + "x", Result::WrongCharacter},
+    {"a digit", "00000001FF\r\n" + end, Result::WrongCharacter},
+    {"a form feed", "\f\r\n" + end, Result::WrongCharacter},
+    {"a byte order mark", "\xEF\xBB\xBF" + end, Result::WrongCharacter},
+    {"a zero byte", QByteArray(1, '\0') + end, Result::WrongCharacter},
+    {"blank lines only", "\r\n  \r\n\t\r\n", Result::NoEndRecord},
+    {"one line end only", "\n", Result::NoEndRecord},
+    {"one blank only", " ", Result::NoEndRecord},
+    {"a last line of data", Record(0, 0, "abc"), Result::NoEndRecord},
+    {"a last line of data without a line end", Record(0, 0, "abc").trimmed(), Result::NoEndRecord},
+    {"an end record behind a blank", " :00000001FF\r\n", Result::NoEndRecord},
+    {"a sum past 32767", Record(0, 0, QByteArray(255, '\xFF')) + end, Result::Failed},
+    {"a sum past 32767 in an end record", ":FF000001" + QByteArray(512, 'F') + "\r\n", Result::Failed},
 };
 
 } // namespace
@@ -117,7 +118,7 @@ protected:
         WriteFile(folder_.Path("a.hex"), content);
         return folder_.Path("a.hex");
     }
-    std::int16_t Import(const QByteArray &content) {
+    Result Import(const QByteArray &content) {
         folder_.SetImages(OldImages());
         return ImportHexFile(folder_.Settings(), Hex(content));
     }
@@ -159,7 +160,7 @@ TEST_F(HexFileAccessTest, GivesEachFileItsCode) {
 TEST_F(HexFileAccessTest, ImportAnswersWithTheCodeOfTheCheckAndTouchesNothingUnlessItIsGood) {
     for (const auto &[name, content, code] : codesOfFiles) {
         EXPECT_EQ(Import(content), code) << name;
-        if (code < 0) {
+        if (code != Result::Good) {
             EXPECT_EQ(folder_.Images(), OldImages()) << name;
         } else {
             EXPECT_NE(folder_.Images(), OldImages()) << name;
@@ -179,22 +180,22 @@ TEST_F(HexFileAccessTest, TakesASumOf32767AndNoMore) {
         }
         return text + "\r\n" + end;
     };
-    EXPECT_EQ(CheckHexFile(Hex(recordOfSum(32512))), goodFile);
-    EXPECT_EQ(CheckHexFile(Hex(recordOfSum(32767))), wrongChecksum);
-    EXPECT_EQ(CheckHexFile(Hex(recordOfSum(32768))), failure);
+    EXPECT_EQ(CheckHexFile(Hex(recordOfSum(32512))), Result::Good);
+    EXPECT_EQ(CheckHexFile(Hex(recordOfSum(32767))), Result::WrongChecksum);
+    EXPECT_EQ(CheckHexFile(Hex(recordOfSum(32768))), Result::Failed);
 }
 
 TEST_F(HexFileAccessTest, FindsTheFirstFault) {
-    EXPECT_EQ(CheckHexFile(Hex("x\r\n:0100000041BF\r\n")), wrongCharacter);
-    EXPECT_EQ(CheckHexFile(Hex(":0100000041BF\r\nx\r\n")), wrongChecksum);
+    EXPECT_EQ(CheckHexFile(Hex("x\r\n:0100000041BF\r\n")), Result::WrongCharacter);
+    EXPECT_EQ(CheckHexFile(Hex(":0100000041BF\r\nx\r\n")), Result::WrongChecksum);
 }
 
 TEST_F(HexFileAccessTest, MakesTheProgramFolderTheCurrentOne) {
     QDir::setCurrent(QStringLiteral("/"));
     Hex(end);
-    EXPECT_EQ(CheckHexFile(QStringLiteral("a.hex")), goodFile);
+    EXPECT_EQ(CheckHexFile(QStringLiteral("a.hex")), Result::Good);
     EXPECT_EQ(QFileInfo(QDir::currentPath()), QFileInfo(folder_.Path(".")));
-    EXPECT_EQ(ImportHexFile(folder_.Settings(), QStringLiteral("a.hex")), goodFile);
+    EXPECT_EQ(ImportHexFile(folder_.Settings(), QStringLiteral("a.hex")), Result::Good);
 }
 
 TEST_F(HexFileAccessTest, FailsWithoutAProgramFolder) {
@@ -216,7 +217,7 @@ TEST_F(HexFileAccessTest, AFileThatCantBeOpenedIsAFault) {
 }
 
 TEST_F(HexFileAccessTest, AFileThatCantBeReadOnceItIsOpenIsAFailure) {
-    EXPECT_EQ(CheckHexFile(QStringLiteral("/proc/self/mem")), failure);
+    EXPECT_EQ(CheckHexFile(QStringLiteral("/proc/self/mem")), Result::Failed);
 }
 
 TEST_F(HexFileAccessTest, JudgesAHugeLineWithoutKeepingIt) {
@@ -225,32 +226,32 @@ TEST_F(HexFileAccessTest, JudgesAHugeLineWithoutKeepingIt) {
     const QString path = Hex(":");
     ASSERT_TRUE(QFile::resize(path, 256 * mebibyte));
     const qint64 before = MostResidentBytes();
-    EXPECT_EQ(CheckHexFile(path), noEndRecord);
+    EXPECT_EQ(CheckHexFile(path), Result::NoEndRecord);
     EXPECT_LT(MostResidentBytes() - before, 16 * mebibyte);
 }
 
 // The import
 
 TEST_F(HexFileAccessTest, ReplacesAllImagesAlsoWithNothing) {
-    EXPECT_EQ(Import(end), goodFile);
+    EXPECT_EQ(Import(end), Result::Good);
     EXPECT_EQ(folder_.Images(), (std::array<QByteArray, 4>{}));
 }
 
 TEST_F(HexFileAccessTest, MakesImagesThatWerentThere) {
-    EXPECT_EQ(ImportHexFile(folder_.Settings(), Hex(end)), goodFile);
+    EXPECT_EQ(ImportHexFile(folder_.Settings(), Hex(end)), Result::Good);
     for (const char *name : {"PROGMEM.MCP", "EEDATA.MCP", "USERID.MCP", "CONFIG.MCP"}) {
         EXPECT_TRUE(QFile::exists(folder_.Path(name))) << name;
     }
 }
 
 TEST_F(HexFileAccessTest, WritesALineOf55Characters) {
-    EXPECT_EQ(Import(Record(0, 0x800, Counted(16, 0xA0)) + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x800, Counted(16, 0xA0)) + end), Result::Good);
     EXPECT_EQ(folder_.Program(), QByteArray("000800 A0 A1 A2 A3 A4 A5 A6 A7 A8 A9 AA AB AC AD AE AF \r\n"));
     EXPECT_EQ(folder_.Program().size(), 55 + 2);
 }
 
 TEST_F(HexFileAccessTest, PutsAllDataIntoTheProgramWithoutAnUpperWord) {
-    EXPECT_EQ(Import(Record(0, 0x0000, Counted(16)) + Record(0, 0xFFF0, Counted(16)) + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x0000, Counted(16)) + Record(0, 0xFFF0, Counted(16)) + end), Result::Good);
     EXPECT_EQ(folder_.Images(), (std::array<QByteArray, 4>{
                                     ImageLine(0, Counted(16)) + ImageLine(0xFFF0, Counted(16)), "", "", ""}));
 }
@@ -260,7 +261,7 @@ TEST_F(HexFileAccessTest, PutsEachRegionIntoItsImage) {
                      UpperWord(0x0020) + Record(0, 0x0030, "i") + UpperWord(0x001F) + Record(0, 0x0040, "q") +
                      UpperWord(0x0001) + Record(0, 0x0050, "p") + UpperWord(0) + Record(0, 0x0060, "o") +
                      end),
-              goodFile);
+              Result::Good);
     EXPECT_EQ(folder_.Program(),
               ImageLine(0x1F0040, "q") + ImageLine(0x010050, "p") + ImageLine(0x000060, "o"));
     EXPECT_EQ(folder_.Eeprom(), ImageLine(0x000010, "e"));
@@ -273,45 +274,45 @@ TEST_F(HexFileAccessTest, DropsRecordsOfOtherRegionsWithoutAWord) {
     for (const int word : {0x21, 0x22, 0x2F, 0x31, 0xEF, 0xF1, 0xFF, 0x100, 0x2000, 0x8000, 0xF000, 0xFFFF}) {
         content += UpperWord(word) + Record(0, 0x0800, Counted(16));
     }
-    EXPECT_EQ(Import(content + end), goodFile);
+    EXPECT_EQ(Import(content + end), Result::Good);
     EXPECT_EQ(folder_.Images(), (std::array<QByteArray, 4>{}));
 }
 
 TEST_F(HexFileAccessTest, KeepsTheUpperWordUntilTheNext) {
     EXPECT_EQ(Import(UpperWord(2) + Record(0, 0x10, "a") + Record(2, 0, "zz") + Record(5, 0, "zzzz") +
                      Record(0, 0x20, "b") + end),
-              goodFile);
+              Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0x020010, "a") + ImageLine(0x020020, "b"));
 }
 
 TEST_F(HexFileAccessTest, ReadsWhatTheUpperWordLacksAsItsLeadingDigits) {
-    EXPECT_EQ(Import(":01000004FB\r\n" + Record(0, 0x10, "a") + end), goodFile);
+    EXPECT_EQ(Import(":01000004FB\r\n" + Record(0, 0x10, "a") + end), Result::Good);
     EXPECT_EQ(folder_.Images(), (std::array<QByteArray, 4>{})); // the checksum stands where the word is
-    EXPECT_EQ(Import(":0200000400xxFA\r\n" + Record(0, 0x10, "a") + end), goodFile);
+    EXPECT_EQ(Import(":0200000400xxFA\r\n" + Record(0, 0x10, "a") + end), Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0x000010, "a"));
 }
 
 TEST_F(HexFileAccessTest, FillsBeforeARecordThatStartsPastTheBoundary) {
-    EXPECT_EQ(Import(Record(0, 0x0805, "abc") + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x0805, "abc") + end), Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0x800, "\xFF\xFF\xFF\xFF\xFF"
                                                   "abc"));
 }
 
 TEST_F(HexFileAccessTest, FillsBehindAShortRecord) {
-    EXPECT_EQ(Import(Record(0, 0x0800, "a") + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x0800, "a") + end), Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0x800, "a"));
 }
 
 TEST_F(HexFileAccessTest, LosesWhatPassesTheBoundary) {
-    EXPECT_EQ(Import(Record(0, 0x0808, Counted(16)) + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x0808, Counted(16)) + end), Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0x800, QByteArray(8, '\xFF') + Counted(8)));
-    EXPECT_EQ(Import(Record(0, 0x080F, "ab") + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x080F, "ab") + end), Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0x800, QByteArray(15, '\xFF') + 'a'));
 }
 
 TEST_F(HexFileAccessTest, WritesALineForEachRecordOfTheSame16Bytes) {
     EXPECT_EQ(Import(Record(0, 0x0800, "ab") + Record(0, 0x0802, "cd") + Record(0, 0x0800, "xy") + end),
-              goodFile);
+              Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0x800, "ab") +
                                      ImageLine(0x800, "\xFF\xFF"
                                                       "cd") +
@@ -319,43 +320,43 @@ TEST_F(HexFileAccessTest, WritesALineForEachRecordOfTheSame16Bytes) {
 }
 
 TEST_F(HexFileAccessTest, WritesALineForEach16BytesOfLength) {
-    EXPECT_EQ(Import(Record(0, 0x0800, Counted(17)) + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x0800, Counted(17)) + end), Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0x800, Counted(16)) + ImageLine(0x810, Counted(1, 16)));
-    EXPECT_EQ(Import(Record(0, 0x0808, Counted(32)) + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x0808, Counted(32)) + end), Result::Good);
     EXPECT_EQ(folder_.Program(),
               ImageLine(0x800, QByteArray(8, '\xFF') + Counted(8)) + ImageLine(0x810, Counted(16, 8)));
 }
 
 TEST_F(HexFileAccessTest, LetsTheAddressesOfALongRecordRunOnPast64K) {
     EXPECT_EQ(Import(Record(0, 0xFFF0, Counted(32)) + UpperWord(0xF0) + Record(0, 0xFFF0, Counted(32)) + end),
-              goodFile);
+              Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0xFFF0, Counted(16)) + ImageLine(0x10000, Counted(16, 16)));
     EXPECT_EQ(folder_.Eeprom(), ImageLine(0xFFF0, Counted(16)) + ImageLine(0x10000, Counted(16, 16)));
 }
 
 TEST_F(HexFileAccessTest, KeepsTheOrderOfTheRecords) {
-    EXPECT_EQ(Import(Record(0, 0x20, "b") + Record(0, 0x10, "a") + Record(0, 0x30, "c") + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x20, "b") + Record(0, 0x10, "a") + Record(0, 0x30, "c") + end), Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0x20, "b") + ImageLine(0x10, "a") + ImageLine(0x30, "c"));
 }
 
 TEST_F(HexFileAccessTest, WritesNothingForARecordWithoutData) {
-    EXPECT_EQ(Import(Record(0, 0x0800, {}) + ":\r\n" + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x0800, {}) + ":\r\n" + end), Result::Good);
     EXPECT_EQ(folder_.Program(), QByteArray());
 }
 
 TEST_F(HexFileAccessTest, ReadsMissingBytesAsZero) {
-    EXPECT_EQ(Import(":04080000F4\r\n" + end), goodFile); // the checksum is the first byte
+    EXPECT_EQ(Import(":04080000F4\r\n" + end), Result::Good); // the checksum is the first byte
     EXPECT_EQ(folder_.Program(), ImageLine(0x800, QByteArray("\xF4\0\0\0", 4)));
 }
 
 TEST_F(HexFileAccessTest, PassesOverWhatIsntARecordAndWhatComesBehindTheEnd) {
     EXPECT_EQ(Import("\r\n  blank\r\n\ttab\r\n" + Record(0, 0, "a") + end + Record(0, 0x10, "b") + "x"),
-              goodFile);
+              Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0, "a"));
 }
 
 TEST_F(HexFileAccessTest, TakesLowerCaseAndWritesUpperCase) {
-    EXPECT_EQ(Import(Record(0, 0x0ab0, Counted(16, 0xA0)).toLower() + end), goodFile);
+    EXPECT_EQ(Import(Record(0, 0x0ab0, Counted(16, 0xA0)).toLower() + end), Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0xAB0, Counted(16, 0xA0)));
 }
 
@@ -364,7 +365,7 @@ TEST_F(HexFileAccessTest, TakesEveryLineEndAlike) {
     for (const char *lineEnd : {"\r\n", "\n", "\r"}) {
         QByteArray converted = content;
         converted.replace("\r\n", lineEnd);
-        EXPECT_EQ(Import(converted), goodFile);
+        EXPECT_EQ(Import(converted), Result::Good);
         EXPECT_EQ(folder_.Program(), ImageLine(0x800, Counted(16)) + ImageLine(0x810, "x"));
     }
 }
@@ -372,7 +373,7 @@ TEST_F(HexFileAccessTest, TakesEveryLineEndAlike) {
 TEST_F(HexFileAccessTest, DoesntHoldDataToTheLimitsOfTheRegions) {
     EXPECT_EQ(Import(Record(0, 0x0000, "b") + Record(0, 0xC000, "p") + UpperWord(0x20) +
                      Record(0, 0x1000, "i") + end),
-              goodFile);
+              Result::Good);
     EXPECT_EQ(folder_.Program(), ImageLine(0, "b") + ImageLine(0xC000, "p"));
     EXPECT_EQ(folder_.UserId(), ImageLine(0x201000, "i"));
 }
@@ -380,7 +381,7 @@ TEST_F(HexFileAccessTest, DoesntHoldDataToTheLimitsOfTheRegions) {
 TEST_F(HexFileAccessTest, Takes240BytesAtAnyOffset) {
     for (const int offset : {0, 15}) {
         const QByteArray data = QByteArray(240 - 16, '\x01') + Counted(16);
-        EXPECT_EQ(Import(Record(0, 0x1000 + offset, data) + end), goodFile);
+        EXPECT_EQ(Import(Record(0, 0x1000 + offset, data) + end), Result::Good);
         const QByteArray buffer = QByteArray(offset, '\xFF') + data;
         QByteArray expected;
         for (int start = 0; start < 240; start += 16) {
@@ -403,14 +404,14 @@ TEST_F(HexFileAccessTest, ADroppedRecordIsAFaultOnlyWhereItPassesTheWorkBuffer) 
     const auto dropped = [](int length, int offset) {
         return UpperWord(0x50) + Record(0, offset, QByteArray(length, '\x01')) + end;
     };
-    EXPECT_EQ(Import(dropped(255, 2)), goodFile);
-    EXPECT_EQ(Import(dropped(242, 15)), goodFile);
+    EXPECT_EQ(Import(dropped(255, 2)), Result::Good);
+    EXPECT_EQ(Import(dropped(242, 15)), Result::Good);
     ExpectFault(folder_.Path("a.hex"), [&] { Import(dropped(255, 3)); });
     ExpectFault(folder_.Path("a.hex"), [&] { Import(dropped(243, 15)); });
 }
 
 TEST_F(HexFileAccessTest, ALongRecordOfAnotherTypeIsPassedOver) {
-    EXPECT_EQ(Import(Record(7, 15, QByteArray(255, '\x01')) + end), goodFile);
+    EXPECT_EQ(Import(Record(7, 15, QByteArray(255, '\x01')) + end), Result::Good);
 }
 
 TEST_F(HexFileAccessTest, AnImageThatCantBeCreatedIsAFault) {
@@ -563,13 +564,13 @@ TEST_F(HexFileAccessTest, AnImageIsntTakenForTheHexFile) {
 TEST_F(HexFileAccessTest, ImportingAndExportingGivesRecordsOf16Bytes) {
     EXPECT_EQ(
         Import(UpperWord(0xF0) + Record(0, 3, "e") + UpperWord(0) + Record(0, 0x800, Counted(20)) + end),
-        goodFile);
+        Result::Good);
     EXPECT_EQ(Export(folder_.Images()),
               UpperWord(0) + Record(0, 0x800, Counted(16)) +
                   Record(0, 0x810, Counted(4, 16) + QByteArray(12, '\xFF')) + UpperWord(0xF0) +
                   Record(0, 0, QByteArray(3, '\xFF') + 'e' + QByteArray(12, '\xFF')) + end);
     const std::array<QByteArray, 4> images = folder_.Images();
-    EXPECT_EQ(Import(ReadFile(folder_.Path("out.hex"))), goodFile);
+    EXPECT_EQ(Import(ReadFile(folder_.Path("out.hex"))), Result::Good);
     EXPECT_EQ(folder_.Images(), images);
 }
 
@@ -580,7 +581,7 @@ TEST_F(HexFileAccessTest, TheOtherFamilyTakesTheLowest64KIntoTheProgramOnly) {
     const QString path = Hex(Record(0, 0x0005, "a") + Record(0, 0x4200, "b") + UpperWord(1) +
                              Record(0, 0, "x") + UpperWord(0x20) + Record(0, 0, "x") + UpperWord(0xF0) +
                              Record(0, 0, "x") + UpperWord(0) + Record(0, 0xFFF0, "c") + end);
-    EXPECT_EQ(ImportHexFileOfOtherFamily(folder_.Settings(), path), goodFile);
+    EXPECT_EQ(ImportHexFileOfOtherFamily(folder_.Settings(), path), Result::Good);
     EXPECT_EQ(folder_.Program(),
               ImageLine(0, QByteArray(5, '\xFF') + 'a') + ImageLine(0x4200, "b") + ImageLine(0xFFF0, "c"));
     EXPECT_EQ(folder_.Eeprom(), QByteArray());
@@ -592,7 +593,7 @@ TEST_F(HexFileAccessTest, TheOtherFamilyHasTheSameCheck) {
     for (const auto &[name, content, code] : codesOfFiles) {
         folder_.SetImages(OldImages());
         EXPECT_EQ(ImportHexFileOfOtherFamily(folder_.Settings(), Hex(content)), code) << name;
-        EXPECT_EQ(folder_.Images() == OldImages(), code < 0) << name;
+        EXPECT_EQ(folder_.Images() == OldImages(), code != Result::Good) << name;
     }
 }
 
@@ -612,7 +613,7 @@ TEST_F(HexFileAccessTest, TheOtherFamilyDoesWithoutTheIdAndConfigurationImages) 
     ASSERT_TRUE(QFile::remove(folder_.Path("CONFIG.MCP")));
     ExportHexFileOfOtherFamily(folder_.Settings(), folder_.Path("out.hex"));
     EXPECT_EQ(ReadFile(folder_.Path("out.hex")), end);
-    EXPECT_EQ(ImportHexFileOfOtherFamily(folder_.Settings(), folder_.Path("out.hex")), goodFile);
+    EXPECT_EQ(ImportHexFileOfOtherFamily(folder_.Settings(), folder_.Path("out.hex")), Result::Good);
     EXPECT_FALSE(QFile::exists(folder_.Path("USERID.MCP")));
 }
 
@@ -622,7 +623,7 @@ TEST_F(HexFileAccessTest, TheDeviceFamilySelectsThePair) {
     for (const int family : {0, 1, 2, 255}) {
         folder_.Settings().DeviceFamily = static_cast<std::uint8_t>(family);
         folder_.SetImages(OldImages());
-        EXPECT_EQ(ImportForDeviceFamily(folder_.Settings(), path), goodFile);
+        EXPECT_EQ(ImportForDeviceFamily(folder_.Settings(), path), Result::Good);
         EXPECT_EQ(folder_.UserId(), family == 1 ? ImageLine(0x200000, Counted(16)) : OldImages()[2]);
         folder_.SetImages({ImageLine(0, Counted(16)), "", "", ""});
         ExportForDeviceFamily(folder_.Settings(), out);
