@@ -13,9 +13,9 @@ namespace ztv {
 // on each setting after it.
 struct RemainingSearch {
     CommSettings line;
-    int probes;
-    int addresses;
-    bool varies;
+    int probes = 0;
+    int addresses = 0;
+    bool varies = false;
 };
 
 // The probes that are left and the time that they take if nobody answers.
