@@ -149,7 +149,7 @@ private:
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
     bool online_ = false;
-    bool closesAfterEntry_ = false; // the window closes once the text being typed is written
+    bool closesOnceSent_ = false; // the window closes once the waiting writes are sent
 };
 
 } // namespace ztv

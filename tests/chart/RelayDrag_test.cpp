@@ -187,20 +187,18 @@ TEST_F(RelayDragTest, FaultsOnAMarkerThatThereIsNot) {
     EXPECT_THROW(drag_.MouseDown(-1, true, 0), Fault);
 }
 
-// A write waits for the one before it, and the user goes on meanwhile.
 TEST_F(RelayDragTest, EndsWhereItWasLetGoLastHoweverLongTheWritesWait) {
     Left(0) = 3000;
-    link_.whileWaiting = [this] {
-        link_.whileWaiting = {};
+    link_.busy = true;
+    for (int step = 0; step < 2; ++step) {
         drag_.Step(0, 15);
         drag_.LetGo(0);
-    };
-    drag_.Step(0, 15);
-    drag_.LetGo(0);
+    }
     EXPECT_EQ(Left(0), 3030);
-    EXPECT_EQ(link_.writes.back(), std::make_pair(56, 14076));
-    EXPECT_EQ(zentrova_.ParamValue(56), 14076);
     EXPECT_FALSE(Label().visible);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{56, 14076}}));
+    EXPECT_EQ(zentrova_.ParamValue(56), 14076);
 }
 
 TEST_F(RelayDragTest, KeepsTheOffsetOfThePress) {
@@ -244,12 +242,13 @@ TEST_F(RelayDragTest, AMarkerInHandStaysThereWhateverTheTableSays) {
     drag_.MouseMove(0, true, 3000 - Left(0));
     graph_.PositionRelayMarkers();
     EXPECT_EQ(Left(0), 3000);
-    link_.whileWaiting = [this] {
-        graph_.PositionRelayMarkers(); // by a poll, while the write waits for the one before it
-        EXPECT_EQ(Left(0), 3000);
-    };
+    link_.busy = true; // with another write
     drag_.MouseUp(0, true);
     EXPECT_EQ(zentrova_.ParamValue(56), 13728);
+    zentrova_.ParamUpdate(56, 30000); // by a poll, while the write waits
+    graph_.PositionRelayMarkers();
+    EXPECT_EQ(zentrova_.ParamValue(56), 13728);
+    link_.EndWrites(zentrova_);
     zentrova_.ParamWritePending(56, false);
     zentrova_.ParamUpdate(56, 36000);
     graph_.PositionRelayMarkers();

@@ -229,7 +229,7 @@ TEST_F(CheckoutTest, WorksInTheTableWhileOffline) {
     EXPECT_EQ(Ui().Text("TextParam(8)"), QStringLiteral("4095"));
 }
 
-TEST_F(CheckoutTest, FollowsTheUserToAnotherTabWhileItIsEntered) {
+TEST_F(CheckoutTest, FollowsTheUserToAnotherTabAsItIsEntered) {
     StartAtCheckout();
     ClickOption("OptionAnalogOut(0)");
     EXPECT_TRUE(WaitForPolls(1));
@@ -239,7 +239,7 @@ TEST_F(CheckoutTest, FollowsTheUserToAnotherTabWhileItIsEntered) {
         form_.get(), [this] { ClickTab(Tab::Wizard); }, Qt::QueuedConnection);
     QTabBar &bar = *Ui().Get<QTabWidget>("TabStrip1").tabBar();
     QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(Tab::Checkout - 1).center());
-    EXPECT_EQ(form_->CurrentTab(), Tab::Wizard);
+    EXPECT_TRUE(WaitUntil([this] { return form_->CurrentTab() == Tab::Wizard; }));
     EXPECT_TRUE(Ui().Get<QWidget>("TabFrame(3)").isVisible());
     EXPECT_FALSE(Ui().Get<QWidget>("TabFrame(5)").isVisible());
     EXPECT_EQ(Ui().Get<QTabWidget>("TabStrip1").currentIndex(), Tab::Wizard - 1);

@@ -35,7 +35,7 @@ protected:
         WhenDialogOpens([&](QWidget &dialog) {
             EXPECT_EQ(dialog.objectName(), QStringLiteral("frmWizard"));
             work(Form(dialog));
-            EXPECT_FALSE(dialog.isVisible());
+            EXPECT_TRUE(WaitUntil([&dialog] { return !dialog.isVisible(); })); // its writes are sent then
             dialog.close();
             came = true;
         });
@@ -207,7 +207,7 @@ TEST_F(WizardTest, ClosesWhenTheSensorFallsSilentInTheMiddleOfItsEnd) {
         }
         AfterWrites(2, [this] { sensor_->Execute(QStringLiteral("mute on")); });
         wizard.Press("cmdNav(4)");
-        EXPECT_FALSE(wizard.Get<QWidget>("picNav").window()->isVisible());
+        EXPECT_TRUE(WaitUntil([&] { return !wizard.Get<QWidget>("picNav").window()->isVisible(); }, 20'000));
     });
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
     sensor_->Execute(QStringLiteral("mute off"));

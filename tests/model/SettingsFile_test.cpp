@@ -460,6 +460,18 @@ TEST_F(SettingsFileOnlineTest, DownloadsEveryRow) {
     EXPECT_FALSE(zentrova_.ParamWritePending(28));
 }
 
+TEST_F(SettingsFileOnlineTest, TheDownloadReplacesTheValuesThatStillWaitButNoCommand) {
+    Change("UPDATE Settings SET Value = 2000 WHERE Tag = 28");
+    link_.busy = true;
+    zentrova_.ParamValue(ParamDefines::NearDistance, 1300);
+    zentrova_.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+    EXPECT_EQ(Open(), FileOpened::Whole);
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::NearDistance), 2000);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes,
+              (std::vector<std::pair<int, int>>{{ParamDefines::SaveCommand, ParamDefines::StoreSettings}}));
+}
+
 // A command that the file still holds was meant for the sensor of then.
 TEST_F(SettingsFileOnlineTest, DownloadsNoCommand) {
     Change("UPDATE Settings SET Value = 1 WHERE Tag = 1; UPDATE Settings SET Value = 99 WHERE Tag = 3");

@@ -30,8 +30,8 @@ protected:
     }
 
     Settings Between(int nearDistance, int farDistance) {
-        return ForDistance(zentrova_, {.farRaw = QString::number(farDistance),
-                                       .nearRaw = QString::number(nearDistance),
+        return ForDistance(zentrova_, {.farRaw = farDistance,
+                                       .nearRaw = nearDistance,
                                        .farVoltage = QStringLiteral("10.00"),
                                        .nearVoltage = QStringLiteral("0.00")});
     }
@@ -43,8 +43,8 @@ protected:
 };
 
 TEST_F(WizardCalibrationTest, WritesTheDistanceRouteInItsOrder) {
-    Write(ForDistance(zentrova_, {.farRaw = QStringLiteral("20000"),
-                                  .nearRaw = QStringLiteral("3000"),
+    Write(ForDistance(zentrova_, {.farRaw = 20000,
+                                  .nearRaw = 3000,
                                   .farVoltage = QStringLiteral("9.50"),
                                   .nearVoltage = QStringLiteral("1.25")}));
     EXPECT_EQ(
@@ -130,8 +130,8 @@ TEST_F(WizardCalibrationTest, WritesOnlyWhatDiffers) {
 
 TEST_F(WizardCalibrationTest, RefusesWhatIsNoNumberOrFitsNoRegisterBeforeTheFirstWrite) {
     for (const char *voltage : {"abc", "", "99999.00", "1e300"}) {
-        const Ends ends{.farRaw = QStringLiteral("20000"),
-                        .nearRaw = QStringLiteral("3000"),
+        const Ends ends{.farRaw = 20000,
+                        .nearRaw = 3000,
                         .farVoltage = QStringLiteral("1.00"),
                         .nearVoltage = QString::fromLatin1(voltage)};
         EXPECT_THROW(ForDistance(zentrova_, ends), Fault) << voltage;
@@ -140,8 +140,8 @@ TEST_F(WizardCalibrationTest, RefusesWhatIsNoNumberOrFitsNoRegisterBeforeTheFirs
 }
 
 TEST_F(WizardCalibrationTest, TakesAVoltageOutsideTheRangeAsItIs) {
-    const Ends ends{.farRaw = QStringLiteral("20000"),
-                    .nearRaw = QStringLiteral("3000"),
+    const Ends ends{.farRaw = 20000,
+                    .nearRaw = 3000,
                     .farVoltage = QStringLiteral("1.00"),
                     .nearVoltage = QStringLiteral("-2.50")};
     EXPECT_EQ(ForDistance(zentrova_, ends).nearVoltage, -250);

@@ -594,24 +594,21 @@ TEST_F(FormMainTest, SetsTheBasicTabToTheModeOfTheTable) {
     EXPECT_TRUE(Ui().Get<QWidget>("FrameManOutput").isVisible());
 }
 
-TEST_F(FormMainTest, SetsTheBasicTabToTheModeThatIsWrittenAfterCheckoutWasLeft) {
+TEST_F(FormMainTest, SetsTheBasicTabToTheModeWhoseWriteStillWaits) {
     Start(QStringLiteral("/Checkout"));
     ClickTab(4);
     Settle();
     FakeLink link;
     form_->Zentrova().ConnectTo(&link);
-    int waits = 0;
-    link.whileWaiting = [&] {
-        if (++waits == 2) { // the second write of the option waits for the first
-            Ui().Get<QRadioButton>("OptionAnalogOut(5)").setChecked(true);
-            ClickTab(0);
-        }
-    };
+    link.holds = true;
     Ui().Get<QRadioButton>("OptionAnalogOut(1)").setChecked(true);
-    Settle();
+    Ui().Get<QRadioButton>("OptionAnalogOut(5)").setChecked(true);
+    ClickTab(0);
     EXPECT_EQ(form_->CurrentTab(), 1);
     EXPECT_EQ(form_->Zentrova().ParamValue(ParamDefines::AnalogOutputMode), 1);
     EXPECT_TRUE(Ui().Get<QWidget>("TextParam(0)").isVisible());
+    link.EndWrites(form_->Zentrova());
+    EXPECT_EQ(link.writes.back(), std::make_pair(39, 1));
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
@@ -847,60 +844,51 @@ TEST_F(EntryAndCommandsTest, TheListsEditorsAreLeftToo) {
     EXPECT_TRUE(Ui().Get<QTreeView>("ListView1").hasFocus());
 }
 
-TEST_F(EntryAndCommandsTest, ACommandWaitsForTheTextWhoseWriteWaits) {
+TEST_F(EntryAndCommandsTest, ACommandFindsTheValueWhoseWriteWaits) {
     FakeLink link;
     form_->Zentrova().ConnectTo(&link);
+    link.holds = true;
+    form_->Zentrova().ParamValue(ParamDefines::ClockOut, 1);
     Type("13");
     dialogs_.ExpectSaveFile(file_);
     dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        ClickButton("Save File");
-        EXPECT_FALSE(dialogs_.AllCame());
-    };
     QTest::keyClick(&Text1(), Qt::Key_Return);
-    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    ClickButton("Save File");
+    EXPECT_TRUE(dialogs_.AllCame());
     EXPECT_EQ(ValueInFile(file_, ParamDefines::NearDistance), 1300);
-
     Type("14");
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        EXPECT_FALSE(form_->close());
-    };
-    dialogs_.Expect(
-        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
     QTest::keyClick(&Text1(), Qt::Key_Return);
-    EXPECT_TRUE(WaitUntil([this] { return !form_->isVisible(); }));
+    form_->Zentrova().ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+    link.EndWrites(form_->Zentrova());
+    const std::vector<std::pair<int, int>> expected = {{23, 1}, {28, 1400}, {1, 1}};
+    EXPECT_EQ(link.writes, expected);
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
-TEST_F(EntryAndCommandsTest, AsksOnceThoughTheWindowIsClosedAgainWhileTheTextsWriteWaits) {
+TEST_F(EntryAndCommandsTest, ClosesOnceTheWaitingWritesAreSentAndAsksOnce) {
     FakeLink link;
     form_->Zentrova().ConnectTo(&link);
-    const auto closeTwice = [&] {
-        link.whileWaiting = {};
-        form_->close();
-        form_->close();
-    };
-    for (const bool byReturn : {true, false}) {
-        Type(byReturn ? "13" : "14");
-        link.whileWaiting = closeTwice;
+    link.holds = true;
+    form_->Zentrova().ParamValue(ParamDefines::ClockOut, 1);
+    Type("13");
+    EXPECT_FALSE(form_->close());
+    EXPECT_FALSE(form_->close());
+    Settle();
+    EXPECT_TRUE(form_->isVisible());
+    const auto expectQuestion = [this](BoxAnswer answer) {
         dialogs_.Expect(
             QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-            BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::Cancel);
-        if (byReturn) {
-            QTest::keyClick(&Text1(), Qt::Key_Return);
-        } else {
-            EXPECT_FALSE(form_->close());
-        }
-        EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
-        Settle();
-        EXPECT_TRUE(form_->isVisible());
-    }
-    dialogs_.Expect(
-        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
+            BoxIcon::Question, BoxButtons::YesNoCancel, answer);
+    };
+    expectQuestion(BoxAnswer::Cancel);
+    link.EndWrites(form_->Zentrova());
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    Settle();
+    EXPECT_TRUE(form_->isVisible());
+    const std::vector<std::pair<int, int>> expected = {{23, 1}, {28, 1300}};
+    EXPECT_EQ(link.writes, expected);
+
+    expectQuestion(BoxAnswer::No);
     EXPECT_TRUE(form_->close());
     form_->Zentrova().ConnectTo(&form_->Link());
 }

@@ -139,8 +139,8 @@ TEST_F(EntryRulesTest, DragsTheNearDistanceAfterTheFarOneInHyperbolicMode) {
     Set(AnalogOutputMode, HyperbolicMode);
     Set(CoreDiameter, 300);
     Set(MaxDiameter, 2401);
-    // The list's row of the far distance is told of before the second write waits for the first.
-    link.whileWaiting = [&] { EXPECT_EQ(written_.size(), link.waits - 1U); };
+    // Reports the row of the far distance before it writes the near one.
+    link.onStart = [&] { EXPECT_EQ(written_.size(), link.writes.size() - 1U); };
     ExpectAccepted("300", FarDistance, 30000);
     const std::vector<std::pair<int, int>> expected = {{29, 30000}, {28, 28950}}; // 28949.5
     EXPECT_EQ(link.writes, expected);

@@ -8,8 +8,6 @@
 #include "widgets/Controls.h"
 
 #include <QApplication>
-#include <QPersistentModelIndex>
-#include <utility>
 
 namespace ztv {
 
@@ -82,7 +80,6 @@ AdvancedPage::AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialo
     connect(commandRefresh_, &QPushButton::clicked, this, [this] {
         if (combo1_->isVisible()) {
             commandRefresh_->setFocus(Qt::OtherFocusReason); // its mnemonic doesn't move the focus
-            WriteChoice();
         }
         Rebuild();
     });
@@ -221,25 +218,12 @@ void AdvancedPage::TellThatItCannotOpen(const QString &why) {
 
 void AdvancedPage::Choose(int index) {
     const std::int16_t tag = ToInt16(ToNumber(text1_.property("Tag").toString()));
-    const QPersistentModelIndex selected(listView1_->currentIndex());
-    owedWrite_ = [this, tag, index, selected] {
-        zentrova_.ParamValue(tag, index);
-        if (selected.isValid()) {
-            model_.ShowValue(selected.row(), zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), index));
-        }
-    };
-    QMetaObject::invokeMethod(this, &AdvancedPage::WriteChoice, Qt::QueuedConnection);
-}
-
-void AdvancedPage::WriteChoice() {
-    if (owedWrite_) {
-        std::exchange(owedWrite_, nullptr)();
-    }
+    zentrova_.ParamValue(tag, index);
+    ShowWritten(zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), index));
 }
 
 void AdvancedPage::LeaveEntry() {
     combo1_->Leave();
-    WriteChoice();
 }
 
 void AdvancedPage::EditOutput(const QString &tagText, const QString &text) {

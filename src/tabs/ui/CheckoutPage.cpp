@@ -95,7 +95,6 @@ CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWi
       zentrova_(zentrova),
       manualOutput_(manualOutput),
       control_(zentrova) {
-    connect(&control_, &CheckoutControl::Finished, this, &CheckoutPage::Finished);
     // The order of construction is the tab order.
     auto *relays = BuildRelays();
     auto *clkOut = BuildClkOut();
@@ -292,10 +291,8 @@ void CheckoutPage::resizeEvent(QResizeEvent *event) {
     FitFont();
 }
 
-// Writes at once, because the code that runs after a change of tab depends on the output's mode.
 void CheckoutPage::Entered() {
     SelectAnalogOut(CheckoutOptions::FollowsDistance);
-    control_.Finish();
 }
 
 void CheckoutPage::SelectAnalogOut(int index) {

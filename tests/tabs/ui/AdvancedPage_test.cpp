@@ -624,26 +624,6 @@ TEST_F(AdvancedPageTest, LeavingTakesTheChoice) {
     EXPECT_EQ(Value(28), 1200);
 }
 
-TEST_F(AdvancedPageTest, ShowsTheThirdTabThatIsChosenWhileAChoiceThatWasLeftIsWritten) {
-    StartOnTab();
-    FakeLink link;
-    form_->Zentrova().ConnectTo(&link);
-    DoubleClick(39);
-    Key(Qt::Key_Down);
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        ClickTab(2);
-    };
-    ClickTab(0);
-    EXPECT_EQ(form_->CurrentTab(), 3);
-    EXPECT_TRUE(Ui().Get<QWidget>("TabFrame(3)").isVisible());
-    for (const char *page : {"TabFrame(1)", "TabFrame(2)"}) {
-        EXPECT_FALSE(Ui().Get<QWidget>(page).isVisible()) << page;
-    }
-    EXPECT_EQ(Value(39), 2);
-    form_->Zentrova().ConnectTo(&form_->Link());
-}
-
 TEST_F(AdvancedPageTest, AChoiceThatIsLeftForAHeaderGoesIntoItsOwnRow) {
     StartOnTab();
     DoubleClick(39);

@@ -392,19 +392,16 @@ TEST_F(CheckoutPageTest, ReinitialisesAndClearsTheRangeWithoutItsWrites) {
     EXPECT_EQ(SelectedRange(), 1);
 }
 
-TEST_F(CheckoutPageTest, StandsClicksWhileAWriteWaits) {
+TEST_F(CheckoutPageTest, SendsEachOfTheClicksThatAreMadeWhileAWriteWaits) {
     page_.Entered();
     Take();
-    bool clicked = false;
-    link_.whileWaiting = [&] {
-        if (!std::exchange(clicked, true)) {
-            ClickOption("OptionAnalogOut", 2);
-            ui_.Press("imgRelay(0)");
-            ui_.Press("CommandNext");
-            ui_.Press("CommandReInit");
-        }
-    };
+    link_.holds = true;
     ui_.Press("imgClkOut");
+    ClickOption("OptionAnalogOut", 2);
+    ui_.Press("imgRelay(0)");
+    ui_.Press("CommandNext");
+    ui_.Press("CommandReInit");
+    link_.EndWrites(zentrova_);
     EXPECT_EQ(Take(),
               (Writes{{39, 0}, {40, 4095}, {23, 1}, {40, 2048}, {54, 1}, {40, 3072}, {39, 1}, {3, 1}}));
     EXPECT_EQ(SelectedOutput(), 5);
