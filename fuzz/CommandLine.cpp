@@ -84,7 +84,7 @@ void CheckFileName(const QString &path) {
     const QString name = PathFunctions::FileNameOfPath(path);
     REQUIRE(path.endsWith(name) && !name.contains(u'\\'));
     REQUIRE(name.size() == path.size() || path[path.size() - name.size() - 1] == u'\\');
-    FileFunctions::FileExists(path); // reads the disk, so only the call itself is checked
+    FileFunctions::FileExists(path); // reads the disk: only checks that it returns
 }
 
 } // namespace

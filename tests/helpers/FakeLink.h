@@ -8,7 +8,7 @@
 
 namespace ztv {
 
-// A link that keeps what it is told.
+// A link that records each call.
 class FakeLink : public ParameterLink {
 public:
     bool PortIsOpen() const override { return open; }
