@@ -122,7 +122,7 @@ TEST_F(SearchTest, FindsSensorsWhateverTheirSettingsByTryingThemAll) {
     Put({.address = 5, .baud = 4, .parity = 2}); // even, which a pseudo terminal can't distinguish from none
     EXPECT_EQ(Search({.port = 1, .baud = 4, .parityStop = 1}, "5", "6", true),
               (Found{"5 38400 E1", "5 38400 N1", "5 9600 O1", "6 2400 N2"}));
-    // Each sensor received each of the 20 settings twice.
+    // Each sensor received a probe of both addresses at each of the 20 settings.
     for (const auto &sensor : sensors_) {
         EXPECT_EQ(sensor->Requests().size(), 40U);
     }

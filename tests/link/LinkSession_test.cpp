@@ -33,7 +33,8 @@ QByteArray PollReply() {
 
 } // namespace
 
-// The session on a scripted line. Everything that it tells goes into one list, so that orders can be seen.
+// Runs the session on a scripted line. Records all of its signals in one list, so that tests can compare
+// their order.
 class LinkSessionTest : public testing::Test {
 protected:
     LinkSessionTest() {
@@ -60,7 +61,7 @@ protected:
         return std::find(told_.begin(), told_.end(), what) != told_.end();
     }
 
-    // A single write as the table does it, without a line: the mailbox is filled and the row marked.
+    // Begins a single write as the table does, without a line: fills the mailbox and marks the row.
     void PretendWritten(std::int16_t tag, std::int32_t value) {
         zentrova_.ParamValue(tag, value);
         zentrova_.ParamWritePending(tag, true);
@@ -136,7 +137,7 @@ TEST_F(LinkSessionTest, ProbesRegister69EachHalfSecondUntilItIsAnswered) {
     line_.Answer(WithCrc("01 83 02"));
     line_.Answer(WithCrc("01 03 02 55 55"));
     session_.GoOnline(1);
-    EXPECT_EQ(told_, (Told{"online"})); // and nobody was asked
+    EXPECT_EQ(told_, (Told{"online"})); // no question about the direction
     EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 4; }));
     for (std::size_t k = 0; k < 3; ++k) {
         EXPECT_EQ(line_.Requests()[k], WithCrc("01 03 00 45 00 01"));
@@ -277,12 +278,12 @@ TEST_F(LinkSessionTest, LeavesParameter0AsItIs) {
 
 TEST_F(LinkSessionTest, GivesTheLastRow0InAddressingMode0) {
     zentrova_.ParamUpdate(95, 77);
-    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200); // its word would be one past the buffer
+    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200); // its word would be one past the buffer's end
     session_.TransactionDone(1);
     EXPECT_EQ(zentrova_.ParamValue(95), 0);
 }
 
-// Another sensor behind the same port. --------------------------------------------------------------
+// Another sensor on the same port. ------------------------------------------------------------------
 
 TEST_F(LinkSessionTest, ThePollOfASensorThatNumbersItsRegistersOtherwiseIsNotTaken) {
     struct Row {
@@ -333,7 +334,7 @@ TEST_F(LinkSessionTest, NothingIsWrittenToAnotherSensor) {
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
     EXPECT_FALSE(zentrova_.WriteAllPending());
     EXPECT_EQ(line_.Requests().size(), before);
-    // The way out that the status bar names.
+    // The remedy that the status bar names.
     session_.GoOffline();
     line_.Answer(WithCrc("01 03 02 00 46"));
     line_.AnswerAlways(PollReply());
@@ -352,11 +353,11 @@ TEST_F(LinkSessionTest, ThePollFollowsAnAddressingModeThatTheUserWrites) {
     session_.Mbaxp1().Tag(QStringLiteral("68"));
     session_.TransactionDone(0);
     told_.clear();
-    session_.TransactionDone(1); // no mark there: as it must be in mode 1
+    session_.TransactionDone(1); // no mark there, which is correct in mode 1
     EXPECT_FALSE(WasTold(anotherSensor));
 }
 
-// Values that stand. --------------------------------------------------------------------------------
+// Values that stand still. --------------------------------------------------------------------------
 
 TEST_F(LinkSessionTest, MarksThatAClosedPortHasLeftAreClearedAsTheNextConnectBegins) {
     StartProbing();
@@ -434,7 +435,7 @@ TEST_F(LinkSessionTest, SendsOneWriteAtATimeInTheirOrder) {
     line_.Answer({{WithCrc("01 06 00 1C 05 DC"), 20}});
     line_.Answer({{WithCrc("01 06 00 1D 0B B8"), 20}});
     zentrova_.ParamValue(28, 1500);
-    zentrova_.ParamValue(29, 3000); // waits for the one before
+    zentrova_.ParamValue(29, 3000); // waits for the write before it
     EXPECT_FALSE(zentrova_.ParamWritePending(28));
     EXPECT_TRUE(zentrova_.ParamWritePending(29));
     EXPECT_TRUE(WaitUntil([this] { return !zentrova_.ParamWritePending(29); }));
@@ -649,7 +650,7 @@ TEST_F(LinkSessionTest, FailedDownloadSaysSoAndPollsWithoutAReconnect) {
     line_.AnswerAlways(PollReply());
     zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 17);
     dialogs_.Expect(QStringLiteral("Error downloading Parameters"), BoxIcon::Exclamation, BoxButtons::Ok,
-                    BoxAnswer::Ok, [this] { // the mark is cleared before the box, the poll comes behind it
+                    BoxAnswer::Ok, [this] { // the mark is cleared before the box; the poll starts after it
                         EXPECT_FALSE(zentrova_.WriteAllPending());
                         EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(1));
                     });
@@ -770,7 +771,7 @@ TEST_F(LinkSessionTest, ADownloadToAnAddressThatNoSensorHasFailsLikeAnyOther) {
     session_.StartDownload();
     EXPECT_TRUE(zentrova_.WriteAllPending()); // the outcome comes later
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
-    EXPECT_FALSE(zentrova_.WriteAllPending()); // or no poll would be taken any more
+    EXPECT_FALSE(zentrova_.WriteAllPending()); // or every later poll would be dropped
 }
 
 TEST_F(LinkSessionTest, DropsTheWishToDownloadWhereItIsToldTo) {

@@ -95,7 +95,7 @@ TEST_F(ClassZentrovaTest, EndsAtTheValueThatWasAskedForLastWhileAnotherOneWaits)
     EXPECT_EQ(zentrova_.ParamValue(setting), 1400);
     EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{setting, 1400}}));
 
-    link_.whileWaiting = [&] { zentrova_.ParamValue(setting, 1400); }; // back to what is there
+    link_.whileWaiting = [&] { zentrova_.ParamValue(setting, 1400); }; // back to the value in the sensor
     zentrova_.ParamValue(setting, 1500);
     EXPECT_EQ(zentrova_.ParamValue(setting), 1400);
     EXPECT_EQ(link_.writes.size(), 1U);

@@ -7,7 +7,7 @@
 
 namespace ztv {
 
-// What can become of a request and its reply.
+// The faults of a request and its reply.
 enum class LineFault {
     None,
     LostRequest,
@@ -16,32 +16,32 @@ enum class LineFault {
     DamagedReply,
     ShortReply,
     ReplyInPieces,
-    SlowReply,       // within the time that the host waits
-    LateReply,       // beyond it, before the next request
-    LateBeforeOwn,   // behind the next request; that one's own reply follows
-    LateAlone,       // behind the next request, which gets no reply of its own
-    GarbageBefore,   // in front of the reply
+    SlowReply,       // before the host's timeout
+    LateReply,       // after the timeout, before the next request
+    LateBeforeOwn,   // after the next request, whose own reply follows
+    LateAlone,       // after the next request, which gets no reply of its own
+    GarbageBefore,   // before the reply
     GarbageBehind,   //
-    ForeignBefore,   // another slave's frame in front of the reply
+    ForeignBefore,   // another slave's frame before the reply
     ForeignBehind,   //
     ForeignInstead,  //
     DoubledReply,    //
-    Exception,       // with a code that is known
-    ExceptionBeyond, // with one that isn't
+    Exception,       // with a known code
+    ExceptionBeyond, // with an unknown code
     HangUp,          // the adapter is pulled before the reply
-    HangUpInReply,   // within it
+    HangUpInReply,   // in the middle of the reply
     HangUpBehind     // between two requests
 };
 
-// One row a fault, in the order of the codes.
+// One row for each fault, in the order of the enumeration.
 struct LineFaultRow {
     const char *name;
-    int weight;          // among the rounds of the poll
-    bool strikesWrites;  // it is one of a write as well
-    std::int16_t status; // what the host must report of it; 0: a good transaction
+    int weight;          // relative frequency in the poll
+    bool strikesWrites;  // also applied to writes
+    std::int16_t status; // the status that the host must report; 0: a good transaction
 };
 
-inline constexpr std::int16_t TheExceptionsCode = -1; // as a status: the code that the exception had
+inline constexpr std::int16_t TheExceptionsCode = -1; // as a status: the exception's own code
 
 inline constexpr std::array LineFaultTable = {
     LineFaultRow{"none", 0, true, 0},
@@ -72,18 +72,18 @@ inline const LineFaultRow &RowOf(LineFault fault) {
     return LineFaultTable.at(static_cast<std::size_t>(fault));
 }
 
-// The bytes of the faults.
+// Makes the bytes of the faults.
 class Damage {
 public:
     explicit Damage(unsigned seed) : random_(seed) {}
 
     int Between(int least, int most) { return std::uniform_int_distribution(least, most)(random_); }
 
-    // One to three bits are other ones: so few that the checksum tells, always.
+    // Changes one to three bits: so few that the CRC always detects it.
     QByteArray WithFlippedBits(QByteArray frame);
     QByteArray CutShort(const QByteArray &frame);
     QByteArray Garbage();
-    QByteArray ForeignFrame(); // of a slave that isn't 1, with a good checksum
+    QByteArray ForeignFrame(); // from another slave than 1, with a good CRC
 
 private:
     std::mt19937 random_;

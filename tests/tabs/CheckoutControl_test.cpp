@@ -17,7 +17,7 @@ class CheckoutControlTest : public testing::Test {
 protected:
     using Writes = std::vector<std::pair<int, int>>;
 
-    // Values that no option writes, so that each write of an option is one.
+    // Sets values that no option writes, so that each option writes.
     CheckoutControlTest() {
         for (const std::int16_t tag : {ParamDefines::AnalogOutputMode, ParamDefines::ManualOutput,
                                        ParamDefines::MaxRange, ParamDefines::FarDistance}) {
@@ -31,7 +31,7 @@ protected:
         return std::exchange(link_.writes, {});
     }
 
-    // As the sensor confirms it.
+    // Ends the write, as the sensor's confirmation does.
     void Confirm() {
         for (std::int16_t tag = 0; tag < zentrova_.ParamCount(); ++tag) {
             zentrova_.ParamWritePending(tag, false);
@@ -118,7 +118,7 @@ TEST_F(CheckoutControlTest, FinishesAtOnceWhenAskedTo) {
     control_.SetRange(0);
     control_.Finish();
     EXPECT_EQ(link_.writes, (Writes{{29, 6000}, {25, 6200}}));
-    EXPECT_EQ(Take().size(), 2U); // nothing again
+    EXPECT_EQ(Take().size(), 2U); // again nothing
 }
 
 TEST_F(CheckoutControlTest, LetsAClickDuringAWaitComeAfterTheOneThatWaits) {
