@@ -286,7 +286,7 @@ TEST_F(HexFileAccessTest, KeepsTheUpperWordUntilTheNext) {
 
 TEST_F(HexFileAccessTest, ReadsWhatTheUpperWordLacksAsItsLeadingDigits) {
     EXPECT_EQ(Import(":01000004FB\r\n" + Record(0, 0x10, "a") + end), goodFile);
-    EXPECT_EQ(folder_.Images(), (std::array<QByteArray, 4>{})); // the checksum stands where the word is
+    EXPECT_EQ(folder_.Images(), (std::array<QByteArray, 4>{})); // the checksum is in the place of the word
     EXPECT_EQ(Import(":0200000400xxFA\r\n" + Record(0, 0x10, "a") + end), goodFile);
     EXPECT_EQ(folder_.Program(), ImageLine(0x000010, "a"));
 }
