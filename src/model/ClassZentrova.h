@@ -55,8 +55,8 @@ public:
     std::int32_t ParamPreset(std::int16_t Tag) const;
     std::int32_t ParamValue(std::int16_t Tag) const;
 
-    // Returns the value that a download sends for the row. Returns 0 for a command row: a command still in
-    // the table or in a file was meant for an earlier sensor.
+    // Returns the value that a download sends for the row. Deliberate: a read-only row is sent, too. Returns
+    // 0 for a command row: a command still in the table or in a file was meant for an earlier sensor.
     std::int32_t ValueToDownload(std::int16_t Tag) const;
 
     // The user's write. Ignores a read-only row and the value that is there already. While the port is open,
