@@ -10,7 +10,7 @@ namespace {
 
 // Whether the bytes contain a frame that a slave could have sent. Damage may leave one by chance, and then
 // the host is right to report a frame.
-bool HoldsFrame(const QByteArray &bytes) {
+bool ContainsFrame(const QByteArray &bytes) {
     for (qsizetype at = 0; at + 5 <= bytes.size(); ++at) {
         const auto slave = static_cast<quint8>(bytes[at]);
         const auto function = static_cast<quint8>(bytes[at + 1]);
@@ -44,7 +44,7 @@ QByteArray Damage::WithFlippedBits(QByteArray frame) {
         for (const int bit : bits) {
             frame[bit / 8] = static_cast<char>(frame[bit / 8] ^ (1 << bit % 8));
         }
-    } while (HoldsFrame(frame));
+    } while (ContainsFrame(frame));
     return frame;
 }
 
@@ -52,7 +52,7 @@ QByteArray Damage::CutShort(const QByteArray &frame) {
     QByteArray part;
     do {
         part = frame.first(Between(1, static_cast<int>(frame.size()) - 1));
-    } while (HoldsFrame(part));
+    } while (ContainsFrame(part));
     return part;
 }
 
@@ -63,7 +63,7 @@ QByteArray Damage::Garbage() {
         for (char &byte : garbage) {
             byte = static_cast<char>(Between(0, 255));
         }
-    } while (HoldsFrame(garbage));
+    } while (ContainsFrame(garbage));
     return garbage;
 }
 

@@ -21,24 +21,24 @@ enum class LineFault {
     LateBeforeOwn,   // after the next request, whose own reply follows
     LateAlone,       // after the next request, which gets no reply of its own
     GarbageBefore,   // before the reply
-    GarbageBehind,   //
+    GarbageAfter,    //
     ForeignBefore,   // another slave's frame before the reply
-    ForeignBehind,   //
+    ForeignAfter,    //
     ForeignInstead,  //
     DoubledReply,    //
     Exception,       // with a known code
     ExceptionBeyond, // with an unknown code
     HangUp,          // the adapter is pulled before the reply
     HangUpInReply,   // in the middle of the reply
-    HangUpBehind     // between two requests
+    HangUpAfter      // between two requests
 };
 
 // One row for each fault, in the order of the enumeration.
 struct LineFaultRow {
     const char *name;
-    int weight;          // relative frequency in the poll
-    bool strikesWrites;  // also applied to writes
-    std::int16_t status; // the status that the host must report; 0: a good transaction
+    int weight;           // relative frequency in the poll
+    bool appliesToWrites; // also applied to writes
+    std::int16_t status;  // the status that the host must report; 0: a good transaction
 };
 
 inline constexpr std::int16_t TheExceptionsCode = -1; // as a status: the exception's own code
@@ -53,19 +53,19 @@ inline constexpr std::array LineFaultTable = {
     LineFaultRow{"reply in pieces", 4, true, 0},
     LineFaultRow{"reply slow", 2, true, 0},
     LineFaultRow{"reply late, between two requests", 1, false, 10},
-    LineFaultRow{"reply late, in front of the next", 1, false, 10},
+    LineFaultRow{"reply late, before the next", 1, false, 10},
     LineFaultRow{"reply late, instead of the next", 1, false, 10},
-    LineFaultRow{"garbage in front", 6, true, 0},
-    LineFaultRow{"garbage behind", 6, true, 0},
-    LineFaultRow{"foreign frame in front", 6, true, 0},
-    LineFaultRow{"foreign frame behind", 4, true, 0},
+    LineFaultRow{"garbage before", 6, true, 0},
+    LineFaultRow{"garbage after", 6, true, 0},
+    LineFaultRow{"foreign frame before", 6, true, 0},
+    LineFaultRow{"foreign frame after", 4, true, 0},
     LineFaultRow{"foreign frame instead", 1, true, 12},
     LineFaultRow{"reply twice", 6, true, 0},
     LineFaultRow{"exception 1 to 7", 4, true, TheExceptionsCode},
     LineFaultRow{"exception above 7", 2, true, 12},
     LineFaultRow{"hang-up before the reply", 1, true, 15},
-    LineFaultRow{"hang-up within the reply", 1, true, 15},
-    LineFaultRow{"hang-up behind the reply", 1, false, 0},
+    LineFaultRow{"hang-up in the reply", 1, true, 15},
+    LineFaultRow{"hang-up after the reply", 1, false, 0},
 };
 
 inline const LineFaultRow &RowOf(LineFault fault) {

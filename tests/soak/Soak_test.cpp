@@ -42,7 +42,7 @@ constexpr int roundsForEachFault = 1500;
 constexpr int roundsToWarmUp = 700;
 constexpr int writeEvery = 25;
 constexpr int reconnectEvery = 2500;
-constexpr std::int16_t countsBegunAnew = 30000; // a count past 32767 ends the program
+constexpr std::int16_t countsToReset = 30000; // a count past 32767 ends the program
 constexpr int longestSilenceMs = 20000;
 
 constexpr std::int16_t good = LinkStatus::NoError;
@@ -124,7 +124,7 @@ private:
     void TreatPoll(const QByteArray &request);
     void TreatWrite(const QByteArray &request);
     LineFault NextPollFault();
-    bool CanStrike(LineFault fault) const;
+    bool MayApply(LineFault fault) const;
     std::int16_t Plan(LineFault fault);
     void ForwardRequest(const QByteArray &request, LineFault fault);
     void ForwardReply(const QByteArray &reply, LineFault fault);
@@ -166,7 +166,7 @@ private:
     bool probing_ = false;
     bool asWrite_ = false; // the sensor's reply belongs to a write
     int pulledRounds_ = 0;
-    bool wholeAgain_ = false;
+    bool lineIsGood_ = false;
     QString shown_;
 
     int rounds_ = 0;
@@ -219,7 +219,7 @@ void SoakTest::Begin(const Options &options) {
     for (std::size_t k = 1; k < LineFaultTable.size(); ++k) {
         const auto fault = static_cast<LineFault>(k);
         pollFaultsDue_.push_back(fault);
-        if (RowOf(fault).strikesWrites) {
+        if (RowOf(fault).appliesToWrites) {
             writeFaultsDue_.push_back(fault);
         }
     }
@@ -277,7 +277,7 @@ void SoakTest::ChangeSensor() {
 }
 
 LineFault SoakTest::NextPollFault() {
-    if (wholeAgain_) {
+    if (lineIsGood_) {
         return LineFault::None;
     }
     if (!pollFaultsDue_.empty() && rounds_ > roundsByChance && damage_->Between(1, 10) == 1) {
@@ -303,7 +303,7 @@ LineFault SoakTest::NextPollFault() {
 
 // Whether the fault may be used now. A late reply can be distinguished only because it comes later than
 // usual. And a waiting write must find the line in the state of its own fault.
-bool SoakTest::CanStrike(LineFault fault) const {
+bool SoakTest::MayApply(LineFault fault) const {
     const bool writeWaits = form_->Link().Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite);
     switch (fault) {
     case LineFault::LateReply:
@@ -314,7 +314,7 @@ bool SoakTest::CanStrike(LineFault fault) const {
         return !owed_;
     case LineFault::HangUp:
     case LineFault::HangUpInReply:
-    case LineFault::HangUpBehind:
+    case LineFault::HangUpAfter:
         return !writeWaits;
     default:
         return true;
@@ -360,7 +360,7 @@ void SoakTest::TreatPoll(const QByteArray &request) {
         return;
     }
     LineFault fault = NextPollFault();
-    if (!CanStrike(fault)) {
+    if (!MayApply(fault)) {
         pollFaultsDue_.push_back(fault);
         fault = LineFault::None;
     }
@@ -381,7 +381,7 @@ void SoakTest::TreatWrite(const QByteArray &request) {
         } else {
             const auto drawn =
                 static_cast<LineFault>(damage_->Between(1, static_cast<int>(LineFaultTable.size()) - 1));
-            writeFault_ = RowOf(drawn).strikesWrites ? drawn : LineFault::None;
+            writeFault_ = RowOf(drawn).appliesToWrites ? drawn : LineFault::None;
         }
         if (writeFault_ != LineFault::None) {
             ++cameToWrites_[writeFault_];
@@ -473,13 +473,13 @@ void SoakTest::ForwardReply(const QByteArray &reply, LineFault fault) {
     case LineFault::GarbageBefore:
         line_->SendToHost(damage_->Garbage() + reply);
         break;
-    case LineFault::GarbageBehind:
+    case LineFault::GarbageAfter:
         line_->SendToHost(reply + damage_->Garbage());
         break;
     case LineFault::ForeignBefore:
         line_->SendToHost(damage_->ForeignFrame() + reply);
         break;
-    case LineFault::ForeignBehind:
+    case LineFault::ForeignAfter:
         line_->SendToHost(reply + damage_->ForeignFrame());
         break;
     case LineFault::ForeignInstead:
@@ -554,7 +554,7 @@ void SoakTest::OnPolled(std::int16_t status) {
         PollAtTheUsualPace();
     } else if (stalled) {
         PollAtTheUsualPace(); // its reply comes late, too
-    } else if (fault == LineFault::HangUpBehind && line_->IsPlugged()) {
+    } else if (fault == LineFault::HangUpAfter && line_->IsPlugged()) {
         line_->HangUp();
     }
     if (!line_->IsPlugged() && ++pulledRounds_ == 6) {
@@ -567,11 +567,11 @@ void SoakTest::CheckCounts() {
     LinkSession &link = form_->Link();
     EXPECT_EQ(link.TimeoutCount(), timeouts_ - countedTimeouts_);
     EXPECT_EQ(link.CrcErrorCount(), crcErrors_ - countedCrcErrors_);
-    if (link.TimeoutCount() >= countsBegunAnew) {
+    if (link.TimeoutCount() >= countsToReset) {
         countedTimeouts_ = timeouts_;
         link.TimeoutCount(0);
     }
-    if (link.CrcErrorCount() >= countsBegunAnew) {
+    if (link.CrcErrorCount() >= countsToReset) {
         countedCrcErrors_ = crcErrors_;
         link.CrcErrorCount(0);
     }
@@ -701,7 +701,7 @@ void SoakTest::Run() {
 
 // On a good line the program must have the sensor's values again.
 void SoakTest::End() {
-    wholeAgain_ = true;
+    lineIsGood_ = true;
     ASSERT_TRUE(WaitUntil([this] { return IsCalm() && dialogs_.AllCame(); }));
     ASSERT_TRUE(WaitForPolls(3));
     form_->Link().Mbaxp1().StopCyclic(LinkTransaction::Poll);
