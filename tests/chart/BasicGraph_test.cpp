@@ -185,7 +185,7 @@ TEST_F(BasicGraphTest, FaultsOnARollWithoutADiameterAndLeavesNoCurve) {
     EXPECT_EQ(TheControl(ControlId::PicRelay, 0).left, marker);
 }
 
-// A link whose wait lets something else happen.
+// A link that calls a test's function while a write waits.
 class BusyLink : public FakeLink {
 public:
     void WaitForWriteIdle() override {

@@ -671,7 +671,7 @@ protected:
         sensor_.Command(QStringLiteral("bootclear"));
     }
 
-    // An upgrade with that fault at that exchange, then, the fault being over, a second click.
+    // Runs an upgrade with that fault at that exchange, then clears the fault and clicks again.
     void TryFault(int exchange, const char *fault) {
         SCOPED_TRACE(std::string("exchange ") + std::to_string(exchange) + " " + fault);
         EnterLoader();
