@@ -164,7 +164,8 @@ void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t statu
     SetStatus(WordsOf(status));
     switch (transaction) {
     case LinkTransaction::Poll:
-        // Deliberate: past 32767 either count is a fault, which ends the program.
+        // Deliberate: no number of timeouts takes the link offline; past 32767 either count is a fault, which
+        // ends the program.
         if (status == LinkStatus::Timeout) {
             timeoutCount_ = ToInt16(timeoutCount_ + 1);
         } else if (status == LinkStatus::CrcError) {

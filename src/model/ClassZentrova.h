@@ -61,8 +61,8 @@ public:
     // Returns the value that was sent or polled last: ParamValue without the writes that wait.
     std::int32_t SentValue(std::int16_t Tag) const;
 
-    // Returns the value that a download sends for the row. Returns 0 for a command row: a command still in
-    // the table or in a file was meant for an earlier sensor.
+    // Returns the value that a download sends for the row. Deliberate: a read-only row is sent, too. Returns
+    // 0 for a command row: a command still in the table or in a file was meant for an earlier sensor.
     std::int32_t ValueToDownload(std::int16_t Tag) const;
 
     // The user's write. Ignores a read-only row and the value that is there already. Stores the value and,

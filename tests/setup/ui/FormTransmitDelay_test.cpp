@@ -54,7 +54,7 @@ protected:
         dialogs_.Expect(QStringLiteral("Please enter a numeric value."), BoxIcon::Exclamation, BoxButtons::Ok,
                         BoxAnswer::Ok, std::move(whileOpen));
     }
-    // Clicks on a control; a real message comes with the press, and takes the release.
+    // Clicks on a control. A real message box opens with the press and swallows the release.
     void ExpectMessageDuringClick(const char *name) {
         QWindow *window = form_->windowHandle();
         auto &control = Ui().Get<QWidget>(name);
@@ -152,7 +152,7 @@ TEST_F(FormTransmitDelayTest, SelectsABoxAsItGetsTheFocusAndFormatsItAsItIsLeft)
     Type("2.5");
     Key(Qt::Key_Backtab);
     EXPECT_EQ(Delays().text(), QStringLiteral("3"));
-    ExpectResults("3.73 ms", "3725", "0"); // of what the boxes show now
+    ExpectResults("3.73 ms", "3725", "0"); // from the present texts of the boxes
 }
 
 TEST_F(FormTransmitDelayTest, StaysAsItIsWhileAnotherWindowIsActive) {

@@ -27,7 +27,7 @@ protected:
         zentrova_.ConnectTo(&link_);
     }
 
-    // Afresh, as each time it is shown.
+    // Opens a new wizard, as the program does each time.
     void Open() {
         form_.emplace(zentrova_, dialogs_, help_);
         form_->show();
@@ -36,7 +36,7 @@ protected:
     }
     Form Ui() { return Form(*form_); }
 
-    // The poll's value, and the second that it takes to be seen.
+    // Sets the polled value and lets the second pass until the wizard shows it.
     void SetDistance(int raw) {
         zentrova_.ParamUpdate(ParamDefines::ActualDistance, raw);
         auto &timer = Ui().Get<QTimer>("TimerUpdate");

@@ -45,7 +45,7 @@ protected:
     }
     QString Shown(std::int16_t tag) const { return Model().Text(*Model().RowOf(tag), Column::Value); }
 
-    // As the window system brings it, to the window first.
+    // Sends the key through the window, as the window system does.
     void ClickInWindow(QWidget &widget, const QPoint &at) {
         QTest::mouseClick(form_->windowHandle(), Qt::LeftButton, {}, widget.mapTo(form_.get(), at));
         Settle();
@@ -94,7 +94,7 @@ protected:
         EXPECT_EQ(Combo1().currentText(), QString::fromUtf8(text));
         EXPECT_FALSE(Text1().isVisible());
     }
-    // A cell in the coordinates of what the editors stand in.
+    // A cell's place in the coordinates of the editors' parent.
     QRect Place(std::int16_t tag) const {
         return List().PlaceOf(*Model().RowOf(tag), Column::Value, *Text1().parentWidget());
     }
@@ -289,7 +289,7 @@ TEST_F(AdvancedPageTest, PaintsNothingWhereNothingHasChanged) {
     List().viewport()->removeEventFilter(&painted);
 }
 
-// What opens an editor. -----------------------------------------------------------------------------
+// Opening an editor. --------------------------------------------------------------------------------
 
 TEST_F(AdvancedPageTest, ADoubleClickElsewhereOpensNothing) {
     StartOnTab();

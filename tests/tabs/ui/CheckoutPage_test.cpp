@@ -25,7 +25,7 @@ protected:
 
     CheckoutPageTest() {
         manualOutput_.setProperty("Tag", QStringLiteral("40"));
-        page_.resize(630, 389); // as in the smallest window
+        page_.resize(630, 389); // the width in the smallest window
         page_.show();
         page_.activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&page_));
@@ -54,7 +54,7 @@ protected:
     int SelectedRange() { return Selected("OptionRange", 2); }
     QString Counter() { return ui_.Get<QPushButton>("CommandNext").property("Tag").toString(); }
 
-    // The dot in front of the caption is what a person aims at.
+    // The dot before the caption, which a user aims at.
     void ClickOption(const char *array, int index) {
         QRadioButton &option = Option(array, index);
         QTest::mouseClick(&option, Qt::LeftButton, {}, QPoint(8, option.height() / 2));
@@ -80,7 +80,7 @@ protected:
     Form ui_{page_};
 };
 
-// What is there. ------------------------------------------------------------------------------------
+// Frames and controls. ------------------------------------------------------------------------------
 
 TEST_F(CheckoutPageTest, HasItsFramesAndControlsWithTheirCaptions) {
     const std::pair<const char *, const char *> frames[] = {

@@ -152,7 +152,7 @@ TEST_F(ValueOverlayTest, EnterKeepsARefusedValueSelected) {
     }
     Key(Qt::Key_Delete);
     ExpectRefusal();
-    Key(Qt::Key_Return); // nothing is no number
+    Key(Qt::Key_Return); // an empty text is no number
     ExpectOpen();
 }
 
@@ -240,7 +240,7 @@ TEST_F(ValueOverlayTest, HidesInTheTabOrderBehindWhatItStandsFor) {
     Key(Qt::Key_Tab);
     EXPECT_TRUE(next_->hasFocus());
     Key(Qt::Key_Tab);
-    EXPECT_TRUE(button_->hasFocus()); // a hidden box takes no focus
+    EXPECT_TRUE(button_->hasFocus()); // a hidden box can't have the focus
 }
 
 TEST_F(ValueOverlayTest, MayBeClosedBehindTheMessage) {
