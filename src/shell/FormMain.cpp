@@ -24,7 +24,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QResizeEvent>
+#include <QLayout>
 #include <QStatusBar>
 #include <QTimer>
 #include <utility>
@@ -354,11 +354,6 @@ bool FormMain::ValidateAndWriteTextBoxVal(QLineEdit &box) {
     return ztv::ValidateAndWriteTextBoxVal(box, *entryRules_);
 }
 
-void FormMain::resizeEvent(QResizeEvent *event) {
-    QMainWindow::resizeEvent(event);
-    LayOut();
-}
-
 void FormMain::changeEvent(QEvent *event) {
     QMainWindow::changeEvent(event);
     const bool otherColours = event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange;
@@ -367,10 +362,10 @@ void FormMain::changeEvent(QEvent *event) {
     }
 }
 
+// Measures the form's own bars once: a dock or a bar that is added later makes the pages smaller.
 void FormMain::LayOut() {
-    if (!isMinimized() && tabs_ != nullptr) {
-        tabs_->LayOut(size());
-    }
+    layout()->activate();
+    tabs_->LayOutBeside(size() - centralWidget()->size());
 }
 
 // Returns false if the text being typed was rejected, or if the window closes by itself once the text is

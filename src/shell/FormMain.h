@@ -98,7 +98,6 @@ public:
     void ShowAsStored() { placement_.Show(); }
 
 protected:
-    void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
