@@ -245,11 +245,10 @@ void FormSearch::ConnectControls() {
 }
 
 void FormSearch::ConnectSearch() {
-    connect(&link_, &LinkSession::DeviceAnswered, this, &FormSearch::FoundDevice);
     connect(&search_, &DeviceSearch::Started, this, &FormSearch::ShowStarted);
     connect(&search_, &DeviceSearch::Probing, this, &FormSearch::ShowProbe);
     // Queued, so that the probe doesn't wait until the bar is painted.
-    connect(&search_, &DeviceSearch::Probing, this, &FormSearch::ShowProgress, Qt::QueuedConnection);
+    connect(&search_, &DeviceSearch::Progressed, this, &FormSearch::ShowProgress, Qt::QueuedConnection);
     connect(&search_, &DeviceSearch::DeviceFound, this, &FormSearch::AddResult);
     connect(&search_, &DeviceSearch::Ended, this, &FormSearch::ShowEnded);
     connect(&search_, &DeviceSearch::BrokenOff, this, &FormSearch::ShowBrokenOff);
@@ -312,25 +311,24 @@ QString FormSearch::CommSettings() const {
            zentrova_.ParityStopString(search_.SearchParityStop());
 }
 
-void FormSearch::ShowProgress() {
+// Arrives queued, so the search may have ended meanwhile.
+void FormSearch::ShowProgress(int probesDone, const SearchWork &left) {
     if (!search_.IsSearching()) {
         return;
     }
-    const SearchWork left = WorkLeft(search_.Remaining());
-    progress_->setMaximum(std::max(search_.ProbesDone() + left.probes, 1));
-    progress_->setValue(search_.ProbesDone());
+    progress_->setMaximum(std::max(probesDone + left.probes, 1));
+    progress_->setValue(probesDone);
     timeLeft_->setText(TimeLeftText(left.milliseconds));
 }
 
-void FormSearch::AddResult() {
+void FormSearch::AddResult(const SearchPlace &place) {
     const int count = search_.DevicesFound();
     labelDevicesFound_->setText(QStringLiteral("Devices Found: %1").arg(count));
-    auto *row = new QTreeWidgetItem({QString::number(search_.SearchAddress()),
-                                     zentrova_.BaudRateString(search_.SearchBaud()),
-                                     zentrova_.ParityStopString(search_.SearchParityStop())});
+    auto *row = new QTreeWidgetItem({QString::number(place.address), zentrova_.BaudRateString(place.baud),
+                                     zentrova_.ParityStopString(place.parityStop)});
     row->setData(AddressColumn, tagRole, QStringLiteral("Key%1").arg(count));
-    row->setData(BaudColumn, tagRole, search_.SearchBaud());
-    row->setData(ParityStopColumn, tagRole, search_.SearchParityStop());
+    row->setData(BaudColumn, tagRole, place.baud);
+    row->setData(ParityStopColumn, tagRole, place.parityStop);
     listViewResults_->addTopLevelItem(row);
 }
 
