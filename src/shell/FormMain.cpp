@@ -91,24 +91,17 @@ void FormMain::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std
     link_->SetMbaxp1CommProperties(port, baud, parityStop, timeoutMs);
 }
 
-BoxAnswer FormMain::Ask(const QString &question) {
-    return dependencies_.dialogs.OwnedMessageBox(
-        question, {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo}, ApplicationTitle());
-}
-
 void FormMain::AskToClearSettings(bool wanted) {
     if (wanted &&
-        Ask(QStringLiteral("Clear all ") + ApplicationTitle() + QStringLiteral(" Registry Settings?")) ==
-            BoxAnswer::Yes &&
+        Confirm(dependencies_.dialogs,
+                QStringLiteral("Clear all ") + ApplicationTitle() + QStringLiteral(" Registry Settings?")) &&
         !dependencies_.settings.Clear()) {
         TellOfStore(QStringLiteral("The settings couldn't be cleared. They are in"));
     }
 }
 
 void FormMain::TellOfStore(const QString &what) {
-    dependencies_.dialogs.OwnedMessageBox(QStringLiteral("%1\n%2").arg(what, dependencies_.settings.Place()),
-                                          {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                                          ApplicationTitle());
+    Warn(dependencies_.dialogs, QStringLiteral("%1\n%2").arg(what, dependencies_.settings.Place()));
 }
 
 void FormMain::BuildFileCommands() {
@@ -270,9 +263,9 @@ void FormMain::ToggleOnline() {
 }
 
 void FormMain::Reinitialise() {
-    if (Ask(QStringLiteral(
-            "Are you sure? This will reset all parameters back to the factory default values.")) ==
-        BoxAnswer::Yes) {
+    if (Confirm(dependencies_.dialogs,
+                QStringLiteral(
+                    "Are you sure? This will reset all parameters back to the factory default values."))) {
         zentrova_->ParamValue(ParamDefines::ReinitCommand, ParamDefines::FactoryDefaults);
     }
 }
@@ -284,9 +277,8 @@ void FormMain::UpdateCaption() {
 void FormMain::ShowMakersPages() {
     const QUrl address = MakerAddress(dependencies_.settings);
     if (!dependencies_.openUrl(address)) {
-        dependencies_.dialogs.OwnedMessageBox(
-            QStringLiteral("The web browser couldn't be started. The address is\n%1").arg(address.toString()),
-            {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
+        Warn(dependencies_.dialogs, QStringLiteral("The web browser couldn't be started. The address is\n%1")
+                                        .arg(address.toString()));
     }
 }
 

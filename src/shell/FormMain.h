@@ -128,7 +128,6 @@ private:
     std::int16_t AskDirection();
     bool StoreSettings();
     void TellOfStore(const QString &what);
-    BoxAnswer Ask(const QString &question);
 
     Dependencies dependencies_;
     ClassMyHtmlHelp help_;

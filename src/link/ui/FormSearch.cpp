@@ -1,7 +1,6 @@
 #include "link/ui/FormSearch.h"
 
 #include "link/ui/ResultsList.h"
-#include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
 #include "support/TimeLeftText.h"
 #include "widgets/Colours.h"
@@ -252,9 +251,8 @@ void FormSearch::ConnectSearch() {
     connect(&search_, &DeviceSearch::DeviceFound, this, &FormSearch::AddResult);
     connect(&search_, &DeviceSearch::Ended, this, &FormSearch::ShowEnded);
     connect(&search_, &DeviceSearch::BrokenOff, this, &FormSearch::ShowBrokenOff);
-    connect(&search_, &DeviceSearch::ProbeRefused, this, [this](std::int16_t code) {
-        Warn(QStringLiteral("Read Error: %1").arg(code), ApplicationTitle());
-    });
+    connect(&search_, &DeviceSearch::ProbeRefused, this,
+            [this](std::int16_t code) { Warn(dialogs_, QStringLiteral("Read Error: %1").arg(code)); });
 }
 
 void FormSearch::Start() {
@@ -270,7 +268,7 @@ void FormSearch::Start() {
     }
     if (!search_.Start()) {
         const std::int16_t status = link_.Mbaxp1().LastError();
-        Warn(link_.OpenFailureText(), ApplicationTitle());
+        Warn(dialogs_, link_.OpenFailureText());
         if (LinkStatus::IsRefusedSetting(status)) {
             ShowBrokenOff(status);
         }
@@ -397,12 +395,12 @@ bool FormSearch::AddressRangeIsValid(std::size_t box) {
     const auto isNumber = [this](std::size_t i) { return IsNumeric(textAddressRange_[i]->text()); };
     const auto number = [this](std::size_t i) { return ToNumber(textAddressRange_[i]->text()); };
     if (!isNumber(box) || number(box) < lowestAddress || number(box) > highestAddress) {
-        Warn(QStringLiteral("Please enter a numeric value from 1 to 247."), QStringLiteral("Invalid Range"));
+        Warn(dialogs_, QStringLiteral("Please enter a numeric value from 1 to 247."),
+             QStringLiteral("Invalid Range"));
         return false;
     }
     if (isNumber(fromBox) && isNumber(toBox) && number(fromBox) > number(toBox)) {
-        Warn(QStringLiteral("The From Address Range must be less than or equal to the To Range."),
-             ApplicationTitle());
+        Warn(dialogs_, QStringLiteral("The From Address Range must be less than or equal to the To Range."));
         return false;
     }
     return true;
@@ -421,10 +419,6 @@ DeviceSearch::AddressRange FormSearch::AddressRange() {
         }
     }
     return {.bottom = addressRange_[fromBox], .top = addressRange_[toBox]};
-}
-
-void FormSearch::Warn(const QString &text, const QString &title) {
-    dialogs_.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, title);
 }
 
 } // namespace ztv

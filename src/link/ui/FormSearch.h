@@ -67,7 +67,6 @@ private:
 
     bool AddressRangeIsValid(std::size_t box);
     DeviceSearch::AddressRange AddressRange();
-    void Warn(const QString &text, const QString &title);
 
     LinkSession &link_;
     ClassZentrova &zentrova_;

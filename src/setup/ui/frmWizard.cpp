@@ -1,6 +1,5 @@
 #include "setup/ui/frmWizard.h"
 
-#include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "support/Numbers.h"
 #include "widgets/Controls.h"
@@ -176,11 +175,6 @@ bool frmWizard::EntriesAreValid() {
     return true;
 }
 
-void frmWizard::Tell(const QString &message) {
-    dialogs_.OwnedMessageBox(message, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                             ApplicationTitle());
-}
-
 // Runs `work`, whose writes turn the event loop. Ignores presses meanwhile, so that they don't act on a step
 // that is changing. Only a request to leave is kept until the work is done.
 void frmWizard::Work(const std::function<void()> &work) {
@@ -223,7 +217,7 @@ void frmWizard::Next() {
             return;
         }
         if (const std::optional<QString> message = steps_.Next(frames_->Entries())) {
-            Tell(*message);
+            Warn(dialogs_, *message);
         }
         ShowStep();
     });
@@ -243,10 +237,7 @@ void frmWizard::AskToCancel() {
         return;
     }
     Work([this] {
-        const BoxAnswer answer = dialogs_.OwnedMessageBox(
-            QStringLiteral("Are you sure?"), {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo},
-            QStringLiteral("Cancel?"));
-        if (answer == BoxAnswer::Yes) {
+        if (Confirm(dialogs_, QStringLiteral("Are you sure?"), QStringLiteral("Cancel?"))) {
             steps_.Cancel();
             done(Rejected);
         }
@@ -261,7 +252,7 @@ void frmWizard::Finish() {
         try {
             outcome = steps_.Outcome(entries);
         } catch (const Fault &fault) {
-            Tell(fault.Description());
+            Warn(dialogs_, fault.Description());
             return;
         }
         frames_->ChkSaveSettings().setEnabled(false); // its state has been read

@@ -49,7 +49,6 @@ private:
     void Edit(int row);
     void EditText(int row);
     void EditChoice(int row, std::int16_t tag);
-    void TellThatItCannotOpen(const QString &why);
     void EditOutput(const QString &tagText, const QString &text);
     void Choose(int index);
     void WriteChoice();
