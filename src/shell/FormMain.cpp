@@ -147,7 +147,9 @@ void FormMain::BuildPages() {
         new AdvancedPage(*zentrova_, *entryRules_, dependencies_.dialogs, help_, *text1_, central);
     connect(advanced, &AdvancedPage::Rebuilt, this, &FormMain::UpdateDisplay);
     wizardPage_ = new WizardPage(central);
-    auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
+    constexpr std::size_t manualOutput = 8;
+    auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(manualOutput),
+                                      BasicPage::ValueTag(manualOutput), central);
     connect(checkout, &CheckoutPage::Finished, this, [this] {
         if (CurrentTab() != Tab::Checkout) { // the user left it before the output's mode was written
             ConfigureBasicTab();

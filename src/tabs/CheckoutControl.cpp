@@ -2,7 +2,6 @@
 
 #include "model/CheckedAt.h"
 #include "model/ParamDefines.h"
-#include "support/Numbers.h"
 
 #include <QScopeGuard>
 
@@ -18,9 +17,8 @@ CheckoutControl::CheckoutControl(ClassZentrova &zentrova, QObject *parent)
     : QObject(parent),
       zentrova_(zentrova) {}
 
-QString CheckoutControl::NextTag(const QString &tag) {
-    const int next = ToInt16(ToNumber(tag)) + 1;
-    return QString::number(next > lastOption ? 0 : next);
+int CheckoutControl::NextOption(int index) {
+    return index < lastOption ? index + 1 : 0;
 }
 
 void CheckoutControl::SetAnalogOut(int index) {

@@ -4,7 +4,6 @@
 #include "tabs/CheckoutOptions.h"
 
 #include <QObject>
-#include <QString>
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -20,9 +19,8 @@ class CheckoutControl : public QObject {
 public:
     explicit CheckoutControl(ClassZentrova &zentrova, QObject *parent = nullptr);
 
-    // Returns the index of the analog output's option after `tag`, cyclically. Throws a Fault (conversion,
-    // overflow) if `tag` isn't the text of an index.
-    static QString NextTag(const QString &tag);
+    // Returns the index of the analog output's option after `index`, cyclically.
+    static int NextOption(int index);
 
     void SetAnalogOut(int index); // an index without a voltage makes the output follow the distance
     void SetRange(int index);     // throws a Fault (subscript) for an unknown index

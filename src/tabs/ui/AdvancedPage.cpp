@@ -207,6 +207,7 @@ void AdvancedPage::EditChoice(int row, std::int16_t tag) {
         return;
     }
     const QRect cell = listView1_->PlaceOf(row, ParameterListModel::Value, *text1_.parentWidget());
+    choiceTag_ = tag;
     combo1_->setAccessibleName(zentrova_.ParamName(tag));
     combo1_->Open(*listView1_, cell.topLeft() + Offset(choiceInset - listBorder, choiceTop - listBorder),
                   cell.width(), choice.texts, choice.start);
@@ -214,7 +215,7 @@ void AdvancedPage::EditChoice(int row, std::int16_t tag) {
 }
 
 void AdvancedPage::Choose(int index) {
-    const std::int16_t tag = ToInt16(ToNumber(text1_.property("Tag").toString()));
+    const std::int16_t tag = choiceTag_;
     const QPersistentModelIndex selected(listView1_->currentIndex());
     owedWrite_ = [this, tag, index, selected] {
         zentrova_.ParamValue(tag, index);

@@ -63,6 +63,7 @@ private:
     ChoiceOverlay *combo1_ = nullptr;
     std::array<QRadioButton *, 2> optionViewParameters_{};
     QPushButton *commandRefresh_ = nullptr;
+    std::int16_t choiceTag_ = 0;      // the parameter that Combo1 was opened for
     std::function<void()> owedWrite_; // writes the user's choice; pending until the event loop calls it
     std::int16_t firstVisible_ = 0;   // the parameter in the top row at the last check
 };
