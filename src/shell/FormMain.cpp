@@ -24,7 +24,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QResizeEvent>
+#include <QLayout>
 #include <QStatusBar>
 #include <QTimer>
 #include <utility>
@@ -91,24 +91,17 @@ void FormMain::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std
     link_->SetMbaxp1CommProperties(port, baud, parityStop, timeoutMs);
 }
 
-BoxAnswer FormMain::Ask(const QString &question) {
-    return dependencies_.dialogs.OwnedMessageBox(
-        question, {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo}, ApplicationTitle());
-}
-
 void FormMain::AskToClearSettings(bool wanted) {
     if (wanted &&
-        Ask(QStringLiteral("Clear all ") + ApplicationTitle() + QStringLiteral(" Registry Settings?")) ==
-            BoxAnswer::Yes &&
+        Confirm(dependencies_.dialogs,
+                QStringLiteral("Clear all ") + ApplicationTitle() + QStringLiteral(" Registry Settings?")) &&
         !dependencies_.settings.Clear()) {
         TellOfStore(QStringLiteral("The settings couldn't be cleared. They are in"));
     }
 }
 
 void FormMain::TellOfStore(const QString &what) {
-    dependencies_.dialogs.OwnedMessageBox(QStringLiteral("%1\n%2").arg(what, dependencies_.settings.Place()),
-                                          {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                                          ApplicationTitle());
+    Warn(dependencies_.dialogs, QStringLiteral("%1\n%2").arg(what, dependencies_.settings.Place()));
 }
 
 void FormMain::BuildFileCommands() {
@@ -154,7 +147,9 @@ void FormMain::BuildPages() {
         new AdvancedPage(*zentrova_, *entryRules_, dependencies_.dialogs, help_, *text1_, central);
     connect(advanced, &AdvancedPage::Rebuilt, this, &FormMain::UpdateDisplay);
     wizardPage_ = new WizardPage(central);
-    auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
+    constexpr std::size_t manualOutput = 8;
+    auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(manualOutput),
+                                      BasicPage::ValueTag(manualOutput), central);
     tabs_->SetPage(Tab::Basic, basicPage_);
     tabs_->SetPage(Tab::Advanced, advanced);
     tabs_->SetPage(Tab::Wizard, wizardPage_);
@@ -260,9 +255,9 @@ void FormMain::ToggleOnline() {
 }
 
 void FormMain::Reinitialise() {
-    if (Ask(QStringLiteral(
-            "Are you sure? This will reset all parameters back to the factory default values.")) ==
-        BoxAnswer::Yes) {
+    if (Confirm(dependencies_.dialogs,
+                QStringLiteral(
+                    "Are you sure? This will reset all parameters back to the factory default values."))) {
         zentrova_->ParamValue(ParamDefines::ReinitCommand, ParamDefines::FactoryDefaults);
     }
 }
@@ -274,9 +269,8 @@ void FormMain::UpdateCaption() {
 void FormMain::ShowMakersPages() {
     const QUrl address = MakerAddress(dependencies_.settings);
     if (!dependencies_.openUrl(address)) {
-        dependencies_.dialogs.OwnedMessageBox(
-            QStringLiteral("The web browser couldn't be started. The address is\n%1").arg(address.toString()),
-            {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
+        Warn(dependencies_.dialogs, QStringLiteral("The web browser couldn't be started. The address is\n%1")
+                                        .arg(address.toString()));
     }
 }
 
@@ -344,11 +338,6 @@ bool FormMain::ValidateAndWriteTextBoxVal(QLineEdit &box) {
     return ztv::ValidateAndWriteTextBoxVal(box, *entryRules_);
 }
 
-void FormMain::resizeEvent(QResizeEvent *event) {
-    QMainWindow::resizeEvent(event);
-    LayOut();
-}
-
 void FormMain::changeEvent(QEvent *event) {
     QMainWindow::changeEvent(event);
     const bool otherColours = event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange;
@@ -357,10 +346,10 @@ void FormMain::changeEvent(QEvent *event) {
     }
 }
 
+// Measures the form's own bars once: a dock or a bar that is added later makes the pages smaller.
 void FormMain::LayOut() {
-    if (!isMinimized() && tabs_ != nullptr) {
-        tabs_->LayOut(size());
-    }
+    layout()->activate();
+    tabs_->LayOutBeside(size() - centralWidget()->size());
 }
 
 // Returns false if the text being typed was rejected, or if the window closes by itself once the waiting

@@ -2,7 +2,6 @@
 
 #include "model/CheckedAt.h"
 #include "model/ParamDefines.h"
-#include "support/Numbers.h"
 
 namespace ztv {
 
@@ -12,9 +11,8 @@ constexpr int lastOption = static_cast<int>(CheckoutOptions::AnalogOut.size()) -
 
 } // namespace
 
-QString CheckoutControl::NextTag(const QString &tag) {
-    const int next = ToInt16(ToNumber(tag)) + 1;
-    return QString::number(next > lastOption ? 0 : next);
+int CheckoutControl::NextOption(int index) {
+    return index < lastOption ? index + 1 : 0;
 }
 
 void CheckoutControl::SetAnalogOut(int index) {

@@ -3,7 +3,7 @@
 #include "model/ClassZentrova.h"
 #include "tabs/CheckoutOptions.h"
 
-#include <QString>
+#include <cstdint>
 
 namespace ztv {
 
@@ -14,9 +14,8 @@ public:
     // REQUIRES: `zentrova` outlives this.
     explicit CheckoutControl(ClassZentrova &zentrova) : zentrova_(zentrova) {}
 
-    // Returns the index of the analog output's option after `tag`, cyclically. Throws a Fault (conversion,
-    // overflow) if `tag` isn't the text of an index.
-    static QString NextTag(const QString &tag);
+    // Returns the index of the analog output's option after `index`, cyclically.
+    static int NextOption(int index);
 
     void SetAnalogOut(int index); // an index without a voltage makes the output follow the distance
     void SetRange(int index);     // throws a Fault (subscript) for an unknown index

@@ -2,6 +2,7 @@
 
 #include "model/ParamDefines.h"
 #include "shell/Caption.h"
+#include "shell/TabFrames.h"
 #include "support/Fault.h"
 #include "tests/helpers/FakeLink.h"
 #include "tests/helpers/MainForm.h"
@@ -12,6 +13,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
+#include <QDockWidget>
 #include <QFile>
 #include <QLineEdit>
 #include <QMenu>
@@ -19,6 +21,7 @@
 #include <QProgressBar>
 #include <QRadioButton>
 #include <QScreen>
+#include <QStyle>
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
@@ -43,7 +46,15 @@ protected:
         QTest::mouseClick(Strip().tabBar(), Qt::LeftButton, {}, Strip().tabBar()->tabRect(index).center());
     }
 
-    // The number of the one visible page.
+    QDockWidget *AddDock(Qt::DockWidgetArea side) {
+        auto *dock = new QDockWidget(QStringLiteral("Dock"), form_.get());
+        dock->setWidget(new QWidget);
+        dock->widget()->setFixedSize(150, 120);
+        form_->addDockWidget(side, dock);
+        return dock;
+    }
+
+    // The number of the one page that shows.
     int VisiblePage() const {
         int visible = 0;
         for (int number = 1; number <= 5; ++number) {
@@ -931,6 +942,80 @@ TEST_F(FormMainTest, LaysNothingOutWhileItIsMinimised) {
     form_->showNormal();
     form_->resize(900, 700);
     EXPECT_EQ(Strip().width(), (900 * 15 - 350 + 7) / 15);
+}
+
+TEST_F(FormMainTest, LaysThePagesOutWithinWhatADockLeaves) {
+    Start();
+    form_->resize(1200, 1000);
+    const auto pageSize = [this] { return Ui().Get<QWidget>("TabFrame(1)").size(); };
+    const QSize strip = Strip().size();
+    const QSize page = pageSize();
+    const QSize area = form_->centralWidget()->size();
+    QDockWidget *dock = AddDock(Qt::LeftDockWidgetArea);
+    for (const Qt::DockWidgetArea side :
+         {Qt::LeftDockWidgetArea, Qt::RightDockWidgetArea, Qt::TopDockWidgetArea}) {
+        form_->addDockWidget(side, dock);
+        dock->show();
+        EXPECT_TRUE(WaitUntil([&] { return form_->centralWidget()->size() != area; }));
+        const QSize lost = area - form_->centralWidget()->size();
+        EXPECT_EQ(Strip().size(), strip - lost);
+        EXPECT_EQ(pageSize(), page - lost);
+        EXPECT_TRUE(form_->centralWidget()->rect().contains(Strip().geometry()));
+        dock->hide();
+        EXPECT_TRUE(WaitUntil([&] { return form_->centralWidget()->size() == area; }));
+        EXPECT_EQ(Strip().size(), strip);
+        EXPECT_EQ(pageSize(), page);
+    }
+}
+
+TEST_F(FormMainTest, LaysThePagesOutBelowATallerToolbar) {
+    Start();
+    form_->resize(1000, 900);
+    const QSize strip = Strip().size();
+    const QSize page = Ui().Get<QWidget>("TabFrame(1)").size();
+    auto &toolbar = Ui().Get<QWidget>("Toolbar1");
+    const QSize lost(0, 100);
+    toolbar.setFixedHeight(toolbar.height() + lost.height());
+    EXPECT_TRUE(WaitUntil([&] { return Strip().size() == strip - lost; }));
+    EXPECT_EQ(Ui().Get<QWidget>("TabFrame(1)").size(), page - lost);
+    ClickTab(1);
+    EXPECT_EQ(Ui().Get<QWidget>("TabFrame(2)").size(), page - lost);
+}
+
+TEST_F(FormMainTest, KeepsTheValueBoxOverWhatItCoversWhileADockComes) {
+    Start();
+    form_->resize(1200, 1000);
+    auto &box = Ui().Get<QLineEdit>("TextParam(3)");
+    form_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_7);
+    auto &text1 = Ui().Get<QLineEdit>("Text1");
+    EXPECT_TRUE(text1.isVisible());
+    const auto place = [this](const QWidget &widget) {
+        return QRect(widget.mapTo(form_.get(), QPoint()), widget.size());
+    };
+    EXPECT_EQ(place(text1), place(box));
+    const QRect before = place(box);
+    AddDock(Qt::LeftDockWidgetArea);
+    EXPECT_TRUE(WaitUntil([&] { return place(box) != before && place(text1) == place(box); }));
+    EXPECT_TRUE(text1.isVisible());
+}
+
+TEST_F(FormMainTest, LeavesABandFreeBetweenThePagesAndTheStatusBar) {
+    Start();
+    int height = 0;
+    for (const QSize size : {QSize(680, 596), QSize(1000, 800)}) {
+        form_->resize(size);
+        const QRect band = form_->findChild<TabFrames *>()->Band();
+        EXPECT_TRUE(form_->centralWidget()->rect().contains(band));
+        EXPECT_EQ(band.width(), Strip().width());
+        EXPECT_EQ(band.top(), Strip().geometry().bottom() + 1);
+        EXPECT_EQ(band.bottom(), form_->centralWidget()->rect().bottom());
+        EXPECT_GT(band.height(), 20);
+        EXPECT_TRUE(height == 0 || height == band.height());
+        height = band.height();
+    }
 }
 
 // Unload. -------------------------------------------------------------------------------------------

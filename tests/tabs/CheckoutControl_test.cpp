@@ -69,12 +69,11 @@ TEST_F(CheckoutControlTest, WritesTheEndsOfARangeInTheOrderOfTheOption) {
 }
 
 TEST_F(CheckoutControlTest, CountsTheOptionsInTurn) {
-    const char *const next[] = {"1", "2", "3", "4", "5", "0"};
+    const int next[] = {1, 2, 3, 4, 5, 0};
     for (int index = 0; index < 6; ++index) {
-        EXPECT_EQ(CheckoutControl::NextTag(QString::number(index)), QString::fromLatin1(next[index]));
+        EXPECT_EQ(CheckoutControl::NextOption(index), next[index]);
     }
-    EXPECT_EQ(CheckoutControl::NextTag(QStringLiteral("99")), QStringLiteral("0"));
-    EXPECT_THROW(CheckoutControl::NextTag(QStringLiteral("Next")), Fault);
+    EXPECT_EQ(CheckoutControl::NextOption(99), 0);
 }
 
 TEST_F(CheckoutControlTest, SwitchesARelayOnOnlyFromNothing) {

@@ -2,7 +2,6 @@
 
 #include "model/ParamDefines.h"
 #include "setup/TransmitDelay.h"
-#include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
@@ -198,8 +197,7 @@ void FormTransmitDelay::CheckLeftBox(const QLineEdit &box) {
         return;
     }
     const bool byMouse = QGuiApplication::mouseButtons() != Qt::NoButton;
-    dialogs_.OwnedMessageBox(QStringLiteral("Please enter a numeric value."),
-                             {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
+    Warn(dialogs_, QStringLiteral("Please enter a numeric value."));
     if (byMouse) {
         QMetaObject::invokeMethod(
             this, [this] { FinishClickIn(*this); }, Qt::QueuedConnection);
@@ -234,10 +232,8 @@ void FormTransmitDelay::SetTransmitDelayValues() {
         return;
     }
     const QScopedValueRollback<bool> guard(asking_, true);
-    if (dialogs_.OwnedMessageBox(QStringLiteral("Are you sure? This should only be done on the Master Unit "
-                                                "in a multi-unit installation."),
-                                 {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo},
-                                 ApplicationTitle()) != BoxAnswer::Yes) {
+    if (!Confirm(dialogs_, QStringLiteral("Are you sure? This should only be done on the Master Unit "
+                                          "in a multi-unit installation."))) {
         return;
     }
     zentrova_.ParamValue(TransmitDelayLow, *low);

@@ -1,6 +1,5 @@
 #include "setup/ui/frmWizard.h"
 
-#include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "support/Numbers.h"
 #include "widgets/Controls.h"
@@ -176,11 +175,6 @@ bool frmWizard::EntriesAreValid() {
     return true;
 }
 
-void frmWizard::Tell(const QString &message) {
-    dialogs_.OwnedMessageBox(message, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                             ApplicationTitle());
-}
-
 // Calls `work` from the event loop, so that an assistive client that pressed a button isn't blocked while a
 // box is open. Ignores a second press before that call, which was meant for the same step, and a press behind
 // a box.
@@ -205,7 +199,7 @@ void frmWizard::Next() {
         return;
     }
     if (const std::optional<QString> message = steps_.Next(frames_->Entries())) {
-        Tell(*message);
+        Warn(dialogs_, *message);
     }
     ShowStep();
 }
@@ -217,10 +211,7 @@ void frmWizard::Back() {
 }
 
 void frmWizard::AskToCancel() {
-    const BoxAnswer answer = dialogs_.OwnedMessageBox(
-        QStringLiteral("Are you sure?"), {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo},
-        QStringLiteral("Cancel?"));
-    if (answer == BoxAnswer::Yes) {
+    if (Confirm(dialogs_, QStringLiteral("Are you sure?"), QStringLiteral("Cancel?"))) {
         steps_.Cancel();
         CloseOnceSent(Rejected);
     }
@@ -233,7 +224,7 @@ void frmWizard::Finish() {
     try {
         outcome = steps_.Outcome(entries);
     } catch (const Fault &fault) {
-        Tell(fault.Description());
+        Warn(dialogs_, fault.Description());
         return;
     }
     steps_.Finish(outcome, entries);

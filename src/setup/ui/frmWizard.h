@@ -59,7 +59,6 @@ private:
     bool EntriesAreValid();
     bool ValidateDiameter(QLineEdit &box);
     bool ValidateVoltage(int place);
-    void Tell(const QString &message);
 
     ClassZentrova &zentrova_;
     UserDialogs &dialogs_;

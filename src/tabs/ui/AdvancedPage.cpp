@@ -1,6 +1,5 @@
 #include "tabs/ui/AdvancedPage.h"
 
-#include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "support/Numbers.h"
 #include "tabs/ParameterEditors.h"
@@ -197,29 +196,24 @@ void AdvancedPage::EditChoice(int row, std::int16_t tag) {
     try {
         choice = ParameterEditors::ChoiceOf(zentrova_, tag, row);
     } catch (const Fault &fault) {
-        TellThatItCannotOpen(fault.Description());
+        Warn(dialogs_, fault.Description());
         return;
     }
     if (!choice.CanOpen()) {
-        TellThatItCannotOpen(ParameterEditors::WhyItCannotOpen(zentrova_, tag, row));
+        Warn(dialogs_, ParameterEditors::WhyItCannotOpen(zentrova_, tag, row));
         return;
     }
     const QRect cell = listView1_->PlaceOf(row, ParameterListModel::Value, *text1_.parentWidget());
+    choiceTag_ = tag;
     combo1_->setAccessibleName(zentrova_.ParamName(tag));
     combo1_->Open(*listView1_, cell.topLeft() + Offset(choiceInset - listBorder, choiceTop - listBorder),
                   cell.width(), choice.texts, choice.start);
     listView1_->ScrollUnder(*combo1_);
 }
 
-void AdvancedPage::TellThatItCannotOpen(const QString &why) {
-    dialogs_.OwnedMessageBox(why, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                             ApplicationTitle());
-}
-
 void AdvancedPage::Choose(int index) {
-    const std::int16_t tag = ToInt16(ToNumber(text1_.property("Tag").toString()));
-    zentrova_.ParamValue(tag, index);
-    ShowWritten(zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), index));
+    zentrova_.ParamValue(choiceTag_, index);
+    ShowWritten(zentrova_.ParamLookUp(zentrova_.ParamUnits(choiceTag_), index));
 }
 
 void AdvancedPage::LeaveEntry() {

@@ -47,7 +47,6 @@ private:
     void Edit(int row);
     void EditText(int row);
     void EditChoice(int row, std::int16_t tag);
-    void TellThatItCannotOpen(const QString &why);
     void EditOutput(const QString &tagText, const QString &text);
     void Choose(int index);
 
@@ -61,6 +60,7 @@ private:
     ChoiceOverlay *combo1_ = nullptr;
     std::array<QRadioButton *, 2> optionViewParameters_{};
     QPushButton *commandRefresh_ = nullptr;
+    std::int16_t choiceTag_ = 0;    // the parameter that Combo1 was opened for
     std::int16_t firstVisible_ = 0; // the parameter in the top row at the last check
 };
 

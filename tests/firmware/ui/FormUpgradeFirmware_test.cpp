@@ -155,6 +155,15 @@ TEST_F(FormUpgradeFirmwareTest, HasItsControlsWithTheirTexts) {
     }
 }
 
+TEST_F(FormUpgradeFirmwareTest, TakesTheRateOfTheLink) {
+    for (const auto &[index, rate] : {std::pair(0, 2400), {1, 4800}, {2, 9600}, {3, 19200}, {4, 38400}}) {
+        link_.BaudRate(static_cast<std::int16_t>(index));
+        Open();
+        EXPECT_EQ(boot_.Settings().BitRate, rate);
+        EXPECT_EQ(Panel(5), QString::number(rate));
+    }
+}
+
 TEST_F(FormUpgradeFirmwareTest, BeginsWithTheSettingsOfTheMoment) {
     link_.CommPort(12);
     link_.BaudRate(3);

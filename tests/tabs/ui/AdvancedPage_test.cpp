@@ -590,6 +590,17 @@ TEST_F(AdvancedPageTest, EnterTakesTheChoice) {
     EXPECT_EQ(Shown(39), QStringLiteral("Hyperbolic"));
 }
 
+TEST_F(AdvancedPageTest, WritesTheChoiceToTheRowThatItWasOpenedFor) {
+    StartOnTab();
+    DoubleClick(39);
+    EXPECT_EQ(Text1().property("Tag").toString(), QStringLiteral(" 39"));
+    Text1().setProperty("Tag", QStringLiteral(" 28"));
+    Key(Qt::Key_Down);
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Value(39), 2);
+    EXPECT_EQ(Value(28), 1200);
+}
+
 TEST_F(AdvancedPageTest, LeavingTakesTheChoice) {
     StartOnTab();
     DoubleClick(39);

@@ -24,8 +24,7 @@ protected:
     using Writes = std::vector<std::pair<int, int>>;
 
     CheckoutPageTest() {
-        manualOutput_.setProperty("Tag", QStringLiteral("40"));
-        page_.resize(630, 389); // the width in the smallest window
+        page_.resize(630, 389); // as in the smallest window
         page_.show();
         page_.activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&page_));
@@ -76,7 +75,7 @@ protected:
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     FakeLink link_;
     QLineEdit manualOutput_;
-    CheckoutPage page_{zentrova_, manualOutput_, nullptr};
+    CheckoutPage page_{zentrova_, manualOutput_, 40, nullptr};
     Form ui_{page_};
 };
 
@@ -267,9 +266,22 @@ TEST_F(CheckoutPageTest, ShowsTheDistanceAndTheVoltages) {
 TEST_F(CheckoutPageTest, KeepsTheManualOutputOfTheBasicTabCurrent) {
     Show(40, 4095);
     EXPECT_EQ(manualOutput_.text(), QStringLiteral("4095"));
-    manualOutput_.setProperty("Tag", QStringLiteral("37"));
-    Show(37, 1000);
+    CheckoutPage other(zentrova_, manualOutput_, 37, nullptr);
+    zentrova_.ParamUpdate(37, 1000);
+    other.UpdateDisplay();
     EXPECT_EQ(manualOutput_.text(), QStringLiteral("10.00V"));
+}
+
+TEST_F(CheckoutPageTest, OnlyPublishesItsStateInProperties) {
+    auto &next = ui_.Get<QPushButton>("CommandNext");
+    ClickOption("OptionAnalogOut", 2);
+    next.setProperty("Tag", QStringLiteral("nonsense"));
+    next.click();
+    EXPECT_EQ(SelectedOutput(), 3);
+    EXPECT_EQ(Counter(), QStringLiteral("3"));
+    manualOutput_.setProperty("Tag", QStringLiteral("37"));
+    Show(40, 3072);
+    EXPECT_EQ(manualOutput_.text(), QStringLiteral("3072"));
 }
 
 // The analog output. --------------------------------------------------------------------------------
