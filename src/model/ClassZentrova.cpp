@@ -5,17 +5,12 @@
 #include "model/InitArray.h"
 #include "model/ParamDefines.h"
 #include "model/SettingsFile.h"
+#include "model/UnitClass.h"
 #include "support/ProgramVersion.h"
 
 #include <algorithm>
 
 namespace ztv {
-
-namespace {
-
-constexpr std::int16_t userUnitsRow = 10; // of the units; its first text names the displayed unit
-
-} // namespace
 
 ClassZentrova::ClassZentrova(const QString &programFolder) {
     InitParamsFromPresetsFile(programFolder);
@@ -154,7 +149,7 @@ bool ClassZentrova::SaveFile(const QString &FileName) {
     }
     WriteSettingsFile(
         FileName, rows,
-        {.notes = fileNotes_, .swVersion = ProgramVersion(), .userUnits = ParamLookUp(userUnitsRow, 0)});
+        {.notes = fileNotes_, .swVersion = ProgramVersion(), .userUnits = ParamLookUp(displayUnit, 0)});
     fileChanged_ = false;
     return false;
 }
