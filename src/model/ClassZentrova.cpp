@@ -1,7 +1,6 @@
 #include "model/ClassZentrova.h"
 
 #include "model/CheckedAt.h"
-#include "model/Global.h"
 #include "model/InitArray.h"
 #include "model/ParamDefines.h"
 #include "model/SettingsFile.h"
@@ -29,7 +28,7 @@ void ClassZentrova::InitParamsFromPresetsFile(const QString &programFolder) {
                          .group = {},
                          .writesAsked = 0});
     }
-    units_ = std::move(presets.units);
+    units_ = UnitTable(std::move(presets.units));
 }
 
 const ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) const {
@@ -126,7 +125,7 @@ std::int16_t ClassZentrova::ParamUnits(std::int16_t Tag) const {
 }
 
 QString ClassZentrova::ParamLookUp(std::int16_t UnitCode, std::int32_t Value) const {
-    return CheckedAt(CheckedAt(units_, UnitCode, "unit"), Value, "unit text");
+    return units_.Text(UnitCode, Value);
 }
 
 std::int16_t ClassZentrova::ParamDecimalPlaces(std::int16_t Tag) const {
@@ -134,8 +133,12 @@ std::int16_t ClassZentrova::ParamDecimalPlaces(std::int16_t Tag) const {
 }
 
 QString ClassZentrova::FormatRaw(std::int32_t Value, std::int16_t Tag) const {
-    return Global::ApplyUnits(*this, Global::RawToFormatted(Value, ParamDecimalPlaces(Tag)), ParamUnits(Tag),
-                              ParamMax(Tag));
+    return FormatOf(Tag).Format(Value);
+}
+
+ValueFormat ClassZentrova::FormatOf(std::int16_t Tag) const {
+    const PresetRow &row = RowOf(Tag).preset;
+    return {{.decimalPlaces = row.decimalPlaces, .unitCode = row.units, .maximum = row.maximum}, units_};
 }
 
 bool ClassZentrova::SaveFile(const QString &FileName) {
