@@ -12,8 +12,8 @@ namespace ztv {
 
 namespace {
 
-constexpr std::int16_t addressingMarkRegister = 69;
-constexpr std::int16_t addressingMark = 0x5555; // there: registers are numbered like their parameters
+constexpr std::int16_t addressingMarkRegister = ParamDefines::AddressingMark;
+constexpr std::int16_t addressingMark = ParamDefines::NumberedLikeParameters;
 
 constexpr std::int16_t singleWritePeriodMs = 1000;
 constexpr std::int16_t addressingProbePeriodMs = 500;

@@ -1,10 +1,10 @@
 #include "model/ClassZentrova.h"
 
 #include "model/CheckedAt.h"
-#include "model/Global.h"
 #include "model/InitArray.h"
 #include "model/ParamDefines.h"
 #include "model/SettingsFile.h"
+#include "model/UnitClass.h"
 #include "support/ProgramVersion.h"
 
 #include <algorithm>
@@ -12,8 +12,6 @@
 namespace ztv {
 
 namespace {
-
-constexpr std::int16_t userUnitsRow = 10; // of the units; its first text names the displayed unit
 
 bool IsCommand(std::int16_t tag) {
     return tag == ParamDefines::SaveCommand || tag == ParamDefines::ReinitCommand;
@@ -34,7 +32,7 @@ void ClassZentrova::InitParamsFromPresetsFile(const QString &programFolder) {
         const std::int32_t value = preset.value;
         rows_.push_back({.preset = std::move(preset), .value = value, .writePending = false, .group = {}});
     }
-    units_ = std::move(presets.units);
+    units_ = UnitTable(std::move(presets.units));
 }
 
 const ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) const {
@@ -140,7 +138,7 @@ std::int16_t ClassZentrova::ParamUnits(std::int16_t Tag) const {
 }
 
 QString ClassZentrova::ParamLookUp(std::int16_t UnitCode, std::int32_t Value) const {
-    return CheckedAt(CheckedAt(units_, UnitCode, "unit"), Value, "unit text");
+    return units_.Text(UnitCode, Value);
 }
 
 std::int16_t ClassZentrova::ParamDecimalPlaces(std::int16_t Tag) const {
@@ -148,8 +146,12 @@ std::int16_t ClassZentrova::ParamDecimalPlaces(std::int16_t Tag) const {
 }
 
 QString ClassZentrova::FormatRaw(std::int32_t Value, std::int16_t Tag) const {
-    return Global::ApplyUnits(*this, Global::RawToFormatted(Value, ParamDecimalPlaces(Tag)), ParamUnits(Tag),
-                              ParamMax(Tag));
+    return FormatOf(Tag).Format(Value);
+}
+
+ValueFormat ClassZentrova::FormatOf(std::int16_t Tag) const {
+    const PresetRow &row = RowOf(Tag).preset;
+    return {{.decimalPlaces = row.decimalPlaces, .unitCode = row.units, .maximum = row.maximum}, units_};
 }
 
 bool ClassZentrova::SaveFile(const QString &FileName) {
@@ -163,7 +165,7 @@ bool ClassZentrova::SaveFile(const QString &FileName) {
     }
     WriteSettingsFile(
         FileName, rows,
-        {.notes = fileNotes_, .swVersion = ProgramVersion(), .userUnits = ParamLookUp(userUnitsRow, 0)});
+        {.notes = fileNotes_, .swVersion = ProgramVersion(), .userUnits = ParamLookUp(displayUnit, 0)});
     fileChanged_ = false;
     return false;
 }

@@ -3,6 +3,8 @@
 #include "model/ParameterLink.h"
 #include "model/PresetsFile.h"
 #include "model/WriteQueue.h"
+#include "model/UnitTable.h"
+#include "model/ValueFormat.h"
 
 #include <QString>
 #include <cstdint>
@@ -115,6 +117,11 @@ public:
     // Returns the displayed text of a raw value of the row: scaled, with its unit.
     QString FormatRaw(std::int32_t Value, std::int16_t Tag) const;
 
+    // Formats and parses the values of a row. Must not outlive the table.
+    ValueFormat FormatOf(std::int16_t Tag) const;
+
+    const UnitTable &Units() const { return units_; }
+
 private:
     struct Row {
         PresetRow preset;
@@ -132,7 +139,7 @@ private:
     Row &RowOf(std::int16_t Tag);
 
     std::vector<Row> rows_;
-    std::vector<UnitTexts> units_;
+    UnitTable units_;
     std::vector<QString> baudRates_;
     std::vector<QString> parityStops_;
     QString fileNotes_;

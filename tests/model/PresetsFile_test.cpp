@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace ztv {
 
@@ -221,6 +222,39 @@ TEST_F(ShippedPresets, MarkASensorThatNumbersFromZero) {
     EXPECT_TRUE(zentrova_.ParamReadOnly(69));
     EXPECT_EQ(zentrova_.ParamValue(69), 0x5555);
     EXPECT_NE(zentrova_.ParamMax(70), 0x5555);
+}
+
+// The sensor's papers give these numbers, and sensors in the field have them.
+TEST_F(ShippedPresets, KeepTheNumbersByWhichTheSensorIsKnown) {
+    using namespace ParamDefines;
+    const std::pair<int, int> numbers[] = {
+        {SaveCommand, 1},         {ReinitCommand, 3},       {ProcessorId, 6},        {ProcessorRevision, 7},
+        {FirmwareVersion, 8},     {BootVersion, 9},         {BoardRevision, 11},     {ParameterCount, 12},
+        {TeachInput, 18},         {ExternalClockInput, 19}, {ClockSelect, 20},       {TransmitDelayLow, 21},
+        {TransmitDelayHigh, 22},  {ClockOut, 23},           {MinRange, 24},          {MaxRange, 25},
+        {NearDistance, 28},       {FarDistance, 29},        {ActualDistance, 32},    {CoreDiameter, 33},
+        {MaxDiameter, 34},        {NearVoltage, 36},        {FarVoltage, 37},        {EchoReceived, 38},
+        {AnalogOutputMode, 39},   {ManualOutput, 40},       {OutputVoltage, 46},     {AnalogInputVoltage, 48},
+        {Relay1Output, 54},       {Relay2Output, 55},       {Relay1OnThreshold, 56}, {Relay2OnThreshold, 57},
+        {Relay1OffThreshold, 58}, {Relay2OffThreshold, 59}, {Relay1State, 60},       {Relay2State, 61},
+        {NetworkAddress, 65},     {BaudRateCode, 66},       {ParityStopCode, 67},    {AddressingMode, 68},
+        {AddressingMark, 69},     {FirstRawOutput, 81},     {LastRawOutput, 90}};
+    for (const auto &[role, number] : numbers) {
+        EXPECT_EQ(role, number);
+    }
+}
+
+TEST_F(ShippedPresets, KeepTheValuesThatTheSensorUnderstands) {
+    using namespace ParamDefines;
+    EXPECT_EQ(NoCommand, 0);
+    EXPECT_EQ(StoreSettings, 1);
+    EXPECT_EQ(FactoryDefaults, 1);
+    EXPECT_EQ(EnterBootLoader, 99);
+    EXPECT_EQ(EchoPresent, 1);
+    EXPECT_EQ(ManualMode, 0);
+    EXPECT_EQ(LinearMode, 1);
+    EXPECT_EQ(HyperbolicMode, 2);
+    EXPECT_EQ(NumberedLikeParameters, 0x5555);
 }
 
 TEST_F(ShippedPresets, KeepTheRawOutputsWithinTheConvertersCounts) {
