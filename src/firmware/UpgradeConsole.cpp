@@ -1,8 +1,6 @@
 #include "firmware/UpgradeConsole.h"
 
 #include "firmware/TextFileWriter.h"
-#include "model/CheckedAt.h"
-#include "model/LineTables.h"
 #include "support/Fault.h"
 #include "support/FileFunctions.h"
 
@@ -47,15 +45,14 @@ UpgradeConsole::~UpgradeConsole() {
     bootComm_.OnTransfer({});
 }
 
-void UpgradeConsole::Load(std::int16_t commPort, std::int16_t baud, const QString &imageFolder) {
-    const int bitsPerSecond = CheckedAt(BaudTable, baud, "BaudRateString").bitsPerSecond;
+void UpgradeConsole::Load(std::int16_t commPort, std::int32_t bitRate, const QString &imageFolder) {
     const auto file = [&imageFolder](const char *name) {
         return QDir::toNativeSeparators(imageFolder + u'/' + QString::fromLatin1(name));
     };
     const std::int32_t handle = settings_.PortHandle;
     settings_ = BootSettings{};
     settings_.PortHandle = handle;
-    settings_.BitRate = bitsPerSecond;
+    settings_.BitRate = bitRate;
     settings_.PortName = QStringLiteral("COM%1").arg(commPort);
     settings_.ProgramFile = file("PROGMEM.MCP");
     settings_.EepromFile = file("EEDATA.MCP");

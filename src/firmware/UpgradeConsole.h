@@ -32,9 +32,8 @@ public:
     UpgradeConsole(BootComm &bootComm, Dependencies dependencies, QObject *parent = nullptr);
     ~UpgradeConsole() override;
 
-    // Resets the settings except for the port's handle. `baud` is an index of BaudTable; another one is a
-    // subscript fault. The images are in `imageFolder`.
-    void Load(std::int16_t commPort, std::int16_t baud, const QString &imageFolder);
+    // Resets the settings except for the port's handle. The images are in `imageFolder`.
+    void Load(std::int16_t commPort, std::int32_t bitRate, const QString &imageFolder);
 
     // Opens the port and searches for a boot loader. The device's commands are available once it is
     // connected.

@@ -6,6 +6,7 @@
 #include "support/Numbers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ztv {
 
@@ -60,6 +61,7 @@ DeviceSearch::DeviceSearch(LinkSession &link, const CommSettings &start, Choices
       choices_(std::move(choices)),
       tried_(start) {
     tried_.address = 0; // none yet
+    connect(&link_, &LinkSession::DeviceAnswered, this, &DeviceSearch::FoundDevice);
     ApplyCommSettings();
 }
 
@@ -104,6 +106,7 @@ void DeviceSearch::Abandon() {
 void DeviceSearch::SendProbe() {
     standsStill_ = false;
     Q_EMIT Probing();
+    Q_EMIT Progressed(probesDone_, WorkLeft(Remaining()));
     Mbaxp &master = link_.Mbaxp1();
     if (master.DefineReadRegisters(LinkTransaction::SearchProbe, tried_.address, probedRegister, 1,
                                    probePeriodMs)) {
@@ -114,6 +117,9 @@ void DeviceSearch::SendProbe() {
     Q_EMIT ProbeRefused(master.LastError());
 }
 
+// Moves on by the answer to the probe: NoError for a good one, otherwise the status of the failure. ReadError
+// and WriteError mean a lost adapter and break the search off; any other status means no device at that
+// address.
 void DeviceSearch::FoundDevice(LinkStatus status) {
     if (!searching_) {
         return;
@@ -125,7 +131,8 @@ void DeviceSearch::FoundDevice(LinkStatus status) {
     ++probesDone_;
     if (status == LinkStatus::NoError) {
         devicesFound_ = ToInt16(devicesFound_ + 1);
-        Q_EMIT DeviceFound();
+        const CommSettings place = tried_; // a handler may change where the search is
+        Q_EMIT DeviceFound(place);
     }
     const AddressRange range = choices_.addressRange();
     tried_.address = ToInt16(tried_.address + 1);

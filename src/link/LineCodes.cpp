@@ -1,5 +1,7 @@
 #include "link/LineCodes.h"
 
+#include "model/CheckedAt.h"
+
 namespace ztv {
 
 namespace {
@@ -24,6 +26,10 @@ int BitsPerSecond(std::int16_t baudCode) {
         }
     }
     return BaudTable.back().bitsPerSecond;
+}
+
+int BitsPerSecondOfIndex(std::int16_t baud) {
+    return CheckedAt(BaudTable, baud, "BaudRate").bitsPerSecond;
 }
 
 qint64 LineTimeUs(const LineCodes &line, qint64 bytes) {

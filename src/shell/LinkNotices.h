@@ -20,7 +20,6 @@ private:
     void OnWriteEnded(std::int16_t tag, LinkStatus status);
     void OnDownloadEnded(LinkStatus status);
     void OnPortRefused();
-    void Show(const QString &text);
 
     LinkSession &link_;
     UserDialogs &dialogs_;

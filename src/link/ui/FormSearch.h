@@ -31,9 +31,6 @@ public:
     FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, ClassMyHtmlHelp &help,
                const CommSettings &start, QWidget *parent = nullptr);
 
-    // Passes the answer to the probe to DeviceSearch::FoundDevice.
-    void FoundDevice(LinkStatus status) { search_.FoundDevice(status); }
-
     // The settings of the device that the user picked from the results. Known once the dialog is closed.
     std::optional<CommSettings> Used() const { return used_; }
 
@@ -54,8 +51,8 @@ private:
     void ShowWhere(const QString &words, const QString &toolTip);
     void ShowBrokenOff(LinkStatus status);
     QString CommStatus() const;
-    void ShowProgress();
-    void AddResult();
+    void ShowProgress(int probesDone, const SearchWork &left);
+    void AddResult(const CommSettings &place);
     void ShowEnded();
     void FollowSelection();
     void UseSelected();
@@ -63,7 +60,6 @@ private:
 
     bool AddressRangeIsValid(std::size_t box);
     DeviceSearch::AddressRange AddressRange();
-    void Warn(const QString &text, const QString &title);
 
     LinkSession &link_;
     ClassZentrova &zentrova_;
