@@ -1,6 +1,5 @@
 #include "help/ClassMyHtmlHelp.h"
 
-#include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 
 namespace ztv {
@@ -38,9 +37,7 @@ void ClassMyHtmlHelp::HHClose() {
 // Only warns: the engine decides which files it can open.
 void ClassMyHtmlHelp::CheckFile() {
     if (!chmFile_.endsWith(QStringLiteral("chm"))) {
-        dialogs_.OwnedMessageBox(chmFile_ + QStringLiteral(" is not a valid HTML Help file."),
-                                 {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                                 ApplicationTitle());
+        Warn(dialogs_, chmFile_ + QStringLiteral(" is not a valid HTML Help file."));
     }
 }
 

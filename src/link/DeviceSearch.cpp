@@ -6,6 +6,7 @@
 #include "support/Numbers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ztv {
 
@@ -71,6 +72,7 @@ DeviceSearch::DeviceSearch(LinkSession &link, const SearchStart &start, Choices 
       searchPort_(start.port),
       searchBaud_(start.baud),
       searchParityStop_(start.parityStop) {
+    connect(&link_, &LinkSession::DeviceAnswered, this, &DeviceSearch::FoundDevice);
     ApplyCommSettings();
 }
 
@@ -115,6 +117,7 @@ void DeviceSearch::Abandon() {
 void DeviceSearch::SendProbe() {
     standsStill_ = false;
     Q_EMIT Probing();
+    Q_EMIT Progressed(probesDone_, WorkLeft(Remaining()));
     Mbaxp &master = link_.Mbaxp1();
     if (master.DefineReadRegisters(LinkTransaction::SearchProbe, searchAddress_, probedRegister, 1,
                                    probePeriodMs)) {
@@ -125,6 +128,8 @@ void DeviceSearch::SendProbe() {
     Q_EMIT ProbeRefused(master.LastError());
 }
 
+// Moves on by the answer to the probe: 0 for a good one, otherwise the status of the failure. ReadError and
+// WriteError mean a lost adapter and break the search off; any other status means no device at that address.
 void DeviceSearch::FoundDevice(std::int16_t status) {
     if (!searching_) {
         return;
@@ -136,7 +141,7 @@ void DeviceSearch::FoundDevice(std::int16_t status) {
     ++probesDone_;
     if (status == LinkStatus::NoError) {
         devicesFound_ = ToInt16(devicesFound_ + 1);
-        Q_EMIT DeviceFound();
+        Q_EMIT DeviceFound({.address = searchAddress_, .baud = searchBaud_, .parityStop = searchParityStop_});
     }
     const AddressRange range = choices_.addressRange();
     searchAddress_ = ToInt16(searchAddress_ + 1);

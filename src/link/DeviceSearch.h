@@ -33,9 +33,17 @@ struct SearchWork {
 };
 SearchWork WorkLeft(const RemainingSearch &rest);
 
+// A slave address and the indices of the line setting on which it is probed.
+struct SearchPlace {
+    std::int16_t address;
+    std::int16_t baud;
+    std::int16_t parityStop;
+};
+
 // Searches for sensors: reads one register of each slave address in turn and, if asked, repeats that on every
-// line setting. There is no loop: each answer, good or bad, arrives at FoundDevice, which sends the next
-// probe.
+// line setting. Runs by itself from Start on: there is no loop, but each answer of the link, good or bad,
+// sends the next probe.
+// REQUIRES: the link is offline.
 class DeviceSearch : public QObject {
     Q_OBJECT
 
@@ -64,11 +72,6 @@ public:
     // Ends the search at once: closes the port and emits nothing more.
     void Abandon();
 
-    // Accepts the answer to the probe: 0 for a good one, otherwise the status of the failure. ReadError and
-    // WriteError mean a lost adapter and break the search off; any other status means no device at that
-    // address. Does nothing while no search is running.
-    void FoundDevice(std::int16_t status);
-
     bool IsSearching() const { return searching_; }
     std::int16_t SearchAddress() const { return searchAddress_; }
     std::int16_t DevicesFound() const { return devicesFound_; }
@@ -82,17 +85,21 @@ public:
     RemainingSearch Remaining() const; // the probe that is on the line counts as left
 
 Q_SIGNALS:
-    void Started();                       // the port is open
-    void Probing();                       // the address under test is about to be probed
-    void ProbeRefused(std::int16_t code); // the search pauses until it is stopped
-    void DeviceFound();                   // at the address and settings under test
-    void Ended();                         // the port is closed
+    void Started();                             // the port is open
+    void Probing();                             // the address under test is about to be probed
+    void ProbeRefused(std::int16_t code);       // the search pauses until it is stopped
+    void DeviceFound(const SearchPlace &place); // a device gave a good reply
+    void Ended();                               // the port is closed
+
+    // Reports how far the search is as each probe is sent. The probe that is on the line counts as left.
+    void Progressed(int probesDone, const SearchWork &left);
 
     // The search ended early and the port is closed: at the address and settings under test the adapter was
     // lost or refused the settings.
     void BrokenOff(std::int16_t status);
 
 private:
+    void FoundDevice(std::int16_t status);
     void SendProbe();
     void NextCommSettings(bool restart);
     void ApplyCommSettings();

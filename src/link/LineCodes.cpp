@@ -1,5 +1,7 @@
 #include "link/LineCodes.h"
 
+#include "model/CheckedAt.h"
+
 #include <array>
 
 namespace ztv {
@@ -42,6 +44,10 @@ int BitsPerSecond(std::int16_t baudCode) {
         }
     }
     return baudRates.back().bitsPerSecond;
+}
+
+int BitsPerSecondOfIndex(std::int16_t baud) {
+    return CheckedAt(baudRates, baud, "BaudRate").bitsPerSecond;
 }
 
 qint64 LineTimeUs(const LineCodes &line, qint64 bytes) {

@@ -17,6 +17,9 @@ LineCodes LineCodesOf(std::int16_t baud, std::int16_t parityStop);
 
 int BitsPerSecond(std::int16_t baudCode);
 
+// Returns the rate of an index of the program's table. Throws a Fault (subscript) for any other.
+int BitsPerSecondOfIndex(std::int16_t baud);
+
 // Returns the time that `bytes` bytes take on the line, in microseconds.
 qint64 LineTimeUs(const LineCodes &line, qint64 bytes);
 

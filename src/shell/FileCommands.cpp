@@ -24,10 +24,6 @@ BoxAnswer FileCommands::Ask(const QString &text, BoxStyle style) {
     return dependencies_.dialogs.OwnedMessageBox(text, style, ApplicationTitle());
 }
 
-void FileCommands::Tell(const QString &text, BoxIcon icon) {
-    Ask(text, {.icon = icon, .buttons = BoxButtons::Ok});
-}
-
 bool FileCommands::OfferToSaveChanges(const QString &question) {
     if (!dependencies_.changesNeedSaving()) {
         return true;
@@ -66,11 +62,11 @@ void FileCommands::Open() {
         dependencies_.updateCaption();
         break;
     case FileOpened::InPart:
-        Tell(QStringLiteral("Not all items were loaded from the file!"), BoxIcon::Exclamation);
+        Warn(dependencies_.dialogs, QStringLiteral("Not all items were loaded from the file!"));
         dependencies_.updateCaption();
         break;
     default:
-        Tell(QStringLiteral("Error opening file!"), BoxIcon::Exclamation);
+        Warn(dependencies_.dialogs, QStringLiteral("Error opening file!"));
         break;
     }
     dependencies_.showTable();
@@ -97,10 +93,11 @@ void FileCommands::Save(SaveAs which) {
         return;
     }
     if (notSaved) {
-        Tell(QStringLiteral("Error. File not saved!"), BoxIcon::Exclamation);
+        Warn(dependencies_.dialogs, QStringLiteral("Error. File not saved!"));
         return;
     }
-    Tell(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    Ask(QStringLiteral("File saved successfully."),
+        {.icon = BoxIcon::Information, .buttons = BoxButtons::Ok});
     dependencies_.updateCaption();
 }
 

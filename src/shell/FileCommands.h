@@ -42,7 +42,6 @@ public:
 private:
     bool DownloadIsWanted();
     BoxAnswer Ask(const QString &text, BoxStyle style);
-    void Tell(const QString &text, BoxIcon icon);
 
     Dependencies dependencies_;
     QString currentFileName_;

@@ -24,7 +24,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QResizeEvent>
+#include <QLayout>
 #include <QStatusBar>
 #include <QTimer>
 #include <utility>
@@ -91,24 +91,17 @@ void FormMain::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std
     link_->SetMbaxp1CommProperties(port, baud, parityStop, timeoutMs);
 }
 
-BoxAnswer FormMain::Ask(const QString &question) {
-    return dependencies_.dialogs.OwnedMessageBox(
-        question, {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo}, ApplicationTitle());
-}
-
 void FormMain::AskToClearSettings(bool wanted) {
     if (wanted &&
-        Ask(QStringLiteral("Clear all ") + ApplicationTitle() + QStringLiteral(" Registry Settings?")) ==
-            BoxAnswer::Yes &&
+        Confirm(dependencies_.dialogs,
+                QStringLiteral("Clear all ") + ApplicationTitle() + QStringLiteral(" Registry Settings?")) &&
         !dependencies_.settings.Clear()) {
         TellOfStore(QStringLiteral("The settings couldn't be cleared. They are in"));
     }
 }
 
 void FormMain::TellOfStore(const QString &what) {
-    dependencies_.dialogs.OwnedMessageBox(QStringLiteral("%1\n%2").arg(what, dependencies_.settings.Place()),
-                                          {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                                          ApplicationTitle());
+    Warn(dependencies_.dialogs, QStringLiteral("%1\n%2").arg(what, dependencies_.settings.Place()));
 }
 
 void FormMain::BuildFileCommands() {
@@ -154,12 +147,9 @@ void FormMain::BuildPages() {
         new AdvancedPage(*zentrova_, *entryRules_, dependencies_.dialogs, help_, *text1_, central);
     connect(advanced, &AdvancedPage::Rebuilt, this, &FormMain::UpdateDisplay);
     wizardPage_ = new WizardPage(central);
-    auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(8), central);
-    connect(checkout, &CheckoutPage::Finished, this, [this] {
-        if (CurrentTab() != Tab::Checkout) { // the user left it before the output's mode was written
-            ConfigureBasicTab();
-        }
-    });
+    constexpr std::size_t manualOutput = 8;
+    auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(manualOutput),
+                                      BasicPage::ValueTag(manualOutput), central);
     tabs_->SetPage(Tab::Basic, basicPage_);
     tabs_->SetPage(Tab::Advanced, advanced);
     tabs_->SetPage(Tab::Wizard, wizardPage_);
@@ -239,14 +229,9 @@ bool FormMain::LeaveEntry() {
     return true;
 }
 
-// Runs `work` after the entry has been written: a text whose write waits for the previous one isn't in the
-// table yet.
+// Runs `work` unless the text being typed is rejected.
 void FormMain::AfterEntry(const std::function<void()> &work) {
-    if (text1_->IsChecking()) {
-        connect(
-            text1_, &ValueOverlay::Checked, this, [this, work] { AfterEntry(work); },
-            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
-    } else if (LeaveEntry()) {
+    if (LeaveEntry()) {
         work();
     }
 }
@@ -270,9 +255,9 @@ void FormMain::ToggleOnline() {
 }
 
 void FormMain::Reinitialise() {
-    if (Ask(QStringLiteral(
-            "Are you sure? This will reset all parameters back to the factory default values.")) ==
-        BoxAnswer::Yes) {
+    if (Confirm(dependencies_.dialogs,
+                QStringLiteral(
+                    "Are you sure? This will reset all parameters back to the factory default values."))) {
         zentrova_->ParamValue(ParamDefines::ReinitCommand, ParamDefines::FactoryDefaults);
     }
 }
@@ -284,9 +269,8 @@ void FormMain::UpdateCaption() {
 void FormMain::ShowMakersPages() {
     const QUrl address = MakerAddress(dependencies_.settings);
     if (!dependencies_.openUrl(address)) {
-        dependencies_.dialogs.OwnedMessageBox(
-            QStringLiteral("The web browser couldn't be started. The address is\n%1").arg(address.toString()),
-            {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
+        Warn(dependencies_.dialogs, QStringLiteral("The web browser couldn't be started. The address is\n%1")
+                                        .arg(address.toString()));
     }
 }
 
@@ -354,11 +338,6 @@ bool FormMain::ValidateAndWriteTextBoxVal(QLineEdit &box) {
     return ztv::ValidateAndWriteTextBoxVal(box, *entryRules_);
 }
 
-void FormMain::resizeEvent(QResizeEvent *event) {
-    QMainWindow::resizeEvent(event);
-    LayOut();
-}
-
 void FormMain::changeEvent(QEvent *event) {
     QMainWindow::changeEvent(event);
     const bool otherColours = event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange;
@@ -367,28 +346,28 @@ void FormMain::changeEvent(QEvent *event) {
     }
 }
 
+// Measures the form's own bars once: a dock or a bar that is added later makes the pages smaller.
 void FormMain::LayOut() {
-    if (!isMinimized() && tabs_ != nullptr) {
-        tabs_->LayOut(size());
-    }
+    layout()->activate();
+    tabs_->LayOutBeside(size() - centralWidget()->size());
 }
 
-// Returns false if the text being typed was rejected, or if the window closes by itself once the text is
-// written. Further requests to close meanwhile have no effect.
+// Returns false if the text being typed was rejected, or if the window closes by itself once the waiting
+// writes are sent. Further requests to close meanwhile have no effect.
 bool FormMain::MayCloseNow() {
-    if (text1_->IsChecking()) {
-        if (std::exchange(closesAfterEntry_, true)) {
-            return false;
-        }
-        const auto closeNow = [this] {
-            closesAfterEntry_ = false;
-            close();
-        };
-        connect(text1_, &ValueOverlay::Checked, this, closeNow,
-                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    if (!LeaveEntry()) {
         return false;
     }
-    return LeaveEntry();
+    if (!zentrova_->WritesWait()) {
+        return true;
+    }
+    if (!std::exchange(closesOnceSent_, true)) {
+        zentrova_->WhenWritesAreSent([this] {
+            closesOnceSent_ = false;
+            QMetaObject::invokeMethod(this, &FormMain::close, Qt::QueuedConnection);
+        });
+    }
+    return false;
 }
 
 void FormMain::closeEvent(QCloseEvent *event) {

@@ -98,7 +98,6 @@ public:
     void ShowAsStored() { placement_.Show(); }
 
 protected:
-    void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
@@ -129,7 +128,6 @@ private:
     std::int16_t AskDirection();
     bool StoreSettings();
     void TellOfStore(const QString &what);
-    BoxAnswer Ask(const QString &question);
 
     Dependencies dependencies_;
     ClassMyHtmlHelp help_;
@@ -149,7 +147,7 @@ private:
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
     bool online_ = false;
-    bool closesAfterEntry_ = false; // the window closes once the text being typed is written
+    bool closesOnceSent_ = false; // the window closes once the waiting writes are sent
 };
 
 } // namespace ztv

@@ -1,7 +1,6 @@
 #include "shell/LinkNotices.h"
 
 #include "model/ParamDefines.h"
-#include "support/ApplicationTitle.h"
 
 namespace ztv {
 
@@ -11,27 +10,22 @@ LinkNotices::LinkNotices(LinkSession &link, UserDialogs &dialogs) : link_(link),
     connect(&link, &LinkSession::PortRefused, this, &LinkNotices::OnPortRefused);
 }
 
+// Deliberate: a good outcome of a write or download has the icon of a warning, too.
 void LinkNotices::OnWriteEnded(std::int16_t tag, std::int16_t status) {
     if (status != LinkStatus::NoError) {
-        Show(QStringLiteral("Error writing parameter"));
+        Warn(dialogs_, QStringLiteral("Error writing parameter"));
     } else if (tag == ParamDefines::SaveCommand) {
-        Show(QStringLiteral("Parameters saved successfully!"));
+        Warn(dialogs_, QStringLiteral("Parameters saved successfully!"));
     }
 }
 
 void LinkNotices::OnDownloadEnded(std::int16_t status) {
-    Show(status == LinkStatus::NoError ? QStringLiteral("Parameters downloaded successfully!")
-                                       : QStringLiteral("Error downloading Parameters"));
+    Warn(dialogs_, status == LinkStatus::NoError ? QStringLiteral("Parameters downloaded successfully!")
+                                                 : QStringLiteral("Error downloading Parameters"));
 }
 
 void LinkNotices::OnPortRefused() {
-    Show(link_.OpenFailureText());
-}
-
-// Deliberate: success has the icon of a warning, too.
-void LinkNotices::Show(const QString &text) {
-    dialogs_.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                             ApplicationTitle());
+    Warn(dialogs_, link_.OpenFailureText());
 }
 
 } // namespace ztv

@@ -20,7 +20,6 @@ private:
     void OnWriteEnded(std::int16_t tag, std::int16_t status);
     void OnDownloadEnded(std::int16_t status);
     void OnPortRefused();
-    void Show(const QString &text);
 
     LinkSession &link_;
     UserDialogs &dialogs_;

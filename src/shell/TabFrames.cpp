@@ -4,6 +4,7 @@
 #include "widgets/Controls.h"
 
 #include <QAbstractButton>
+#include <QEvent>
 #include <QKeySequence>
 #include <QPixmap>
 #include <QSet>
@@ -30,6 +31,7 @@ int ToTwips(int pixels) {
 
 TabFrames::TabFrames(QWidget &area, bool withCheckout)
     : QObject(&area),
+      area_(area),
       strip_(Controls::Named(new QTabWidget(&area), "TabStrip1")) {
     strip_->setUsesScrollButtons(false);
     // A click on a tab moves the focus too, so that the entry being edited is validated before the page
@@ -79,7 +81,6 @@ void TabFrames::Select(int stripIndex) {
     Q_EMIT Leaving();
     // Moves the focus, because a tab's mnemonic doesn't, and the control being edited hides with its page.
     strip_->tabBar()->setFocus(Qt::OtherFocusReason);
-    CurrentPage().Leaving();
     if (strip_->currentIndex() != stripIndex) {
         return; // the user has selected another tab meanwhile
     }
@@ -89,7 +90,7 @@ void TabFrames::Select(int stripIndex) {
         helpContext_ = selected.helpContext;
     }
     currentTab_ = selected.number;
-    LayOut(form_);
+    LayOut();
     LeaveMnemonicsToPage();
     Q_EMIT Changed();
 }
@@ -109,13 +110,31 @@ void TabFrames::LeaveMnemonicsToPage() {
     }
 }
 
-void TabFrames::LayOut(QSize form) {
-    form_ = form;
+void TabFrames::LayOutBeside(QSize bars) {
+    bars_ = bars;
+    area_.installEventFilter(this);
+    LayOut();
+}
+
+bool TabFrames::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::Resize && !area_.window()->isMinimized()) {
+        LayOut();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void TabFrames::LayOut() {
+    const QSize form = area_.size() + bars_;
     const int stripWidth = std::max(ToTwips(form.width()), LeastWidth) - 350;
     const int stripHeight = std::max(ToTwips(form.height()), LeastHeight) - 2300;
     strip_->setGeometry(Controls::FromTwips(stripLeft, stripTop, stripWidth, stripHeight));
     CurrentPage().setGeometry(Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip,
                                                   stripWidth - 400, stripHeight - 800));
+}
+
+QRect TabFrames::Band() const {
+    const QRect strip = strip_->geometry();
+    return {strip.left(), strip.bottom() + 1, strip.width(), area_.height() - strip.bottom() - 1};
 }
 
 void TabFrames::Colour() {

@@ -4,6 +4,8 @@
 #include "widgets/TabPage.h"
 
 #include <QObject>
+#include <QRect>
+#include <QSize>
 #include <QTabWidget>
 #include <array>
 #include <cstdint>
@@ -20,7 +22,8 @@ public:
     static constexpr int LeastHeight = 8940;
     static constexpr int LeastWidth = 10200;
 
-    // Makes the strip a child of `area`. REQUIRES: each page is a child of `area` before SetPage.
+    // Makes the strip a child of `area`, whose size it follows from LayOutBeside on. REQUIRES: each page is a
+    // child of `area` before SetPage.
     TabFrames(QWidget &area, bool withCheckout);
 
     // REQUIRES: called for every number of the table before the first tab is selected.
@@ -35,11 +38,18 @@ public:
     // Returns the help topic of the visible page.
     std::int16_t HelpContext() const { return helpContext_; }
 
-    // Lays out the strip and the visible page for a form of that size in pixels.
-    void LayOut(QSize form);
+    // Lays out the strip and the visible page, now and whenever the area's size changes. `bars` is the room
+    // that the form's own bars take beside the area, in pixels: the layout is given for the form's size.
+    void LayOutBeside(QSize bars);
+
+    // Returns the part of the area below the strip, which the layout leaves free for a bar of the pages'
+    // width.
+    QRect Band() const;
 
     // Gives the pages the background colour of the strip, so that the strip needn't paint behind them.
     void Colour();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
     void Leaving(); // the user selected another tab; the previous page is still the current one
@@ -54,14 +64,16 @@ private:
     TabPage &Page(std::int16_t number) const { return *pages_.at(static_cast<std::size_t>(number) - 1); }
     void AddTab(const Tab::Description &tab, const char *caption);
     void Select(int stripIndex);
+    void LayOut();
     void LeaveMnemonicsToPage();
 
+    QWidget &area_;
     QTabWidget *strip_;
     std::vector<Shown> shown_; // by the index in the strip, which a hidden tab makes differ from the table's
     std::array<TabPage *, Tab::Table.size()> pages_{}; // in the order of the table
     std::int16_t currentTab_ = Tab::Basic;
     std::int16_t helpContext_ = Tab::Table.front().helpContext;
-    QSize form_;
+    QSize bars_;
 };
 
 } // namespace ztv

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "support/ApplicationTitle.h"
+
 #include <QString>
 #include <QStringList>
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -48,5 +51,11 @@ public:
     // Asks for a file to write, and for confirmation before an existing file is overwritten.
     virtual std::optional<QString> SaveFileDialog(const FileQuestion &question) = 0;
 };
+
+// Shows an exclamation with an Ok button.
+void Warn(UserDialogs &dialogs, const QString &text, const QString &title = ApplicationTitle());
+
+// Asks a question with the buttons Yes and No. Returns true on Yes.
+bool Confirm(UserDialogs &dialogs, const QString &question, const QString &title = ApplicationTitle());
 
 } // namespace ztv

@@ -59,8 +59,7 @@ bool EntryRules::CheckParamRelation(std::int16_t tag, std::int32_t raw) {
     if (conflict.isEmpty()) {
         return true;
     }
-    dialogs_.OwnedMessageBox(conflict, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                             QStringLiteral("Invalid Value"));
+    Warn(dialogs_, conflict, QStringLiteral("Invalid Value"));
     return false;
 }
 

@@ -1,6 +1,5 @@
 #include "widgets/TextBoxFunctions.h"
 
-#include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
 
 namespace ztv {
@@ -33,11 +32,9 @@ QChar DigitOf(const QKeyEvent &key) {
 bool ValidateNumericEntry(QLineEdit &box, const QString &name, double minimum, double maximum, bool round,
                           UserDialogs &dialogs) {
     if (!IsWithin(box.text(), minimum, maximum)) {
-        dialogs.OwnedMessageBox(QStringLiteral("Please enter a numeric value between\n%1 and %2 for %3.")
-                                    .arg(QString::number(minimum, 'g', significantDigits),
-                                         QString::number(maximum, 'g', significantDigits), name),
-                                {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                                ApplicationTitle());
+        Warn(dialogs, QStringLiteral("Please enter a numeric value between\n%1 and %2 for %3.")
+                          .arg(QString::number(minimum, 'g', significantDigits),
+                               QString::number(maximum, 'g', significantDigits), name));
         return false;
     }
     if (round) {

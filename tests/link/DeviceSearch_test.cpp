@@ -1,15 +1,16 @@
 #include "link/DeviceSearch.h"
 
-#include "shell/LinkNotices.h"
 #include "support/Fault.h"
 #include "tests/helpers/Frames.h"
 #include "tests/helpers/Printers.h"
-#include "tests/helpers/ScriptedDialogs.h"
 #include "tests/helpers/ScriptedLine.h"
 #include "tests/helpers/TestPresets.h"
 #include "tests/helpers/Wait.h"
 
+#include <QEventLoop>
+#include <functional>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,7 @@ QByteArray GoodReply(int address) {
 
 } // namespace
 
-// The search on a scripted line. Each probe is told with the address and the settings that are in force.
+// Runs the search on a scripted line. Records each probe with its address and line settings.
 class DeviceSearchTest : public testing::Test {
 protected:
     DeviceSearchTest() { Begin({.port = 1, .baud = 4, .parityStop = 1}); }
@@ -34,7 +35,6 @@ protected:
             session_, start,
             DeviceSearch::Choices{.addressRange = [this] { return range_; },
                                   .varyCommSettings = [this] { return vary_; }});
-        QObject::connect(&session_, &LinkSession::DeviceAnswered, search_.get(), &DeviceSearch::FoundDevice);
         QObject::connect(search_.get(), &DeviceSearch::Started, [this] { told_.emplace_back("started"); });
         QObject::connect(search_.get(), &DeviceSearch::Ended, [this] { told_.emplace_back("ended"); });
         QObject::connect(search_.get(), &DeviceSearch::ProbeRefused,
@@ -49,8 +49,9 @@ protected:
                 whenProbing_();
             }
         });
-        QObject::connect(search_.get(), &DeviceSearch::DeviceFound, [this] {
-            found_.push_back(std::to_string(search_->SearchAddress()) + " at " + Setting());
+        QObject::connect(search_.get(), &DeviceSearch::DeviceFound, [this](const SearchPlace &place) {
+            found_.push_back(std::to_string(place.address) + " at " + std::to_string(place.baud) + "/" +
+                             std::to_string(place.parityStop));
         });
     }
 
@@ -71,14 +72,12 @@ protected:
     std::function<void()> whenProbing_;
     Told told_;
     Told found_;
-    ScriptedDialogs dialogs_;
     ScriptedLine line_;
     QString device_ = line_.Path();
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     LinkSession session_{zentrova_,
                          {.deviceOfPort = [this](std::int16_t) { return device_; },
                           .askDirection = [] { return ConnectChoice::Cancel; }}};
-    LinkNotices notices_{session_, dialogs_};
     std::unique_ptr<DeviceSearch> search_;
 };
 
@@ -121,7 +120,7 @@ TEST_F(DeviceSearchTest, TriesTwentySettingsEachWithAllAddresses) {
         }
     }
     expected.emplace_back("ended");
-    Begin({.port = 1, .baud = 2, .parityStop = 2}); // where it starts doesn't count
+    Begin({.port = 1, .baud = 2, .parityStop = 2}); // the settings at the start don't matter
     RunToTheEnd();
     EXPECT_EQ(told_, expected);
     EXPECT_EQ(line_.Requests().size(), 40U);
@@ -188,7 +187,7 @@ TEST_F(DeviceSearchTest, FindsADeviceOncePerSettingThatItAnswersOn) {
 TEST_F(DeviceSearchTest, DoesNotCountABadReply) {
     line_.Answer(WithCrc("03 83 02"));
     line_.Answer(Hex("04 03 02 00 00 12 34"));
-    line_.Answer(GoodReply(9)); // somebody else's
+    line_.Answer(GoodReply(9)); // another sensor's
     RunToTheEnd();
     EXPECT_EQ(found_, Told{});
     EXPECT_EQ(told_.size(), 5U);
@@ -299,13 +298,13 @@ TEST_F(DeviceSearchTest, BreaksOffAtEitherStatusOfALostAdapter) {
     for (const std::int16_t status : {LinkStatus::WriteError, LinkStatus::ReadError}) {
         told_.clear();
         EXPECT_TRUE(search_->Start());
-        search_->FoundDevice(status);
+        session_.TransactionFailed(LinkTransaction::SearchProbe, status);
         EXPECT_FALSE(session_.PortIsOpen());
         EXPECT_EQ(told_,
                   (Told{"started", "3 at 4/1", "broken off at 3 at 4/1 by " + std::to_string(status)}));
     }
     told_.clear();
-    RunToTheEnd(); // with the adapter back
+    RunToTheEnd(); // with the adapter plugged in again
     EXPECT_EQ(told_.back(), "ended");
 }
 
@@ -329,7 +328,7 @@ TEST_F(DeviceSearchTest, LeavesNothingBehindWhenItIsAbandoned) {
     search_->Abandon();
     EXPECT_FALSE(session_.PortIsOpen());
     EXPECT_TRUE(search_->StopRequested());
-    search_->FoundDevice(0); // too late
+    session_.TransactionDone(LinkTransaction::SearchProbe); // too late
     told_.clear();
     // By now the answer would have come, or its timeout.
     EXPECT_FALSE(WaitUntil([this] { return !told_.empty() || !found_.empty(); }, 100));
@@ -341,7 +340,7 @@ TEST_F(DeviceSearchTest, ClosesThePortAsItIsDestroyed) {
     EXPECT_FALSE(session_.PortIsOpen());
 }
 
-// What is left. -------------------------------------------------------------------------------------
+// The remaining work. -------------------------------------------------------------------------------
 
 TEST(SearchWorkTest, CountsTheLineTimeAndTheTimeoutOfEachProbe) {
     const SearchWork one =
@@ -369,6 +368,34 @@ TEST(SearchWorkTest, AddsTheSettingsThatFollow) {
         WorkLeft({.baud = 0, .parityStop = 1, .probes = 3, .addresses = 10, .varies = true});
     EXPECT_EQ(rest.probes, 13);
     EXPECT_NEAR(rest.milliseconds, 13 * 120 + 3 * 88 / 2.4 + 10 * 80 / 2.4, 0.01);
+}
+
+// As a program without a screen uses it: its signals alone say all, even to a receiver that is behind.
+TEST_F(DeviceSearchTest, TellsAReceiverThatIsBehindWhatItFindsAndHowFarItIs) {
+    range_ = {.bottom = 8, .top = 9};
+    line_.AnswerNothing();
+    line_.Answer(GoodReply(9));
+    Told report;
+    QEventLoop program;
+    QObject::connect(
+        search_.get(), &DeviceSearch::DeviceFound, &program,
+        [&](const SearchPlace &place) {
+            report.push_back("found " + std::to_string(place.address) + " at " + std::to_string(place.baud) +
+                             "/" + std::to_string(place.parityStop));
+        },
+        Qt::QueuedConnection);
+    QObject::connect(
+        search_.get(), &DeviceSearch::Progressed, &program,
+        [&](int done, const SearchWork &left) {
+            report.push_back(std::to_string(done) + " done, " + std::to_string(left.probes) + " left");
+        },
+        Qt::QueuedConnection);
+    QObject::connect(search_.get(), &DeviceSearch::Ended, &program, &QEventLoop::quit, Qt::QueuedConnection);
+    QObject::connect(search_.get(), &DeviceSearch::BrokenOff, &program, &QEventLoop::quit,
+                     Qt::QueuedConnection);
+    EXPECT_TRUE(search_->Start());
+    program.exec();
+    EXPECT_EQ(report, (Told{"0 done, 2 left", "1 done, 1 left", "found 9 at 4/1"}));
 }
 
 TEST_F(DeviceSearchTest, TellsHowFarItIs) {

@@ -1,5 +1,7 @@
 #include "link/LineCodes.h"
 
+#include "support/Fault.h"
+
 #include <gtest/gtest.h>
 #include <utility>
 
@@ -25,13 +27,22 @@ TEST(LineCodesTest, HaveTwoCodesForEachIndexOfParityAndStopBits) {
     }
 }
 
-// The master takes any number for a code.
+// The master accepts any number as a code.
 TEST(LineCodesTest, ACodeThatThereIsNotStandsForTheFastestRate) {
     const std::pair<int, int> rows[] = {{3, 2400},  {4, 4800},  {5, 9600}, {7, 19200},
                                         {8, 38400}, {6, 38400}, {0, 38400}};
     for (const auto &[code, bitsPerSecond] : rows) {
         EXPECT_EQ(BitsPerSecond(static_cast<std::int16_t>(code)), bitsPerSecond) << code;
     }
+}
+
+TEST(LineCodesTest, HaveARateForEachIndexAndRefuseAnyOther) {
+    const int rates[] = {2400, 4800, 9600, 19200, 38400};
+    for (std::int16_t index = 0; index < 5; ++index) {
+        EXPECT_EQ(BitsPerSecondOfIndex(index), rates[index]);
+    }
+    EXPECT_THROW(BitsPerSecondOfIndex(5), Fault);
+    EXPECT_THROW(BitsPerSecondOfIndex(-1), Fault);
 }
 
 TEST(LineCodesTest, CountTenBitsToACharacterWithoutParityAndElevenToAnyOther) {

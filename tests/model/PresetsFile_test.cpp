@@ -15,7 +15,7 @@ namespace ztv {
 
 namespace {
 
-// The message that reading the changed presets ends with.
+// Reads the changed presets and returns the message of the fault.
 std::string FaultOf(const char *sql) {
     const ChangedPresets presets(sql);
     try {
@@ -131,7 +131,7 @@ TEST(PresetsFileFault, TakesNoMoreTextThanSuchAFileHolds) {
 }
 
 TEST(PresetsFile, ReadsRecordsInTheirOrder) {
-    // Row 1 moves to the front, so row 0 comes after it.
+    // Row 1 moves to the front, before row 0.
     const ChangedPresets presets("UPDATE Parameters SET Name = 'Moved', rowid = -5 WHERE rowid = 2");
     const ClassZentrova zentrova(presets.Folder());
     EXPECT_EQ(zentrova.ParamName(0), QStringLiteral("Moved"));
@@ -158,7 +158,7 @@ protected:
 TEST_F(ShippedPresets, HaveRowsThatFitTheirLimitsAndARegister) {
     ASSERT_EQ(zentrova_.ParamCount(), 96);
     EXPECT_EQ(zentrova_.ParamValue(ParamDefines::ParameterCount), 96);
-    EXPECT_LE(zentrova_.ParamCount() - 1, 123); // a download is one frame
+    EXPECT_LE(zentrova_.ParamCount() - 1, 123); // because a download is one frame
     for (std::int16_t tag = 0; tag < zentrova_.ParamCount(); ++tag) {
         SCOPED_TRACE(tag);
         EXPECT_LE(zentrova_.ParamMin(tag), zentrova_.ParamPreset(tag));

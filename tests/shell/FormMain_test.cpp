@@ -2,6 +2,7 @@
 
 #include "model/ParamDefines.h"
 #include "shell/Caption.h"
+#include "shell/TabFrames.h"
 #include "support/Fault.h"
 #include "tests/helpers/FakeLink.h"
 #include "tests/helpers/MainForm.h"
@@ -12,6 +13,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
+#include <QDockWidget>
 #include <QFile>
 #include <QLineEdit>
 #include <QMenu>
@@ -19,6 +21,7 @@
 #include <QProgressBar>
 #include <QRadioButton>
 #include <QScreen>
+#include <QStyle>
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
@@ -41,6 +44,14 @@ protected:
 
     void ClickTab(int index) {
         QTest::mouseClick(Strip().tabBar(), Qt::LeftButton, {}, Strip().tabBar()->tabRect(index).center());
+    }
+
+    QDockWidget *AddDock(Qt::DockWidgetArea side) {
+        auto *dock = new QDockWidget(QStringLiteral("Dock"), form_.get());
+        dock->setWidget(new QWidget);
+        dock->widget()->setFixedSize(150, 120);
+        form_->addDockWidget(side, dock);
+        return dock;
     }
 
     // The number of the one page that shows.
@@ -302,7 +313,7 @@ TEST_F(FormMainTest, ShowsTheLastComponentOfThePath) {
     }
 }
 
-// As an open that loads a part of a file does while none was open.
+// For example, when a file could only be loaded in part and none was open.
 TEST_F(FormMainTest, KeepsItsCaptionWhileNoFileIsOpen) {
     Start();
     UpdateCaption(*form_, QStringLiteral("/a/old.ztv"));
@@ -478,7 +489,7 @@ TEST_F(FormMainTest, LeavesTheMnemonicOfTheCheckoutTabsOptionToIt) {
     for (int round = 0; round < 2; ++round) {
         Ui().Get<QRadioButton>("OptionAnalogOut(4)").click();
         QTest::keyClick(form_.get(), Qt::Key_D, Qt::AltModifier);
-        // A mnemonic presses the option for a moment, as a finger would.
+        // A mnemonic presses the option for a moment, as a mouse does.
         EXPECT_TRUE(WaitUntil([&] { return Ui().Get<QRadioButton>("OptionAnalogOut(5)").isChecked(); }));
         EXPECT_EQ(form_->CurrentTab(), 5);
         EXPECT_TRUE(
@@ -552,7 +563,7 @@ TEST_F(FormMainTest, KeepsAnEntryBehindAMenuThatIsOpenedByItsMnemonic) {
     auto &box = Ui().Get<QLineEdit>("TextParam(2)");
     auto &text1 = Ui().Get<QLineEdit>("Text1");
     box.setFocus();
-    QTest::keyClick(&box, Qt::Key_5); // too small, but nobody leaves it
+    QTest::keyClick(&box, Qt::Key_5); // too small, but the focus stays in the box
     QTest::keyClick(&text1, Qt::Key_F, Qt::AltModifier);
     Settle();
     ASSERT_NE(QApplication::activePopupWidget(), nullptr);
@@ -589,29 +600,26 @@ TEST_F(FormMainTest, SetsTheBasicTabToTheModeOfTheTable) {
     Q_EMIT form_->Link().FirstReadComplete();
     EXPECT_FALSE(Ui().Get<QWidget>("TextParam(1)").isVisible());
     form_->Zentrova().ParamUpdate(ParamDefines::AnalogOutputMode, 0);
-    ClickTab(3); // whichever tab comes
+    ClickTab(3); // for each tab
     ClickTab(0);
     EXPECT_TRUE(Ui().Get<QWidget>("FrameManOutput").isVisible());
 }
 
-TEST_F(FormMainTest, SetsTheBasicTabToTheModeThatIsWrittenAfterCheckoutWasLeft) {
+TEST_F(FormMainTest, SetsTheBasicTabToTheModeWhoseWriteStillWaits) {
     Start(QStringLiteral("/Checkout"));
     ClickTab(4);
     Settle();
     FakeLink link;
     form_->Zentrova().ConnectTo(&link);
-    int waits = 0;
-    link.whileWaiting = [&] {
-        if (++waits == 2) { // the second write of the option waits for the first
-            Ui().Get<QRadioButton>("OptionAnalogOut(5)").setChecked(true);
-            ClickTab(0);
-        }
-    };
+    link.holds = true;
     Ui().Get<QRadioButton>("OptionAnalogOut(1)").setChecked(true);
-    Settle();
+    Ui().Get<QRadioButton>("OptionAnalogOut(5)").setChecked(true);
+    ClickTab(0);
     EXPECT_EQ(form_->CurrentTab(), 1);
     EXPECT_EQ(form_->Zentrova().ParamValue(ParamDefines::AnalogOutputMode), 1);
     EXPECT_TRUE(Ui().Get<QWidget>("TextParam(0)").isVisible());
+    link.EndWrites(form_->Zentrova());
+    EXPECT_EQ(link.writes.back(), std::make_pair(39, 1));
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
@@ -681,7 +689,7 @@ TEST_F(FormMainTest, ShowsTheChartOfTheTableAtEachRefresh) {
     Q_EMIT form_->Link().TableRefreshed();
     EXPECT_LT(Ui().Get<QWidget>("PicRelay(1)").x(), before);
     EXPECT_FALSE(Ui().Enabled("TextParam(3)"));
-    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving()); // only a configuration writes
+    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving()); // only a new configuration writes
 }
 
 // Commands during an entry. ------------------------------------------------------------------------------
@@ -698,7 +706,7 @@ protected:
     QComboBox &Combo1() const { return Ui().Get<QComboBox>("Combo1"); }
     std::int32_t Value(std::int16_t tag) const { return form_->Zentrova().ParamValue(tag); }
 
-    // For the near distance, on the Basic tab.
+    // Types for the near distance, on the Basic tab.
     void Type(const char *text) {
         auto &box = Ui().Get<QLineEdit>("TextParam(3)");
         box.setFocus();
@@ -724,7 +732,7 @@ protected:
         EXPECT_EQ(Text1().selectedText(), QString::fromLatin1(text));
         EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving());
     }
-    // By a click on the button, which takes no focus.
+    // Clicks the button, which doesn't get the focus.
     void ClickButton(const char *name) {
         QTest::mouseClick(&Ui().Get<QToolButton>(name), Qt::LeftButton);
         Settle();
@@ -847,60 +855,51 @@ TEST_F(EntryAndCommandsTest, TheListsEditorsAreLeftToo) {
     EXPECT_TRUE(Ui().Get<QTreeView>("ListView1").hasFocus());
 }
 
-TEST_F(EntryAndCommandsTest, ACommandWaitsForTheTextWhoseWriteWaits) {
+TEST_F(EntryAndCommandsTest, ACommandFindsTheValueWhoseWriteWaits) {
     FakeLink link;
     form_->Zentrova().ConnectTo(&link);
+    link.holds = true;
+    form_->Zentrova().ParamValue(ParamDefines::ClockOut, 1);
     Type("13");
     dialogs_.ExpectSaveFile(file_);
     dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        ClickButton("Save File");
-        EXPECT_FALSE(dialogs_.AllCame());
-    };
     QTest::keyClick(&Text1(), Qt::Key_Return);
-    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    ClickButton("Save File");
+    EXPECT_TRUE(dialogs_.AllCame());
     EXPECT_EQ(ValueInFile(file_, ParamDefines::NearDistance), 1300);
-
     Type("14");
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        EXPECT_FALSE(form_->close());
-    };
-    dialogs_.Expect(
-        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
     QTest::keyClick(&Text1(), Qt::Key_Return);
-    EXPECT_TRUE(WaitUntil([this] { return !form_->isVisible(); }));
+    form_->Zentrova().ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+    link.EndWrites(form_->Zentrova());
+    const std::vector<std::pair<int, int>> expected = {{23, 1}, {28, 1400}, {1, 1}};
+    EXPECT_EQ(link.writes, expected);
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
-TEST_F(EntryAndCommandsTest, AsksOnceThoughTheWindowIsClosedAgainWhileTheTextsWriteWaits) {
+TEST_F(EntryAndCommandsTest, ClosesOnceTheWaitingWritesAreSentAndAsksOnce) {
     FakeLink link;
     form_->Zentrova().ConnectTo(&link);
-    const auto closeTwice = [&] {
-        link.whileWaiting = {};
-        form_->close();
-        form_->close();
-    };
-    for (const bool byReturn : {true, false}) {
-        Type(byReturn ? "13" : "14");
-        link.whileWaiting = closeTwice;
+    link.holds = true;
+    form_->Zentrova().ParamValue(ParamDefines::ClockOut, 1);
+    Type("13");
+    EXPECT_FALSE(form_->close());
+    EXPECT_FALSE(form_->close());
+    Settle();
+    EXPECT_TRUE(form_->isVisible());
+    const auto expectQuestion = [this](BoxAnswer answer) {
         dialogs_.Expect(
             QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-            BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::Cancel);
-        if (byReturn) {
-            QTest::keyClick(&Text1(), Qt::Key_Return);
-        } else {
-            EXPECT_FALSE(form_->close());
-        }
-        EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
-        Settle();
-        EXPECT_TRUE(form_->isVisible());
-    }
-    dialogs_.Expect(
-        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
+            BoxIcon::Question, BoxButtons::YesNoCancel, answer);
+    };
+    expectQuestion(BoxAnswer::Cancel);
+    link.EndWrites(form_->Zentrova());
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    Settle();
+    EXPECT_TRUE(form_->isVisible());
+    const std::vector<std::pair<int, int>> expected = {{23, 1}, {28, 1300}};
+    EXPECT_EQ(link.writes, expected);
+
+    expectQuestion(BoxAnswer::No);
     EXPECT_TRUE(form_->close());
     form_->Zentrova().ConnectTo(&form_->Link());
 }
@@ -943,6 +942,80 @@ TEST_F(FormMainTest, LaysNothingOutWhileItIsMinimised) {
     form_->showNormal();
     form_->resize(900, 700);
     EXPECT_EQ(Strip().width(), (900 * 15 - 350 + 7) / 15);
+}
+
+TEST_F(FormMainTest, LaysThePagesOutWithinWhatADockLeaves) {
+    Start();
+    form_->resize(1200, 1000);
+    const auto pageSize = [this] { return Ui().Get<QWidget>("TabFrame(1)").size(); };
+    const QSize strip = Strip().size();
+    const QSize page = pageSize();
+    const QSize area = form_->centralWidget()->size();
+    QDockWidget *dock = AddDock(Qt::LeftDockWidgetArea);
+    for (const Qt::DockWidgetArea side :
+         {Qt::LeftDockWidgetArea, Qt::RightDockWidgetArea, Qt::TopDockWidgetArea}) {
+        form_->addDockWidget(side, dock);
+        dock->show();
+        EXPECT_TRUE(WaitUntil([&] { return form_->centralWidget()->size() != area; }));
+        const QSize lost = area - form_->centralWidget()->size();
+        EXPECT_EQ(Strip().size(), strip - lost);
+        EXPECT_EQ(pageSize(), page - lost);
+        EXPECT_TRUE(form_->centralWidget()->rect().contains(Strip().geometry()));
+        dock->hide();
+        EXPECT_TRUE(WaitUntil([&] { return form_->centralWidget()->size() == area; }));
+        EXPECT_EQ(Strip().size(), strip);
+        EXPECT_EQ(pageSize(), page);
+    }
+}
+
+TEST_F(FormMainTest, LaysThePagesOutBelowATallerToolbar) {
+    Start();
+    form_->resize(1000, 900);
+    const QSize strip = Strip().size();
+    const QSize page = Ui().Get<QWidget>("TabFrame(1)").size();
+    auto &toolbar = Ui().Get<QWidget>("Toolbar1");
+    const QSize lost(0, 100);
+    toolbar.setFixedHeight(toolbar.height() + lost.height());
+    EXPECT_TRUE(WaitUntil([&] { return Strip().size() == strip - lost; }));
+    EXPECT_EQ(Ui().Get<QWidget>("TabFrame(1)").size(), page - lost);
+    ClickTab(1);
+    EXPECT_EQ(Ui().Get<QWidget>("TabFrame(2)").size(), page - lost);
+}
+
+TEST_F(FormMainTest, KeepsTheValueBoxOverWhatItCoversWhileADockComes) {
+    Start();
+    form_->resize(1200, 1000);
+    auto &box = Ui().Get<QLineEdit>("TextParam(3)");
+    form_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_7);
+    auto &text1 = Ui().Get<QLineEdit>("Text1");
+    EXPECT_TRUE(text1.isVisible());
+    const auto place = [this](const QWidget &widget) {
+        return QRect(widget.mapTo(form_.get(), QPoint()), widget.size());
+    };
+    EXPECT_EQ(place(text1), place(box));
+    const QRect before = place(box);
+    AddDock(Qt::LeftDockWidgetArea);
+    EXPECT_TRUE(WaitUntil([&] { return place(box) != before && place(text1) == place(box); }));
+    EXPECT_TRUE(text1.isVisible());
+}
+
+TEST_F(FormMainTest, LeavesABandFreeBetweenThePagesAndTheStatusBar) {
+    Start();
+    int height = 0;
+    for (const QSize size : {QSize(680, 596), QSize(1000, 800)}) {
+        form_->resize(size);
+        const QRect band = form_->findChild<TabFrames *>()->Band();
+        EXPECT_TRUE(form_->centralWidget()->rect().contains(band));
+        EXPECT_EQ(band.width(), Strip().width());
+        EXPECT_EQ(band.top(), Strip().geometry().bottom() + 1);
+        EXPECT_EQ(band.bottom(), form_->centralWidget()->rect().bottom());
+        EXPECT_GT(band.height(), 20);
+        EXPECT_TRUE(height == 0 || height == band.height());
+        height = band.height();
+    }
 }
 
 // Unload. -------------------------------------------------------------------------------------------

@@ -212,6 +212,10 @@ void BasicPage::Apply(ControlId id) {
     }
 }
 
+std::int16_t BasicPage::ValueTag(std::size_t index) {
+    return BasicFields::Table.at(index).tag;
+}
+
 bool BasicPage::eventFilter(QObject *watched, QEvent *event) {
     auto *box = qobject_cast<QLineEdit *>(watched);
     if (box != nullptr && event->type() == QEvent::KeyPress) {

@@ -34,6 +34,9 @@ public:
     // Returns a member of TextParam. Its property "Tag" is the parameter that it shows.
     QLineEdit &ValueBox(std::size_t index) const { return *textParams_.at(index); }
 
+    // Returns the parameter that a member of TextParam shows.
+    static std::int16_t ValueTag(std::size_t index);
+
 Q_SIGNALS:
     void ValueBoxLeft(); // a member of TextParam has lost the focus
 

@@ -3,7 +3,7 @@
 #include "firmware/ui/StatusPanels.h"
 #include "firmware/ui/TransferBar.h"
 #include "firmware/ui/UpgradeBoxes.h"
-#include "support/Numbers.h"
+#include "link/LineCodes.h"
 #include "support/ProgramFolder.h"
 #include "widgets/Controls.h"
 #include "widgets/DeferredWork.h"
@@ -96,9 +96,7 @@ FormUpgradeFirmware::FormUpgradeFirmware(Dependencies dependencies, QWidget *par
 
     ConnectConsole();
     SetDesignHeight(heightWithout);
-    const std::int16_t baud = dependencies_.link.BaudRate();
-    console_->Load(dependencies_.link.CommPort(),
-                   ToInt32(ToNumber(dependencies_.zentrova.BaudRateString(baud))),
+    console_->Load(dependencies_.link.CommPort(), BitsPerSecondOfIndex(dependencies_.link.BaudRate()),
                    FolderForOwnFiles(dependencies_.programFolder));
     FormHelp::Offer(*this, dependencies_.help.Topic(HelpContextID));
     upgrade->setFocus();

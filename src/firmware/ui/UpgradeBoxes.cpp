@@ -28,12 +28,15 @@ UpgradeBoxes::UpgradeBoxes(const UpgradeConsole &console, const OneButtonUpgrade
 }
 
 bool UpgradeBoxes::ConfirmUpgrade() {
-    return Confirm(QStringLiteral("This utility will upgrade the ZTV500-100 firmware.\n\nContinue?"),
-                   BoxIcon::Question);
+    return Confirm(dialogs_,
+                   QStringLiteral("This utility will upgrade the ZTV500-100 firmware.\n\nContinue?"));
 }
 
 bool UpgradeBoxes::ConfirmRunApp() {
-    return Confirm(QStringLiteral("Are you sure?"), BoxIcon::None);
+    // Deliberate: a question without the icon of one.
+    return dialogs_.OwnedMessageBox(QStringLiteral("Are you sure?"),
+                                    {.icon = BoxIcon::None, .buttons = BoxButtons::YesNo},
+                                    ApplicationTitle()) == BoxAnswer::Yes;
 }
 
 std::optional<QString> UpgradeBoxes::AskForHexFileToOpen() {
@@ -45,10 +48,10 @@ std::optional<QString> UpgradeBoxes::AskForHexFileToSave() {
 }
 
 void UpgradeBoxes::ShowIsMemoryImage(const QString &fileName) {
-    Warn(QStringLiteral("This is one of the program's own memory images. Choose another name for the hex "
+    Warn(dialogs_,
+         QStringLiteral("This is one of the program's own memory images. Choose another name for the hex "
                         "file.\n%1")
-             .arg(fileName),
-         ApplicationTitle());
+             .arg(fileName));
 }
 
 void UpgradeBoxes::OnConnectFaulted(const QString &word) {
@@ -56,12 +59,12 @@ void UpgradeBoxes::OnConnectFaulted(const QString &word) {
 }
 
 void UpgradeBoxes::OnEditorMissing(const QString &fileName) {
-    Warn(QStringLiteral("No text editor could be started. The file is\n%1").arg(fileName),
-         ApplicationTitle());
+    Warn(dialogs_, QStringLiteral("No text editor could be started. The file is\n%1").arg(fileName));
 }
 
 void UpgradeBoxes::OnRunAppFailed(UpgradeConsole::RunOutcome outcome) {
-    Warn(outcome == UpgradeConsole::RunOutcome::RunModeFailed
+    Warn(dialogs_,
+         outcome == UpgradeConsole::RunOutcome::RunModeFailed
              ? QStringLiteral("Failed to place processor in run mode!")
              : QStringLiteral("Reset Processor Failed!"),
          QStringLiteral("Error"));
@@ -69,28 +72,19 @@ void UpgradeBoxes::OnRunAppFailed(UpgradeConsole::RunOutcome outcome) {
 
 void UpgradeBoxes::OnUpgradeEnded(UpgradeOutcome outcome) {
     switch (outcome) {
-    case UpgradeOutcome::Upgraded:
-        Warn(QStringLiteral("Firmware has been sucessfully upgraded!"), ApplicationTitle());
+    case UpgradeOutcome::Upgraded: // Deliberate: success has the icon of a warning, too; and the spelling
+        Warn(dialogs_, QStringLiteral("Firmware has been sucessfully upgraded!"));
         break;
     case UpgradeOutcome::NotPolled:
     case UpgradeOutcome::CommandUnanswered:
     case UpgradeOutcome::PortNotReleased:
     case UpgradeOutcome::LoaderNotFound:
-        Warn(QStringLiteral("Error Connecting to ZTV500-100. (MSG#%1)").arg(static_cast<int>(outcome)),
-             ApplicationTitle());
+        Warn(dialogs_,
+             QStringLiteral("Error Connecting to ZTV500-100. (MSG#%1)").arg(static_cast<int>(outcome)));
         break;
     default: // the status word is enough
         break;
     }
-}
-
-bool UpgradeBoxes::Confirm(const QString &question, BoxIcon icon) {
-    return dialogs_.OwnedMessageBox(question, {.icon = icon, .buttons = BoxButtons::YesNo},
-                                    ApplicationTitle()) == BoxAnswer::Yes;
-}
-
-void UpgradeBoxes::Warn(const QString &text, const QString &title) {
-    dialogs_.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, title);
 }
 
 } // namespace ztv

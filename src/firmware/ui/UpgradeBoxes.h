@@ -31,8 +31,6 @@ private:
     void OnEditorMissing(const QString &fileName);
     void OnRunAppFailed(UpgradeConsole::RunOutcome outcome);
     void OnUpgradeEnded(UpgradeOutcome outcome);
-    bool Confirm(const QString &question, BoxIcon icon);
-    void Warn(const QString &text, const QString &title);
 
     UserDialogs &dialogs_;
 };

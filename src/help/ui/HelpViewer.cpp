@@ -2,7 +2,6 @@
 
 #include "help/HelpTopics.h"
 #include "help/ui/HelpWindow.h"
-#include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 
 namespace ztv {
@@ -23,9 +22,7 @@ bool HelpViewer::Load(const QString &chmFile) {
         window_ = std::make_unique<HelpWindow>(HelpTopics::Read(folder), openUrl_);
         return true;
     } catch (const Fault &fault) {
-        dialogs_.OwnedMessageBox(QStringLiteral("The help can't be shown.\n") + fault.Description(),
-                                 {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                                 ApplicationTitle());
+        Warn(dialogs_, QStringLiteral("The help can't be shown.\n") + fault.Description());
         return false;
     }
 }

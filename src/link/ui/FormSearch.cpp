@@ -1,7 +1,6 @@
 #include "link/ui/FormSearch.h"
 
 #include "link/ui/ResultsList.h"
-#include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
 #include "support/TimeLeftText.h"
 #include "widgets/Colours.h"
@@ -245,17 +244,15 @@ void FormSearch::ConnectControls() {
 }
 
 void FormSearch::ConnectSearch() {
-    connect(&link_, &LinkSession::DeviceAnswered, this, &FormSearch::FoundDevice);
     connect(&search_, &DeviceSearch::Started, this, &FormSearch::ShowStarted);
     connect(&search_, &DeviceSearch::Probing, this, &FormSearch::ShowProbe);
     // Queued, so that the probe doesn't wait until the bar is painted.
-    connect(&search_, &DeviceSearch::Probing, this, &FormSearch::ShowProgress, Qt::QueuedConnection);
+    connect(&search_, &DeviceSearch::Progressed, this, &FormSearch::ShowProgress, Qt::QueuedConnection);
     connect(&search_, &DeviceSearch::DeviceFound, this, &FormSearch::AddResult);
     connect(&search_, &DeviceSearch::Ended, this, &FormSearch::ShowEnded);
     connect(&search_, &DeviceSearch::BrokenOff, this, &FormSearch::ShowBrokenOff);
-    connect(&search_, &DeviceSearch::ProbeRefused, this, [this](std::int16_t code) {
-        Warn(QStringLiteral("Read Error: %1").arg(code), ApplicationTitle());
-    });
+    connect(&search_, &DeviceSearch::ProbeRefused, this,
+            [this](std::int16_t code) { Warn(dialogs_, QStringLiteral("Read Error: %1").arg(code)); });
 }
 
 void FormSearch::Start() {
@@ -271,7 +268,7 @@ void FormSearch::Start() {
     }
     if (!search_.Start()) {
         const std::int16_t status = link_.Mbaxp1().LastError();
-        Warn(link_.OpenFailureText(), ApplicationTitle());
+        Warn(dialogs_, link_.OpenFailureText());
         if (LinkStatus::IsRefusedSetting(status)) {
             ShowBrokenOff(status);
         }
@@ -312,25 +309,24 @@ QString FormSearch::CommSettings() const {
            zentrova_.ParityStopString(search_.SearchParityStop());
 }
 
-void FormSearch::ShowProgress() {
+// Arrives queued, so the search may have ended meanwhile.
+void FormSearch::ShowProgress(int probesDone, const SearchWork &left) {
     if (!search_.IsSearching()) {
         return;
     }
-    const SearchWork left = WorkLeft(search_.Remaining());
-    progress_->setMaximum(std::max(search_.ProbesDone() + left.probes, 1));
-    progress_->setValue(search_.ProbesDone());
+    progress_->setMaximum(std::max(probesDone + left.probes, 1));
+    progress_->setValue(probesDone);
     timeLeft_->setText(TimeLeftText(left.milliseconds));
 }
 
-void FormSearch::AddResult() {
+void FormSearch::AddResult(const SearchPlace &place) {
     const int count = search_.DevicesFound();
     labelDevicesFound_->setText(QStringLiteral("Devices Found: %1").arg(count));
-    auto *row = new QTreeWidgetItem({QString::number(search_.SearchAddress()),
-                                     zentrova_.BaudRateString(search_.SearchBaud()),
-                                     zentrova_.ParityStopString(search_.SearchParityStop())});
+    auto *row = new QTreeWidgetItem({QString::number(place.address), zentrova_.BaudRateString(place.baud),
+                                     zentrova_.ParityStopString(place.parityStop)});
     row->setData(AddressColumn, tagRole, QStringLiteral("Key%1").arg(count));
-    row->setData(BaudColumn, tagRole, search_.SearchBaud());
-    row->setData(ParityStopColumn, tagRole, search_.SearchParityStop());
+    row->setData(BaudColumn, tagRole, place.baud);
+    row->setData(ParityStopColumn, tagRole, place.parityStop);
     listViewResults_->addTopLevelItem(row);
 }
 
@@ -399,12 +395,12 @@ bool FormSearch::AddressRangeIsValid(std::size_t box) {
     const auto isNumber = [this](std::size_t i) { return IsNumeric(textAddressRange_[i]->text()); };
     const auto number = [this](std::size_t i) { return ToNumber(textAddressRange_[i]->text()); };
     if (!isNumber(box) || number(box) < lowestAddress || number(box) > highestAddress) {
-        Warn(QStringLiteral("Please enter a numeric value from 1 to 247."), QStringLiteral("Invalid Range"));
+        Warn(dialogs_, QStringLiteral("Please enter a numeric value from 1 to 247."),
+             QStringLiteral("Invalid Range"));
         return false;
     }
     if (isNumber(fromBox) && isNumber(toBox) && number(fromBox) > number(toBox)) {
-        Warn(QStringLiteral("The From Address Range must be less than or equal to the To Range."),
-             ApplicationTitle());
+        Warn(dialogs_, QStringLiteral("The From Address Range must be less than or equal to the To Range."));
         return false;
     }
     return true;
@@ -423,10 +419,6 @@ DeviceSearch::AddressRange FormSearch::AddressRange() {
         }
     }
     return {.bottom = addressRange_[fromBox], .top = addressRange_[toBox]};
-}
-
-void FormSearch::Warn(const QString &text, const QString &title) {
-    dialogs_.OwnedMessageBox(text, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, title);
 }
 
 } // namespace ztv

@@ -38,9 +38,6 @@ public:
     FormSearch(LinkSession &link, ClassZentrova &zentrova, UserDialogs &dialogs, ClassMyHtmlHelp &help,
                SearchStart start, QWidget *parent = nullptr);
 
-    // Passes the answer to the probe to DeviceSearch::FoundDevice.
-    void FoundDevice(std::int16_t status) { search_.FoundDevice(status); }
-
     // The settings that the user accepted. Known once the dialog is closed.
     std::optional<UsedCommSettings> Used() const { return used_; }
 
@@ -61,8 +58,8 @@ private:
     void ShowWhere(const QString &words, const QString &toolTip);
     void ShowBrokenOff(std::int16_t status);
     QString CommSettings() const;
-    void ShowProgress();
-    void AddResult();
+    void ShowProgress(int probesDone, const SearchWork &left);
+    void AddResult(const SearchPlace &place);
     void ShowEnded();
     void FollowSelection();
     void UseSelected();
@@ -70,7 +67,6 @@ private:
 
     bool AddressRangeIsValid(std::size_t box);
     DeviceSearch::AddressRange AddressRange();
-    void Warn(const QString &text, const QString &title);
 
     LinkSession &link_;
     ClassZentrova &zentrova_;

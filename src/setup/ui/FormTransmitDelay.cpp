@@ -2,7 +2,6 @@
 
 #include "model/ParamDefines.h"
 #include "setup/TransmitDelay.h"
-#include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
@@ -198,8 +197,7 @@ void FormTransmitDelay::CheckLeftBox(const QLineEdit &box) {
         return;
     }
     const bool byMouse = QGuiApplication::mouseButtons() != Qt::NoButton;
-    dialogs_.OwnedMessageBox(QStringLiteral("Please enter a numeric value."),
-                             {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok}, ApplicationTitle());
+    Warn(dialogs_, QStringLiteral("Please enter a numeric value."));
     if (byMouse) {
         QMetaObject::invokeMethod(
             this, [this] { FinishClickIn(*this); }, Qt::QueuedConnection);
@@ -225,29 +223,17 @@ void FormTransmitDelay::keyPressEvent(QKeyEvent *event) {
     }
 }
 
+// Reads both values first: the question turns the event loop.
 void FormTransmitDelay::SetTransmitDelayValues() {
-    if (working_) {
-        return;
-    }
-    {
-        const QScopedValueRollback<bool> guard(working_, true);
-        AskAndWrite();
-    }
-    if (closeWanted_) {
-        reject();
-    }
-}
-
-// Reads both values first: the writes turn the event loop, and texts typed meanwhile are for the next press.
-void FormTransmitDelay::AskAndWrite() {
     using namespace ParamDefines;
     const auto low = TransmitDelay::RawValue(zentrova_, low_->text(), TransmitDelayLow);
     const auto high = TransmitDelay::RawValue(zentrova_, high_->text(), TransmitDelayHigh);
-    if (!low || !high ||
-        dialogs_.OwnedMessageBox(QStringLiteral("Are you sure? This should only be done on the Master Unit "
-                                                "in a multi-unit installation."),
-                                 {.icon = BoxIcon::Question, .buttons = BoxButtons::YesNo},
-                                 ApplicationTitle()) != BoxAnswer::Yes) {
+    if (!low || !high) {
+        return;
+    }
+    const QScopedValueRollback<bool> guard(asking_, true);
+    if (!Confirm(dialogs_, QStringLiteral("Are you sure? This should only be done on the Master Unit "
+                                          "in a multi-unit installation."))) {
         return;
     }
     zentrova_.ParamValue(TransmitDelayLow, *low);
@@ -256,18 +242,13 @@ void FormTransmitDelay::AskAndWrite() {
 }
 
 void FormTransmitDelay::done(int result) {
-    if (working_) {
-        closeWanted_ = true;
+    if (asking_) {
         return;
     }
-    {
-        const QScopedValueRollback<bool> guard(working_, true); // the save may turn the event loop too
-        // Deliberate: closing makes the sensor save, even if nothing was changed.
-        if (saveSettings_->isEnabled() && saveSettings_->isChecked()) {
-            zentrova_.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
-        }
+    // Deliberate: closing makes the sensor save, even if nothing was changed.
+    if (saveSettings_->isEnabled() && saveSettings_->isChecked()) {
+        zentrova_.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
     }
-    closeWanted_ = false;
     QDialog::done(result);
 }
 

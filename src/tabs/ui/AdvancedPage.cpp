@@ -1,6 +1,5 @@
 #include "tabs/ui/AdvancedPage.h"
 
-#include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "support/Numbers.h"
 #include "tabs/ParameterEditors.h"
@@ -8,8 +7,6 @@
 #include "widgets/Controls.h"
 
 #include <QApplication>
-#include <QPersistentModelIndex>
-#include <utility>
 
 namespace ztv {
 
@@ -82,7 +79,6 @@ AdvancedPage::AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialo
     connect(commandRefresh_, &QPushButton::clicked, this, [this] {
         if (combo1_->isVisible()) {
             commandRefresh_->setFocus(Qt::OtherFocusReason); // its mnemonic doesn't move the focus
-            WriteChoice();
         }
         Rebuild();
     });
@@ -200,46 +196,28 @@ void AdvancedPage::EditChoice(int row, std::int16_t tag) {
     try {
         choice = ParameterEditors::ChoiceOf(zentrova_, tag, row);
     } catch (const Fault &fault) {
-        TellThatItCannotOpen(fault.Description());
+        Warn(dialogs_, fault.Description());
         return;
     }
     if (!choice.CanOpen()) {
-        TellThatItCannotOpen(ParameterEditors::WhyItCannotOpen(zentrova_, tag, row));
+        Warn(dialogs_, ParameterEditors::WhyItCannotOpen(zentrova_, tag, row));
         return;
     }
     const QRect cell = listView1_->PlaceOf(row, ParameterListModel::Value, *text1_.parentWidget());
+    choiceTag_ = tag;
     combo1_->setAccessibleName(zentrova_.ParamName(tag));
     combo1_->Open(*listView1_, cell.topLeft() + Offset(choiceInset - listBorder, choiceTop - listBorder),
                   cell.width(), choice.texts, choice.start);
     listView1_->ScrollUnder(*combo1_);
 }
 
-void AdvancedPage::TellThatItCannotOpen(const QString &why) {
-    dialogs_.OwnedMessageBox(why, {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::Ok},
-                             ApplicationTitle());
-}
-
 void AdvancedPage::Choose(int index) {
-    const std::int16_t tag = ToInt16(ToNumber(text1_.property("Tag").toString()));
-    const QPersistentModelIndex selected(listView1_->currentIndex());
-    owedWrite_ = [this, tag, index, selected] {
-        zentrova_.ParamValue(tag, index);
-        if (selected.isValid()) {
-            model_.ShowValue(selected.row(), zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), index));
-        }
-    };
-    QMetaObject::invokeMethod(this, &AdvancedPage::WriteChoice, Qt::QueuedConnection);
-}
-
-void AdvancedPage::WriteChoice() {
-    if (owedWrite_) {
-        std::exchange(owedWrite_, nullptr)();
-    }
+    zentrova_.ParamValue(choiceTag_, index);
+    ShowWritten(zentrova_.ParamLookUp(zentrova_.ParamUnits(choiceTag_), index));
 }
 
 void AdvancedPage::LeaveEntry() {
     combo1_->Leave();
-    WriteChoice();
 }
 
 void AdvancedPage::EditOutput(const QString &tagText, const QString &text) {

@@ -1,7 +1,6 @@
 #include "tabs/ui/CheckoutPage.h"
 
 #include "model/ParamDefines.h"
-#include "support/Numbers.h"
 #include "tabs/TabTable.h"
 #include "tabs/ui/LargeNumber.h"
 #include "tabs/ui/StillFrame.h"
@@ -90,12 +89,13 @@ void AddIndicator(QGridLayout &grid, int row, Indicator *indicator, QLabel *labe
 
 } // namespace
 
-CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWidget *parent)
+CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, std::int16_t manualOutputTag,
+                           QWidget *parent)
     : TabPage(Tab::Checkout, parent),
       zentrova_(zentrova),
       manualOutput_(manualOutput),
+      manualOutputTag_(manualOutputTag),
       control_(zentrova) {
-    connect(&control_, &CheckoutControl::Finished, this, &CheckoutPage::Finished);
     // The order of construction is the tab order.
     auto *relays = BuildRelays();
     auto *clkOut = BuildClkOut();
@@ -206,7 +206,7 @@ QGroupBox *CheckoutPage::BuildAnalogOut() {
 
     textCheckoutVoltageOut_ = NewVoltage("TextCheckoutVoltageOut", "Analog Output");
     commandNext_ = Controls::Captioned<QPushButton>("CommandNext", "&Next");
-    commandNext_->setProperty("Tag", QStringLiteral("0"));
+    CountFrom(0);
     commandNext_->setFixedWidth(voltageWidth);
     connect(commandNext_, &QPushButton::clicked, this, &CheckoutPage::NextClick);
     auto *side = new QVBoxLayout;
@@ -292,26 +292,29 @@ void CheckoutPage::resizeEvent(QResizeEvent *event) {
     FitFont();
 }
 
-// Writes at once, because the code that runs after a change of tab depends on the output's mode.
 void CheckoutPage::Entered() {
     SelectAnalogOut(CheckoutOptions::FollowsDistance);
-    control_.Finish();
 }
 
 void CheckoutPage::SelectAnalogOut(int index) {
     optionAnalogOut_->button(index)->setChecked(true);
 }
 
+// Publishes the counter as the button's property "Tag".
+void CheckoutPage::CountFrom(int option) {
+    counter_ = option;
+    commandNext_->setProperty("Tag", QString::number(option));
+}
+
 void CheckoutPage::AnalogOutClick(int index) {
-    commandNext_->setProperty("Tag", QString::number(index));
+    CountFrom(index);
     ReachBySelected(*optionAnalogOut_);
     control_.SetAnalogOut(index);
 }
 
 void CheckoutPage::NextClick() {
-    const QString next = CheckoutControl::NextTag(commandNext_->property("Tag").toString());
-    commandNext_->setProperty("Tag", next);
-    SelectAnalogOut(next.toInt());
+    CountFrom(CheckoutControl::NextOption(counter_));
+    SelectAnalogOut(counter_);
 }
 
 // Deliberate: drives the output to full scale first.
@@ -346,7 +349,7 @@ void CheckoutPage::UpdateDisplay() {
     const auto text = [this](std::int16_t tag) {
         return zentrova_.FormatRaw(zentrova_.ParamValue(tag), tag);
     };
-    Show(manualOutput_, text(ToInt16(ToNumber(manualOutput_.property("Tag").toString()))));
+    Show(manualOutput_, text(manualOutputTag_));
     optionClockSel_->button(zentrova_.ParamValue(ParamDefines::ClockSelect) == 1 ? 1 : 0)->setChecked(true);
     imageTeachInput_->Picture(Lit(ParamDefines::TeachInput, Key::Red));
     imageExtClkInStatus_->Picture(Lit(ParamDefines::ExternalClockInput, Key::Red));

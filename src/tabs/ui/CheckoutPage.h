@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <array>
+#include <cstdint>
 
 namespace ztv {
 
@@ -21,9 +22,10 @@ class CheckoutPage : public TabPage {
     Q_OBJECT
 
 public:
-    // `manualOutput` is a box of the Basic tab that this page keeps current; its property "Tag" is the
-    // parameter that it shows.
-    CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, QWidget *parent);
+    // `manualOutput` is a box of the Basic tab that this page keeps current; it shows the parameter
+    // `manualOutputTag`.
+    CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, std::int16_t manualOutputTag,
+                 QWidget *parent);
 
     // Makes a forced output follow the distance again.
     void Entered() override;
@@ -32,9 +34,6 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
-
-Q_SIGNALS:
-    void Finished(); // all clicks are written; the user may have changed to another page
 
 private:
     void FitFont();
@@ -47,6 +46,7 @@ private:
     QGroupBox *BuildDistance();
     QGroupBox *BuildDistRange();
 
+    void CountFrom(int option);
     void AnalogOutClick(int index);
     void NextClick();
     void ClkOutClick();
@@ -57,6 +57,7 @@ private:
 
     ClassZentrova &zentrova_;
     QLineEdit &manualOutput_;
+    std::int16_t manualOutputTag_;
     CheckoutControl control_;
     std::array<SwitchButton *, 2> imgRelay_{};
     SwitchButton *imgClkOut_ = nullptr;
@@ -66,6 +67,7 @@ private:
     QButtonGroup *optionClockSel_ = nullptr; // button ids are indices in the control array
     QButtonGroup *optionAnalogOut_ = nullptr;
     QButtonGroup *optionRange_ = nullptr;
+    int counter_ = 0; // the option that CommandNext counts from
     QLineEdit *textCheckoutVoltageOut_ = nullptr;
     QLineEdit *textCheckoutVoltageIn_ = nullptr;
     QPushButton *commandNext_ = nullptr;

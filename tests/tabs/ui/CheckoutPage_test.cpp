@@ -24,7 +24,6 @@ protected:
     using Writes = std::vector<std::pair<int, int>>;
 
     CheckoutPageTest() {
-        manualOutput_.setProperty("Tag", QStringLiteral("40"));
         page_.resize(630, 389); // as in the smallest window
         page_.show();
         page_.activateWindow();
@@ -54,7 +53,7 @@ protected:
     int SelectedRange() { return Selected("OptionRange", 2); }
     QString Counter() { return ui_.Get<QPushButton>("CommandNext").property("Tag").toString(); }
 
-    // The dot in front of the caption is what a person aims at.
+    // The dot before the caption, which a user aims at.
     void ClickOption(const char *array, int index) {
         QRadioButton &option = Option(array, index);
         QTest::mouseClick(&option, Qt::LeftButton, {}, QPoint(8, option.height() / 2));
@@ -76,11 +75,11 @@ protected:
     ClassZentrova zentrova_{ShippedPresetsFolder()};
     FakeLink link_;
     QLineEdit manualOutput_;
-    CheckoutPage page_{zentrova_, manualOutput_, nullptr};
+    CheckoutPage page_{zentrova_, manualOutput_, 40, nullptr};
     Form ui_{page_};
 };
 
-// What is there. ------------------------------------------------------------------------------------
+// Frames and controls. ------------------------------------------------------------------------------
 
 TEST_F(CheckoutPageTest, HasItsFramesAndControlsWithTheirCaptions) {
     const std::pair<const char *, const char *> frames[] = {
@@ -267,9 +266,22 @@ TEST_F(CheckoutPageTest, ShowsTheDistanceAndTheVoltages) {
 TEST_F(CheckoutPageTest, KeepsTheManualOutputOfTheBasicTabCurrent) {
     Show(40, 4095);
     EXPECT_EQ(manualOutput_.text(), QStringLiteral("4095"));
-    manualOutput_.setProperty("Tag", QStringLiteral("37"));
-    Show(37, 1000);
+    CheckoutPage other(zentrova_, manualOutput_, 37, nullptr);
+    zentrova_.ParamUpdate(37, 1000);
+    other.UpdateDisplay();
     EXPECT_EQ(manualOutput_.text(), QStringLiteral("10.00V"));
+}
+
+TEST_F(CheckoutPageTest, OnlyPublishesItsStateInProperties) {
+    auto &next = ui_.Get<QPushButton>("CommandNext");
+    ClickOption("OptionAnalogOut", 2);
+    next.setProperty("Tag", QStringLiteral("nonsense"));
+    next.click();
+    EXPECT_EQ(SelectedOutput(), 3);
+    EXPECT_EQ(Counter(), QStringLiteral("3"));
+    manualOutput_.setProperty("Tag", QStringLiteral("37"));
+    Show(40, 3072);
+    EXPECT_EQ(manualOutput_.text(), QStringLiteral("3072"));
 }
 
 // The analog output. --------------------------------------------------------------------------------
@@ -392,19 +404,16 @@ TEST_F(CheckoutPageTest, ReinitialisesAndClearsTheRangeWithoutItsWrites) {
     EXPECT_EQ(SelectedRange(), 1);
 }
 
-TEST_F(CheckoutPageTest, StandsClicksWhileAWriteWaits) {
+TEST_F(CheckoutPageTest, SendsEachOfTheClicksThatAreMadeWhileAWriteWaits) {
     page_.Entered();
     Take();
-    bool clicked = false;
-    link_.whileWaiting = [&] {
-        if (!std::exchange(clicked, true)) {
-            ClickOption("OptionAnalogOut", 2);
-            ui_.Press("imgRelay(0)");
-            ui_.Press("CommandNext");
-            ui_.Press("CommandReInit");
-        }
-    };
+    link_.holds = true;
     ui_.Press("imgClkOut");
+    ClickOption("OptionAnalogOut", 2);
+    ui_.Press("imgRelay(0)");
+    ui_.Press("CommandNext");
+    ui_.Press("CommandReInit");
+    link_.EndWrites(zentrova_);
     EXPECT_EQ(Take(),
               (Writes{{39, 0}, {40, 4095}, {23, 1}, {40, 2048}, {54, 1}, {40, 3072}, {39, 1}, {3, 1}}));
     EXPECT_EQ(SelectedOutput(), 5);
