@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The checks that need no build: layers, format, and words that mustn't stand in the sources. With "tidy" also
+# The checks that need no build: layers, includes, format, and words that mustn't stand in the sources. With "tidy" also
 # clang-tidy over the release build; with "quick-tidy" without its analysis of paths, which takes half the time; with
 # "recent-tidy" that of the units that the last changes touched.
 set -euo pipefail
@@ -7,6 +7,7 @@ cd "$(dirname "$0")/.."
 
 failed=0
 scripts/check_layers || failed=1
+scripts/check_includes || failed=1
 
 mapfile -t sources < <(git ls-files '*.cpp' '*.h')
 if ! clang-format --dry-run -Werror "${sources[@]}"; then
