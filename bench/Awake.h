@@ -6,8 +6,8 @@
 
 namespace ztv {
 
-// Keeps each processor from going to sleep, by work that gives way to any other. On a virtual machine a
-// processor that sleeps takes longer to wake than a round trip takes.
+// Keeps each processor awake with work of the lowest priority. On a virtual machine, waking a processor takes
+// longer than a round trip.
 class Awake {
 public:
     Awake();

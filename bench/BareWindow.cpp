@@ -1,4 +1,4 @@
-// The least that a program with a window costs.
+// A program with an empty window, as the lower bound of what a start costs.
 
 #include "bench/FirstPaint.h"
 

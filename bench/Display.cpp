@@ -13,7 +13,7 @@ namespace ztv {
 namespace {
 
 constexpr int patienceMs = 30000;
-constexpr int pulseMs = 100; // bounds each wait, so that the deadline is looked at
+constexpr int pulseMs = 100; // bounds each wait, so that the deadline is checked
 
 QString Server() {
     return QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
@@ -40,7 +40,7 @@ Display::~Display() {
 }
 
 void Display::StartServer() {
-    // It chooses a free number itself, prints it, and doesn't reset when its last client goes.
+    // The server chooses a free number, prints it, and doesn't reset when its last client disconnects.
     server_.start(Server(), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-noreset"),
                              QStringLiteral("-nolisten"), QStringLiteral("tcp"), QStringLiteral("-screen"),
                              QStringLiteral("0"), QStringLiteral("1280x1024x24")});

@@ -8,23 +8,22 @@
 
 namespace ztv {
 
-// A display without a screen, for programs that know no other. Programs that are started while it lives
-// show their windows on it.
+// A display server without a screen. Programs that are started while it exists show their windows on it.
 class Display {
 public:
     static bool Available();
 
-    // Throws std::runtime_error when it doesn't come up.
+    // Throws std::runtime_error if the server doesn't start.
     Display();
     ~Display();
     Display(const Display &) = delete;
     Display &operator=(const Display &) = delete;
 
-    // The time, on the clock of Measure::NowMs, at which the next window shows. Throws std::runtime_error
-    // when none does.
+    // Waits for the next window and returns the time of its appearance, on the clock of Measure::NowMs.
+    // Throws std::runtime_error if none appears.
     double WaitForWindow();
 
-    // Waits until that window is gone, so that nothing of its program is taken for the next one.
+    // Waits until that window is gone, so that it isn't mistaken for the next program's.
     void WaitForItsEnd();
 
 private:

@@ -9,7 +9,7 @@ namespace ztv {
 
 namespace {
 
-// Three digits that count.
+// Rounds to three significant digits.
 QString Text(double value) {
     int decimals = 3;
     for (double bound = 1; decimals > 0 && value >= bound; bound *= 10) {
@@ -24,7 +24,7 @@ const Peer *JudgedBy(const Figure &figure) {
     return found == figure.peers.end() ? nullptr : &*found;
 }
 
-// The figure to compare with the limit. Nothing where the peer to judge by is missing.
+// The number to compare with the limit; empty if the peer to compare with is missing.
 std::optional<double> Judged(const Figure &figure) {
     if (figure.against.isEmpty()) {
         return figure.value;

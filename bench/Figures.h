@@ -7,7 +7,7 @@
 
 namespace ztv {
 
-// The same measurement of somebody else's work.
+// The same measurement of another program.
 struct Peer {
     QString name;
     double value = 0;
@@ -19,22 +19,22 @@ struct Figure {
     QString unit;
     double limit = 0; // of the value; with `against`, of the value as a multiple of that peer's
     std::vector<Peer> peers;
-    QString against = {}; // the peer that it is judged by: the pace of the machine tells on both alike
+    QString against = {}; // the peer to compare with: the machine's speed affects both alike
 };
 
-// Prints each figure as it comes, one line each, and remembers which passed their limits. A figure that is
-// measured more than once needs to keep its limit once: what else the machine does can only add to it. Where
-// the peer that a figure is judged by isn't installed, the figure is printed and not judged.
+// Prints each figure as it is added, one line each, and remembers which exceeded their limits. A figure that
+// is measured several times must keep its limit once, because other load can only make it worse. A figure
+// whose peer isn't installed is printed but not judged.
 class Figures {
 public:
     void Add(const Figure &figure);
 
-    // Each figure as a row of a Markdown table: the best of its values, with what it was judged as, the limit
-    // and the peers of that run, and the worst, which says how much the machine adds.
+    // Each figure as a row of a Markdown table: its best value with the judged number, the limit and the
+    // peers of that run; and its worst value, which shows the machine's noise.
     QString Rows() const;
     static QString Heads();
 
-    // The lines of the figures past their limits, by name.
+    // The printed lines of the figures that exceeded their limits, by name.
     const std::map<QString, QString> &Passed() const { return passed_; }
 
 private:

@@ -16,7 +16,7 @@ FirstPaint::FirstPaint(std::function<void()> onPainted) : onPainted_(std::move(o
 bool FirstPaint::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::Paint && qobject_cast<QWidget *>(watched) != nullptr) {
         qApp->removeEventFilter(this);
-        // The controls of the window are painted in the same go as the window.
+        // The window's controls are painted in the same pass as the window.
         QMetaObject::invokeMethod(this, onPainted_, Qt::QueuedConnection);
     }
     return false;

@@ -5,7 +5,7 @@
 
 namespace ztv {
 
-// Waits for the first window of the program to be painted as a whole.
+// Reports when the program's first window has been painted completely.
 class FirstPaint : public QObject {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ private:
     std::function<void()> onPainted_;
 };
 
-// One line on standard output: the stage, the clock, the processor time, the memory.
+// Prints one line: the stage, the clock, the processor time, the memory.
 void ReportStage(const char *stage);
 
 } // namespace ztv

@@ -70,7 +70,7 @@ public:
     HexFolder &operator=(const HexFolder &) = delete;
 
     double MsToImport() const {
-        QFile::remove(settings_.ProgramFile); // freeing the blocks of the last round is the disk's time
+        QFile::remove(settings_.ProgramFile); // frees the last round's blocks before the time starts
         const double start = Measure::NowMs();
         if (HexFileAccess::ImportHexFile(settings_, hexFile_) != HexFileAccess::goodFile) {
             throw std::runtime_error("a good hex file isn't taken");
@@ -88,7 +88,7 @@ public:
     }
 
 private:
-    QString current_ = QDir::currentPath(); // an import changes it
+    QString current_ = QDir::currentPath(); // restored later, because an import changes it
     QTemporaryDir folder_;
     QString hexFile_ = folder_.filePath(QStringLiteral("image.hex"));
     BootSettings settings_;

@@ -4,8 +4,7 @@
 
 namespace ztv {
 
-// What the import of a hex file takes, check and all, beside other programs' whole conversion of the same
-// file.
+// Measures the check and the import of a hex file, beside other programs' conversion of the same file.
 void MeasureHexImport(Figures &figures);
 
 } // namespace ztv

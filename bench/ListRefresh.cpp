@@ -18,14 +18,14 @@ namespace ztv {
 
 namespace {
 
-// Times the plain labels.
+// Limits as multiples of the plain labels' time.
 constexpr double unchangedLimit = 0.1;
 constexpr double changedLimit = 1.5;
 constexpr int warmUp = 20;
 constexpr int rounds = 200;
 constexpr int settleMs = 200;
 
-// 0 and 1 are in every row's range, and other texts but for a row that has only one.
+// 0 and 1 are within every row's range. Their texts differ, except in a row that has only one text.
 void ChangeAll(ClassZentrova &zentrova, int round) {
     for (std::int16_t tag = 1; tag < zentrova.ParamCount(); ++tag) {
         zentrova.ParamUpdate(tag, round % 2);

@@ -4,7 +4,7 @@
 
 namespace ztv {
 
-// What a refresh of the Advanced list takes.
+// Measures a refresh of the Advanced list.
 void MeasureListRefresh(Figures &figures);
 
 } // namespace ztv

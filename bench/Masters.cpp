@@ -16,7 +16,7 @@ namespace {
 
 constexpr int slave = 1;
 constexpr int bitsPerSecond = 38400;
-constexpr int timeoutMs = 2000; // a busy machine mustn't end a request
+constexpr int timeoutMs = 2000; // long enough that a busy machine doesn't cause a timeout
 
 class OurMaster : public Master {
 public:

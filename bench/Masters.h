@@ -18,11 +18,11 @@ public:
     virtual bool Open(const QString &device) = 0;
     virtual void Close() = 0;
 
-    // Sends one request. `done` is told, perhaps before this returns, whether the registers came.
+    // Sends one request. Calls `done` with whether the registers came, possibly before returning.
     virtual void Read(std::function<void(bool)> done) = 0;
 };
 
-// Ours, then the peers.
+// The program's own master, then the peers.
 std::vector<std::unique_ptr<Master>> AllMasters();
 
 } // namespace ztv

@@ -4,10 +4,10 @@
 
 namespace ztv {
 
-// What the measurements read off the machine.
+// Clocks of the measurements.
 namespace Measure {
 
-// A clock that all processes share.
+// The time of a clock that all processes share.
 double NowMs();
 
 // The processor time that this process has used since its start.
@@ -17,7 +17,7 @@ double ResidentMiB();
 
 double Median(std::vector<double> values);
 
-// Turns the event loop for so long.
+// Runs the event loop for that time.
 void Idle(int milliseconds);
 
 } // namespace Measure

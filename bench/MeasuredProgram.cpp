@@ -1,5 +1,5 @@
-// The program as it is shipped, telling when it has painted its window. Given a number of milliseconds, it
-// then goes online and reports again after so long.
+// The program as shipped, which also reports when it has painted its window. Given a number of milliseconds,
+// it then goes online and reports again after that time.
 
 #include "bench/FirstPaint.h"
 #include "shell/Application.h"

@@ -9,18 +9,18 @@
 
 namespace ztv {
 
-// A peer for what has none: a plain window of the main form's size whose labels all change and are painted.
-// Measured in the same moment it tells the pace of the machine.
+// The peer of figures that have no other: a plain window of the main form's size, all of whose labels change
+// and are painted. Measured at the same moment, it shows how fast the machine is.
 class PlainLabels {
 public:
     PlainLabels();
 
-    // Processor time and time of a clock for one change of all labels: the median of several, with a pause in
-    // front of each, since a processor that has slept is slower.
+    // Processor time and clock time of one change of all labels: the median of several. Each follows a pause,
+    // because a processor that has slept is slower.
     double ProcessorMs();
     double WallMs();
 
-    // The peer of a figure.
+    // Wraps a time of the labels as the peer of a figure.
     static Peer AsPeer(double value);
     static QString Name();
 

@@ -26,18 +26,18 @@ namespace ztv {
 
 namespace {
 
-// Times the plain labels.
+// Limits as multiples of the plain labels' time.
 constexpr double pollLimit = 1.5;
 constexpr double tickLimit = 1;
 constexpr double loadLimit = 5;
 constexpr int ticks = 200;
-constexpr int warmUpPolls = 5; // of each tab: its first ones draw it as a whole
+constexpr int warmUpPolls = 5; // per tab: the first polls draw the whole tab
 constexpr int polls = 20;
 constexpr int loadMs = 8000;
 constexpr int periodMs = 200;
 constexpr int patienceMs = 30000;
 
-// The processor time from one poll to the one `count` polls later, each displayed and painted.
+// The processor time of `count` polls, each displayed and painted.
 double ProcessorMsOfPolls(LinkSession &link, int count) {
     QEventLoop loop;
     double start = 0;
@@ -60,7 +60,7 @@ double ProcessorMsOfPolls(LinkSession &link, int count) {
     return end - start;
 }
 
-// Ticks of the animation with each value moved and what moved painted.
+// Runs ticks of the animation; each moves all values and paints what moved.
 double ProcessorMsOfATick(FormMain &form) {
     auto &page = dynamic_cast<BasicPage &>(*form.findChild<QWidget *>(QStringLiteral("TabFrame(1)")));
     const double start = Measure::ProcessorMs();
@@ -105,7 +105,7 @@ void MeasurePollLoad(Figures &figures) {
     form.show();
     auto *animation = form.findChild<QTimer *>(QStringLiteral("Timer1"), Qt::FindDirectChildrenOnly);
     animation->stop();
-    ProcessorMsOfATick(form); // warms up
+    ProcessorMsOfATick(form); // warm-up
     PlainLabels labels;
     figures.Add({.name = QStringLiteral("processor time of a tick of the Basic tab's chart"),
                  .value = ProcessorMsOfATick(form),
@@ -118,7 +118,7 @@ void MeasurePollLoad(Figures &figures) {
     auto *strip = form.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
     for (int index = 0; index < strip->count(); ++index) {
         strip->setCurrentIndex(index);
-        animation->stop(); // it has a figure of its own
+        animation->stop(); // measured separately
         ProcessorMsOfPolls(form.Link(), warmUpPolls);
         figures.Add({.name = QStringLiteral("processor time of a poll on the %1 tab")
                                  .arg(QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key)),
@@ -136,7 +136,7 @@ void MeasurePollLoad(Figures &figures) {
          .value = LoadPercent(form.Link()),
          .unit = QStringLiteral("%"),
          .limit = loadLimit,
-         .peers = {PlainLabels::AsPeer(labels.ProcessorMs() * 100 / periodMs)}, // changed as often
+         .peers = {PlainLabels::AsPeer(labels.ProcessorMs() * 100 / periodMs)}, // changed once a poll
          .against = PlainLabels::Name()});
     form.GoOffline();
 }

@@ -4,7 +4,7 @@
 
 namespace ztv {
 
-// What the poll and the display of its values cost, tab by tab and as a load over time.
+// Measures what the poll and the display of its values cost, tab by tab and as a load over time.
 void MeasurePollLoad(Figures &figures);
 
 } // namespace ztv

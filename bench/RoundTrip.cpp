@@ -12,15 +12,15 @@ namespace ztv {
 
 namespace {
 
-constexpr double backToBackLimit = 1; // times Qt's client, which keeps to the silent interval as well
+constexpr double backToBackLimit = 1; // times Qt's client, which also keeps the silent interval
 constexpr double idleLimit = 1.5;     // times libmodbus
-constexpr int idleLineMs = 4;         // more than the silent interval
+constexpr int idleLineMs = 4;         // longer than the silent interval
 
 constexpr int rounds = 20;
 constexpr int requestsPerRound = 15;
-constexpr int warmUpRequests = 5; // of each round: the first ones find cold caches
+constexpr int warmUpRequests = 5; // per round: the first requests find cold caches
 
-// The requests of one round, each from the event loop or from the end of the one before.
+// Sends the requests of one round, each from the event loop or when the previous one ends.
 class Round {
 public:
     Round(Master &master, int idleMs) : master_(master), idleMs_(idleMs) {}
@@ -62,8 +62,8 @@ private:
     bool failed_ = false;
 };
 
-// The medians, ours first, then those of libmodbus and of Qt's client. The masters take turns, so that the
-// machine's noise hits all alike.
+// The medians: the program's, libmodbus's, Qt's client's. The masters take turns, so that the machine's noise
+// affects all alike.
 std::vector<Peer> Medians(const QString &device, int idleMs) {
     const std::vector<std::unique_ptr<Master>> masters = AllMasters();
     std::vector<std::vector<double>> times(masters.size());

@@ -4,7 +4,8 @@
 
 namespace ztv {
 
-// The time from a request to its registers, ours and that of other masters on the same slave.
+// Measures the time from a request to its registers, for the program's master and for others on the same
+// slave.
 void MeasureRoundTrips(Figures &figures);
 
 } // namespace ztv

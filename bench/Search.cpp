@@ -29,7 +29,8 @@ constexpr int patienceMs = 60000;
 } // namespace
 
 void MeasureSearch(Figures &figures) {
-    const SensorProcess sensor({QStringLiteral("--baud"), QStringLiteral("2400")}); // so it hears nothing
+    // At another baud rate than the search's: the sensor understands no probe.
+    const SensorProcess sensor({QStringLiteral("--baud"), QStringLiteral("2400")});
     PrintedDialogs dialogs;
     ClassZentrova zentrova(ProgramFolder());
     LinkSession link(zentrova, {.deviceOfPort = [&](std::int16_t) { return sensor.Device(); },

@@ -4,7 +4,7 @@
 
 namespace ztv {
 
-// What a search of a silent line takes beside the line times and timeouts that it can't do without.
+// Measures a search of a silent line as a multiple of its unavoidable line times and timeouts.
 void MeasureSearch(Figures &figures);
 
 } // namespace ztv

@@ -23,7 +23,7 @@ constexpr double loadLimit = 5; // times the plain labels
 constexpr int pollPeriodMs = 200;
 
 struct Stage {
-    double wallMs = 0; // since the start of the process
+    double wallMs = 0; // since the process started
     double processorMs = 0;
     double residentMiB = 0;
 };
@@ -126,7 +126,7 @@ double MsToMappedWindow(Display &display, const QString &program) {
     return mapped - start;
 }
 
-// The shipped program itself against a serial terminal, both on a display of their own.
+// Measures the shipped program and a serial terminal, both on a display server started for them.
 void MeasureOnDisplay(Figures &figures) {
     const QString ours = QStringLiteral(ZTV_BIN_DIR "/ZtvLink");
     const QString theirs = QStandardPaths::findExecutable(QStringLiteral("cutecom"));

@@ -4,7 +4,7 @@
 
 namespace ztv {
 
-// From the start of the program to its painted window, and the memory that it then holds.
+// Measures the time from the program's start to its painted window, and its memory then.
 void MeasureStartUp(Figures &figures);
 
 } // namespace ztv

@@ -17,7 +17,7 @@ namespace ztv {
 
 namespace {
 
-constexpr int patienceMs = 90000; // some report after a minute
+constexpr int patienceMs = 90000; // some programs report only after a minute
 
 int WaitFor(pid_t id) {
     int status = 0;

@@ -6,10 +6,10 @@
 
 namespace ztv {
 
-// A program in a process of its own, started with as little in the way as can be.
+// A program in a process of its own, started with as little overhead as possible.
 class StartedProgram {
 public:
-    // Throws std::runtime_error when it doesn't start. It ends with this object.
+    // Starts the program; the destructor ends it. Throws std::runtime_error if it doesn't start.
     StartedProgram(const QString &program, const QStringList &arguments);
     ~StartedProgram();
     StartedProgram(const StartedProgram &) = delete;
@@ -18,10 +18,11 @@ public:
     // On the clock of Measure::NowMs.
     double StartMs() const { return startMs_; }
 
-    // A line of its standard output. Throws std::runtime_error when none comes.
+    // Reads a line of its standard output. Throws std::runtime_error if none comes.
     QByteArray ReadLine();
 
-    // When it ended by itself, on the same clock. Throws std::runtime_error when it failed.
+    // Waits until the program ends by itself and returns when, on the same clock. Throws std::runtime_error
+    // if it failed.
     double WaitForEnd();
 
 private:

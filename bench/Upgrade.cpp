@@ -27,11 +27,11 @@ constexpr double mostTimesTheLine = 1.05;
 
 struct Traffic {
     qint64 bytes = 0;
-    double firstMs = 0; // when the first byte left
-    double lastMs = 0;  // when the last came
+    double firstMs = 0; // when the first byte was sent
+    double lastMs = 0;  // when the last byte arrived
 };
 
-// The real line, counted.
+// Counts the bytes of a real line.
 class CountedLine : public BootLine {
 public:
     CountedLine(std::unique_ptr<BootLine> line, Traffic &traffic)

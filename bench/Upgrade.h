@@ -4,7 +4,8 @@
 
 namespace ztv {
 
-// The upgrade of the whole application, through the console, beside the time that its bytes take on the line.
+// Measures an upgrade of the whole application through the console, beside the time that its bytes take on
+// the line.
 void MeasureUpgrade(Figures &figures);
 
 } // namespace ztv

@@ -47,19 +47,20 @@ int Usage() {
     return wrongUsage;
 }
 
-// The settings of whoever measures mustn't count.
+// Replaces the user's own settings, which would influence the figures.
 void Isolate(const QTemporaryDir &settings) {
     qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
     qputenv("XDG_DATA_HOME", settings.path().toLocal8Bit());
     qputenv("XDG_RUNTIME_DIR", settings.path().toLocal8Bit());
-    qputenv("QT_LOGGING_RULES", "*.debug=false"); // a peer is talkative
+    qputenv("QT_LOGGING_RULES", "*.debug=false"); // one peer logs every frame
     qputenv("ZTVLINK_HOME", ZTV_BIN_DIR);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
 }
 
-// Measures again what passed a limit, so that a busy moment doesn't fail a check. True when all are kept.
+// Repeats what exceeded a limit, so that a busy moment doesn't fail a check. Returns whether all limits are
+// kept.
 bool Check(const Group &group, QString &rows) {
     Figures figures;
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -114,7 +115,7 @@ bool Known(const QString &word) {
     return false;
 }
 
-// The word behind an option; both are taken out. Empty without it.
+// Removes an option and the word after it from `words` and returns that word; empty without the option.
 QString TakeValue(QStringList &words, const QString &option) {
     const qsizetype at = words.indexOf(option);
     if (at < 0) {

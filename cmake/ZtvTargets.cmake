@@ -1,4 +1,4 @@
-# The flags that all of the project's own targets share, and the two ways to declare one.
+# Sets the flags of all of the project's own targets, and defines the two functions that declare one.
 
 add_library(ztv_flags INTERFACE)
 target_compile_definitions(ztv_flags INTERFACE
@@ -10,7 +10,7 @@ else()
     target_compile_options(ztv_flags INTERFACE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
         -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
-    # No fused operations: a single-precision result is the same on every processor.
+    # No fused operations, so that single-precision results are the same on every processor.
     target_compile_options(ztv_flags INTERFACE -ffp-contract=off)
 endif()
 if(ZTV_WERROR)

@@ -1,5 +1,5 @@
-// The frames of the boot line. An input is a payload, how it is cut, and what stands in front of it; and as a
-// whole what comes in on the line.
+// Fuzzes the frames of the boot line. An input is a payload, the place where it is cut, and the bytes before
+// it. The whole input is also used as what the line receives.
 
 #include "firmware/BootFrame.h"
 
@@ -13,7 +13,7 @@ using State = BootFrame::Reader::State;
 
 namespace {
 
-// The state behind the bytes, and how many of them were taken until it was decided.
+// Feeds the bytes and returns the state. `taken` receives how many bytes were used until it was decided.
 State TakeAll(Reader &reader, const QByteArray &bytes, qsizetype *taken = nullptr) {
     State state = State::Open;
     qsizetype count = 0;
@@ -43,12 +43,12 @@ void CheckPayload(const QByteArray &payload, qsizetype most, const QByteArray &f
     REQUIRE(state == (payload.isEmpty() ? State::Damaged : State::Complete));
     if (state == State::Complete) {
         REQUIRE(reader.Payload() == payload);
-        REQUIRE(reader.Take(0x0F) == State::Complete); // what comes later is nobody's
+        REQUIRE(reader.Take(0x0F) == State::Complete); // bytes after the frame are ignored
         REQUIRE(reader.Payload() == payload);
     }
 }
 
-// The simulated loader finds the frame as well, wherever the bytes are cut.
+// The simulated loader must find the frame too, wherever the bytes are cut.
 void CheckFarEnd(const QByteArray &payload, qsizetype cut) {
     if (payload.size() >= sim::BootFrameReader::longest) {
         return;
@@ -79,7 +79,7 @@ void CheckStream(const QByteArray &bytes, qsizetype most) {
     }
 }
 
-// What a frame behind it is found through: no frame that ends in it, and no escape that reaches out of it.
+// Makes noise that can't hide the frame after it: no end mark, and no escape that affects the next byte.
 QByteArray Harmless(QByteArray bytes) {
     return bytes.replace('\x05', '\x0F').replace('\x04', '\x0F');
 }

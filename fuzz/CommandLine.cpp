@@ -1,5 +1,5 @@
-// The command line, and the names of files on it. An input is the text in UTF-8, and also a list of
-// arguments: the length of each in bytes, then the argument in UTF-8.
+// Fuzzes the command line and its file names. An input is used twice: as the text in UTF-8, and as a list of
+// arguments, each with its length in bytes, then the argument in UTF-8.
 
 #include "shell/CommandLine.h"
 
@@ -11,7 +11,7 @@ namespace ztv {
 
 namespace {
 
-// The arguments stand in the text in their order with nothing but blanks between them.
+// The arguments must appear in the text in their order, with nothing but blanks between them.
 void CheckSplit(const QString &text, const std::vector<QString> &arguments) {
     qsizetype at = 0;
     const auto passBlanks = [&] {
@@ -58,8 +58,8 @@ void CheckOptions(const std::vector<QString> &arguments) {
     REQUIRE(!options.ShowCommandLine || dialogs.lastText.endsWith(arguments.back() + u'\n'));
 }
 
-// Arguments of a list come back whatever characters they have, and none of them becomes an option that it
-// isn't.
+// Arguments of a list must survive joining and splitting, whatever characters they have. None may turn into
+// an option.
 void CheckList(const QStringList &list) {
     const std::vector<QString> typed = CommandLine::AsTyped(list);
     REQUIRE(typed.size() == static_cast<std::size_t>(list.size()));
@@ -84,7 +84,7 @@ void CheckFileName(const QString &path) {
     const QString name = PathFunctions::FileNameOfPath(path);
     REQUIRE(path.endsWith(name) && !name.contains(u'\\'));
     REQUIRE(name.size() == path.size() || path[path.size() - name.size() - 1] == u'\\');
-    FileFunctions::FileExists(path); // asks the disk, but answers whatever the name
+    FileFunctions::FileExists(path); // reads the disk: only checks that it returns
 }
 
 } // namespace

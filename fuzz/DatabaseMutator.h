@@ -6,14 +6,14 @@
 
 namespace ztv {
 
-// A value in a record of a table, or a change to what the table is.
+// A column whose values the mutator changes.
 struct TableColumn {
     const char *table;
     const char *column;
 };
 
-// Bytes changed by chance seldom are a database any more. This changes one as a program does that knows the
-// format: values, records and tables. False: these bytes can't be changed so, or the result is too large.
+// Changes a database through the format: values, records and tables. Random changes of bytes seldom leave a
+// database. Returns false if the bytes are no database or the result is too large.
 bool MutateDatabase(std::uint8_t *data, std::size_t &size, std::size_t most, unsigned seed,
                     std::span<const TableColumn> columns);
 

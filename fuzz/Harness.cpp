@@ -9,7 +9,7 @@ namespace ztv {
 
 namespace {
 
-// A warning of Qt is a fault of ours, as it is in the tests.
+// Fails on a warning of Qt, as the tests do.
 void Handle(QtMsgType type, const QMessageLogContext &, const QString &message) {
     if (type != QtDebugMsg && type != QtInfoMsg) {
         Fuzz::Fail(message.toUtf8().constData(), "Qt", 0);

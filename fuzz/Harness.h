@@ -11,10 +11,11 @@
 
 namespace ztv {
 
-// What must hold of every input: a target that finds it doesn't ends the program, and the input is kept.
+// States a property of every input. If it is violated, the program ends and the fuzzer keeps the input.
 #define REQUIRE(condition) ((condition) ? void() : Fuzz::Fail(#condition, __FILE__, __LINE__))
 
-// A target is one function; it must do the same for the same input, whatever came before.
+// The function that each target defines. REQUIRES: the same input gives the same behaviour, whatever came
+// before.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 namespace Fuzz {
@@ -23,7 +24,7 @@ namespace Fuzz {
 
 QByteArray Bytes(const std::uint8_t *data, std::size_t size);
 
-// Takes an input apart from its front. What isn't there any more reads as 0 or is empty.
+// Reads an input from its front. Past the end, numbers read as 0 and byte arrays as empty.
 class Input {
 public:
     Input(const std::uint8_t *data, std::size_t size) : rest_(data, static_cast<qsizetype>(size)) {}
@@ -40,7 +41,7 @@ private:
     QByteArrayView rest_;
 };
 
-// A folder in memory where there is one.
+// A temporary folder, in memory if the system has a memory disk.
 class Folder {
 public:
     Folder();
@@ -56,7 +57,7 @@ private:
 void WriteFile(const QString &path, const QByteArray &content);
 QByteArray ReadFile(const QString &path);
 
-// Takes every box. No target asks for a file.
+// Answers and counts every box. No target opens a file dialog.
 class CountingDialogs : public UserDialogs {
 public:
     BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &title) override;

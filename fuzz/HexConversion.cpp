@@ -8,7 +8,7 @@ namespace ztv {
 
 namespace {
 
-// The check of a file changes the current folder; what drives the targets has paths that start there.
+// Restores the current folder, which the check of a file changes: the fuzzer's own paths are relative to it.
 class CurrentFolder {
 public:
     CurrentFolder() = default;

@@ -10,21 +10,21 @@ namespace ztv {
 // The memory images in the order program, EEPROM, ids, configuration.
 using Images = std::array<QByteArray, 4>;
 
-// A program folder with memory images, and the pair of conversions of a device family.
+// A program folder with memory images, and one device family's two conversions.
 class HexConversion {
 public:
     explicit HexConversion(std::uint8_t deviceFamily);
 
     std::size_t ImageCount() const { return settings_.DeviceFamily == 1 ? 4 : 2; }
     void SetImages(const Images &images);
-    Images ReadImages() const; // those that the family doesn't have are empty
+    Images ReadImages() const; // images that the family doesn't have are empty
 
     std::int16_t Check(const QByteArray &hexFile);
     std::int16_t Import(const QByteArray &hexFile);
     QByteArray Export();
 
-    // What an export gives comes back: the same images and the same file, over and over. The images must have
-    // been imported or normal in another way: aligned whole lines, each within its region.
+    // Requires that import and export repeat the same images and the same file. REQUIRES: the images consist
+    // of aligned, whole lines, each within its region, as an import leaves them.
     void RequireStable();
 
 private:

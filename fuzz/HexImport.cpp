@@ -1,4 +1,4 @@
-// The check and the import of hex files, for both device families. An input is a hex file.
+// Fuzzes the check and the import of hex files, for both device families. An input is a hex file.
 
 #include "firmware/HexFileAccess.h"
 #include "fuzz/HexConversion.h"
@@ -16,11 +16,11 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t *data, std::size_t s
 
 namespace {
 
-// What the file says, worked out in memory and in the plainest way, to hold the conversion against.
+// The expected result, computed in memory in the plainest way.
 struct Model {
     std::int16_t code = HexFileAccess::noEndRecord;
-    bool tooLong = false; // a record that the import refuses
-    bool stays = true;    // no line leaves the region of its record
+    bool tooLong = false; // contains a record that the import refuses
+    bool stays = true;    // no line reaches beyond the region of its record
     Images images;
 };
 
@@ -33,7 +33,7 @@ QList<QByteArray> LinesOf(QByteArray text) {
     return lines;
 }
 
-// The leading digits of a field; positions count from 0.
+// The number that a field's leading digits give; positions count from 0.
 int Field(const QByteArray &line, qsizetype from, qsizetype count) {
     int value = 0;
     for (const char character : line.mid(from, count)) {
@@ -76,7 +76,7 @@ std::int16_t CodeOf(const QList<QByteArray> &lines) {
     return HexFileAccess::noEndRecord;
 }
 
-// The image of an upper word: its number, or -1.
+// The number of the image for an upper address word, or -1.
 int ImageOf(int upperWord, std::uint8_t family) {
     if (family != 1) {
         return upperWord == 0 ? 0 : -1;
@@ -154,13 +154,13 @@ void CheckFamily(HexConversion &conversion, const QByteArray &content, std::uint
     }
     if (model.stays) {
         conversion.RequireStable();
-    } else { // what left its region goes elsewhere; from then on nothing moves
+    } else { // a line beyond its region moves to another image once; after that the images are stable
         REQUIRE(conversion.Import(conversion.Export()) == HexFileAccess::goodFile);
         conversion.RequireStable();
     }
 }
 
-// Makes the checksum of a line right where the line has the length that it tells.
+// Corrects the checksum of a line, if the line is as long as it claims.
 void MendChecksum(QByteArray &line) {
     const int length = Field(line, 1, 2);
     if (!line.startsWith(':') || line.size() < 11 + 2 * length) {
@@ -184,7 +184,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     return 0;
 }
 
-// Chance seldom finds a checksum, and without one nothing behind the check is reached.
+// Corrects checksums in most inputs. Random changes seldom produce one, and then the check hides the rest of
+// the code.
 std::size_t LLVMFuzzerCustomMutator(std::uint8_t *data, std::size_t size, std::size_t most, unsigned seed) {
     size = LLVMFuzzerMutate(data, size, most);
     if (seed % 4 == 0) {

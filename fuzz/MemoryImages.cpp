@@ -1,5 +1,5 @@
-// The export of memory images, for both device families. An input is the images one behind the other with
-// form feeds between them, in the order program, EEPROM, ids, configuration.
+// Fuzzes the export of memory images, for both device families. An input is the images program, EEPROM, ids,
+// configuration, separated by form feeds.
 
 #include "firmware/HexFileAccess.h"
 #include "fuzz/HexConversion.h"
@@ -28,8 +28,8 @@ QList<QByteArray> LinesOf(QByteArray text) {
     return lines;
 }
 
-// The line ends between the two digits of a byte, so that its record has one digit too few, and the checksum
-// stands where nobody looks for it.
+// Whether the line ends between the two digits of a byte. Its record then lacks a digit, and the checksum is
+// one place too early.
 bool EndsInAByte(const QByteArray &line) {
     return line.size() >= 8 && line.size() < 54 && (line.size() - 8) % 3 == 0;
 }

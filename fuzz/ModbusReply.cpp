@@ -1,5 +1,5 @@
-// The judge of Modbus replies. An input is a request and what comes back on the line, piece by piece: noise,
-// frames of anybody with a good CRC, the good reply or an exception.
+// Fuzzes the judgement of Modbus replies. An input is a request and what the line receives, piece by piece:
+// noise, any frames with a good CRC, the good reply or an exception.
 
 #include "fuzz/Harness.h"
 #include "link/LinkStatus.h"
@@ -98,7 +98,7 @@ bool Same(const Verdict &one, const Verdict &other) {
            one.end == other.end;
 }
 
-// What a verdict says must stand in the bytes.
+// Checks each statement of a verdict against the bytes.
 void CheckVerdict(const Request &request, const QByteArray &bytes, const Verdict &verdict) {
     if (verdict.kind == Verdict::Kind::Complete) {
         const int length = ModbusFrame::ReplyLength(request);
@@ -136,7 +136,7 @@ void CheckAtEnd(const Request &request, const QByteArray &bytes) {
     }
 }
 
-// The request on the line says what was asked for.
+// Checks the encoded request against its fields.
 void CheckRequest(const Request &request) {
     const QByteArray frame = ModbusFrame::Encode(request);
     REQUIRE(sim::Crc16(frame) == 0);
@@ -159,7 +159,7 @@ void CheckRequest(const Request &request) {
     REQUIRE(frame.size() == words + 2 * static_cast<qsizetype>(request.words.size()) + 2);
 }
 
-// A reply behind what no slave begins with is found with its last byte, and not before.
+// A reply after bytes that no frame begins with must be found with its last byte, and not before.
 void CheckArrival(const Request &request, const QByteArray &noise, const QByteArray &reply,
                   const Verdict &wanted) {
     QByteArray bytes;
@@ -175,7 +175,7 @@ void CheckArrival(const Request &request, const QByteArray &noise, const QByteAr
     REQUIRE(verdict.kind == wanted.kind && verdict.status == wanted.status && verdict.words == wanted.words);
     REQUIRE(verdict.end == front + reply.size());
     REQUIRE(Same(ModbusFrame::JudgeAtEnd(request, bytes), verdict));
-    bytes.append(noise); // what follows changes nothing
+    bytes.append(noise); // bytes after the reply change nothing
     REQUIRE(Same(ModbusFrame::Judge(request, bytes), verdict));
 }
 

@@ -1,5 +1,5 @@
-// Numeric texts and the narrowing of numbers. An input is the number of decimals, then a text, or behind a
-// further byte the eight bytes of a number.
+// Fuzzes numeric texts and the narrowing of numbers. An input is the number of decimals, then a text; or a
+// further byte, then the eight bytes of a number.
 
 #include "support/Numbers.h"
 
@@ -22,7 +22,7 @@ __extension__ using Wide = __int128;
 
 constexpr double largestInFifteenDigits = 1.79769313486231e308;
 
-// The number by the C library, which knows nothing of ours. Its locale is "C": nobody sets another.
+// The number as the C library reads it, independently of the program. The locale is always "C".
 std::optional<double> ByTheCLibrary(const QString &text) {
     static const QRegularExpression shape(
         QStringLiteral("\\A *[+-]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][+-]?[0-9]+)? *\\z"));
@@ -42,10 +42,10 @@ QByteArray TextOf(Wide value) {
     return digits;
 }
 
-// The fifteen significant digits of the whole decimal text, a tie going away from zero, scaled and rounded
-// once more by whole-number arithmetic.
+// Formats by whole-number arithmetic: takes fifteen significant digits of the exact decimal text, with ties
+// away from zero, then scales and rounds once more.
 QString ByWholeNumbers(double value, int decimals) {
-    constexpr int mostDigits = 767; // of any double
+    constexpr int mostDigits = 767; // enough for the exact text of any double
     char scientific[mostDigits + 20];
     std::snprintf(scientific, sizeof scientific, "%.*e", mostDigits, std::abs(value));
     const QByteArray text(scientific);
@@ -94,7 +94,7 @@ void CheckNumber(double value, int decimals) {
     CheckNarrowing<std::int32_t>(value, ToInt32);
     CheckNarrowing<std::uint8_t>(value, ToUInt8);
     if (!std::isfinite(value)) {
-        return; // no text gives one
+        return; // no text yields infinity or NaN
     }
     const QString text = FormatDecimals(value, decimals);
     REQUIRE(text == ByWholeNumbers(value, decimals));

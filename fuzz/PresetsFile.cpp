@@ -1,4 +1,4 @@
-// The reading of the presets. An input is a Presets.fil.
+// Fuzzes the reading of the presets. An input is a Presets.fil.
 
 #include "model/PresetsFile.h"
 
@@ -45,7 +45,7 @@ void CheckPresets(const Presets &presets) {
     }
 }
 
-// With presets that nobody has checked a value can be shown, or is a fault that says why not.
+// With unchecked presets, each value must either be shown or raise a fault that says why not.
 void CheckTable(const ClassZentrova &zentrova, const Presets &presets) {
     REQUIRE(zentrova.ParamCount() == static_cast<std::int16_t>(presets.rows.size()));
     for (std::int16_t tag = 0; tag < zentrova.ParamCount(); ++tag) {

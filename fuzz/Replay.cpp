@@ -1,4 +1,4 @@
-// Runs a target over files, or over all files of folders, once each.
+// Runs a target once on each given file, and on each file of each given folder.
 
 #include "fuzz/Harness.h"
 

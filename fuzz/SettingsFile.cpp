@@ -1,4 +1,4 @@
-// The reading of settings files. An input is a .ztv file.
+// Fuzzes the reading of settings files. An input is a .ztv file.
 
 #include "fuzz/DatabaseMutator.h"
 #include "fuzz/Harness.h"
@@ -20,7 +20,7 @@ const ClassZentrova &Shipped() {
     return zentrova;
 }
 
-// Each value is the old one or within the row's limits.
+// Each value must be the old one or within the row's limits.
 void CheckTable(const ClassZentrova &zentrova) {
     for (std::int16_t tag = 0; tag < zentrova.ParamCount(); ++tag) {
         const std::int32_t value = zentrova.ParamValue(tag);
@@ -32,7 +32,7 @@ void CheckTable(const ClassZentrova &zentrova) {
     REQUIRE(!zentrova.WriteAllPending());
 }
 
-// What was read is what a save keeps.
+// A save must keep what was read.
 void CheckSaved(ClassZentrova zentrova, const QString &path) {
     REQUIRE(!zentrova.SaveFile(path));
     ClassZentrova again = Shipped();

@@ -1,5 +1,5 @@
-// The three forms of a value, with the table that is shipped. An input is a run of steps: a word from the
-// sensor for a row, a raw value to be shown, a text typed for a row, or a number to be mapped.
+// Fuzzes the three forms of a value, with the shipped table. An input is a sequence of steps: a word from the
+// sensor for a row, a raw value to format, a text typed for a row, or a number to map.
 
 #include "fuzz/Harness.h"
 #include "model/ClassZentrova.h"
@@ -34,7 +34,7 @@ void CheckRaw(const ClassZentrova &zentrova, std::int32_t raw, std::int16_t tag)
         const QString text = zentrova.FormatRaw(raw, tag);
         REQUIRE(unit != UnitClass::None || text == number);
         REQUIRE(unit != UnitClass::Suffix ||
-                Global::StripUnitSuffix(zentrova, text, tag) == number); // all of them are one character
+                Global::StripUnitSuffix(zentrova, text, tag) == number); // every suffix is one character
         REQUIRE(unit != UnitClass::TextValued ||
                 text == zentrova.FormatRaw(std::min(raw, zentrova.ParamMax(tag)), tag));
     } catch (const Fault &fault) {
@@ -42,7 +42,7 @@ void CheckRaw(const ClassZentrova &zentrova, std::int32_t raw, std::int16_t tag)
     }
 }
 
-// Whatever word a sensor sends can be shown, and goes back as the same word.
+// Every word that a sensor sends can be shown, and converts back to the same word.
 void CheckWord(ClassZentrova &zentrova, std::int16_t word, std::int16_t tag) {
     const std::int32_t widened = Global::UnsignedFromSigned(word);
     REQUIRE(widened >= 0 && widened <= 65535 && Global::SignedFromUnsigned(widened) == word);
@@ -53,7 +53,7 @@ void CheckWord(ClassZentrova &zentrova, std::int16_t word, std::int16_t tag) {
     CheckRaw(zentrova, value, tag);
 }
 
-// What is above 32767 loses 65536, whether it was a word or not.
+// Deliberate: a value above 32767 loses 65536, even if it doesn't fit a word.
 void CheckNarrowing(std::int32_t value) {
     constexpr std::int32_t largest = 32767 + 65536;
     try {
@@ -80,7 +80,7 @@ void CheckTyped(const ClassZentrova &zentrova, const QString &text, std::int16_t
     REQUIRE(text.startsWith(stripped) && text.size() - stripped.size() <= 1);
 }
 
-// What the user types is either within the row's limits and taken, or told, and the table is as it was.
+// A typed text is either accepted within the row's limits, or refused with a box and the table unchanged.
 void CheckEntry(ClassZentrova &zentrova, const QString &text, std::int16_t tag) {
     Fuzz::CountingDialogs dialogs;
     EntryRules rules(zentrova, dialogs);

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes the seeds anew: make_seeds.py PRESETS_FILE. What an input means is told at the head of each target."""
+"""Makes all seeds: make_seeds.py PRESETS_FILE. The head of each target describes its input."""
 
 import pathlib
 import shutil
@@ -19,7 +19,7 @@ def seed(target, name, content):
     (folder / name).write_bytes(content.encode() if isinstance(content, str) else content)
 
 
-# The Modbus reply judge: slave - 1, function, address, quantity or count and words, noise, exception code, words,
+# The judgement of Modbus replies: slave - 1, function, address, quantity or count and words, noise, exception code, words,
 # pieces.
 READ, SINGLE, SEVERAL = 0, 1, 2
 NOISE, GOOD_CRC, REPLY, EXCEPTION = 0, 1, 2, 3
@@ -56,7 +56,7 @@ modbus("other-function", request(READ, 1) + piece(GOOD_CRC, b"\1\6\0\x17\0\1"))
 modbus("reply-within-another", request(READ, 1) + piece(GOOD_CRC, b"\2\3\7\1\3\2\0\1\x79\x84"))
 modbus("two-replies", request(READ, 1, slave=247) + piece(REPLY, words(7)) + piece(REPLY, words(8)))
 
-# The boot frame reader: most payload bytes - 1, where it is cut, what stands in front, payload.
+# The boot frame reader: longest payload - 1, place of the cut, bytes before the frame, payload.
 
 
 def boot(name, payload, front=b"", most=255, cut=3):

@@ -1,4 +1,4 @@
-# Has the desktop take note of what was installed. A package leaves that to the system it is installed on.
+# Updates the desktop's databases after an installation. A package leaves that to the system that installs it.
 if("$ENV{DESTDIR}" STREQUAL "")
     foreach(tool IN ITEMS update-mime-database:mime update-desktop-database:applications)
         string(REPLACE ":" ";" tool ${tool})

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Sets up, builds and measures: one line a figure, with its limit and what peers need for the same.
+# Sets up, builds and measures. Prints one line for each figure, with its limit and the peers' figures.
 # scripts/bench.sh [--check] [--awake] [--runs N] [--table FILE] [round-trip] [poll] [list] [search] [start-up] [hex] [upgrade]
-# With --check it fails where a limit is passed; with --runs each is measured so often; with --awake the processors are
-# kept from sleeping, which a virtual machine's take long to wake from.
+# --check fails if a limit is exceeded; --runs repeats each measurement; --awake keeps the processors from sleeping,
+# because a virtual machine takes long to wake them.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

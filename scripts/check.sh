@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# The checks that need no build: layers, includes, format, and words that mustn't stand in the sources. With "tidy" also
-# clang-tidy over the release build; with "quick-tidy" without its analysis of paths, which takes half the time; with
-# "recent-tidy" that of the units that the last changes touched.
+# Runs the checks that need no build: layers, includes, format, forbidden words in the sources. "tidy" adds clang-tidy over the
+# release build; "quick-tidy" leaves out its path analysis, which is half of the time; "recent-tidy" checks only the
+# units that the last changes touched.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -15,7 +15,7 @@ if ! clang-format --dry-run -Werror "${sources[@]}"; then
     failed=1
 fi
 
-# They return from the helper that they stand in and leave the test green.
+# They return from the helper that contains them, and the test passes.
 if grep -nE '\bQ(VERIFY2?|COMPARE|FAIL|SKIP|TRY_[A-Z_]+)\b *\(' -r tests; then
     echo "Assert with GoogleTest." >&2
     failed=1
@@ -28,7 +28,7 @@ fi
 if [[ "${1:-}" == *tidy ]]; then
     checks=()
     [ "$1" = tidy ] || checks=('-checks=-clang-analyzer-*')
-    # Those that are built here: a platform's own files need its headers.
+    # Only the units built here: another platform's files need its headers.
     mapfile -t units < <(git ls-files 'src/*.cpp' 'sim/*.cpp' 'tools/*.cpp' |
         while read -r unit; do grep -q "/$unit\"" build/release/compile_commands.json && echo "$unit"; done)
     if [ "$1" = recent-tidy ]; then

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Runs all tests and tells how much of src/ they ran, a row for each library, then the lines that none ran.
-# Fails where less than 95 % of a library's logic was run.
+# Runs all tests and prints how much of src/ they covered, a row for each library, then the lines that no test ran.
+# Fails if less than 95 % of a library's logic was covered.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh build test coverage
-find build/coverage -name '*.gcda' -delete 2>/dev/null || true # what earlier runs counted
+find build/coverage -name '*.gcda' -delete 2>/dev/null || true # counts of earlier runs
 scripts/test.sh coverage
 gcovr --root . --filter src/ --exclude '.*_autogen.*' -j "$(nproc)" build/coverage --txt build/coverage/lines.txt
 awk '

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the fuzz targets and runs each of them from its seeds: scripts/fuzz.sh [SECONDS [TARGET ...]]
-# SECONDS is the time of each target, 10 unless told. What they find on the way is kept in build/fuzz/corpus, where the
-# next run goes on; what goes wrong in build/fuzz/findings.
+# SECONDS is the time for each target, 10 by default. build/fuzz/corpus keeps the inputs that reached new code, and the
+# next run continues from there. build/fuzz/findings keeps the inputs that failed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -39,6 +39,6 @@ run_target() {
 }
 export -f run_target
 
-export ASAN_OPTIONS=${ASAN_OPTIONS:-quarantine_size_mb=32} # what is freed is soon used again, and the caches hold it
+export ASAN_OPTIONS=${ASAN_OPTIONS:-quarantine_size_mb=32} # reuses freed memory soon, so that it stays in the caches
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1}
 printf '%s\n' "${targets[@]}" | xargs -P "$(nproc)" -I '{}' bash -c 'run_target "$@"' run '{}' "$folder" "$seconds"

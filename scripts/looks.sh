@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Takes pictures of all forms, as a light and a dark desktop show them, at three scale factors and with a large font:
-# build/looks/light-1.5 and so on. Options go on to the tour: scripts/looks.sh --only '^basic'
+# Takes pictures of all forms on a light and a dark desktop, at three scale factors and with a large font:
+# build/looks/light-1.5 and so on. Passes options to the tour: scripts/looks.sh --only '^basic'
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -34,7 +34,7 @@ gzip -9 -n "$documents/changelog" "$work"/tree/usr/share/man/man1/*.1
 (cd "$work/tree" && find usr -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum >DEBIAN/md5sums)
 dpkg-deb --root-owner-group --build "$work/tree" "$work" >/dev/null
 
-# The program folder can stand anywhere; it is the portable one.
+# The program folder runs from any place, so it is the portable folder.
 read -r _ version architecture <<<"$(dpkg-deb -W --showformat='${Package} ${Version} ${Architecture}' "$work"/*.deb)"
 name=ztvlink-$version-linux-$architecture
 mv "$work/tree/usr/lib/ztvlink" "$work/$name"

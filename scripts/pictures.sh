@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Takes the pictures of the documents anew: tours the program offscreen, and keeps in docs/pictures what the documents
-# show. A picture bears the name that the tour gives it.
+# Takes new pictures for the documents: tours the program offscreen and copies the pictures that the documents show to
+# docs/pictures. The tour names the pictures.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Sets up, builds, and starts the program against the simulated sensor. Where there is no display, it tours
-# the program offscreen and leaves the pictures in build/tour.
+# Sets up, builds, and starts the program against the simulated sensor. Without a display it tours the program
+# offscreen and leaves the pictures in build/tour.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -27,5 +27,5 @@ if [ ! -e "$folder/sensor" ]; then
     exit 1
 fi
 echo "The simulated sensor is on port 1. Click \"Online\", then \"Read\"."
-# What is tried here isn't to be what a double click on a settings file starts from now on.
+# A temporary home, so that double clicks on settings files don't start this build from now on.
 XDG_DATA_HOME="$folder" ZTVLINK_PORT_1="$folder/sensor" "$bin/ZtvLink" "$@"

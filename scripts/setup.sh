@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing to build, and with further words for what they say, on Debian and its relatives. Elsewhere it
-# only says what is needed.
+# Installs the packages that a build needs, and those for each purpose named as an argument, on Debian and its
+# relatives. Elsewhere it only lists what is needed.
 set -euo pipefail
 
 packages=(cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-base-dev-tools qt6-svg-dev

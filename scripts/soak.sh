@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Sets up, builds, and has the program poll the simulated sensor over a line on which anything goes wrong:
-# scripts/soak.sh [ROUNDS] [SEED] [--echo]. With --echo the adapter gives back what is sent. 100000 rounds take about ten
-# minutes. A seed gives the same faults again, but for what the pace of the machine changes; it is printed.
+# Sets up, builds, and lets the program poll the simulated sensor over a faulty line:
+# scripts/soak.sh [ROUNDS] [SEED] [--echo]. --echo simulates an adapter with a local echo. 100000 rounds take about ten
+# minutes. The run prints its seed; the same seed gives the same faults, except for influences of the machine's speed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

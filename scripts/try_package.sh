@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# Installs the package, uses it as a user does who has nothing else of it, removes it and looks for what it left;
-# then runs the portable folder. It does so in a layer over this system that is thrown away, or where the machine
-# lets nobody make one, on the system itself. After scripts/package.sh, as root on a Debian system; elsewhere it
-# ends with status 77.
+# Installs the package, uses it without the sources, removes it and checks that nothing is left; then runs the portable
+# folder. Works in a temporary layer over this system, or on the system itself if the machine permits no layer.
+# REQUIRES: scripts/package.sh has run; root on a Debian system. Elsewhere it ends with status 77.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -40,31 +39,31 @@ archive=$(echo build/package/*.tar.gz)
 [ -e "$package" ] && [ -e "$archive" ] || fail "there is no package; scripts/package.sh makes it"
 ! dpkg-query -W -f='${Status}' ztvlink 2>/dev/null | grep -q 'ok installed' || fail "ztvlink is installed here already"
 
-# A user with an empty home, who finds nothing of the sources.
+# A user with an empty home and without access to the sources.
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 cp -r tests/e2e "$package" "$archive" "$home"
 chown -R nobody:nogroup "$home"
-mkdir -p /tmp/.X11-unix # only root may make it, and a user's display needs it
+mkdir -p /tmp/.X11-unix # a display server needs it, and only root may make it
 chmod 1777 /tmp/.X11-unix
 as_user() {
     (cd "$home" && setpriv --reuid=nobody --regid=nogroup --clear-groups env -i PATH=/usr/local/bin:/usr/bin:/bin \
         HOME="$home" LANG=C.UTF-8 TMPDIR="$home" "$@")
 }
 
-# All of the system but what is there to change: logs, caches, and the package managers' own records.
+# Lists all files of the system, except logs, caches and the package managers' records.
 listing() {
     find /etc /opt /usr /var -xdev \
         \( -path /var/log -o -path /var/cache -o -path /var/lib/dpkg -o -path /var/lib/apt -o -path "$PWD" \) -prune \
         -o -type d -printf '%p/ %m\n' -o -printf '%p %m %s %l\n' | LC_ALL=C sort
 }
 
-# The packages that a system gets on which nothing but this one is asked for.
+# Lists the packages that an empty system gets when this one is installed.
 needed() {
     apt-get --simulate -o Dir::State::status=/dev/null --no-install-recommends install "./$package" | sed -n 's/^Inst \([^ ]*\).*/\1/p'
 }
 
-# Qt shows the cursors of a theme where this is there, and does without.
+# Qt uses these for the cursors of a theme, and works without them.
 optional="libxcursor1 libxrender1"
 
 listing >"$home/before"
@@ -74,20 +73,20 @@ echo "Installing $package"
 dpkg --path-include='*' -i "$package" >"$home/dpkg.log" 2>&1 || { cat "$home/dpkg.log" >&2; fail "dpkg -i"; }
 version=$(dpkg-query -W -f='${Version}' ztvlink)
 [ "$(as_user ztv-sim --version)" = "ztv-sim $version" ] || fail "ztv-sim isn't of version $version"
-for part in Presets.fil ZTV.chm help; do # the help is there if it was built
+for part in Presets.fil ZTV.chm help; do # the help exists only if it was built
     [ ! -e "build/release/bin/$part" ] || diff -r "build/release/bin/$part" "/usr/lib/ztvlink/$part"
 done
 desktop-file-validate /usr/share/applications/ztv-link.desktop
 for page in ztvlink ztv-sim; do
     said=$(as_user man --warnings -E UTF-8 -Tutf8 "$page" 2>&1 >"$home/page")
-    sed 's/.\x08//g' "$home/page" >"$home/$page.txt" # without the letters struck twice
+    sed 's/.\x08//g' "$home/page" >"$home/$page.txt" # without overstruck letters
     [ -z "$said" ] || fail "man $page: $said"
     grep -q "ZTV Link $version" "$home/$page.txt" || fail "man $page isn't of version $version"
 done
 as_user ztv-sim --help | grep -o -- '--[a-z-]*' | sort -u | while read -r option; do
     grep -q -- "$option" "$home/ztv-sim.txt" || fail "man ztv-sim lacks $option"
 done
-if command -v lintian >/dev/null; then # it takes more than a hundred packages
+if command -v lintian >/dev/null; then # optional: it depends on more than a hundred packages
     as_user lintian --fail-on error,warning "$home/${package##*/}"
 fi
 
@@ -96,7 +95,7 @@ as_user "$home/e2e/assistive_client.sh" /usr/lib/ztvlink
 echo "Opening settings files by their type"
 as_user "$home/e2e/assistive_client.sh" /usr/lib/ztvlink file_type_client.py | grep '^/' >"$home/mapped"
 while read -r file; do
-    # Either name of a file, before and after the root's folders moved below /usr.
+    # A file may be registered by its old name, from before the root's folders moved below /usr.
     owner=$(dpkg -S "$file" 2>/dev/null || dpkg -S "${file#/usr}" 2>/dev/null) || fail "$file is of no package"
     [[ " $optional " == *" ${owner%%:*} "* ]] || grep -qx "${owner%%:*}" "$home/needed" || fail "$file is of ${owner%%:*}, which nothing asks for"
 done <"$home/mapped"

@@ -42,12 +42,12 @@ double Hyperbolic(const Registers &registers, double distance) {
 }
 
 double Voltage(const Registers &registers, double distance) {
-    switch (registers.Value(parameter::OutputMode)) {
-    case 0:
+    switch (registers.Value(parameter::AnalogOutputMode)) {
+    case parameter::ManualMode:
         return Manual(registers);
-    case 1:
+    case parameter::LinearMode:
         return Linear(registers, distance);
-    case 2:
+    case parameter::HyperbolicMode:
         return Hyperbolic(registers, distance);
     default:
         return 0;

@@ -160,19 +160,19 @@ QString Commands::Pace(const QStringList &arguments) {
 }
 
 QString Commands::Baud(const QStringList &arguments) {
-    return SetLine(parameter::Baud, BaudFromText(arguments.at(0)), arguments.at(0));
+    return SetLine(parameter::BaudRateCode, BaudFromText(arguments.at(0)), arguments.at(0));
 }
 
 QString Commands::Parity(const QStringList &arguments) {
-    return SetLine(parameter::Parity, ParityFromText(arguments.at(0)), arguments.at(0));
+    return SetLine(parameter::ParityStopCode, ParityFromText(arguments.at(0)), arguments.at(0));
 }
 
 QString Commands::Address(const QStringList &arguments) {
-    return SetLine(parameter::Address, WholeNumber(arguments.at(0), 1, 247), arguments.at(0));
+    return SetLine(parameter::NetworkAddress, WholeNumber(arguments.at(0), 1, 247), arguments.at(0));
 }
 
 QString Commands::Addressing(const QStringList &arguments) {
-    return SetLine(parameter::Addressing, WholeNumber(arguments.at(0), 0, 1), arguments.at(0));
+    return SetLine(parameter::AddressingMode, WholeNumber(arguments.at(0), 0, 1), arguments.at(0));
 }
 
 QString Commands::Target(const QStringList &arguments) {

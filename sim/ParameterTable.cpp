@@ -1,5 +1,7 @@
 #include "sim/ParameterTable.h"
 
+#include "sim/Parameters.h"
+
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <QFileInfo>
@@ -9,8 +11,8 @@
 namespace sim {
 namespace {
 
-constexpr int countRow = 12;
-constexpr int fewestRows = 91;
+constexpr int countRow = parameter::ParameterCount;
+constexpr int fewestRows = parameter::LastRawOutput + 1; // the last row that code knows
 constexpr int mostRows = 1000;
 
 } // namespace

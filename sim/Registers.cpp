@@ -7,20 +7,17 @@
 namespace sim {
 namespace {
 
-constexpr int initialise = 1;
-constexpr int enterBootLoader = 99;
-
 bool IsLine(int number) {
-    return number >= parameter::Address && number <= parameter::Addressing;
+    return number >= parameter::NetworkAddress && number <= parameter::AddressingMode;
 }
 
 bool LineCanBe(int number, int value) {
     switch (number) {
-    case parameter::Address:
+    case parameter::NetworkAddress:
         return value >= 1 && value <= 247;
-    case parameter::Baud:
+    case parameter::BaudRateCode:
         return value >= 0 && value <= 4;
-    case parameter::Parity:
+    case parameter::ParityStopCode:
         return value >= 0 && value <= 3;
     default:
         return value == 0 || value == 1;
@@ -41,11 +38,11 @@ int Registers::FromWord(int number, quint16 word) const {
 }
 
 bool Registers::Writable(int number) const {
-    return number == parameter::Addressing || !table_.Row(number).readOnly;
+    return number == parameter::AddressingMode || !table_.Row(number).readOnly;
 }
 
 bool Registers::Accepts(int number, int value) const {
-    if (IsCommand(number) || number == parameter::Addressing) {
+    if (IsCommand(number) || number == parameter::AddressingMode) {
         return Holds(number, value);
     }
     const ParameterRow &row = table_.Row(number);
@@ -53,11 +50,12 @@ bool Registers::Accepts(int number, int value) const {
 }
 
 bool Registers::Holds(int number, int value) const {
-    if (number == parameter::Save) {
-        return value == 0 || value == 1;
+    if (number == parameter::SaveCommand) {
+        return value == parameter::NoCommand || value == parameter::StoreSettings;
     }
-    if (number == parameter::Reinitialise) {
-        return value == 0 || value == initialise || value == enterBootLoader;
+    if (number == parameter::ReinitCommand) {
+        return value == parameter::NoCommand || value == parameter::FactoryDefaults ||
+               value == parameter::EnterBootLoader;
     }
     if (IsLine(number)) {
         return LineCanBe(number, value);
@@ -66,11 +64,11 @@ bool Registers::Holds(int number, int value) const {
 }
 
 void Registers::Write(int number, int value) {
-    if (number == parameter::Save && value == 1) {
+    if (number == parameter::SaveCommand && value == parameter::StoreSettings) {
         stored_ = values_;
-    } else if (number == parameter::Reinitialise && value == initialise) {
+    } else if (number == parameter::ReinitCommand && value == parameter::FactoryDefaults) {
         Reinitialise();
-    } else if (number == parameter::Reinitialise && value == enterBootLoader) {
+    } else if (number == parameter::ReinitCommand && value == parameter::EnterBootLoader) {
         bootRequested_ = true;
     } else if (!IsCommand(number)) {
         Store(number, value);
@@ -78,17 +76,17 @@ void Registers::Write(int number, int value) {
 }
 
 bool Registers::IsCommand(int number) {
-    return number == parameter::Save || number == parameter::Reinitialise;
+    return number == parameter::SaveCommand || number == parameter::ReinitCommand;
 }
 
 LineSettings Registers::Line() const {
-    return {Value(parameter::Address), Value(parameter::Baud), Value(parameter::Parity),
-            Value(parameter::Addressing)};
+    return {Value(parameter::NetworkAddress), Value(parameter::BaudRateCode),
+            Value(parameter::ParityStopCode), Value(parameter::AddressingMode)};
 }
 
 void Registers::Configure(const LineSettings &line) {
     const int values[] = {line.address, line.baud, line.parity, line.addressing};
-    int number = parameter::Address;
+    int number = parameter::NetworkAddress;
     for (const int value : values) {
         Store(number, value);
         stored_.at(static_cast<std::size_t>(number)) = value;
@@ -100,7 +98,7 @@ void Registers::Configure(const LineSettings &line) {
 // the next restart.
 void Registers::Reinitialise() {
     for (int i = 1; i < table_.Count(); ++i) {
-        if (table_.Row(i).readOnly || i == parameter::Addressing) {
+        if (table_.Row(i).readOnly || i == parameter::AddressingMode) {
             continue;
         }
         stored_.at(static_cast<std::size_t>(i)) = table_.Row(i).preset;

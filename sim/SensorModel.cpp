@@ -19,9 +19,10 @@ constexpr double analogInputMean = 500;
 constexpr double analogInputSwing = 20;
 constexpr double analogInputPeriodMs = 7000;
 
-constexpr int measured[] = {parameter::TeachInput, parameter::ExternalClock, parameter::Distance,
-                            parameter::Echo,       parameter::OutputVoltage, parameter::AnalogInput,
-                            parameter::RelayState, parameter::RelayState + 1};
+constexpr int measured[] = {parameter::TeachInput,     parameter::ExternalClockInput,
+                            parameter::ActualDistance, parameter::EchoReceived,
+                            parameter::OutputVoltage,  parameter::AnalogInputVoltage,
+                            parameter::Relay1State,    parameter::Relay2State};
 
 } // namespace
 
@@ -32,7 +33,7 @@ SensorModel::SensorModel(quint32 seed) {
 }
 
 void SensorModel::HoldTarget(std::optional<int> distance) {
-    held_.erase(parameter::Distance);
+    held_.erase(parameter::ActualDistance);
     target_ = distance;
 }
 
@@ -51,14 +52,14 @@ bool SensorModel::Measures(int number) {
 
 void SensorModel::Hold(int number, int value) {
     held_[number] = value;
-    if (number == parameter::Distance) {
+    if (number == parameter::ActualDistance) {
         target_ = value;
     }
 }
 
 void SensorModel::Release(int number) {
     held_.erase(number);
-    if (number == parameter::Distance) {
+    if (number == parameter::ActualDistance) {
         target_.reset();
     }
 }
@@ -72,26 +73,26 @@ void SensorModel::Update(Registers &registers, qint64 ms) {
     const int target = TargetAt(ms);
     const bool inRange =
         target >= registers.Value(parameter::MinRange) && target <= registers.Value(parameter::MaxRange);
-    Measure(registers, parameter::Echo, inRange ? 1 : 0);
+    Measure(registers, parameter::EchoReceived, inRange ? parameter::EchoPresent : 0);
     // Without an echo the last distance stays.
-    const bool echo = registers.Value(parameter::Echo) != 0;
-    Measure(registers, parameter::Distance, echo ? target : registers.Value(parameter::Distance));
+    const bool echo = registers.Value(parameter::EchoReceived) != 0;
+    Measure(registers, parameter::ActualDistance, echo ? target : registers.Value(parameter::ActualDistance));
 
-    const int distance = registers.Value(parameter::Distance);
+    const int distance = registers.Value(parameter::ActualDistance);
     Measure(registers, parameter::OutputVoltage, OutputVoltage(registers, distance));
     for (int i = 0; i < 2; ++i) {
-        const bool closed =
-            relays_[static_cast<std::size_t>(i)].Update(distance, registers.Value(parameter::RelayOn + i),
-                                                        registers.Value(parameter::RelayOff + i)) ||
-            registers.Value(parameter::RelayForced + i) != 0;
-        Measure(registers, parameter::RelayState + i, closed ? 1 : 0);
+        const bool closed = relays_[static_cast<std::size_t>(i)].Update(
+                                distance, registers.Value(parameter::Relay1OnThreshold + i),
+                                registers.Value(parameter::Relay1OffThreshold + i)) ||
+                            registers.Value(parameter::Relay1Output + i) != 0;
+        Measure(registers, parameter::Relay1State + i, closed ? 1 : 0);
     }
 
     const double turns = static_cast<double>(ms) / analogInputPeriodMs;
     const double swing = analogInputSwing * std::sin(2 * std::numbers::pi * turns);
-    Measure(registers, parameter::AnalogInput, static_cast<int>(std::lround(analogInputMean + swing)));
+    Measure(registers, parameter::AnalogInputVoltage, static_cast<int>(std::lround(analogInputMean + swing)));
     Measure(registers, parameter::TeachInput, 0);
-    Measure(registers, parameter::ExternalClock, 0);
+    Measure(registers, parameter::ExternalClockInput, 0);
 }
 
 } // namespace sim

@@ -175,10 +175,10 @@ QString SimulatedSensor::Private::CheckedLine(LineSettings &chosen) const {
     chosen.baud = options.baud.value_or(chosen.baud);
     chosen.parity = options.parity.value_or(chosen.parity);
     chosen.addressing = options.addressing.value_or(chosen.addressing);
-    const std::pair<int, int> values[] = {{parameter::Address, chosen.address},
-                                          {parameter::Baud, chosen.baud},
-                                          {parameter::Parity, chosen.parity},
-                                          {parameter::Addressing, chosen.addressing}};
+    const std::pair<int, int> values[] = {{parameter::NetworkAddress, chosen.address},
+                                          {parameter::BaudRateCode, chosen.baud},
+                                          {parameter::ParityStopCode, chosen.parity},
+                                          {parameter::AddressingMode, chosen.addressing}};
     for (const auto &[number, value] : values) {
         if (!registers->Holds(number, value)) {
             return QStringLiteral("parameter %1 can't be %2").arg(number).arg(value);

@@ -79,13 +79,9 @@ void BasicGraph::RemoveHyperbolicCurve() {
 
 void BasicGraph::DrawHyperbolicCurve() {
     RemoveHyperbolicCurve();
-    Drawing::Control &nearDistanceBox = drawing_.At(TextParam, BasicFields::NearDistance);
-    nearDistanceBox.enabled = false;
+    drawing_.At(TextParam, BasicFields::NearDistance).enabled = false;
     // Deliberate: showing the tab writes the near distance of the roll to the sensor.
     zentrova_.ParamValue(ParamDefines::NearDistance, RollGeometry::NearDistance(zentrova_));
-    if (nearDistanceBox.enabled) {
-        return; // the event loop ran during the write and configured another mode
-    }
     LoadCurve();
 }
 

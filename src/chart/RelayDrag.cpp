@@ -59,10 +59,7 @@ void RelayDrag::MouseUp(int marker, bool leftButton) {
 }
 
 void RelayDrag::Abandon(int marker) {
-    Grip &grip = GripOf(marker);
-    const unsigned moves = grip.moves;
-    grip = {};
-    grip.moves = moves + 1; // marks a write that still waits as outdated
+    GripOf(marker) = {};
     MarkHeld(marker);
     drawing_.At(PicRelay, marker).left = PlaceOf(zentrova_.ParamValue(ThresholdOf(marker)));
     HideLabelIfIdle();
@@ -83,15 +80,11 @@ bool RelayDrag::StepValue(int marker, std::int32_t raw) {
     return true;
 }
 
-// Holds the marker until its value is in the table, so that a refresh during the write doesn't move it back.
 void RelayDrag::LetGo(int marker) {
     Grip &grip = GripOf(marker);
     if (grip.moved) {
-        const unsigned moves = grip.moves;
         zentrova_.ParamValue(ThresholdOf(marker), ValueOf(marker));
-        if (moves == grip.moves) {
-            grip.moved = false;
-        }
+        grip.moved = false;
     }
     MarkHeld(marker);
     HideLabelIfIdle();
@@ -151,7 +144,6 @@ void RelayDrag::Put(int marker, float left, std::optional<std::int32_t> exact) {
     Grip &grip = GripOf(marker);
     grip.moved = true;
     grip.exact = exact;
-    ++grip.moves;
     drawing_.At(PicRelay, marker).left = left;
     MarkHeld(marker);
     ShowLabel(marker);
@@ -161,7 +153,6 @@ void RelayDrag::Put(int marker, float left, std::optional<std::int32_t> exact) {
 void RelayDrag::PutHome(int marker) {
     Grip &grip = GripOf(marker);
     grip.moved = false;
-    ++grip.moves;
     drawing_.At(PicRelay, marker).left = *grip.home;
     ShowLabel(marker);
 }

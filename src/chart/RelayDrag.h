@@ -25,7 +25,7 @@ public:
     // or not.
     void MouseMove(int marker, bool leftButtonAlone, float x);
 
-    // Writes the threshold, which may turn the event loop.
+    // Writes the threshold.
     void MouseUp(int marker, bool leftButton);
 
     // Ends a drag whose MouseUp won't come and moves the marker back to its threshold.
@@ -44,7 +44,6 @@ private:
         std::optional<float> home;         // where it was pressed; none if it had been moved already
         bool moved = false;                // but not written yet
         std::optional<std::int32_t> exact; // the value moved to, if its place alone is too coarse
-        unsigned moves = 0;                // lets a write that has waited detect a later move
     };
 
     Grip &GripOf(int marker);

@@ -143,7 +143,7 @@ OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmw
     // Only a changed value is sent to the sensor, so the table must not contain the command already.
     zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::NoCommand);
     zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader);
-    if (!WaitWhile([this] { return link_.Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite); })) {
+    if (!WaitWhile([this] { return zentrova_.WritesWait() || link_.WriteIsUnderWay(); })) {
         return UpgradeOutcome::CommandUnanswered;
     }
     if (!WaitWhile([this] { return link_.PortIsOpen(); })) {

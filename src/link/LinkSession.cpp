@@ -8,15 +8,12 @@
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
-#include <QCoreApplication>
-#include <QEventLoop>
-
 namespace ztv {
 
 namespace {
 
-constexpr std::int16_t addressingMarkRegister = 69;
-constexpr std::int16_t addressingMark = 0x5555; // there: registers are numbered like their parameters
+constexpr std::int16_t addressingMarkRegister = ParamDefines::AddressingMark;
+constexpr std::int16_t addressingMark = ParamDefines::NumberedLikeParameters;
 
 constexpr std::int16_t singleWritePeriodMs = 1000;
 constexpr std::int16_t addressingProbePeriodMs = 500;
@@ -101,18 +98,9 @@ QString LinkSession::OpenFailureText() const {
 void LinkSession::GoOffline() {
     mbaxp1_.StopCyclic(LinkTransaction::Poll);
     mbaxp1_.ClosePort();
+    zentrova_.SendWaitingWrites(); // drops them
     Q_EMIT OnlineChanged(false);
     SetStatus(QStringLiteral("Offline"));
-}
-
-void LinkSession::WaitForWriteIdle() {
-    do {
-        while (mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite)) {
-            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-        }
-        // Once more, to process what the finished write led to. That may be a further write.
-        QCoreApplication::processEvents();
-    } while (mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite));
 }
 
 void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
@@ -125,8 +113,14 @@ void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
     }
     if (status != LinkStatus::NoError) {
         // Reported like any failed write, and asynchronously.
+        rejectedWriteIsDue_ = true;
         QMetaObject::invokeMethod(
-            this, [this, Tag, status] { WriteFailed(Tag, status); }, Qt::QueuedConnection);
+            this,
+            [this, Tag, status] {
+                rejectedWriteIsDue_ = false;
+                WriteFailed(Tag, status);
+            },
+            Qt::QueuedConnection);
         return;
     }
     mbaxp1_.RegisterValue(LinkTransaction::SingleWrite, 0, Global::SignedFromUnsigned(value));
@@ -170,7 +164,8 @@ void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t statu
     SetStatus(WordsOf(status));
     switch (transaction) {
     case LinkTransaction::Poll:
-        // Deliberate: past 32767 either count is a fault, which ends the program.
+        // Deliberate: no number of timeouts takes the link offline; past 32767 either count is a fault, which
+        // ends the program.
         if (status == LinkStatus::Timeout) {
             timeoutCount_ = ToInt16(timeoutCount_ + 1);
         } else if (status == LinkStatus::CrcError) {
@@ -188,6 +183,12 @@ void LinkSession::TransactionFailed(std::int16_t transaction, std::int16_t statu
     }
 }
 
+// From the event loop, because the master reports the transaction busy until its event is delivered.
+void LinkSession::SendNextWriteLater() {
+    QMetaObject::invokeMethod(
+        this, [this] { zentrova_.SendWaitingWrites(); }, Qt::QueuedConnection);
+}
+
 void LinkSession::WriteComplete() {
     const std::int16_t written = WrittenParameter();
     zentrova_.ParamWritePending(written, false);
@@ -199,22 +200,24 @@ void LinkSession::WriteComplete() {
         ReconnectWithDeviceSettings();
         break;
     case ParamDefines::AddressingMode:
-        TakeAddressingMode(ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode)));
+        TakeAddressingMode(ToUInt8(zentrova_.SentValue(ParamDefines::AddressingMode)));
         break;
     case ParamDefines::ReinitCommand:
-        if (zentrova_.ParamValue(ParamDefines::ReinitCommand) == ParamDefines::EnterBootLoader) {
+        if (zentrova_.SentValue(ParamDefines::ReinitCommand) == ParamDefines::EnterBootLoader) {
             GoOffline();
         }
         break;
     default:
         break;
     }
+    SendNextWriteLater(); // after a reconnect, so that it goes to the sensor's new settings
 }
 
 void LinkSession::WriteFailed(std::int16_t written, std::int16_t status) {
     SetStatus(WordsOf(status));
     zentrova_.ParamWritePending(written, false);
     Q_EMIT WriteEnded(written, status);
+    SendNextWriteLater(); // after a box that a handler shows, so that failures are shown one after another
 }
 
 void LinkSession::PollComplete() {
@@ -320,7 +323,7 @@ void LinkSession::DownloadComplete() {
     // Deliberate: a poll that is started here ends at once with the reconnect.
     StartPollAfterConnectDownload();
     ReconnectWithDeviceSettings();
-    TakeAddressingMode(ToUInt8(zentrova_.ParamValue(ParamDefines::AddressingMode)));
+    TakeAddressingMode(ToUInt8(zentrova_.SentValue(ParamDefines::AddressingMode)));
 }
 
 void LinkSession::DownloadFailed(std::int16_t status) {
@@ -340,9 +343,9 @@ void LinkSession::StartPollAfterConnectDownload() {
 void LinkSession::ReconnectWithDeviceSettings() {
     mbaxp1_.StopCyclic(LinkTransaction::Poll);
     mbaxp1_.ClosePort();
-    baudRate_ = ToInt16(zentrova_.ParamValue(ParamDefines::BaudRateCode));
-    parityStop_ = ToInt16(zentrova_.ParamValue(ParamDefines::ParityStopCode));
-    modbusAddress_ = ToInt16(zentrova_.ParamValue(ParamDefines::NetworkAddress));
+    baudRate_ = ToInt16(zentrova_.SentValue(ParamDefines::BaudRateCode));
+    parityStop_ = ToInt16(zentrova_.SentValue(ParamDefines::ParityStopCode));
+    modbusAddress_ = ToInt16(zentrova_.SentValue(ParamDefines::NetworkAddress));
     DefinePoll();
     SetMbaxp1CommProperties(commPort_, baudRate_, parityStop_, 0);
     anotherSensor_ = false;

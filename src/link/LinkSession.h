@@ -91,7 +91,9 @@ public:
 
     // ParameterLink
     bool PortIsOpen() const override { return mbaxp1_.PortIsOpen(); }
-    void WaitForWriteIdle() override;
+    bool WriteIsUnderWay() const override {
+        return rejectedWriteIsDue_ || mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite);
+    }
     void StartWrite(std::int16_t Tag, std::int32_t value) override;
     void DefineDownload() override;
     void DownloadValue(std::int16_t Tag, std::int32_t value) override;
@@ -115,6 +117,7 @@ Q_SIGNALS:
     void TableRefreshed();                    // after every good transaction: shown values may be outdated
 
 private:
+    void SendNextWriteLater();
     void WriteComplete();
     void WriteFailed(std::int16_t written, std::int16_t status);
     void PollComplete();
@@ -144,6 +147,7 @@ private:
     bool addressingIsKnown_ = false; // read from a sensor or written to one
     bool downloadOnConnect_ = false;
     bool firstReadPending_ = false;
+    bool rejectedWriteIsDue_ = false; // the report of a write that the master rejected
     bool anotherSensor_ = false; // the last poll was answered by one that numbers its registers differently
 };
 

@@ -1,10 +1,10 @@
 #include "model/ClassZentrova.h"
 
 #include "model/CheckedAt.h"
-#include "model/Global.h"
 #include "model/InitArray.h"
 #include "model/ParamDefines.h"
 #include "model/SettingsFile.h"
+#include "model/UnitClass.h"
 #include "support/ProgramVersion.h"
 
 #include <algorithm>
@@ -13,7 +13,9 @@ namespace ztv {
 
 namespace {
 
-constexpr std::int16_t userUnitsRow = 10; // of the units; its first text names the displayed unit
+bool IsCommand(std::int16_t tag) {
+    return tag == ParamDefines::SaveCommand || tag == ParamDefines::ReinitCommand;
+}
 
 } // namespace
 
@@ -28,13 +30,9 @@ void ClassZentrova::InitParamsFromPresetsFile(const QString &programFolder) {
     rows_.reserve(presets.rows.size());
     for (PresetRow &preset : presets.rows) {
         const std::int32_t value = preset.value;
-        rows_.push_back({.preset = std::move(preset),
-                         .value = value,
-                         .writePending = false,
-                         .group = {},
-                         .writesAsked = 0});
+        rows_.push_back({.preset = std::move(preset), .value = value, .writePending = false, .group = {}});
     }
-    units_ = std::move(presets.units);
+    units_ = UnitTable(std::move(presets.units));
 }
 
 const ClassZentrova::Row &ClassZentrova::RowOf(std::int16_t Tag) const {
@@ -62,37 +60,46 @@ std::int32_t ClassZentrova::ParamPreset(std::int16_t Tag) const {
     return RowOf(Tag).preset.preset;
 }
 std::int32_t ClassZentrova::ParamValue(std::int16_t Tag) const {
+    return queue_.ValueOf(Tag).value_or(SentValue(Tag));
+}
+std::int32_t ClassZentrova::SentValue(std::int16_t Tag) const {
     return RowOf(Tag).value;
 }
 
 std::int32_t ClassZentrova::ValueToDownload(std::int16_t Tag) const {
-    const bool isCommand = Tag == ParamDefines::SaveCommand || Tag == ParamDefines::ReinitCommand;
-    return isCommand ? ParamDefines::NoCommand : ParamValue(Tag);
+    return IsCommand(Tag) ? ParamDefines::NoCommand : ParamValue(Tag);
 }
 
 void ClassZentrova::ParamValue(std::int16_t Tag, std::int32_t NewValue) {
-    Row &row = RowOf(Tag);
-    if (row.preset.readOnly) {
+    Write(Tag, NewValue, &WriteQueue::Replace);
+}
+
+void ClassZentrova::WriteEach(std::int16_t Tag, std::int32_t NewValue) {
+    Write(Tag, NewValue, &WriteQueue::Append);
+}
+
+void ClassZentrova::Write(std::int16_t tag, std::int32_t value, Enqueue enqueue) {
+    if (ParamReadOnly(tag) || ParamValue(tag) == value) {
         return;
     }
-    const unsigned asked = ++row.writesAsked;
-    if (row.value == NewValue) {
-        return;
-    }
-    if (PortIsOpen()) {
-        link_->WaitForWriteIdle();
-        // Nested waits end in reverse order; the value asked for last must win.
-        if (row.writesAsked != asked) {
-            return;
-        }
-        // The user may go offline during the wait; the value is then kept like any offline change.
-        if (PortIsOpen()) {
-            row.writePending = true;
-            link_->StartWrite(Tag, NewValue);
-        }
-    }
-    row.value = NewValue;
     fileChanged_ = true;
+    (queue_.*enqueue)({.tag = tag, .value = value, .isCommand = IsCommand(tag)});
+    SendWaitingWrites();
+}
+
+void ClassZentrova::SendWaitingWrites() {
+    while (!queue_.IsEmpty() && !(PortIsOpen() && link_->WriteIsUnderWay())) {
+        const WriteQueue::Write write = *queue_.Next();
+        Row &row = RowOf(write.tag);
+        row.value = write.value;
+        if (PortIsOpen()) {
+            row.writePending = true; // first, so that a poll on its way can't overwrite the value
+            link_->StartWrite(write.tag, write.value);
+        }
+    }
+    if (queue_.IsEmpty()) {
+        queue_.Emptied();
+    }
 }
 
 void ClassZentrova::ParamUpdate(std::int16_t Tag, std::int32_t NewValue) {
@@ -131,7 +138,7 @@ std::int16_t ClassZentrova::ParamUnits(std::int16_t Tag) const {
 }
 
 QString ClassZentrova::ParamLookUp(std::int16_t UnitCode, std::int32_t Value) const {
-    return CheckedAt(CheckedAt(units_, UnitCode, "unit"), Value, "unit text");
+    return units_.Text(UnitCode, Value);
 }
 
 std::int16_t ClassZentrova::ParamDecimalPlaces(std::int16_t Tag) const {
@@ -139,8 +146,12 @@ std::int16_t ClassZentrova::ParamDecimalPlaces(std::int16_t Tag) const {
 }
 
 QString ClassZentrova::FormatRaw(std::int32_t Value, std::int16_t Tag) const {
-    return Global::ApplyUnits(*this, Global::RawToFormatted(Value, ParamDecimalPlaces(Tag)), ParamUnits(Tag),
-                              ParamMax(Tag));
+    return FormatOf(Tag).Format(Value);
+}
+
+ValueFormat ClassZentrova::FormatOf(std::int16_t Tag) const {
+    const PresetRow &row = RowOf(Tag).preset;
+    return {{.decimalPlaces = row.decimalPlaces, .unitCode = row.units, .maximum = row.maximum}, units_};
 }
 
 bool ClassZentrova::SaveFile(const QString &FileName) {
@@ -154,7 +165,7 @@ bool ClassZentrova::SaveFile(const QString &FileName) {
     }
     WriteSettingsFile(
         FileName, rows,
-        {.notes = fileNotes_, .swVersion = ProgramVersion(), .userUnits = ParamLookUp(userUnitsRow, 0)});
+        {.notes = fileNotes_, .swVersion = ProgramVersion(), .userUnits = ParamLookUp(displayUnit, 0)});
     fileChanged_ = false;
     return false;
 }
@@ -173,6 +184,7 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
     const bool download = PortIsOpen();
     if (download) {
         writeAllPending_ = true;
+        queue_.KeepCommands(); // the download replaces the values that still wait
         link_->DefineDownload();
     }
     // Writes to the table directly: loading a file isn't a change by the user, and it also sets read-only

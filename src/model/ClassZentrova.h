@@ -2,9 +2,14 @@
 
 #include "model/ParameterLink.h"
 #include "model/PresetsFile.h"
+#include "model/UnitTable.h"
+#include "model/ValueFormat.h"
+#include "model/WriteQueue.h"
 
 #include <QString>
 #include <cstdint>
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace ztv {
@@ -53,16 +58,33 @@ public:
     std::int32_t ParamMin(std::int16_t Tag) const;
     std::int32_t ParamMax(std::int16_t Tag) const;
     std::int32_t ParamPreset(std::int16_t Tag) const;
-    std::int32_t ParamValue(std::int16_t Tag) const;
+    std::int32_t ParamValue(std::int16_t Tag) const; // the last one asked for, also if its write still waits
 
-    // Returns the value that a download sends for the row. Returns 0 for a command row: a command still in
-    // the table or in a file was meant for an earlier sensor.
+    // Returns the value that was sent or polled last: ParamValue without the writes that wait.
+    std::int32_t SentValue(std::int16_t Tag) const;
+
+    // Returns the value that a download sends for the row. Deliberate: a read-only row is sent, too. Returns
+    // 0 for a command row: a command still in the table or in a file was meant for an earlier sensor.
     std::int32_t ValueToDownload(std::int16_t Tag) const;
 
-    // The user's write. Ignores a read-only row and the value that is there already. While the port is open,
-    // sends the value to the sensor; this turns the event loop until the previous write has ended. The caller
-    // checks the row's limits.
+    // The user's write. Ignores a read-only row and the value that is there already. Stores the value and,
+    // while the port is open, sends it to the sensor: at once, or in its turn after the writes that were
+    // asked for before. A value that still waits for its turn is replaced by a later one of its row. Returns
+    // without turning the event loop. The caller checks the row's limits.
     void ParamValue(std::int16_t Tag, std::int32_t NewValue);
+
+    // As the write above, but replaces no value that waits: the sensor receives each, in the order asked for.
+    void WriteEach(std::int16_t Tag, std::int32_t NewValue);
+
+    // True while a write waits for its turn.
+    bool WritesWait() const { return !queue_.IsEmpty(); }
+
+    // Calls `work` as soon as no write waits for its turn: at once, or from the event loop.
+    void WhenWritesAreSent(std::function<void()> work) { queue_.WhenEmpty(std::move(work)); }
+
+    // Sends the next waiting write if the link is free. The link calls it after each write. Once the port is
+    // closed, the values that wait go into the table alone, as any offline change.
+    void SendWaitingWrites();
 
     // The poll's write. Ignored while a write of the row is in flight.
     void ParamUpdate(std::int16_t Tag, std::int32_t NewValue);
@@ -95,26 +117,33 @@ public:
     // Returns the displayed text of a raw value of the row: scaled, with its unit.
     QString FormatRaw(std::int32_t Value, std::int16_t Tag) const;
 
+    // Formats and parses the values of a row. Must not outlive the table.
+    ValueFormat FormatOf(std::int16_t Tag) const;
+
+    const UnitTable &Units() const { return units_; }
+
 private:
     struct Row {
         PresetRow preset;
         std::int32_t value = 0;
         bool writePending = false;
         QString group;
-        unsigned writesAsked = 0; // lets a write that has waited detect a later one
     };
+    using Enqueue = void (WriteQueue::*)(const WriteQueue::Write &);
 
     void InitParamsFromPresetsFile(const QString &programFolder);
     FileOpened LoadFile(const QString &fileName);
+    void Write(std::int16_t tag, std::int32_t value, Enqueue enqueue);
     bool PortIsOpen() const { return link_ != nullptr && link_->PortIsOpen(); }
     const Row &RowOf(std::int16_t Tag) const;
     Row &RowOf(std::int16_t Tag);
 
     std::vector<Row> rows_;
-    std::vector<UnitTexts> units_;
+    UnitTable units_;
     std::vector<QString> baudRates_;
     std::vector<QString> parityStops_;
     QString fileNotes_;
+    WriteQueue queue_;
     ParameterLink *link_ = nullptr;
     bool fileChanged_ = false;
     bool writeAllPending_ = false;

@@ -9,7 +9,7 @@ namespace ztv {
 class ClassZentrova;
 
 // Converts between the three forms of a value: the register on the wire, the raw number in the table, and the
-// text that the user sees and types.
+// text that the user sees and types. The texts are the work of the row's ValueFormat.
 namespace Global {
 
 // Returns the number text of a raw value: scaled for 1 to 3 decimal places, plain for any other.

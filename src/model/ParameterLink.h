@@ -11,12 +11,12 @@ public:
 
     virtual bool PortIsOpen() const = 0;
 
-    // Turns the event loop until no single write is in flight.
-    virtual void WaitForWriteIdle() = 0;
+    // True while a single write is in flight or its outcome is being handled.
+    virtual bool WriteIsUnderWay() const = 0;
 
-    // Starts the write of one parameter. The outcome arrives later, never from within this call, and clears
-    // the row's pending mark.
-    // REQUIRES: no single write is in flight.
+    // Starts the write of one parameter. The outcome arrives later, never from within this call, clears the
+    // row's pending mark, and leads to ClassZentrova::SendWaitingWrites.
+    // REQUIRES: no write is under way.
     virtual void StartWrite(std::int16_t Tag, std::int32_t value) = 0;
 
     // Download the whole table: define, set the values, then start. A row without a new value keeps the one

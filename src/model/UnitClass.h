@@ -4,6 +4,9 @@
 
 namespace ztv {
 
+inline constexpr std::int16_t unitCodes = 14;   // 0 to 13 are known; higher ones count as no unit
+inline constexpr std::int16_t displayUnit = 10; // its text for 0 is the unit that a settings file names
+
 // The way in which a value of a unit code is shown.
 enum class UnitClass {
     None,       // the number alone

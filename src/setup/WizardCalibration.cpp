@@ -58,8 +58,8 @@ namespace WizardCalibration {
 Settings ForDistance(const ClassZentrova &zentrova, const Ends &ends) {
     Settings settings;
     settings.outputMode = ParamDefines::LinearMode;
-    settings.farDistance = ToInt32(ToNumber(ends.farRaw));
-    settings.nearDistance = ToInt32(ToNumber(ends.nearRaw));
+    settings.farDistance = ends.farRaw;
+    settings.nearDistance = ends.nearRaw;
     settings.farVoltage = Global::FormattedToRaw(zentrova, ends.farVoltage, ParamDefines::FarVoltage);
     settings.nearVoltage = Global::FormattedToRaw(zentrova, ends.nearVoltage, ParamDefines::NearVoltage);
     return RequireRegisters(settings);

@@ -11,11 +11,10 @@ namespace ztv {
 // Arithmetic of the setup wizard: calculates the sensor's settings from the recorded and typed values.
 namespace WizardCalibration {
 
-// The recorded and typed values as the wizard shows them: volts or inches with two decimals; `farRaw` and
-// `nearRaw` are recorded raw values.
+// The recorded raw values, and the typed values as the wizard shows them: volts or inches with two decimals.
 struct Ends {
-    QString farRaw;
-    QString nearRaw;
+    std::int32_t farRaw = 0;
+    std::int32_t nearRaw = 0;
     QString farVoltage;
     QString nearVoltage;
 };

@@ -19,7 +19,7 @@ WizardSteps::WizardSteps(ClassZentrova &zentrova)
 
 void WizardSteps::TakeReading() {
     const std::int32_t raw = zentrova_.ParamValue(ParamDefines::ActualDistance);
-    latest_.raw = QString::number(raw);
+    latest_.raw = raw;
     latest_.shown = ReformatDecimals(
         Global::RawToFormatted(raw, zentrova_.ParamDecimalPlaces(ParamDefines::ActualDistance)),
         shownDecimals);
@@ -27,7 +27,7 @@ void WizardSteps::TakeReading() {
 
 void WizardSteps::Record(Place place, const Entries &entries) {
     recorded_[static_cast<std::size_t>(place)] = latest_;
-    if (place != AtCore || latest_.raw.isEmpty()) {
+    if (place != AtCore || !latest_.raw) {
         return;
     }
     roll_.distanceToCore = latest_.shown;
@@ -46,7 +46,7 @@ std::optional<QString> WizardSteps::ValidateStep(const Entries &entries) const {
         }
         return message;
     };
-    const auto isRecorded = [this](Place place) { return !Recorded(place).raw.isEmpty(); };
+    const auto isRecorded = [this](Place place) { return Recorded(place).raw.has_value(); };
     const char *const notRecorded = "You must click the Record button to proceed.";
     const char *const noVoltage = "Please enter an output voltage value.";
     switch (currentStep_) {
@@ -148,8 +148,8 @@ void WizardSteps::Cancel() {
 
 WizardCalibration::Settings WizardSteps::Outcome(const Entries &entries) const {
     if (entries.use == Use::Distance) {
-        return WizardCalibration::ForDistance(zentrova_, {.farRaw = Recorded(AtFarEnd).raw,
-                                                          .nearRaw = Recorded(AtNearEnd).raw,
+        return WizardCalibration::ForDistance(zentrova_, {.farRaw = Recorded(AtFarEnd).raw.value(),
+                                                          .nearRaw = Recorded(AtNearEnd).raw.value(),
                                                           .farVoltage = entries.voltage[AtFarEnd],
                                                           .nearVoltage = entries.voltage[AtNearEnd]});
     }

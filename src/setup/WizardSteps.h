@@ -44,10 +44,12 @@ public:
         bool save = true;
     };
 
-    // A distance: its displayed text, and its raw value as text, which is empty until there is one.
+    // A distance: its displayed text, and its raw value, none until it is read.
     struct Reading {
         QString shown = NoReading();
-        QString raw;
+        std::optional<std::int32_t> raw;
+
+        QString RawText() const { return raw ? QString::number(*raw) : QString(); }
     };
 
     static QString NoReading() { return QStringLiteral("---.--"); }
@@ -70,7 +72,7 @@ public:
     const WizardCalibration::Roll &Roll() const { return roll_; }
 
     // Goes to the next step, or returns the message why it can't. Before it enters Mode, writes the presets
-    // of the range limits; these writes turn the event loop.
+    // of the range limits.
     std::optional<QString> Next(const Entries &entries);
     void Back(const Entries &entries);
 
@@ -81,7 +83,7 @@ public:
     // written.
     WizardCalibration::Settings Outcome(const Entries &entries) const;
 
-    // Writes `outcome`; the writes turn the event loop.
+    // Writes `outcome`.
     void Finish(const WizardCalibration::Settings &outcome, const Entries &entries);
 
 private:

@@ -221,11 +221,6 @@ void FormMain::BuildPages() {
     constexpr std::size_t manualOutput = 8;
     auto *checkout = new CheckoutPage(*zentrova_, basicPage_->ValueBox(manualOutput),
                                       BasicPage::ValueTag(manualOutput), central);
-    connect(checkout, &CheckoutPage::Finished, this, [this] {
-        if (CurrentTab() != Tab::Checkout) { // the user left it before the output's mode was written
-            ConfigureBasicTab();
-        }
-    });
     tabs_->SetPage(Tab::Basic, basicPage_);
     tabs_->SetPage(Tab::Advanced, advanced);
     tabs_->SetPage(Tab::Wizard, wizardPage_);
@@ -305,14 +300,9 @@ bool FormMain::LeaveEntry() {
     return true;
 }
 
-// Runs `work` after the entry has been written: a text whose write waits for the previous one isn't in the
-// table yet.
+// Runs `work` unless the text being typed is rejected.
 void FormMain::AfterEntry(const std::function<void()> &work) {
-    if (text1_->IsChecking()) {
-        connect(
-            text1_, &ValueOverlay::Checked, this, [this, work] { AfterEntry(work); },
-            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
-    } else if (LeaveEntry()) {
+    if (LeaveEntry()) {
         work();
     }
 }
@@ -432,22 +422,22 @@ void FormMain::LayOut() {
     tabs_->LayOutBeside(size() - centralWidget()->size());
 }
 
-// Returns false if the text being typed was rejected, or if the window closes by itself once the text is
-// written. Further requests to close meanwhile have no effect.
+// Returns false if the text being typed was rejected, or if the window closes by itself once the waiting
+// writes are sent. Further requests to close meanwhile have no effect.
 bool FormMain::MayCloseNow() {
-    if (text1_->IsChecking()) {
-        if (std::exchange(closesAfterEntry_, true)) {
-            return false;
-        }
-        const auto closeNow = [this] {
-            closesAfterEntry_ = false;
-            close();
-        };
-        connect(text1_, &ValueOverlay::Checked, this, closeNow,
-                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    if (!LeaveEntry()) {
         return false;
     }
-    return LeaveEntry();
+    if (!zentrova_->WritesWait()) {
+        return true;
+    }
+    if (!std::exchange(closesOnceSent_, true)) {
+        zentrova_->WhenWritesAreSent([this] {
+            closesOnceSent_ = false;
+            QMetaObject::invokeMethod(this, &FormMain::close, Qt::QueuedConnection);
+        });
+    }
+    return false;
 }
 
 void FormMain::closeEvent(QCloseEvent *event) {

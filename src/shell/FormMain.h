@@ -147,7 +147,7 @@ private:
     QLabel *statusText_ = nullptr;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
-    bool closesAfterEntry_ = false; // the window closes once the text being typed is written
+    bool closesOnceSent_ = false; // the window closes once the waiting writes are sent
 };
 
 } // namespace ztv

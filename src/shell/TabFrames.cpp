@@ -81,7 +81,6 @@ void TabFrames::Select(int stripIndex) {
     Q_EMIT Leaving();
     // Moves the focus, because a tab's mnemonic doesn't, and the control being edited hides with its page.
     strip_->tabBar()->setFocus(Qt::OtherFocusReason);
-    CurrentPage().Leaving();
     if (strip_->currentIndex() != stripIndex) {
         return; // the user has selected another tab meanwhile
     }

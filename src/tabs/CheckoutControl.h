@@ -3,21 +3,16 @@
 #include "model/ClassZentrova.h"
 #include "tabs/CheckoutOptions.h"
 
-#include <QObject>
 #include <cstdint>
-#include <deque>
-#include <optional>
 
 namespace ztv {
 
-// Writes the Checkout tab's clicks to the sensor. A write waits for the previous one, and the user may click
-// meanwhile, so clicks are queued first in, first out: the sensor receives whole clicks in their order and
-// ends in the state that the last click left on screen. The event loop empties the queue.
-class CheckoutControl : public QObject {
-    Q_OBJECT
-
+// Writes the Checkout tab's clicks to the sensor, which receives whole clicks in their order and ends in the
+// state that the last click left on screen.
+class CheckoutControl {
 public:
-    explicit CheckoutControl(ClassZentrova &zentrova, QObject *parent = nullptr);
+    // REQUIRES: `zentrova` outlives this.
+    explicit CheckoutControl(ClassZentrova &zentrova) : zentrova_(zentrova) {}
 
     // Returns the index of the analog output's option after `index`, cyclically.
     static int NextOption(int index);
@@ -28,25 +23,11 @@ public:
     void ToggleClockOut();
     void Reinitialise();
 
-    // Empties the queue now. Does nothing if a caller is already emptying it.
-    void Finish();
-
-Q_SIGNALS:
-    void Finished(); // the queue is empty
-
 private:
-    struct Step {
-        std::int16_t tag = 0;
-        std::optional<std::int32_t> value; // none: toggles
-    };
-
-    void Add(const CheckoutOptions::Option &option);
-    void Add(Step step);
-    void Do(const Step &step);
+    void Write(const CheckoutOptions::Option &option);
+    void Toggle(std::int16_t tag);
 
     ClassZentrova &zentrova_;
-    std::deque<Step> steps_;
-    bool busy_ = false;
 };
 
 } // namespace ztv

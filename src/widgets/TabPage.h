@@ -12,13 +12,10 @@ public:
     // Builds the member `number` of the array of pages.
     TabPage(int number, QWidget *parent);
 
-    // Called when the user changes to another page. Completes pending writes, which may turn the event loop.
-    virtual void Leaving() {}
-
-    // Called when a command ends a choice on the page. Writes the choice, which may turn the event loop.
+    // Called when a command ends a choice on the page. Writes the choice.
     virtual void LeaveEntry() {}
 
-    // Called when the user has changed to this page. May write parameters, which turns the event loop.
+    // Called when the user has changed to this page. May write parameters.
     virtual void Entered() {}
 
     // Copies the parameter table onto the page. Called only for the visible page.

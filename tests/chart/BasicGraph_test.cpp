@@ -185,23 +185,11 @@ TEST_F(BasicGraphTest, FaultsOnARollWithoutADiameterAndLeavesNoCurve) {
     EXPECT_EQ(TheControl(ControlId::PicRelay, 0).left, marker);
 }
 
-// A link whose wait lets something else happen.
-class BusyLink : public FakeLink {
-public:
-    void WaitForWriteIdle() override {
-        if (meanwhile) {
-            std::exchange(meanwhile, nullptr)();
-        }
-    }
-
-    std::function<void()> meanwhile;
-};
-
 class BasicGraphOnline : public BasicGraphTest {
 protected:
     BasicGraphOnline() { zentrova_.ConnectTo(&link_); }
 
-    BusyLink link_;
+    FakeLink link_;
 };
 
 TEST_F(BasicGraphOnline, SendsTheNearDistanceToTheSensor) {
@@ -210,21 +198,15 @@ TEST_F(BasicGraphOnline, SendsTheNearDistanceToTheSensor) {
     EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{28, 1600}}));
 }
 
-TEST_F(BasicGraphOnline, KeepsTheModeThatWasConfiguredWhileTheWriteWaited) {
+TEST_F(BasicGraphOnline, DrawsOneCurveThoughConfiguredAgainWhileTheWriteWaits) {
     Set(ParamDefines::NearDistance, 700);
-    link_.meanwhile = [this] { Configure(1); };
+    link_.busy = true;
     Configure(2);
-    EXPECT_EQ(drawing_.LineHyperbolic().size(), 1U);
-    EXPECT_TRUE(TheControl(ControlId::TextParam, 3).enabled);
-    EXPECT_TRUE(TheLine(LineId::LineLinearSlope).visible);
-}
-
-TEST_F(BasicGraphOnline, DrawsOneCurveThoughConfiguredAgainWhileTheWriteWaited) {
-    Set(ParamDefines::NearDistance, 700);
-    link_.meanwhile = [this] { Configure(2); };
     Configure(2);
     EXPECT_EQ(drawing_.LineHyperbolic().size(), 100U);
     EXPECT_FALSE(TheControl(ControlId::TextParam, 3).enabled);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{28, 1600}}));
 }
 
 struct PlaceCase {
@@ -354,7 +336,7 @@ TEST_F(BasicGraphTest, TurnsTheRailsSoThatTheLargerVoltageIsOnTop) {
         EXPECT_EQ(TheControl(ControlId::LabelParam, 1).top, rails.nearLabel);
         EXPECT_EQ(TheControl(ControlId::TextParam, 0).top, rails.farBox);
         EXPECT_EQ(TheControl(ControlId::TextParam, 1).top, rails.nearBox);
-        EXPECT_EQ(TheLine(LineId::LineLinearSlope).x1, 1920); // none moves sideways
+        EXPECT_EQ(TheLine(LineId::LineLinearSlope).x1, 1920); // no rail moves sideways
         EXPECT_EQ(TheLine(LineId::LineLinearSlope).x2, 4920);
     }
 }
@@ -553,7 +535,7 @@ TEST_F(BasicGraphTest, ShowsAfterARefreshWhatAConfigurationWouldShow) {
     }
 }
 
-// Unlike a configuration, a refresh comes by itself: it mustn't end the program.
+// A refresh comes without the user's doing. Unlike a configuration, it may not end the program.
 TEST_F(BasicGraphTest, ShowsNoCurveForARollWithoutADiameterThatAPollBrings) {
     Configure(2);
     Set(ParamDefines::CoreDiameter, 0);
@@ -566,13 +548,12 @@ TEST_F(BasicGraphTest, ShowsNoCurveForARollWithoutADiameterThatAPollBrings) {
     EXPECT_EQ(drawing_.LineHyperbolic().size(), 100U);
 }
 
-TEST_F(BasicGraphOnline, KeepsTheModeThatAPollBroughtWhileTheWriteWaited) {
+TEST_F(BasicGraphOnline, FollowsTheModeThatAPollBringsWhileTheWriteWaits) {
     Set(ParamDefines::NearDistance, 700);
-    link_.meanwhile = [this] {
-        Set(ParamDefines::AnalogOutputMode, 1);
-        graph_.FollowTable();
-    };
+    link_.busy = true;
     Configure(2);
+    Set(ParamDefines::AnalogOutputMode, 1);
+    EXPECT_TRUE(graph_.FollowTable());
     EXPECT_EQ(drawing_.LineHyperbolic().size(), 1U);
     EXPECT_TRUE(TheControl(ControlId::TextParam, 3).enabled);
     EXPECT_TRUE(TheLine(LineId::LineLinearSlope).visible);

@@ -43,7 +43,7 @@ TEST_F(RelayDragTest, HoveringChangesTheToolTipAlone) {
     for (int marker = 0; marker < 4; ++marker) {
         const float before = Left(marker);
         drag_.MouseMove(marker, false, 300);
-        drag_.MouseMove(marker, true, 300); // pressed elsewhere, and come over it
+        drag_.MouseMove(marker, true, 300); // the button was pressed elsewhere
         EXPECT_EQ(drawing_.At(PicRelay, marker).toolTip, QString::fromLatin1(names[marker]));
         EXPECT_EQ(Left(marker), before);
     }
@@ -99,7 +99,7 @@ TEST_F(RelayDragTest, StaysWithinTheChart) {
     EXPECT_EQ(zentrova_.ParamValue(56), 41969); // 41968.75
     Drag(0, 6831);
     EXPECT_EQ(Left(0), 6830);
-    Drag(0, 0); // where the least threshold stands
+    Drag(0, 0); // the place of the smallest permitted threshold
     EXPECT_EQ(Left(0), 0);
     EXPECT_EQ(zentrova_.ParamValue(56), 600);
     Drag(0, -1);
@@ -118,7 +118,7 @@ TEST_F(RelayDragTest, DoesNotSnapToALimitThatAFastMovePasses) {
     EXPECT_EQ(zentrova_.ParamValue(57), 36250);
 }
 
-// The minimum of the first threshold stands for all: 600 raw, wherever Min Range is.
+// Deliberate: the minimum of the first threshold, 600 raw, applies to all, wherever Min Range is.
 TEST_F(RelayDragTest, EndsOnTheLeftWhereTheLeastThresholdStands) {
     zentrova_.ParamUpdate(ParamDefines::MinRange, 300);
     zentrova_.ParamUpdate(ParamDefines::NearDistance, 1200); // 600 is at 1920 / 3
@@ -187,20 +187,18 @@ TEST_F(RelayDragTest, FaultsOnAMarkerThatThereIsNot) {
     EXPECT_THROW(drag_.MouseDown(-1, true, 0), Fault);
 }
 
-// A write waits for the one before it, and the user goes on meanwhile.
 TEST_F(RelayDragTest, EndsWhereItWasLetGoLastHoweverLongTheWritesWait) {
     Left(0) = 3000;
-    link_.whileWaiting = [this] {
-        link_.whileWaiting = {};
+    link_.busy = true;
+    for (int step = 0; step < 2; ++step) {
         drag_.Step(0, 15);
         drag_.LetGo(0);
-    };
-    drag_.Step(0, 15);
-    drag_.LetGo(0);
+    }
     EXPECT_EQ(Left(0), 3030);
-    EXPECT_EQ(link_.writes.back(), std::make_pair(56, 14076));
-    EXPECT_EQ(zentrova_.ParamValue(56), 14076);
     EXPECT_FALSE(Label().visible);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{56, 14076}}));
+    EXPECT_EQ(zentrova_.ParamValue(56), 14076);
 }
 
 TEST_F(RelayDragTest, KeepsTheOffsetOfThePress) {
@@ -209,7 +207,7 @@ TEST_F(RelayDragTest, KeepsTheOffsetOfThePress) {
         drag_.MouseDown(1, true, x);
         drag_.MouseMove(1, true, x + 15);
         EXPECT_EQ(Left(1), 3015);
-        drag_.MouseMove(1, true, x + 300); // relative to where it stands now
+        drag_.MouseMove(1, true, x + 300); // relative to its present place
         EXPECT_EQ(Left(1), 3315);
         drag_.MouseUp(1, true);
         EXPECT_EQ(zentrova_.ParamValue(57), 17382);
@@ -244,12 +242,13 @@ TEST_F(RelayDragTest, AMarkerInHandStaysThereWhateverTheTableSays) {
     drag_.MouseMove(0, true, 3000 - Left(0));
     graph_.PositionRelayMarkers();
     EXPECT_EQ(Left(0), 3000);
-    link_.whileWaiting = [this] {
-        graph_.PositionRelayMarkers(); // by a poll, while the write waits for the one before it
-        EXPECT_EQ(Left(0), 3000);
-    };
+    link_.busy = true; // with another write
     drag_.MouseUp(0, true);
     EXPECT_EQ(zentrova_.ParamValue(56), 13728);
+    zentrova_.ParamUpdate(56, 30000); // by a poll, while the write waits
+    graph_.PositionRelayMarkers();
+    EXPECT_EQ(zentrova_.ParamValue(56), 13728);
+    link_.EndWrites(zentrova_);
     zentrova_.ParamWritePending(56, false);
     zentrova_.ParamUpdate(56, 36000);
     graph_.PositionRelayMarkers();

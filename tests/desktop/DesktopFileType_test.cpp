@@ -14,7 +14,7 @@
 
 namespace ztv {
 
-// A desktop's real tools, on a user without anything and a system that knows the common types only.
+// Runs a desktop's real tools for a user without settings, on a system that knows only the common types.
 class DesktopFileTypeTest : public testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -41,14 +41,14 @@ protected:
         WriteFile(Path(QStringLiteral("icon.svg")), "<svg xmlns='http://www.w3.org/2000/svg'/>");
         WriteScript(application_, "printf %s \"$1\" > '" + opened_.toLocal8Bit() + "'\n");
         FileType::Register(application_, Path(QStringLiteral("icon.svg")));
-        // The last that either tool writes.
+        // The file that the tools write last.
         ASSERT_TRUE(WaitUntil([this] {
             return QFileInfo::exists(Path(QStringLiteral("home/mime/version"))) &&
                    QFileInfo::exists(Path(QStringLiteral("home/applications/mimeinfo.cache")));
         }));
     }
 
-    // A database such as a settings file is.
+    // Makes a database like that of a settings file.
     QString MakeDatabase(const QString &name, std::int32_t applicationId) const {
         SQLite::Database database(Path(name).toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
         database.exec("PRAGMA application_id = " + std::to_string(applicationId));

@@ -12,7 +12,7 @@ namespace ztv {
 
 namespace {
 
-// Keeps keys in memory and a record of what it was asked.
+// Keeps keys in memory and records each call.
 class RecordingStore : public KeyStore {
 public:
     std::unique_ptr<OpenKey> Open(RootKey root, const QString &keyPath) override {

@@ -16,7 +16,7 @@
 
 namespace ztv {
 
-// A user and a system without anything, whose tools only record what they are asked.
+// A user and a system without settings. The desktop's tools only record their calls.
 class FileTypeTest : public testing::Test {
 protected:
     FileTypeTest() {
@@ -177,7 +177,7 @@ TEST_F(FileTypeTest, LeavesNoHalfOfABindingBehind) {
 }
 
 TEST_F(FileTypeTest, TriesAgainWhenThereIsRoomOnTheDisk) {
-    for (const rlim_t bytes : {0U, 15U, 20U, 30U, 200U}) { // fewer than one of the files needs
+    for (const rlim_t bytes : {0U, 15U, 20U, 30U, 200U}) { // too few for one of the files
         const FileSizeLimit limit(bytes);
         Register();
         EXPECT_EQ(Entry(), QByteArray()) << bytes;

@@ -12,7 +12,8 @@ namespace ztv {
 
 namespace {
 
-// Programs of that name in the only folder of the search path. Each leaves its name and arguments in a file.
+// Puts programs of these names into the only folder of the search path. Each writes its name and arguments to
+// a file.
 class TextEditorTest : public testing::Test {
 protected:
     void Install(const char *name) {

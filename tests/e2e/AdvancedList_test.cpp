@@ -12,7 +12,7 @@
 
 namespace ztv {
 
-// The Advanced list against a sensor.
+// Runs the Advanced list against a sensor.
 class AdvancedListTest : public SessionTest {
 protected:
     void StartOnList() {
@@ -61,7 +61,7 @@ TEST_F(AdvancedListTest, SendsATypedValueOnce) {
     EXPECT_EQ(Shown(28), QStringLiteral("13.50\""));
 
     sensor_->ClearRecords();
-    DoubleClick(28); // and the value that is there not at all
+    DoubleClick(28); // the unchanged value isn't written at all
     Key(Qt::Key_Return);
     EXPECT_TRUE(Ui().Get<ValueOverlay>("Text1").isHidden());
     EXPECT_TRUE(WaitForPolls(2));

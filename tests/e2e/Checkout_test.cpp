@@ -13,10 +13,10 @@ namespace ztv {
 
 using ImageListCheckout::Key;
 
-// The Checkout tab against the sensor. What the sensor is told is compared in its order on the wire.
+// Runs the Checkout tab against the sensor. Compares the writes in their order on the wire.
 class CheckoutTest : public SessionTest {
 protected:
-    // The sensor's output follows the distance from the start, so that entering the tab writes nothing.
+    // Starts a sensor whose output already follows the distance, so that entering the tab writes nothing.
     void StartAtCheckout() {
         StartSensor();
         sensor_->HoldTarget(5000);
@@ -41,7 +41,7 @@ protected:
 
     bool IsSelected(const char *name) { return Ui().Get<QRadioButton>(name).isChecked(); }
 
-    // That these and no other writes came since the last question. What was written is back by then.
+    // Expects exactly these writes since the last call, and waits until a poll has read them back.
     testing::AssertionResult Written(const Writes &expected) {
         Settle();
         WaitUntil([&] { return sensor_->Writes().size() >= expected.size(); });
@@ -68,7 +68,7 @@ TEST_F(CheckoutTest, LetsTheOutputFollowTheDistanceOnTheFirstEntryOnly) {
     Write(ParamDefines::AnalogOutputMode, ParamDefines::HyperbolicMode);
     EXPECT_TRUE(Written({{39, 2}}));
     ClickTab(Tab::Checkout);
-    EXPECT_TRUE(Written({})); // it is selected still
+    EXPECT_TRUE(Written({})); // still selected
     EXPECT_EQ(sensor_->Register(39), 2);
 }
 
@@ -148,7 +148,7 @@ TEST_F(CheckoutTest, ShowsTheInputs) {
 TEST_F(CheckoutTest, ShowsARelayAsTheSensorReportsIt) {
     StartAtCheckout();
     auto &relay = Ui().Get<SwitchButton>("imgRelay(0)");
-    sensor_->SetRegister(60, 0); // holds, whatever the relay is told
+    sensor_->SetRegister(60, 0); // overrides the relay's command
     EXPECT_TRUE(WaitForPolls(2));
     Ui().Press("imgRelay(0)");
     EXPECT_TRUE(Written({{54, 1}}));
@@ -229,17 +229,17 @@ TEST_F(CheckoutTest, WorksInTheTableWhileOffline) {
     EXPECT_EQ(Ui().Text("TextParam(8)"), QStringLiteral("4095"));
 }
 
-TEST_F(CheckoutTest, FollowsTheUserToAnotherTabWhileItIsEntered) {
+TEST_F(CheckoutTest, FollowsTheUserToAnotherTabAsItIsEntered) {
     StartAtCheckout();
     ClickOption("OptionAnalogOut(0)");
     EXPECT_TRUE(WaitForPolls(1));
     ClickTab(Tab::Distance);
-    Write(ParamDefines::NearDistance, 2000); // is in flight as the page is entered
+    Write(ParamDefines::NearDistance, 2000); // still under way as the page is entered
     QMetaObject::invokeMethod(
         form_.get(), [this] { ClickTab(Tab::Wizard); }, Qt::QueuedConnection);
     QTabBar &bar = *Ui().Get<QTabWidget>("TabStrip1").tabBar();
     QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(Tab::Checkout - 1).center());
-    EXPECT_EQ(form_->CurrentTab(), Tab::Wizard);
+    EXPECT_TRUE(WaitUntil([this] { return form_->CurrentTab() == Tab::Wizard; }));
     EXPECT_TRUE(Ui().Get<QWidget>("TabFrame(3)").isVisible());
     EXPECT_FALSE(Ui().Get<QWidget>("TabFrame(5)").isVisible());
     EXPECT_EQ(Ui().Get<QTabWidget>("TabStrip1").currentIndex(), Tab::Wizard - 1);

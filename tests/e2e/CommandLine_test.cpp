@@ -15,7 +15,7 @@ namespace ztv {
 
 namespace {
 
-// Tells that somebody opens a file.
+// Reports when a file is opened.
 class OpenedFile {
 public:
     explicit OpenedFile(const QString &path) : watch_(inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
@@ -36,7 +36,7 @@ private:
 
 } // namespace
 
-// The program itself, started with arguments as a double click does.
+// Starts the program itself with arguments, as a double click does.
 TEST(CommandLineOfTheProgramTest, LoadsTheFileThatIsNamedWhateverItsName) {
     for (const char *name : {"plain.ztv", "Roll 12\".ztv", "12\"", "\"quoted\".ztv", "two  blanks.ztv"}) {
         SCOPED_TRACE(name);
@@ -48,7 +48,7 @@ TEST(CommandLineOfTheProgramTest, LoadsTheFileThatIsNamedWhateverItsName) {
         for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "HOME"}) {
             environment.insert(QString::fromLatin1(variable), folder.path());
         }
-        // Nothing to tell of the file type, which would go on writing for a while.
+        // Without the desktop's tools the file type isn't published, which would outlast the test.
         environment.insert(QStringLiteral("PATH"), folder.path());
         QProcess program;
         program.setProcessEnvironment(environment);

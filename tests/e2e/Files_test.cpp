@@ -6,10 +6,10 @@
 
 namespace ztv {
 
-// Settings files opened while the program polls the simulated sensor.
+// Opens settings files while the program polls the simulated sensor.
 class FilesTest : public SessionTest {
 protected:
-    // A settings file with these rows changed, and what opening it asks for.
+    // Makes a settings file with these rows changed, and expects the boxes of its opening.
     void ExpectOpening(const Writes &changes) {
         ClassZentrova zentrova(ShippedPresetsFolder());
         for (const auto &[tag, value] : changes) {
@@ -93,7 +93,7 @@ TEST_F(FilesTest, SaySoWhenTheSensorRefusesThem) {
     EXPECT_FALSE(form_->Zentrova().WriteAllPending());
 }
 
-// The other registers of the download carry what they held in the one before.
+// The other registers of the download keep the words of the download before.
 TEST_F(FilesTest, WriteEveryRegisterThoughTheyHoldFewerRows) {
     StartSensor();
     Start();

@@ -36,7 +36,7 @@ QByteArray ContentOf(const QString &fileName) {
     return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray("no such file");
 }
 
-// What a program that isn't ours takes a hex file's application to be, what the file lacks being erased.
+// The application in a hex file as srec_cat reads it, filled with 0xFF where the file has no bytes.
 QByteArray ApplicationIn(const QString &hexFile) {
     const QTemporaryDir folder;
     const QString binary = folder.filePath(QStringLiteral("application"));
@@ -52,7 +52,7 @@ QByteArray ApplicationIn(const QString &hexFile) {
     return bytes;
 }
 
-// Records and lines below, each with its address.
+// Hex records and image lines, each from its address and first byte.
 QByteArray HexRecord(int address, std::uint8_t first) {
     QByteArray record = ":10" + HexDigits(address, 4).toLatin1() + "00";
     unsigned sum = 0x10 + (static_cast<unsigned>(address) >> 8) + (static_cast<unsigned>(address) & 0xFF);
@@ -64,7 +64,7 @@ QByteArray HexRecord(int address, std::uint8_t first) {
     return record + HexDigits(static_cast<std::int32_t>((0x100 - sum) & 0xFF), 2).toLatin1() + "\r\n";
 }
 
-// The program in a folder of its own, with the console's files, and a sensor in a process of its own.
+// Runs the program in a temporary folder with the console's files, and a sensor in another process.
 class FirmwareTest : public MainFormTest {
 protected:
     FirmwareTest() {
@@ -113,7 +113,7 @@ protected:
         return ContentOf(file).mid(programStart);
     }
 
-    // Opens the console from the menu, does the work with it, and closes it.
+    // Opens the console from the menu, calls `work` with it, and closes it.
     void InConsole(std::function<void(FormUpgradeFirmware &, const Form &)> work) {
         bool done = false;
         WhenDialogOpens([&](QWidget &dialog) {
@@ -138,7 +138,7 @@ protected:
         dialogs_.ExpectNotice(QStringLiteral("Error Connecting to ZTV500-100. (MSG#%1)").arg(step),
                               BoxIcon::Exclamation);
     }
-    // The waits last ten seconds; this one is over as soon as `when` holds.
+    // Ends the upgrade's wait of ten seconds as soon as `when` returns true.
     void CutWaitShort(std::function<bool()> when) {
         auto *timer = console_->findChild<QTimer *>(QStringLiteral("TimerTimeout"));
         auto *watch = new QTimer(console_);
@@ -152,11 +152,11 @@ protected:
         watch->start(0);
     }
 
-    QTemporaryDir home_{QDir::tempPath() +
-                        QStringLiteral("/firmware-XXXXXX")}; // no blank, for the sensor's commands
+    // Without blanks, which would split the sensor's commands.
+    QTemporaryDir home_{QDir::tempPath() + QStringLiteral("/firmware-XXXXXX")};
     std::optional<SensorProcess> sensor_;
     FormUpgradeFirmware *console_ = nullptr;
-    int timeoutMs_ = 200; // for each answer of a loader; most tests have one to wait for that won't come
+    int timeoutMs_ = 200; // per answer; short, because most tests wait for one that never comes
 };
 
 } // namespace
@@ -179,7 +179,7 @@ TEST_F(FirmwareTest, OneButtonTakesARunningSensorToARunningSensor) {
     EXPECT_EQ(ContentOf(Path("ERROR.MCP")), QByteArray());
     EXPECT_FALSE(form_->Link().PortIsOpen());
 
-    // And it is polled again, with the version that the image brought.
+    // The sensor is polled again and reports the image's version.
     WhenDialogOpens([](QWidget &dialog) { Form(dialog).Press("Read"); });
     Ui().Choose("Toolbar1(Online)");
     EXPECT_TRUE(WaitUntil([this] { return form_->Zentrova().ParamValue(8) == 300; }));
@@ -317,7 +317,7 @@ TEST_F(FirmwareTest, WithoutAFirmwareFileASensorInItsLoaderStaysThereAsItIs) {
     EXPECT_EQ(Flash(), before);
 }
 
-// Going online to write, with nobody there, leaves the wish to download.
+// Going online with Write, without an answer, leaves the request for a download set.
 TEST_F(FirmwareTest, NeverDownloadsTheTable) {
     StartSensor();
     MakeSmallFirmware();
@@ -339,7 +339,7 @@ TEST_F(FirmwareTest, NeverDownloadsTheTable) {
     EXPECT_FALSE(form_->Zentrova().WriteAllPending());
 }
 
-// Only a change goes to the sensor: the command is the one write, unless the table held something before.
+// Only changes are sent. The command is the only write, unless the table had another value before.
 TEST_F(FirmwareTest, SendsTheCommandOnceAndKeepsItNot) {
     for (const std::int32_t held : {0, 1, 99}) {
         StartSensor();
@@ -433,7 +433,7 @@ TEST_F(FirmwareTest, AWriteThatTakesTooLongEndsItAtTheSecond) {
     Start();
     InConsole([this](auto &, const Form &ui) {
         ExpectQuestion();
-        // The master is held up behind the question whether the first write may have been lost.
+        // Lets the wait run out while the write is still under way.
         CutWaitShort([this] { return form_->Link().Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite); });
         ExpectFailure(2);
         ui.Press("CommandUpgradeFirmware");
@@ -560,7 +560,7 @@ TEST_F(FirmwareTest, ALoaderThatDoesntAnswerEndsItAtTheFourth) {
         ui.Press("CommandUpgradeFirmware");
         EXPECT_EQ(Status(), QStringLiteral("Failed to put in Boot mode"));
         EXPECT_EQ(console.Console().Boot().Settings().PortHandle, -1);
-        // It waits in its loader, and a further click finds it.
+        // The sensor waits in its loader, and another click finds it there.
         EXPECT_EQ(console.Console().ConnectBootloader(), UpgradeConsole::ConnectOutcome::Connected);
     });
 }
@@ -600,7 +600,7 @@ TEST_F(FirmwareTest, RunAppStartsTheApplication) {
 
 namespace {
 
-// Says yes to each question and keeps what it is told.
+// Answers Yes to each question and records the texts.
 class NotingDialogs : public UserDialogs {
 public:
     BoxAnswer OwnedMessageBox(const QString &text, BoxStyle style, const QString &) override {
@@ -616,7 +616,7 @@ public:
     QStringList told;
 };
 
-// A console on a sensor with little to erase and write, and a line whose answers are waited for more briefly.
+// A console on a sensor with little to erase and write, with a shorter timeout for answers.
 class FaultyUpgradeTest : public testing::Test {
 protected:
     static constexpr int timeoutMs = 120;
@@ -671,7 +671,7 @@ protected:
         sensor_.Command(QStringLiteral("bootclear"));
     }
 
-    // An upgrade with that fault at that exchange, then, the fault being over, a second click.
+    // Runs an upgrade with that fault at that exchange, then clears the fault and clicks again.
     void TryFault(int exchange, const char *fault) {
         SCOPED_TRACE(std::string("exchange ") + std::to_string(exchange) + " " + fault);
         EnterLoader();
@@ -688,7 +688,7 @@ protected:
         }
         if (SaysSuccess()) {
             EXPECT_FALSE(RunsItsLoader());
-            return; // a further try made good for it
+            return; // another try succeeded
         }
         sensor_.Command(QStringLiteral("plug"));
         Upgrade();
@@ -742,7 +742,7 @@ TEST_F(FaultyUpgradeTest, ClaimsNoSuccessWhereEachResetIsLost) {
     link_.SetMbaxp1CommProperties(1, 4, 1, 0);
     EnterLoader();
     OpenConsole();
-    for (int reset = 0; reset < 3; ++reset) { // a question comes behind each
+    for (int reset = 0; reset < 3; ++reset) { // each reset is followed by a version read
         sensor_.Command(QStringLiteral("bootfault %1 deaf").arg(exchanges + 2 * reset));
     }
     Upgrade();
@@ -754,7 +754,7 @@ TEST_F(FaultyUpgradeTest, ClaimsNoSuccessWhereEachResetIsLost) {
     EXPECT_FALSE(RunsItsLoader());
 }
 
-// On a line of its own, and behind an adapter that gives back what is sent.
+// Runs without and with a local echo.
 class FaultAtEachExchangeTest : public FaultyUpgradeTest,
                                 public testing::WithParamInterface<std::tuple<std::string, std::string>> {};
 

@@ -10,7 +10,7 @@
 
 namespace ztv {
 
-// The shipped simulator under a master that isn't ours: mbpoll.
+// Runs the shipped simulator with an independent master, mbpoll.
 class ForeignMasterTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -28,7 +28,7 @@ protected:
         EXPECT_EQ(sensor_.exitCode(), 0);
     }
 
-    // The registers that mbpoll prints, by address.
+    // Parses the registers that mbpoll prints, by address.
     std::vector<int> Poll(const QStringList &what, bool expectGood = true) {
         QProcess mbpoll;
         QStringList arguments{QStringLiteral("-m"), QStringLiteral("rtu"),  QStringLiteral("-a"),

@@ -8,7 +8,7 @@
 
 namespace ztv {
 
-// The same program against a slave that shares no line of code with it.
+// Runs the program against a slave that shares no code with it.
 class ForeignSensorTest : public MainFormTest {
 protected:
     ~ForeignSensorTest() override {

@@ -27,7 +27,7 @@ void Permit(const QString &path, mode_t mode) {
     EXPECT_EQ(chmod(QFile::encodeName(path).constData(), mode), 0) << path.toStdString();
 }
 
-// A small disk of its own, where the machine lets one be mounted.
+// Mounts a small disk for one test, if the machine permits it.
 class SmallDisk {
 public:
     SmallDisk() : mounted_(mount("tmpfs", Name().constData(), "tmpfs", 0, "size=16k") == 0) {}
@@ -57,7 +57,7 @@ QString CouldNotBeOpened() {
 
 } // namespace
 
-// What the machine denies the program, and what the user is told of it.
+// Denies the program what a machine may deny, and checks what the user sees of it.
 class MachineFaultsTest : public SessionTest {
 protected:
     MachineFaultsTest() {
@@ -72,7 +72,7 @@ protected:
             [](const Fault &fault) { ADD_FAILURE() << "fault: " << fault.what(); });
     }
 
-    // Saved under this name, and changed since.
+    // Saves under this name, then changes a value.
     void SaveAndChange(const QString &file) {
         Write(ParamDefines::NearDistance, 1500);
         dialogs_.ExpectSaveFile(file);
@@ -91,7 +91,7 @@ protected:
         return QDir(data_.path() + QStringLiteral("/ZTV Link")).entryList({QStringLiteral("Rescued *.ztv")});
     }
 
-    // The save without a question is told of a fault, which names the file that has the changes.
+    // Expects that a plain save ends in a fatal box that names the file with the changes.
     void ExpectFatalSave(const QString &reason) {
         dialogs_.ExpectTextWith(reason + QStringLiteral("\n\nYour unsaved changes are in the file\n") +
                                     QDir(data_.path()).filePath(QStringLiteral("ZTV Link/Rescued ")),
@@ -243,7 +243,7 @@ TEST_F(MachineFaultsTest, LeavesTheSettingsThatItCantReplaceAsTheyAre) {
                         BoxButtons::YesNo, BoxAnswer::Yes);
         dialogs_.ExpectNotice(QStringLiteral("The settings couldn't be cleared. They are in\n") + file);
         Start(QStringLiteral("/CLEARREG"));
-        EXPECT_EQ(form_->ModbusAddress(), 1); // for this run they are cleared
+        EXPECT_EQ(form_->ModbusAddress(), 1); // cleared for this run
         form_->Link().ModbusAddress(18);
         dialogs_.ExpectNotice(QStringLiteral("The settings couldn't be stored in\n") + file);
         form_->close();
@@ -282,7 +282,7 @@ TEST_F(MachineFaultsTest, GoesOnWithoutAProgramFolder) {
     SaveAndChange(configuration_.filePath(QStringLiteral("line.ztv")));
     EXPECT_TRUE(WaitForPolls(2));
     EXPECT_EQ(sensor_->Register(ParamDefines::NearDistance), changedTo);
-    EXPECT_EQ(FolderForOwnFiles(folder), UserDataFolder()); // where the memory images go then
+    EXPECT_EQ(FolderForOwnFiles(folder), UserDataFolder()); // the folder of the memory images in that case
     EXPECT_EQ(faults_, 0);
 }
 
@@ -332,7 +332,7 @@ TEST_F(MachineFaultsTest, KeepsOffAPortThatAnotherProgramHasAndKeepsItsOwn) {
     const int other = open();
     ASSERT_GE(other, 0);
     ASSERT_EQ(ioctl(other, TIOCEXCL), 0);
-    const AsNobody nobody; // which an administrator's program isn't bound by
+    const AsNobody nobody; // an administrator's program ignores permissions
     dialogs_.ExpectNotice(CouldNotBeOpened());
     GoOnline();
     EXPECT_FALSE(form_->Link().PortIsOpen());

@@ -18,9 +18,9 @@
 
 namespace ztv {
 
-// The search dialog on a line with several simulated sensors, each of which answers at its own address and
-// only at its own line settings. A pseudo terminal tells odd parity from the others, but not even from none:
-// a sensor at either answers at both.
+// Runs the search dialog on a line with several simulated sensors, each with its own address and line
+// settings. A pseudo terminal distinguishes odd parity, but not even from none: a sensor with either answers
+// at both.
 class SearchTest : public testing::Test {
 protected:
     struct SensorAt {
@@ -119,10 +119,10 @@ TEST_F(SearchTest, DoesNotFindASensorThatRefusesOrIsMute) {
 TEST_F(SearchTest, FindsSensorsWhateverTheirSettingsByTryingThemAll) {
     Put({.address = 5, .baud = 2, .parity = 3});
     Put({.address = 6, .baud = 0, .parity = 1});
-    Put({.address = 5, .baud = 4, .parity = 2}); // even, which passes for none here
+    Put({.address = 5, .baud = 4, .parity = 2}); // even, which a pseudo terminal can't distinguish from none
     EXPECT_EQ(Search({.port = 1, .baud = 4, .parityStop = 1}, "5", "6", true),
               (Found{"5 38400 E1", "5 38400 N1", "5 9600 O1", "6 2400 N2"}));
-    // Each heard each of its 20 settings twice over.
+    // Each sensor received a probe of both addresses at each of the 20 settings.
     for (const auto &sensor : sensors_) {
         EXPECT_EQ(sensor->Requests().size(), 40U);
     }

@@ -10,8 +10,8 @@
 
 namespace ztv {
 
-// The whole program against the simulated sensor: the form's own controls at one end of the line, the
-// sensor's registers at the other.
+// Runs the whole program against the simulated sensor: tests use the form's controls at one end of the line
+// and the sensor's registers at the other.
 class SessionTest : public MainFormTest {
 protected:
     using Writes = std::vector<std::pair<int, int>>;
@@ -31,7 +31,7 @@ protected:
         qputenv("ZTVLINK_PORT_1", sensor_->Path().toLocal8Bit());
     }
 
-    // Online by the toolbar and the question about the direction.
+    // Goes online by the toolbar and answers the question about the direction.
     void GoOnline(const char *direction = "Read") {
         WhenDialogOpens([direction](QWidget &dialog) { Form(dialog).Press(direction); });
         Ui().Choose("Toolbar1(Online)");
@@ -44,7 +44,7 @@ protected:
         EXPECT_TRUE(WaitForPolls(1));
     }
 
-    // That many good polls from now on.
+    // Waits for that many good polls.
     bool WaitForPolls(int count) {
         int polls = 0;
         const auto connection =

@@ -38,7 +38,7 @@ TEST_F(SessionTest, ReadsEveryRegisterOfTheSensorInBothAddressingModes) {
         GoOnline();
         EXPECT_TRUE(WaitForPolls(1));
         const std::set<int> moving{31, 32, 35, 38, 45, 46, 47, 48, 60, 61, 79}; // measurements
-        // In mode 0 the poll's range ends one short of the last row.
+        // In mode 0 the poll ends one row before the last.
         const int last = addressing == 1 ? 95 : 94;
         for (int n = 1; n <= last; ++n) {
             if (moving.count(n) == 0) {
@@ -155,7 +155,7 @@ TEST_F(SessionTest, SavesInTheSensor) {
     sensor_->ClearRecords();
     dialogs_.ExpectNotice(QStringLiteral("Parameters saved successfully!"));
     Ui().Choose("Toolbar1(Save ZTV)");
-    Ui().Choose("Toolbar1(Save ZTV)"); // between two polls: the table holds 1 already
+    Ui().Choose("Toolbar1(Save ZTV)"); // between two polls: the table has 1 already
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
     EXPECT_TRUE(WaitUntil([this] { return Value(ParamDefines::SaveCommand) == 0; }));
     EXPECT_EQ(sensor_->Writes(), (Writes{{1, 1}}));
@@ -166,7 +166,8 @@ TEST_F(SessionTest, PollsOnBehindABox) {
     dialogs_.Expect(QStringLiteral("Parameters saved successfully!"), BoxIcon::Exclamation, BoxButtons::Ok,
                     BoxAnswer::Ok, [this] {
                         EXPECT_TRUE(WaitForPolls(2));
-                        Write(ParamDefines::NearDistance, 1700); // from behind the box, with no dead lock
+                        Write(ParamDefines::NearDistance,
+                              1700); // a write while the box is open, without a deadlock
                         EXPECT_TRUE(WaitForPolls(1));
                     });
     Ui().Choose("Toolbar1(Save ZTV)");

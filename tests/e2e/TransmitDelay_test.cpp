@@ -7,10 +7,10 @@
 
 namespace ztv {
 
-// The transmit delay calculator against a sensor: what comes on the wire, in its order.
+// Runs the transmit delay calculator against a sensor and compares the writes in their order on the wire.
 class TransmitDelaySessionTest : public SessionTest {
 protected:
-    // Opens the calculator from the menu, does `work` with it and returns when it is closed.
+    // Opens the calculator from the menu, calls `work` with it and returns when it is closed.
     void WithCalculator(std::function<void(const Form &)> work) {
         bool closed = false;
         WhenDialogOpens([&](QWidget &dialog) {
@@ -35,7 +35,7 @@ protected:
     }
     void ExpectSaved() { dialogs_.ExpectNotice(QStringLiteral("Parameters saved successfully!")); }
 
-    // That these and no other writes come.
+    // Expects exactly these writes.
     void ExpectWrites(const Writes &expected) {
         EXPECT_TRUE(WaitUntil([&] { return sensor_->Writes().size() >= expected.size(); }));
         EXPECT_TRUE(WaitForPolls(2));
@@ -81,7 +81,7 @@ TEST_F(TransmitDelaySessionTest, SavesLastWhenItIsClosedDuringTheWrite) {
     ExpectSaved();
     WithCalculator([this](const Form &ui) {
         Enter(ui, "TextSumOfRanges", "420");
-        // The first word is on its way, and the second one waits for it.
+        // The first word is under way, and the second waits for it.
         QObject::connect(
             &form_->Link(), &LinkSession::TableRefreshed, &ui.Get<QWidget>("CommandClose"),
             [ui] { ui.Get<QAbstractButton>("CommandClose").click(); }, Qt::SingleShotConnection);

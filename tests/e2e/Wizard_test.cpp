@@ -10,10 +10,10 @@
 
 namespace ztv {
 
-// The setup wizard against a sensor, from the button on its tab to the sensor's registers.
+// Runs the setup wizard against a sensor, from the button on its tab to the sensor's registers.
 class WizardTest : public SessionTest {
 protected:
-    // A sensor whose registers hold none of what the wizard will write.
+    // Starts a sensor whose registers differ from everything that the wizard will write.
     void StartOnWizard() {
         StartSensor();
         const std::pair<int, int> registers[] = {{24, 1000}, {25, 30000}, {28, 1111}, {29, 22222}, {33, 111},
@@ -29,13 +29,13 @@ protected:
         sensor_->ClearRecords();
     }
 
-    // Opens the wizard, does `work` with it and returns when it is closed.
+    // Opens the wizard, calls `work` with it and returns when it is closed.
     void RunWizard(const std::function<void(const Form &)> &work) {
         bool came = false;
         WhenDialogOpens([&](QWidget &dialog) {
             EXPECT_EQ(dialog.objectName(), QStringLiteral("frmWizard"));
             work(Form(dialog));
-            EXPECT_FALSE(dialog.isVisible());
+            EXPECT_TRUE(WaitUntil([&dialog] { return !dialog.isVisible(); })); // its writes are sent then
             dialog.close();
             came = true;
         });
@@ -94,7 +94,7 @@ protected:
         EXPECT_TRUE(WaitForPolls(2));
     }
 
-    // At the request that follows that many writes from now on, before the sensor hears it.
+    // Calls `work` at the request after that many writes, before the sensor receives it.
     void AfterWrites(std::size_t count, std::function<void()> work) {
         sensor_->ClearRecords();
         sensor_->OnRequest([this, count, done = false, work = std::move(work)](const QByteArray &) mutable {
@@ -156,7 +156,7 @@ TEST_F(WizardTest, WritesTheVelocityRouteAndSavesIt) {
                                                   {37, 1000},
                                                   {36, 0},
                                                   {1, 1}}));
-    // The tab that shows the outcome follows.
+    // The visible tab shows the outcome.
     Ui().Get<QTabWidget>("TabStrip1").setCurrentIndex(0);
     EXPECT_TRUE(WaitForPolls(1));
     EXPECT_EQ(Value(ParamDefines::NearDistance), 4950);
@@ -201,13 +201,13 @@ TEST_F(WizardTest, ClosesWhenTheSensorFallsSilentInTheMiddleOfItsEnd) {
     StartOnWizard();
     RunWizard([this](const Form &wizard) {
         TakeDistanceRoute(wizard);
-        // Each write from then on fails by itself.
+        // Each later write fails separately.
         for (int write = 3; write <= 8; ++write) {
             dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
         }
         AfterWrites(2, [this] { sensor_->Execute(QStringLiteral("mute on")); });
         wizard.Press("cmdNav(4)");
-        EXPECT_FALSE(wizard.Get<QWidget>("picNav").window()->isVisible());
+        EXPECT_TRUE(WaitUntil([&] { return !wizard.Get<QWidget>("picNav").window()->isVisible(); }, 20'000));
     });
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
     sensor_->Execute(QStringLiteral("mute off"));
@@ -225,7 +225,7 @@ TEST_F(WizardTest, ClosesWhenTheLinkIsClosedInTheMiddleOfItsEnd) {
         wizard.Press("cmdNav(4)");
     });
     EXPECT_FALSE(Ui().Enabled("cmdStartWizard"));
-    EXPECT_EQ(Value(ParamDefines::MaxRange), 20500); // in the table alone
+    EXPECT_EQ(Value(ParamDefines::MaxRange), 20500); // in the table only
     EXPECT_EQ(sensor_->Register(ParamDefines::MaxRange), 42000);
 }
 
@@ -236,7 +236,7 @@ TEST_F(WizardTest, CanBeStartedOnlineOnly) {
     EXPECT_FALSE(Ui().Enabled("cmdStartWizard"));
     GoOnline();
     EXPECT_TRUE(Ui().Enabled("cmdStartWizard"));
-    // A press that comes before the link ends opens nothing after it.
+    // A press from before the link ended must open nothing afterwards.
     Ui().Get<QAbstractButton>("cmdStartWizard").click();
     form_->GoOffline();
     Settle();

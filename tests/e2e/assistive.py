@@ -1,5 +1,5 @@
-"""What an assistive client does with the program on the accessibility bus: finds controls by what is read out of
-them, presses them, reads their values."""
+"""Operates the program through the accessibility bus, as an assistive client does: finds controls by their accessible
+names, presses them, reads their values."""
 
 import os
 import sys
@@ -19,7 +19,7 @@ def wait_for(what, probe):
         try:
             found = probe()
         except gi.repository.GLib.GError:
-            found = None  # an object went away while it was looked at
+            found = None  # an object disappeared during the search
         if found:
             return found
         time.sleep(0.05)
@@ -73,5 +73,5 @@ def status():
 
 
 def environment(**more):
-    """That of a program which is to be on the bus."""
+    """The environment of a program that is to appear on the bus."""
     return dict(os.environ, QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **more)

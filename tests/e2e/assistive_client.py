@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""An assistive client on the accessibility bus: finds the program's controls by what is read out of them, goes
-online, reads each value, changes the tab and leaves, as somebody does who doesn't see the screen.
+"""Uses the program through the accessibility bus, as a user who can't see the screen does: finds the controls by their
+accessible names, goes online, reads each value, changes the tab and exits.
 
 usage: assistive_client.py BIN_DIR, within an X display and a session bus of its own"""
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Gives an assistive client a display and a session bus of its own: assistive_client.sh BIN_DIR [CLIENT.py]
+# Runs an assistive client with a display server and a session bus of its own: assistive_client.sh BIN_DIR [CLIENT.py]
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 runtime=$(mktemp -d)

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Opens settings files by their type alone, on a desktop where the program is installed, and finds the program with
-their values. The user's own folders are left without a trace of it.
+"""Opens settings files by their type alone, on a desktop where the program is installed, and checks that
+the program shows their values. It must leave nothing in the user's own folders.
 
 usage: file_type_client.py PROGRAM_FOLDER, within an X display and a session bus of its own, and an empty HOME.
-Prints the files of the running program that hold code, one a line."""
+Prints the files of code that the running program has loaded, one a line."""
 
 import os
 import pathlib

@@ -66,7 +66,7 @@ protected:
         differingLines_ = image.differingLines;
         return image.result;
     }
-    // Verifying finds another byte in the line at that address.
+    // Makes the verification find a different byte in the line at that address.
     void SpoilLineAt(std::uint32_t address) {
         loader_.instead = [address](const QByteArray &packet, QByteArray answer) {
             const bool isIt = static_cast<std::uint8_t>(packet.at(2)) == (address & 0xFF) &&
@@ -81,7 +81,7 @@ protected:
     QTemporaryDir folder_;
     FakeLoader loader_;
     BootComm comm_{loader_.Opener()};
-    int differingLines_ = -1; // of the last Write
+    int differingLines_ = -1; // from the last Write
     int yields_ = 0;
     std::function<void()> onYield_;
     QStringList words_;
@@ -161,7 +161,7 @@ TEST_F(BootCommTest, AsksOnceWhetherTheLoaderIsSilent) {
 
 namespace {
 
-// Moves nothing and reports no error.
+// Transfers nothing and reports no error.
 class IdleLibrary : public BootLibrary {
 public:
     using BootLibrary::BootLibrary;
@@ -357,7 +357,8 @@ TEST_F(BootCommTest, AnAbortEndsAnErase) {
 }
 
 TEST_F(BootCommTest, WritesAndVerifiesEachLine) {
-    MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 0x40) + " \r\n"); // both forms of a line
+    MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 0x40) +
+              " \r\n"); // without and with the blank of an import
     EXPECT_EQ(Write(), TransferResult::Finished);
     const std::vector<QByteArray> expected = {
         Bytes("02 02 00 08 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10"),
@@ -405,7 +406,7 @@ TEST_F(BootCommTest, AMismatchOnTheLastLineIsReported) {
     MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 2) + " \r\n");
     SpoilLineAt(0x810);
     EXPECT_EQ(Write(), TransferResult::VerifyFailed);
-    EXPECT_EQ(ContentOf(Path("ERROR.MCP")), Line(0x810, 2) + " \r\n"); // as it was read
+    EXPECT_EQ(ContentOf(Path("ERROR.MCP")), Line(0x810, 2) + " \r\n"); // as read from the device
     EXPECT_EQ(words_.last(), QStringLiteral("Writing: 2064"));
 }
 
@@ -417,7 +418,7 @@ TEST_F(BootCommTest, AMismatchOnAnEarlierLineIsOnlyKeptInTheErrorFile) {
     EXPECT_EQ(ContentOf(Path("ERROR.MCP")), Line(0x810, 2) + "\r\n");
     loader_.instead = {};
     EXPECT_EQ(Write(), TransferResult::Finished);
-    EXPECT_EQ(ContentOf(Path("ERROR.MCP")), QByteArray()); // each write begins it anew
+    EXPECT_EQ(ContentOf(Path("ERROR.MCP")), QByteArray()); // each write begins a new file
 }
 
 TEST_F(BootCommTest, CountsEveryLineThatDiffers) {
@@ -435,7 +436,7 @@ TEST_F(BootCommTest, CountsEveryLineThatDiffers) {
     spoil({});
     EXPECT_EQ(Write(), TransferResult::Finished);
     EXPECT_EQ(differingLines_, 0);
-    spoil({0, 1}); // the result is that of the last line
+    spoil({0, 1}); // the result of the last line
     EXPECT_EQ(Write(), TransferResult::Finished);
     EXPECT_EQ(differingLines_, 2);
     spoil({0, 2});
@@ -501,7 +502,7 @@ TEST_F(BootCommTest, AnImageThatChangesUnderAWriteEndsIt) {
     for (const QByteArray &other : {QByteArray(), Line(0x900, 7) + "\r\n", QByteArray(500, 'x')}) {
         MakeImage(Line(0x800, 1) + "\r\n" + Line(0x810, 2) + "\r\n" + Line(0x820, 3) + "\r\n");
         yields_ = 0;
-        onYield_ = [this, other] { // as a command that is given meanwhile may do
+        onYield_ = [this, other] { // as another command may do meanwhile
             if (yields_ == 2) {
                 MakeImage(other);
             }
@@ -512,7 +513,7 @@ TEST_F(BootCommTest, AnImageThatChangesUnderAWriteEndsIt) {
     }
 }
 
-// Such as an import that is started meanwhile: its image isn't mixed with the device's lines.
+// For example, an import during the read: its image must not be mixed with the device's lines.
 TEST_F(BootCommTest, AnImageThatChangesUnderAReadEndsIt) {
     for (const bool aborts : {false, true}) {
         for (const int round : {2, 200}) { // before and after the first lines are on the disk
@@ -562,7 +563,7 @@ TEST_F(BootCommTest, GoesByTheSettings) {
     loader_.packets.clear();
     EXPECT_EQ(comm_.EraseRegion(0x800, 0x8FF), TransferResult::Finished);
     EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{Bytes("03 01 00 08 00"), Bytes("03 01 80 08 00")}));
-    EXPECT_GE(loader_.longestWaitMs, 990); // the timeout, and the time on the line
+    EXPECT_GE(loader_.longestWaitMs, 990); // the timeout plus the time on the line
     EXPECT_LT(loader_.longestWaitMs, 2000);
     comm_.ClosePort();
     settings.TimeoutMs = 7000;

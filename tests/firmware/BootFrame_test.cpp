@@ -14,7 +14,7 @@ QByteArray Bytes(const char *hex) {
 
 using State = BootFrame::Reader::State;
 
-// The state after the last byte that was taken; what comes behind the end isn't.
+// Feeds bytes until the frame is decided and returns the state; later bytes aren't fed.
 State Feed(BootFrame::Reader &reader, const QByteArray &bytes) {
     State state = State::Open;
     for (const char byte : bytes) {
@@ -29,7 +29,7 @@ struct KnownFrame {
     const char *frame;
 };
 
-// Worked out by hand.
+// Computed by hand.
 constexpr KnownFrame knownFrames[] = {
     {"version read", "00 02", "0F 0F 00 02 FE 04"},
     {"version answer", "00 02 01 03", "0F 0F 00 02 01 03 FA 04"},

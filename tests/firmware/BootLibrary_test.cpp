@@ -17,19 +17,19 @@ QByteArray Bytes(const char *hex) {
     return QByteArray::fromHex(hex);
 }
 
-// A line whose far end answers as a script says, without taking any time for it.
+// A line whose far end answers by a script, in no time.
 class FakeLine : public BootLine {
 public:
     struct Far {
         std::vector<QByteArray> sent; // frames
         std::deque<QByteArray> answers;
-        std::vector<int> waits; // for an answer, milliseconds
-        int silences = 0;       // waits for a line that falls silent
-        bool refuses = false;   // to take bytes
+        std::vector<int> waits; // waits for an answer, in milliseconds
+        int silences = 0;       // number of waits for silence on the line
+        bool refuses = false;   // refuses to send
         bool gone = false;
-        QByteArray early;   // what has come before a frame is sent
-        QByteArray babbles; // what comes again and again
-        // The bytes that the adapter gives back of a frame, before the answer.
+        QByteArray early;   // received before a frame is sent
+        QByteArray babbles; // received again and again
+        // The bytes of a frame that the adapter gives back, before the answer.
         std::function<QByteArray(const QByteArray &)> echo = [](auto &) { return QByteArray(); };
         qsizetype piece = 1000; // the most bytes that come at once
     };
@@ -139,7 +139,7 @@ TEST_F(BootLibraryTest, NothingWorksOnAClosedPortOrWithAnotherHandle) {
     EXPECT_EQ(library_.VerifyPIC(handle_, record_, buffer_), BootResult::NotOpen);
     Open();
     EXPECT_EQ(library_.ReadPIC(handle_ - 1, record_, buffer_), BootResult::NotOpen);
-    library_.ClosePIC(handle_ - 1); // closes nothing
+    library_.ClosePIC(handle_ - 1); // another handle: closes nothing
     Answer("00 02 05 01");
     EXPECT_EQ(SendVersionRead(), 4);
 }
@@ -198,11 +198,11 @@ TEST_F(BootLibraryTest, AGoodAnswerToALaterTryCounts) {
     far_.answers.push_back(Bytes("0F 0F 00 02 00 01 FE 04")); // damaged
     Answer("03");                                             // another's
     EXPECT_EQ(SendVersionRead(3), BootResult::UnexpectedAnswer);
-    EXPECT_EQ(far_.silences, 3); // what may still come to these tries isn't to be taken for the next
+    EXPECT_EQ(far_.silences, 3); // or late answers to these tries would be taken for the next packet's
     far_.answers.push_back({});
     Answer("00 02 00 01");
     EXPECT_EQ(SendVersionRead(3), 4);
-    EXPECT_EQ(far_.silences, 5); // also after the one that succeeded
+    EXPECT_EQ(far_.silences, 5); // also after the try that succeeded
 }
 
 TEST_F(BootLibraryTest, TellsFailuresApart) {
@@ -259,7 +259,7 @@ TEST_F(BootLibraryTest, DoesntTryAgainOnALineThatIsGoneButLooksForItNextTime) {
     far_.gone = far_.refuses = false;
     openedRate_ = 0;
     Answer("00 02 05 01");
-    EXPECT_EQ(SendVersionRead(), 4); // with the handle that it had
+    EXPECT_EQ(SendVersionRead(), 4); // with the old handle
     EXPECT_EQ(openedPort_, QByteArray("COM3"));
     EXPECT_EQ(openedRate_, 38400);
     library_.ClosePIC(handle_);
@@ -360,7 +360,7 @@ QByteArray Copy(const QByteArray &frame) {
 
 } // namespace
 
-// A line that gives back what is sent, as an adapter for two wires may.
+// A line with a local echo, as a two-wire adapter may have.
 class BootLibraryEchoTest : public BootLibraryTest {
 protected:
     BootLibraryEchoTest() {
@@ -368,7 +368,7 @@ protected:
         Open();
         buffer_.fill(0x5A);
     }
-    // Has the library see that the line gives back.
+    // Lets the library detect the echo.
     void ShowEcho() {
         Answer("00 02 05 01");
         ASSERT_EQ(SendVersionRead(1), 4);
@@ -388,7 +388,7 @@ protected:
         record_.Retries = tries;
         return library_.VerifyPIC(handle_, record_, buffer_);
     }
-    // One try each, with its answer behind the echo.
+    // Each command needs one try; its answer follows the echo.
     void ExpectAllWork() {
         ShowEcho();
         Answer("03");
@@ -437,7 +437,7 @@ TEST_F(BootLibraryEchoTest, SeesItAtAnyFirstExchange) {
     EXPECT_EQ(far_.sent.size(), 3u);
 }
 
-// An answer may be what was sent: only the second copy can be it.
+// An answer may equal what was sent. Then only the second copy can be the answer.
 TEST_F(BootLibraryEchoTest, TakesOutOneCopyAndNoMore) {
     ShowEcho();
     packet_ = {3};
@@ -500,7 +500,8 @@ TEST_F(BootLibraryEchoTest, ADamagedAnswerBehindALostEchoIsAskedForAgain) {
     EXPECT_EQ(Write(2), 16);
 }
 
-// Whichever bit it is, the answer is found, if not at once then by the next try; and none is made up.
+// Damages each bit of the echo in turn. The answer must be found, by the next try at the latest, and none may
+// be invented.
 TEST_F(BootLibraryEchoTest, ADamagedEchoIsNoAnswerAndHidesNoneForLong) {
     ShowEcho();
     const qsizetype bits = BootFrame::Encode(Bytes("02 02 04 05 0F") + QByteArray(16, 0x5A)).size() * 8;

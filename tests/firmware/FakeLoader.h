@@ -13,11 +13,11 @@
 
 namespace ztv {
 
-// A boot loader that answers each packet at once, out of a memory that takes whatever is written. A packet
-// can be given another answer, or none.
+// A boot loader that answers each packet at once and accepts every write to its memory. Tests can replace the
+// answer to a packet, or suppress it.
 class FakeLoader {
 public:
-    // Opens the port; keep the loader as long as the line.
+    // Opens the port. REQUIRES: the loader outlives the line.
     OpenBootLine Opener() {
         return [this](const QByteArray &portName, std::int32_t bitRate) -> std::unique_ptr<BootLine> {
             openedPorts.emplace_back(portName, bitRate);
@@ -26,17 +26,17 @@ public:
     }
 
     std::vector<std::pair<QByteArray, std::int32_t>> openedPorts;
-    std::vector<QByteArray> packets; // every try
+    std::vector<QByteArray> packets; // each try
     bool opens = true;
     bool answers = true;
-    bool restarted = false; // into the application, which answers nothing
+    bool restarted = false; // runs the application, which doesn't answer
     int resetsToLose = 0;
     bool closed = false;
-    bool gone = false;     // the device behind the port; `opens` tells whether it can be opened again
+    bool gone = false;     // the device is unplugged; `opens` says whether the port can be opened again
     int longestWaitMs = 0; // for an answer
-    std::map<std::uint32_t, std::uint8_t> program; // what isn't there reads as 0xFF
+    std::map<std::uint32_t, std::uint8_t> program; // a missing byte reads as 0xFF
     std::map<std::uint32_t, std::uint8_t> eeprom;
-    // The answer to a packet; an empty one is none.
+    // Gives the answer to a packet; empty: no answer.
     std::function<QByteArray(const QByteArray &packet, const QByteArray &usual)> instead;
 
 private:

@@ -1,4 +1,4 @@
-// Hex files and images of all kinds, and other programs' readings of the same files.
+// Compares many hex files and images with what other programs read from the same files.
 
 #include "firmware/HexFileAccess.h"
 #include "support/Fault.h"
@@ -24,7 +24,7 @@ struct Converter {
     QStringList (*arguments)(const QString &hexFile, const QString &records);
 };
 
-// Both write Motorola's records, in which nothing but the addresses and bytes is the same as in ours.
+// Both write Motorola records, a format that shares only addresses and bytes with Intel's.
 const Converter converters[] = {
     {QStringLiteral("srec_cat"),
      [](const QString &hexFile, const QString &records) {
@@ -137,7 +137,7 @@ protected:
         return MapOfMotorolaRecords(ReadFile(records));
     }
 
-    // What an import made can be exported, is a good file, and comes back the same.
+    // Exports the imported images. The file must be valid, and importing it must give the same images.
     void ExpectRoundTrip() {
         const QString path = folder_.Path("out.hex");
         const std::array<QByteArray, 4> images = folder_.Images();
@@ -184,7 +184,7 @@ TEST_F(HexCorpusTest, TakesEveryGoodFile) {
             ++faults;
         }
     }
-    // 15 lengths past 240 at 5 offsets, and those that are dropped where they pass the work buffer.
+    // 15 lengths above 240 at 5 offsets, and those that don't fit the work buffer.
     EXPECT_EQ(faults, 15 * 5 + 12 + 13);
 }
 

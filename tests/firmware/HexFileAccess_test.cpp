@@ -21,7 +21,7 @@ QByteArray Digits(int value, int width) {
     return QByteArray::number(value, 16).toUpper().rightJustified(width, '0');
 }
 
-// A record with a good checksum.
+// Makes a record with a good checksum.
 QByteArray Record(int type, int address, const QByteArray &data) {
     QByteArray bytes;
     bytes.append(static_cast<char>(data.size()));
@@ -49,13 +49,13 @@ QByteArray Counted(int count, int first = 0) {
     return bytes;
 }
 
-// A line of an image, 0xFF where the bytes end; each byte has a blank behind it, as the import writes it.
+// A line of an image, filled with 0xFF; each byte is followed by a blank, as the import writes it.
 QByteArray ImageLine(int address, QByteArray bytes) {
     bytes.append(16 - bytes.size(), '\xFF');
     return Digits(address, 6) + ' ' + bytes.toHex(' ').toUpper() + " \r\n";
 }
 
-// The most memory that this process has held so far.
+// The peak memory of this process so far.
 qint64 MostResidentBytes() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
@@ -132,7 +132,7 @@ protected:
         return ReadFile(folder_.Path("out.hex"));
     }
 
-    // The fault of a call must name the file.
+    // Expects that a call raises a fault that names the file.
     template <typename Call>
     static void ExpectFault(const QString &path, Call call) {
         try {
@@ -168,7 +168,7 @@ TEST_F(HexFileAccessTest, ImportAnswersWithTheCodeOfTheCheckAndTouchesNothingUnl
 }
 
 TEST_F(HexFileAccessTest, TakesASumOf32767AndNoMore) {
-    // Of a record of 250 bytes, which adds its length to the sum.
+    // The length of a record of 250 bytes is part of its sum.
     const auto recordOfSum = [](int sum) {
         int rest = sum - 250;
         QByteArray text = ":FA000000";
@@ -220,7 +220,7 @@ TEST_F(HexFileAccessTest, AFileThatCantBeReadOnceItIsOpenIsAFailure) {
 }
 
 TEST_F(HexFileAccessTest, JudgesAHugeLineWithoutKeepingIt) {
-    // A record with nothing in it and zero bytes behind it, of which no disk holds any.
+    // A sparse file: a colon, then zero bytes that occupy no disk space.
     constexpr qint64 mebibyte = 1024 * 1024;
     const QString path = Hex(":");
     ASSERT_TRUE(QFile::resize(path, 256 * mebibyte));
@@ -286,7 +286,7 @@ TEST_F(HexFileAccessTest, KeepsTheUpperWordUntilTheNext) {
 
 TEST_F(HexFileAccessTest, ReadsWhatTheUpperWordLacksAsItsLeadingDigits) {
     EXPECT_EQ(Import(":01000004FB\r\n" + Record(0, 0x10, "a") + end), goodFile);
-    EXPECT_EQ(folder_.Images(), (std::array<QByteArray, 4>{})); // the checksum stands where the word is
+    EXPECT_EQ(folder_.Images(), (std::array<QByteArray, 4>{})); // the checksum is in the place of the word
     EXPECT_EQ(Import(":0200000400xxFA\r\n" + Record(0, 0x10, "a") + end), goodFile);
     EXPECT_EQ(folder_.Program(), ImageLine(0x000010, "a"));
 }

@@ -45,7 +45,7 @@ private:
     BootSettings settings_;
 };
 
-// What an import never leaves.
+// Contents that an import never produces.
 inline std::array<QByteArray, 4> OldImages() {
     return {"old program", "old EEPROM", "old ids", "old configuration"};
 }

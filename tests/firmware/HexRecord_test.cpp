@@ -8,7 +8,7 @@ namespace ztv {
 
 namespace {
 
-// Checksums that the format's description and others' files give.
+// Checksums from the format's description and from files of other programs.
 struct KnownChecksum {
     const char *text;
     int groups;

@@ -87,7 +87,7 @@ TEST_F(TextFileReaderTest, TakesManyLinesOfEveryLength) {
 }
 
 TEST_F(TextFileReaderTest, JudgesNoMoreOfALineThanItsStart) {
-    // A sparse file that takes minutes to read.
+    // A sparse file that would take minutes to read.
     QFile file(path_);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     ASSERT_TRUE(file.resize(Q_INT64_C(1) << 40));
@@ -121,7 +121,7 @@ TEST_F(TextFileReaderTest, RefusesAFileThatMayNotBeRead) {
 }
 
 TEST_F(TextFileReaderTest, SaysWhenReadingFails) {
-    const QString path = QStringLiteral("/proc/self/mem"); // nothing is mapped at its start
+    const QString path = QStringLiteral("/proc/self/mem"); // its start isn't mapped
     TextFileReader reader(path, 10);
     EXPECT_THROW(reader.AtEnd(), Fault);
 }

@@ -92,7 +92,7 @@ TEST_F(TextFileWriterTest, SaysWhenTheFileCantBeClosed) {
     const int lowest = dup(STDIN_FILENO); // the one that the file gets
     ASSERT_EQ(close(lowest), 0);
     TextFileWriter writer(path_);
-    ASSERT_EQ(close(lowest), 0); // so that the system refuses, as it does when a network drive is full
+    ASSERT_EQ(close(lowest), 0); // so that the system refuses the write, as on a full network drive
     try {
         writer.Close();
         FAIL() << "it is closed";

@@ -12,7 +12,7 @@ TEST(TimeLeftTest, FollowsThePaceSoFar) {
     EXPECT_EQ(TimeLeft(10000, 0.1), QStringLiteral("1 min 30 s left"));
     EXPECT_EQ(TimeLeft(1000, 1.0 / 61), QStringLiteral("1 min 0 s left"));
     EXPECT_EQ(TimeLeft(50000, 1), QStringLiteral("0 s left"));
-    EXPECT_EQ(TimeLeft(10000, 0.999), QStringLiteral("1 s left")); // never none too early
+    EXPECT_EQ(TimeLeft(10000, 0.999), QStringLiteral("1 s left")); // reaches 0 only at the end
 }
 
 TEST(TimeLeftTest, IsNotGuessedFromNothing) {

@@ -20,7 +20,7 @@ using RunApp = UpgradeConsole::RunOutcome;
 
 constexpr auto goodHexFile = ":10080000000102030405060708090A0B0C0D0E0F70\r\n:00000001FF\r\n";
 
-// The console and the upgrade as a program without a window would use them.
+// Uses the console and the upgrade as a program without a window would.
 class UpgradeOutcomeTest : public testing::Test {
 protected:
     UpgradeOutcomeTest() {
@@ -54,7 +54,7 @@ protected:
             return answer;
         };
     }
-    // Verifying finds another byte in every line.
+    // Makes the verification find a different byte in every line.
     void SpoilWhatIsRead() {
         loader_.instead = [](const QByteArray &packet, QByteArray answer) {
             if (packet.at(0) == BootCommand::ReadProgram) {
@@ -63,7 +63,7 @@ protected:
             return answer;
         };
     }
-    // The waits of the upgrade last ten seconds. The next one is over at once.
+    // Ends the upgrade's next wait, of ten seconds, at once.
     void CutWaitShort() {
         auto *timer = upgrade_.findChild<QTimer *>(QStringLiteral("TimerTimeout"));
         auto *watch = new QTimer(&upgrade_);
@@ -136,7 +136,7 @@ TEST_F(UpgradeOutcomeTest, TransfersSayWhatEndedThem) {
     EXPECT_EQ(console_.ReadDevice(), TransferResult::Aborted);
     DontAnswer(BootCommand::EraseProgram);
     EXPECT_EQ(console_.EraseDevice(), TransferResult{BootResult::NoAnswer});
-    DontAnswer(BootCommand::ReadEeprom); // the regions after it are read
+    DontAnswer(BootCommand::ReadEeprom); // the later regions are read
     EXPECT_EQ(console_.ReadDevice(), TransferResult{BootResult::NoAnswer});
     EXPECT_EQ(word_, QStringLiteral("Finished operation..."));
 }
@@ -211,7 +211,7 @@ TEST_F(UpgradeOutcomeTest, AnUpgradeSaysThatItsFileIsBad) {
     EXPECT_EQ(Upgrade(), UpgradeOutcome::BadFirmware);
     Make("firmware.hex", "hello\r\n");
     EXPECT_EQ(Upgrade(), UpgradeOutcome::BadFirmware);
-    loader_.answers = false; // before a running sensor is sent anything
+    loader_.answers = false; // before anything is sent to a running sensor
     EXPECT_EQ(Upgrade(), UpgradeOutcome::BadFirmware);
 }
 

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Makes INHEX32 files and memory images, good and broken ones, the same at every call: hex_corpus.py FOLDER
-  FOLDER/padded   good files, each 16-byte block of which comes from one record: other programs read them alike
-  FOLDER/good     more good files, which other programs refuse or read otherwise
-  FOLDER/broken   files whose names start with the code that their check must give
-  FOLDER/garbage  damaged files and noise, of any code
-  FOLDER/images   what might stand where a memory image should"""
+"""Makes good and broken INHEX32 files and memory images, the same ones in every run: hex_corpus.py FOLDER
+  FOLDER/padded   good files with at most one record for each 16-byte block, which other programs read alike
+  FOLDER/good     more good files, which other programs reject or read differently
+  FOLDER/broken   files whose names start with the code that the check must return
+  FOLDER/garbage  damaged files and noise, with any code
+  FOLDER/images   good and bad contents for a memory image"""
 
 import pathlib
 import random
@@ -31,7 +31,7 @@ def noise(count):
 
 
 def small(count):
-    """Bytes whose sum stays low."""
+    """Bytes with a low sum."""
     return bytes(numbers.randrange(100) for _ in range(count))
 
 
@@ -40,18 +40,18 @@ def text(lines, end="\r\n", last=True):
 
 
 def program(length=16, count=512, start=0x0800):
-    """Records of one length, one behind the other."""
+    """Consecutive records of one length."""
     return [upper_word(0)] + [record(0, start + n * length, noise(length)) for n in range(count)]
 
 
 def padded_record(block):
-    """A record that doesn't leave its block of 16 bytes."""
+    """A record within one block of 16 bytes."""
     offset = numbers.randrange(16)
     return record(0, block * 16 + offset, noise(numbers.randint(1, 16 - offset)))
 
 
 def scattered(long_records):
-    """Blocks of every region, in no order."""
+    """Blocks of every region, in random order."""
     lines = []
     for word in numbers.sample(UPPER_WORDS, len(UPPER_WORDS)):
         lines.append(upper_word(word))
@@ -157,7 +157,7 @@ def garbage():
         yield f"cut_{n}", whole[numbers.randrange(len(whole)) :]
         yield f"noise_{n}", b":" + noise(numbers.randrange(2000))
         yield f"digits_{n}", b":" + bytes(numbers.choices(b"0123456789ABCDEF", k=numbers.randrange(1500)))
-    # Good checksums around everything else, so that the import itself gets to see it.
+    # Random records with good checksums, so that they pass the check and reach the import.
     for n in range(150):
         lines = []
         for _ in range(numbers.randrange(12)):

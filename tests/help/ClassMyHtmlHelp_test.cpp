@@ -43,7 +43,7 @@ TEST_F(ClassMyHtmlHelpTest, ShowsATopicByItsNumber) {
 TEST_F(ClassMyHtmlHelpTest, ShowsATopicByItsAddress) {
     help_.HHDisplayTopicURL(77, QStringLiteral("basic.html"));
     ExpectCalls({{77, file_, HelpCommand::DisplayTopic, QStringLiteral("basic.html")}});
-    help_.HHDisplayTopicURL(77, 12); // as text, whatever it is
+    help_.HHDisplayTopicURL(77, 12); // as text, whatever its type
     ExpectCalls({{77, file_, HelpCommand::DisplayTopic, QStringLiteral("12")}});
 }
 

@@ -34,7 +34,7 @@ inline constexpr Desktop light{"light", false, 1};
 inline constexpr Desktop dark{"dark", true, 1};
 inline constexpr Desktop largeFont{"large font", false, 1.5};
 
-// The desktop of one test; afterwards the one before is back.
+// Sets the desktop of one test; the destructor restores the previous one.
 class OnDesktop {
 public:
     explicit OnDesktop(const Desktop &desktop) {
@@ -57,14 +57,15 @@ private:
     QFont font_ = QApplication::font();
 };
 
-// All forms of the program, for what must hold of each of them.
+// Opens all forms of the program, for rules that apply to each.
 class AllFormsTest : public MainFormTest {
 protected:
     HelpEngine &Engine() override { return viewer_; }
 
     using Visit = std::function<void(QWidget &form, const QString &name)>;
 
-    // Builds the forms on that desktop and calls visit for each, in each of its states, while it shows.
+    // Builds the forms on that desktop and calls `visit` for each of them, in each of its states, while it is
+    // visible.
     void VisitForms(const Desktop &desktop, const Visit &visit) {
         const OnDesktop here(desktop);
         const QString on = QLatin1String(desktop.name) + QStringLiteral(", ");
@@ -137,7 +138,7 @@ private:
         ui.Press(("CommandRecordDistance(" + std::to_string(place) + ')').c_str());
     }
 
-    // Each step, by both ways.
+    // Each step of both routes.
     void VisitWizard(const QString &on, const Visit &visit) {
         for (const bool distance : {true, false}) {
             frmWizard wizard(form_->Zentrova(), dialogs_, form_->hHelp());

@@ -6,7 +6,7 @@
 
 namespace ztv {
 
-// Permissions don't bind root: while this lives, one who runs the tests as root is nobody.
+// Runs the test as user "nobody" while it exists, if root runs the tests: root ignores permissions.
 class AsNobody {
 public:
     AsNobody() : root_(geteuid() == 0) {
@@ -19,7 +19,7 @@ public:
         if (root_) {
             EXPECT_EQ(setresuid(0, 0, 0), 0);
             EXPECT_EQ(setresgid(0, 0, 0), 0);
-            prctl(PR_SET_DUMPABLE, 1); // which the search for leaks needs
+            prctl(PR_SET_DUMPABLE, 1); // required by the leak sanitizer
         }
     }
     AsNobody(const AsNobody &) = delete;

@@ -5,7 +5,7 @@
 
 namespace ztv {
 
-// Sets a variable of the environment for as long as it lives.
+// Sets an environment variable; the destructor restores it.
 class EnvironmentVariable {
 public:
     EnvironmentVariable(const char *name, const QString &value)

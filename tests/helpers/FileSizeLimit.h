@@ -5,7 +5,7 @@
 
 namespace ztv {
 
-// As a full disk does, lets a file take so many bytes and no more.
+// Limits the size of files, as a full disk does.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t bytes) : previousHandler_(std::signal(SIGXFSZ, SIG_IGN)) {

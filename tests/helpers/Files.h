@@ -16,13 +16,13 @@ inline void WriteFile(const QString &path, const QByteArray &content) {
     EXPECT_EQ(file.write(content), content.size());
 }
 
-// Writes a program that a shell runs.
+// Writes a shell script and makes it executable.
 inline void WriteScript(const QString &path, const QByteArray &commands) {
     WriteFile(path, "#!/bin/sh\n" + commands);
     QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
-// The content of a file; empty when there is none.
+// The content of a file; empty if it doesn't exist.
 inline QByteArray ReadFile(const QString &path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

@@ -8,8 +8,8 @@
 
 namespace ztv {
 
-// Drives a form by the names of its controls, as a person does with mouse and keyboard. A name that isn't
-// there fails the test with the list of those that are.
+// Operates a form by the names of its controls, as a user does with mouse and keyboard. An unknown name fails
+// the test and lists the known ones.
 class Form {
 public:
     explicit Form(QWidget &window) : window_(window) {}
@@ -25,8 +25,8 @@ public:
 
     void Press(const char *buttonName) const;
     void Choose(const char *actionName) const;
-    QString Text(const char *name) const; // of a label, a box, a button
-    bool Enabled(const char *name) const; // of a widget or an action
+    QString Text(const char *name) const; // for a label, a box or a button
+    bool Enabled(const char *name) const; // for a widget or an action
 
 private:
     [[noreturn]] void FailOnMiss(const char *name) const;

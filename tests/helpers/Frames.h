@@ -11,7 +11,7 @@ inline QByteArray Hex(const char *text) {
     return QByteArray::fromHex(text);
 }
 
-// The bytes with their CRC behind them.
+// The bytes followed by their CRC.
 inline QByteArray WithCrc(QByteArray bytes) {
     const std::uint16_t crc = ModbusFrame::Crc(bytes);
     bytes.append(static_cast<char>(crc & 0xFF));

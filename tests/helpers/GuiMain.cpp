@@ -7,7 +7,7 @@
 using namespace ztv;
 
 int main(int argc, char *argv[]) {
-    QTemporaryDir folder; // nothing of the user's own is read or written
+    QTemporaryDir folder; // keeps the user's own files out of the tests
     qputenv("XDG_CONFIG_HOME", folder.path().toLocal8Bit());
     qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit());
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {

@@ -8,12 +8,12 @@
 
 namespace ztv {
 
-// The help of a form that is tried by itself, with what was asked of it.
+// The help of a single form under test; records the requests.
 class HelpOfForm {
 public:
     operator ClassMyHtmlHelp &() { return help_; }
 
-    // A form asked for its topic, and for nothing else since the last look.
+    // Whether `form` asked for that topic, and nothing else was asked since the last call.
     bool WasAskedFor(std::int32_t number, const QWidget &form) {
         return engine_.Take() ==
                std::vector{HelpCall{form.effectiveWinId(), QString(), HelpCommand::Context, number}};

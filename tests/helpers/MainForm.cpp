@@ -9,7 +9,7 @@ void WhenDialogOpens(std::function<void(QWidget &)> work) {
     constexpr int pulseMs = 1;
     QTimer::singleShot(pulseMs, qApp, [work = std::move(work)] {
         QWidget *dialog = QApplication::activeModalWidget();
-        // Until it is active, it has no focus and its mnemonics don't work.
+        // An inactive window has no focus, and its mnemonics don't work.
         if (dialog != nullptr && dialog->isActiveWindow()) {
             work(*dialog);
         } else {

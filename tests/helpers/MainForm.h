@@ -18,7 +18,7 @@
 
 namespace ztv {
 
-// The main form in dependencies of its own: settings, boxes, presets.
+// Runs the main form with test dependencies: settings, boxes, presets.
 class MainFormTest : public testing::Test {
 protected:
     MainFormTest() : previousConfiguration_(qgetenv("XDG_CONFIG_HOME")) {
@@ -50,7 +50,7 @@ protected:
 
     Form Ui() const { return Form(*form_); }
 
-    // What shows the help; it records what it is asked for unless a test has another.
+    // The help's engine. Records the requests, unless a test overrides it.
     virtual HelpEngine &Engine() { return help_; }
 
     QTemporaryDir configuration_;
@@ -67,7 +67,7 @@ protected:
     std::unique_ptr<FormMain> form_;
 };
 
-// Does `work` with the next modal dialog, once it is open.
+// Calls `work` with the next modal dialog once it is open.
 void WhenDialogOpens(std::function<void(QWidget &)> work);
 
 } // namespace ztv

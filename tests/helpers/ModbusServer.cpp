@@ -13,7 +13,7 @@ namespace ztv {
 namespace {
 
 constexpr int registerCount = 200;
-constexpr int waitUs = 50'000; // how soon a stop is seen
+constexpr int waitUs = 50'000; // the longest delay of a stop
 
 modbus_mapping_t *Mapping(void *mapping) {
     return static_cast<modbus_mapping_t *>(mapping);
@@ -45,7 +45,7 @@ ModbusServer::~ModbusServer() {
     close(master_);
 }
 
-// libmodbus opens devices by name only, so it is handed the terminal's near end afterwards.
+// libmodbus can only open a device by name. So it receives the terminal's near end afterwards.
 void ModbusServer::Serve(int slave) {
     modbus_t *context = modbus_new_rtu("/dev/null", 38400, 'N', 8, 2);
     modbus_set_slave(context, slave);

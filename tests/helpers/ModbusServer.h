@@ -7,7 +7,7 @@
 
 namespace ztv {
 
-// A Modbus RTU slave on a pseudo terminal that isn't ours but libmodbus's.
+// An independent Modbus RTU slave, libmodbus's, on a pseudo terminal.
 class ModbusServer {
 public:
     explicit ModbusServer(int slave);

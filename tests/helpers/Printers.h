@@ -6,7 +6,7 @@
 
 namespace ztv {
 
-// Lets a failed comparison show its texts.
+// Prints texts readably in failed comparisons.
 inline void PrintTo(const QString &text, std::ostream *out) {
     *out << '"' << text.toStdString() << '"';
 }

@@ -7,7 +7,7 @@ namespace ztv {
 
 namespace {
 
-// The offscreen screen says of itself what it can't do.
+// The offscreen platform warns about features that it lacks.
 bool IsOfTheScreen(const QString &message) {
     return message.contains(QStringLiteral("This plugin does not support"));
 }

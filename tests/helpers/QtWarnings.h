@@ -2,7 +2,7 @@
 
 namespace ztv {
 
-// Makes every warning of Qt fail the test in which it comes.
+// Makes every warning of Qt fail the running test.
 void FailOnQtWarnings();
 
 } // namespace ztv

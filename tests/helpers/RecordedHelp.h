@@ -10,7 +10,7 @@
 
 namespace ztv {
 
-// What was asked of the help.
+// One request to the help.
 struct HelpCall {
     WindowHandle caller = 0;
     QString file;
@@ -46,11 +46,11 @@ public:
         }
     }
 
-    // The calls so far, which are forgotten.
+    // Returns the calls so far and forgets them.
     std::vector<HelpCall> Take() { return std::exchange(calls, {}); }
 
     std::vector<HelpCall> calls;
-    std::optional<Fault> fault; // of each call
+    std::optional<Fault> fault; // thrown by each call
 };
 
 } // namespace ztv

@@ -8,22 +8,22 @@
 
 namespace ztv {
 
-// Stands in for the person who answers boxes and file dialogs. Each must have been expected, in order, and
-// each that was expected must come.
+// Answers boxes and file dialogs in the user's place. Fails on one that wasn't expected at that point, and on
+// one that never came.
 class ScriptedDialogs : public UserDialogs {
 public:
     ~ScriptedDialogs() override;
 
-    // The next box has this text and look and gets this answer. `whileOpen` runs while it is open.
+    // Expects a box with this text and look and gives this answer. Calls `whileOpen` while the box is open.
     void Expect(const QString &text, BoxIcon icon, BoxButtons buttons, BoxAnswer answer,
                 std::function<void()> whileOpen = {}, const QString &title = ApplicationTitle());
     void ExpectNotice(const QString &text, BoxIcon icon = BoxIcon::Exclamation,
                       const QString &title = ApplicationTitle(), std::function<void()> whileOpen = {});
 
-    // The next box's text needs only to hold this.
+    // Expects a box whose text contains `part`.
     void ExpectTextWith(const QString &part, BoxIcon icon, const QString &title = ApplicationTitle());
 
-    // Next comes a file dialog, which gets this answer. `check` sees what it was asked for.
+    // Expects a file dialog and gives this answer. `check` receives the dialog's request.
     void ExpectOpenFile(std::optional<QString> answer, std::function<void(const FileQuestion &)> check = {});
     void ExpectSaveFile(std::optional<QString> answer, std::function<void(const FileQuestion &)> check = {});
 
@@ -50,7 +50,7 @@ private:
         std::function<void(const FileQuestion &)> check;
     };
 
-    // The next one that was expected, if it is of that kind.
+    // The next expected box or dialog, if it is of that kind.
     std::optional<Expected> Take(Kind kind, const QString &what);
     std::optional<QString> AnswerFile(Kind kind, const char *what, const FileQuestion &question);
 

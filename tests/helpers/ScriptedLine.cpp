@@ -17,7 +17,7 @@ ScriptedLine::ScriptedLine() {
     EXPECT_EQ(unlockpt(master_), 0);
     path_ = QString::fromLocal8Bit(ptsname(master_));
     slave_ = open(path_.toLocal8Bit().constData(),
-                  O_RDWR | O_NOCTTY); // keeps the terminal while nobody has it open
+                  O_RDWR | O_NOCTTY); // keeps the terminal alive while the program has it closed
     termios raw{};
     tcgetattr(slave_, &raw);
     cfmakeraw(&raw);

@@ -10,12 +10,12 @@
 
 namespace ztv {
 
-// The far end of a serial line on a pseudo terminal, which answers each request as a script says.
+// The far end of a serial line on a pseudo terminal; answers each request by a script.
 class ScriptedLine {
 public:
     struct Chunk {
         QByteArray bytes;
-        int afterMs = 0; // behind the chunk before it, or the request
+        int afterMs = 0; // after the previous chunk, or after the request
     };
 
     ScriptedLine();
@@ -26,21 +26,21 @@ public:
     // The device to open.
     QString Path() const { return path_; }
 
-    // What the next request that no answer was given for gets. An empty list: nothing at all.
+    // Adds the answer for the next request without one. An empty list: no answer.
     void Answer(std::vector<Chunk> chunks);
     void Answer(const QByteArray &bytes) { Answer(std::vector<Chunk>{{bytes, 0}}); }
     void AnswerNothing() { Answer(std::vector<Chunk>{}); }
 
-    // The answer for every request behind the script's end.
+    // Sets the answer for every request after the script's end.
     void AnswerAlways(const QByteArray &bytes) { always_ = bytes; }
 
-    // The adapter gives back what is sent through it, before any answer.
+    // Simulates an adapter with a local echo, which precedes any answer.
     void GiveBack(bool given) { givesBack_ = given; }
 
     void Send(const QByteArray &bytes);
     void HangUp();
 
-    // What came in, a request an entry.
+    // The received requests, one an entry.
     const std::vector<QByteArray> &Requests() const { return requests_; }
     const std::vector<std::chrono::steady_clock::time_point> &Times() const { return times_; }
 

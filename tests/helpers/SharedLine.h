@@ -10,9 +10,9 @@
 
 namespace ztv {
 
-// One line with several sensors on it. Each sensor has a pseudo terminal of its own; this joins them with one
-// for the host. What the host sends reaches them all, at the line settings that the host has made, and what
-// any of them sends reaches the host.
+// A line with several sensors. Each sensor has a pseudo terminal of its own, and the host another; this
+// forwards between them. Bytes of the host reach all sensors, at the host's line settings; bytes of a sensor
+// reach the host.
 class SharedLine {
 public:
     SharedLine();
@@ -23,7 +23,7 @@ public:
     // The device to open.
     QString Path() const { return path_; }
 
-    // The sensor has been started, and outlives the line.
+    // REQUIRES: the sensor is started and outlives the line.
     void Join(const sim::SimulatedSensor &sensor);
 
 private:
@@ -36,7 +36,7 @@ private:
     void FromSensor(int descriptor);
 
     int master_ = -1;
-    int slave_ = -1; // keeps the terminal while the host doesn't have it open
+    int slave_ = -1; // keeps the terminal alive while the host has it closed
     QString path_;
     std::unique_ptr<QSocketNotifier> notifier_;
     std::vector<Branch> branches_;

@@ -8,7 +8,7 @@ namespace ztv {
 // The folder with the presets that the program ships.
 QString ShippedPresetsFolder();
 
-// A folder with a Presets.fil of its own: the shipped one, changed by SQL.
+// A temporary folder with the shipped Presets.fil, changed by SQL.
 class ChangedPresets {
 public:
     explicit ChangedPresets(const char *sql);

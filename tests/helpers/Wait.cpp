@@ -10,7 +10,7 @@ namespace ztv {
 bool WaitUntil(const std::function<bool()> &condition, int deadlineMs) {
     QElapsedTimer elapsed;
     elapsed.start();
-    // Bounds each wait for an event, so that a condition without one is looked at as well.
+    // Bounds each wait for an event, so that a condition that changes without an event is checked too.
     QTimer pulse;
     pulse.start(5);
     while (!condition()) {

@@ -4,11 +4,11 @@
 
 namespace ztv {
 
-// Turns the event loop until the condition holds. False when it still doesn't after the deadline, which
-// is generous: a test that passes never comes near it.
+// Runs the event loop until the condition is true. Returns false at the deadline, which is generous: a
+// passing test never comes near it.
 bool WaitUntil(const std::function<bool()> &condition, int deadlineMs = 10000);
 
-// Turns the event loop until nothing is left that could be done at once.
+// Runs the event loop until no event is pending.
 void Settle();
 
 } // namespace ztv

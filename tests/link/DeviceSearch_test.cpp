@@ -25,7 +25,7 @@ QByteArray GoodReply(int address) {
 
 } // namespace
 
-// The search on a scripted line. Each probe is told with the address and the settings that are in force.
+// Runs the search on a scripted line. Records each probe with its address and line settings.
 class DeviceSearchTest : public testing::Test {
 protected:
     DeviceSearchTest() { Begin({.port = 1, .baud = 4, .parityStop = 1}); }
@@ -120,7 +120,7 @@ TEST_F(DeviceSearchTest, TriesTwentySettingsEachWithAllAddresses) {
         }
     }
     expected.emplace_back("ended");
-    Begin({.port = 1, .baud = 2, .parityStop = 2}); // where it starts doesn't count
+    Begin({.port = 1, .baud = 2, .parityStop = 2}); // the settings at the start don't matter
     RunToTheEnd();
     EXPECT_EQ(told_, expected);
     EXPECT_EQ(line_.Requests().size(), 40U);
@@ -187,7 +187,7 @@ TEST_F(DeviceSearchTest, FindsADeviceOncePerSettingThatItAnswersOn) {
 TEST_F(DeviceSearchTest, DoesNotCountABadReply) {
     line_.Answer(WithCrc("03 83 02"));
     line_.Answer(Hex("04 03 02 00 00 12 34"));
-    line_.Answer(GoodReply(9)); // somebody else's
+    line_.Answer(GoodReply(9)); // another sensor's
     RunToTheEnd();
     EXPECT_EQ(found_, Told{});
     EXPECT_EQ(told_.size(), 5U);
@@ -304,7 +304,7 @@ TEST_F(DeviceSearchTest, BreaksOffAtEitherStatusOfALostAdapter) {
                   (Told{"started", "3 at 4/1", "broken off at 3 at 4/1 by " + std::to_string(status)}));
     }
     told_.clear();
-    RunToTheEnd(); // with the adapter back
+    RunToTheEnd(); // with the adapter plugged in again
     EXPECT_EQ(told_.back(), "ended");
 }
 
@@ -340,7 +340,7 @@ TEST_F(DeviceSearchTest, ClosesThePortAsItIsDestroyed) {
     EXPECT_FALSE(session_.PortIsOpen());
 }
 
-// What is left. -------------------------------------------------------------------------------------
+// The remaining work. -------------------------------------------------------------------------------
 
 TEST(SearchWorkTest, CountsTheLineTimeAndTheTimeoutOfEachProbe) {
     const SearchWork one =

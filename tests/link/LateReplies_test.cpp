@@ -32,7 +32,8 @@ protected:
         late_.NotAnswered(request, now, timeout);
     }
 
-    // A run of the poll from `start` on that gets nothing, or one reply with that delay which isn't its own.
+    // A run of the poll, begun at `start`, that gets no reply; or one that gets a reply with that delay and
+    // sets it aside.
     void SilentRun(qint64 start) {
         late_.RunBegins(poll, start, late_.WantsMovedRound());
         TimeOut(poll, start + timeout);
@@ -42,7 +43,7 @@ protected:
         late_.SetAside(poll, delay);
         TimeOut(poll, start + timeout);
     }
-    // The judgement of a lone reply with that delay to a run that begins at `start`.
+    // Whether a lone reply with that delay counts as the own one of a run begun at `start`.
     bool IsOwn(qint64 start, qint64 delay) {
         late_.RunBegins(poll, start, late_.WantsMovedRound());
         return late_.IsLikelyOwn(delay, 0);
@@ -143,7 +144,7 @@ TEST_F(LateRepliesTest, OneSetAsideIsOneOwedLess) {
     EXPECT_FALSE(late_.HasSetAside());
 }
 
-// A doubtful reply was 60 ms behind its run, 260 ms behind the run before. -------------------------
+// A doubtful reply came 60 ms after its own run, 260 ms after the run before. ----------------------
 
 TEST_F(LateRepliesTest, TheRoundAfterADoubtfulOneIsMovedUnlessItsIntervalDiffersByItself) {
     KnowThePace();

@@ -27,7 +27,7 @@ TEST(LineCodesTest, HaveTwoCodesForEachIndexOfParityAndStopBits) {
     }
 }
 
-// The master takes any number for a code.
+// The master accepts any number as a code.
 TEST(LineCodesTest, ACodeThatThereIsNotStandsForTheFastestRate) {
     const std::pair<int, int> rows[] = {{3, 2400},  {4, 4800},  {5, 9600}, {7, 19200},
                                         {8, 38400}, {6, 38400}, {0, 38400}};

@@ -11,6 +11,7 @@
 #include "tests/helpers/Wait.h"
 
 #include <QFile>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -33,7 +34,8 @@ QByteArray PollReply() {
 
 } // namespace
 
-// The session on a scripted line. Everything that it tells goes into one list, so that orders can be seen.
+// Runs the session on a scripted line. Records all of its signals in one list, so that tests can compare
+// their order.
 class LinkSessionTest : public testing::Test {
 protected:
     LinkSessionTest() {
@@ -60,7 +62,7 @@ protected:
         return std::find(told_.begin(), told_.end(), what) != told_.end();
     }
 
-    // A single write as the table does it, without a line: the mailbox is filled and the row marked.
+    // Begins a single write as the table does, without a line: fills the mailbox and marks the row.
     void PretendWritten(std::int16_t tag, std::int32_t value) {
         zentrova_.ParamValue(tag, value);
         zentrova_.ParamWritePending(tag, true);
@@ -136,12 +138,13 @@ TEST_F(LinkSessionTest, ProbesRegister69EachHalfSecondUntilItIsAnswered) {
     line_.Answer(WithCrc("01 83 02"));
     line_.Answer(WithCrc("01 03 02 55 55"));
     session_.GoOnline(1);
-    EXPECT_EQ(told_, (Told{"online"})); // and nobody was asked
+    EXPECT_EQ(told_, (Told{"online"})); // no question about the direction
     EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 4; }));
     for (std::size_t k = 0; k < 3; ++k) {
         EXPECT_EQ(line_.Requests()[k], WithCrc("01 03 00 45 00 01"));
     }
-    EXPECT_GE(line_.Times()[1] - line_.Times()[0], std::chrono::milliseconds(495));
+    EXPECT_GE(line_.Times()[1] - line_.Times()[0],
+              std::chrono::milliseconds(450)); // less what delayed the first
     EXPECT_EQ(line_.Requests()[3], WithCrc("01 03 00 00 00 5F"));
     EXPECT_EQ(session_.AddressingMode(), 0);
     EXPECT_EQ(told_, (Told{"online", "status Communication Status: Timeout",
@@ -277,12 +280,12 @@ TEST_F(LinkSessionTest, LeavesParameter0AsItIs) {
 
 TEST_F(LinkSessionTest, GivesTheLastRow0InAddressingMode0) {
     zentrova_.ParamUpdate(95, 77);
-    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200); // its word would be one past the buffer
+    session_.Mbaxp1().DefineReadRegisters(1, 1, 0, 95, 200); // its word would be one past the buffer's end
     session_.TransactionDone(1);
     EXPECT_EQ(zentrova_.ParamValue(95), 0);
 }
 
-// Another sensor behind the same port. --------------------------------------------------------------
+// Another sensor on the same port. ------------------------------------------------------------------
 
 TEST_F(LinkSessionTest, ThePollOfASensorThatNumbersItsRegistersOtherwiseIsNotTaken) {
     struct Row {
@@ -333,7 +336,7 @@ TEST_F(LinkSessionTest, NothingIsWrittenToAnotherSensor) {
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
     EXPECT_FALSE(zentrova_.WriteAllPending());
     EXPECT_EQ(line_.Requests().size(), before);
-    // The way out that the status bar names.
+    // The remedy that the status bar names.
     session_.GoOffline();
     line_.Answer(WithCrc("01 03 02 00 46"));
     line_.AnswerAlways(PollReply());
@@ -352,11 +355,11 @@ TEST_F(LinkSessionTest, ThePollFollowsAnAddressingModeThatTheUserWrites) {
     session_.Mbaxp1().Tag(QStringLiteral("68"));
     session_.TransactionDone(0);
     told_.clear();
-    session_.TransactionDone(1); // no mark there: as it must be in mode 1
+    session_.TransactionDone(1); // no mark there, which is correct in mode 1
     EXPECT_FALSE(WasTold(anotherSensor));
 }
 
-// Values that stand. --------------------------------------------------------------------------------
+// Values that stand still. --------------------------------------------------------------------------
 
 TEST_F(LinkSessionTest, MarksThatAClosedPortHasLeftAreClearedAsTheNextConnectBegins) {
     StartProbing();
@@ -435,11 +438,107 @@ TEST_F(LinkSessionTest, SendsOneWriteAtATimeInTheirOrder) {
     line_.Answer({{WithCrc("01 06 00 1D 0B B8"), 20}});
     zentrova_.ParamValue(28, 1500);
     zentrova_.ParamValue(29, 3000); // waits for the one before
+    EXPECT_TRUE(zentrova_.ParamWritePending(28));
+    EXPECT_FALSE(zentrova_.ParamWritePending(29));
+    EXPECT_TRUE(WaitUntil([this] { return !zentrova_.WritesWait() && !zentrova_.ParamWritePending(29); }));
     EXPECT_FALSE(zentrova_.ParamWritePending(28));
-    EXPECT_TRUE(zentrova_.ParamWritePending(29));
-    EXPECT_TRUE(WaitUntil([this] { return !zentrova_.ParamWritePending(29); }));
     EXPECT_EQ(line_.Requests()[1], WithCrc("01 06 00 1C 05 DC"));
     EXPECT_EQ(line_.Requests()[2], WithCrc("01 06 00 1D 0B B8"));
+}
+
+// A box is closed before the next write goes out, so that no two of them are open at once.
+TEST_F(LinkSessionTest, ShowsTheFailuresOfWaitingWritesOneAfterAnother) {
+    StartProbing();
+    session_.Mbaxp1().StopCyclic(LinkTransaction::AddressingProbe);
+    int open = 0;
+    for (int box = 0; box < 3; ++box) {
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"), BoxIcon::Exclamation,
+                              ApplicationTitle(), [&] {
+                                  EXPECT_EQ(++open, 1);
+                                  const std::size_t before = line_.Requests().size();
+                                  Settle();
+                                  EXPECT_EQ(line_.Requests().size(), before);
+                                  --open;
+                              });
+    }
+    zentrova_.ParamValue(28, 1500);
+    zentrova_.ParamValue(29, 30000);
+    zentrova_.ParamValue(28, 1600);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }, 10'000));
+    ASSERT_EQ(line_.Requests().size(), 4U);
+    EXPECT_EQ(line_.Requests()[1], WithCrc("01 06 00 1C 05 DC"));
+    EXPECT_EQ(line_.Requests()[2], WithCrc("01 06 00 1D 75 30"));
+    EXPECT_EQ(line_.Requests()[3], WithCrc("01 06 00 1C 06 40"));
+}
+
+TEST_F(LinkSessionTest, ShowsTheRejectionsOfWaitingWritesOneAfterAnother) {
+    StartProbing();
+    session_.Mbaxp1().StopCyclic(LinkTransaction::AddressingProbe);
+    session_.ModbusAddress(300); // no slave has it
+    int open = 0;
+    for (int box = 0; box < 3; ++box) {
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"), BoxIcon::Exclamation,
+                              ApplicationTitle(), [&] {
+                                  EXPECT_EQ(++open, 1);
+                                  Settle();
+                                  --open;
+                              });
+    }
+    for (const std::int16_t tag :
+         {ParamDefines::NearDistance, ParamDefines::FarDistance, ParamDefines::MaxRange}) {
+        zentrova_.ParamValue(tag, 15000);
+    }
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_EQ(line_.Requests().size(), 1U);
+}
+
+TEST_F(LinkSessionTest, SendsWhatWaitsToTheAddressThatTheWriteBeforeHasSet) {
+    StartProbing();
+    line_.AnswerAlways(
+        WithCrc("01 06 00 41 00 07")); // the addressing mode is 0 until a sensor says otherwise
+    zentrova_.ParamValue(ParamDefines::NetworkAddress, 7);
+    zentrova_.ParamValue(28, 1500);
+    const QByteArray write = WithCrc("07 06 00 1C 05 DC");
+    EXPECT_TRUE(WaitUntil([&] { return std::ranges::count(line_.Requests(), write) == 1; }, 5000));
+    EXPECT_EQ(session_.ModbusAddress(), 7);
+}
+
+// The sensor has taken the baud rate alone, so the master must not yet use the parity that waits.
+TEST_F(LinkSessionTest, FollowsTheSensorByTheValuesThatWereSent) {
+    StartProbing();
+    line_.AnswerAlways(WithCrc("01 06 00 42 00 03"));
+    zentrova_.ParamValue(ParamDefines::BaudRateCode, 3);
+    zentrova_.ParamValue(ParamDefines::ParityStopCode, 2);
+    zentrova_.ParamValue(ParamDefines::ParityStopCode, 3);
+    EXPECT_TRUE(WaitUntil([this] { return session_.BaudRate() == 3; }));
+    EXPECT_EQ(session_.ParityStop(), 1);
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::ParityStopCode), 3);
+}
+
+TEST_F(LinkSessionTest, GoesOfflineOnlyForTheCommandThatWasSent) {
+    zentrova_.ParamUpdate(ParamDefines::ReinitCommand, ParamDefines::FactoryDefaults);
+    StartProbing();
+    line_.Answer(WithCrc("01 06 00 03 00 00"));
+    zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::NoCommand);
+    zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader);
+    line_.Answer(WithCrc("01 06 00 03 00 63"));
+    EXPECT_TRUE(WaitUntil([this] { return !session_.PortIsOpen(); }));
+    ASSERT_EQ(line_.Requests().size(), 3U);
+    EXPECT_EQ(line_.Requests()[2], WithCrc("01 06 00 03 00 63"));
+}
+
+TEST_F(LinkSessionTest, DropsWhatWaitsWhenTheUserGoesOffline) {
+    StartProbing();
+    zentrova_.ParamValue(28, 1500);
+    zentrova_.ParamValue(29, 30000);
+    session_.GoOffline();
+    EXPECT_FALSE(zentrova_.WritesWait());
+    EXPECT_EQ(zentrova_.ParamValue(29), 30000);
+    line_.AnswerNothing();
+    session_.GoOnline(1);
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() >= 2; }));
+    Settle();
+    EXPECT_EQ(std::ranges::count(line_.Requests(), WithCrc("01 06 00 1D 75 30")), 0);
 }
 
 TEST_F(LinkSessionTest, SendsARawValueAbove32767AsItsWord) {
@@ -649,7 +748,7 @@ TEST_F(LinkSessionTest, FailedDownloadSaysSoAndPollsWithoutAReconnect) {
     line_.AnswerAlways(PollReply());
     zentrova_.ParamUpdate(ParamDefines::NetworkAddress, 17);
     dialogs_.Expect(QStringLiteral("Error downloading Parameters"), BoxIcon::Exclamation, BoxButtons::Ok,
-                    BoxAnswer::Ok, [this] { // the mark is cleared before the box, the poll comes behind it
+                    BoxAnswer::Ok, [this] { // the mark is cleared before the box; the poll starts after it
                         EXPECT_FALSE(zentrova_.WriteAllPending());
                         EXPECT_FALSE(session_.Mbaxp1().TransactionBusy(1));
                     });
@@ -770,7 +869,7 @@ TEST_F(LinkSessionTest, ADownloadToAnAddressThatNoSensorHasFailsLikeAnyOther) {
     session_.StartDownload();
     EXPECT_TRUE(zentrova_.WriteAllPending()); // the outcome comes later
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
-    EXPECT_FALSE(zentrova_.WriteAllPending()); // or no poll would be taken any more
+    EXPECT_FALSE(zentrova_.WriteAllPending()); // or every later poll would be dropped
 }
 
 TEST_F(LinkSessionTest, DropsTheWishToDownloadWhereItIsToldTo) {

@@ -25,7 +25,7 @@ const QByteArray downloadReply = WithCrc("01 10 00 00 00 02");
 
 class LocalEchoTest : public testing::Test {
 protected:
-    // The input that is left of what came to a request.
+    // Returns the input after removal of the echo.
     QByteArray Left(const ModbusFrame::Request &request, QByteArray received) {
         echo_.RunBegins(request);
         echo_.TakeFrom(received);

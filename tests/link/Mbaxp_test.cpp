@@ -38,7 +38,7 @@ double ProcessorSeconds() {
 
 class MbaxpTest : public testing::Test {
 protected:
-    using Event = std::pair<int, int>; // transaction, status (0: done)
+    using Event = std::pair<int, int>; // transaction and status; 0: done
 
     MbaxpTest() {
         QObject::connect(&master_, &Mbaxp::TransactionDone, &master_, [this](std::int16_t transaction) {
@@ -61,7 +61,7 @@ protected:
         EXPECT_TRUE(master_.DefineReadRegisters(cycle, 1, 0, 2, 20));
     }
 
-    // The outcome of one run.
+    // Runs the transaction once and returns its status.
     int Run(std::int16_t transaction = once) {
         events_.clear();
         master_.TriggerOnce(transaction);
@@ -76,7 +76,7 @@ protected:
         master_.RegisterValue(once, 0, 7);
     }
 
-    // The fault reports `status`, and the next request gets its own reply.
+    // Expects that the fault gives `status`, and that the next request gets its own reply.
     void ExpectFault(int status) {
         line_->Answer(nextReply);
         EXPECT_EQ(Run(), status);
@@ -145,7 +145,7 @@ TEST_F(MbaxpTest, LateReplyIs10AndIsNeverTakenForTheNext) {
 }
 
 TEST_F(MbaxpTest, ReplyThatIsLateByMoreThanATimeoutIsToldByTheOneBehindIt) {
-    // It comes while the next request waits; a sensor answers that one right behind it.
+    // The late reply comes while the next request waits. The sensor answers that one immediately afterwards.
     line_->Answer(goodReply);
     EXPECT_EQ(Run(), 0);
     line_->Answer({{goodReply, 2 * timeoutMs + 40}});
@@ -229,7 +229,7 @@ TEST_F(MbaxpTest, ABusyScreenInventsNoTimeout) {
     events_.clear();
     master_.TriggerOnce(once);
     EXPECT_TRUE(WaitUntil([this] { return !line_->Requests().empty(); }));
-    // The reply lies in the system while nothing looks at it for longer than the timeout.
+    // The reply is in the system's buffer, but the program is busy for longer than the timeout.
     timespec busy{0, 2 * timeoutMs * 1'000'000};
     nanosleep(&busy, nullptr);
     EXPECT_TRUE(WaitUntil([this] { return !events_.empty(); }));
@@ -376,7 +376,7 @@ TEST_F(MbaxpTest, ALateReplyAndItsOwnInOneLumpAreToldApart) {
     line_->Answer(goodReply);
     EXPECT_EQ(Run(), 0);
     line_->AnswerNothing();
-    line_->Answer({{goodReply + nextReply, 60}}); // the late one, and its own right behind it
+    line_->Answer({{goodReply + nextReply, 60}}); // the late reply, immediately followed by its own
     EXPECT_EQ(Run(), 10);
     EXPECT_EQ(Run(), 0);
     EXPECT_EQ(master_.RegisterValue(once, 0), 3);
@@ -390,7 +390,7 @@ TEST_F(MbaxpTest, AReplyInPiecesBehindALateOneHasUntilTheDeadline) {
     EXPECT_EQ(Run(), 0);
     line_->AnswerNothing();
     EXPECT_EQ(Run(), 10);
-    // The rest comes when the first piece would be too late to begin.
+    // The rest comes at a time at which a reply could no longer begin.
     line_->Answer({{goodReply, 60}, {nextReply.first(4), 25}, {nextReply.mid(4), 100}});
     EXPECT_EQ(Run(), 0);
     EXPECT_EQ(master_.RegisterValue(once, 0), 3);
@@ -478,8 +478,8 @@ TEST_F(MbaxpTest, AReplyThatTheDeadlinesOwnLookBringsInEndsTheRequestOnce) {
     events_.clear();
     master_.TriggerOnce(once);
     EXPECT_TRUE(WaitUntil([this] { return !line_->Requests().empty(); }));
-    // The screen is busy over the deadline, and the reply comes behind that, before the deadline is looked
-    // at.
+    // The program is busy past the deadline. The reply comes after the deadline, but before the program
+    // checks it.
     QTimer busy;
     QTimer reply;
     for (QTimer *timer : {&busy, &reply}) {
@@ -509,7 +509,7 @@ TEST_F(MbaxpTest, NothingInAnotherSlavesFrameIsTakenForAReply) {
     EXPECT_EQ(master_.RegisterValue(once, 0), 1);
 }
 
-// An adapter that gives back what is sent. -----------------------------------------------------------
+// An adapter with a local echo. ----------------------------------------------------------------------
 
 struct FaultRow {
     const char *name;
@@ -762,7 +762,7 @@ TEST_F(MbaxpTest, EachRoundOfACycleReports15WhileTheDeviceIsGoneAndPollsAgainWhe
     const double before = ProcessorSeconds();
     const std::size_t reported = events_.size();
     EXPECT_TRUE(WaitUntil([this, reported] { return events_.size() >= reported + 20; }));
-    EXPECT_LT(ProcessorSeconds() - before, 0.2); // 20 rounds of 20 ms, idle but for the attempts
+    EXPECT_LT(ProcessorSeconds() - before, 0.2); // 20 rounds of 20 ms, idle except for the attempts
     for (std::size_t k = reported; k < events_.size(); ++k) {
         EXPECT_EQ(events_[k], Event(cycle, 15));
     }
@@ -802,7 +802,7 @@ TEST_F(MbaxpTest, OneShotWhileTheDeviceIsGoneIs15) {
 TEST_F(MbaxpTest, AWriteThatTheDeviceRefusesIs14) {
     line_->Answer(goodReply);
     EXPECT_EQ(Run(), 0);
-    QElapsedTimer silence; // else the request waits, and the hang-up is told meanwhile
+    QElapsedTimer silence; // otherwise the request would wait, and the hang-up be reported first
     silence.start();
     EXPECT_TRUE(WaitUntil([&silence] { return silence.hasExpired(10); }));
     events_.clear();
@@ -860,7 +860,7 @@ TEST_F(MbaxpTest, CycleKeepsItsPeriodFromStartToStart) {
     EXPECT_TRUE(WaitUntil([this] { return line_->Times().size() >= 11; }));
     const auto whole = line_->Times()[10] - line_->Times()[0];
     EXPECT_GE(whole, std::chrono::milliseconds(10 * periodMs - 5));
-    EXPECT_LT(whole, std::chrono::milliseconds(10 * periodMs + 5 * replyMs)); // not from end to start
+    EXPECT_LT(whole, std::chrono::milliseconds(10 * periodMs + 5 * replyMs)); // from start to start
 }
 
 TEST_F(MbaxpTest, CycleKeepsItsPeriodWithASilentSensor) {
@@ -907,7 +907,7 @@ TEST_F(MbaxpTest, AOneShotThatWaitsForALateReplyHoldsNoCycleUp) {
     master_.StartCyclic(cycle);
     onEvent_ = [this] {
         if (events_.size() == 1) {
-            master_.TriggerOnce(once); // it looks like the round that got nothing
+            master_.TriggerOnce(once); // it resembles the round without a reply
         }
     };
     EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 3; }));
@@ -1001,7 +1001,7 @@ TEST_F(MbaxpTest, RunsGoOnWhileAHandlerKeepsABoxOpen) {
     };
     master_.StartCyclic(cycle);
     EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 4; }));
-    // Replies are seen as they come, not at the deadline.
+    // Replies are processed as they come, not at the deadline.
     EXPECT_LT(nestedMs, 3 * timeoutMs);
 }
 

@@ -42,7 +42,7 @@ void ExpectComplete(const Verdict &verdict, const std::vector<std::int16_t> &wor
     EXPECT_EQ(verdict.words, words);
 }
 
-// However the bytes come in, the verdict at the end is this failure and there is none before.
+// Expects this failure at the deadline and no verdict before, however the bytes are split.
 void ExpectFailsAtEnd(const Request &request, const QByteArray &received, int status) {
     EXPECT_EQ(Judge(request, received).kind, Kind::NeedMore);
     const Verdict verdict = JudgeAtEnd(request, received);
@@ -168,9 +168,9 @@ TEST(JudgeAtEnd, ReportsAByteCountDamagedUpwardsAsACrcError) {
 }
 
 TEST(JudgeAtEnd, ReportsWhatIsGoodButNotTheReply) {
-    ExpectFailsAtEnd(twoRegisters, WithCrc("01 04 04 12 34 FF FE"), 12);       // another function
-    ExpectFailsAtEnd(twoRegisters, WithCrc("01 41 12"), 12);                   // one that has no shape
-    ExpectFailsAtEnd(twoRegisters, WithCrc("01 03 02 12 34"), 12);             // fewer registers
+    ExpectFailsAtEnd(twoRegisters, WithCrc("01 04 04 12 34 FF FE"), 12); // another function
+    ExpectFailsAtEnd(twoRegisters, WithCrc("01 41 12"), 12);             // a function without a known length
+    ExpectFailsAtEnd(twoRegisters, WithCrc("01 03 02 12 34"), 12);       // fewer registers
     ExpectFailsAtEnd(twoRegisters, WithCrc("01 03 06 12 34 FF FE 00 00"), 12); // more
     ExpectFailsAtEnd(twoRegisters, WithCrc("01 86 02"), 12); // an exception to something else
 }
@@ -182,13 +182,13 @@ TEST(JudgeAtEnd, TellsWhetherTheReplyMayStillCome) {
     EXPECT_TRUE(stillOwed({}));
     EXPECT_TRUE(stillOwed(Hex("55")));
     EXPECT_TRUE(stillOwed(WithCrc("02 03 04 12 34 FF FE"))); // another slave's
-    EXPECT_TRUE(stillOwed(WithCrc("01 06 00 05 00 07")));    // that to a write before
+    EXPECT_TRUE(stillOwed(WithCrc("01 06 00 05 00 07")));    // the reply to an earlier write
     EXPECT_FALSE(stillOwed(goodReply));
     EXPECT_FALSE(stillOwed(goodReply.first(5)));
     EXPECT_FALSE(stillOwed(Hex("55") + goodReply.first(5)));
     EXPECT_FALSE(stillOwed(goodReply.chopped(1) + Hex("00"))); // damaged
     EXPECT_FALSE(stillOwed(WithCrc("01 83 02")));
-    EXPECT_FALSE(stillOwed(WithCrc("01 83 0B"))); // an exception, if not one of those that are known
+    EXPECT_FALSE(stillOwed(WithCrc("01 83 0B"))); // an exception with an unknown code
 }
 
 TEST(JudgeAtEnd, ReportsAnEchoThatDiffers) {
@@ -203,7 +203,7 @@ TEST(JudgeAtEnd, TakesTheRightEchoBehindALateOne) {
 }
 
 TEST(JudgeAtEnd, KeepsTheCrcErrorOfADamagedLongReply) {
-    // Among the many stretches of a long reply some have a good CRC by chance; they are no frames.
+    // Some of the many parts of a long reply have a good CRC by chance. They aren't frames.
     const Request request = Read(1, 0, 95);
     QByteArray reply = Hex("01 03 BE");
     for (int k = 0; k < 190; ++k) {

@@ -11,7 +11,7 @@ constexpr qint64 ms = 1000;
 
 class RunScheduleTest : public testing::Test {
 protected:
-    // Lets what is next at that time begin and end. -1: nothing is.
+    // Begins and ends the run that is due at that time and returns its transaction; -1: none is due.
     int RunNext(qint64 now) {
         const RunSchedule::Next next = schedule_.AskNext(now);
         if (!next.number) {

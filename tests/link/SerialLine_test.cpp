@@ -26,7 +26,7 @@ protected:
             {.device = far_.Path(), .bitsPerSecond = bitsPerSecond, .parity = parity, .stopBits = stopBits});
     }
 
-    // What is set on the terminal, as its other end sees it.
+    // Reads the terminal's settings from its other end.
     termios Set() const {
         termios set{};
         const int end = open(far_.Path().toLocal8Bit().constData(), O_RDWR | O_NOCTTY | O_NONBLOCK);
@@ -79,7 +79,7 @@ TEST_F(SerialLineTest, CarriesBytesBothWays) {
 TEST_F(SerialLineTest, TellsOfBytesFromTheEventLoopAlone) {
     EXPECT_EQ(Open(), LinkStatus::NoError);
     far_.Send("pong");
-    EXPECT_EQ(line_.TakeAllInput(), QByteArray("pong")); // straight from the system
+    EXPECT_EQ(line_.TakeAllInput(), QByteArray("pong")); // read directly from the system
     EXPECT_EQ(arrived_, QByteArray());
 }
 
@@ -95,7 +95,7 @@ TEST_F(SerialLineTest, DropsItsInputWhenTold) {
 TEST_F(SerialLineTest, TakesInputThatIsGoneBeforeItIsReadForNoHangUp) {
     EXPECT_EQ(Open(), LinkStatus::NoError);
     for (int turn = 0; turn < 50; ++turn) {
-        // Both the notice of the bytes and this call are due in the same turn of the event loop.
+        // The notice of the bytes and this call come in the same pass of the event loop.
         QMetaObject::invokeMethod(
             &line_,
             [this, turn] {

@@ -23,6 +23,8 @@ class ClassZentrovaTest : public testing::Test {
 protected:
     ClassZentrovaTest() { zentrova_.ConnectTo(&link_); }
 
+    using Writes = std::vector<std::pair<int, int>>;
+
     FakeLink link_;
     ClassZentrova zentrova_{ShippedPresetsFolder()};
 };
@@ -38,7 +40,6 @@ TEST_F(ClassZentrovaTest, SendsTheSameValueOnce) {
 TEST_F(ClassZentrovaTest, DoesNothingForTheValueThatIsThere) {
     zentrova_.ParamValue(setting, zentrova_.ParamValue(setting));
     EXPECT_TRUE(link_.writes.empty());
-    EXPECT_EQ(link_.waits, 0);
     EXPECT_FALSE(zentrova_.FileChangesNeedSaving());
 }
 
@@ -62,54 +63,116 @@ TEST_F(ClassZentrovaTest, OfflineChangesTheTableAlone) {
     EXPECT_TRUE(link_.writes.empty());
 }
 
-TEST_F(ClassZentrovaTest, WaitsThenMarksThenSendsThenStores) {
-    const std::int32_t before = zentrova_.ParamValue(setting);
-    link_.whileWaiting = [&] {
-        EXPECT_FALSE(zentrova_.ParamWritePending(setting));
-        EXPECT_EQ(zentrova_.ParamValue(setting), before);
-    };
-    link_.onStart = [&] {
-        EXPECT_EQ(link_.waits, 1);
-        EXPECT_TRUE(zentrova_.ParamWritePending(setting));
-        EXPECT_EQ(zentrova_.ParamValue(setting), before);
-    };
-    zentrova_.ParamValue(setting, before + 5);
-    EXPECT_EQ(zentrova_.ParamValue(setting), before + 5);
-    EXPECT_EQ(link_.writes.size(), 1U);
+TEST_F(ClassZentrovaTest, MarksTheRowBeforeItSends) {
+    link_.onStart = [&] { EXPECT_TRUE(zentrova_.ParamWritePending(setting)); };
+    zentrova_.ParamValue(setting, 1300);
+    EXPECT_EQ(zentrova_.ParamValue(setting), 1300);
+    EXPECT_EQ(link_.writes, (Writes{{setting, 1300}}));
 }
 
-TEST_F(ClassZentrovaTest, LeavesNoPendingMarkWhenTheLinkClosesDuringTheWait) {
-    link_.whileWaiting = [&] { link_.open = false; };
+TEST_F(ClassZentrovaTest, KeepsAWaitingValueInTheTableAloneWhenTheLinkCloses) {
+    link_.busy = true;
     zentrova_.ParamValue(setting, 1300);
+    link_.open = false;
+    link_.EndWrite(zentrova_);
     EXPECT_EQ(zentrova_.ParamValue(setting), 1300);
     EXPECT_FALSE(zentrova_.ParamWritePending(setting));
+    EXPECT_FALSE(zentrova_.WritesWait());
+    link_.open = true;
+    zentrova_.SendWaitingWrites(); // a later connection sends nothing of before
     EXPECT_TRUE(link_.writes.empty());
+    zentrova_.ParamUpdate(setting, 1200);
+    EXPECT_EQ(zentrova_.ParamValue(setting), 1200);
 }
 
-TEST_F(ClassZentrovaTest, EndsAtTheValueThatWasAskedForLastWhileAnotherOneWaits) {
-    link_.whileWaiting = [&] {
-        link_.whileWaiting = {};
-        zentrova_.ParamValue(setting, 1400);
-    };
+TEST_F(ClassZentrovaTest, SendsTheValueThatWasAskedForLastInTheTurnOfTheFirst) {
+    link_.busy = true;
     zentrova_.ParamValue(setting, 1300);
+    zentrova_.ParamValue(ParamDefines::FarDistance, 30000);
+    zentrova_.ParamValue(setting, 1400);
     EXPECT_EQ(zentrova_.ParamValue(setting), 1400);
-    EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{setting, 1400}}));
+    EXPECT_FALSE(zentrova_.ParamWritePending(setting)); // nothing of it is in flight
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (Writes{{setting, 1400}, {ParamDefines::FarDistance, 30000}}));
+}
 
-    link_.whileWaiting = [&] { zentrova_.ParamValue(setting, 1400); }; // back to what is there
+TEST_F(ClassZentrovaTest, SendsALaterValueOfTheRowThatIsInFlight) {
+    link_.holds = true;
+    zentrova_.ParamValue(setting, 1300);
+    zentrova_.ParamValue(setting, 1400);
     zentrova_.ParamValue(setting, 1500);
-    EXPECT_EQ(zentrova_.ParamValue(setting), 1400);
-    EXPECT_EQ(link_.writes.size(), 1U);
+    link_.EndWrite(zentrova_);
+    zentrova_.ParamUpdate(setting, 1300); // the poll between the two
+    EXPECT_EQ(zentrova_.ParamValue(setting), 1500);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (Writes{{setting, 1300}, {setting, 1500}}));
 }
 
-TEST_F(ClassZentrovaTest, SendsAnotherRowsValueAskedForWhileOneWaits) {
-    link_.whileWaiting = [&] {
-        link_.whileWaiting = {};
-        zentrova_.ParamValue(ParamDefines::FarDistance, 30000);
-    };
+TEST_F(ClassZentrovaTest, ACommandActsOnTheValuesThatWereAskedForBeforeIt) {
+    link_.busy = true;
     zentrova_.ParamValue(setting, 1300);
-    EXPECT_EQ(link_.writes.size(), 2U);
-    EXPECT_EQ(zentrova_.ParamValue(setting), 1300);
-    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::FarDistance), 30000);
+    zentrova_.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+    zentrova_.ParamValue(setting, 1400);
+    zentrova_.ParamValue(setting, 1500);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(
+        link_.writes,
+        (Writes{{setting, 1300}, {ParamDefines::SaveCommand, ParamDefines::StoreSettings}, {setting, 1500}}));
+}
+
+TEST_F(ClassZentrovaTest, SendsEachCommandThoughTheOneBeforeItStillWaits) {
+    zentrova_.ParamUpdate(ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader);
+    link_.busy = true;
+    zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::NoCommand);
+    zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (Writes{{ParamDefines::ReinitCommand, ParamDefines::NoCommand},
+                                    {ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader}}));
+}
+
+TEST_F(ClassZentrovaTest, WriteEachReplacesNothingThatWaits) {
+    link_.busy = true;
+    for (const std::int32_t value : {1300, 1400, 1300}) {
+        zentrova_.WriteEach(setting, value);
+    }
+    zentrova_.WriteEach(setting, 1300);     // is there already
+    zentrova_.WriteEach(readOnlyRow, 4711); // never
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (Writes{{setting, 1300}, {setting, 1400}, {setting, 1300}}));
+}
+
+TEST_F(ClassZentrovaTest, CallsOnceTheWritesAreSent) {
+    int calls = 0;
+    const auto count = [&calls] { ++calls; };
+    zentrova_.WhenWritesAreSent(count);
+    EXPECT_EQ(calls, 1) << "nothing waits";
+    link_.holds = true;
+    zentrova_.ParamValue(setting, 1300);
+    zentrova_.WhenWritesAreSent(count);
+    EXPECT_EQ(calls, 2) << "it is on the line";
+    zentrova_.ParamValue(ParamDefines::FarDistance, 30000);
+    zentrova_.WhenWritesAreSent(count);
+    zentrova_.WhenWritesAreSent(count);
+    EXPECT_EQ(calls, 2);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(calls, 4);
+    link_.busy = true;
+    zentrova_.ParamValue(setting, 1400);
+    zentrova_.WhenWritesAreSent(count);
+    link_.open = false; // which drops it
+    zentrova_.SendWaitingWrites();
+    EXPECT_EQ(calls, 5);
+}
+
+TEST_F(ClassZentrovaTest, ACallOnceTheWritesAreSentMayWriteAgain) {
+    link_.busy = true;
+    zentrova_.ParamValue(setting, 1300);
+    zentrova_.WhenWritesAreSent([this] {
+        zentrova_.ParamValue(setting, 1400);
+        zentrova_.WhenWritesAreSent([this] { zentrova_.ParamValue(ParamDefines::FarDistance, 30000); });
+    });
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (Writes{{setting, 1300}, {setting, 1400}, {ParamDefines::FarDistance, 30000}}));
 }
 
 TEST_F(ClassZentrovaTest, DropsThePollsValueWhileAWriteIsPending) {

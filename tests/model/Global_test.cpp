@@ -14,7 +14,7 @@ using namespace Global;
 
 namespace {
 
-// Rows of the shipped table, by what they are.
+// Rows of the shipped table, by their kind.
 constexpr std::int16_t inches = ParamDefines::ActualDistance; // two decimals, the inch mark
 constexpr std::int16_t volts = ParamDefines::FarVoltage;      // two decimals, V
 constexpr std::int16_t noDecimals = ParamDefines::ManualOutput;

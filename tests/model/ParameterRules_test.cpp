@@ -81,7 +81,7 @@ TEST_F(ParameterRulesTest, TakesAFarDistanceBelowTheNearOneInHyperbolicModeOnly)
     }
     Set(AnalogOutputMode, HyperbolicMode);
     ExpectFits(FarDistance, 1199);
-    Set(MaxRange, 1000); // which a value below the near distance isn't held to
+    Set(MaxRange, 1000); // not compared with a value below the near distance
     ExpectFits(FarDistance, 1199);
 }
 

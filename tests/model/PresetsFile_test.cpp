@@ -9,12 +9,13 @@
 
 #include <QFile>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace ztv {
 
 namespace {
 
-// The message that reading the changed presets ends with.
+// Reads the changed presets and returns the message of the fault.
 std::string FaultOf(const char *sql) {
     const ChangedPresets presets(sql);
     try {
@@ -130,7 +131,7 @@ TEST(PresetsFileFault, TakesNoMoreTextThanSuchAFileHolds) {
 }
 
 TEST(PresetsFile, ReadsRecordsInTheirOrder) {
-    // Row 1 moves to the front, so row 0 comes after it.
+    // Row 1 moves to the front, before row 0.
     const ChangedPresets presets("UPDATE Parameters SET Name = 'Moved', rowid = -5 WHERE rowid = 2");
     const ClassZentrova zentrova(presets.Folder());
     EXPECT_EQ(zentrova.ParamName(0), QStringLiteral("Moved"));
@@ -157,7 +158,7 @@ protected:
 TEST_F(ShippedPresets, HaveRowsThatFitTheirLimitsAndARegister) {
     ASSERT_EQ(zentrova_.ParamCount(), 96);
     EXPECT_EQ(zentrova_.ParamValue(ParamDefines::ParameterCount), 96);
-    EXPECT_LE(zentrova_.ParamCount() - 1, 123); // a download is one frame
+    EXPECT_LE(zentrova_.ParamCount() - 1, 123); // because a download is one frame
     for (std::int16_t tag = 0; tag < zentrova_.ParamCount(); ++tag) {
         SCOPED_TRACE(tag);
         EXPECT_LE(zentrova_.ParamMin(tag), zentrova_.ParamPreset(tag));
@@ -221,6 +222,39 @@ TEST_F(ShippedPresets, MarkASensorThatNumbersFromZero) {
     EXPECT_TRUE(zentrova_.ParamReadOnly(69));
     EXPECT_EQ(zentrova_.ParamValue(69), 0x5555);
     EXPECT_NE(zentrova_.ParamMax(70), 0x5555);
+}
+
+// The sensor's papers give these numbers, and sensors in the field have them.
+TEST_F(ShippedPresets, KeepTheNumbersByWhichTheSensorIsKnown) {
+    using namespace ParamDefines;
+    const std::pair<int, int> numbers[] = {
+        {SaveCommand, 1},         {ReinitCommand, 3},       {ProcessorId, 6},        {ProcessorRevision, 7},
+        {FirmwareVersion, 8},     {BootVersion, 9},         {BoardRevision, 11},     {ParameterCount, 12},
+        {TeachInput, 18},         {ExternalClockInput, 19}, {ClockSelect, 20},       {TransmitDelayLow, 21},
+        {TransmitDelayHigh, 22},  {ClockOut, 23},           {MinRange, 24},          {MaxRange, 25},
+        {NearDistance, 28},       {FarDistance, 29},        {ActualDistance, 32},    {CoreDiameter, 33},
+        {MaxDiameter, 34},        {NearVoltage, 36},        {FarVoltage, 37},        {EchoReceived, 38},
+        {AnalogOutputMode, 39},   {ManualOutput, 40},       {OutputVoltage, 46},     {AnalogInputVoltage, 48},
+        {Relay1Output, 54},       {Relay2Output, 55},       {Relay1OnThreshold, 56}, {Relay2OnThreshold, 57},
+        {Relay1OffThreshold, 58}, {Relay2OffThreshold, 59}, {Relay1State, 60},       {Relay2State, 61},
+        {NetworkAddress, 65},     {BaudRateCode, 66},       {ParityStopCode, 67},    {AddressingMode, 68},
+        {AddressingMark, 69},     {FirstRawOutput, 81},     {LastRawOutput, 90}};
+    for (const auto &[role, number] : numbers) {
+        EXPECT_EQ(role, number);
+    }
+}
+
+TEST_F(ShippedPresets, KeepTheValuesThatTheSensorUnderstands) {
+    using namespace ParamDefines;
+    EXPECT_EQ(NoCommand, 0);
+    EXPECT_EQ(StoreSettings, 1);
+    EXPECT_EQ(FactoryDefaults, 1);
+    EXPECT_EQ(EnterBootLoader, 99);
+    EXPECT_EQ(EchoPresent, 1);
+    EXPECT_EQ(ManualMode, 0);
+    EXPECT_EQ(LinearMode, 1);
+    EXPECT_EQ(HyperbolicMode, 2);
+    EXPECT_EQ(NumberedLikeParameters, 0x5555);
 }
 
 TEST_F(ShippedPresets, KeepTheRawOutputsWithinTheConvertersCounts) {

@@ -40,7 +40,7 @@ protected:
         SQLite::Database(Path().toStdString(), SQLite::OPEN_READWRITE).exec(sql);
     }
 
-    // What the sqlite3 command prints.
+    // Runs the sqlite3 command and returns its output.
     QString Sqlite(const char *sql) const {
         QProcess process;
         process.start(QStringLiteral("sqlite3"), {Path(), QString::fromLatin1(sql)});
@@ -58,7 +58,7 @@ protected:
         return outcome.result;
     }
 
-    // The next opening fails, with these words in its fault.
+    // Expects that the next opening fails with these words in its fault.
     void ExpectFault(const QString &part) { expectedFault_ = part; }
 
     QTemporaryDir folder_;
@@ -160,7 +160,7 @@ TEST_F(SettingsFileTest, FaultsWhereNothingCanBeWritten) {
     EXPECT_TRUE(zentrova_.FileChangesNeedSaving());
 }
 
-// As a full disk does, the limit ends a write part of the way.
+// The limit ends a write half-way, as a full disk does.
 TEST_F(SettingsFileTest, KeepsTheOldFileWholeWhenTheDiskIsFull) {
     zentrova_.SaveFile(Path());
     QFile::setPermissions(Path(), QFile::ReadOwner);
@@ -192,7 +192,7 @@ TEST_F(SettingsFileTest, IsWholeWheneverItsWriterIsKilled) {
                 _exit(1);
             }
         }
-        usleep(static_cast<useconds_t>(500 + round * 300)); // at another moment of its saves each time
+        usleep(static_cast<useconds_t>(500 + round * 300)); // at a different moment of its saves each time
         kill(writer, SIGKILL);
         int status = 0;
         waitpid(writer, &status, 0);
@@ -201,7 +201,7 @@ TEST_F(SettingsFileTest, IsWholeWheneverItsWriterIsKilled) {
         ASSERT_EQ(reader.OpenFile(Path()).result, FileOpened::Whole);
         seen.insert(reader.ParamValue(setting));
     }
-    EXPECT_GT(seen.size(), 1U); // it did save
+    EXPECT_GT(seen.size(), 1U); // it saved at least once
 }
 
 // Opening. ------------------------------------------------------------------------------------------
@@ -323,7 +323,7 @@ TEST_F(SettingsFileTest, KnowsRowsByTheirPositionAlone) {
     zentrova_.ParamValue(setting, 4321);
     EXPECT_EQ(Open(), FileOpened::Whole);
     EXPECT_EQ(zentrova_.ParamValue(setting), 1200);
-    // The row that moves to the end makes each one behind it the one before.
+    // A row that moves to the end moves each later one up by one.
     Change(
         "UPDATE Settings SET rowid = 1000 WHERE rowid = 20; UPDATE Settings SET Value = 96 WHERE rowid = 13");
     EXPECT_EQ(Open(), FileOpened::Whole);
@@ -460,13 +460,25 @@ TEST_F(SettingsFileOnlineTest, DownloadsEveryRow) {
     EXPECT_FALSE(zentrova_.ParamWritePending(28));
 }
 
-// A command that the file still holds was meant for the sensor of then.
+TEST_F(SettingsFileOnlineTest, TheDownloadReplacesTheValuesThatStillWaitButNoCommand) {
+    Change("UPDATE Settings SET Value = 2000 WHERE Tag = 28");
+    link_.busy = true;
+    zentrova_.ParamValue(ParamDefines::NearDistance, 1300);
+    zentrova_.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+    EXPECT_EQ(Open(), FileOpened::Whole);
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::NearDistance), 2000);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes,
+              (std::vector<std::pair<int, int>>{{ParamDefines::SaveCommand, ParamDefines::StoreSettings}}));
+}
+
+// A command in the file was meant for the sensor that it was saved from.
 TEST_F(SettingsFileOnlineTest, DownloadsNoCommand) {
     Change("UPDATE Settings SET Value = 1 WHERE Tag = 1; UPDATE Settings SET Value = 99 WHERE Tag = 3");
     EXPECT_EQ(Open(), FileOpened::Whole);
     EXPECT_EQ(link_.downloaded.at(0), std::make_pair(1, 0));
     EXPECT_EQ(link_.downloaded.at(2), std::make_pair(3, 0));
-    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::SaveCommand), 1); // the table takes the file as it is
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::SaveCommand), 1); // the table loads the file unchanged
     EXPECT_NE(zentrova_.ParamValue(ParamDefines::ReinitCommand), 0);
     EXPECT_FALSE(zentrova_.SaveFile(Path()));
     EXPECT_EQ(Sqlite("SELECT Value FROM Settings WHERE Tag = 1"), QStringLiteral("1"));

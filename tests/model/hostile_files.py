@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Makes settings files that nobody should be able to do harm with: hostile_files.py GOOD_FILE FOLDER
-Each is printed as NAME <tab> what the program must say of it."""
+"""Makes settings files that attack the program, which must reject each: hostile_files.py GOOD_FILE FOLDER
+Prints one line for each file: NAME <tab> text of the message that the program must show."""
 
 import os
 import pathlib
@@ -51,7 +51,7 @@ def root_page(table):
 good = GOOD.read_bytes()
 settings = root_page("Settings")
 
-# Not a database, or not all of one.
+# Not a database, or only a part of one.
 raw("empty.ztv", b"", "there is no table Settings")
 raw("text.ztv", b"Zentrova settings\n" * 500, "file is not a database")
 raw("zeros.ztv", bytes(20000), "file is not a database")
@@ -123,7 +123,7 @@ patched("root-beyond-the-end.ztv", [(28, struct.pack(">I", 2)), (settings, b"\x0
 patched("table-that-is-an-index.ztv", [(settings, b"\x0a")], "malformed")
 patched("cells-beyond-the-page.ztv", [(settings + 3, b"\xff\xff")], "malformed")
 patched("cells-into-nowhere.ztv", [(settings + 8, b"\xff\xff" * 96)], "malformed")
-# An inner page whose only children are itself: a walk that never ends.
+# An inner page whose only child is itself: walking the tree would never end.
 patched(
     "page-within-itself.ztv",
     [(settings, b"\x05\0\0\0\0\0\0\0" + struct.pack(">I", settings // PAGE + 1))],
@@ -138,21 +138,21 @@ database.close()
 tell("logged.ztv", "there is no table Settings")
 with open(FOLDER / "giant.ztv", "wb") as giant:
     giant.write(good)
-    giant.truncate(1 << 34)  # it takes no room on the disk
+    giant.truncate(1 << 34)  # a sparse file: it occupies no disk space
 tell("giant.ztv", "the file is too large")
 tables = sqlite3.connect(FOLDER / "many-tables.ztv")
 tables.executescript("BEGIN;" + "".join(f"CREATE TABLE T{n} (x);" for n in range(1500)) + "COMMIT")
 tables.close()
 tell("many-tables.ztv", "there are too many tables")
 for size in [512, 1024, 8192, 32768, 65536]:
-    # Their descriptions fit in one page of the large sizes.
+    # With the large page sizes, all descriptions fit in one page.
     crowd = sqlite3.connect(FOLDER / f"crowd-on-pages-of-{size}.ztv")
     crowd.execute(f"PRAGMA page_size = {size}")
     crowd.executescript("BEGIN;" + "".join(f"CREATE TABLE T{n} (x);" for n in range(200)) + "COMMIT")
     crowd.close()
     tell(f"crowd-on-pages-of-{size}.ztv", "there are too many tables")
 def schema(name, rows, message):
-    """Rows that no statement would make, straight into the schema of a good file."""
+    """Writes rows that no SQL statement would create directly into the schema of a good file."""
     path = FOLDER / name
     path.write_bytes(good)
     database = sqlite3.connect(path)
@@ -167,7 +167,7 @@ def schema(name, rows, message):
     tell(name, message)
 
 
-# Each takes the engine a time that grows with the square of its length, before any statement runs.
+# The engine parses each in time quadratic in its length, before any statement runs.
 schema(
     "crowd-of-tables.ztv",
     [("view", "v", "CREATE VIEW v AS SELECT 1 FROM nowhere")]

@@ -16,7 +16,7 @@ class WizardCalibrationTest : public testing::Test {
 protected:
     using Writes = std::vector<std::pair<int, int>>;
 
-    // A table that holds none of the values that come, so that each of them is written.
+    // Fills the table with other values than those to come, so that each of these is written.
     void SetUp() override {
         for (std::int16_t tag = 24; tag <= 39; ++tag) {
             zentrova_.ParamUpdate(tag, 7);
@@ -30,8 +30,8 @@ protected:
     }
 
     Settings Between(int nearDistance, int farDistance) {
-        return ForDistance(zentrova_, {.farRaw = QString::number(farDistance),
-                                       .nearRaw = QString::number(nearDistance),
+        return ForDistance(zentrova_, {.farRaw = farDistance,
+                                       .nearRaw = nearDistance,
                                        .farVoltage = QStringLiteral("10.00"),
                                        .nearVoltage = QStringLiteral("0.00")});
     }
@@ -43,8 +43,8 @@ protected:
 };
 
 TEST_F(WizardCalibrationTest, WritesTheDistanceRouteInItsOrder) {
-    Write(ForDistance(zentrova_, {.farRaw = QStringLiteral("20000"),
-                                  .nearRaw = QStringLiteral("3000"),
+    Write(ForDistance(zentrova_, {.farRaw = 20000,
+                                  .nearRaw = 3000,
                                   .farVoltage = QStringLiteral("9.50"),
                                   .nearVoltage = QStringLiteral("1.25")}));
     EXPECT_EQ(
@@ -105,7 +105,7 @@ TEST_F(WizardCalibrationTest, TakesTheDistancesForTheMarginsFromTheTable) {
         if (link_.writes.back().first == ParamDefines::NearDistance) {
             link_.onStart = {};
             zentrova_.ParamWritePending(ParamDefines::FarDistance, false);
-            zentrova_.ParamUpdate(ParamDefines::FarDistance, 15000); // what the sensor made of it
+            zentrova_.ParamUpdate(ParamDefines::FarDistance, 15000); // the value that the sensor reports
         }
     };
     Write(Between(3000, 20000));
@@ -130,8 +130,8 @@ TEST_F(WizardCalibrationTest, WritesOnlyWhatDiffers) {
 
 TEST_F(WizardCalibrationTest, RefusesWhatIsNoNumberOrFitsNoRegisterBeforeTheFirstWrite) {
     for (const char *voltage : {"abc", "", "99999.00", "1e300"}) {
-        const Ends ends{.farRaw = QStringLiteral("20000"),
-                        .nearRaw = QStringLiteral("3000"),
+        const Ends ends{.farRaw = 20000,
+                        .nearRaw = 3000,
                         .farVoltage = QStringLiteral("1.00"),
                         .nearVoltage = QString::fromLatin1(voltage)};
         EXPECT_THROW(ForDistance(zentrova_, ends), Fault) << voltage;
@@ -140,8 +140,8 @@ TEST_F(WizardCalibrationTest, RefusesWhatIsNoNumberOrFitsNoRegisterBeforeTheFirs
 }
 
 TEST_F(WizardCalibrationTest, TakesAVoltageOutsideTheRangeAsItIs) {
-    const Ends ends{.farRaw = QStringLiteral("20000"),
-                    .nearRaw = QStringLiteral("3000"),
+    const Ends ends{.farRaw = 20000,
+                    .nearRaw = 3000,
                     .farVoltage = QStringLiteral("1.00"),
                     .nearVoltage = QStringLiteral("-2.50")};
     EXPECT_EQ(ForDistance(zentrova_, ends).nearVoltage, -250);

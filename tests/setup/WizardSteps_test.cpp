@@ -109,7 +109,7 @@ TEST_F(WizardStepsTest, EnablesEachWayWhereItLeadsOn) {
     EXPECT_TRUE(steps_->FinishEnabled());
     EXPECT_FALSE(steps_->NextEnabled());
     EXPECT_TRUE(steps_->BackEnabled());
-    Next(); // which leads nowhere
+    Next(); // has no effect on the last step
     EXPECT_EQ(steps_->CurrentStep(), 7);
     Back();
     EXPECT_FALSE(steps_->FinishEnabled());
@@ -183,10 +183,10 @@ TEST_F(WizardStepsTest, JudgesTheRoomByWhatIsShown) {
 
 TEST_F(WizardStepsTest, ShowsTheDistanceWithTwoDecimals) {
     EXPECT_EQ(steps_->Latest().shown, QStringLiteral("---.--"));
-    EXPECT_EQ(steps_->Latest().raw, QString());
+    EXPECT_EQ(steps_->Latest().raw, std::nullopt);
     SetDistance(5);
     EXPECT_EQ(steps_->Latest().shown, QStringLiteral("0.05"));
-    EXPECT_EQ(steps_->Latest().raw, QStringLiteral("5"));
+    EXPECT_EQ(steps_->Latest().raw, 5);
     const ChangedPresets coarser("UPDATE Parameters SET DecimalPlaces = 1 WHERE rowid = 1 + 32");
     ClassZentrova zentrova(coarser.Folder());
     WizardSteps steps(zentrova);
@@ -213,7 +213,7 @@ TEST_F(WizardStepsTest, KeepsWhatWasRecordedAtTheEndsOnTheWayBack) {
     SetDistance(100);
     Back();
     Next();
-    EXPECT_EQ(steps_->Recorded(WizardSteps::AtFarEnd).raw, QStringLiteral("20000"));
+    EXPECT_EQ(steps_->Recorded(WizardSteps::AtFarEnd).raw, 20000);
     EXPECT_EQ(steps_->Recorded(WizardSteps::AtFarEnd).shown, QStringLiteral("200.00"));
 }
 
@@ -225,9 +225,9 @@ TEST_F(WizardStepsTest, ForgetsTheCoreWhenTheDiametersMayChange) {
     EXPECT_EQ(steps_->Roll().distanceToMax, QStringLiteral("49.50"));
     Next();
     Back(); // from the drive: the diameters stay
-    EXPECT_EQ(steps_->Recorded(WizardSteps::AtCore).raw, QStringLiteral("6000"));
+    EXPECT_EQ(steps_->Recorded(WizardSteps::AtCore).raw, 6000);
     Back();
-    EXPECT_EQ(steps_->Recorded(WizardSteps::AtCore).raw, QString());
+    EXPECT_EQ(steps_->Recorded(WizardSteps::AtCore).raw, std::nullopt);
     EXPECT_EQ(steps_->Recorded(WizardSteps::AtCore).shown, QStringLiteral("---.--"));
     EXPECT_EQ(steps_->Roll().distanceToCore, QStringLiteral("---.--"));
     EXPECT_EQ(steps_->Roll().distanceToMax, QStringLiteral("---.--"));
@@ -249,7 +249,7 @@ TEST_F(WizardStepsTest, OpensTheRangeEachTimeAndPutsItBackOnCancel) {
     Next();
     zentrova_.ParamValue(ParamDefines::MinRange, 700);
     link_.writes.clear();
-    Back(); // from the other side
+    Back(); // back, now on the diameter route
     EXPECT_EQ(link_.writes, (Writes{{24, 600}}));
     link_.writes.clear();
     steps_->Cancel();
@@ -280,7 +280,7 @@ TEST_F(WizardStepsTest, WritesTheRouteThatWasChosen) {
         Next();
         entries_.save = false;
         link_.writes.clear();
-        for (std::int16_t tag = 24; tag <= 39; ++tag) { // all writes are through
+        for (std::int16_t tag = 24; tag <= 39; ++tag) { // all writes have ended
             zentrova_.ParamWritePending(tag, false);
         }
         zentrova_.ParamUpdate(ParamDefines::NearDistance, 1);

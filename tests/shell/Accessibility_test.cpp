@@ -15,7 +15,7 @@
 
 namespace ztv {
 
-// What an assistive client sees of the forms.
+// Checks what an assistive client sees of the forms.
 class AccessibilityTest : public MainFormTest {
 protected:
     AccessibilityTest() { QAccessible::setActive(true); }

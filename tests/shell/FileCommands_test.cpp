@@ -10,7 +10,7 @@
 
 namespace ztv {
 
-// Each thing that a command does is noted in order.
+// Records each action of a command in order.
 class FileCommandsTest : public testing::Test {
 protected:
     FileCommandsTest()

@@ -91,7 +91,7 @@ TEST_F(FormAboutTest, LeadsToTheMakerTheMasterAndTheSystem) {
     EXPECT_FALSE(form_.isVisible());
 }
 
-// Such as the second press of a double click.
+// For example, the second press of a double click.
 TEST_F(FormAboutTest, APressBehindAnOpenBoxIsNone) {
     QDialog box(&form_);
     box.setModal(true);
@@ -139,7 +139,7 @@ TEST_F(FormAboutTest, BringsTheTabBackOnAClickWithCtrlAlone) {
     EXPECT_EQ(done_, QStringList{QStringLiteral("tab")});
 }
 
-// What counts is the keyboard as the button was pressed down.
+// The keyboard's state at the press counts.
 TEST_F(FormAboutTest, KeepsTheStateOfThePress) {
     auto &button = ui_.Get<QToolButton>("Toolbar1(1)");
     QTest::mousePress(&button, Qt::LeftButton, Qt::ControlModifier);

@@ -314,7 +314,7 @@ TEST_F(FormMainTest, ShowsTheLastComponentOfThePath) {
     }
 }
 
-// As an open that loads a part of a file does while none was open.
+// For example, when a file could only be loaded in part and none was open.
 TEST_F(FormMainTest, KeepsItsCaptionWhileNoFileIsOpen) {
     Start();
     UpdateCaption(*form_, QStringLiteral("/a/old.ztv"));
@@ -490,7 +490,7 @@ TEST_F(FormMainTest, LeavesTheMnemonicOfTheCheckoutTabsOptionToIt) {
     for (int round = 0; round < 2; ++round) {
         Ui().Get<QRadioButton>("OptionAnalogOut(4)").click();
         QTest::keyClick(form_.get(), Qt::Key_D, Qt::AltModifier);
-        // A mnemonic presses the option for a moment, as a finger would.
+        // A mnemonic presses the option for a moment, as a mouse does.
         EXPECT_TRUE(WaitUntil([&] { return Ui().Get<QRadioButton>("OptionAnalogOut(5)").isChecked(); }));
         EXPECT_EQ(form_->CurrentTab(), 5);
         EXPECT_TRUE(
@@ -564,7 +564,7 @@ TEST_F(FormMainTest, KeepsAnEntryBehindAMenuThatIsOpenedByItsMnemonic) {
     auto &box = Ui().Get<QLineEdit>("TextParam(2)");
     auto &text1 = Ui().Get<QLineEdit>("Text1");
     box.setFocus();
-    QTest::keyClick(&box, Qt::Key_5); // too small, but nobody leaves it
+    QTest::keyClick(&box, Qt::Key_5); // too small, but the focus stays in the box
     QTest::keyClick(&text1, Qt::Key_F, Qt::AltModifier);
     Settle();
     ASSERT_NE(QApplication::activePopupWidget(), nullptr);
@@ -601,29 +601,26 @@ TEST_F(FormMainTest, SetsTheBasicTabToTheModeOfTheTable) {
     Q_EMIT form_->Link().FirstReadComplete();
     EXPECT_FALSE(Ui().Get<QWidget>("TextParam(1)").isVisible());
     form_->Zentrova().ParamUpdate(ParamDefines::AnalogOutputMode, 0);
-    ClickTab(3); // whichever tab comes
+    ClickTab(3); // for each tab
     ClickTab(0);
     EXPECT_TRUE(Ui().Get<QWidget>("FrameManOutput").isVisible());
 }
 
-TEST_F(FormMainTest, SetsTheBasicTabToTheModeThatIsWrittenAfterCheckoutWasLeft) {
+TEST_F(FormMainTest, SetsTheBasicTabToTheModeWhoseWriteStillWaits) {
     Start(QStringLiteral("/Checkout"));
     ClickTab(4);
     Settle();
     FakeLink link;
     form_->Zentrova().ConnectTo(&link);
-    int waits = 0;
-    link.whileWaiting = [&] {
-        if (++waits == 2) { // the second write of the option waits for the first
-            Ui().Get<QRadioButton>("OptionAnalogOut(5)").setChecked(true);
-            ClickTab(0);
-        }
-    };
+    link.holds = true;
     Ui().Get<QRadioButton>("OptionAnalogOut(1)").setChecked(true);
-    Settle();
+    Ui().Get<QRadioButton>("OptionAnalogOut(5)").setChecked(true);
+    ClickTab(0);
     EXPECT_EQ(form_->CurrentTab(), 1);
     EXPECT_EQ(form_->Zentrova().ParamValue(ParamDefines::AnalogOutputMode), 1);
     EXPECT_TRUE(Ui().Get<QWidget>("TextParam(0)").isVisible());
+    link.EndWrites(form_->Zentrova());
+    EXPECT_EQ(link.writes.back(), std::make_pair(39, 1));
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
@@ -693,7 +690,7 @@ TEST_F(FormMainTest, ShowsTheChartOfTheTableAtEachRefresh) {
     Q_EMIT form_->Link().TableRefreshed();
     EXPECT_LT(Ui().Get<QWidget>("PicRelay(1)").x(), before);
     EXPECT_FALSE(Ui().Enabled("TextParam(3)"));
-    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving()); // only a configuration writes
+    EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving()); // only a new configuration writes
 }
 
 // Commands during an entry. ------------------------------------------------------------------------------
@@ -710,7 +707,7 @@ protected:
     QComboBox &Combo1() const { return Ui().Get<QComboBox>("Combo1"); }
     std::int32_t Value(std::int16_t tag) const { return form_->Zentrova().ParamValue(tag); }
 
-    // For the near distance, on the Basic tab.
+    // Types for the near distance, on the Basic tab.
     void Type(const char *text) {
         auto &box = Ui().Get<QLineEdit>("TextParam(3)");
         box.setFocus();
@@ -736,7 +733,7 @@ protected:
         EXPECT_EQ(Text1().selectedText(), QString::fromLatin1(text));
         EXPECT_FALSE(form_->Zentrova().FileChangesNeedSaving());
     }
-    // By a click on the button, which takes no focus.
+    // Clicks the button, which doesn't get the focus.
     void ClickButton(const char *name) {
         QTest::mouseClick(&Ui().Get<QToolButton>(name), Qt::LeftButton);
         Settle();
@@ -859,60 +856,51 @@ TEST_F(EntryAndCommandsTest, TheListsEditorsAreLeftToo) {
     EXPECT_TRUE(Ui().Get<QTreeView>("ListView1").hasFocus());
 }
 
-TEST_F(EntryAndCommandsTest, ACommandWaitsForTheTextWhoseWriteWaits) {
+TEST_F(EntryAndCommandsTest, ACommandFindsTheValueWhoseWriteWaits) {
     FakeLink link;
     form_->Zentrova().ConnectTo(&link);
+    link.holds = true;
+    form_->Zentrova().ParamValue(ParamDefines::ClockOut, 1);
     Type("13");
     dialogs_.ExpectSaveFile(file_);
     dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        ClickButton("Save File");
-        EXPECT_FALSE(dialogs_.AllCame());
-    };
     QTest::keyClick(&Text1(), Qt::Key_Return);
-    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    ClickButton("Save File");
+    EXPECT_TRUE(dialogs_.AllCame());
     EXPECT_EQ(ValueInFile(file_, ParamDefines::NearDistance), 1300);
-
     Type("14");
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        EXPECT_FALSE(form_->close());
-    };
-    dialogs_.Expect(
-        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
     QTest::keyClick(&Text1(), Qt::Key_Return);
-    EXPECT_TRUE(WaitUntil([this] { return !form_->isVisible(); }));
+    form_->Zentrova().ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+    link.EndWrites(form_->Zentrova());
+    const std::vector<std::pair<int, int>> expected = {{23, 1}, {28, 1400}, {1, 1}};
+    EXPECT_EQ(link.writes, expected);
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
-TEST_F(EntryAndCommandsTest, AsksOnceThoughTheWindowIsClosedAgainWhileTheTextsWriteWaits) {
+TEST_F(EntryAndCommandsTest, ClosesOnceTheWaitingWritesAreSentAndAsksOnce) {
     FakeLink link;
     form_->Zentrova().ConnectTo(&link);
-    const auto closeTwice = [&] {
-        link.whileWaiting = {};
-        form_->close();
-        form_->close();
-    };
-    for (const bool byReturn : {true, false}) {
-        Type(byReturn ? "13" : "14");
-        link.whileWaiting = closeTwice;
+    link.holds = true;
+    form_->Zentrova().ParamValue(ParamDefines::ClockOut, 1);
+    Type("13");
+    EXPECT_FALSE(form_->close());
+    EXPECT_FALSE(form_->close());
+    Settle();
+    EXPECT_TRUE(form_->isVisible());
+    const auto expectQuestion = [this](BoxAnswer answer) {
         dialogs_.Expect(
             QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-            BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::Cancel);
-        if (byReturn) {
-            QTest::keyClick(&Text1(), Qt::Key_Return);
-        } else {
-            EXPECT_FALSE(form_->close());
-        }
-        EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
-        Settle();
-        EXPECT_TRUE(form_->isVisible());
-    }
-    dialogs_.Expect(
-        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
+            BoxIcon::Question, BoxButtons::YesNoCancel, answer);
+    };
+    expectQuestion(BoxAnswer::Cancel);
+    link.EndWrites(form_->Zentrova());
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    Settle();
+    EXPECT_TRUE(form_->isVisible());
+    const std::vector<std::pair<int, int>> expected = {{23, 1}, {28, 1300}};
+    EXPECT_EQ(link.writes, expected);
+
+    expectQuestion(BoxAnswer::No);
     EXPECT_TRUE(form_->close());
     form_->Zentrova().ConnectTo(&form_->Link());
 }

@@ -1,4 +1,4 @@
-// The help as the program's forms ask for it: what they ask, and what shows then.
+// Tests the help from the program's forms: their requests, and the page that appears.
 
 #include "help/HelpTopics.h"
 #include "help/ui/HelpViewer.h"
@@ -32,7 +32,7 @@ class AskedHelpTest : public MainFormTest {
 protected:
     QString File() const { return QDir::toNativeSeparators(presets_ + QStringLiteral("/ZTV.chm")); }
 
-    // Closes the dialog with F1 and then each of its help buttons pressed.
+    // Presses F1 and each of the dialog's help buttons, then closes it.
     void ExpectTopicOf(QWidget &form, std::int32_t number, const char *button = nullptr) {
         form.show();
         form.activateWindow();
@@ -133,7 +133,7 @@ protected:
     }
     static HelpPage &Page() { return Form(*Window()).Get<HelpPage>("Page"); }
 
-    // Clicks where the system would: whatever is blocked doesn't get it.
+    // Clicks through the window system, so that a blocked window doesn't get the click.
     static void Click(QWidget &widget, const QPoint &place) {
         QTest::mouseClick(widget.window()->windowHandle(), Qt::LeftButton, {},
                           widget.mapTo(widget.window(), place));
@@ -146,7 +146,7 @@ protected:
         ASSERT_EQ(items.size(), 1) << title;
         Click(*contents.viewport(), contents.visualItemRect(items.first()).center());
     }
-    // The window can be clicked, scrolled and typed into.
+    // Expects that the window can be clicked, scrolled and typed into.
     static void ExpectUsable() {
         ClickTopic("Troubleshooting");
         EXPECT_EQ(Shown(), 1300);
@@ -224,7 +224,7 @@ TEST_F(ShownHelpTest, StaysUsableWhenADialogOpensOverItAndAnotherOverThat) {
     EXPECT_EQ(Window()->windowHandle()->transientParent(), nullptr);
 }
 
-// Proves that the clicks above find a window that is blocked.
+// Proves that the clicks above detect a blocked window.
 TEST_F(ShownHelpTest, ADialogBlocksTheMainForm) {
     Start();
     WhenDialogOpens([this](QWidget &dialog) {

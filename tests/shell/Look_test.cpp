@@ -1,4 +1,5 @@
-// How all forms look: names, mnemonics, the order of Tab, the focus, contrast, and texts that aren't cut off.
+// Tests the look of all forms: names, mnemonics, the order of Tab, the focus, contrast, and texts that aren't
+// cut off.
 
 #include "tests/helpers/AllForms.h"
 #include "tests/helpers/Printers.h"
@@ -48,7 +49,7 @@ std::vector<Widget *> Shown(QWidget &form) {
     return shown;
 }
 
-// Those that Tab can come to.
+// The controls that Tab reaches.
 std::vector<QWidget *> Reachable(QWidget &form) {
     std::vector<QWidget *> reachable;
     for (QWidget *widget : Shown(form)) {
@@ -136,9 +137,9 @@ TEST_F(LookTest, AMnemonicLeadsToOneControlOfAForm) {
 
 namespace {
 
-// Tab pressed from the first control on, until it is back there.
+// Presses Tab from the first control until it has the focus again, and returns the controls in order.
 std::vector<QWidget *> InTabOrder(QWidget &form) {
-    constexpr int most = 400; // links of a page are gone through one by one
+    constexpr int most = 400; // Tab visits the links of a page one by one
     QWidget *first = form.nextInFocusChain();
     const std::vector<QWidget *> reachable = Reachable(form);
     while (std::find(reachable.begin(), reachable.end(), first) == reachable.end() && first != &form) {
@@ -158,7 +159,7 @@ std::vector<QWidget *> InTabOrder(QWidget &form) {
     return order;
 }
 
-// Neither below what was before nor to the right of it.
+// Whether `next` is neither below `before` nor to the right of it.
 bool GoesBack(const QRect &before, const QRect &next) {
     const bool sameRow = before.top() <= next.center().y() && next.center().y() <= before.bottom();
     return sameRow ? next.left() < before.left()
@@ -179,7 +180,7 @@ TEST_F(LookTest, TabComesToEveryControlInTheOrderOfReading) {
         for (QWidget *widget : Reachable(form)) {
             EXPECT_TRUE(visited.contains(widget)) << "Tab never comes to " << Naming(name, *widget);
         }
-        // A ring goes back once, wherever it starts.
+        // A ring goes back once, whatever its first control.
         std::string goesBack;
         int times = 0;
         for (std::size_t i = 0; i < order.size(); ++i) {
@@ -227,7 +228,7 @@ QColor CommonestColour(const QImage &picture) {
     return QColor::fromRgb(commonest);
 }
 
-// What the control writes its text with.
+// The palette role of the control's text.
 std::optional<QPalette::ColorRole> RoleOfText(const QWidget &widget) {
     const auto *label = qobject_cast<const QLabel *>(&widget);
     if (label != nullptr && !label->text().isEmpty()) {
@@ -334,7 +335,7 @@ TEST_F(LookTest, RelaysCanBeToldApartWithoutColour) {
 
 namespace {
 
-// The room that a control has for its text; none where the control cuts nothing off.
+// The room that a control has for its text; empty if the control never cuts text off.
 std::optional<QSize> RoomForText(const QWidget &widget) {
     const QStyle &style = *widget.style();
     const auto button = [&](QStyle::SubElement element) {
@@ -372,11 +373,11 @@ void ExpectLabelWhole(const QString &form, const QLabel &label) {
         return;
     }
     if (label.text() == label.toolTip()) {
-        return; // it may be cut, since it can be read in full there
+        return; // may be cut: the tool tip has the whole text
     }
     QString visible = label.text();
     while (visible.endsWith(QStringLiteral(".."))) {
-        visible.chop(1); // dots that lead to a value go on as far as they can
+        visible.chop(1); // dots that lead to a value may be cut
     }
     constexpr int rounding = 1;
     const QSize room = label.contentsRect().size() + QSize(0, rounding);
@@ -391,7 +392,7 @@ void ExpectTextsWhole(QWidget &form, const QString &name) {
         const QWidget *parent = widget->parentWidget();
         if (const auto *label = qobject_cast<const QLabel *>(widget)) {
             ExpectLabelWhole(name, *label);
-            // What moves with a value may stand over the frame's edge.
+            // A label that moves with a value may cross the frame's edge.
             EXPECT_TRUE(label->text().isEmpty() || parent->rect().contains(label->geometry()))
                 << Naming(name, *label);
         } else if (const std::optional<QSize> room = RoomForText(*widget)) {

@@ -193,7 +193,7 @@ TEST(ApplicationTest, HandsAFaultOfAHandlerToItsOneHandler) {
     application.OnFault([&faults](const Fault &fault) {
         faults.emplace_back(fault.what());
         QTimer::singleShot(0, qApp, [] { throw Fault::Overflow(QStringLiteral("follows from it")); });
-        QApplication::processEvents(); // as the box does that shows it
+        QApplication::processEvents(); // as the box that shows it does
     });
     QTimer::singleShot(0, qApp, [] { throw Fault::Subscript(QStringLiteral("parameter(96)")); });
     while (faults.empty()) {

@@ -1,4 +1,4 @@
-// The wheel scrolls, on every form, and changes no value.
+// Tests that the wheel scrolls on every form and changes no value.
 
 #include "tests/helpers/AllForms.h"
 #include "tests/helpers/Printers.h"
@@ -17,7 +17,7 @@ namespace ztv {
 
 namespace {
 
-// All that a form holds, as one text for each control.
+// All values of a form, as one text for each control.
 QStringList ValuesIn(const QWidget &form) {
     QStringList values;
     for (const QWidget *widget : form.findChildren<QWidget *>()) {
@@ -43,7 +43,7 @@ QStringList ValuesIn(const QWidget &form) {
     return values;
 }
 
-// As the desktop sends it: what a control leaves goes on to what the control stands in.
+// Turns the wheel as the desktop does: an event that a control ignores goes on to its parent.
 void Turn(QWidget &widget, const QPoint &place, int turn) {
     QWidget &form = *widget.window();
     const QPointF inForm = widget.mapTo(&form, place);
@@ -73,7 +73,7 @@ TEST_F(WheelTest, ChangesNoValueOnAnyForm) {
                 }
                 if (focused) {
                     widget->setFocus(Qt::TabFocusReason);
-                    Settle(); // the box that is left shows its value in the format
+                    Settle(); // the box formats its value when the focus leaves it
                 }
                 const QStringList before = ValuesIn(form);
                 for (const int turn : {-120, 120, 120, -120, -120}) {

@@ -22,7 +22,7 @@ protected:
 };
 
 TEST_F(SimAnalogOutput, FollowsTheCountsInManualMode) {
-    Set(parameter::OutputMode, 0);
+    Set(parameter::AnalogOutputMode, 0);
     EXPECT_EQ(At(5000), 0);
     Set(parameter::ManualOutput, 1024);
     EXPECT_EQ(At(5000), 250);
@@ -55,7 +55,7 @@ TEST_F(SimAnalogOutput, StandsAnEmptyRangeInLinearMode) {
 }
 
 TEST_F(SimAnalogOutput, FollowsTheDiameterInHyperbolicMode) {
-    Set(parameter::OutputMode, 2);
+    Set(parameter::AnalogOutputMode, 2);
     EXPECT_EQ(At(10000), 1000);
     EXPECT_EQ(At(9800), 500);
     EXPECT_EQ(At(9000), 167);
@@ -64,7 +64,7 @@ TEST_F(SimAnalogOutput, FollowsTheDiameterInHyperbolicMode) {
 }
 
 TEST_F(SimAnalogOutput, StandsSenselessDiametersInHyperbolicMode) {
-    Set(parameter::OutputMode, 2);
+    Set(parameter::AnalogOutputMode, 2);
     Set(parameter::MaxDiameter, 100);
     EXPECT_EQ(At(1000), 1000);
     Set(parameter::CoreDiameter, 0);
@@ -72,7 +72,7 @@ TEST_F(SimAnalogOutput, StandsSenselessDiametersInHyperbolicMode) {
 }
 
 TEST_F(SimAnalogOutput, IsOffInOtherModes) {
-    Set(parameter::OutputMode, 3);
+    Set(parameter::AnalogOutputMode, 3);
     EXPECT_EQ(At(10000), 0);
 }
 

@@ -13,7 +13,7 @@ using test::Hex;
 
 class SimBootFrame : public testing::Test {
 protected:
-    // The payloads heard, in hexadecimal, with a comma behind each.
+    // The received payloads in hexadecimal, each followed by a comma.
     std::string Hear(const QByteArray &bytes) {
         std::string heard;
         for (const HeardFrame &frame : reader_.Append(bytes)) {
@@ -79,7 +79,7 @@ TEST_F(SimBootFrame, MeasuresOnlyItself) {
 
 TEST_F(SimBootFrame, BeginsAnewInTheMiddleOfADamagedOne) {
     EXPECT_EQ(Hear("0F0F 01 10 20 0F0F 00 02 FE 04"), "0002,");
-    // The frame broke off behind an escape, and behind an escaped mark.
+    // The frame breaks off after an escape, and after an escaped mark.
     EXPECT_EQ(Hear("0F0F 01 05 0F0F 00 02 FE 04"), "0002,");
     EXPECT_EQ(Hear("0F0F 01 050F 0F0F 00 02 FE 04"), "0002,");
     EXPECT_EQ(Hear("0F0F 01 0F 02 FE 04 0F0F 00 02 FE 04"), "0002,");
@@ -94,7 +94,7 @@ TEST_F(SimBootFrame, WithADamagedByteIsDropped) {
 
 TEST_F(SimBootFrame, WithMarksOutOfPlaceIsDropped) {
     EXPECT_EQ(Hear("0F0F 04"), "");
-    EXPECT_EQ(Hear("0F0F 00 04"), "");       // no payload
+    EXPECT_EQ(Hear("0F0F 00 04"), "");       // without a payload
     EXPECT_EQ(Hear("0F0F 05FF 01 04"), "");  // an escape where none is due
     EXPECT_EQ(Hear("0F0F 01 0F F0 04"), ""); // a mark that isn't escaped
     EXPECT_EQ(Hear("00 02 FE 04"), "");      // no start

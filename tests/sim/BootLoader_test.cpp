@@ -20,7 +20,7 @@ protected:
 
     std::vector<BootExchange> Hear(const QByteArray &payload) { return loader_.Receive(BootFrame(payload)); }
 
-    // The payload of the answer in hexadecimal; empty when there was none.
+    // The payload of the answer in hexadecimal; empty if there was none.
     std::string Ask(const QByteArray &payload) {
         const std::vector<BootExchange> exchanges = Hear(payload);
         EXPECT_EQ(exchanges.size(), 1u);
@@ -65,7 +65,7 @@ TEST_F(SimBootLoader, ReadsProgramIdsAndConfiguration) {
                                      "5a54563530302d31");
     EXPECT_EQ(Ask("01 10 00 00 30"), "0110000030" + memory_.Read(0x300000, 16).toHex().toStdString());
     EXPECT_EQ(Ask("01 80 00 08 00"), "0180000800" + memory_.Read(0x800, 128).toHex().toStdString());
-    // Longer than what the loader itself could take.
+    // Longer than the longest packet that the loader can receive.
     EXPECT_EQ(Hear(Hex("01 FF 00 10 00")).front().answer,
               BootFrame(Hex("01 FF 00 10 00") + memory_.Read(0x1000, 255)));
     EXPECT_EQ(Ask("01 00 00 08 00"), "0100000800");
@@ -148,7 +148,7 @@ TEST_F(SimBootLoader, StandsWhateverAPacketHolds) {
         for (int size = static_cast<int>(random() % 40); size > 0; --size) {
             payload.append(byte());
         }
-        // Mostly with the length that a write announces, so that it's executed.
+        // In most cases the length is the one that the write announces, so that it's executed.
         if (payload.size() > 5 && payload.at(0) == 5) {
             payload[1] = static_cast<char>(payload.size() - 5);
         } else if (payload.size() > 5 && payload.at(0) == 2) {
@@ -179,7 +179,7 @@ TEST_F(SimBootLoader, CountsWhatItHears) {
 
 TEST_F(SimBootLoader, GivesAnExchangeItsFaultOnce) {
     loader_.SetFault(2, {BootFault::Delay, 30});
-    loader_.Enter(100); // a fault may be waiting for the loader
+    loader_.Enter(100); // a fault may be set for the loader
     EXPECT_EQ(Hear(Hex("0002")).front().fault.kind, BootFault::None);
     const std::vector<BootExchange> second = Hear(Hex("0002"));
     EXPECT_EQ(second.front().fault.kind, BootFault::Delay);

@@ -47,7 +47,7 @@ protected:
         host.Write(BootFrame(payload));
         return Answer(host);
     }
-    // Sends what gets no answer, and waits until it was heard.
+    // Sends a packet that has no answer, and waits until the loader has received it.
     void Tell(const TestHost &host, const QByteArray &payload) {
         const int exchanges = sensor_->Boot().Exchanges();
         host.Write(BootFrame(payload));

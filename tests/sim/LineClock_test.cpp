@@ -26,7 +26,7 @@ TEST(SimLineClock, QueuesWhatComesWhileTheLineIsBusy) {
     EXPECT_EQ(clock.Reserve(5000, 60, 0), 5060);
 }
 
-// The host answers each reply at once, and each comes out late.
+// The host answers each reply at once, and each is sent late.
 TEST(SimLineClock, AddsNoDelayUpOverThousandsOfExchanges) {
     LineClock clock;
     constexpr qint64 request = 1'562'500;

@@ -24,7 +24,7 @@ class SimLocalEcho : public test::SensorFixture {
 protected:
     SimLocalEcho() { options_.faults.echo = true; }
 
-    // All that comes back of it within a time that is plenty for it.
+    // Sends the request and returns all that comes back within ample time.
     static QByteArray Exchange(const TestHost &host, const QByteArray &request, qsizetype expected) {
         host.Write(request);
         QByteArray bytes = host.Await(expected);

@@ -22,7 +22,7 @@ protected:
         return reply.isEmpty() ? std::string() : reply.chopped(2).toHex().toStdString();
     }
 
-    // A download of the whole table with the values in use.
+    // Downloads the whole table with its present values.
     QByteArray Download(int addressing) const {
         QByteArray body = test::Hex("0110");
         const int quantity = test::TestPresets::count - 1;

@@ -9,7 +9,7 @@
 namespace sim {
 namespace {
 
-// ztv-sim as it's started from a shell.
+// Runs ztv-sim as a shell does.
 class SimProgram : public testing::Test {
 protected:
     void Run(const QStringList &arguments, const QByteArray &commands = {}) {

@@ -47,33 +47,33 @@ TEST_F(SimSensorModel, RepeatsItselfWithTheSameSeed) {
 }
 
 TEST_F(SimSensorModel, MeasuresTheTarget) {
-    EXPECT_EQ(After(parameter::Distance, 4000), model_.TargetAt(4000));
-    EXPECT_EQ(registers_.Value(parameter::Echo), 1);
+    EXPECT_EQ(After(parameter::ActualDistance, 4000), model_.TargetAt(4000));
+    EXPECT_EQ(registers_.Value(parameter::EchoReceived), 1);
 }
 
 TEST_F(SimSensorModel, KeepsTheLastDistanceWithoutAnEcho) {
     model_.HoldTarget(5000);
-    EXPECT_EQ(After(parameter::Distance), 5000);
+    EXPECT_EQ(After(parameter::ActualDistance), 5000);
     for (const int outside : {599, 42001}) {
         model_.HoldTarget(outside);
-        EXPECT_EQ(After(parameter::Distance), 5000);
-        EXPECT_EQ(registers_.Value(parameter::Echo), 0);
+        EXPECT_EQ(After(parameter::ActualDistance), 5000);
+        EXPECT_EQ(registers_.Value(parameter::EchoReceived), 0);
     }
     model_.HoldTarget(600);
-    EXPECT_EQ(After(parameter::Distance), 600);
-    model_.Hold(parameter::Echo, 0);
+    EXPECT_EQ(After(parameter::ActualDistance), 600);
+    model_.Hold(parameter::EchoReceived, 0);
     model_.HoldTarget(700);
-    EXPECT_EQ(After(parameter::Distance), 600);
-    model_.Release(parameter::Echo);
-    EXPECT_EQ(After(parameter::Distance), 700);
+    EXPECT_EQ(After(parameter::ActualDistance), 600);
+    model_.Release(parameter::EchoReceived);
+    EXPECT_EQ(After(parameter::ActualDistance), 700);
 }
 
 TEST_F(SimSensorModel, HoldsADistanceUntilTheTargetIsLetGo) {
-    model_.Hold(parameter::Distance, 1500);
-    EXPECT_EQ(After(parameter::Distance, 100), 1500);
-    EXPECT_EQ(After(parameter::Distance, 9000), 1500);
+    model_.Hold(parameter::ActualDistance, 1500);
+    EXPECT_EQ(After(parameter::ActualDistance, 100), 1500);
+    EXPECT_EQ(After(parameter::ActualDistance, 9000), 1500);
     model_.HoldTarget({});
-    EXPECT_EQ(After(parameter::Distance, 9000), model_.TargetAt(9000));
+    EXPECT_EQ(After(parameter::ActualDistance, 9000), model_.TargetAt(9000));
     EXPECT_NE(model_.TargetAt(9000), 1500);
 }
 
@@ -84,31 +84,31 @@ TEST_F(SimSensorModel, DrivesTheOutputByTheDistance) {
 
 TEST_F(SimSensorModel, SwitchesTheRelaysByTheirThresholds) {
     model_.HoldTarget(4900);
-    EXPECT_EQ(After(parameter::RelayState), 1);
-    EXPECT_EQ(After(parameter::RelayState + 1), 0);
+    EXPECT_EQ(After(parameter::Relay1State), 1);
+    EXPECT_EQ(After(parameter::Relay1State + 1), 0);
     model_.HoldTarget(5500);
-    EXPECT_EQ(After(parameter::RelayState), 1);
+    EXPECT_EQ(After(parameter::Relay1State), 1);
     model_.HoldTarget(9500);
-    EXPECT_EQ(After(parameter::RelayState), 0);
-    EXPECT_EQ(After(parameter::RelayState + 1), 1);
+    EXPECT_EQ(After(parameter::Relay1State), 0);
+    EXPECT_EQ(After(parameter::Relay1State + 1), 1);
 }
 
 TEST_F(SimSensorModel, ClosesAForcedRelay) {
     model_.HoldTarget(7000);
-    EXPECT_EQ(After(parameter::RelayState + 1), 0);
-    registers_.Store(parameter::RelayForced + 1, 1);
-    EXPECT_EQ(After(parameter::RelayState + 1), 1);
-    registers_.Store(parameter::RelayForced + 1, 0);
-    EXPECT_EQ(After(parameter::RelayState + 1), 0);
+    EXPECT_EQ(After(parameter::Relay1State + 1), 0);
+    registers_.Store(parameter::Relay1Output + 1, 1);
+    EXPECT_EQ(After(parameter::Relay1State + 1), 1);
+    registers_.Store(parameter::Relay1Output + 1, 0);
+    EXPECT_EQ(After(parameter::Relay1State + 1), 0);
 }
 
 TEST_F(SimSensorModel, HoldsInputsThatWereSet) {
     EXPECT_EQ(After(parameter::TeachInput), 0);
     model_.Hold(parameter::TeachInput, 1);
     EXPECT_EQ(After(parameter::TeachInput), 1);
-    EXPECT_NE(After(parameter::AnalogInput, 0), After(parameter::AnalogInput, 1750));
-    model_.Hold(parameter::AnalogInput, 321);
-    EXPECT_EQ(After(parameter::AnalogInput, 1750), 321);
+    EXPECT_NE(After(parameter::AnalogInputVoltage, 0), After(parameter::AnalogInputVoltage, 1750));
+    model_.Hold(parameter::AnalogInputVoltage, 321);
+    EXPECT_EQ(After(parameter::AnalogInputVoltage, 1750), 321);
 }
 
 } // namespace

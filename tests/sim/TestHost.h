@@ -23,9 +23,9 @@ public:
     bool IsOpen() const { return descriptor_ >= 0; }
     void Set(speed_t speed, tcflag_t flags) const;
     void Write(const QByteArray &bytes) const;
-    // What is there now.
+    // Reads the bytes received so far.
     QByteArray Read() const;
-    // The next bytes, that many.
+    // Waits for that many bytes and reads them.
     QByteArray Await(qsizetype size) const;
     bool HangsUp() const;
 

@@ -7,7 +7,7 @@ namespace sim {
 
 namespace test {
 
-// A small presets database in a folder of its own.
+// A small presets database in a temporary folder.
 class TestPresets {
 public:
     static constexpr int count = 91;

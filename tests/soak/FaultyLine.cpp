@@ -76,7 +76,7 @@ void FaultyLine::HangUp() {
     if (!IsPlugged()) {
         return;
     }
-    // It may be the notifier itself that is at work.
+    // Not deleted at once: the call may come from the notifier itself.
     fromHost_->setEnabled(false);
     fromHost_.release()->deleteLater();
     QFile::remove(link_);

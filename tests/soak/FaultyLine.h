@@ -11,24 +11,24 @@
 
 namespace ztv {
 
-// A line between the host and one sensor on which anything can go wrong. It does nothing of its own accord:
-// whoever uses it is told each request and each reply, whole, and says what goes on to the other end.
+// A line between the host and one sensor, on which the test makes faults. Reports each whole request and each
+// whole reply, and forwards only what the test sends.
 class FaultyLine : public QObject {
     Q_OBJECT
 
 public:
-    // The host's end has this name. The sensor has been started, and outlives the line.
+    // Gives the host's end the name `link`. REQUIRES: the sensor is started and outlives the line.
     FaultyLine(const sim::SimulatedSensor &sensor, QString link);
     ~FaultyLine() override;
 
-    // The host's adapter gives back what is sent through it.
+    // Simulates an adapter with a local echo.
     void GiveBack(bool given) { givesBack_ = given; }
 
     void SendToSensor(const QByteArray &bytes);
     void SendToHost(const QByteArray &bytes);
     void SendToHostAfter(int milliseconds, const QByteArray &bytes);
 
-    // The host's adapter is pulled and put back; another device then bears the name.
+    // Unplugs the host's adapter and plugs it in again; afterwards another device has the name.
     void HangUp();
     void Replug();
     bool IsPlugged() const { return master_ >= 0; }
@@ -43,7 +43,7 @@ private:
 
     QString link_;
     int master_ = -1;
-    int slave_ = -1; // keeps the terminal while the host doesn't have it open
+    int slave_ = -1; // keeps the terminal alive while the host has it closed
     int sensor_ = -1;
     std::unique_ptr<QSocketNotifier> fromHost_;
     std::unique_ptr<QSocketNotifier> fromSensor_;

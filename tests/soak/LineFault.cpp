@@ -8,9 +8,9 @@ namespace ztv {
 
 namespace {
 
-// Somewhere in the bytes stands what a slave could have sent. Damage may happen to leave such a thing, and
-// the host then rightly says that there was a frame.
-bool HoldsFrame(const QByteArray &bytes) {
+// Whether the bytes contain a frame that a slave could have sent. Damage may leave one by chance, and then
+// the host is right to report a frame.
+bool ContainsFrame(const QByteArray &bytes) {
     for (qsizetype at = 0; at + 5 <= bytes.size(); ++at) {
         const auto slave = static_cast<quint8>(bytes[at]);
         const auto function = static_cast<quint8>(bytes[at + 1]);
@@ -44,7 +44,7 @@ QByteArray Damage::WithFlippedBits(QByteArray frame) {
         for (const int bit : bits) {
             frame[bit / 8] = static_cast<char>(frame[bit / 8] ^ (1 << bit % 8));
         }
-    } while (HoldsFrame(frame));
+    } while (ContainsFrame(frame));
     return frame;
 }
 
@@ -52,7 +52,7 @@ QByteArray Damage::CutShort(const QByteArray &frame) {
     QByteArray part;
     do {
         part = frame.first(Between(1, static_cast<int>(frame.size()) - 1));
-    } while (HoldsFrame(part));
+    } while (ContainsFrame(part));
     return part;
 }
 
@@ -63,14 +63,14 @@ QByteArray Damage::Garbage() {
         for (char &byte : garbage) {
             byte = static_cast<char>(Between(0, 255));
         }
-    } while (HoldsFrame(garbage));
+    } while (ContainsFrame(garbage));
     return garbage;
 }
 
 QByteArray Damage::ForeignFrame() {
     QByteArray frame(1, static_cast<char>(Between(2, 247)));
     switch (Between(0, 2)) {
-    case 0: { // a read's
+    case 0: { // for a read
         const int words = Between(1, 40);
         frame += char(3);
         frame += static_cast<char>(2 * words);
@@ -79,7 +79,7 @@ QByteArray Damage::ForeignFrame() {
         }
         break;
     }
-    case 1: // a write's
+    case 1: // for a write
         frame += char(6);
         for (int byte = 0; byte < 4; ++byte) {
             frame += static_cast<char>(Between(0, 255));

@@ -7,7 +7,7 @@
 
 namespace ztv {
 
-// What can become of a request and its reply.
+// The faults of a request and its reply.
 enum class LineFault {
     None,
     LostRequest,
@@ -16,32 +16,32 @@ enum class LineFault {
     DamagedReply,
     ShortReply,
     ReplyInPieces,
-    SlowReply,       // within the time that the host waits
-    LateReply,       // beyond it, before the next request
-    LateBeforeOwn,   // behind the next request; that one's own reply follows
-    LateAlone,       // behind the next request, which gets no reply of its own
-    GarbageBefore,   // in front of the reply
-    GarbageBehind,   //
-    ForeignBefore,   // another slave's frame in front of the reply
-    ForeignBehind,   //
+    SlowReply,       // before the host's timeout
+    LateReply,       // after the timeout, before the next request
+    LateBeforeOwn,   // after the next request, whose own reply follows
+    LateAlone,       // after the next request, which gets no reply of its own
+    GarbageBefore,   // before the reply
+    GarbageAfter,    //
+    ForeignBefore,   // another slave's frame before the reply
+    ForeignAfter,    //
     ForeignInstead,  //
     DoubledReply,    //
-    Exception,       // with a code that is known
-    ExceptionBeyond, // with one that isn't
+    Exception,       // with a known code
+    ExceptionBeyond, // with an unknown code
     HangUp,          // the adapter is pulled before the reply
-    HangUpInReply,   // within it
-    HangUpBehind     // between two requests
+    HangUpInReply,   // in the middle of the reply
+    HangUpAfter      // between two requests
 };
 
-// One row a fault, in the order of the codes.
+// One row for each fault, in the order of the enumeration.
 struct LineFaultRow {
     const char *name;
-    int weight;          // among the rounds of the poll
-    bool strikesWrites;  // it is one of a write as well
-    std::int16_t status; // what the host must report of it; 0: a good transaction
+    int weight;           // relative frequency in the poll
+    bool appliesToWrites; // also applied to writes
+    std::int16_t status;  // the status that the host must report; 0: a good transaction
 };
 
-inline constexpr std::int16_t TheExceptionsCode = -1; // as a status: the code that the exception had
+inline constexpr std::int16_t TheExceptionsCode = -1; // as a status: the exception's own code
 
 inline constexpr std::array LineFaultTable = {
     LineFaultRow{"none", 0, true, 0},
@@ -53,37 +53,37 @@ inline constexpr std::array LineFaultTable = {
     LineFaultRow{"reply in pieces", 4, true, 0},
     LineFaultRow{"reply slow", 2, true, 0},
     LineFaultRow{"reply late, between two requests", 1, false, 10},
-    LineFaultRow{"reply late, in front of the next", 1, false, 10},
+    LineFaultRow{"reply late, before the next", 1, false, 10},
     LineFaultRow{"reply late, instead of the next", 1, false, 10},
-    LineFaultRow{"garbage in front", 6, true, 0},
-    LineFaultRow{"garbage behind", 6, true, 0},
-    LineFaultRow{"foreign frame in front", 6, true, 0},
-    LineFaultRow{"foreign frame behind", 4, true, 0},
+    LineFaultRow{"garbage before", 6, true, 0},
+    LineFaultRow{"garbage after", 6, true, 0},
+    LineFaultRow{"foreign frame before", 6, true, 0},
+    LineFaultRow{"foreign frame after", 4, true, 0},
     LineFaultRow{"foreign frame instead", 1, true, 12},
     LineFaultRow{"reply twice", 6, true, 0},
     LineFaultRow{"exception 1 to 7", 4, true, TheExceptionsCode},
     LineFaultRow{"exception above 7", 2, true, 12},
     LineFaultRow{"hang-up before the reply", 1, true, 15},
-    LineFaultRow{"hang-up within the reply", 1, true, 15},
-    LineFaultRow{"hang-up behind the reply", 1, false, 0},
+    LineFaultRow{"hang-up in the reply", 1, true, 15},
+    LineFaultRow{"hang-up after the reply", 1, false, 0},
 };
 
 inline const LineFaultRow &RowOf(LineFault fault) {
     return LineFaultTable.at(static_cast<std::size_t>(fault));
 }
 
-// The bytes of the faults.
+// Makes the bytes of the faults.
 class Damage {
 public:
     explicit Damage(unsigned seed) : random_(seed) {}
 
     int Between(int least, int most) { return std::uniform_int_distribution(least, most)(random_); }
 
-    // One to three bits are other ones: so few that the checksum tells, always.
+    // Changes one to three bits: so few that the CRC always detects it.
     QByteArray WithFlippedBits(QByteArray frame);
     QByteArray CutShort(const QByteArray &frame);
     QByteArray Garbage();
-    QByteArray ForeignFrame(); // of a slave that isn't 1, with a good checksum
+    QByteArray ForeignFrame(); // from another slave than 1, with a good CRC
 
 private:
     std::mt19937 random_;

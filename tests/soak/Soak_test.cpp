@@ -23,26 +23,26 @@
 
 namespace ztv {
 
-// The whole program polls the simulated sensor over a line on which anything goes wrong, far quicker than it
-// does at work: soak_test --rounds N --seed S [--echo]. Each round's outcome must be the one that its fault
-// has, each value that shows the one that the sensor sent in that very round.
+// The whole program polls the simulated sensor over a faulty line, far faster than in normal use: soak_test
+// --rounds N --seed S [--echo]. Each round must end with the status of its fault, and each displayed value
+// must be the one that the sensor sent in that round.
 
 namespace {
 
-constexpr int quickPeriodMs = 2;    // of the poll
-constexpr int usualPeriodMs = 200;  // which leaves a late reply its time
-constexpr int cleanShare = 97;      // of a hundred rounds
-constexpr int stallMs = 25;         // of this machine, which may cost a reply its time
-constexpr int longestRoundMs = 130; // without one
+constexpr int quickPeriodMs = 2;    // the poll's period in most rounds
+constexpr int usualPeriodMs = 200;  // long enough for a late reply
+constexpr int cleanShare = 97;      // rounds without a fault, per hundred
+constexpr int stallMs = 25;         // a pause of the machine from which on a reply may be late
+constexpr int longestRoundMs = 130; // without a pause
 constexpr int lateBeforeOwnMs = 40; // after the next request
 constexpr int lateAloneMs = 70;     // after the next request: later than any usual delay
-constexpr int calmMs = 12;          // a sensor that answers sooner has late replies told apart from its own
-constexpr int roundsByChance = 300; // before each fault comes once
+constexpr int calmMs = 12;          // late replies can be distinguished only if the usual delay is shorter
+constexpr int roundsByChance = 300; // before the first fault of each kind
 constexpr int roundsForEachFault = 1500;
 constexpr int roundsToWarmUp = 700;
 constexpr int writeEvery = 25;
 constexpr int reconnectEvery = 2500;
-constexpr std::int16_t countsBegunAnew = 30000; // one that passes 32767 ends the program
+constexpr std::int16_t countsToReset = 30000; // a count past 32767 ends the program
 constexpr int longestSilenceMs = 20000;
 
 constexpr std::int16_t good = LinkStatus::NoError;
@@ -50,7 +50,7 @@ constexpr std::int16_t good = LinkStatus::NoError;
 struct Options {
     int rounds = roundsForEachFault;
     unsigned seed = 1;
-    bool echo = false; // of an adapter for two wires
+    bool echo = false; // with a local echo
 };
 
 Options OptionsGiven() {
@@ -82,7 +82,7 @@ Memory MemoryNow() {
             .heapKb = static_cast<long>(mallinfo2().uordblks / 1024)};
 }
 
-// The caches of the screen fill and are emptied again; what counts is how low the use comes.
+// The minimum of each. The screen's caches fill and are emptied again, so only the lowest use counts.
 Memory Lower(const Memory &a, const Memory &b) {
     return {.residentKb = std::min(a.residentKb, b.residentKb), .heapKb = std::min(a.heapKb, b.heapKb)};
 }
@@ -107,13 +107,13 @@ protected:
     void End();
 
 private:
-    // One round of the poll, from the outcome of the one before it.
+    // One round of the poll; begins when the round before it ends.
     struct Round {
         LineFault fault = LineFault::None;
-        std::int16_t status = good; // what must come of it
+        std::int16_t status = good; // the expected outcome
         QByteArray reply;           // the sensor's own
         bool requested = false;
-        qint64 repliedMs = -1; // when it went to the host
+        qint64 repliedMs = -1; // when it was sent to the host
     };
 
     void OnRequest(const QByteArray &request);
@@ -124,7 +124,7 @@ private:
     void TreatPoll(const QByteArray &request);
     void TreatWrite(const QByteArray &request);
     LineFault NextPollFault();
-    bool CanStrike(LineFault fault) const;
+    bool MayApply(LineFault fault) const;
     std::int16_t Plan(LineFault fault);
     void ForwardRequest(const QByteArray &request, LineFault fault);
     void ForwardReply(const QByteArray &reply, LineFault fault);
@@ -151,22 +151,22 @@ private:
     std::vector<std::int16_t> writable_;
     std::vector<int> moved_;
 
-    std::deque<LineFault> pollFaultsDue_; // each comes once, before chance decides
+    std::deque<LineFault> pollFaultsDue_; // each comes once; after that, chance decides
     std::deque<LineFault> writeFaultsDue_;
     Round round_;
-    LineFault before_ = LineFault::None; // of the round before
+    LineFault before_ = LineFault::None; // the fault of the round before
     Next next_ = Next::Any;
     QByteArray late_;
-    bool owed_ = false; // a poll timed out, and none was answered since
+    bool owed_ = false; // a poll timed out, and no later one was answered
     double usualMs_ = 0;
     qint64 roundBeganMs_ = 0;
     LineFault writeFault_ = LineFault::None;
-    std::optional<std::int16_t> writeStatus_; // while one is on the line
-    qint64 writeRepliedMs_ = -1;              // when its reply went to the host
+    std::optional<std::int16_t> writeStatus_; // the expected status, while a write is on the line
+    qint64 writeRepliedMs_ = -1;              // when its reply was sent to the host
     bool probing_ = false;
-    bool asWrite_ = false; // whose reply the sensor sends
+    bool asWrite_ = false; // the sensor's reply belongs to a write
     int pulledRounds_ = 0;
-    bool wholeAgain_ = false;
+    bool lineIsGood_ = false;
     QString shown_;
 
     int rounds_ = 0;
@@ -174,14 +174,14 @@ private:
     int crcErrors_ = 0;
     int countedTimeouts_ = 0;
     int countedCrcErrors_ = 0;
-    int heldBack_ = 0; // good replies that came while a late one was owed and weren't taken
+    int heldBack_ = 0; // good replies that the master rejected because a late one was owed
     int stalls_ = 0;
     int writes_ = 0;
     int failedWrites_ = 0;
     int reconnects_ = 0;
     std::map<LineFault, int> came_;
     std::map<LineFault, int> cameToWrites_;
-    Memory earlyUse_; // in a fifth of the run, once it is warm
+    Memory earlyUse_; // in a fifth of the run, after the warm-up
     Memory lateUse_;  // in the last fifth
     qsizetype descriptors_ = 0;
 };
@@ -207,7 +207,8 @@ void SoakTest::Begin(const Options &options) {
     const ClassZentrova &table = form_->Zentrova();
     for (std::int16_t tag = 1; tag < table.ParamCount(); ++tag) {
         const bool ofTheLine = tag >= ParamDefines::NetworkAddress && tag <= ParamDefines::AddressingMode;
-        // In hyperbolic mode the program writes the near distance by itself, whatever comes of its sum.
+        // In hyperbolic mode the program writes a computed near distance, which random values may put out of
+        // range.
         if (!table.ParamReadOnly(tag) && !ofTheLine && tag != ParamDefines::SaveCommand &&
             tag != ParamDefines::ReinitCommand && tag != ParamDefines::AnalogOutputMode) {
             writable_.push_back(tag);
@@ -218,7 +219,7 @@ void SoakTest::Begin(const Options &options) {
     for (std::size_t k = 1; k < LineFaultTable.size(); ++k) {
         const auto fault = static_cast<LineFault>(k);
         pollFaultsDue_.push_back(fault);
-        if (RowOf(fault).strikesWrites) {
+        if (RowOf(fault).appliesToWrites) {
             writeFaultsDue_.push_back(fault);
         }
     }
@@ -228,7 +229,7 @@ void SoakTest::Begin(const Options &options) {
 
     QObject::connect(&form_->Link(), &LinkSession::StatusChanged, form_.get(),
                      [this](const QString &text) { OnStatus(text); });
-    // Behind the session's own handlers: what they did is there.
+    // Connected after the session's own handlers, so that they have run.
     Mbaxp &master = form_->Link().Mbaxp1();
     QObject::connect(&master, &Mbaxp::TransactionDone, form_.get(), [this](std::int16_t transaction) {
         if (transaction == LinkTransaction::Poll) {
@@ -236,7 +237,7 @@ void SoakTest::Begin(const Options &options) {
         } else if (transaction == LinkTransaction::SingleWrite) {
             OnWritten(good);
         } else {
-            // The poll that the probe has just begun is a quick one.
+            // The probe has just started the poll; replaces its period by the quick one.
             PollQuickly();
         }
     });
@@ -257,8 +258,7 @@ void SoakTest::PollQuickly() {
                                                form_->Zentrova().ParamCount() - 1, quickPeriodMs);
 }
 
-// The program's own period leaves a late reply some time before the next request, and the master relies on
-// it.
+// Polls with the program's own period. The master relies on its length to recognise a late reply.
 void SoakTest::PollAtTheUsualPace() {
     Mbaxp &master = form_->Link().Mbaxp1();
     master.StopCyclic(LinkTransaction::Poll);
@@ -268,7 +268,7 @@ void SoakTest::PollAtTheUsualPace() {
     });
 }
 
-// Each round's values are others, so that none can pass for those of another round.
+// Changes the values in each round, so that none can be mistaken for another round's.
 void SoakTest::ChangeSensor() {
     for (const int tag : moved_) {
         sensor_->SetRegister(tag, (rounds_ * 31 + tag * 257) & 0xFFFF);
@@ -277,7 +277,7 @@ void SoakTest::ChangeSensor() {
 }
 
 LineFault SoakTest::NextPollFault() {
-    if (wholeAgain_) {
+    if (lineIsGood_) {
         return LineFault::None;
     }
     if (!pollFaultsDue_.empty() && rounds_ > roundsByChance && damage_->Between(1, 10) == 1) {
@@ -301,9 +301,9 @@ LineFault SoakTest::NextPollFault() {
     return static_cast<LineFault>(k);
 }
 
-// What tells a late reply from a round's own is that it comes later than usual. A write that waits its turn
-// is to find the line as its own fault has it.
-bool SoakTest::CanStrike(LineFault fault) const {
+// Whether the fault may be used now. A late reply can be distinguished only because it comes later than
+// usual. And a waiting write must find the line in the state of its own fault.
+bool SoakTest::MayApply(LineFault fault) const {
     const bool writeWaits = form_->Link().Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite);
     switch (fault) {
     case LineFault::LateReply:
@@ -314,7 +314,7 @@ bool SoakTest::CanStrike(LineFault fault) const {
         return !owed_;
     case LineFault::HangUp:
     case LineFault::HangUpInReply:
-    case LineFault::HangUpBehind:
+    case LineFault::HangUpAfter:
         return !writeWaits;
     default:
         return true;
@@ -360,7 +360,7 @@ void SoakTest::TreatPoll(const QByteArray &request) {
         return;
     }
     LineFault fault = NextPollFault();
-    if (!CanStrike(fault)) {
+    if (!MayApply(fault)) {
         pollFaultsDue_.push_back(fault);
         fault = LineFault::None;
     }
@@ -381,7 +381,7 @@ void SoakTest::TreatWrite(const QByteArray &request) {
         } else {
             const auto drawn =
                 static_cast<LineFault>(damage_->Between(1, static_cast<int>(LineFaultTable.size()) - 1));
-            writeFault_ = RowOf(drawn).strikesWrites ? drawn : LineFault::None;
+            writeFault_ = RowOf(drawn).appliesToWrites ? drawn : LineFault::None;
         }
         if (writeFault_ != LineFault::None) {
             ++cameToWrites_[writeFault_];
@@ -428,7 +428,7 @@ void SoakTest::OnReply(const QByteArray &reply) {
         return;
     }
     if (!round_.requested) {
-        return; // the machine has let the round end before
+        return; // a pause of the machine ended the round earlier
     }
     round_.reply = reply;
     round_.repliedMs = Now();
@@ -473,13 +473,13 @@ void SoakTest::ForwardReply(const QByteArray &reply, LineFault fault) {
     case LineFault::GarbageBefore:
         line_->SendToHost(damage_->Garbage() + reply);
         break;
-    case LineFault::GarbageBehind:
+    case LineFault::GarbageAfter:
         line_->SendToHost(reply + damage_->Garbage());
         break;
     case LineFault::ForeignBefore:
         line_->SendToHost(damage_->ForeignFrame() + reply);
         break;
-    case LineFault::ForeignBehind:
+    case LineFault::ForeignAfter:
         line_->SendToHost(reply + damage_->ForeignFrame());
         break;
     case LineFault::ForeignInstead:
@@ -498,8 +498,8 @@ void SoakTest::ForwardReply(const QByteArray &reply, LineFault fault) {
     }
 }
 
-// One that a pause of the machine brings close to the next request, which nothing could tell from that one's
-// own, is lost in place of late.
+// Sends a late reply, unless a pause of the machine has brought it close to the next request. Then nothing
+// could distinguish it from that request's own reply, so it is dropped.
 void SoakTest::SendLate(int milliseconds, const QByteArray &reply) {
     const qint64 due = Now() + milliseconds;
     QTimer::singleShot(milliseconds, Qt::PreciseTimer, line_.get(), [this, due, reply] {
@@ -523,7 +523,7 @@ void SoakTest::OnPolled(std::int16_t status) {
             stalled = true;
             ++stalls_;
         } else if (owed_ && round_.repliedMs >= 0) {
-            wanted = status; // an unusual delay then makes a reply one that may be late
+            wanted = status; // a reply with an unusual delay may then be a late one
             ++heldBack_;
         }
     }
@@ -553,8 +553,8 @@ void SoakTest::OnPolled(std::int16_t status) {
                                                     : Next::LateOnly;
         PollAtTheUsualPace();
     } else if (stalled) {
-        PollAtTheUsualPace(); // its reply is late, too
-    } else if (fault == LineFault::HangUpBehind && line_->IsPlugged()) {
+        PollAtTheUsualPace(); // its reply comes late, too
+    } else if (fault == LineFault::HangUpAfter && line_->IsPlugged()) {
         line_->HangUp();
     }
     if (!line_->IsPlugged() && ++pulledRounds_ == 6) {
@@ -567,17 +567,17 @@ void SoakTest::CheckCounts() {
     LinkSession &link = form_->Link();
     EXPECT_EQ(link.TimeoutCount(), timeouts_ - countedTimeouts_);
     EXPECT_EQ(link.CrcErrorCount(), crcErrors_ - countedCrcErrors_);
-    if (link.TimeoutCount() >= countsBegunAnew) {
+    if (link.TimeoutCount() >= countsToReset) {
         countedTimeouts_ = timeouts_;
         link.TimeoutCount(0);
     }
-    if (link.CrcErrorCount() >= countsBegunAnew) {
+    if (link.CrcErrorCount() >= countsToReset) {
         countedCrcErrors_ = crcErrors_;
         link.CrcErrorCount(0);
     }
 }
 
-// Every row is what the sensor has sent in this round, but for one that is being written.
+// Checks that every row has the value that the sensor sent in this round, except a row that is being written.
 void SoakTest::CheckTable() {
     const ClassZentrova &table = form_->Zentrova();
     ASSERT_EQ(round_.reply.size(), 5 + 2 * (table.ParamCount() - 1));
@@ -597,7 +597,7 @@ void SoakTest::CheckTable() {
     }
 }
 
-// After a good poll the value that came is there, after another the one of before.
+// After a good poll the new value is displayed, after any other the old one.
 void SoakTest::CheckScreen(std::int16_t status) {
     const QString word = status == good ? QStringLiteral(" Online") : MbaxpErrorDesc(status);
     EXPECT_EQ(Ui().Text("StatusText").toStdString(),
@@ -624,7 +624,7 @@ void SoakTest::Write() {
     SessionTest::Write(tag, value);
 }
 
-// The status comes before the box: a pause of the machine that has cost a write its reply brings one, too.
+// Checks the status before the box, because a write that failed by a pause of the machine opens a box too.
 void SoakTest::OnStatus(const QString &text) {
     if (writeStatus_ != good || !dialogs_.AllCame() || !text.endsWith(MbaxpErrorDesc(LinkStatus::Timeout))) {
         return;
@@ -638,7 +638,7 @@ void SoakTest::OnStatus(const QString &text) {
 }
 
 void SoakTest::OnWritten(std::int16_t status) {
-    // With the adapter out, the write didn't reach the line.
+    // With the adapter unplugged, the write didn't reach the line.
     const std::int16_t wanted = writeStatus_.value_or(LinkStatus::ReadError);
     EXPECT_EQ(status, wanted) << "write " << writes_ << ", fault: " << RowOf(writeFault_).name;
     EXPECT_TRUE(dialogs_.AllCame());
@@ -661,7 +661,7 @@ void SoakTest::SampleMemory() {
     if (rounds_ % 50 != 0 || !IsCalm()) {
         return;
     }
-    sensor_->ClearRecords(); // which it keeps for whoever asks
+    sensor_->ClearRecords(); // the sensor keeps them until they are cleared
     const int fifth = options_.rounds / 5;
     const int warm = std::max(fifth, roundsToWarmUp);
     if (rounds_ >= warm && rounds_ < warm + fifth) {
@@ -686,7 +686,7 @@ void SoakTest::Run() {
         seen = rounds_;
         silence.start();
         SampleMemory();
-        // Going offline leaves a row whose write is in flight marked so.
+        // Going offline leaves the mark of a write under way.
         const bool writing = form_->Link().Mbaxp1().TransactionBusy(LinkTransaction::SingleWrite);
         if (rounds_ >= reconnectedAt + reconnectEvery && IsCalm() && !writing) {
             reconnectedAt = rounds_;
@@ -699,9 +699,9 @@ void SoakTest::Run() {
     }
 }
 
-// On a line that is whole again the program has what the sensor has.
+// On a good line the program must have the sensor's values again.
 void SoakTest::End() {
-    wholeAgain_ = true;
+    lineIsGood_ = true;
     ASSERT_TRUE(WaitUntil([this] { return IsCalm() && dialogs_.AllCame(); }));
     ASSERT_TRUE(WaitForPolls(3));
     form_->Link().Mbaxp1().StopCyclic(LinkTransaction::Poll);
@@ -712,7 +712,7 @@ void SoakTest::End() {
     }
     EXPECT_LE(heldBack_, timeouts_ / 20 + 2);
     EXPECT_LE(stalls_, rounds_ / 1000 + 2);
-    EXPECT_LE(OpenDescriptors(), descriptors_); // threads that were idle for half a minute take theirs along
+    EXPECT_LE(OpenDescriptors(), descriptors_); // threads that end after half a minute idle close theirs
     if (memoryIsTheProgramsOwn) {
         EXPECT_LE(lateUse_.heapKb, earlyUse_.heapKb + 64);
         EXPECT_LE(lateUse_.residentKb, earlyUse_.residentKb + 2048);

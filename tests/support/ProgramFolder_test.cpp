@@ -28,7 +28,7 @@ TEST(ProgramFolderTest, OtherwiseTheyGoToTheUsersDataFolder) {
     const QTemporaryDir data;
     const EnvironmentVariable isolated("XDG_DATA_HOME", data.path());
     const QString expected = data.filePath(QStringLiteral("ZTV Link"));
-    EXPECT_EQ(FolderForOwnFiles(QStringLiteral("/proc")), expected); // whoever asks
+    EXPECT_EQ(FolderForOwnFiles(QStringLiteral("/proc")), expected); // for root, too
     EXPECT_EQ(FolderForOwnFiles(data.filePath(QStringLiteral("none"))), expected);
     EXPECT_TRUE(QFileInfo(expected).isDir());
 }

@@ -80,8 +80,7 @@ TEST(ReadOnlyFileTest, IsReadOnlyAgainWhereTheNewContentDoesntFit) {
     EXPECT_EQ(ReadFile(path), QByteArray("old"));
 }
 
-// A file of root's in a folder that anybody may write. The tests must run as root for there to be somebody
-// else.
+// Makes a file of root's in a folder that everybody may write to. Only root can make a file of another owner.
 class FileOfAnotherOwnerTest : public ReplaceFileTest {
 protected:
     void SetUp() override {

@@ -5,7 +5,6 @@
 #include "tests/helpers/FakeLink.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/TestPresets.h"
-#include "tests/helpers/Wait.h"
 
 #include <gtest/gtest.h>
 #include <utility>
@@ -17,7 +16,7 @@ class CheckoutControlTest : public testing::Test {
 protected:
     using Writes = std::vector<std::pair<int, int>>;
 
-    // Values that no option writes, so that each write of an option is one.
+    // Sets values that no option writes, so that each option writes.
     CheckoutControlTest() {
         for (const std::int16_t tag : {ParamDefines::AnalogOutputMode, ParamDefines::ManualOutput,
                                        ParamDefines::MaxRange, ParamDefines::FarDistance}) {
@@ -26,12 +25,9 @@ protected:
         zentrova_.ConnectTo(&link_);
     }
 
-    Writes Take() {
-        Settle();
-        return std::exchange(link_.writes, {});
-    }
+    Writes Take() { return std::exchange(link_.writes, {}); }
 
-    // As the sensor confirms it.
+    // Ends the write, as the sensor's confirmation does.
     void Confirm() {
         for (std::int16_t tag = 0; tag < zentrova_.ParamCount(); ++tag) {
             zentrova_.ParamWritePending(tag, false);
@@ -107,33 +103,15 @@ TEST_F(CheckoutControlTest, Reinitialises) {
     EXPECT_EQ(Take(), (Writes{{3, 1}}));
 }
 
-TEST_F(CheckoutControlTest, DoesWhatIsAskedForFromTheEventLoop) {
-    control_.ToggleRelay(0);
-    EXPECT_TRUE(link_.writes.empty());
-    EXPECT_EQ(Take(), (Writes{{54, 1}}));
-}
-
-TEST_F(CheckoutControlTest, FinishesAtOnceWhenAskedTo) {
-    control_.SetRange(0);
-    control_.Finish();
-    EXPECT_EQ(link_.writes, (Writes{{29, 6000}, {25, 6200}}));
-    EXPECT_EQ(Take().size(), 2U); // nothing again
-}
-
-TEST_F(CheckoutControlTest, LetsAClickDuringAWaitComeAfterTheOneThatWaits) {
-    int waits = 0;
-    link_.whileWaiting = [&] {
-        if (++waits == 1) {
-            control_.SetAnalogOut(2);
-            control_.ToggleRelay(0);
-            control_.ToggleRelay(0);
-            control_.Finish();
-            Settle();
-            EXPECT_TRUE(link_.writes.empty());
-        }
-    };
+TEST_F(CheckoutControlTest, SendsEachClickThatIsMadeDuringAWriteInItsTurn) {
+    link_.holds = true;
     control_.SetAnalogOut(4);
-    EXPECT_EQ(Take(), (Writes{{39, 0}, {40, 4095}, {40, 2048}, {54, 1}, {54, 0}}));
+    control_.SetAnalogOut(2);
+    control_.ToggleRelay(0);
+    control_.ToggleRelay(0);
+    EXPECT_EQ(link_.writes, (Writes{{39, 0}}));
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (Writes{{39, 0}, {40, 4095}, {40, 2048}, {54, 1}, {54, 0}}));
     EXPECT_EQ(zentrova_.ParamValue(40), 2048);
 }
 
@@ -149,20 +127,12 @@ TEST_F(CheckoutControlTest, StaysInTheTableWhileOffline) {
 }
 
 TEST_F(CheckoutControlTest, KeepsTheRestInTheTableWhenTheUserGoesOfflineMeanwhile) {
-    link_.onStart = [this] { link_.open = false; };
+    link_.holds = true;
     control_.SetAnalogOut(4);
-    EXPECT_EQ(Take(), (Writes{{39, 0}}));
+    link_.open = false;
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (Writes{{39, 0}}));
     EXPECT_EQ(zentrova_.ParamValue(40), 4095);
-}
-
-TEST_F(CheckoutControlTest, GoesOnAfterAFault) {
-    link_.whileWaiting = [] { throw Fault::Subscript(QStringLiteral("of the link")); };
-    control_.SetAnalogOut(4);
-    EXPECT_THROW(control_.Finish(), Fault);
-    link_.whileWaiting = {};
-    EXPECT_TRUE(Take().empty());
-    control_.ToggleRelay(0);
-    EXPECT_EQ(Take(), (Writes{{54, 1}}));
 }
 
 } // namespace ztv

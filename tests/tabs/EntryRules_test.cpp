@@ -29,7 +29,7 @@ protected:
         EXPECT_EQ(Value(tag), raw) << text;
     }
 
-    // With the "between" box.
+    // Expects a refusal with the "between" box.
     void ExpectOutOfRange(const QString &text, std::int16_t tag, const QString &limits) {
         const std::int32_t before = Value(tag);
         dialogs_.ExpectNotice(QStringLiteral("Please enter a value between ") + limits, BoxIcon::None,
@@ -117,7 +117,7 @@ TEST_F(EntryRulesTest, HoldsAnOutOfRangeValueToNoRelation) {
 
 TEST_F(EntryRulesTest, SaysWhatWasWrittenAsItIsDisplayed) {
     ExpectAccepted("13.456", NearDistance, 1346);
-    ExpectAccepted("13.46", NearDistance, 1346); // the value that is there
+    ExpectAccepted("13.46", NearDistance, 1346); // the unchanged value
     const std::vector<std::pair<int, std::string>> expected = {{28, "13.46\""}, {28, "13.46\""}};
     EXPECT_EQ(written_, expected);
 }
@@ -139,8 +139,8 @@ TEST_F(EntryRulesTest, DragsTheNearDistanceAfterTheFarOneInHyperbolicMode) {
     Set(AnalogOutputMode, HyperbolicMode);
     Set(CoreDiameter, 300);
     Set(MaxDiameter, 2401);
-    // The list's row of the far distance is told of before the second write waits for the first.
-    link.whileWaiting = [&] { EXPECT_EQ(written_.size(), link.waits - 1U); };
+    // Reports the row of the far distance before it writes the near one.
+    link.onStart = [&] { EXPECT_EQ(written_.size(), link.writes.size() - 1U); };
     ExpectAccepted("300", FarDistance, 30000);
     const std::vector<std::pair<int, int>> expected = {{29, 30000}, {28, 28950}}; // 28949.5
     EXPECT_EQ(link.writes, expected);

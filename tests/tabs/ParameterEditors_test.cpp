@@ -55,7 +55,7 @@ TEST_F(ParameterEditorsTest, TellWhereTheyStartWithAnotherParametersValue) {
     EXPECT_EQ(NoteOf(zentrova_, 39, 38), QString());
     zentrova_.ParamUpdate(2, 3);
     EXPECT_EQ(NoteOf(zentrova_, 39, 1), WhyItCannotOpen(zentrova_, 39, 1));
-    for (const int tag : {2, 28, 40, 81}) { // which have no list
+    for (const int tag : {2, 28, 40, 81}) { // they have no list
         EXPECT_EQ(NoteOf(zentrova_, static_cast<std::int16_t>(tag), 0), QString());
     }
 }

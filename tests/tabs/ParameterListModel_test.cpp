@@ -128,7 +128,7 @@ TEST_F(ParameterListModelTest, TellsOfChangedTextsOnly) {
     model_.Refresh();
     EXPECT_EQ(changed_, (std::vector<int>{28, 95}));
     changed_.clear();
-    // Another raw value with the text that is there.
+    // Another raw value with the same text.
     zentrova_.ParamUpdate(39, 2);
     model_.Refresh();
     zentrova_.ParamUpdate(39, 7);
@@ -159,7 +159,7 @@ TEST_F(ParameterListModelTest, SortsByTextsInTheDirectionThatIsKept) {
     expectSorted(1, true);
     model_.SortBy(ParameterListModel::Name);
     expectSorted(1, false);
-    model_.SortBy(ParameterListModel::Preset); // another one keeps the direction
+    model_.SortBy(ParameterListModel::Preset); // another column keeps the direction
     expectSorted(3, false);
     model_.SortBy(ParameterListModel::Tag);
     EXPECT_EQ(Tags().front(), 95);
@@ -196,7 +196,7 @@ TEST_F(ParameterListModelTest, TakesItsCellsAlongWhenItSorts) {
     EXPECT_EQ(cell.data().toString(), QStringLiteral("12.00\""));
 }
 
-// What views rely on; it warns of what they would stumble over.
+// The tester warns about each violation of the rules that views rely on.
 TEST_F(ParameterListModelTest, KeepsToTheRulesForModels) {
     const QAbstractItemModelTester tester(&model_, QAbstractItemModelTester::FailureReportingMode::Warning);
     Fill();

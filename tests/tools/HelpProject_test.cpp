@@ -103,7 +103,7 @@ TEST_F(HelpProjectTest, NamesAllThatTheCompilerNeeds) {
     EXPECT_EQ(files[QStringLiteral("ZTV.hhk")].count(QStringLiteral("two.html")), 2);
 }
 
-// The help that is shipped. -------------------------------------------------------------------------
+// The shipped help. ---------------------------------------------------------------------------------
 
 TEST(ShippedHelpTest, HasNoFault) {
     const HelpTopics topics = HelpTopics::Read(QStringLiteral(ZTV_BIN_DIR "/help"));
@@ -137,7 +137,7 @@ TEST(ShippedHelpTest, KeepsItsPicturesSmall) {
     }
 }
 
-// The compiled file holds all of it, and finds each topic by its number.
+// The compiled file must contain the whole help and find each topic by its number.
 TEST(ShippedHelpTest, IsCompiledWhole) {
     const QString file = QStringLiteral(ZTV_BIN_DIR "/ZTV.chm");
     if (!QFileInfo::exists(file)) {
@@ -161,7 +161,7 @@ TEST(ShippedHelpTest, IsCompiledWhole) {
         EXPECT_TRUE(files.contains(QStringLiteral(" /") + name + u'\n')) << name.toStdString();
     }
 
-    // Its table of numbers: the table's size, then each number with the place of its page's name.
+    // The file's table of numbers: its size, then each number with the position of its page's name.
     const QTemporaryDir folder;
     const QString table = folder.filePath(QStringLiteral("numbers"));
     QProcess extract;

@@ -20,7 +20,7 @@ namespace ztv {
 
 namespace {
 
-// A dialog with a checked box, one that is checked too, and the controls to leave them for.
+// A dialog with two checked boxes and the controls to leave them for.
 class EntryWindow : public QDialog {
 public:
     EntryWindow() {
@@ -75,7 +75,7 @@ protected:
         Settle();
     }
 
-    // As the window system brings it, to the window first.
+    // Sends the key through the window, as the window system does.
     void ClickInWindow(QWidget *widget) {
         QTest::mouseClick(window_.windowHandle(), Qt::LeftButton, {},
                           widget->mapTo(&window_, widget->rect().center()));
@@ -139,7 +139,7 @@ TEST_F(EntryFocusTest, TakesTheFocusBackFromAControlThatWasGivenItByOtherMeans) 
     window_.other->setFocus();
     Settle();
     ExpectHeld();
-    window_.second->setFocus(); // which is refused as well, and isn't asked
+    window_.second->setFocus(); // this box is invalid too, but isn't checked
     secondIsValid_ = false;
     Settle();
     ExpectHeld();
@@ -210,14 +210,14 @@ TEST_F(EntryFocusTest, AsksOnceAlthoughItsBoxTakesTheFocusAndTurnsTheEventLoop) 
         EXPECT_EQ(boxes, 1);
         ExpectHeld();
     }
-    // And the next click is taken as ever.
+    // The next click works as usual.
     whenRefused_ = {};
     firstIsValid_ = true;
     ClickInWindow(window_.other);
     EXPECT_EQ(otherClicks_, 1);
 }
 
-// A check may write, and the wait for the write lets the user open another form.
+// A check may write, and during the write's wait the user can open another form.
 TEST_F(EntryFocusTest, AsksInAWindowThatIsOpenedDuringACheck) {
     int checks = 0;
     whenRefused_ = [&checks] {

@@ -77,11 +77,10 @@ void RelayMarker::keyReleaseEvent(QKeyEvent *event) {
     }
 }
 
-// Lets go of the key, because its release goes to the widget that has the focus then. Queued, because the
-// write may turn the event loop and the focus must move first.
+// Lets go of the key, because its release goes to the widget that has the focus then.
 void RelayMarker::focusOutEvent(QFocusEvent *event) {
     QWidget::focusOutEvent(event);
-    QMetaObject::invokeMethod(this, &RelayMarker::LetGoOfKey, Qt::QueuedConnection);
+    LetGoOfKey();
 }
 
 void RelayMarker::LetGoOfKey() {

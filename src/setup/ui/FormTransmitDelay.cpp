@@ -223,26 +223,16 @@ void FormTransmitDelay::keyPressEvent(QKeyEvent *event) {
     }
 }
 
+// Reads both values first: the question turns the event loop.
 void FormTransmitDelay::SetTransmitDelayValues() {
-    if (working_) {
-        return;
-    }
-    {
-        const QScopedValueRollback<bool> guard(working_, true);
-        AskAndWrite();
-    }
-    if (closeWanted_) {
-        reject();
-    }
-}
-
-// Reads both values first: the writes turn the event loop, and texts typed meanwhile are for the next press.
-void FormTransmitDelay::AskAndWrite() {
     using namespace ParamDefines;
     const auto low = TransmitDelay::RawValue(zentrova_, low_->text(), TransmitDelayLow);
     const auto high = TransmitDelay::RawValue(zentrova_, high_->text(), TransmitDelayHigh);
-    if (!low || !high ||
-        !Confirm(dialogs_, QStringLiteral("Are you sure? This should only be done on the Master Unit "
+    if (!low || !high) {
+        return;
+    }
+    const QScopedValueRollback<bool> guard(asking_, true);
+    if (!Confirm(dialogs_, QStringLiteral("Are you sure? This should only be done on the Master Unit "
                                           "in a multi-unit installation."))) {
         return;
     }
@@ -252,18 +242,13 @@ void FormTransmitDelay::AskAndWrite() {
 }
 
 void FormTransmitDelay::done(int result) {
-    if (working_) {
-        closeWanted_ = true;
+    if (asking_) {
         return;
     }
-    {
-        const QScopedValueRollback<bool> guard(working_, true); // the save may turn the event loop too
-        // Deliberate: closing makes the sensor save, even if nothing was changed.
-        if (saveSettings_->isEnabled() && saveSettings_->isChecked()) {
-            zentrova_.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
-        }
+    // Deliberate: closing makes the sensor save, even if nothing was changed.
+    if (saveSettings_->isEnabled() && saveSettings_->isChecked()) {
+        zentrova_.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
     }
-    closeWanted_ = false;
     QDialog::done(result);
 }
 

@@ -27,7 +27,7 @@ public:
     FormTransmitDelay(ClassZentrova &zentrova, const ParameterLink &link, UserDialogs &dialogs,
                       ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
-    // Handles every way of closing the window. During a write, closing takes effect after the write.
+    // Handles every way of closing the window. Ignored behind the question.
     void done(int result) override;
 
 protected:
@@ -44,14 +44,12 @@ private:
     void RecalculateDelay();
     void CheckLeftBox(const QLineEdit &box);
     void SetTransmitDelayValues();
-    void AskAndWrite();
     bool ResultsFit() const;
 
     ClassZentrova &zentrova_;
     UserDialogs &dialogs_;
     const bool online_;
-    bool working_ = false;     // a write or the save is waiting in the event loop
-    bool closeWanted_ = false; // the user has closed the window meanwhile
+    bool asking_ = false;
     QLineEdit *sumOfRanges_ = nullptr;
     QLineEdit *sumOfDelays_ = nullptr;
     QLabel *actualDelay_ = nullptr;

@@ -334,7 +334,7 @@ void WizardFrames::ShowReading(const WizardSteps::Reading &latest) {
 
 void WizardFrames::ShowRecorded(int place, const WizardSteps::Reading &recorded) {
     labelRecordedDistance_[At(place)]->setText(recorded.shown);
-    labelRecordedDistance_[At(place)]->setProperty("Tag", recorded.raw);
+    labelRecordedDistance_[At(place)]->setProperty("Tag", recorded.RawText());
 }
 
 void WizardFrames::ShowRoll(const WizardCalibration::Roll &roll) {

@@ -37,7 +37,6 @@ public:
     }
     QLineEdit &TextCoreDia() const { return *textCoreDia_; }
     QLineEdit &TextMaxDia() const { return *textMaxDia_; }
-    QCheckBox &ChkSaveSettings() const { return *chkSaveSettings_; }
 
     std::vector<QWidget *> TabOrder() const;
     WizardSteps::Entries Entries() const;

@@ -11,7 +11,7 @@
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QScopedValueRollback>
+#include <QPointer>
 #include <QVBoxLayout>
 
 namespace ztv {
@@ -175,27 +175,9 @@ bool frmWizard::EntriesAreValid() {
     return true;
 }
 
-// Runs `work`, whose writes turn the event loop. Ignores presses meanwhile, so that they don't act on a step
-// that is changing. Only a request to leave is kept until the work is done.
-void frmWizard::Work(const std::function<void()> &work) {
-    if (atWork_) {
-        return;
-    }
-    leave_ = Leave::No;
-    {
-        const QScopedValueRollback<bool> guard(atWork_, true);
-        work();
-    }
-    const Leave leave = std::exchange(leave_, Leave::No);
-    if (leave == Leave::Ask && isVisible()) {
-        AskToCancel();
-    } else if (leave == Leave::Close && isVisible()) {
-        close();
-    }
-}
-
 // Calls `work` from the event loop, so that an assistive client that pressed a button isn't blocked while a
-// box is open. Ignores a second press before that call: it was meant for the same step.
+// box is open. Ignores a second press before that call, which was meant for the same step, and a press behind
+// a box.
 void frmWizard::Press(void (frmWizard::*work)()) {
     if (std::exchange(pressed_, true)) {
         return;
@@ -204,7 +186,8 @@ void frmWizard::Press(void (frmWizard::*work)()) {
         this,
         [this, work] {
             pressed_ = false;
-            if (isVisible()) {
+            const QWidget *modal = QApplication::activeModalWidget();
+            if (isVisible() && !leaving_ && (modal == nullptr || modal == this)) {
                 (this->*work)();
             }
         },
@@ -212,67 +195,66 @@ void frmWizard::Press(void (frmWizard::*work)()) {
 }
 
 void frmWizard::Next() {
-    Work([this] {
-        if (!EntriesAreValid()) {
-            return;
-        }
-        if (const std::optional<QString> message = steps_.Next(frames_->Entries())) {
-            Warn(dialogs_, *message);
-        }
-        ShowStep();
-    });
+    if (!EntriesAreValid()) {
+        return;
+    }
+    if (const std::optional<QString> message = steps_.Next(frames_->Entries())) {
+        Warn(dialogs_, *message);
+    }
+    ShowStep();
 }
 
 void frmWizard::Back() {
-    Work([this] {
-        steps_.Back(frames_->Entries());
-        ShowRecorded();
-        ShowStep();
-    });
+    steps_.Back(frames_->Entries());
+    ShowRecorded();
+    ShowStep();
 }
 
 void frmWizard::AskToCancel() {
-    if (atWork_) {
-        leave_ = Leave::Ask;
-        return;
+    if (Confirm(dialogs_, QStringLiteral("Are you sure?"), QStringLiteral("Cancel?"))) {
+        steps_.Cancel();
+        CloseOnceSent(Rejected);
     }
-    Work([this] {
-        if (Confirm(dialogs_, QStringLiteral("Are you sure?"), QStringLiteral("Cancel?"))) {
-            steps_.Cancel();
-            done(Rejected);
-        }
-    });
 }
 
 // Reports a text that can't be written before anything is written, so that the user can correct it.
 void frmWizard::Finish() {
-    Work([this] {
-        const WizardSteps::Entries entries = frames_->Entries();
-        WizardCalibration::Settings outcome;
-        try {
-            outcome = steps_.Outcome(entries);
-        } catch (const Fault &fault) {
-            Warn(dialogs_, fault.Description());
-            return;
+    const WizardSteps::Entries entries = frames_->Entries();
+    WizardCalibration::Settings outcome;
+    try {
+        outcome = steps_.Outcome(entries);
+    } catch (const Fault &fault) {
+        Warn(dialogs_, fault.Description());
+        return;
+    }
+    steps_.Finish(outcome, entries);
+    CloseOnceSent(Accepted);
+}
+
+// Stays open until the writes are sent, because the user could go offline before from the main form.
+void frmWizard::CloseOnceSent(int result) {
+    leaving_ = true;
+    frames_->setEnabled(false);
+    for (QPushButton *button : cmdNav_) {
+        button->setEnabled(false);
+    }
+    zentrova_.WhenWritesAreSent([wizard = QPointer(this), result] {
+        if (wizard) {
+            wizard->done(result);
         }
-        frames_->ChkSaveSettings().setEnabled(false); // its state has been read
-        steps_.Finish(outcome, entries);
-        done(Accepted);
     });
 }
 
 void frmWizard::Record(int place) {
-    Work([this, place] {
-        steps_.Record(static_cast<WizardSteps::Place>(place), frames_->Entries());
-        ShowRecorded();
-        if (place != WizardSteps::AtCore) {
-            frames_->TextVoltageOutput(place).setFocus(Qt::OtherFocusReason);
-        }
-    });
+    steps_.Record(static_cast<WizardSteps::Place>(place), frames_->Entries());
+    ShowRecorded();
+    if (place != WizardSteps::AtCore) {
+        frames_->TextVoltageOutput(place).setFocus(Qt::OtherFocusReason);
+    }
 }
 
 void frmWizard::ShowReading() {
-    timerUpdate_.setProperty("Tag", steps_.Latest().raw);
+    timerUpdate_.setProperty("Tag", steps_.Latest().RawText());
     frames_->ShowReading(steps_.Latest());
 }
 
@@ -297,12 +279,13 @@ void frmWizard::ShowStep() {
 }
 
 void frmWizard::reject() {
-    AskToCancel();
+    if (!leaving_) {
+        AskToCancel();
+    }
 }
 
 void frmWizard::closeEvent(QCloseEvent *event) {
-    if (atWork_) {
-        leave_ = Leave::Close;
+    if (leaving_) {
         event->ignore();
         return;
     }

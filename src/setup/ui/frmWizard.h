@@ -41,18 +41,17 @@ protected:
 
 private:
     enum Navigation { Help, CancelButton, BackButton, NextButton, FinishButton };
-    enum class Leave { No, Ask, Close };
 
     QWidget *BuildNavigation();
     void SetTabOrder();
     void ConnectFrames();
 
     void Press(void (frmWizard::*work)());
-    void Work(const std::function<void()> &work);
     void Next();
     void Back();
     void AskToCancel();
     void Finish();
+    void CloseOnceSent(int result);
     void Record(int place);
     void ShowReading();
     void ShowRecorded();
@@ -75,8 +74,7 @@ private:
     std::vector<Entry> entries_;
     std::optional<WizardSteps::Step> shownStep_;
     bool pressed_ = false;
-    bool atWork_ = false;
-    Leave leave_ = Leave::No;
+    bool leaving_ = false; // closes once the writes are sent
 };
 
 } // namespace ztv

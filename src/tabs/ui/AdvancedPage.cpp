@@ -7,8 +7,6 @@
 #include "widgets/Controls.h"
 
 #include <QApplication>
-#include <QPersistentModelIndex>
-#include <utility>
 
 namespace ztv {
 
@@ -81,7 +79,6 @@ AdvancedPage::AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialo
     connect(commandRefresh_, &QPushButton::clicked, this, [this] {
         if (combo1_->isVisible()) {
             commandRefresh_->setFocus(Qt::OtherFocusReason); // its mnemonic doesn't move the focus
-            WriteChoice();
         }
         Rebuild();
     });
@@ -215,26 +212,12 @@ void AdvancedPage::EditChoice(int row, std::int16_t tag) {
 }
 
 void AdvancedPage::Choose(int index) {
-    const std::int16_t tag = choiceTag_;
-    const QPersistentModelIndex selected(listView1_->currentIndex());
-    owedWrite_ = [this, tag, index, selected] {
-        zentrova_.ParamValue(tag, index);
-        if (selected.isValid()) {
-            model_.ShowValue(selected.row(), zentrova_.ParamLookUp(zentrova_.ParamUnits(tag), index));
-        }
-    };
-    QMetaObject::invokeMethod(this, &AdvancedPage::WriteChoice, Qt::QueuedConnection);
-}
-
-void AdvancedPage::WriteChoice() {
-    if (owedWrite_) {
-        std::exchange(owedWrite_, nullptr)();
-    }
+    zentrova_.ParamValue(choiceTag_, index);
+    ShowWritten(zentrova_.ParamLookUp(zentrova_.ParamUnits(choiceTag_), index));
 }
 
 void AdvancedPage::LeaveEntry() {
     combo1_->Leave();
-    WriteChoice();
 }
 
 void AdvancedPage::EditOutput(const QString &tagText, const QString &text) {

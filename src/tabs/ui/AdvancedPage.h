@@ -14,7 +14,6 @@
 #include <QRadioButton>
 #include <array>
 #include <cstdint>
-#include <functional>
 
 namespace ztv {
 
@@ -27,7 +26,6 @@ public:
     AdvancedPage(ClassZentrova &zentrova, EntryRules &rules, UserDialogs &dialogs, ClassMyHtmlHelp &help,
                  ValueOverlay &text1, QWidget *parent);
 
-    void Leaving() override { WriteChoice(); }
     void LeaveEntry() override;
     void UpdateDisplay() override;
 
@@ -51,7 +49,6 @@ private:
     void EditChoice(int row, std::int16_t tag);
     void EditOutput(const QString &tagText, const QString &text);
     void Choose(int index);
-    void WriteChoice();
 
     ClassZentrova &zentrova_;
     EntryRules &rules_;
@@ -63,9 +60,8 @@ private:
     ChoiceOverlay *combo1_ = nullptr;
     std::array<QRadioButton *, 2> optionViewParameters_{};
     QPushButton *commandRefresh_ = nullptr;
-    std::int16_t choiceTag_ = 0;      // the parameter that Combo1 was opened for
-    std::function<void()> owedWrite_; // writes the user's choice; pending until the event loop calls it
-    std::int16_t firstVisible_ = 0;   // the parameter in the top row at the last check
+    std::int16_t choiceTag_ = 0;    // the parameter that Combo1 was opened for
+    std::int16_t firstVisible_ = 0; // the parameter in the top row at the last check
 };
 
 } // namespace ztv

@@ -96,7 +96,6 @@ CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, std
       manualOutput_(manualOutput),
       manualOutputTag_(manualOutputTag),
       control_(zentrova) {
-    connect(&control_, &CheckoutControl::Finished, this, &CheckoutPage::Finished);
     // The order of construction is the tab order.
     auto *relays = BuildRelays();
     auto *clkOut = BuildClkOut();
@@ -293,10 +292,8 @@ void CheckoutPage::resizeEvent(QResizeEvent *event) {
     FitFont();
 }
 
-// Writes at once, because the code that runs after a change of tab depends on the output's mode.
 void CheckoutPage::Entered() {
     SelectAnalogOut(CheckoutOptions::FollowsDistance);
-    control_.Finish();
 }
 
 void CheckoutPage::SelectAnalogOut(int index) {

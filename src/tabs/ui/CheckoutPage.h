@@ -35,9 +35,6 @@ public:
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
-Q_SIGNALS:
-    void Finished(); // all clicks are written; the user may have changed to another page
-
 private:
     void FitFont();
     QGroupBox *BuildRelays();

@@ -25,7 +25,7 @@ public:
 
 Q_SIGNALS:
     // The user has left the list with this choice, by Enter or for another control. The focus is still
-    // moving, so a slot must queue work that turns the event loop.
+    // moving.
     void Chosen(int index);
 
 protected:

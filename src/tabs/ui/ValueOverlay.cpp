@@ -21,7 +21,6 @@ ValueOverlay::ValueOverlay(EntryRules &rules, QWidget *parent) : QLineEdit(paren
 }
 
 void ValueOverlay::MoveOver(QWidget &owner, const QRect &place, const QString &tag, const QString &text) {
-    ++moves_;
     owner_ = &owner;
     // Aligns the typed text like the text that it replaces.
     const auto *box = qobject_cast<QLineEdit *>(&owner);
@@ -69,7 +68,6 @@ void ValueOverlay::SetTag(const QString &tag) {
 }
 
 void ValueOverlay::Open(QChar first) {
-    ++openings_;
     raise();
     show();
     setFocus(Qt::OtherFocusReason);
@@ -99,13 +97,10 @@ bool ValueOverlay::Leave() {
     if (isHidden()) {
         return true;
     }
-    const int opening = openings_;
-    if (!EntryFocus::PermitsLeaving(*this)) {
+    if (checking_ || !EntryFocus::PermitsLeaving(*this)) {
         return false;
     }
-    if (opening == openings_) {
-        Close();
-    }
+    Close();
     return true;
 }
 
@@ -115,21 +110,11 @@ void ValueOverlay::keyPressEvent(QKeyEvent *event) {
         Close();
         break;
     case Qt::Key_Return:
-    case Qt::Key_Enter: {
-        // During the write, the box may have been moved to another value or the user may have changed the
-        // text.
-        const int opening = openings_;
-        const int moves = moves_;
-        const QString entered = text();
-        if ((checked_ != opening || checkedText_ != entered) && Write() && opening == openings_) {
-            if (moves == moves_ && text() != entered) {
-                HideIfLeft();
-            } else {
-                Close();
-            }
+    case Qt::Key_Enter:
+        if (!checking_ && Write()) {
+            Close();
         }
         break;
-    }
     default:
         QLineEdit::keyPressEvent(event);
         break;
@@ -137,41 +122,18 @@ void ValueOverlay::keyPressEvent(QKeyEvent *event) {
 }
 
 bool ValueOverlay::Write() {
-    bool accepted = false;
-    {
-        const QScopedValueRollback<int> guard(checked_, openings_);
-        const QScopedValueRollback<QString> textGuard(checkedText_, text());
-        accepted = ValidateAndWriteTextBoxVal(*this, rules_);
-    }
-    Q_EMIT Checked();
-    return accepted;
+    const QScopedValueRollback<bool> guard(checking_, true);
+    return ValidateAndWriteTextBoxVal(*this, rules_);
 }
 
 bool ValueOverlay::PermitsLeaving() {
-    const int opening = openings_;
-    if (isHidden() || closing_ || text().isEmpty() || checked_ == opening) {
+    if (isHidden() || closing_ || checking_ || text().isEmpty()) {
         return true;
     }
-    const bool permitted = Write();
-    if (opening != openings_) {
-        goneOn_ = true;
-        QMetaObject::invokeMethod(
-            this, [this] { goneOn_ = false; }, Qt::QueuedConnection);
-    }
-    if (opening != openings_ || isHidden()) {
-        return true; // the checked entry no longer exists
-    }
-    if (permitted) {
-        asked_ = opening;
-        HideIfLeft();
-    }
-    return permitted;
+    return Write() || isHidden(); // it may be closed behind the message
 }
 
 bool ValueOverlay::focusNextPrevChild(bool next) {
-    if (goneOn_) {
-        return true;
-    }
     if (!next && insteadOfOwner_ && owner_) {
         QWidget::setTabOrder(this, owner_); // Shift+Tab skips the owner, as Tab does
     }
@@ -189,20 +151,8 @@ void ValueOverlay::focusOutEvent(QFocusEvent *event) {
 }
 
 void ValueOverlay::HideIfLeft() {
-    if (checked_ == openings_ || isHidden() || window()->focusWidget() == this) {
+    if (checking_ || isHidden() || window()->focusWidget() == this) {
         return;
-    }
-    // Checks here, because the validator doesn't check while the previous value is still being written.
-    if (const int opening = openings_; OwesACheck()) {
-        const bool permitted = Write();
-        if (opening != openings_ || isHidden()) {
-            return;
-        }
-        if (!permitted) {
-            setFocus(Qt::OtherFocusReason);
-            TextBoxFunctions::SelectAllText(*this);
-            return;
-        }
     }
     hide();
     Q_EMIT Left();

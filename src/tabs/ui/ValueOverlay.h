@@ -36,12 +36,8 @@ public:
     void Close();
 
     // Acts as if the user left the box: validates and writes the text, then hides the box. Returns false if
-    // the text was rejected; the user has seen the reason and the box has the focus then. REQUIRES:
-    // !IsChecking().
+    // the text was rejected, with the reason shown and the focus in the box, or while that reason is shown.
     bool Leave();
-
-    // Returns true while the typed text is being validated or its write waits for the previous one.
-    bool IsChecking() const { return checked_ != 0; }
 
     // Sets the parameter's number, as text, without moving the box.
     void SetTag(const QString &tag);
@@ -49,8 +45,6 @@ public:
 Q_SIGNALS:
     // The box has lost the focus, or was closed, and is hidden.
     void Left();
-
-    void Checked(); // IsChecking may have ended
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -61,20 +55,14 @@ private:
     void MoveInsteadOf(QWidget &owner, const QRect &place, const QString &tag, const QString &text);
     bool Write();
     bool PermitsLeaving();
-    bool OwesACheck() const { return asked_ != openings_ && !text().isEmpty(); }
     void HideIfLeft();
 
     EntryRules &rules_;
     QPointer<QWidget> owner_;
-    int openings_ = 0;
-    int moves_ = 0;
-    int checked_ = 0; // the opening whose text is being checked or written; 0: none
-    QString checkedText_;
-    int asked_ = 0; // the opening whose text was valid when the user left it
     bool overOwner_ = false;
     bool insteadOfOwner_ = false; // in the tab order
     bool closing_ = false;
-    bool goneOn_ = false; // the box was opened for another value while a key that moves the focus was pending
+    bool checking_ = false; // the text is being checked; a message may be open
 };
 
 } // namespace ztv

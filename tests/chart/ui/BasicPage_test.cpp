@@ -157,7 +157,7 @@ protected:
         return painted.names;
     }
 
-    // The red, green and blue of the page's picture at a place of the chart, in twips.
+    // Red, green and blue of the page's picture at a place of the chart, in twips.
     QColor ColourAt(double x, double y) {
         const QImage picture = page_.grab().toImage();
         const QPoint chart = ui_.Get<QWidget>("FrameGraph").mapTo(&page_, QPoint());
@@ -495,7 +495,7 @@ TEST_F(BasicChartTest, WritesNothingForAKeyThatMovesNoMarker) {
     EXPECT_EQ(zentrova_.ParamValue(57), 42000);
 }
 
-// Markers near each other. ---------------------------------------------------------------------------
+// Markers close together. ----------------------------------------------------------------------------
 
 class BasicMarkersTest : public BasicChartTest {
 protected:
@@ -508,10 +508,10 @@ protected:
     QWidget &Chart() { return ui_.Get<QWidget>("FrameGraph"); }
     QWidget &Marker(int number) { return Member("PicRelay", number); }
 
-    // The column of the chart in which the marker's line is painted: beside the hand's margin.
+    // The column of the chart in which the marker paints its line: past the margin for the hand.
     int LineOf(int number) { return Marker(number).x() + 5; }
 
-    // The pointer over a column of the chart, wherever that leads.
+    // A place on a column of the chart, in the window's coordinates; the widget there gets the event.
     QPoint At(int column) { return Chart().mapTo(&window_, QPoint(column, 70)); }
     void Press(int column) { QTest::mousePress(window_.windowHandle(), Qt::LeftButton, {}, At(column)); }
     void Move(int column) {
@@ -617,7 +617,8 @@ TEST_F(BasicMarkersTest, HoverAndToolTipTellTheLineUnderThePointer) {
         EXPECT_EQ(QToolTip::text(), QString::fromLatin1(text));
         EXPECT_EQ(Marker(number).toolTip(), QString::fromLatin1(text));
 
-        // It goes with the pointer, to the other line over the same widget. A tip lingers for a moment.
+        // The tip follows the pointer to the other line over the same widget. The old tip lingers for a
+        // moment.
         QMouseEvent move(QEvent::MouseMove, QPointF(LineOf(2 - number) - under->x(), 70), QPointF(),
                          Qt::NoButton, Qt::NoButton, Qt::NoModifier);
         QApplication::sendEvent(under, &move);
@@ -664,7 +665,7 @@ TEST_F(BasicMarkersTest, AMereClickWritesNothing) {
         for (const int offset : {-4, 0, 4}) {
             const int column = std::max(0, std::min(LineOf(1) + offset, Chart().width() - 1));
             Press(column);
-            Move(column); // as a desktop tells a press
+            Move(column); // desktops send a move with each press
             EXPECT_FALSE(Visible("LabelRelayDist"));
             Release(column);
             EXPECT_EQ(zentrova_.ParamValue(57), value);
@@ -702,7 +703,7 @@ TEST_F(BasicMarkersTest, TheOneThatIsDraggedPassesTheOther) {
     EXPECT_EQ(Off(), 9000);
 }
 
-// A box that opens meanwhile, or a change of tab, takes it.
+// A box that opens during the drag, or a change of tab, swallows the release.
 TEST_F(BasicMarkersTest, ADragWhoseReleaseIsLostEndsWithoutAWrite) {
     for (const bool hidden : {false, true}) {
         const int before = LineOf(1);

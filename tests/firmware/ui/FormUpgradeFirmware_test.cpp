@@ -36,7 +36,7 @@ class FormUpgradeFirmwareTest : public testing::Test {
 protected:
     void Open() { Open(boot_); }
     void Open(BootComm &boot) {
-        form_.reset(); // one console at a time
+        form_.reset(); // only one console may exist at a time
         form_ = std::make_unique<FormUpgradeFirmware>(FormUpgradeFirmware::Dependencies{
             .bootComm = boot,
             .link = link_,
@@ -62,7 +62,7 @@ protected:
         Ui().Press(name);
         Settle();
     }
-    // A press that comes while something runs: it is worked off at the next yield.
+    // Presses a button while a command runs. The press is handled at the next yield.
     void PressMeanwhile(const char *name) const { Ui().Get<QPushButton>(name).click(); }
     QString Panel(int number) const {
         return Ui().Text(("StatusBar1(" + std::to_string(number) + ")").c_str());
@@ -91,7 +91,7 @@ protected:
                         BoxIcon::Question, BoxButtons::YesNo, answer, std::move(whileOpen));
     }
     void ExpectPortBox() { dialogs_.ExpectTextWith(QStringLiteral("Error "), BoxIcon::Exclamation); }
-    // The waits of the upgrade last ten seconds; who waits for them here has seen that, and needn't.
+    // Checks that the upgrade waits ten seconds, and shortens that wait.
     void HurryWait() {
         auto *timer = form_->findChild<QTimer *>(QStringLiteral("TimerTimeout"));
         ASSERT_NE(timer, nullptr);
@@ -622,7 +622,7 @@ TEST_F(FormUpgradeFirmwareTest, SavesNoHexFileInPlaceOfAnImage) {
         EXPECT_EQ(boot_.Settings().HexOutputPath, QString());
         EXPECT_EQ(form_->cursor().shape(), Qt::ArrowCursor);
     }
-    // Nor where the image isn't there yet.
+    // Nor where the image doesn't exist yet.
     ASSERT_TRUE(QFile::remove(Path("CONFIG.MCP")));
     dialogs_.ExpectSaveFile(Path("CONFIG.MCP"));
     dialogs_.ExpectTextWith(QStringLiteral("This is one of the program's own memory images."),
@@ -685,7 +685,7 @@ TEST_F(FormUpgradeFirmwareTest, TellsThatTheApplicationCantBeRun) {
     EXPECT_FALSE(loader_.closed);
 }
 
-// What a command does to the panels and the pointer, in its order.
+// Records in order what a command does to the panels and the pointer.
 TEST_F(FormUpgradeFirmwareTest, CommandsShowTheirWordsAndThePointerInOrder) {
     Open();
     QStringList log;
@@ -763,13 +763,13 @@ TEST_F(FormUpgradeFirmwareTest, UpgradesASensorThatIsInItsBootLoader) {
     EXPECT_EQ(loader_.packets.at(2), QByteArray::fromHex("03 01 00 08 00"));
     EXPECT_EQ(loader_.packets.at(740), QByteArray::fromHex("05 01 FF 7F 00 00"));
     EXPECT_EQ(loader_.packets.at(741), QByteArray::fromHex("00 00"));
-    EXPECT_EQ(loader_.packets.at(742), QByteArray::fromHex("00 02")); // which the sensor answers no more
+    EXPECT_EQ(loader_.packets.at(742), QByteArray::fromHex("00 02")); // which the sensor no longer answers
     EXPECT_EQ(words.at(1), QStringLiteral("Device found..."));
     EXPECT_EQ(words.at(2), QStringLiteral("HEX file imported..."));
     EXPECT_EQ(words.at(738), QStringLiteral("Finished operation..."));
     EXPECT_EQ(Panel(1), QStringLiteral("Run mode is set..."));
     EXPECT_EQ(loader_.program.at(0x80F), 0x0F);
-    EXPECT_EQ(offlines, 1); // though the link was never opened
+    EXPECT_EQ(offlines, 1); // although the link was never opened
     EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
     EXPECT_TRUE(Ui().Enabled("CommandClose"));
     EXPECT_FALSE(loader_.closed); // the port stays held
@@ -882,7 +882,7 @@ TEST_F(FormUpgradeFirmwareTest, LetsEventsRunWhileItWaitsForTheRestart) {
 
 namespace {
 
-// Moves nothing and reports no error; ours never does.
+// Transfers nothing and reports no error, which the real library never does.
 class IdleWriter : public BootLibrary {
 public:
     using BootLibrary::BootLibrary;
@@ -919,7 +919,7 @@ TEST_F(FormUpgradeFirmwareTest, AFailureToReadTheEepromDoesntStopTheUpgrade) {
     Press("CommandUpgradeFirmware");
 }
 
-// What is left of the image was written and verified, but that isn't the firmware.
+// The rest of the image was written and verified, but it isn't the whole firmware.
 TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsErasedMeanwhileFails) {
     Open();
     Make("Firmware/B70214.hex", ":10080000000102030405060708090A0B0C0D0E0F70\r\n"
@@ -936,7 +936,7 @@ TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsErasedMeanwhileFails) {
     EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram);
 }
 
-// Otherwise the write would find nothing to do, and the erased sensor be told to run.
+// Otherwise the write would find nothing to do, and the upgrade would start the erased sensor.
 TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsReplacedDuringTheEraseFails) {
     MakeFirmware();
     for (const char *command : {"CommandEraseFiles", "CommandRead"}) {
@@ -956,7 +956,7 @@ TEST_F(FormUpgradeFirmwareTest, AnUpgradeWhoseImageIsReplacedDuringTheEraseFails
     }
 }
 
-// Each line was verified as it was written, and some are gone since.
+// Each line was verified as it was written, but some are erased now.
 TEST_F(FormUpgradeFirmwareTest, AnUpgradeThatIsErasedWhileItIsWrittenFails) {
     Open();
     Make("Firmware/B70214.hex", ":10080000000102030405060708090A0B0C0D0E0F70\r\n"
@@ -973,7 +973,7 @@ TEST_F(FormUpgradeFirmwareTest, AnUpgradeThatIsErasedWhileItIsWrittenFails) {
     EXPECT_EQ(loader_.program.count(0x800), 0u);
     EXPECT_EQ(loader_.program.count(0x810), 1u);
     EXPECT_EQ(Panel(1), QStringLiteral("Failed to write device..."));
-    EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram); // it isn't told to run
+    EXPECT_EQ(loader_.packets.back().at(0), BootCommand::ReadProgram); // no command to start the application
 }
 
 TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileNothingIsErased) {
@@ -994,7 +994,7 @@ TEST_F(FormUpgradeFirmwareTest, WithAnInvalidFirmwareFileNothingIsErased) {
     EXPECT_EQ(loader_.packets.size(), 2u);
 }
 
-// The sensor goes on measuring: from its loader nothing would bring it back.
+// The sensor goes on measuring. Without a file, nothing could bring it back from its loader.
 TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileARunningSensorIsLeftAlone) {
     Open();
     loader_.answers = false;
@@ -1018,7 +1018,7 @@ TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileARunningSensorIsLeftAlone) {
     EXPECT_EQ(panel.toolTip(), QStringLiteral("Status")); // the path went with its word
 }
 
-// The port was taken at first, so that the upgrade tries the link; it has come free since.
+// The port is in use at first, so the upgrade tries the link; then it becomes free.
 TEST_F(FormUpgradeFirmwareTest, WithoutAFirmwareFileNothingGoesOutOfAPortThatComesFree) {
     ScriptedLine line;
     device_ = line.Path();
@@ -1081,7 +1081,7 @@ TEST_F(FormUpgradeFirmwareTest, AStepThatFailsEndsTheUpgradeWithItsWord) {
         ExpectUpgradeQuestion(BoxAnswer::Yes);
         Press("CommandUpgradeFirmware");
         EXPECT_EQ(Panel(1), QString::fromLatin1(row.word));
-        EXPECT_EQ(loader_.packets.back().at(0), row.command); // nothing came behind it
+        EXPECT_EQ(loader_.packets.back().at(0), row.command); // no further packet
         EXPECT_TRUE(Ui().Enabled("CommandClose"));
     }
 }
@@ -1115,7 +1115,7 @@ TEST_F(FormUpgradeFirmwareTest, LeavesTheKeyboardWhereItWasBeforeTheUpgrade) {
     EXPECT_EQ(form_->focusWidget(), &Ui().Get<QPushButton>("CommandUpgradeFirmware"));
 }
 
-// Its port is held still, but the restarted sensor answers there no more.
+// The port is still open, but the restarted sensor no longer answers there.
 TEST_F(FormUpgradeFirmwareTest, ASecondUpgradeGoesTheWayOverTheLinkAgain) {
     MakeFirmware();
     Open();
@@ -1142,7 +1142,7 @@ TEST_F(FormUpgradeFirmwareTest, ASecondUpgradeGoesTheWayOverTheLinkAgain) {
     hurry.start(0);
     dialogs_.ExpectNotice(QStringLiteral("Error Connecting to ZTV500-100. (MSG#1)"));
     Press("CommandUpgradeFirmware");
-    EXPECT_EQ(loader_.openedPorts.size(), 1u); // not opened for the first search
+    EXPECT_EQ(loader_.openedPorts.size(), 1u); // the first search can't open it
     EXPECT_EQ(loader_.packets, std::vector<QByteArray>(3, QByteArray::fromHex("00 02")));
     EXPECT_EQ(Panel(1), QStringLiteral("Failed to put in Boot mode"));
     EXPECT_TRUE(offline);
@@ -1191,7 +1191,7 @@ TEST_F(FormUpgradeFirmwareTest, ASecondPressDuringTheUpgradeIsNone) {
     ExpectUpgradeQuestion(BoxAnswer::Yes);
     dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
     PressMeanwhile("CommandUpgradeFirmware");
-    PressMeanwhile("CommandUpgradeFirmware"); // as a double click does, before the first is worked off
+    PressMeanwhile("CommandUpgradeFirmware"); // as a double click does, before the first press is handled
     Settle();
     EXPECT_TRUE(dialogs_.AllCame());
 }

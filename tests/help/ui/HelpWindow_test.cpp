@@ -105,7 +105,7 @@ TEST_F(HelpWindowTest, HasAnIndexThatCanBeNarrowed) {
     EXPECT_EQ(index.topLevelItem(1)->text(0), QStringLiteral("same"));
     ASSERT_EQ(index.topLevelItem(1)->childCount(), 2);
     EXPECT_EQ(index.topLevelItem(1)->child(1)->text(0), QStringLiteral("Two"));
-    index.setCurrentItem(index.topLevelItem(1)); // which leads nowhere by itself
+    index.setCurrentItem(index.topLevelItem(1)); // selecting a word with several topics opens none
     EXPECT_EQ(Shown(), QStringLiteral("first page"));
 
     Ui().Get<QLineEdit>("IndexBox").setFocus();
@@ -144,7 +144,7 @@ TEST_F(HelpWindowTest, SearchesAllTopicsAndMarksWhatItFound) {
 
 TEST_F(HelpWindowTest, ShowsTheFirstPlaceOfAllTheWordsThatItMarks) {
     Key(Qt::Key_F, Qt::ControlModifier);
-    Type("needle page"); // which the page has the other way round
+    Type("needle page"); // the page contains the words in the opposite order
     auto &results = Ui().Get<QTreeWidget>("Results");
     results.setCurrentItem(results.topLevelItem(1));
     ASSERT_EQ(window_->Topic()->file, QStringLiteral("two.html"));
@@ -168,7 +168,7 @@ TEST_F(HelpWindowTest, SaysWhenASearchFindsNothing) {
 
 TEST_F(HelpWindowTest, FollowsLinksToPagesAndPlacesInThem) {
     Page().setFocus();
-    Key(Qt::Key_Tab); // to the link
+    Key(Qt::Key_Tab); // moves to the link
     Key(Qt::Key_Return);
     EXPECT_EQ(window_->Topic()->file, QStringLiteral("two.html"));
     EXPECT_GT(Page().verticalScrollBar()->value(), 0);

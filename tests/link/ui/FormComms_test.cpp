@@ -33,7 +33,7 @@ protected:
     }
     ~FormCommsTest() override { qputenv("XDG_CONFIG_HOME", previousConfiguration_); }
 
-    // Opens the dialog, does `work` with it and returns when it is closed.
+    // Opens the dialog, calls `work` with it and returns when it is closed.
     int Run(const std::function<void(const Form &)> &work) {
         FormComms form(link_, *zentrova_, dialogs_, settings_, help_);
         WhenDialogOpens([&work](QWidget &dialog) { work(Form(dialog)); });
@@ -173,7 +173,7 @@ TEST_F(FormCommsTest, PutsTheMasterBackOnCancelEscapeAndClose) {
         [](const Form &ui) { ui.Get<QLineEdit>("TextPort").window()->close(); },
     };
     for (const auto &way : ways) {
-        link_.SetMbaxp1CommProperties(99, 0, 0, 120); // as a search leaves it
+        link_.SetMbaxp1CommProperties(99, 0, 0, 120); // as after a search
         EXPECT_EQ(Run([&](const Form &ui) {
                       Enter(ui, "TextPort", "12");
                       ui.Get<QComboBox>("ComboBaudRate").setCurrentIndex(0);
@@ -324,7 +324,7 @@ TEST_F(FormCommsTest, KeepsItsFieldsWhenTheSearchEndsWithoutAPick) {
         EXPECT_EQ(ui.Get<QComboBox>("ComboBaudRate").currentIndex(), 2);
         ui.Press("CommandCancel");
     });
-    ExpectMaster(3, 5, 1, 0, 350); // no longer at the search's time-out
+    ExpectMaster(3, 5, 1, 0, 350); // no longer with the search's timeout
 }
 
 TEST_F(FormCommsTest, LetsTheSearchStartFromWhatItShows) {
@@ -341,7 +341,7 @@ TEST_F(FormCommsTest, LetsTheSearchStartFromWhatItShows) {
     });
 }
 
-// The device behind the number. ---------------------------------------------------------------------
+// The device of the number. -------------------------------------------------------------------------
 
 TEST_F(FormCommsTest, ShowsTheDeviceBehindTheNumber) {
     SerialPorts::ChooseDevice(settings_, 4, QStringLiteral("/dev/null"));
@@ -414,7 +414,7 @@ TEST_F(FormCommsTest, OffersNoChoiceWhereTheEnvironmentHasMadeIt) {
     qunsetenv("ZTVLINK_PORT_3");
 }
 
-// Also online, and with a text in a box that couldn't be left.
+// Even online, and with an invalid text in a box.
 TEST_F(FormCommsTest, OffersItsHelp) {
     FormComms form(link_, *zentrova_, dialogs_, settings_, help_);
     form.show();

@@ -31,7 +31,7 @@ QByteArray GoodReply(int address) {
 const auto fromToRange = QStringLiteral("The From Address Range must be less than or equal to the To Range.");
 const auto invalidRange = QStringLiteral("Please enter a numeric value from 1 to 247.");
 
-// A second name of a device, where the machine lets it be mounted.
+// Mounts a second name of a device, if the machine permits it.
 class OtherName {
 public:
     OtherName(const QString &device, const QString &name)
@@ -95,7 +95,7 @@ protected:
         EXPECT_TRUE(WaitForTheEnd());
     }
 
-    // What there is to see while nothing is searched for.
+    // Expects the controls as they are while no search runs.
     void ExpectIdle() {
         EXPECT_FALSE(session_.PortIsOpen());
         EXPECT_TRUE(Ui().Enabled("CommandStart"));
@@ -106,7 +106,7 @@ protected:
         EXPECT_EQ(form_->cursor().shape(), Qt::ArrowCursor);
     }
 
-    // In mid-probe: the next address gets no answer, which takes a while.
+    // Starts a search and stops in mid-probe: the next address gets no answer, which takes a while.
     void StartASearch() {
         Ui().Press("CommandStart");
         EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() == 2; }));
@@ -377,7 +377,7 @@ TEST_F(FormSearchTest, ShowsTheSettingsAsTheyVary) {
     });
     Ui().Press("CommandStart");
     EXPECT_TRUE(WaitForTheEnd());
-    // It is told of an answer after the form has gone on to the next.
+    // This handler runs after the form's own, which has gone on to the next setting.
     EXPECT_EQ(shown, (std::vector<std::string>{"38400,E1", "38400,N2", "38400,N1", "19200,O1", "19200,E1",
                                                "19200,E1"}));
     EXPECT_EQ(Ui().Text("LabelCommStatus"), QStringLiteral("19200,E1"));
@@ -455,7 +455,8 @@ TEST_F(FormSearchTest, SaysWhichSettingCouldNotBeSet) {
     EXPECT_EQ(Ui().Text("LabelCommStatus"), QStringLiteral("38400,E1"));
 }
 
-// The line by a name of its own, under which it is no pseudo terminal to the program and refuses each parity.
+// Opens the line under a second name. Under it the program doesn't recognise a pseudo terminal, and the line
+// refuses each parity.
 TEST_F(FormSearchTest, SaysWhichSettingItsAdapterRefuses) {
     const QTemporaryDir folder;
     const QString adapter = folder.filePath(QStringLiteral("adapter"));

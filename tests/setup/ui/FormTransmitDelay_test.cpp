@@ -54,7 +54,7 @@ protected:
         dialogs_.Expect(QStringLiteral("Please enter a numeric value."), BoxIcon::Exclamation, BoxButtons::Ok,
                         BoxAnswer::Ok, std::move(whileOpen));
     }
-    // Clicks on a control; a real message comes with the press, and takes the release.
+    // Clicks on a control. A real message box opens with the press and swallows the release.
     void ExpectMessageDuringClick(const char *name) {
         QWindow *window = form_->windowHandle();
         auto &control = Ui().Get<QWidget>(name);
@@ -152,7 +152,7 @@ TEST_F(FormTransmitDelayTest, SelectsABoxAsItGetsTheFocusAndFormatsItAsItIsLeft)
     Type("2.5");
     Key(Qt::Key_Backtab);
     EXPECT_EQ(Delays().text(), QStringLiteral("3"));
-    ExpectResults("3.73 ms", "3725", "0"); // of what the boxes show now
+    ExpectResults("3.73 ms", "3725", "0"); // from the present texts of the boxes
 }
 
 TEST_F(FormTransmitDelayTest, StaysAsItIsWhileAnotherWindowIsActive) {
@@ -337,46 +337,40 @@ TEST_F(FormTransmitDelayTest, CalculatesOffline) {
     EXPECT_FALSE(zentrova_.FileChangesNeedSaving());
 }
 
-TEST_F(FormTransmitDelayTest, FinishesTheWriteBeforeAnythingElse) {
+TEST_F(FormTransmitDelayTest, SavesAfterTheValuesThoughItIsClosedWhileTheyWait) {
     Open();
     Type("420");
+    link_.holds = true;
     ExpectQuestion(BoxAnswer::Yes);
-    bool meddled = false;
-    link_.whileWaiting = [this, &meddled] {
-        if (!std::exchange(meddled, true)) {
-            Ranges().setText(QStringLiteral("1"));
-            Ui().Get<QAbstractButton>("CommandSetTransmitDelayValues").click();
-            Ui().Get<QAbstractButton>("CommandClose").click();
-            EXPECT_TRUE(form_->isVisible());
-            EXPECT_EQ(link_.writes, Writes());
-        }
-    };
     Ui().Press("CommandSetTransmitDelayValues");
-    EXPECT_EQ(link_.writes, (Writes{{21, 0}, {22, 1}, {1, 1}}));
+    zentrova_.ParamValue(23, 1); // another row's write is asked for in between
+    Ui().Press("CommandClose");
     EXPECT_FALSE(form_->isVisible());
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (Writes{{21, 0}, {22, 1}, {23, 1}, {1, 1}}));
 }
 
 TEST_F(FormTransmitDelayTest, SavesOnceHoweverOftenItIsClosed) {
     Open();
-    link_.whileWaiting = [this] {
-        form_->close();
-        Ui().Get<QAbstractButton>("CommandClose").click();
-        Ui().Get<QAbstractButton>("CommandSetTransmitDelayValues").click();
-    };
+    link_.holds = true;
     Ui().Press("CommandClose");
+    form_->close();
+    Ui().Get<QAbstractButton>("CommandClose").click();
+    link_.EndWrites(zentrova_);
     EXPECT_EQ(link_.writes, (Writes{{1, 1}}));
     EXPECT_FALSE(form_->isVisible());
 }
 
-TEST_F(FormTransmitDelayTest, ClosesAfterAQuestionDuringWhichItWasClosed) {
+TEST_F(FormTransmitDelayTest, IsNotClosedBehindItsQuestion) {
     Open();
-    ExpectQuestion(BoxAnswer::No, [this] {
+    Type("420");
+    ExpectQuestion(BoxAnswer::Yes, [this] {
         form_->close();
-        EXPECT_TRUE(form_->isVisible());
+        Ui().Get<QAbstractButton>("CommandClose").click();
     });
     Ui().Press("CommandSetTransmitDelayValues");
-    EXPECT_FALSE(form_->isVisible());
-    EXPECT_EQ(link_.writes, (Writes{{1, 1}}));
+    EXPECT_TRUE(form_->isVisible());
+    EXPECT_EQ(link_.writes, (Writes{{21, 0}, {22, 1}}));
 }
 
 TEST_F(FormTransmitDelayTest, CanBeUsedByKeyboardAlone) {

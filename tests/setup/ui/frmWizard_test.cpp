@@ -27,7 +27,7 @@ protected:
         zentrova_.ConnectTo(&link_);
     }
 
-    // Afresh, as each time it is shown.
+    // Opens a new wizard, as the program does each time.
     void Open() {
         form_.emplace(zentrova_, dialogs_, help_);
         form_->show();
@@ -36,7 +36,7 @@ protected:
     }
     Form Ui() { return Form(*form_); }
 
-    // The poll's value, and the second that it takes to be seen.
+    // Sets the polled value and lets the second pass until the wizard shows it.
     void SetDistance(int raw) {
         zentrova_.ParamUpdate(ParamDefines::ActualDistance, raw);
         auto &timer = Ui().Get<QTimer>("TimerUpdate");
@@ -474,48 +474,58 @@ TEST_F(FrmWizardTest, DoesNotRunThroughItsStepsByAKeyThatIsHeld) {
     ExpectStep(1);
 }
 
-TEST_F(FrmWizardTest, IgnoresWhatIsPressedDuringAWrite) {
+TEST_F(FrmWizardTest, StaysUntilTheWritesOfFinishAreSentAndIgnoresAllThatIsPressed) {
     FinishDistanceRoute("0");
-    link_.whileWaiting = [this] {
+    link_.holds = true;
+    Ui().Press("cmdNav(4)");
+    for (int ended = 0; ended < 4; ++ended) {
+        ASSERT_TRUE(form_->isVisible()) << ended;
         for (const char *name : {"cmdNav(1)", "cmdNav(2)", "cmdNav(4)"}) {
             Ui().Get<QAbstractButton>(name).click();
         }
-        Key(Qt::Key_Escape);
+        QTest::keyClick(&*form_, Qt::Key_Escape);
         form_->close();
-    };
-    Ui().Press("cmdNav(4)");
+        Settle();
+        link_.EndWrite(zentrova_);
+    }
     EXPECT_FALSE(form_->isVisible());
     EXPECT_EQ(link_.writes, (Writes{{29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {1, 1}}));
 }
 
-TEST_F(FrmWizardTest, GoesOneStepOnThoughNextIsPressedAgainDuringItsWrite) {
+TEST_F(FrmWizardTest, GoesOnWhileItsWritesWait) {
     Open();
-    int presses = 0;
-    link_.whileWaiting = [&] {
-        ++presses;
-        Ui().Get<QAbstractButton>("cmdNav(3)").click();
-        Settle();
-        ExpectStep(0);
-    };
-    Next();
-    EXPECT_GT(presses, 0);
-    ExpectStep(1);
-}
-
-TEST_F(FrmWizardTest, LeavesOnceTheWriteIsThrough) {
-    Open();
-    link_.whileWaiting = [this] { Key(Qt::Key_Escape); };
-    ExpectQuestion(BoxAnswer::No);
+    link_.holds = true;
     Next();
     ExpectStep(1);
     Back();
-    link_.whileWaiting = {};
-    zentrova_.ParamValue(ParamDefines::MinRange, 1000);
-    link_.writes.clear();
-    link_.whileWaiting = [this] { form_->close(); };
+    ExpectStep(0);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (Writes{{24, 600}, {25, 42000}}));
+}
+
+TEST_F(FrmWizardTest, RestoresTheRangeBehindTheWritesThatWait) {
+    const std::int32_t minRange = zentrova_.ParamValue(ParamDefines::MinRange);
+    const std::int32_t maxRange = zentrova_.ParamValue(ParamDefines::MaxRange);
+    Open();
+    link_.holds = true;
     Next();
+    ExpectQuestion(BoxAnswer::Yes);
+    Ui().Press("cmdNav(1)");
+    EXPECT_TRUE(form_->isVisible());
+    link_.EndWrites(zentrova_);
     EXPECT_FALSE(form_->isVisible());
-    EXPECT_EQ(link_.writes, (Writes{{24, 600}}));
+    // The one of Next was on the line; the other still waited and is replaced.
+    EXPECT_EQ(link_.writes, (Writes{{24, 600}, {25, maxRange}, {24, minRange}}));
+}
+
+TEST_F(FrmWizardTest, ClosesByItsFrameWhileItsWritesWait) {
+    Open();
+    link_.holds = true;
+    Next();
+    form_->close();
+    EXPECT_FALSE(form_->isVisible());
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (Writes{{24, 600}, {25, 42000}}));
 }
 
 TEST_F(FrmWizardTest, WritesTheRestIntoTheTableWhenTheLinkEndsMeanwhile) {

@@ -45,7 +45,7 @@ protected:
     }
     QString Shown(std::int16_t tag) const { return Model().Text(*Model().RowOf(tag), Column::Value); }
 
-    // As the window system brings it, to the window first.
+    // Sends the key through the window, as the window system does.
     void ClickInWindow(QWidget &widget, const QPoint &at) {
         QTest::mouseClick(form_->windowHandle(), Qt::LeftButton, {}, widget.mapTo(form_.get(), at));
         Settle();
@@ -94,7 +94,7 @@ protected:
         EXPECT_EQ(Combo1().currentText(), QString::fromUtf8(text));
         EXPECT_FALSE(Text1().isVisible());
     }
-    // A cell in the coordinates of what the editors stand in.
+    // A cell's place in the coordinates of the editors' parent.
     QRect Place(std::int16_t tag) const {
         return List().PlaceOf(*Model().RowOf(tag), Column::Value, *Text1().parentWidget());
     }
@@ -289,7 +289,7 @@ TEST_F(AdvancedPageTest, PaintsNothingWhereNothingHasChanged) {
     List().viewport()->removeEventFilter(&painted);
 }
 
-// What opens an editor. -----------------------------------------------------------------------------
+// Opening an editor. --------------------------------------------------------------------------------
 
 TEST_F(AdvancedPageTest, ADoubleClickElsewhereOpensNothing) {
     StartOnTab();
@@ -633,26 +633,6 @@ TEST_F(AdvancedPageTest, LeavingTakesTheChoice) {
     ExpectTextOpen("12.00\"");
     EXPECT_EQ(Value(39), 2);
     EXPECT_EQ(Value(28), 1200);
-}
-
-TEST_F(AdvancedPageTest, ShowsTheThirdTabThatIsChosenWhileAChoiceThatWasLeftIsWritten) {
-    StartOnTab();
-    FakeLink link;
-    form_->Zentrova().ConnectTo(&link);
-    DoubleClick(39);
-    Key(Qt::Key_Down);
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        ClickTab(2);
-    };
-    ClickTab(0);
-    EXPECT_EQ(form_->CurrentTab(), 3);
-    EXPECT_TRUE(Ui().Get<QWidget>("TabFrame(3)").isVisible());
-    for (const char *page : {"TabFrame(1)", "TabFrame(2)"}) {
-        EXPECT_FALSE(Ui().Get<QWidget>(page).isVisible()) << page;
-    }
-    EXPECT_EQ(Value(39), 2);
-    form_->Zentrova().ConnectTo(&form_->Link());
 }
 
 TEST_F(AdvancedPageTest, AChoiceThatIsLeftForAHeaderGoesIntoItsOwnRow) {

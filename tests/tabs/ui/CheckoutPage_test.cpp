@@ -53,7 +53,7 @@ protected:
     int SelectedRange() { return Selected("OptionRange", 2); }
     QString Counter() { return ui_.Get<QPushButton>("CommandNext").property("Tag").toString(); }
 
-    // The dot in front of the caption is what a person aims at.
+    // The dot before the caption, which a user aims at.
     void ClickOption(const char *array, int index) {
         QRadioButton &option = Option(array, index);
         QTest::mouseClick(&option, Qt::LeftButton, {}, QPoint(8, option.height() / 2));
@@ -79,7 +79,7 @@ protected:
     Form ui_{page_};
 };
 
-// What is there. ------------------------------------------------------------------------------------
+// Frames and controls. ------------------------------------------------------------------------------
 
 TEST_F(CheckoutPageTest, HasItsFramesAndControlsWithTheirCaptions) {
     const std::pair<const char *, const char *> frames[] = {
@@ -404,19 +404,16 @@ TEST_F(CheckoutPageTest, ReinitialisesAndClearsTheRangeWithoutItsWrites) {
     EXPECT_EQ(SelectedRange(), 1);
 }
 
-TEST_F(CheckoutPageTest, StandsClicksWhileAWriteWaits) {
+TEST_F(CheckoutPageTest, SendsEachOfTheClicksThatAreMadeWhileAWriteWaits) {
     page_.Entered();
     Take();
-    bool clicked = false;
-    link_.whileWaiting = [&] {
-        if (!std::exchange(clicked, true)) {
-            ClickOption("OptionAnalogOut", 2);
-            ui_.Press("imgRelay(0)");
-            ui_.Press("CommandNext");
-            ui_.Press("CommandReInit");
-        }
-    };
+    link_.holds = true;
     ui_.Press("imgClkOut");
+    ClickOption("OptionAnalogOut", 2);
+    ui_.Press("imgRelay(0)");
+    ui_.Press("CommandNext");
+    ui_.Press("CommandReInit");
+    link_.EndWrites(zentrova_);
     EXPECT_EQ(Take(),
               (Writes{{39, 0}, {40, 4095}, {23, 1}, {40, 2048}, {54, 1}, {40, 3072}, {39, 1}, {3, 1}}));
     EXPECT_EQ(SelectedOutput(), 5);

@@ -58,7 +58,7 @@ TEST_F(DistancePageTest, KeepsTheLongestNumberInViewAtAnySize) {
         const QFontMetrics metrics(label.font());
         EXPECT_LE(metrics.horizontalAdvance(QStringLiteral("420.00\"")), label.width());
         EXPECT_LE(metrics.capHeight(), label.height());
-        EXPECT_GT(metrics.capHeight(), 50); // it is to be read from afar
+        EXPECT_GT(metrics.capHeight(), 50); // must be readable from afar
     }
 }
 

@@ -82,7 +82,7 @@ TEST_F(FormEditTest, SwitchingMovesTheFocusToTheOtherBoxWithItsTextSelected) {
     ChooseVolts();
     EXPECT_EQ(Volts().selectedText(), QStringLiteral("2.50"));
     EXPECT_FALSE(Raw().isEnabled());
-    EXPECT_EQ(Raw().text(), QStringLiteral("1024")); // goes on showing its value
+    EXPECT_EQ(Raw().text(), QStringLiteral("1024")); // still shows its value
     Key(Qt::Key_R, Qt::AltModifier);
     EXPECT_TRUE(WaitUntil([this] { return Raw().hasFocus(); }));
     EXPECT_FALSE(Volts().isEnabled());
@@ -213,7 +213,7 @@ TEST_F(FormEditTest, StaysOpenWhenTheRowRefuses) {
     EXPECT_EQ(Value(), 2048);
 }
 
-// As a sensor with other firmware may hold one.
+// A sensor with other firmware may have such a value.
 TEST_F(FormEditTest, OpensOnAValueOutsideTheRawRange) {
     for (const auto &[text, rawMin, volts] :
          {std::tuple{"5000", 0, "10.00"}, {"4096", 0, "10.00"}, {"3", 100, "0.00"}, {"-1", 0, "0.00"}}) {
@@ -224,7 +224,7 @@ TEST_F(FormEditTest, OpensOnAValueOutsideTheRawRange) {
             QStringLiteral("Please enter a numeric value between\n%1 and 4095 for the raw value.")
                 .arg(rawMin);
         dialogs_.ExpectNotice(refusal);
-        Key(Qt::Key_Tab); // it can't be left there
+        Key(Qt::Key_Tab); // the box can't be left
         EXPECT_TRUE(Raw().hasFocus());
         dialogs_.ExpectNotice(refusal);
         QTest::mouseClick(&Ui().Get<QRadioButton>("OptionDataType(1)"), Qt::LeftButton, {}, QPoint(8, 8));
@@ -247,7 +247,7 @@ TEST_F(FormEditTest, ClosesOnAValueOutsideTheRawRangeWithoutWritingIt) {
     Open("5000");
     dialogs_.ExpectNotice(QStringLiteral("Please enter a value between 0 and 4095"), BoxIcon::None,
                           QString());
-    Form(*form_).Get<QPushButton>("CommandOK").click(); // as an assistive client does
+    Form(*form_).Get<QPushButton>("CommandOK").click(); // pressed as an assistive client does
     EXPECT_TRUE(form_->isVisible());
     EXPECT_EQ(written_, 0);
     EXPECT_EQ(Value(), 2048);
@@ -275,7 +275,7 @@ TEST_F(FormEditTest, CanBeReachedByKeyboardAlone) {
     EXPECT_EQ(order, expected);
 }
 
-// As an assistive client does, which leaves the focus in the box.
+// Presses as an assistive client does, which leaves the focus in the box.
 TEST_F(FormEditTest, ChecksAndConvertsABoxThatIsPressedPast) {
     Open("0");
     ChooseVolts();

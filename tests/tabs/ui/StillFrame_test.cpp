@@ -13,7 +13,7 @@ QImage PictureOf(QGroupBox &box) {
     return box.grab().toImage();
 }
 
-// What any group box of that look shows.
+// The picture of an ordinary group box of that look.
 QImage Wanted(const QGroupBox &like) {
     QGroupBox box(like.title());
     box.setFont(like.font());
@@ -23,7 +23,7 @@ QImage Wanted(const QGroupBox &like) {
     return PictureOf(box);
 }
 
-// Of one channel of one pixel: what is translucent is blended in another order.
+// The difference per channel and pixel: translucent parts are blended in a different order.
 int GreatestDifference(const QImage &a, const QImage &b) {
     int greatest = 0;
     for (int y = 0; y < a.height(); ++y) {
@@ -52,7 +52,7 @@ protected:
 
 TEST_F(StillFrameTest, LooksLikeAnyGroupBox) {
     ExpectLikeAnyGroupBox();
-    ExpectLikeAnyGroupBox(); // the kept one
+    ExpectLikeAnyGroupBox(); // the kept picture
 }
 
 TEST_F(StillFrameTest, IsDrawnAnewInAnotherSizeFontOrColour) {

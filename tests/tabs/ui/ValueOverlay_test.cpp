@@ -152,7 +152,7 @@ TEST_F(ValueOverlayTest, EnterKeepsARefusedValueSelected) {
     }
     Key(Qt::Key_Delete);
     ExpectRefusal();
-    Key(Qt::Key_Return); // nothing is no number
+    Key(Qt::Key_Return); // an empty text is no number
     ExpectOpen();
 }
 
@@ -240,7 +240,7 @@ TEST_F(ValueOverlayTest, HidesInTheTabOrderBehindWhatItStandsFor) {
     Key(Qt::Key_Tab);
     EXPECT_TRUE(next_->hasFocus());
     Key(Qt::Key_Tab);
-    EXPECT_TRUE(button_->hasFocus()); // a hidden box takes no focus
+    EXPECT_TRUE(button_->hasFocus()); // a hidden box can't have the focus
 }
 
 TEST_F(ValueOverlayTest, MayBeClosedBehindTheMessage) {
@@ -298,180 +298,27 @@ TEST_F(ValueOverlayTest, HoldsBehindARealMessageThatTurnsTheEventLoop) {
     EXPECT_EQ(clicks_, 0);
 }
 
-TEST_F(ValueOverlayTest, WritesOnceThoughTheUserGoesOnWhileTheWriteWaits) {
+TEST_F(ValueOverlayTest, LetsTheUserGoOnAtOnceWhileItsWriteWaits) {
     FakeLink link;
     zentrova_.ConnectTo(&link);
-    const auto ways = {std::function<void()>([this] { Key(Qt::Key_Return); }),
-                       std::function<void()>([this] { ClickInWindow(next_); }),
-                       std::function<void()>([this] { Key(Qt::Key_Escape); }),
-                       std::function<void()>([this] { Key(Qt::Key_Tab); })};
-    int value = 13;
-    for (const auto &way : ways) {
-        Open();
-        Type(qPrintable(QString::number(value)));
-        link.whileWaiting = way;
-        Key(Qt::Key_Return);
-        EXPECT_TRUE(overlay_.isHidden());
-        EXPECT_EQ(left_, 1);
-        ASSERT_EQ(link.writes.size(), 1U);
-        EXPECT_EQ(link.writes.front(), std::pair(28, value * 100));
-        link.writes.clear();
-        ++value;
-    }
-}
-
-TEST_F(ValueOverlayTest, StaysOpenOverAnotherValueThatIsEditedWhileTheWriteWaits) {
-    FakeLink link;
-    zentrova_.ConnectTo(&link);
+    link.holds = true;
+    zentrova_.ParamValue(ParamDefines::ClockOut, 1);
     Open();
     Type("13");
-    link.whileWaiting = [this] {
-        overlay_.Close();
-        overlay_.MoveOver(*next_, QStringLiteral("29"), QStringLiteral("360.00\""));
-        overlay_.Open();
-    };
-    Key(Qt::Key_Return);
-    ExpectOpen();
-    EXPECT_EQ(overlay_.text(), QStringLiteral("360.00\""));
-    link.whileWaiting = {};
-    Type("300");
-    Key(Qt::Key_Return);
-    EXPECT_TRUE(overlay_.isHidden());
-    EXPECT_TRUE(next_->hasFocus());
-    const std::vector<std::pair<int, int>> expected = {{28, 1300}, {29, 30000}};
-    EXPECT_EQ(link.writes, expected);
-}
-
-TEST_F(ValueOverlayTest, WritesWhatIsTypedForAnotherValueWhileTheOneLeftWaits) {
-    FakeLink link;
-    zentrova_.ConnectTo(&link);
-    Open();
-    Type("13");
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        overlay_.MoveOver(*next_, QStringLiteral("29"), QStringLiteral("360.00\""));
-        overlay_.Open(u'3');
-        Type("00");
-        Key(Qt::Key_Tab);
-    };
-    Key(Qt::Key_Tab);
-    EXPECT_TRUE(overlay_.isHidden());
-    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::FarDistance), 30000);
-    EXPECT_EQ(Near(), 1300);
-    EXPECT_EQ(link.writes.size(), 2U);
-}
-
-TEST_F(ValueOverlayTest, ChecksWhatIsTypedForAnotherValueWhileTheOneLeftWaits) {
-    FakeLink link;
-    zentrova_.ConnectTo(&link);
-    Open();
-    Type("13");
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        overlay_.MoveOver(*next_, QStringLiteral("28"), QStringLiteral("12.00\""));
-        overlay_.Open(u'5');
-        ExpectRefusal();
-        Key(Qt::Key_Tab);
-    };
-    Key(Qt::Key_Tab);
-    ExpectHeld();
-    EXPECT_EQ(overlay_.text(), QStringLiteral("5"));
-}
-
-TEST_F(ValueOverlayTest, WritesWhatIsMendedWhileTheWriteWaits) {
-    FakeLink link;
-    zentrova_.ConnectTo(&link);
-    Open();
-    Type("13");
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        Key(Qt::Key_Backspace);
-        Type("4");
-        Key(Qt::Key_Return);
-    };
-    Key(Qt::Key_Return);
-    EXPECT_TRUE(overlay_.isHidden());
-    EXPECT_EQ(Near(), 1400);
-    EXPECT_EQ(link.writes.back(), std::pair(28, 1400));
-}
-
-TEST_F(ValueOverlayTest, StaysOpenOverATextThatIsBeingMendedWhenTheWriteIsThrough) {
-    FakeLink link;
-    zentrova_.ConnectTo(&link);
-    Open();
-    Type("13");
-    link.whileWaiting = [&] {
-        link.whileWaiting = {};
-        Type("5");
-    };
-    Key(Qt::Key_Return);
-    ExpectOpen();
-    EXPECT_EQ(overlay_.text(), QStringLiteral("135"));
-    EXPECT_EQ(Near(), 1300);
     Key(Qt::Key_Return);
     ExpectLeftFor(box_);
-    EXPECT_EQ(Near(), 13500);
-}
-
-TEST_F(ValueOverlayTest, HoldsATextThatWasMendedBadlyWhileTheWriteWaits) {
-    FakeLink link;
-    zentrova_.ConnectTo(&link);
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab}) {
-        Open();
-        Type(key == Qt::Key_Return ? "13" : "14");
-        link.whileWaiting = [this, key = key] {
-            Key(Qt::Key_Backspace);
-            Key(Qt::Key_Backspace);
-            Type("5");
-            ExpectRefusal();
-            Key(key);
-        };
-        Key(Qt::Key_Return);
-        Settle();
-        ExpectOpen();
-        EXPECT_EQ(overlay_.text(), QStringLiteral("5"));
-        EXPECT_EQ(Near(), key == Qt::Key_Return ? 1300 : 1400);
-        Key(Qt::Key_Escape);
-    }
-}
-
-TEST_F(ValueOverlayTest, TakesATextThatItIsOnlyMovedOverForNoEntry) {
-    FakeLink link;
-    zentrova_.ConnectTo(&link);
     Open();
-    Type("13");
-    link.whileWaiting = [this] {
-        ClickInWindow(next_);
-        overlay_.MoveOver(*next_, QStringLiteral("29"), QStringLiteral("300.00\""));
-    };
-    Key(Qt::Key_Return);
-    EXPECT_TRUE(overlay_.isHidden());
-    EXPECT_TRUE(next_->hasFocus());
-    EXPECT_EQ(link.writes, (std::vector<std::pair<int, int>>{{28, 1300}}));
-}
-
-TEST_F(ValueOverlayTest, StaysOpenOverAThirdValueWhileTheTwoThatWereLeftAreWritten) {
-    FakeLink link;
-    zentrova_.ConnectTo(&link);
-    Open();
-    Type("13");
-    link.whileWaiting = [&] {
-        link.whileWaiting = [&] {
-            link.whileWaiting = {};
-            overlay_.MoveOver(*box_, QStringLiteral("28"), QStringLiteral("13.00\""));
-            overlay_.Open(u'1');
-        };
-        overlay_.MoveOver(*next_, QStringLiteral("29"), QStringLiteral("360.00\""));
-        overlay_.Open(u'3');
-        Type("00");
-        Key(Qt::Key_Tab);
-    };
+    Type("14");
+    ClickInWindow(next_);
+    ExpectLeftFor(next_);
+    overlay_.MoveOver(*next_, QStringLiteral("29"), QStringLiteral("360.00\""));
+    overlay_.Open(u'3');
+    Type("00");
     Key(Qt::Key_Tab);
-    ExpectOpen();
-    EXPECT_EQ(overlay_.text(), QStringLiteral("1"));
-    const std::vector<std::pair<int, int>> expected = {{28, 1300}, {29, 30000}};
-    EXPECT_TRUE(
-        std::is_permutation(link.writes.begin(), link.writes.end(), expected.begin(), expected.end()));
+    EXPECT_TRUE(overlay_.isHidden());
+    EXPECT_EQ(Near(), 1400);
+    link.EndWrites(zentrova_);
+    EXPECT_EQ(link.writes, (std::vector<std::pair<int, int>>{{23, 1}, {28, 1400}, {29, 30000}}));
 }
 
 } // namespace ztv
