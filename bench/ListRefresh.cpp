@@ -2,9 +2,11 @@
 
 #include "bench/Measure.h"
 #include "bench/PlainLabels.h"
+#include "model/ClassZentrova.h"
 #include "shell/FormMain.h"
 #include "support/ApplicationTitle.h"
 #include "support/ProgramFolder.h"
+#include "support/SettingsStore.h"
 #include "tabs/TabTable.h"
 #include "tools/NoHelp.h"
 #include "tools/PrintedDialogs.h"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the checks that need no build: layers, format, forbidden words in the sources. "tidy" adds clang-tidy over the
+# Runs the checks that need no build: layers, includes, format, forbidden words in the sources. "tidy" adds clang-tidy over the
 # release build; "quick-tidy" leaves out its path analysis, which is half of the time; "recent-tidy" checks only the
 # units that the last changes touched.
 set -euo pipefail
@@ -7,6 +7,7 @@ cd "$(dirname "$0")/.."
 
 failed=0
 scripts/check_layers || failed=1
+scripts/check_includes || failed=1
 
 mapfile -t sources < <(git ls-files '*.cpp' '*.h')
 if ! clang-format --dry-run -Werror "${sources[@]}"; then

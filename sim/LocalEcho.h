@@ -5,6 +5,7 @@
 #include <QByteArray>
 
 #include <functional>
+#include <utility>
 
 namespace sim {
 

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <vector>
 
 namespace sim {

@@ -3,6 +3,7 @@
 #include "support/UserDialogs.h"
 
 #include <cstdio>
+#include <optional>
 
 namespace ztv {
 

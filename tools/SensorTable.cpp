@@ -66,12 +66,12 @@ void SensorTable::ReadParameters(const fs::path &path) {
         p.decimals = row.Integer(8);
         p.name = row.cells[9];
         p.role = row.cells[10] == "-" ? std::string() : row.cells[10];
-        CheckRole(p);
+        CheckNames(p);
         parameters_.push_back(std::move(p));
     }
 }
 
-void SensorTable::CheckRole(const Parameter &parameter) const {
+void SensorTable::CheckNames(const Parameter &parameter) const {
     if (const Parameter *other = Find(parameters_, &Parameter::name, parameter.name)) {
         throw std::runtime_error(parameter.where + ": row " + std::to_string(other->number) +
                                  " has the name \"" + parameter.name + "\" already");

@@ -62,7 +62,7 @@ private:
     void ReadParameters(const std::filesystem::path &path);
     void ReadUnits(const std::filesystem::path &path);
     void ReadValues(const std::filesystem::path &path);
-    void CheckRole(const Parameter &parameter) const;
+    void CheckNames(const Parameter &parameter) const;
     void CheckValue(const NamedValue &named) const;
 
     std::vector<Parameter> parameters_;

@@ -14,7 +14,7 @@ struct TextRow {
     std::string where; // "file:line", the start of every message about the row
     std::vector<std::string> cells;
 
-    // Return a cell as a number or a flag. std::runtime_error when it is neither.
+    // Return a cell as a number or as a flag, "yes" or "no". std::runtime_error for any other text.
     std::int32_t Integer(std::size_t column) const;
     bool Flag(std::size_t column) const;
 };

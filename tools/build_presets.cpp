@@ -1,5 +1,5 @@
-// Builds what is made of the readable tables: Presets.fil, and the headers with the numbers of the parameters
-// that code knows. Rejects a table that breaks a condition on which the program or the sensor relies, so that
+// Generates Presets.fil, and the headers with the numbers of the parameters that code knows, from the
+// readable tables. Rejects a table that breaks a condition on which the program or the sensor relies, so that
 // a bad edit fails the build and not a machine.
 
 #include "tools/Conditions.h"

@@ -2,6 +2,8 @@
 
 #include "chart/BasicDrawing.h"
 
+#include <vector>
+
 namespace ztv {
 
 // Finds the differences in a drawing, so that a tick of the animation repaints only the elements that moved.

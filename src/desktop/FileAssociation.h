@@ -2,6 +2,7 @@
 
 #include "desktop/KeyStore.h"
 
+#include <cstdint>
 #include <variant>
 
 namespace ztv {

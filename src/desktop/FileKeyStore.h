@@ -2,6 +2,7 @@
 
 #include "desktop/KeyStore.h"
 
+#include <memory>
 #include <optional>
 
 namespace ztv {

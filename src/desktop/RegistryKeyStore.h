@@ -2,6 +2,8 @@
 
 #include "desktop/KeyStore.h"
 
+#include <memory>
+
 namespace ztv {
 
 // The registry of Windows.

@@ -4,6 +4,10 @@
 #include "link/SerialLine.h"
 
 #include <QString>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
 
 namespace ztv {
 

@@ -3,7 +3,6 @@
 #include <QString>
 #include <QStringList>
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 namespace ztv {

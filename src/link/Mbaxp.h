@@ -16,6 +16,7 @@
 #include <QString>
 #include <QTimer>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>

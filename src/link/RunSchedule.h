@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 #include <array>
+#include <cstddef>
 #include <deque>
 #include <optional>
 

@@ -2,6 +2,7 @@
 
 #include "support/Fault.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
-#include <limits>
 #include <memory>
 
 namespace ztv {

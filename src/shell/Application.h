@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <functional>
+#include <utility>
 
 namespace ztv {
 

@@ -4,8 +4,8 @@
 #include "support/UserDialogs.h"
 
 #include <QString>
-#include <cstdint>
 #include <functional>
+#include <utility>
 
 namespace ztv {
 

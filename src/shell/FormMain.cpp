@@ -1,29 +1,44 @@
 #include "shell/FormMain.h"
 
 #include "chart/ui/BasicPage.h"
+#include "firmware/BootComm.h"
 #include "firmware/SerialBootLine.h"
 #include "firmware/ui/FormUpgradeFirmware.h"
+#include "help/ClassMyHtmlHelp.h"
+#include "link/LinkSession.h"
 #include "link/SerialPorts.h"
 #include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
+#include "model/ClassZentrova.h"
 #include "model/ParamDefines.h"
 #include "setup/ui/FormTransmitDelay.h"
 #include "setup/ui/frmWizard.h"
 #include "shell/AboutContents.h"
 #include "shell/Caption.h"
+#include "shell/CommandLine.h"
+#include "shell/FileCommands.h"
+#include "shell/FormAbout.h"
+#include "shell/LinkNotices.h"
+#include "shell/MainCommands.h"
 #include "shell/MakerAddress.h"
+#include "shell/TabFrames.h"
+#include "shell/WindowPlacement.h"
 #include "support/ApplicationTitle.h"
-#include "support/Fault.h"
+#include "support/SettingsStore.h"
+#include "support/UserDialogs.h"
+#include "tabs/EntryRules.h"
 #include "tabs/ui/AdvancedPage.h"
 #include "tabs/ui/CheckoutPage.h"
 #include "tabs/ui/DistancePage.h"
 #include "tabs/ui/TextBoxEntry.h"
+#include "tabs/ui/ValueOverlay.h"
 #include "tabs/ui/WizardPage.h"
 #include "widgets/Controls.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
+#include <QLabel>
 #include <QLayout>
 #include <QStatusBar>
 #include <QTimer>
@@ -33,20 +48,20 @@ namespace ztv {
 
 FormMain::FormMain(Dependencies dependencies)
     : dependencies_(std::move(dependencies)),
-      help_(dependencies_.helpEngine, dependencies_.dialogs),
-      placement_(*this, dependencies_.settings) {
+      help_(std::make_unique<ClassMyHtmlHelp>(dependencies_.helpEngine, dependencies_.dialogs)),
+      placement_(std::make_unique<WindowPlacement>(*this, dependencies_.settings)) {
     Controls::Named(this, "FormMain");
     setWindowTitle(ApplicationTitle());
     setWindowIcon(QIcon(QStringLiteral(":/icons/ztvlink.svg")));
-    help_.CHMFile(QDir::toNativeSeparators(dependencies_.programFolder + QStringLiteral("/ZTV.chm")));
+    help_->CHMFile(QDir::toNativeSeparators(dependencies_.programFolder + QStringLiteral("/ZTV.chm")));
 
     // Parses the command line before it reads any setting, so that the settings can be cleared first. Creates
     // the model before it sets up the link.
-    options_ = CommandLine::Parse(dependencies_.arguments, dependencies_.dialogs);
-    AskToClearSettings(CtrlKey() != 0 || options_.ClearRegistry);
+    const CommandLine::Options options = CommandLine::Parse(dependencies_.arguments, dependencies_.dialogs);
+    AskToClearSettings(CtrlKey() != 0 || options.ClearRegistry);
     const CommSettings comm = ReadCommSettings(dependencies_.settings);
     setMinimumSize(Controls::FromTwips(0, 0, TabFrames::LeastWidth, TabFrames::LeastHeight).size());
-    placement_.Restore();
+    placement_->Restore();
     zentrova_ = std::make_unique<ClassZentrova>(dependencies_.programFolder);
     const auto deviceOfPort = [this](std::int16_t number) {
         return SerialPorts::DeviceOfPort(dependencies_.settings, number);
@@ -61,9 +76,9 @@ FormMain::FormMain(Dependencies dependencies)
 
     BuildFileCommands();
     dependencies_.registerFileType();
-    OpenFileOfCommandLine();
+    OpenFileOfCommandLine(options.CommandLineFile);
 
-    BuildControls();
+    BuildControls(options.CheckoutEnabled);
     BuildPages();
     ConnectCommands();
     ConnectLink();
@@ -81,6 +96,62 @@ FormMain::FormMain(Dependencies dependencies)
 FormMain::~FormMain() {
     hide();
     delete takeCentralWidget();
+}
+
+std::int16_t FormMain::TimeoutCount() const {
+    return link_->TimeoutCount();
+}
+
+std::int16_t FormMain::CrcErrorCount() const {
+    return link_->CrcErrorCount();
+}
+
+std::uint8_t FormMain::AddressingMode() const {
+    return link_->AddressingMode();
+}
+
+std::int16_t FormMain::CommPort() const {
+    return link_->CommPort();
+}
+
+std::int16_t FormMain::BaudRate() const {
+    return link_->BaudRate();
+}
+
+std::int16_t FormMain::ParityStop() const {
+    return link_->ParityStop();
+}
+
+std::int16_t FormMain::ModbusAddress() const {
+    return link_->ModbusAddress();
+}
+
+void FormMain::GoOnline(ConnectPrompt prompt) {
+    link_->GoOnline(prompt);
+}
+
+void FormMain::GoOffline() {
+    link_->GoOffline();
+}
+
+QString FormMain::MbaxpErrorDesc(std::int16_t code) {
+    return ztv::MbaxpErrorDesc(LinkStatus{code});
+}
+
+const QString &FormMain::CurrentFileName() const {
+    return fileCommands_->CurrentFileName();
+}
+
+std::int16_t FormMain::CurrentTab() const {
+    return tabs_->CurrentTab();
+}
+
+std::int16_t FormMain::HelpContext() const {
+    return tabs_->HelpContext();
+}
+
+void FormMain::ShowAsStored() {
+    placement_->Show();
 }
 
 void FormMain::SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
@@ -117,13 +188,13 @@ void FormMain::BuildFileCommands() {
 }
 
 // Deliberate: a file that can't be opened at the start shows no box, and a later "Save" asks for a name.
-void FormMain::OpenFileOfCommandLine() {
-    if (!options_.CommandLineFile.isEmpty()) {
-        zentrova_->OpenFile(options_.CommandLineFile);
+void FormMain::OpenFileOfCommandLine(const QString &name) {
+    if (!name.isEmpty()) {
+        zentrova_->OpenFile(name);
     }
 }
 
-void FormMain::BuildControls() {
+void FormMain::BuildControls(bool withCheckout) {
     auto *central = new QWidget(this);
     setCentralWidget(central);
     commands_ = std::make_unique<MainCommands>(*this);
@@ -132,7 +203,7 @@ void FormMain::BuildControls() {
     statusText_ = Controls::Named(new QLabel(QStringLiteral("Communication Status: Offline")), "StatusText");
     statusBar()->addWidget(statusText_, 1);
 
-    tabs_ = new TabFrames(*central, options_.CheckoutEnabled);
+    tabs_ = new TabFrames(*central, withCheckout);
 }
 
 void FormMain::BuildPages() {
@@ -141,7 +212,7 @@ void FormMain::BuildPages() {
     text1_ = new ValueOverlay(*entryRules_, central);
     basicPage_ = new BasicPage(*zentrova_, *text1_, central);
     auto *advanced =
-        new AdvancedPage(*zentrova_, *entryRules_, dependencies_.dialogs, help_, *text1_, central);
+        new AdvancedPage(*zentrova_, *entryRules_, dependencies_.dialogs, *help_, *text1_, central);
     connect(advanced, &AdvancedPage::Rebuilt, this, &FormMain::UpdateDisplay);
     wizardPage_ = new WizardPage(central);
     constexpr std::size_t manualOutput = 8;
@@ -166,7 +237,7 @@ void FormMain::ConnectCommands() {
     const auto saveInSensor =
         afterEntry([this] { zentrova_->ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings); });
     const auto exit = [this] { close(); };
-    const auto showHelp = [this] { help_.HHDisplayContents(winId()); };
+    const auto showHelp = [this] { help_->HHDisplayContents(winId()); };
     const std::pair<QAction &, std::function<void()>> works[] = {
         {commands_->Menu("mnuFileOpen"), openFile},
         {commands_->Menu("mnuFileSave(0)"), saveFile},
@@ -240,11 +311,10 @@ void FormMain::ConfigureBasicTab() {
 void FormMain::ShowLinkState(bool online) {
     commands_->ShowLinkState(online);
     wizardPage_->EnableStart(online);
-    online_ = online;
 }
 
 void FormMain::ToggleOnline() {
-    if (online_) {
+    if (commands_->IsOnline()) {
         GoOffline();
     } else {
         GoOnline(ConnectPrompt::Ask);
@@ -272,11 +342,11 @@ void FormMain::ShowMakersPages() {
 }
 
 void FormMain::ShowCommunications() {
-    FormComms(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, help_, this).exec();
+    FormComms(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, *help_, this).exec();
 }
 
 void FormMain::ShowTransmitDelay() {
-    FormTransmitDelay(*zentrova_, *link_, dependencies_.dialogs, help_, this).exec();
+    FormTransmitDelay(*zentrova_, *link_, dependencies_.dialogs, *help_, this).exec();
 }
 
 void FormMain::ShowUpgradeFirmware() {
@@ -284,7 +354,7 @@ void FormMain::ShowUpgradeFirmware() {
                          .link = *link_,
                          .zentrova = *zentrova_,
                          .dialogs = dependencies_.dialogs,
-                         .help = help_,
+                         .help = *help_,
                          .programFolder = dependencies_.programFolder,
                          .showInEditor = dependencies_.showInEditor},
                         this)
@@ -292,7 +362,7 @@ void FormMain::ShowUpgradeFirmware() {
 }
 
 void FormMain::ShowWizard() {
-    frmWizard(*zentrova_, dependencies_.dialogs, help_, this).exec();
+    frmWizard(*zentrova_, dependencies_.dialogs, *help_, this).exec();
 }
 
 void FormMain::ShowAbout() {
@@ -306,12 +376,12 @@ void FormMain::ShowAbout() {
                    },
                .startSysInfo = dependencies_.startSysInfo,
                .addCheckoutTab = [this] { tabs_->AddCheckout(); }},
-              help_, this)
+              *help_, this)
         .exec();
 }
 
 ConnectChoice FormMain::AskDirection() {
-    FormReadWrite form(help_, this);
+    FormReadWrite form(*help_, this);
     form.exec();
     return form.Choice();
 }
@@ -387,7 +457,7 @@ void FormMain::closeEvent(QCloseEvent *event) {
 
 bool FormMain::StoreSettings() {
     const bool stored = WriteCommSettings(dependencies_.settings, link_->Comm());
-    return placement_.Store() && stored;
+    return placement_->Store() && stored;
 }
 
 } // namespace ztv

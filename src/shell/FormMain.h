@@ -1,33 +1,36 @@
 #pragma once
 
-#include "firmware/BootComm.h"
-#include "help/ClassMyHtmlHelp.h"
-#include "link/LinkSession.h"
-#include "model/ClassZentrova.h"
-#include "shell/CommandLine.h"
-#include "shell/FileCommands.h"
-#include "shell/LinkNotices.h"
-#include "shell/MainCommands.h"
-#include "shell/TabFrames.h"
-#include "shell/WindowPlacement.h"
-#include "support/SettingsStore.h"
-#include "support/UserDialogs.h"
-#include "tabs/EntryRules.h"
-#include "tabs/ui/ValueOverlay.h"
+#include "link/ConnectChoice.h"
 
-#include <QLabel>
 #include <QMainWindow>
+#include <QString>
 #include <QUrl>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
 
+class QLabel;
+class QLineEdit;
 class QTimer;
 
 namespace ztv {
 
 class BasicPage;
+class BootComm;
+class ClassMyHtmlHelp;
+class ClassZentrova;
+class EntryRules;
+class FileCommands;
+class HelpEngine;
+class LinkNotices;
+class LinkSession;
+class MainCommands;
+class SettingsStore;
+class TabFrames;
+class UserDialogs;
+class ValueOverlay;
+class WindowPlacement;
 class WizardPage;
 
 // The main form. It composes the program's parts, enables commands and routes them; the parts do the work.
@@ -58,31 +61,32 @@ public:
     // Return the only parameter table and the only link of the program.
     ClassZentrova &Zentrova() { return *zentrova_; }
     LinkSession &Link() { return *link_; }
-    ClassMyHtmlHelp &hHelp() { return help_; }
+    ClassMyHtmlHelp &hHelp() { return *help_; }
 
-    std::int16_t TimeoutCount() const { return link_->TimeoutCount(); }
-    std::int16_t CrcErrorCount() const { return link_->CrcErrorCount(); }
-    std::uint8_t AddressingMode() const { return link_->AddressingMode(); }
-    std::int16_t CommPort() const { return link_->CommPort(); }
-    std::int16_t BaudRate() const { return link_->BaudRate(); }
-    std::int16_t ParityStop() const { return link_->ParityStop(); }
-    std::int16_t ModbusAddress() const { return link_->ModbusAddress(); }
+    // Those of the link, which LinkSession describes.
+    std::int16_t TimeoutCount() const;
+    std::int16_t CrcErrorCount() const;
+    std::uint8_t AddressingMode() const;
+    std::int16_t CommPort() const;
+    std::int16_t BaudRate() const;
+    std::int16_t ParityStop() const;
+    std::int16_t ModbusAddress() const;
 
     void SetMbaxp1CommProperties(std::int16_t port, std::int16_t baud, std::int16_t parityStop,
                                  std::int16_t timeoutMs);
-    void GoOnline(ConnectPrompt prompt) { link_->GoOnline(prompt); }
-    void GoOffline() { link_->GoOffline(); }
-    static QString MbaxpErrorDesc(std::int16_t code) { return ztv::MbaxpErrorDesc(LinkStatus{code}); }
+    void GoOnline(ConnectPrompt prompt);
+    void GoOffline();
+    static QString MbaxpErrorDesc(std::int16_t code);
 
     // Returns -1 (true) if the Ctrl key is down at this moment, otherwise 0.
     std::int16_t CtrlKey() const { return dependencies_.ctrlKeyIsDown() ? -1 : 0; }
 
     // Returns the name of the open settings file; empty if none is open.
-    const QString &CurrentFileName() const { return fileCommands_->CurrentFileName(); }
+    const QString &CurrentFileName() const;
 
     // Return the visible tab and the help topic for it.
-    std::int16_t CurrentTab() const { return tabs_->CurrentTab(); }
-    std::int16_t HelpContext() const { return tabs_->HelpContext(); }
+    std::int16_t CurrentTab() const;
+    std::int16_t HelpContext() const;
 
     // Copies the parameter table onto the visible page.
     void UpdateDisplay();
@@ -95,18 +99,18 @@ public:
     bool ValidateAndWriteTextBoxVal(QLineEdit &box);
 
     // Shows the window in the state in which the last run ended.
-    void ShowAsStored() { placement_.Show(); }
+    void ShowAsStored();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
-    void BuildControls();
+    void BuildControls(bool withCheckout);
     void BuildPages();
     void AskToClearSettings(bool wanted);
     void BuildFileCommands();
-    void OpenFileOfCommandLine();
+    void OpenFileOfCommandLine(const QString &name);
     void ConnectCommands();
     void ConnectLink();
     void ConnectPages();
@@ -130,9 +134,8 @@ private:
     void TellOfStore(const QString &what);
 
     Dependencies dependencies_;
-    ClassMyHtmlHelp help_;
-    CommandLine::Options options_;
-    WindowPlacement placement_;
+    std::unique_ptr<ClassMyHtmlHelp> help_;
+    std::unique_ptr<WindowPlacement> placement_;
     std::unique_ptr<ClassZentrova> zentrova_;
     std::unique_ptr<LinkSession> link_;
     std::unique_ptr<LinkNotices> linkNotices_;
@@ -146,7 +149,6 @@ private:
     QLabel *statusText_ = nullptr;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
-    bool online_ = false;
     bool closesOnceSent_ = false; // the window closes once the waiting writes are sent
 };
 

@@ -4,6 +4,7 @@
 #include "support/UserDialogs.h"
 
 #include <QObject>
+#include <cstdint>
 
 namespace ztv {
 

@@ -25,6 +25,9 @@ public:
     // Enables the entries that have work, and marks "Online", by the state of the link.
     void ShowLinkState(bool online);
 
+    // Returns the state that is shown.
+    bool IsOnline() const { return online_; }
+
 private:
     void BuildMenus();
     void BuildToolbar();

@@ -8,6 +8,7 @@
 #include <QSize>
 #include <QTabWidget>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 

@@ -3,6 +3,7 @@
 #include "support/UserDialogs.h"
 
 #include <QFileDialog>
+#include <optional>
 
 namespace ztv {
 

@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QPointer>
 #include <QWidget>
+#include <optional>
 
 namespace ztv {
 

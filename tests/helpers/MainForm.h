@@ -1,5 +1,8 @@
 #pragma once
 
+#include "link/LinkSession.h"
+#include "model/ClassZentrova.h"
+#include "shell/CommandLine.h"
 #include "shell/FormMain.h"
 #include "support/ApplicationTitle.h"
 #include "support/SettingsStore.h"

@@ -2,6 +2,7 @@
 
 #include "model/ParamDefines.h"
 #include "shell/Caption.h"
+#include "shell/StoredSettings.h"
 #include "shell/TabFrames.h"
 #include "support/Fault.h"
 #include "tests/helpers/FakeLink.h"

@@ -1,5 +1,6 @@
 #include "shell/Program.h"
 
+#include "help/ClassMyHtmlHelp.h"
 #include "help/ui/HelpViewer.h"
 #include "shell/Application.h"
 #include "shell/FormMain.h"

@@ -11,6 +11,8 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 

@@ -6,8 +6,8 @@
 #include "support/UserDialogs.h"
 
 #include <QDialog>
+#include <cstdint>
 #include <functional>
-#include <map>
 
 class QAbstractButton;
 class QGroupBox;

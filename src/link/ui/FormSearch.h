@@ -13,6 +13,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 
 namespace ztv {

@@ -10,6 +10,7 @@
 #include <QRadioButton>
 #include <QWidget>
 #include <array>
+#include <cstddef>
 #include <vector>
 
 class QGridLayout;

@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QTimer>
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <vector>
