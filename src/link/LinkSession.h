@@ -65,6 +65,9 @@ public:
     // was answered.
     bool EchoIsPresent() const { return mbaxp1_.EchoIsPresent(); }
 
+    // True while polls are answered by a sensor that numbers its registers differently; they are rejected.
+    bool AnotherSensorAnswers() const { return anotherSensor_; }
+
     enum class ConnectOutcome { Cancelled, PortRefused, Probing };
 
     // Opens the port and starts to probe for the sensor. Without the prompt the direction stays the current

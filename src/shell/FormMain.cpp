@@ -21,6 +21,8 @@
 #include "shell/LinkNotices.h"
 #include "shell/MainCommands.h"
 #include "shell/MakerAddress.h"
+#include "shell/MessageStrip.h"
+#include "shell/StripWatch.h"
 #include "shell/TabFrames.h"
 #include "shell/WindowPlacement.h"
 #include "support/ApplicationTitle.h"
@@ -45,6 +47,12 @@
 #include <utility>
 
 namespace ztv {
+
+namespace {
+
+constexpr std::int32_t troubleshootingTopic = 1300;
+
+} // namespace
 
 FormMain::FormMain(Dependencies dependencies)
     : dependencies_(std::move(dependencies)),
@@ -80,6 +88,7 @@ FormMain::FormMain(Dependencies dependencies)
 
     BuildControls(options.CheckoutEnabled);
     BuildPages();
+    BuildStrip(deviceOfPort);
     ConnectCommands();
     ConnectLink();
     ConnectPages();
@@ -187,10 +196,9 @@ void FormMain::BuildFileCommands() {
             }});
 }
 
-// Deliberate: a file that can't be opened at the start shows no box, and a later "Save" asks for a name.
 void FormMain::OpenFileOfCommandLine(const QString &name) {
     if (!name.isEmpty()) {
-        zentrova_->OpenFile(name);
+        fileCommands_->OpenAtStart(name);
     }
 }
 
@@ -225,15 +233,78 @@ void FormMain::BuildPages() {
     tabs_->SetPage(Tab::Checkout, checkout);
 }
 
+// Built after the pages, so that Tab reaches its buttons after theirs.
+void FormMain::BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort) {
+    strip_ = new MessageStrip(centralWidget());
+    stripWatch_ = std::make_unique<StripWatch>(StripWatch::Dependencies{
+        .link = *link_, .zentrova = *zentrova_, .files = *fileCommands_, .deviceOfPort = deviceOfPort});
+    connect(stripWatch_.get(), &StripWatch::Changed, strip_, &MessageStrip::Show);
+    connect(strip_, &MessageStrip::Pressed, this, &FormMain::ObeyStrip);
+    connect(tabs_, &TabFrames::LaidOut, this, &FormMain::PlaceStrip);
+    strip_->Show(stripWatch_->Message());
+}
+
+void FormMain::PlaceStrip() {
+    constexpr int gap = 2;
+    strip_->setGeometry(tabs_->Band().adjusted(0, gap, 0, -gap));
+}
+
+void FormMain::ObeyStrip(StripAction action) {
+    switch (action) {
+    case StripAction::ResetCounters:
+        link_->TimeoutCount(0);
+        link_->CrcErrorCount(0);
+        stripWatch_->Update();
+        break;
+    case StripAction::Online:
+        GoOnline(ConnectPrompt::Ask);
+        break;
+    case StripAction::GoOffline:
+        GoOffline();
+        break;
+    case StripAction::Communications:
+        ShowCommunications();
+        break;
+    case StripAction::Search:
+        GoOffline();
+        ShowSearch();
+        break;
+    case StripAction::OpenFile:
+        OpenFile();
+        break;
+    case StripAction::SaveAs:
+        AfterEntry([this] { SaveFileAs(); });
+        break;
+    case StripAction::Help:
+        help_->HHDisplayTopicID(winId(), troubleshootingTopic);
+        break;
+    }
+}
+
+void FormMain::OpenFile() {
+    fileCommands_->Open();
+    stripWatch_->Update();
+}
+
+void FormMain::SaveFile() {
+    fileCommands_->Save(FileCommands::SaveAs::CurrentName);
+    stripWatch_->Update();
+}
+
+void FormMain::SaveFileAs() {
+    fileCommands_->Save(FileCommands::SaveAs::AskedName);
+    stripWatch_->Update();
+}
+
 void FormMain::ConnectCommands() {
     const auto goOnline = [this] { GoOnline(ConnectPrompt::Ask); };
     const auto goOffline = [this] { GoOffline(); };
-    const auto openFile = [this] { fileCommands_->Open(); };
+    const auto openFile = [this] { OpenFile(); };
     const auto afterEntry = [this](const std::function<void()> &work) {
         return [this, work] { AfterEntry(work); };
     };
-    const auto saveFile = afterEntry([this] { fileCommands_->Save(FileCommands::SaveAs::CurrentName); });
-    const auto saveFileAs = afterEntry([this] { fileCommands_->Save(FileCommands::SaveAs::AskedName); });
+    const auto saveFile = afterEntry([this] { SaveFile(); });
+    const auto saveFileAs = afterEntry([this] { SaveFileAs(); });
     const auto saveInSensor =
         afterEntry([this] { zentrova_->ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings); });
     const auto exit = [this] { close(); };
@@ -345,6 +416,12 @@ void FormMain::ShowCommunications() {
     FormComms(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, *help_, this).exec();
 }
 
+void FormMain::ShowSearch() {
+    FormComms form(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, *help_, this);
+    QMetaObject::invokeMethod(&form, &FormComms::Search, Qt::QueuedConnection);
+    form.exec();
+}
+
 void FormMain::ShowTransmitDelay() {
     FormTransmitDelay(*zentrova_, *link_, dependencies_.dialogs, *help_, this).exec();
 }
@@ -410,6 +487,9 @@ void FormMain::changeEvent(QEvent *event) {
     const bool otherColours = event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange;
     if (otherColours && tabs_ != nullptr) {
         tabs_->Colour();
+        if (strip_ != nullptr) {
+            strip_->Colour();
+        }
     }
 }
 

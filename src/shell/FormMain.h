@@ -16,17 +16,19 @@ class QTimer;
 
 namespace ztv {
 
+enum class StripAction;
 class BasicPage;
 class BootComm;
 class ClassMyHtmlHelp;
 class ClassZentrova;
 class EntryRules;
-class FileCommands;
 class HelpEngine;
 class LinkNotices;
 class LinkSession;
 class MainCommands;
+class MessageStrip;
 class SettingsStore;
+class StripWatch;
 class TabFrames;
 class UserDialogs;
 class ValueOverlay;
@@ -108,6 +110,12 @@ protected:
 private:
     void BuildControls(bool withCheckout);
     void BuildPages();
+    void BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort);
+    void PlaceStrip();
+    void ObeyStrip(StripAction action);
+    void OpenFile();
+    void SaveFile();
+    void SaveFileAs();
     void AskToClearSettings(bool wanted);
     void BuildFileCommands();
     void OpenFileOfCommandLine(const QString &name);
@@ -125,6 +133,7 @@ private:
     void UpdateCaption();
     void ShowMakersPages();
     void ShowCommunications();
+    void ShowSearch();
     void ShowTransmitDelay();
     void ShowUpgradeFirmware();
     void ShowWizard();
@@ -147,6 +156,8 @@ private:
     QTimer *timer1_ = nullptr;
     TabFrames *tabs_ = nullptr;
     QLabel *statusText_ = nullptr;
+    MessageStrip *strip_ = nullptr;
+    std::unique_ptr<StripWatch> stripWatch_;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
     bool closesOnceSent_ = false; // the window closes once the waiting writes are sent
