@@ -1,0 +1,137 @@
+#include "shell/MessageStrip.h"
+
+#include "tests/helpers/AllForms.h"
+#include "tests/helpers/Printers.h"
+#include "widgets/Colours.h"
+
+#include <QAccessible>
+#include <QPushButton>
+#include <QTest>
+
+namespace ztv {
+
+class MessageStripTest : public testing::Test {
+protected:
+    MessageStripTest() {
+        window_.resize(640, 37);
+        window_.show();
+        strip_.setGeometry(0, 0, 640, 33);
+        QObject::connect(&strip_, &MessageStrip::Pressed,
+                         [this](StripAction action) { pressed_.push_back(action); });
+        before_ = QAccessible::installUpdateHandler(&Record);
+        QAccessible::setActive(true);
+        alerts_ = 0;
+    }
+    ~MessageStripTest() override {
+        QAccessible::setActive(false);
+        QAccessible::installUpdateHandler(before_);
+    }
+
+    static void Record(QAccessibleEvent *event) { alerts_ += event->type() == QAccessible::Alert ? 1 : 0; }
+
+    static StripMessage NoAnswer(const char *headline) {
+        return {.kind = StripMessage::Kind::NoAnswer,
+                .severity = StripMessage::Severity::Alarm,
+                .headline = QString::fromLatin1(headline),
+                .detail = QStringLiteral("Address 1 on port 1 (/dev/ttyUSB0), 38400 N2"),
+                .actions = {StripAction::Search, StripAction::GoOffline}};
+    }
+
+    QString Text(const char *name) const { return Form(window_).Text(name); }
+
+    QWidget window_;
+    MessageStrip strip_{&window_};
+    std::vector<StripAction> pressed_;
+    QAccessible::UpdateHandler before_ = nullptr;
+    inline static int alerts_ = 0;
+};
+
+TEST_F(MessageStripTest, IsHiddenWhileAllIsWell) {
+    EXPECT_TRUE(strip_.isHidden());
+    strip_.Show(NoAnswer("No answer for 3 s"));
+    EXPECT_TRUE(strip_.isVisible());
+    strip_.Show(std::nullopt);
+    EXPECT_TRUE(strip_.isHidden());
+}
+
+TEST_F(MessageStripTest, ShowsTheMessageAndItsButtonsInOrder) {
+    strip_.Show(NoAnswer("No answer for 3 s"));
+    EXPECT_EQ(Text("StripHeadline"), QStringLiteral("No answer for 3 s"));
+    EXPECT_EQ(Text("StripDetail"), QStringLiteral("Address 1 on port 1 (/dev/ttyUSB0), 38400 N2"));
+    auto &search = Form(window_).Get<QPushButton>("StripSearch");
+    auto &offline = Form(window_).Get<QPushButton>("StripOffline");
+    EXPECT_LT(search.x(), offline.x());
+    QTest::mouseClick(&offline, Qt::LeftButton);
+    QTest::mouseClick(&search, Qt::LeftButton);
+    Settle();
+    EXPECT_EQ(pressed_, (std::vector{StripAction::GoOffline, StripAction::Search}));
+}
+
+TEST_F(MessageStripTest, KeepsItsButtonsWhileTheTimeGoesOn) {
+    strip_.Show(NoAnswer("No answer for 3 s"));
+    auto &search = Form(window_).Get<QPushButton>("StripSearch");
+    search.setFocus();
+    strip_.Show(NoAnswer("No answer for 4 s"));
+    EXPECT_EQ(Text("StripHeadline"), QStringLiteral("No answer for 4 s"));
+    EXPECT_EQ(&Form(window_).Get<QPushButton>("StripSearch"), &search);
+    EXPECT_TRUE(search.hasFocus());
+}
+
+TEST_F(MessageStripTest, TakesNoFocusWhenItComes) {
+    QPushButton other(&window_);
+    other.show();
+    other.setFocus();
+    strip_.Show(NoAnswer("No answer for 3 s"));
+    Settle();
+    EXPECT_TRUE(other.hasFocus());
+}
+
+TEST_F(MessageStripTest, AnnouncesEachKindOnce) {
+    strip_.Show(NoAnswer("No answer for 3 s"));
+    strip_.Show(NoAnswer("No answer for 4 s"));
+    strip_.Show(NoAnswer("No answer for 4 s"));
+    EXPECT_EQ(alerts_, 1);
+    StripMessage noEcho{.kind = StripMessage::Kind::NoEcho,
+                        .severity = StripMessage::Severity::Warning,
+                        .headline = QStringLiteral("No echo"),
+                        .detail = QStringLiteral("None"),
+                        .actions = {}};
+    strip_.Show(noEcho);
+    EXPECT_EQ(alerts_, 2);
+    EXPECT_EQ(strip_.accessibleName(), QStringLiteral("No echo. None."));
+    strip_.Show(std::nullopt);
+    strip_.Show(noEcho);
+    EXPECT_EQ(alerts_, 3);
+}
+
+TEST_F(MessageStripTest, ElidesWhatDoesNotFitAndHasItInTheToolTip) {
+    StripMessage message = NoAnswer("No answer for 3 s");
+    message.detail = QString(400, u'x');
+    strip_.Show(message);
+    EXPECT_EQ(window_.width(), 640);
+    EXPECT_EQ(strip_.width(), 640);
+    EXPECT_LT(Text("StripDetail").size(), 400);
+    EXPECT_TRUE(strip_.toolTip().contains(message.detail));
+    EXPECT_TRUE(strip_.accessibleName().contains(message.detail));
+    strip_.resize(5000, 33);
+    EXPECT_EQ(Text("StripDetail"), message.detail);
+}
+
+TEST_F(MessageStripTest, IsLegibleOnEachDesktop) {
+    for (const Desktop &desktop : {light, dark}) {
+        SCOPED_TRACE(desktop.name);
+        const OnDesktop on(desktop);
+        for (const auto severity :
+             {StripMessage::Severity::Alarm, StripMessage::Severity::Warning, StripMessage::Severity::Note}) {
+            StripMessage message = NoAnswer("No answer");
+            message.severity = severity;
+            strip_.Show(std::nullopt);
+            strip_.Show(message);
+            const QPalette palette = Form(window_).Get<QWidget>("StripHeadline").palette();
+            EXPECT_GE(Colours::Contrast(palette.color(QPalette::WindowText), palette.color(QPalette::Window)),
+                      4.5);
+        }
+    }
+}
+
+} // namespace ztv
