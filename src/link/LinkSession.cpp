@@ -38,6 +38,8 @@ LinkSession::LinkSession(ClassZentrova &zentrova, Dependencies dependencies, QOb
       mbaxp1_(dependencies_.deviceOfPort) {
     connect(&mbaxp1_, &Mbaxp::TransactionDone, this, &LinkSession::TransactionDone);
     connect(&mbaxp1_, &Mbaxp::TransactionFailed, this, &LinkSession::TransactionFailed);
+    connect(&mbaxp1_, &Mbaxp::DeviceLost, &values_, &ValueWatch::Lost);
+    connect(&values_, &ValueWatch::Changed, this, &LinkSession::ValueStateChanged);
     zentrova_.ConnectTo(this);
 }
 
@@ -94,6 +96,7 @@ QString LinkSession::OpenFailureText() const {
 void LinkSession::GoOffline() {
     mbaxp1_.StopCyclic(LinkTransaction::Poll);
     mbaxp1_.ClosePort();
+    values_.Lost();
     zentrova_.SendWaitingWrites(); // drops them
     Q_EMIT OnlineChanged(false);
     SetStatus(QStringLiteral("Offline"));
@@ -221,12 +224,15 @@ void LinkSession::PollComplete() {
     // values would be one row off.
     anotherSensor_ = AnswersWithAnotherAddressing();
     if (anotherSensor_) {
+        values_.Held();
         SetStatus(anotherSensorWord);
         return;
     }
     if (!zentrova_.WriteAllPending()) {
         TakePolledValues();
+        values_.Polled();
     } else if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) {
+        values_.Held();
         SetStatus(valuesHeldWord);
     }
     if (firstReadPending_) {
@@ -270,8 +276,9 @@ void LinkSession::AddressingProbeComplete() {
 }
 
 void LinkSession::DefinePoll() {
-    mbaxp1_.DefineReadRegisters(LinkTransaction::Poll, comm_.address, 0, zentrova_.ParamCount() - 1,
-                                CheckedAt(BaudTable, comm_.baud, "PollPeriodByBaud").pollPeriodMs);
+    const std::int16_t period = CheckedAt(BaudTable, comm_.baud, "PollPeriodByBaud").pollPeriodMs;
+    mbaxp1_.DefineReadRegisters(LinkTransaction::Poll, comm_.address, 0, zentrova_.ParamCount() - 1, period);
+    values_.PollPeriod(period);
 }
 
 void LinkSession::DownloadTable() {
@@ -348,6 +355,7 @@ void LinkSession::ReconnectWithDeviceSettings() {
     zentrova_.ForgetPendingWrites(); // their outcomes were lost with the port
     // Deliberate: no box, and the program stays in its online state.
     if (!mbaxp1_.OpenPort()) {
+        values_.Lost();
         SetStatus(portNotReopenedWord);
     }
     mbaxp1_.StartCyclic(LinkTransaction::Poll);

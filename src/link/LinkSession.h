@@ -5,13 +5,17 @@
 #include "link/LinkStatus.h"
 #include "link/LinkTransaction.h"
 #include "link/Mbaxp.h"
+#include "link/ValueWatch.h"
 #include "model/ClassZentrova.h"
 #include "model/ParameterLink.h"
+#include "model/ValueState.h"
 
 #include <QObject>
 #include <QString>
+#include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace ztv {
 
@@ -34,6 +38,11 @@ public:
     void TimeoutCount(std::int16_t count) { timeoutCount_ = count; }
     std::int16_t CrcErrorCount() const { return crcErrorCount_; }
     void CrcErrorCount(std::int16_t count) { crcErrorCount_ = count; }
+
+    // How the table's values relate to the sensor, and the time since a poll last filled the table; none if
+    // the values are no sensor's. docs/master.md describes the states.
+    ValueState State() const { return values_.State(); }
+    std::optional<std::chrono::milliseconds> AgeOfValues() const { return values_.Age(); }
 
     // Subtracted from a parameter number to get its register address.
     std::uint8_t AddressingMode() const { return addressingMode_; }
@@ -87,6 +96,7 @@ public:
     void DefineDownload() override;
     void DownloadValue(std::int16_t Tag, std::int32_t value) override;
     void StartDownload() override;
+    void TableLoaded() override { values_.Loaded(); }
 
     // Handlers of the master's events.
     void TransactionDone(LinkTransaction transaction);
@@ -99,11 +109,12 @@ Q_SIGNALS:
     void DownloadEnded(LinkStatus status);
     void PortRefused(); // by GoOnline; OpenFailureText gives the reason
 
-    void StatusChanged(const QString &text); // the text of the status bar
-    void OnlineChanged(bool online);         // the port was opened or closed
-    void FirstReadComplete();                // the first poll since going online is in the table
-    void DeviceAnswered(LinkStatus status);  // the search probe ended
-    void TableRefreshed();                   // after every good transaction: shown values may be outdated
+    void StatusChanged(const QString &text);  // the text of the status bar
+    void OnlineChanged(bool online);          // the port was opened or closed
+    void FirstReadComplete();                 // the first poll since going online is in the table
+    void DeviceAnswered(LinkStatus status);   // the search probe ended
+    void ValueStateChanged(ValueState state); // before the refresh of the poll that changed it
+    void TableRefreshed();                    // after every good transaction: shown values may be outdated
 
 private:
     void SendNextWriteLater();
@@ -126,6 +137,7 @@ private:
     ClassZentrova &zentrova_;
     Dependencies dependencies_;
     Mbaxp mbaxp1_;
+    ValueWatch values_;
     std::int16_t timeoutCount_ = 0;
     std::int16_t crcErrorCount_ = 0;
     CommSettings comm_;

@@ -185,6 +185,9 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
         queue_.KeepCommands(); // the download replaces the values that still wait
         link_->DefineDownload();
     }
+    if (link_ != nullptr) {
+        link_->TableLoaded();
+    }
     // Writes to the table directly: loading a file isn't a change by the user, and it also sets read-only
     // rows.
     file.ForEachValue(count, [&](std::int16_t tag, std::int32_t value) {

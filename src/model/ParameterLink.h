@@ -24,6 +24,9 @@ public:
     virtual void DefineDownload() = 0;
     virtual void DownloadValue(std::int16_t Tag, std::int32_t value) = 0;
     virtual void StartDownload() = 0;
+
+    // Reports that the values of a settings file replace those of the table, also while the port is closed.
+    virtual void TableLoaded() = 0;
 };
 
 } // namespace ztv
