@@ -44,6 +44,7 @@
 #include <QLayout>
 #include <QStatusBar>
 #include <QTimer>
+#include <algorithm>
 #include <utility>
 
 namespace ztv {
@@ -244,9 +245,14 @@ void FormMain::BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPo
     strip_->Show(stripWatch_->Message());
 }
 
+// In the free band; with large fonts also over the frame of the tabs, but over no page.
 void FormMain::PlaceStrip() {
     constexpr int gap = 2;
-    strip_->setGeometry(tabs_->Band().adjusted(0, gap, 0, -gap));
+    QRect place = tabs_->Band().adjusted(0, gap, 0, -gap);
+    const int missing = strip_->sizeHint().height() - place.height();
+    const int lowest = tabs_->CurrentPage().geometry().bottom() + gap;
+    place.setTop(std::max(lowest, place.top() - std::max(missing, 0)));
+    strip_->setGeometry(place);
 }
 
 void FormMain::ObeyStrip(StripAction action) {

@@ -22,6 +22,7 @@ class BootComm;
 class ClassMyHtmlHelp;
 class ClassZentrova;
 class EntryRules;
+class FileCommands;
 class HelpEngine;
 class LinkNotices;
 class LinkSession;

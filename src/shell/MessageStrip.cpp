@@ -18,7 +18,6 @@ namespace {
 using Severity = StripMessage::Severity;
 
 constexpr int margin = 6;
-constexpr int symbolPixels = 22;
 
 constexpr Colours::Pair alarmGround{0xffb3261e, 0xffff8a80};
 constexpr Colours::Pair warningGround{0xffffc94d, 0xffe0a526};
@@ -88,9 +87,7 @@ MessageStrip::MessageStrip(QWidget *parent)
     QFont bold = headline_->font();
     bold.setBold(true);
     headline_->setFont(bold);
-    QFont large = bold;
-    large.setPixelSize(symbolPixels);
-    symbol_->setFont(large);
+    symbol_->setFont(bold);
     auto *texts = new QVBoxLayout;
     texts->setSpacing(0);
     for (QLabel *label : {headline_, detail_}) {
@@ -166,8 +163,11 @@ void MessageStrip::ShowTexts() {
         label.setText(label.fontMetrics().elidedText(text, Qt::ElideRight, label.width()));
         label.setAccessibleName(text);
     };
+    const bool hasTwoLines = height() >= headline_->sizeHint().height() + detail_->sizeHint().height();
+    detail_->setVisible(hasTwoLines);
     layout()->activate();
-    show(*headline_, shown_->headline);
+    show(*headline_,
+         hasTwoLines ? shown_->headline : shown_->headline + QStringLiteral(". ") + shown_->detail);
     show(*detail_, shown_->detail);
     const QString whole = shown_->headline + QStringLiteral(". ") + shown_->detail + u'.';
     setAccessibleName(whole);

@@ -5,6 +5,7 @@
 #include "tests/helpers/Files.h"
 
 #include <QFile>
+#include <functional>
 
 namespace ztv {
 
@@ -79,19 +80,17 @@ TEST_F(StripTest, LeadsToCommunicationsAndSearch) {
     EXPECT_TRUE(WaitUntil([&] { return opened == QStringLiteral("FormComms"); }));
     EXPECT_TRUE(form_->Link().PortIsOpen());
     opened.clear();
-    WhenDialogOpens([&](QWidget &) {
-        WhenDialogOpens([&](QWidget &search) {
-            opened = search.objectName();
-            search.close();
-        });
-    });
-    QMetaObject::invokeMethod(
-        form_.get(),
-        [&] {
-            WaitUntil([&] { return !opened.isEmpty(); });
-            QApplication::activeModalWidget()->close();
-        },
-        Qt::QueuedConnection);
+    // Waits for the search, then closes it and the form that it was opened from.
+    const std::function<void(QWidget &)> closeBoth = [&](QWidget &dialog) {
+        if (dialog.objectName() != QStringLiteral("FormSearch")) {
+            WhenDialogOpens(closeBoth);
+            return;
+        }
+        opened = dialog.objectName();
+        QMetaObject::invokeMethod(dialog.parentWidget(), &QWidget::close, Qt::QueuedConnection);
+        dialog.close();
+    };
+    WhenDialogOpens(closeBoth);
     Ui().Press("StripSearch");
     EXPECT_TRUE(WaitUntil([&] { return opened == QStringLiteral("FormSearch"); }));
     EXPECT_FALSE(form_->Link().PortIsOpen());
