@@ -284,6 +284,7 @@ void LinkSession::DefinePoll() {
 
 void LinkSession::DownloadTable() {
     zentrova_.WriteAllPending(true);
+    zentrova_.TakeWaitingValues();
     DefineDownload();
     for (std::int16_t tag = 1; tag < zentrova_.ParamCount(); ++tag) {
         DownloadValue(tag, zentrova_.ValueToDownload(tag));

@@ -768,6 +768,30 @@ TEST_F(LinkSessionTest, WritesTheWholeTableOnAWriteConnect) {
     EXPECT_EQ(session_.AddressingMode(), 1);
 }
 
+// The sensor has the waiting baud rate by the download, and no write of it may follow at the old one.
+TEST_F(LinkSessionTest, ADownloadOnConnectCarriesTheValuesThatWait) {
+    choice_ = ConnectChoice::Write;
+    line_.AnswerNothing(); // to the probe
+    line_.AnswerNothing(); // to the write of 28
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.Answer(WithCrc("01 10 00 00 00 5F"));
+    session_.GoOnline(ConnectPrompt::Ask);
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() == 1; }));
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"), BoxIcon::Exclamation, ApplicationTitle(),
+                          [this] { EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); })); });
+    dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
+    zentrova_.ParamValue(28, 1500);
+    zentrova_.ParamValue(ParamDefines::BaudRateCode, 3);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    Settle();
+    ASSERT_GE(line_.Requests().size(), 4U);
+    EXPECT_EQ(line_.Requests()[3].mid(7 + 2 * 65, 2), Hex("00 03"));
+    EXPECT_EQ(session_.BaudRate(), 3);
+    EXPECT_FALSE(zentrova_.WritesWait());
+    EXPECT_FALSE(zentrova_.ParamWritePending(ParamDefines::BaudRateCode));
+    session_.GoOffline();
+}
+
 TEST_F(LinkSessionTest, DownloadsNoCommandThatTheTableHolds) {
     choice_ = ConnectChoice::Write;
     zentrova_.ParamUpdate(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
