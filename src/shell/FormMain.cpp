@@ -431,10 +431,17 @@ bool FormMain::MayCloseNow() {
     if (!std::exchange(closesOnceSent_, true)) {
         zentrova_->WhenWritesAreSent([this] {
             closesOnceSent_ = false;
-            QMetaObject::invokeMethod(this, &FormMain::close, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, &FormMain::CloseUnlessBehindDialog, Qt::QueuedConnection);
         });
     }
     return false;
+}
+
+// A user who has opened a dialog since the request to close has gone on, and the program can't end behind it.
+void FormMain::CloseUnlessBehindDialog() {
+    if (QApplication::activeModalWidget() == nullptr) {
+        close();
+    }
 }
 
 void FormMain::closeEvent(QCloseEvent *event) {

@@ -117,6 +117,7 @@ private:
     bool LeaveEntry();
     void AfterEntry(const std::function<void()> &work);
     bool MayCloseNow();
+    void CloseUnlessBehindDialog();
     void ShowTab();
     void LayOut();
     void ShowLinkState(bool online);

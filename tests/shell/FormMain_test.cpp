@@ -905,6 +905,35 @@ TEST_F(EntryAndCommandsTest, ClosesOnceTheWaitingWritesAreSentAndAsksOnce) {
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
+// The user has gone on meanwhile: the program can't end behind a dialog.
+TEST_F(EntryAndCommandsTest, StaysOpenBehindADialogThatIsOpenWhenTheWaitingWritesAreSent) {
+    FakeLink link;
+    form_->Zentrova().ConnectTo(&link);
+    link.holds = true;
+    form_->Zentrova().ParamValue(ParamDefines::ClockOut, 1);
+    form_->Zentrova().ParamValue(ParamDefines::NearDistance, 1300);
+    EXPECT_FALSE(form_->close());
+    bool came = false;
+    WhenDialogOpens([&](QWidget &dialog) {
+        link.EndWrites(form_->Zentrova());
+        Settle();
+        EXPECT_TRUE(form_->isVisible());
+        EXPECT_TRUE(dialog.isVisible());
+        dialog.close();
+        came = true;
+    });
+    Ui().Choose("mnuHelpAbout");
+    EXPECT_TRUE(WaitUntil([&came] { return came; }));
+    Settle();
+    EXPECT_TRUE(form_->isVisible());
+
+    dialogs_.Expect(
+        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
+    EXPECT_TRUE(form_->close());
+    form_->Zentrova().ConnectTo(&form_->Link());
+}
+
 // Size. ---------------------------------------------------------------------------------------------
 
 TEST_F(FormMainTest, IsNeverSmallerThanItsLeastSize) {
