@@ -102,6 +102,7 @@ public:
     void ShowAsStored();
 
 protected:
+    bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
@@ -117,7 +118,7 @@ private:
     bool LeaveEntry();
     void AfterEntry(const std::function<void()> &work);
     bool MayCloseNow();
-    void CloseUnlessBehindDialog();
+    void CloseOnceSent();
     void ShowTab();
     void LayOut();
     void ShowLinkState(bool online);
@@ -150,7 +151,7 @@ private:
     QLabel *statusText_ = nullptr;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
-    bool closesOnceSent_ = false; // the window closes once the waiting writes are sent
+    bool closesOnceSent_ = false; // the window closes once the waiting writes are sent and no dialog is open
 };
 
 } // namespace ztv

@@ -905,8 +905,8 @@ TEST_F(EntryAndCommandsTest, ClosesOnceTheWaitingWritesAreSentAndAsksOnce) {
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
-// The user has gone on meanwhile: the program can't end behind a dialog.
-TEST_F(EntryAndCommandsTest, StaysOpenBehindADialogThatIsOpenWhenTheWaitingWritesAreSent) {
+// The program can't end behind a dialog.
+TEST_F(EntryAndCommandsTest, ClosesAfterADialogThatIsOpenWhenTheWaitingWritesAreSent) {
     FakeLink link;
     form_->Zentrova().ConnectTo(&link);
     link.holds = true;
@@ -919,6 +919,12 @@ TEST_F(EntryAndCommandsTest, StaysOpenBehindADialogThatIsOpenWhenTheWaitingWrite
         Settle();
         EXPECT_TRUE(form_->isVisible());
         EXPECT_TRUE(dialog.isVisible());
+        form_->Zentrova().ParamValue(ParamDefines::ClockOut, 0);
+        form_->Zentrova().ParamValue(ParamDefines::NearDistance, 1400);
+        EXPECT_TRUE(form_->Zentrova().WritesWait());
+        dialogs_.Expect(
+            QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+            BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
         dialog.close();
         came = true;
     });
@@ -926,11 +932,8 @@ TEST_F(EntryAndCommandsTest, StaysOpenBehindADialogThatIsOpenWhenTheWaitingWrite
     EXPECT_TRUE(WaitUntil([&came] { return came; }));
     Settle();
     EXPECT_TRUE(form_->isVisible());
-
-    dialogs_.Expect(
-        QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
-        BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
-    EXPECT_TRUE(form_->close());
+    link.EndWrites(form_->Zentrova());
+    EXPECT_TRUE(WaitUntil([this] { return !form_->isVisible(); }));
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 
