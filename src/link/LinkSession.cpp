@@ -8,6 +8,8 @@
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
+#include <QScopedValueRollback>
+
 namespace ztv {
 
 namespace {
@@ -188,10 +190,17 @@ void LinkSession::SendNextWriteLater() {
         this, [this] { zentrova_.SendWaitingWrites(); }, Qt::QueuedConnection);
 }
 
+// Keeps the write under way until the handlers return: a write that is asked for behind the box of one of
+// them could fail and open a second box over the first.
+void LinkSession::ReportWrite(std::int16_t written, LinkStatus status) {
+    zentrova_.ParamWritePending(written, false);
+    const QScopedValueRollback<bool> guard(reportsWrite_, true);
+    Q_EMIT WriteEnded(written, status);
+}
+
 void LinkSession::WriteComplete() {
     const std::int16_t written = WrittenParameter();
-    zentrova_.ParamWritePending(written, false);
-    Q_EMIT WriteEnded(written, LinkStatus::NoError);
+    ReportWrite(written, LinkStatus::NoError);
     switch (written) {
     case ParamDefines::NetworkAddress:
     case ParamDefines::BaudRateCode:
@@ -214,9 +223,8 @@ void LinkSession::WriteComplete() {
 
 void LinkSession::WriteFailed(std::int16_t written, LinkStatus status) {
     SetStatus(WordsOf(status));
-    zentrova_.ParamWritePending(written, false);
-    Q_EMIT WriteEnded(written, status);
-    SendNextWriteLater(); // after a box that a handler shows, so that failures are shown one after another
+    ReportWrite(written, status);
+    SendNextWriteLater();
 }
 
 void LinkSession::PollComplete() {
@@ -283,6 +291,7 @@ void LinkSession::DefinePoll() {
 
 void LinkSession::DownloadTable() {
     zentrova_.WriteAllPending(true);
+    zentrova_.TakeWaitingValues();
     DefineDownload();
     for (std::int16_t tag = 1; tag < zentrova_.ParamCount(); ++tag) {
         DownloadValue(tag, zentrova_.ValueToDownload(tag));
@@ -327,6 +336,7 @@ void LinkSession::DownloadComplete() {
     StartPollAfterConnectDownload();
     ReconnectWithDeviceSettings();
     TakeAddressingMode(ToUInt8(zentrova_.SentValue(ParamDefines::AddressingMode)));
+    SendNextWriteLater(); // the reconnect has ended a write on the line without an event
 }
 
 void LinkSession::DownloadFailed(LinkStatus status) {

@@ -512,15 +512,32 @@ bool FormMain::MayCloseNow() {
         return false;
     }
     if (!zentrova_->WritesWait()) {
+        closesOnceSent_ = false;
         return true;
     }
     if (!std::exchange(closesOnceSent_, true)) {
-        zentrova_->WhenWritesAreSent([this] {
-            closesOnceSent_ = false;
-            QMetaObject::invokeMethod(this, &FormMain::close, Qt::QueuedConnection);
-        });
+        CloseOnceSent();
     }
     return false;
+}
+
+// The program can't end behind a dialog, which may have been opened since the request to close. The window
+// then closes after the dialog.
+void FormMain::CloseOnceSent() {
+    const auto closeIfFree = [this] {
+        if (QApplication::activeModalWidget() == nullptr && std::exchange(closesOnceSent_, false)) {
+            close();
+        }
+    };
+    zentrova_->WhenWritesAreSent(
+        [this, closeIfFree] { QMetaObject::invokeMethod(this, closeIfFree, Qt::QueuedConnection); });
+}
+
+bool FormMain::event(QEvent *event) {
+    if (event->type() == QEvent::WindowUnblocked && closesOnceSent_) {
+        CloseOnceSent();
+    }
+    return QMainWindow::event(event);
 }
 
 void FormMain::closeEvent(QCloseEvent *event) {

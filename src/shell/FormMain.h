@@ -105,6 +105,7 @@ public:
     void ShowAsStored();
 
 protected:
+    bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
@@ -126,6 +127,7 @@ private:
     bool LeaveEntry();
     void AfterEntry(const std::function<void()> &work);
     bool MayCloseNow();
+    void CloseOnceSent();
     void ShowTab();
     void LayOut();
     void ShowLinkState(bool online);
@@ -161,7 +163,7 @@ private:
     std::unique_ptr<StripWatch> stripWatch_;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
-    bool closesOnceSent_ = false; // the window closes once the waiting writes are sent
+    bool closesOnceSent_ = false; // the window closes once the waiting writes are sent and no dialog is open
 };
 
 } // namespace ztv
