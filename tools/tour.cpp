@@ -106,6 +106,7 @@ public:
             Watch(400);
             Picture(form_, QStringLiteral("basic-mode-%1").arg(mode));
         }
+        StripPictures();
         form_.resize(form_.size() * 1.4);
         strip->setCurrentIndex(Tab::Distance - 1);
         Watch(500);
@@ -131,6 +132,28 @@ private:
             }
         }
         return distances;
+    }
+
+    // Takes pictures of the strip below the pages: of an address that doesn't answer, and of a counter near
+    // its end.
+    void StripPictures() {
+        LinkSession &link = form_.Link();
+        const std::int16_t address = link.ModbusAddress();
+        constexpr std::int16_t nobodysAddress = 247;
+        constexpr int silenceMs = 3200;
+        link.GoOffline();
+        link.ModbusAddress(nobodysAddress);
+        form_.GoOnline(ConnectPrompt::Skip);
+        Watch(silenceMs);
+        Picture(form_, QStringLiteral("strip-no-answer"));
+        link.TimeoutCount(30'112);
+        Watch(1100);
+        Picture(form_, QStringLiteral("strip-counter"));
+        link.TimeoutCount(0);
+        link.GoOffline();
+        link.ModbusAddress(address);
+        form_.GoOnline(ConnectPrompt::Skip);
+        Watch(1500);
     }
 
     // Takes pictures of the Advanced list in its states, with each of its editors.
