@@ -1,14 +1,14 @@
 #pragma once
 
-#include "shell/FileCommands.h"
-#include "shell/StripMessage.h"
-
 #include "link/LinkSession.h"
 #include "model/ClassZentrova.h"
+#include "shell/FileCommands.h"
+#include "shell/StripMessage.h"
 
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
+#include <cstdint>
 #include <functional>
 #include <optional>
 
