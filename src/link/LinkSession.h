@@ -78,7 +78,8 @@ public:
     // ParameterLink
     bool PortIsOpen() const override { return mbaxp1_.PortIsOpen(); }
     bool WriteIsUnderWay() const override {
-        return rejectedWriteIsDue_ || reportsWrite_ || mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite);
+        return rejectedWriteIsDue_ || reportsFailure_ ||
+               mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite);
     }
     void StartWrite(std::int16_t Tag, std::int32_t value) override;
     void DefineDownload() override;
@@ -104,7 +105,6 @@ Q_SIGNALS:
 
 private:
     void SendNextWriteLater();
-    void ReportWrite(std::int16_t written, LinkStatus status);
     void WriteComplete();
     void WriteFailed(std::int16_t written, LinkStatus status);
     void PollComplete();
@@ -132,7 +132,7 @@ private:
     bool downloadOnConnect_ = false;
     bool firstReadPending_ = false;
     bool rejectedWriteIsDue_ = false; // the report of a write that the master rejected
-    bool reportsWrite_ = false;       // a handler of WriteEnded may have a box open
+    bool reportsFailure_ = false;     // a handler of WriteEnded may have a box open
     bool anotherSensor_ = false; // the last poll was answered by one that numbers its registers differently
 };
 
