@@ -50,6 +50,9 @@ public:
     std::int16_t ModbusAddress() const { return comm_.address; }
     void ModbusAddress(std::int16_t slave) { comm_.address = slave; }
 
+    // The serial device of the port, as the next connect opens it.
+    QString DeviceOfPort() const { return dependencies_.deviceOfPort(comm_.port); }
+
     // The master, for callers that drive transactions of their own.
     Mbaxp &Mbaxp1() { return mbaxp1_; }
 
