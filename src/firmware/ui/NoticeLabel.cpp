@@ -45,6 +45,12 @@ public:
         setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     }
 
+    // A wrapped text's space doesn't depend on the text, so that nothing moves.
+    QSize minimumSizeHint() const override {
+        const int lines = fit_ == Fit::Wrapped ? LinesOfALongText() : 1;
+        return {0, lines * fontMetrics().lineSpacing()};
+    }
+
     void Explain() { setToolTip(Fits() ? QString() : text()); }
 
 protected:
@@ -64,6 +70,11 @@ protected:
     }
 
 private:
+    int LinesOfALongText() const {
+        constexpr int characters = 140;
+        constexpr int usualWidth = 480;
+        return (characters * fontMetrics().averageCharWidth() + usualWidth - 1) / usualWidth;
+    }
     bool Fits() const {
         return fit_ == Fit::Wrapped || fontMetrics().horizontalAdvance(text()) <= contentsRect().width();
     }
