@@ -15,6 +15,12 @@ UpgradeNotice WhileWriting() {
     return {.tone = Tone::Caution, .text = QStringLiteral("Don't cut the power, and don't pull the cable.")};
 }
 
+UpgradeNotice LeftAlone() {
+    return {.tone = Tone::Caution,
+            .text = QStringLiteral("The sensor wasn't changed. Choose a firmware file, then press Upgrade "
+                                   "Firmware again.")};
+}
+
 QString PressAgain() {
     return QStringLiteral("The boot loader is safe: press Upgrade Firmware again.");
 }
@@ -183,6 +189,12 @@ UpgradeNotice UpgradeReport::WithoutFirmware() {
             .text =
                 QStringLiteral("An upgrade would stop before it changes anything: a running sensor goes on "
                                "measuring, one in its boot loader stays there.")};
+}
+
+void UpgradeReport::FirmwareIsThere() {
+    if (notice_ == LeftAlone()) {
+        Show({});
+    }
 }
 
 void UpgradeReport::NoLoaderToStart() {

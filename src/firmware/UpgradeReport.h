@@ -36,6 +36,8 @@ public:
     // Says what an upgrade would do without a good firmware file.
     static UpgradeNotice WithoutFirmware();
 
+    // Ends the notice of a sensor that wasn't changed for want of a firmware file.
+    void FirmwareIsThere();
     // Reports that an attempt to start the sensor found no boot loader.
     void NoLoaderToStart();
 

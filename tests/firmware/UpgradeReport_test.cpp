@@ -224,6 +224,15 @@ TEST_F(UpgradeReportTest, SaysThatARunningSensorWasLeftAlone) {
     EXPECT_EQ(Upgrade(), UpgradeOutcome::BadFirmware);
     ExpectNotice(Tone::Caution,
                  "The sensor wasn't changed. Choose a firmware file, then press Upgrade Firmware again.");
+    report_.FirmwareIsThere();
+    ExpectNotice(Tone::Quiet, "");
+}
+
+TEST_F(UpgradeReportTest, AFirmwareFileDoesntEndTheNoticeOfASensorInItsLoader) {
+    EXPECT_EQ(Upgrade(), UpgradeOutcome::BadFirmware);
+    const UpgradeNotice notice = report_.Notice();
+    report_.FirmwareIsThere();
+    EXPECT_EQ(report_.Notice(), notice);
 }
 
 TEST_F(UpgradeReportTest, SaysThatASensorThatDidntAnswerWasLeftAlone) {

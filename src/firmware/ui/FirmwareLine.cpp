@@ -38,7 +38,7 @@ void FirmwareLine::LookAgain() {
 
 void FirmwareLine::Show() {
     label_->Show(file_.IsGood() ? UpgradeNotice::Tone::Quiet : UpgradeNotice::Tone::Caution,
-                 file_.Description());
+                 file_.Description(), file_.Path());
 }
 
 void FirmwareLine::showEvent(QShowEvent *event) {

@@ -140,7 +140,7 @@ void FormUpgradeFirmware::ShowDevice() {
     const QString port = dependencies_.bootComm.Settings().PortName;
     const QString device = dependencies_.link.DeviceOfPort();
     if (!device.endsWith(port)) {
-        device_->Show(UpgradeNotice::Tone::Quiet, QStringLiteral("%1 is %2").arg(port, device));
+        device_->Show(UpgradeNotice::Tone::Quiet, QStringLiteral("%1 is %2").arg(port, device), device);
     }
 }
 
@@ -246,7 +246,12 @@ void FormUpgradeFirmware::ConnectConsole() {
     });
     connect(upgrade_, &OneButtonUpgrade::RunningChanged, this, &FormUpgradeFirmware::ShowRunning);
     connect(report_, &UpgradeReport::NoticeChanged, this, &FormUpgradeFirmware::ShowNotice);
-    connect(firmwareLine_, &FirmwareLine::FileChanged, this, &FormUpgradeFirmware::ShowNotice);
+    connect(firmwareLine_, &FirmwareLine::FileChanged, this, [this] {
+        if (firmwareLine_->FileIsGood()) {
+            report_->FirmwareIsThere();
+        }
+        ShowNotice();
+    });
 }
 
 void FormUpgradeFirmware::ShowRunning(bool running) {

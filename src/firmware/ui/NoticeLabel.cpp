@@ -51,6 +51,12 @@ public:
         return {0, lines * fontMetrics().lineSpacing()};
     }
 
+    void Show(const QString &text, const QString &path) {
+        path_ = path;
+        setText(text);
+        Explain();
+    }
+
     void Explain() { setToolTip(Fits() ? QString() : text()); }
 
 protected:
@@ -61,8 +67,7 @@ protected:
         }
         QPainter painter(this);
         painter.setPen(palette().color(foregroundRole()));
-        painter.drawText(contentsRect(), Qt::AlignVCenter | Qt::TextSingleLine,
-                         fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width()));
+        painter.drawText(contentsRect(), Qt::AlignVCenter | Qt::TextSingleLine, Shortened());
     }
     void resizeEvent(QResizeEvent *event) override {
         QLabel::resizeEvent(event);
@@ -75,11 +80,20 @@ private:
         constexpr int usualWidth = 480;
         return (characters * fontMetrics().averageCharWidth() + usualWidth - 1) / usualWidth;
     }
-    bool Fits() const {
-        return fit_ == Fit::Wrapped || fontMetrics().horizontalAdvance(text()) <= contentsRect().width();
+    bool Fits() const { return fit_ == Fit::Wrapped || WidthOf(text()) <= contentsRect().width(); }
+
+    QString Shortened() const {
+        const int width = contentsRect().width();
+        const int withoutPath = WidthOf(text()) - WidthOf(path_);
+        QString shortened = text();
+        shortened.replace(shortened.indexOf(path_), path_.size(),
+                          fontMetrics().elidedText(path_, Qt::ElideLeft, width - withoutPath));
+        return fontMetrics().elidedText(shortened, Qt::ElideMiddle, width);
     }
+    int WidthOf(const QString &text) const { return fontMetrics().horizontalAdvance(text); }
 
     Fit fit_;
+    QString path_;
 };
 
 NoticeLabel::NoticeLabel(const char *name, Fit fit, QWidget *parent)
@@ -93,10 +107,9 @@ NoticeLabel::NoticeLabel(const char *name, Fit fit, QWidget *parent)
     row->addWidget(text_, 1);
 }
 
-void NoticeLabel::Show(Tone tone, const QString &text) {
+void NoticeLabel::Show(Tone tone, const QString &text, const QString &path) {
     tone_ = tone;
-    text_->setText(text);
-    text_->Explain();
+    text_->Show(text, path);
     Paint();
 }
 

@@ -12,13 +12,14 @@ class NoticeLabel : public QWidget {
     Q_OBJECT
 
 public:
-    // Elided shortens a text without room in its middle, and shows all of it in the tool tip.
+    // Elided shortens a text that lacks room, and shows all of it in the tool tip.
     enum class Fit { Wrapped, Elided };
 
     // `name`: of the label with the text.
     NoticeLabel(const char *name, Fit fit, QWidget *parent = nullptr);
 
-    void Show(UpgradeNotice::Tone tone, const QString &text);
+    // `path`: the part of an elided text that is shortened, at its beginning.
+    void Show(UpgradeNotice::Tone tone, const QString &text, const QString &path = {});
 
 protected:
     void changeEvent(QEvent *event) override;
