@@ -35,9 +35,15 @@ UpgradeNotice OfLoaderThatDidntAnswer(const char *where) {
 
 } // namespace
 
-UpgradeReport::UpgradeReport(const UpgradeConsole &console, const OneButtonUpgrade &upgrade, QObject *parent)
+UpgradeReport::UpgradeReport(const UpgradeConsole &console, const OneButtonUpgrade &upgrade,
+                             UpgradeVersions &versions, QObject *parent)
     : QObject(parent),
-      upgrade_(upgrade) {
+      upgrade_(upgrade),
+      versions_(versions) {
+    if (!versions_.Change().isEmpty()) {
+        notice_ = {.tone = Tone::Success,
+                   .text = QStringLiteral("The last upgrade: %1").arg(versions_.Change())};
+    }
     connect(&console, &UpgradeConsole::ConnectedChanged, this,
             [this](bool connected) { connected_ = connected; });
     connect(&console, &UpgradeConsole::TransferStarted, this,
@@ -51,6 +57,7 @@ UpgradeReport::UpgradeReport(const UpgradeConsole &console, const OneButtonUpgra
 
 void UpgradeReport::OnRunningChanged(bool running) {
     if (running) {
+        versions_.UpgradeStarted();
         Show({});
     }
 }
@@ -90,6 +97,7 @@ void UpgradeReport::OnRunEnded(UpgradeOutcome outcome) {
     const bool isUntouched = outcome == UpgradeOutcome::BadFirmware && upgrade_.SensorWasRunning();
     const bool imageChanged = outcome == UpgradeOutcome::WriteFailed;
     incomplete_ = (incomplete_ && !isUntouched) || imageChanged;
+    versions_.UpgradeEnded(outcome == UpgradeOutcome::Upgraded);
     Show(OfOutcome(outcome));
 }
 
@@ -117,14 +125,7 @@ UpgradeNotice UpgradeReport::OfOutcome(UpgradeOutcome outcome) const {
                                    "the adapter is gone. Start Sensor, or cut its power for some seconds."),
                 .offersStart = true};
     case UpgradeOutcome::Upgraded:
-        if (differingLines_ == 0) {
-            return {.tone = Tone::Success,
-                    .text = QStringLiteral("The sensor was restarted with the new firmware.")};
-        }
-        return {.tone = Tone::Failure,
-                .text = QStringLiteral("The sensor was restarted, but %1 of the lines written to it differed "
-                                       "from the firmware. Press Upgrade Firmware again.")
-                            .arg(differingLines_)};
+        return OfSuccess();
     default: // a transfer failed, and has its notice unless the image changed between two transfers
         return notice_.tone == Tone::Failure
                    ? notice_
@@ -133,6 +134,21 @@ UpgradeNotice UpgradeReport::OfOutcome(UpgradeOutcome outcome) const {
                                                           "sensor. ") +
                                            PressAgain()};
     }
+}
+
+UpgradeNotice UpgradeReport::OfSuccess() const {
+    if (differingLines_ > 0) {
+        return {.tone = Tone::Failure,
+                .text = QStringLiteral("The sensor was restarted, but %1 of the lines written to it differed "
+                                       "from the firmware. Press Upgrade Firmware again.")
+                            .arg(differingLines_)};
+    }
+    QString text = QStringLiteral("The sensor was restarted with the new firmware.");
+    if (!versions_.Before().isEmpty()) {
+        text += QStringLiteral(" It had version %1: go online with Read to see the new one.")
+                    .arg(versions_.Before());
+    }
+    return {.tone = Tone::Success, .text = text};
 }
 
 UpgradeNotice UpgradeReport::OfBadFirmware() const {

@@ -2,6 +2,7 @@
 
 #include "firmware/OneButtonUpgrade.h"
 #include "firmware/UpgradeConsole.h"
+#include "firmware/UpgradeVersions.h"
 
 #include <QObject>
 #include <QString>
@@ -27,9 +28,10 @@ class UpgradeReport : public QObject {
     Q_OBJECT
 
 public:
-    // REQUIRES: both outlive the report. Created before whatever shows boxes for their outcomes, the report
-    // is right while such a box is open.
-    UpgradeReport(const UpgradeConsole &console, const OneButtonUpgrade &upgrade, QObject *parent = nullptr);
+    // REQUIRES: all outlive the report. Created before whatever shows boxes for their outcomes, the report is
+    // right while such a box is open.
+    UpgradeReport(const UpgradeConsole &console, const OneButtonUpgrade &upgrade, UpgradeVersions &versions,
+                  QObject *parent = nullptr);
 
     const UpgradeNotice &Notice() const { return notice_; }
 
@@ -56,12 +58,14 @@ private:
     void OnTransferEnded(const ImageWritten &image);
     void OnRunAppEnded(UpgradeConsole::RunOutcome outcome);
     UpgradeNotice OfOutcome(UpgradeOutcome outcome) const;
+    UpgradeNotice OfSuccess() const;
     UpgradeNotice OfBadFirmware() const;
     UpgradeNotice OfFailedTransfer(UpgradeConsole::TransferKind kind, TransferResult result) const;
     bool DeviceIsBeingWritten() const;
     void Show(const UpgradeNotice &notice);
 
     const OneButtonUpgrade &upgrade_;
+    UpgradeVersions &versions_;
     UpgradeNotice notice_;
     std::vector<Transfer> transfers_; // the innermost last
     double done_ = 0;                 // of the innermost transfer

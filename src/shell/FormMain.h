@@ -18,6 +18,7 @@ namespace ztv {
 
 class BasicPage;
 class BootComm;
+class UpgradeVersions;
 class ClassMyHtmlHelp;
 class ClassZentrova;
 class EntryRules;
@@ -140,6 +141,7 @@ private:
     std::unique_ptr<LinkSession> link_;
     std::unique_ptr<LinkNotices> linkNotices_;
     std::unique_ptr<BootComm> bootComm_;
+    std::unique_ptr<UpgradeVersions> upgradeVersions_;
     std::unique_ptr<FileCommands> fileCommands_;
     std::unique_ptr<MainCommands> commands_;
     BasicPage *basicPage_ = nullptr;

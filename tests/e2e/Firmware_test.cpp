@@ -188,6 +188,26 @@ TEST_F(FirmwareTest, OneButtonTakesARunningSensorToARunningSensor) {
         [this] { return Ui().Text("StatusText") == QStringLiteral("Communication Status:  Online"); }));
 }
 
+TEST_F(FirmwareTest, NamesTheVersionsBeforeAndAfterOnceBothAreRead) {
+    StartSensor();
+    MakeFirmware();
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_EQ(ui.Text("LabelNotice"),
+                  QStringLiteral("The sensor was restarted with the new firmware. It had version 2.14: go "
+                                 "online with Read to see the new one."));
+    });
+    GoOnlineToRead();
+    ASSERT_TRUE(WaitUntil([this] { return form_->Zentrova().ParamValue(8) == 300; }));
+    form_->Link().GoOffline();
+    InConsole([](auto &, const Form &ui) {
+        EXPECT_EQ(ui.Text("LabelNotice"), QStringLiteral("The last upgrade: 2.14 -> 3.00"));
+    });
+}
+
 TEST_F(FirmwareTest, OneButtonWorksBehindAnAdapterThatGivesBackWhatIsSent) {
     timeoutMs_ = 1000;
     StartSensor({QStringLiteral("--echo")});

@@ -1,5 +1,6 @@
 #include "firmware/UpgradeReport.h"
 
+#include "model/ParamDefines.h"
 #include "tests/firmware/FakeLoader.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/ScriptedLine.h"
@@ -89,7 +90,8 @@ protected:
                       {.deviceOfPort = [this](std::int16_t) { return device_; },
                        .askDirection = [] { return ConnectChoice::Cancel; }}};
     OneButtonUpgrade upgrade_{console_, link_, zentrova_};
-    UpgradeReport report_{console_, upgrade_};
+    UpgradeVersions versions_{link_, zentrova_};
+    UpgradeReport report_{console_, upgrade_, versions_};
 };
 
 } // namespace
@@ -321,6 +323,19 @@ TEST_F(UpgradeReportTest, AStartThatIsntConfirmedCanBeTriedAgain) {
                  "No boot loader answered. Check the cable, and go online to see whether the sensor runs "
                  "already.",
                  true);
+}
+
+TEST_F(UpgradeReportTest, BeginsWithTheVersionsOfTheLastUpgradeWhereBothAreKnown) {
+    versions_.UpgradeStarted();
+    zentrova_.ParamUpdate(ParamDefines::FirmwareVersion, 214);
+    Q_EMIT link_.FirstReadComplete();
+    versions_.UpgradeEnded(true);
+    EXPECT_EQ(UpgradeReport(console_, upgrade_, versions_).Notice(), UpgradeNotice());
+    zentrova_.ParamUpdate(ParamDefines::FirmwareVersion, 300);
+    Q_EMIT link_.FirstReadComplete();
+    EXPECT_EQ(
+        UpgradeReport(console_, upgrade_, versions_).Notice(),
+        (UpgradeNotice{.tone = Tone::Success, .text = QStringLiteral("The last upgrade: 2.14 -> 3.00")}));
 }
 
 } // namespace ztv

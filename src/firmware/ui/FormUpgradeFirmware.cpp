@@ -53,7 +53,11 @@ FormUpgradeFirmware::FormUpgradeFirmware(Dependencies dependencies, QWidget *par
       console_(
           new UpgradeConsole(dependencies_.bootComm, {.showInEditor = dependencies_.showInEditor}, this)),
       upgrade_(new OneButtonUpgrade(*console_, dependencies_.link, dependencies_.zentrova, this)),
-      report_(new UpgradeReport(*console_, *upgrade_, this)),
+      report_(new UpgradeReport(*console_, *upgrade_,
+                                dependencies_.versions != nullptr
+                                    ? *dependencies_.versions
+                                    : *new UpgradeVersions(dependencies_.link, dependencies_.zentrova, this),
+                                this)),
       boxes_(new UpgradeBoxes(*console_, *upgrade_, dependencies_.dialogs, this)) {
     Controls::Named(this, "FormUpgradeFirmware");
     setWindowTitle(QStringLiteral("Upgrade Firmware"));

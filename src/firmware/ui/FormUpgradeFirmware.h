@@ -3,6 +3,7 @@
 #include "firmware/OneButtonUpgrade.h"
 #include "firmware/UpgradeConsole.h"
 #include "firmware/UpgradeReport.h"
+#include "firmware/UpgradeVersions.h"
 #include "help/ClassMyHtmlHelp.h"
 #include "support/UserDialogs.h"
 
@@ -39,6 +40,9 @@ public:
         ClassMyHtmlHelp &help;
         QString programFolder;
         std::function<bool(const QString &command, const QString &fileName)> showInEditor;
+        // Outlives the window, so that the version after an upgrade can be known when it opens again. Without
+        // one the window has its own.
+        UpgradeVersions *versions = nullptr;
     };
 
     explicit FormUpgradeFirmware(Dependencies dependencies, QWidget *parent = nullptr);
