@@ -143,12 +143,7 @@ UpgradeNotice UpgradeReport::OfSuccess() const {
                                        "from the firmware. Press Upgrade Firmware again.")
                             .arg(differingLines_)};
     }
-    QString text = QStringLiteral("The sensor was restarted with the new firmware.");
-    if (!versions_.Before().isEmpty()) {
-        text += QStringLiteral(" It had version %1: go online with Read to see the new one.")
-                    .arg(versions_.Before());
-    }
-    return {.tone = Tone::Success, .text = text};
+    return {.tone = Tone::Success, .text = QStringLiteral("The sensor was restarted with the new firmware.")};
 }
 
 UpgradeNotice UpgradeReport::OfBadFirmware() const {

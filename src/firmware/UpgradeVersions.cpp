@@ -11,26 +11,20 @@ UpgradeVersions::UpgradeVersions(const LinkSession &link, const ClassZentrova &z
 }
 
 void UpgradeVersions::UpgradeStarted() {
-    state_ = State::Upgrading;
-    before_.reset();
+    before_ = lastRead_;
+    upgraded_ = false;
     change_.clear();
 }
 
 void UpgradeVersions::UpgradeEnded(bool succeeded) {
-    state_ = succeeded ? State::Upgraded : State::Idle;
-}
-
-QString UpgradeVersions::Before() const {
-    return before_ ? before_->version : QString();
+    upgraded_ = succeeded;
 }
 
 void UpgradeVersions::OnFirstRead() {
-    const Identity present = Present();
-    if (state_ == State::Upgrading) {
-        before_ = present;
-    } else if (state_ == State::Upgraded && before_ && before_->serialNumber == present.serialNumber) {
-        state_ = State::Idle;
-        change_ = before_->version + QStringLiteral(" -> ") + present.version;
+    lastRead_ = Present();
+    if (upgraded_ && before_ && before_->serialNumber == lastRead_->serialNumber) {
+        upgraded_ = false;
+        change_ = before_->version + QStringLiteral(" -> ") + lastRead_->version;
         Q_EMIT ChangeKnown();
     }
 }

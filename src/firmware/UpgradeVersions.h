@@ -11,7 +11,8 @@
 namespace ztv {
 
 // The versions of the firmware before and after the last upgrade. The sensor reports its version only when it
-// is read: before, when the upgrade goes online; after, at the next first read.
+// is read. The upgrade itself doesn't read: the version before is that of the last time online, the version
+// after that of the next time, if both have the same serial number.
 class UpgradeVersions : public QObject {
     Q_OBJECT
 
@@ -22,10 +23,7 @@ public:
     void UpgradeStarted();
     void UpgradeEnded(bool succeeded);
 
-    // The version before, such as "2.14". Empty if it isn't known, as with a sensor that was in its boot
-    // loader already.
-    QString Before() const;
-    // Both versions, such as "2.14 -> 3.00". Empty unless both are known, of the same sensor.
+    // Both versions, such as "2.14 -> 3.00". Empty unless both are known.
     QString Change() const { return change_; }
 
 Q_SIGNALS:
@@ -40,11 +38,10 @@ private:
     void OnFirstRead();
     Identity Present() const;
 
-    enum class State { Idle, Upgrading, Upgraded };
-
     const ClassZentrova &zentrova_;
-    State state_ = State::Idle;
+    std::optional<Identity> lastRead_;
     std::optional<Identity> before_;
+    bool upgraded_ = false; // and not read since
     QString change_;
 };
 

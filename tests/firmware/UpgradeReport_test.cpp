@@ -326,9 +326,9 @@ TEST_F(UpgradeReportTest, AStartThatIsntConfirmedCanBeTriedAgain) {
 }
 
 TEST_F(UpgradeReportTest, BeginsWithTheVersionsOfTheLastUpgradeWhereBothAreKnown) {
-    versions_.UpgradeStarted();
     zentrova_.ParamUpdate(ParamDefines::FirmwareVersion, 214);
     Q_EMIT link_.FirstReadComplete();
+    versions_.UpgradeStarted();
     versions_.UpgradeEnded(true);
     EXPECT_EQ(UpgradeReport(console_, upgrade_, versions_).Notice(), UpgradeNotice());
     zentrova_.ParamUpdate(ParamDefines::FirmwareVersion, 300);
