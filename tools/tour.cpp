@@ -325,6 +325,20 @@ private:
         boot.Settings().TimeoutMs = timeoutMs;
         sensor.Command(QStringLiteral("mute off"));
         WriteFirmware(firmware, 400);
+        Watch(1100); // looks at the file again
+        Picture(console, QStringLiteral("upgrade-firmware-found"));
+        const auto mute = QObject::connect(&console.Console(), &UpgradeConsole::TransferAdvanced, &console,
+                                           [&](double done) {
+                                               if (done > 0.2) {
+                                                   sensor.Command(QStringLiteral("mute on"));
+                                               }
+                                           });
+        boot.Settings().TimeoutMs = 100;
+        press("CommandUpgradeFirmware");
+        Picture(console, QStringLiteral("upgrade-stopped"));
+        QObject::disconnect(mute);
+        boot.Settings().TimeoutMs = timeoutMs;
+        sensor.Command(QStringLiteral("mute off"));
         QString picture = QStringLiteral("upgrade-erasing");
         QObject::connect(&console.Console(), &UpgradeConsole::TransferAdvanced, &console, [&](double done) {
             if (done > 0.7 && !picture.isEmpty()) {

@@ -190,17 +190,10 @@ void LinkSession::SendNextWriteLater() {
         this, [this] { zentrova_.SendWaitingWrites(); }, Qt::QueuedConnection);
 }
 
-// Keeps the write under way until the handlers return: a write that is asked for behind the box of one of
-// them could fail and open a second box over the first.
-void LinkSession::ReportWrite(std::int16_t written, LinkStatus status) {
-    zentrova_.ParamWritePending(written, false);
-    const QScopedValueRollback<bool> guard(reportsWrite_, true);
-    Q_EMIT WriteEnded(written, status);
-}
-
 void LinkSession::WriteComplete() {
     const std::int16_t written = WrittenParameter();
-    ReportWrite(written, LinkStatus::NoError);
+    zentrova_.ParamWritePending(written, false);
+    Q_EMIT WriteEnded(written, LinkStatus::NoError);
     switch (written) {
     case ParamDefines::NetworkAddress:
     case ParamDefines::BaudRateCode:
@@ -221,9 +214,15 @@ void LinkSession::WriteComplete() {
     SendNextWriteLater(); // after a reconnect, so that it goes to the sensor's new settings
 }
 
+// Keeps the write under way until the handlers return: a write that is asked for behind the box of one of
+// them could fail and open a second box over the first.
 void LinkSession::WriteFailed(std::int16_t written, LinkStatus status) {
     SetStatus(WordsOf(status));
-    ReportWrite(written, status);
+    zentrova_.ParamWritePending(written, false);
+    {
+        const QScopedValueRollback<bool> guard(reportsFailure_, true);
+        Q_EMIT WriteEnded(written, status);
+    }
     SendNextWriteLater();
 }
 

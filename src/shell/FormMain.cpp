@@ -3,6 +3,7 @@
 #include "chart/ui/BasicPage.h"
 #include "firmware/BootComm.h"
 #include "firmware/SerialBootLine.h"
+#include "firmware/UpgradeVersions.h"
 #include "firmware/ui/FormUpgradeFirmware.h"
 #include "help/ClassMyHtmlHelp.h"
 #include "link/LinkSession.h"
@@ -80,6 +81,7 @@ FormMain::FormMain(Dependencies dependencies)
                                               .askDirection = [this] { return AskDirection(); }});
     linkNotices_ = std::make_unique<LinkNotices>(*link_, dependencies_.dialogs);
     bootComm_ = std::make_unique<BootComm>(SerialBootLine::Opener(deviceOfPort), &link_->Mbaxp1().Tap());
+    upgradeVersions_ = std::make_unique<UpgradeVersions>(*link_, *zentrova_);
     link_->Comm(comm);
     SetMbaxp1CommProperties(comm.port, comm.baud, comm.parityStop, 0);
 
@@ -439,7 +441,8 @@ void FormMain::ShowUpgradeFirmware() {
                          .dialogs = dependencies_.dialogs,
                          .help = *help_,
                          .programFolder = dependencies_.programFolder,
-                         .showInEditor = dependencies_.showInEditor},
+                         .showInEditor = dependencies_.showInEditor,
+                         .versions = upgradeVersions_.get()},
                         this)
         .exec();
 }

@@ -19,6 +19,7 @@ namespace ztv {
 enum class StripAction;
 class BasicPage;
 class BootComm;
+class UpgradeVersions;
 class ClassMyHtmlHelp;
 class ClassZentrova;
 class EntryRules;
@@ -152,6 +153,7 @@ private:
     std::unique_ptr<LinkSession> link_;
     std::unique_ptr<LinkNotices> linkNotices_;
     std::unique_ptr<BootComm> bootComm_;
+    std::unique_ptr<UpgradeVersions> upgradeVersions_;
     std::unique_ptr<FileCommands> fileCommands_;
     std::unique_ptr<MainCommands> commands_;
     BasicPage *basicPage_ = nullptr;

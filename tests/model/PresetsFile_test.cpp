@@ -228,17 +228,17 @@ TEST_F(ShippedPresets, MarkASensorThatNumbersFromZero) {
 TEST_F(ShippedPresets, KeepTheNumbersByWhichTheSensorIsKnown) {
     using namespace ParamDefines;
     const std::pair<int, int> numbers[] = {
-        {SaveCommand, 1},         {ReinitCommand, 3},       {ProcessorId, 6},        {ProcessorRevision, 7},
-        {FirmwareVersion, 8},     {BootVersion, 9},         {BoardRevision, 11},     {ParameterCount, 12},
-        {TeachInput, 18},         {ExternalClockInput, 19}, {ClockSelect, 20},       {TransmitDelayLow, 21},
-        {TransmitDelayHigh, 22},  {ClockOut, 23},           {MinRange, 24},          {MaxRange, 25},
-        {NearDistance, 28},       {FarDistance, 29},        {ActualDistance, 32},    {CoreDiameter, 33},
-        {MaxDiameter, 34},        {NearVoltage, 36},        {FarVoltage, 37},        {EchoReceived, 38},
-        {AnalogOutputMode, 39},   {ManualOutput, 40},       {OutputVoltage, 46},     {AnalogInputVoltage, 48},
-        {Relay1Output, 54},       {Relay2Output, 55},       {Relay1OnThreshold, 56}, {Relay2OnThreshold, 57},
-        {Relay1OffThreshold, 58}, {Relay2OffThreshold, 59}, {Relay1State, 60},       {Relay2State, 61},
-        {NetworkAddress, 65},     {BaudRateCode, 66},       {ParityStopCode, 67},    {AddressingMode, 68},
-        {AddressingMark, 69},     {FirstRawOutput, 81},     {LastRawOutput, 90}};
+        {SaveCommand, 1},         {ReinitCommand, 3},       {ProcessorId, 6},         {ProcessorRevision, 7},
+        {SerialNumber, 2},        {FirmwareVersion, 8},     {BootVersion, 9},         {BoardRevision, 11},
+        {ParameterCount, 12},     {TeachInput, 18},         {ExternalClockInput, 19}, {ClockSelect, 20},
+        {TransmitDelayLow, 21},   {TransmitDelayHigh, 22},  {ClockOut, 23},           {MinRange, 24},
+        {MaxRange, 25},           {NearDistance, 28},       {FarDistance, 29},        {ActualDistance, 32},
+        {CoreDiameter, 33},       {MaxDiameter, 34},        {NearVoltage, 36},        {FarVoltage, 37},
+        {EchoReceived, 38},       {AnalogOutputMode, 39},   {ManualOutput, 40},       {OutputVoltage, 46},
+        {AnalogInputVoltage, 48}, {Relay1Output, 54},       {Relay2Output, 55},       {Relay1OnThreshold, 56},
+        {Relay2OnThreshold, 57},  {Relay1OffThreshold, 58}, {Relay2OffThreshold, 59}, {Relay1State, 60},
+        {Relay2State, 61},        {NetworkAddress, 65},     {BaudRateCode, 66},       {ParityStopCode, 67},
+        {AddressingMode, 68},     {AddressingMark, 69},     {FirstRawOutput, 81},     {LastRawOutput, 90}};
     for (const auto &[role, number] : numbers) {
         EXPECT_EQ(role, number);
     }
