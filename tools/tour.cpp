@@ -73,7 +73,7 @@ public:
 
     bool Run() {
         form_.show();
-        Picture(form_, QStringLiteral("basic-offline"));
+        TabPictures(QStringLiteral("-offline")); // before any sensor was read
         FormReadWrite direction(form_.hHelp(), &form_);
         direction.show();
         Picture(direction, QStringLiteral("read-write"));
@@ -86,12 +86,12 @@ public:
         form_.GoOnline(ConnectPrompt::Skip);
         const QStringList distances = WatchDistances();
         std::printf("distances seen: %s\n", qPrintable(distances.join(QStringLiteral(", "))));
+        TabPictures({});
+        form_.GoOffline();
+        TabPictures(QStringLiteral("-stale"));
+        form_.GoOnline(ConnectPrompt::Skip);
+        Watch(1000);
         auto *strip = form_.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
-        for (int index = 0; index < strip->count(); ++index) {
-            strip->setCurrentIndex(index);
-            Watch(500);
-            Picture(form_, QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key).toLower());
-        }
         strip->setCurrentIndex(Tab::Advanced - 1);
         VisitList();
         CommsPicture(QStringLiteral("communications-online"));
@@ -119,6 +119,18 @@ public:
     }
 
 private:
+    // Takes a picture of each tab and returns to the first.
+    void TabPictures(const QString &state) {
+        auto *strip = form_.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
+        for (int index = 0; index < strip->count(); ++index) {
+            strip->setCurrentIndex(index);
+            Watch(500);
+            const char *key = Tab::Table[static_cast<std::size_t>(index)].key;
+            Picture(form_, QString::fromLatin1(key).toLower() + state);
+        }
+        strip->setCurrentIndex(Tab::Basic - 1);
+    }
+
     // Returns the different distances within two seconds.
     QStringList WatchDistances() {
         QStringList distances;

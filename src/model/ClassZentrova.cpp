@@ -126,6 +126,10 @@ bool ClassZentrova::ParamReadOnly(std::int16_t Tag) const {
 bool ClassZentrova::ParamSigned(std::int16_t Tag) const {
     return RowOf(Tag).preset.isSigned;
 }
+bool ClassZentrova::ParamMeasured(std::int16_t Tag) const {
+    const PresetRow &row = RowOf(Tag).preset;
+    return row.readOnly && row.preset == 0 && row.minimum != row.maximum;
+}
 bool ClassZentrova::ParamWritePending(std::int16_t Tag) const {
     return RowOf(Tag).writePending;
 }

@@ -98,6 +98,9 @@ public:
     bool ParamReadOnly(std::int16_t Tag) const;
     bool ParamSigned(std::int16_t Tag) const;
 
+    // True for a row that the sensor measures or counts: read-only and without a preset.
+    bool ParamMeasured(std::int16_t Tag) const;
+
     // True while a single write of the row is in flight.
     bool ParamWritePending(std::int16_t Tag) const;
     void ParamWritePending(std::int16_t Tag, bool pending);

@@ -96,6 +96,7 @@ FormMain::FormMain(Dependencies dependencies)
     ConnectLink();
     ConnectPages();
     ShowLinkState(false);
+    tabs_->CurrentPage().ShowState(link_->State());
     LayOut();
     tabs_->Colour();
     timer1_->start(); // last: its tick reads the table
@@ -348,6 +349,8 @@ void FormMain::ConnectLink() {
     connect(link_.get(), &LinkSession::StatusChanged, statusText_, &QLabel::setText);
     connect(link_.get(), &LinkSession::OnlineChanged, this, &FormMain::ShowLinkState);
     connect(link_.get(), &LinkSession::FirstReadComplete, this, &FormMain::ConfigureBasicTab);
+    connect(link_.get(), &LinkSession::ValueStateChanged, this,
+            [this](ValueState state) { tabs_->CurrentPage().ShowState(state); });
     connect(link_.get(), &LinkSession::TableRefreshed, this, &FormMain::UpdateDisplay);
 }
 
@@ -478,6 +481,7 @@ void FormMain::ShowTab() {
     } else {
         timer1_->stop();
     }
+    tabs_->CurrentPage().ShowState(link_->State());
     tabs_->CurrentPage().Entered();
     ConfigureBasicTab();
     UpdateDisplay();
@@ -495,10 +499,16 @@ void FormMain::changeEvent(QEvent *event) {
     QMainWindow::changeEvent(event);
     const bool otherColours = event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange;
     if (otherColours && tabs_ != nullptr) {
-        tabs_->Colour();
-        if (strip_ != nullptr) {
-            strip_->Colour();
-        }
+        // From the event loop: the strip, whose colour the pages take, gets the new palette after the form.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                tabs_->Colour();
+                if (strip_ != nullptr) {
+                    strip_->Colour();
+                }
+            },
+            Qt::QueuedConnection);
     }
 }
 

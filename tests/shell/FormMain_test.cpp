@@ -412,7 +412,7 @@ TEST_F(FormMainTest, RefreshesThePageThatComesIntoView) {
     ClickTab(3);
     EXPECT_EQ(Ui().Text("LabelLargeLength"), QStringLiteral("123.45\""));
     form_->Zentrova().ParamUpdate(32, 106);
-    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("120.00\"")); // not in view
+    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("0.00\"")); // not in view
     ClickTab(0);
     EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("1.06\""));
 }
@@ -454,7 +454,7 @@ TEST_F(FormMainTest, DoesNothingOnTheTabThatShowsAlready) {
     Start();
     form_->Zentrova().ParamUpdate(32, 106);
     ClickTab(0);
-    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("120.00\""));
+    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("0.00\""));
 }
 
 TEST_F(FormMainTest, KeepsTheHelpContextOnTheCheckoutTab) {
