@@ -26,7 +26,7 @@ constexpr int measured[] = {
     parameter::EchoStrength,  parameter::ActualDiameter,     parameter::OutputRaw,
     parameter::AnalogInputRaw};
 
-// What the sensor has measured or counted since long before.
+// The measurements and counts that a sensor starts with.
 struct Reading {
     int number;
     int value;

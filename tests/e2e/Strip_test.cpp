@@ -9,7 +9,7 @@
 
 namespace ztv {
 
-// What the strip says of a real line, from the outside.
+// The strip below the pages, on a real line.
 class StripTest : public SessionTest {
 protected:
     QWidget &Strip() const { return Ui().Get<QWidget>("MessageStrip"); }
