@@ -106,6 +106,7 @@ public:
             Watch(400);
             Picture(form_, QStringLiteral("basic-mode-%1").arg(mode));
         }
+        StripPictures();
         form_.resize(form_.size() * 1.4);
         strip->setCurrentIndex(Tab::Distance - 1);
         Watch(500);
@@ -143,6 +144,28 @@ private:
             }
         }
         return distances;
+    }
+
+    // Takes pictures of the strip below the pages: of an address that doesn't answer, and of a counter near
+    // its end.
+    void StripPictures() {
+        LinkSession &link = form_.Link();
+        const std::int16_t address = link.ModbusAddress();
+        constexpr std::int16_t nobodysAddress = 247;
+        constexpr int silenceMs = 3200;
+        link.GoOffline();
+        link.ModbusAddress(nobodysAddress);
+        form_.GoOnline(ConnectPrompt::Skip);
+        Watch(silenceMs);
+        Picture(form_, QStringLiteral("strip-no-answer"));
+        link.TimeoutCount(30'112);
+        Watch(1100);
+        Picture(form_, QStringLiteral("strip-counter"));
+        link.TimeoutCount(0);
+        link.GoOffline();
+        link.ModbusAddress(address);
+        form_.GoOnline(ConnectPrompt::Skip);
+        Watch(1500);
     }
 
     // Takes pictures of the Advanced list in its states, with each of its editors.
@@ -314,6 +337,20 @@ private:
         boot.Settings().TimeoutMs = timeoutMs;
         sensor.Command(QStringLiteral("mute off"));
         WriteFirmware(firmware, 400);
+        Watch(1100); // looks at the file again
+        Picture(console, QStringLiteral("upgrade-firmware-found"));
+        const auto mute = QObject::connect(&console.Console(), &UpgradeConsole::TransferAdvanced, &console,
+                                           [&](double done) {
+                                               if (done > 0.2) {
+                                                   sensor.Command(QStringLiteral("mute on"));
+                                               }
+                                           });
+        boot.Settings().TimeoutMs = 100;
+        press("CommandUpgradeFirmware");
+        Picture(console, QStringLiteral("upgrade-stopped"));
+        QObject::disconnect(mute);
+        boot.Settings().TimeoutMs = timeoutMs;
+        sensor.Command(QStringLiteral("mute off"));
         QString picture = QStringLiteral("upgrade-erasing");
         QObject::connect(&console.Console(), &UpgradeConsole::TransferAdvanced, &console, [&](double done) {
             if (done > 0.7 && !picture.isEmpty()) {

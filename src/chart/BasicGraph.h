@@ -18,8 +18,8 @@ public:
     // Both must outlive this.
     BasicGraph(ClassZentrova &zentrova, BasicDrawing &drawing);
 
-    // Shows the elements of the current output mode. In hyperbolic mode, writes the near distance, which may
-    // turn the event loop, and throws a Fault (division by zero) for a roll without a diameter.
+    // Shows the elements of the current output mode. In hyperbolic mode, writes the near distance, and throws
+    // a Fault (division by zero) for a roll without a diameter.
     void ConfigureBasicTab();
     void DrawHyperbolicCurve();
     void RemoveHyperbolicCurve();

@@ -281,17 +281,21 @@ void Export(const BootSettings &settings, const Conversion &conversion, const QS
 
 } // namespace
 
-HexFileAccess::Result HexFileAccess::CheckHexFile(const QString &path) {
-    const QString folder = ProgramFolder();
-    if (!QDir::setCurrent(folder)) {
-        throw Fault::File(folder, QStringLiteral("this can't be made the current folder"));
-    }
+HexFileAccess::Result HexFileAccess::CheckContent(const QString &path) {
     TextFileReader file(path, HexRecord::longestText);
     try {
         return Judge(file);
     } catch (const Fault &) { // the file couldn't be read to its end
         return Result::Failed;
     }
+}
+
+HexFileAccess::Result HexFileAccess::CheckHexFile(const QString &path) {
+    const QString folder = ProgramFolder();
+    if (!QDir::setCurrent(folder)) {
+        throw Fault::File(folder, QStringLiteral("this can't be made the current folder"));
+    }
+    return CheckContent(path);
 }
 
 HexFileAccess::Result HexFileAccess::ImportHexFile(const BootSettings &settings, const QString &path) {

@@ -21,8 +21,10 @@ enum class Result : std::int16_t {
     Failed = -6 // a sum past 32767, or the file can't be read any further
 };
 
-// Validates the file up to its first end record. Returns Good or the first error. First makes the program
-// folder the current one, so that a relative path starts there.
+// Validates the file up to its first end record. Returns Good or the first error.
+Result CheckContent(const QString &path);
+
+// The same, but first makes the program folder the current one, so that a relative path starts there.
 Result CheckHexFile(const QString &path);
 
 // Checks the file and, if it is good, replaces all images, also with empty ones. Each record gives whole

@@ -47,6 +47,7 @@ UpgradeOutcome OneButtonUpgrade::Run(const QString &firmwareFile) {
         return UpgradeOutcome::AlreadyRunning;
     }
     running_ = true;
+    sensorWasRunning_ = false;
     Q_EMIT RunningChanged(true);
     const auto done = qScopeGuard([this] {
         timerTimeout_->stop();
@@ -155,6 +156,7 @@ OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmw
     if (console_.ConnectBootloader() != UpgradeConsole::ConnectOutcome::Connected) {
         return UpgradeOutcome::LoaderNotFound;
     }
+    sensorWasRunning_ = true;
     return std::nullopt;
 }
 

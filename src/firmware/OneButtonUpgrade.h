@@ -41,6 +41,8 @@ public:
                      QObject *parent = nullptr);
 
     bool Running() const { return running_; }
+    // True when the present or last run put a running sensor into its boot loader.
+    bool SensorWasRunning() const { return sensorWasRunning_; }
 
     // Runs the whole upgrade, a minute or more, and processes events meanwhile. The port of the boot link
     // stays open. Fault when an image can't be opened or created.
@@ -67,6 +69,7 @@ private:
     ClassZentrova &zentrova_;
     QTimer *timerTimeout_;
     bool running_ = false;
+    bool sensorWasRunning_ = false;
 };
 
 } // namespace ztv

@@ -14,20 +14,27 @@ namespace ztv {
 // Shows the busy pointer and the transfer during its lifetime.
 class UpgradeConsole::Transfer {
 public:
-    Transfer(UpgradeConsole &console, const char *what) : console_(console), outer_(console.share_, Share{}) {
+    Transfer(UpgradeConsole &console, const char *what, TransferKind kind)
+        : console_(console),
+          outer_(console.share_, Share{}) {
         Q_EMIT console_.PointerChanged(Qt::BusyCursor);
-        Q_EMIT console_.TransferStarted(QString::fromLatin1(what));
+        Q_EMIT console_.TransferStarted(QString::fromLatin1(what), kind);
     }
     ~Transfer() {
-        Q_EMIT console_.TransferEnded();
+        Q_EMIT console_.TransferEnded(image_);
         Q_EMIT console_.PointerChanged(Qt::ArrowCursor);
     }
     Transfer(const Transfer &) = delete;
     Transfer &operator=(const Transfer &) = delete;
 
+    // Sets what is reported at the end.
+    ImageWritten Report(const ImageWritten &image) { return image_ = image; }
+    TransferResult Report(TransferResult result) { return Report(ImageWritten{.result = result}).result; }
+
 private:
     UpgradeConsole &console_;
-    QScopedValueRollback<Share> outer_; // of the transfer around this one
+    ImageWritten image_{.result = TransferResult::Aborted}; // by a fault, unless reported otherwise
+    QScopedValueRollback<Share> outer_;                     // of the transfer around this one
 };
 
 UpgradeConsole::UpgradeConsole(BootComm &bootComm, Dependencies dependencies, QObject *parent)
@@ -131,7 +138,7 @@ TransferResult UpgradeConsole::ReadDevice() {
         {settings_.UserIdStart, settings_.UserIdEnd, BootCommand::ReadProgram, settings_.UserIdFile},
     };
     constexpr std::uint8_t bytesPerAddress = 1;
-    const Transfer transfer(*this, "Reading");
+    Transfer transfer(*this, "Reading", TransferKind::Read);
     double bytes = 0;
     for (const Region &region : regions) {
         bytes += region.end - region.start + 1;
@@ -144,24 +151,24 @@ TransferResult UpgradeConsole::ReadDevice() {
             bootComm_.ReadRegion(region.start, region.end, bytesPerAddress, region.command, region.fileName);
         ShowOutcome(result, QStringLiteral("Failed to read device..."));
         if (result == TransferResult::Aborted) {
-            return result;
+            return transfer.Report(result);
         }
         if (whole == TransferResult::Finished) {
             whole = result;
         }
     }
-    return whole;
+    return transfer.Report(whole);
 }
 
 TransferResult UpgradeConsole::EraseDevice() {
-    const Transfer transfer(*this, "Erasing");
+    Transfer transfer(*this, "Erasing", TransferKind::Erase);
     const TransferResult result = bootComm_.EraseRegion(settings_.ProgramStart, settings_.ProgramEnd);
     ShowOutcome(result, QStringLiteral("Failed to write device..."));
-    return result;
+    return transfer.Report(result);
 }
 
 ImageWritten UpgradeConsole::WriteDevice() {
-    const Transfer transfer(*this, "Writing");
+    Transfer transfer(*this, "Writing", TransferKind::Write);
     const ImageWritten image = bootComm_.WriteProgramImage(settings_.WriteBlockBytes, settings_.AddressBytes,
                                                            BootCommand::WriteProgram, settings_.ProgramFile);
     if (image.result == TransferResult::VerifyFailed) {
@@ -170,7 +177,7 @@ ImageWritten UpgradeConsole::WriteDevice() {
     } else {
         ShowOutcome(image.result, QStringLiteral("Failed to write device..."));
     }
-    return image;
+    return transfer.Report(image);
 }
 
 void UpgradeConsole::Abort() {
@@ -261,6 +268,12 @@ bool UpgradeConsole::RunModeCommand() {
 }
 
 UpgradeConsole::RunOutcome UpgradeConsole::RunApp() {
+    const RunOutcome outcome = StartApplication();
+    Q_EMIT RunAppEnded(outcome);
+    return outcome;
+}
+
+UpgradeConsole::RunOutcome UpgradeConsole::StartApplication() {
     Q_EMIT PointerChanged(Qt::WaitCursor);
     const auto done = qScopeGuard([this] { Q_EMIT PointerChanged(Qt::ArrowCursor); });
     if (!RunModeCommand()) {

@@ -22,6 +22,8 @@ public:
         std::function<bool(const QString &command, const QString &fileName)> showInEditor;
     };
 
+    enum class TransferKind { Read, Erase, Write };
+
     // The panels of the status bar.
     enum class Panel { Status = 1, Version, Processor, ComPort, BaudRate };
 
@@ -73,14 +75,17 @@ Q_SIGNALS:
     void ConnectFaulted(const QString &word); // the status word, which describes the fault
     void EditorMissing(const QString &fileName);
     void RunAppFailed(UpgradeConsole::RunOutcome outcome);
+    void RunAppEnded(UpgradeConsole::RunOutcome outcome); // after everything else, also of a success
 
     void PanelChanged(UpgradeConsole::Panel panel, const QString &text, const QString &toolTip = {});
     void PointerChanged(Qt::CursorShape shape);
     void ConnectedChanged(bool connected);
     void RedrawWanted();
-    void TransferStarted(const QString &what);
+    void TransferStarted(const QString &what,
+                         UpgradeConsole::TransferKind kind = UpgradeConsole::TransferKind::Write);
     void TransferAdvanced(double done); // of the whole, 0 to 1
-    void TransferEnded();
+    // `image`: the result, and how many lines differed in a write.
+    void TransferEnded(const ImageWritten &image = {});
 
 private:
     class Transfer;
@@ -92,6 +97,7 @@ private:
     };
 
     bool FindDevice();
+    RunOutcome StartApplication();
     HexFileOutcome ShowHexFileWord(HexFileAccess::Result result);
     void ShowOutcome(TransferResult result, const QString &failed);
     bool ShowInEditor(const QString &fileName);

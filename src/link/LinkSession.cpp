@@ -8,6 +8,8 @@
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
+#include <QScopedValueRollback>
+
 namespace ztv {
 
 namespace {
@@ -212,11 +214,16 @@ void LinkSession::WriteComplete() {
     SendNextWriteLater(); // after a reconnect, so that it goes to the sensor's new settings
 }
 
+// Keeps the write under way until the handlers return: a write that is asked for behind the box of one of
+// them could fail and open a second box over the first.
 void LinkSession::WriteFailed(std::int16_t written, LinkStatus status) {
     SetStatus(WordsOf(status));
     zentrova_.ParamWritePending(written, false);
-    Q_EMIT WriteEnded(written, status);
-    SendNextWriteLater(); // after a box that a handler shows, so that failures are shown one after another
+    {
+        const QScopedValueRollback<bool> guard(reportsFailure_, true);
+        Q_EMIT WriteEnded(written, status);
+    }
+    SendNextWriteLater();
 }
 
 void LinkSession::PollComplete() {
@@ -283,6 +290,7 @@ void LinkSession::DefinePoll() {
 
 void LinkSession::DownloadTable() {
     zentrova_.WriteAllPending(true);
+    zentrova_.TakeWaitingValues();
     DefineDownload();
     for (std::int16_t tag = 1; tag < zentrova_.ParamCount(); ++tag) {
         DownloadValue(tag, zentrova_.ValueToDownload(tag));
@@ -327,6 +335,7 @@ void LinkSession::DownloadComplete() {
     StartPollAfterConnectDownload();
     ReconnectWithDeviceSettings();
     TakeAddressingMode(ToUInt8(zentrova_.SentValue(ParamDefines::AddressingMode)));
+    SendNextWriteLater(); // the reconnect has ended a write on the line without an event
 }
 
 void LinkSession::DownloadFailed(LinkStatus status) {

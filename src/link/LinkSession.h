@@ -59,6 +59,9 @@ public:
     std::int16_t ModbusAddress() const { return comm_.address; }
     void ModbusAddress(std::int16_t slave) { comm_.address = slave; }
 
+    // The serial device of the port, as the next connect opens it.
+    QString DeviceOfPort() const { return dependencies_.deviceOfPort(comm_.port); }
+
     // The master, for callers that drive transactions of their own.
     Mbaxp &Mbaxp1() { return mbaxp1_; }
 
@@ -74,6 +77,9 @@ public:
     // was answered.
     bool EchoIsPresent() const { return mbaxp1_.EchoIsPresent(); }
 
+    // True while polls are answered by a sensor that numbers its registers differently; they are rejected.
+    bool AnotherSensorAnswers() const { return anotherSensor_; }
+
     enum class ConnectOutcome { Cancelled, PortRefused, Probing };
 
     // Opens the port and starts to probe for the sensor. Without the prompt the direction stays the current
@@ -87,7 +93,8 @@ public:
     // ParameterLink
     bool PortIsOpen() const override { return mbaxp1_.PortIsOpen(); }
     bool WriteIsUnderWay() const override {
-        return rejectedWriteIsDue_ || mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite);
+        return rejectedWriteIsDue_ || reportsFailure_ ||
+               mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite);
     }
     void StartWrite(std::int16_t Tag, std::int32_t value) override;
     void DefineDownload() override;
@@ -143,6 +150,7 @@ private:
     bool downloadOnConnect_ = false;
     bool firstReadPending_ = false;
     bool rejectedWriteIsDue_ = false; // the report of a write that the master rejected
+    bool reportsFailure_ = false;     // a handler of WriteEnded may have a box open
     bool anotherSensor_ = false; // the last poll was answered by one that numbers its registers differently
 };
 

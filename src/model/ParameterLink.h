@@ -11,7 +11,7 @@ public:
 
     virtual bool PortIsOpen() const = 0;
 
-    // True while a single write is in flight or its outcome is being handled.
+    // True while a single write is in flight or its failure is being handled.
     virtual bool WriteIsUnderWay() const = 0;
 
     // Starts the write of one parameter. The outcome arrives later, never from within this call, clears the

@@ -2,6 +2,7 @@
 
 #include "support/ApplicationTitle.h"
 #include "support/Numbers.h"
+#include "support/ProgramVersion.h"
 
 namespace ztv {
 
@@ -14,6 +15,12 @@ QString Usage() {
                           "ZtvLink.exe [filename.ztv] [/options] where options are:\n\n"
                           " /HELP\t\tDisplay this help window\n"
                           " /CLEARREG\tClear and recreate all registry settings\n");
+}
+
+// The box lists only the options of a program that starts.
+QString UsageOnTerminal() {
+    return Usage() + QStringLiteral(" --help\t\tPrint this help and exit\n"
+                                    " --version\tPrint the version and exit\n");
 }
 
 } // namespace
@@ -61,6 +68,18 @@ std::vector<QString> AsTyped(const QStringList &arguments) {
         typed.push_back(needsQuotes ? u'"' + argument + u'"' : argument);
     }
     return typed;
+}
+
+std::optional<QString> TextToPrint(const QStringList &arguments) {
+    for (const QString &argument : arguments) {
+        if (argument == QStringLiteral("--help")) {
+            return UsageOnTerminal();
+        }
+        if (argument == QStringLiteral("--version")) {
+            return ApplicationTitle() + u' ' + ProgramVersion() + u'\n';
+        }
+    }
+    return std::nullopt;
 }
 
 Options Parse(const std::vector<QString> &arguments, UserDialogs &dialogs) {

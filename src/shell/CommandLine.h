@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 #include <vector>
 
 namespace ztv {
@@ -31,6 +32,10 @@ QString StripQuotes(const QString &argument);
 // Returns the arguments of a list as a user would have typed them: in quotes if they contain a blank or a
 // quote, or are empty. StripQuotes restores each of them.
 std::vector<QString> AsTyped(const QStringList &arguments);
+
+// Returns the text to print on standard output instead of starting: the usage for --help, the version for
+// --version, whichever comes first. Returns nothing if neither is given.
+std::optional<QString> TextToPrint(const QStringList &arguments);
 
 // Parses the options, and shows the usage and the list of arguments if they request it. REQUIRES: `arguments`
 // have their quotes, as SplitArguments and AsTyped return them.

@@ -9,6 +9,7 @@
 #include "support/SettingsStore.h"
 #include "widgets/QtDialogs.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 #ifdef Q_OS_WIN
@@ -29,6 +30,20 @@ std::vector<QString> Arguments() {
 #endif
 }
 
+// The program's arguments before there is an application object.
+QStringList WithoutApplication(int argc, char *argv[]) {
+    QStringList arguments;
+    for (int index = 1; index < argc; ++index) {
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+    }
+    return arguments;
+}
+
+int Print(const QString &text) {
+    const bool printed = std::fputs(text.toLocal8Bit().constData(), stdout) >= 0 && std::fflush(stdout) == 0;
+    return printed ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
 } // namespace
 
 } // namespace ztv
@@ -36,6 +51,10 @@ std::vector<QString> Arguments() {
 using namespace ztv;
 
 int main(int argc, char *argv[]) {
+    // An application object needs a display, and without one ends the program.
+    if (const auto text = CommandLine::TextToPrint(WithoutApplication(argc, argv))) {
+        return Print(*text);
+    }
     Application application(argc, argv);
     FixProgramFolder();
     QtDialogs dialogs;

@@ -18,6 +18,7 @@ inline constexpr Pair Blue{0xff0000ff, 0xff7aa7ff};
 inline constexpr Pair Green{0xff008000, 0xff66cc66};
 inline constexpr Pair Red{0xffe00000, 0xffff6b6b};
 inline constexpr Pair Olive{0xff808000, 0xffd6c94a};
+inline constexpr Pair Amber{0xff8a5000, 0xffffb347};
 inline constexpr Pair Gray{0xff808080, 0xffa0a0a0};
 
 // Returns the colour of the pair that suits the palette's background.

@@ -1,8 +1,10 @@
 #include "model/ClassZentrova.h"
+#include "support/ProgramVersion.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/TestPresets.h"
 #include "tests/helpers/Wait.h"
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSocketNotifier>
@@ -59,6 +61,81 @@ TEST(CommandLineOfTheProgramTest, LoadsTheFileThatIsNamedWhateverItsName) {
         program.kill();
         program.waitForFinished();
     }
+}
+
+namespace {
+
+// The program as a terminal without a display starts it.
+class ProgramWithoutDisplay {
+public:
+    ProgramWithoutDisplay() {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+            environment.remove(QString::fromLatin1(variable));
+        }
+        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "HOME"}) {
+            environment.insert(QString::fromLatin1(variable), home_.path());
+        }
+        environment.insert(QStringLiteral("QT_DEBUG_PLUGINS"), QStringLiteral("1"));
+        program_.setProcessEnvironment(environment);
+        program_.setWorkingDirectory(home_.path());
+    }
+
+    // Returns the exit status.
+    int Run(const QStringList &arguments) {
+        program_.start(QStringLiteral(ZTV_BIN_DIR "/ZtvLink"), arguments);
+        EXPECT_TRUE(program_.waitForFinished(20000));
+        EXPECT_EQ(program_.exitStatus(), QProcess::NormalExit);
+        return program_.exitCode();
+    }
+    QByteArray Output() { return program_.readAllStandardOutput(); }
+    QByteArray Errors() { return program_.readAllStandardError(); }
+    QStringList FilesLeft() const {
+        return QDir(home_.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+    QProcess &Process() { return program_; }
+
+private:
+    QTemporaryDir home_;
+    QProcess program_;
+};
+
+const QByteArray versionText = "ZTV Link " + ProgramVersion().toLatin1() + '\n';
+
+} // namespace
+
+TEST(CommandLineOfTheProgramTest, PrintsItsHelpWithoutADisplay) {
+    ProgramWithoutDisplay program;
+    EXPECT_EQ(program.Run({QStringLiteral("--help")}), 0);
+    EXPECT_EQ(program.Output(), "Usage: \n\nZtvLink.exe [filename.ztv] [/options] where options are:\n\n"
+                                " /HELP\t\tDisplay this help window\n"
+                                " /CLEARREG\tClear and recreate all registry settings\n"
+                                " --help\t\tPrint this help and exit\n"
+                                " --version\tPrint the version and exit\n");
+    EXPECT_EQ(program.Errors(), "") << "a plug-in was looked for";
+    EXPECT_EQ(program.FilesLeft(), QStringList());
+}
+
+TEST(CommandLineOfTheProgramTest, PrintsItsVersionWithoutADisplay) {
+    ProgramWithoutDisplay program;
+    EXPECT_EQ(program.Run({QStringLiteral("--version")}), 0);
+    EXPECT_EQ(program.Output(), versionText);
+    EXPECT_EQ(program.Errors(), "") << "a plug-in was looked for";
+    EXPECT_EQ(program.FilesLeft(), QStringList());
+}
+
+TEST(CommandLineOfTheProgramTest, PrintsWhateverElseIsGiven) {
+    ProgramWithoutDisplay program;
+    EXPECT_EQ(
+        program.Run({QStringLiteral("/CLEARREG"), QStringLiteral("none.ztv"), QStringLiteral("--version")}),
+        0);
+    EXPECT_EQ(program.Output(), versionText);
+}
+
+TEST(CommandLineOfTheProgramTest, FailsWhereItCantPrint) {
+    ProgramWithoutDisplay program;
+    program.Process().setStandardOutputFile(QStringLiteral("/dev/full"));
+    EXPECT_EQ(program.Run({QStringLiteral("--help")}), 1);
 }
 
 } // namespace ztv

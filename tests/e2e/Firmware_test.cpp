@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QProcess>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -187,6 +188,29 @@ TEST_F(FirmwareTest, OneButtonTakesARunningSensorToARunningSensor) {
         [this] { return Ui().Text("StatusText") == QStringLiteral("Communication Status:  Online"); }));
 }
 
+TEST_F(FirmwareTest, NamesTheVersionsBeforeAndAfterOnceBothAreRead) {
+    StartSensor();
+    MakeFirmware();
+    Start();
+    int reads = 0;
+    QObject::connect(&form_->Link(), &LinkSession::FirstReadComplete, form_.get(), [&reads] { ++reads; });
+    GoOnlineToRead();
+    ASSERT_TRUE(WaitUntil([&reads] { return reads == 1; }));
+    form_->Link().GoOffline();
+    InConsole([this](auto &, const Form &ui) {
+        EXPECT_EQ(ui.Text("LabelNotice"), QString());
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+    });
+    GoOnlineToRead();
+    ASSERT_TRUE(WaitUntil([&reads] { return reads == 2; }));
+    form_->Link().GoOffline();
+    InConsole([](auto &, const Form &ui) {
+        EXPECT_EQ(ui.Text("LabelNotice"), QStringLiteral("The last upgrade: 2.14 -> 3.00"));
+    });
+}
+
 TEST_F(FirmwareTest, OneButtonWorksBehindAnAdapterThatGivesBackWhatIsSent) {
     timeoutMs_ = 1000;
     StartSensor({QStringLiteral("--echo")});
@@ -315,6 +339,89 @@ TEST_F(FirmwareTest, WithoutAFirmwareFileASensorInItsLoaderStaysThereAsItIs) {
         EXPECT_EQ(Status(), QStringLiteral("Device found..."));
     });
     EXPECT_EQ(Flash(), before);
+}
+
+TEST_F(FirmwareTest, ASensorThatIsLeftInItsLoaderCanBeStartedWithoutThePanel) {
+    StartSensor({QStringLiteral("--boot")});
+    const QByteArray before = Flash();
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        EXPECT_TRUE(ui.Text("LabelFirmwareFile").contains(FirmwareFile()));
+        ExpectQuestion();
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_TRUE(
+            ui.Text("LabelNotice").startsWith(QStringLiteral("The sensor waits in its boot loader.")));
+        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
+        ui.Press("CommandStartSensor");
+    });
+    EXPECT_TRUE(RunsItsApplication());
+    EXPECT_EQ(sensor_->Command(QStringLiteral("mark")), QStringLiteral("mark 0"));
+    EXPECT_EQ(Flash(), before);
+    GoOnlineToRead();
+}
+
+TEST_F(FirmwareTest, ASensorWhoseLoaderDidntAnswerCanBeStartedWithItsOldFirmware) {
+    StartSensor();
+    MakeSmallFirmware();
+    const QByteArray before = Flash();
+    for (int exchange = 1; exchange <= 3; ++exchange) {
+        sensor_->Command(QStringLiteral("bootfault %1 deaf").arg(exchange));
+    }
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        ExpectQuestion();
+        ExpectFailure(4);
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_EQ(
+            ui.Text("LabelNotice"),
+            QStringLiteral("The sensor should be in its boot loader, which didn't answer. Press Upgrade "
+                           "Firmware again, or Start Sensor to leave it as it was."));
+        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
+        ui.Press("CommandStartSensor");
+    });
+    EXPECT_TRUE(RunsItsApplication());
+    EXPECT_EQ(Flash(), before);
+    GoOnlineToRead();
+}
+
+TEST_F(FirmwareTest, UpgradesWithAChosenFileAndLeavesTheUsualPlaceAsItIs) {
+    StartSensor();
+    MakeSmallFirmware();
+    ASSERT_TRUE(QFile::rename(FirmwareFile(), Path("chosen.hex")));
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        dialogs_.ExpectOpenFile(Path("chosen.hex"));
+        ui.Press("CommandChooseFile");
+        EXPECT_TRUE(ui.Text("LabelFirmwareFile").contains(Path("chosen.hex")));
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+    });
+    EXPECT_EQ(Flash(), ApplicationIn(Path("chosen.hex")));
+    EXPECT_EQ(QDir(Path("Firmware")).entryList(QDir::Files), QStringList());
+}
+
+TEST_F(FirmwareTest, AnAdapterThatIsPulledLeavesTheBarAndSaysWhatToDo) {
+    StartSensor({QStringLiteral("--boot")});
+    MakeFirmware();
+    Start();
+    InConsole([this](auto &, const Form &ui) {
+        EXPECT_EQ(ui.Text("LabelDevice"), QStringLiteral("COM1 is ") + sensor_->Device());
+        sensor_->Command(QStringLiteral("bootfault 100 unplug"));
+        ExpectQuestion();
+        ui.Press("CommandUpgradeFirmware");
+        const auto &bar = ui.template Get<QProgressBar>("ProgressTransfer");
+        EXPECT_TRUE(bar.isVisible());
+        EXPECT_EQ(bar.text(), QStringLiteral("Erasing stopped at 13%")); // 97 of 736 blocks
+        EXPECT_EQ(ui.Text("LabelNotice"),
+                  QStringLiteral("Stopped at 13 %. The boot loader is safe: press Upgrade Firmware again."));
+        sensor_->Command(QStringLiteral("plug"));
+        ExpectQuestion();
+        dialogs_.ExpectNotice(QString::fromLatin1(success));
+        ui.Press("CommandUpgradeFirmware");
+        EXPECT_FALSE(bar.isVisible());
+    });
+    EXPECT_EQ(Flash(), ApplicationIn(FirmwareFile()));
 }
 
 // Going online with Write, without an answer, leaves the request for a download set.

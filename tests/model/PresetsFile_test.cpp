@@ -251,10 +251,10 @@ TEST_F(ShippedPresets, KeepTheNumbersByWhichTheSensorIsKnown) {
         {Relay1Output, 54},       {Relay2Output, 55},       {Relay1OnThreshold, 56}, {Relay2OnThreshold, 57},
         {Relay1OffThreshold, 58}, {Relay2OffThreshold, 59}, {Relay1State, 60},       {Relay2State, 61},
         {NetworkAddress, 65},     {BaudRateCode, 66},       {ParityStopCode, 67},    {AddressingMode, 68},
-        {AddressingMark, 69},     {FirstRawOutput, 81},     {LastRawOutput, 90},     {RunHours, 14},
-        {PowerCycles, 15},        {EchoTime, 31},           {ActualDiameter, 35},    {OutputRaw, 45},
-        {AnalogInputRaw, 47},     {AirTemperature, 53},     {EchoStrength, 79},      {SupplyVoltage, 93},
-        {PeakTemperature, 94}};
+        {AddressingMark, 69},     {SerialNumber, 2},        {FirstRawOutput, 81},    {LastRawOutput, 90},
+        {RunHours, 14},           {PowerCycles, 15},        {EchoTime, 31},          {ActualDiameter, 35},
+        {OutputRaw, 45},          {AnalogInputRaw, 47},     {AirTemperature, 53},    {EchoStrength, 79},
+        {SupplyVoltage, 93},      {PeakTemperature, 94}};
     for (const auto &[role, number] : numbers) {
         EXPECT_EQ(role, number);
     }

@@ -1,5 +1,6 @@
 #include "shell/CommandLine.h"
 
+#include "support/ProgramVersion.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/ScriptedDialogs.h"
 
@@ -125,6 +126,32 @@ TEST(CommandLineTest, ListsAllArgumentsAsGiven) {
         QStringLiteral("Command Line Options Selected: \n\n\"a b.ztv\"\n/help\n/cmdline\n/CheckOut\n"),
         BoxIcon::Information);
     Parse("\"a b.ztv\" /help /cmdline /CheckOut", dialogs);
+}
+
+TEST(CommandLineTest, PrintsTheUsageWithTheOptionsOfATerminal) {
+    EXPECT_EQ(CommandLine::TextToPrint({QStringLiteral("--help")}),
+              usage + QStringLiteral(" --help\t\tPrint this help and exit\n"
+                                     " --version\tPrint the version and exit\n"));
+}
+
+TEST(CommandLineTest, PrintsTheTitleAndTheVersion) {
+    EXPECT_EQ(CommandLine::TextToPrint({QStringLiteral("--version")}),
+              QStringLiteral("ZTV Link ") + ProgramVersion() + u'\n');
+}
+
+TEST(CommandLineTest, TheFirstOfTheTwoIsPrintedWhateverElseIsGiven) {
+    const QString version = *CommandLine::TextToPrint({QStringLiteral("--version")});
+    EXPECT_EQ(CommandLine::TextToPrint({QStringLiteral("a.ztv"), QStringLiteral("/CLEARREG"),
+                                        QStringLiteral("--version"), QStringLiteral("--help")}),
+              version);
+}
+
+TEST(CommandLineTest, NothingElseIsPrintedInsteadOfStarting) {
+    for (const char *argument : {"/HELP", "/help", "?", "/?", "-h", "-help", "--HELP", "--Version",
+                                 "--helper", "./--help", "\"--help\"", "--", "", "a.ztv"}) {
+        EXPECT_EQ(CommandLine::TextToPrint({QString::fromLatin1(argument)}), std::nullopt) << argument;
+    }
+    EXPECT_EQ(CommandLine::TextToPrint({}), std::nullopt);
 }
 
 } // namespace ztv

@@ -1,5 +1,7 @@
 #include "firmware/ui/FormUpgradeFirmware.h"
 
+#include "firmware/ui/FirmwareLine.h"
+#include "firmware/ui/NoticeLabel.h"
 #include "firmware/ui/StatusPanels.h"
 #include "firmware/ui/TransferBar.h"
 #include "firmware/ui/UpgradeBoxes.h"
@@ -27,11 +29,12 @@ constexpr int heightWithPanel = 6570;
 constexpr int heightWithout = 2535;
 
 constexpr int margin = 12;
+constexpr int gap = 4;
 constexpr int titleScale = 2;
 constexpr int leastWidth = 640;
 constexpr char16_t registeredMark = 174;
 
-QString FirmwareFile(const QString &programFolder) {
+QString UsualFirmwareFile(const QString &programFolder) {
     return QDir::toNativeSeparators(programFolder + QStringLiteral("/Firmware/B70214.hex"));
 }
 
@@ -50,27 +53,102 @@ FormUpgradeFirmware::FormUpgradeFirmware(Dependencies dependencies, QWidget *par
       console_(
           new UpgradeConsole(dependencies_.bootComm, {.showInEditor = dependencies_.showInEditor}, this)),
       upgrade_(new OneButtonUpgrade(*console_, dependencies_.link, dependencies_.zentrova, this)),
+      report_(new UpgradeReport(*console_, *upgrade_,
+                                dependencies_.versions != nullptr
+                                    ? *dependencies_.versions
+                                    : *new UpgradeVersions(dependencies_.link, dependencies_.zentrova, this),
+                                this)),
       boxes_(new UpgradeBoxes(*console_, *upgrade_, dependencies_.dialogs, this)) {
     Controls::Named(this, "FormUpgradeFirmware");
     setWindowTitle(QStringLiteral("Upgrade Firmware"));
     setMinimumWidth(leastWidth);
 
-    auto *upgrade = NewButton({"CommandUpgradeFirmware", "Upgrade Firmware", "Upgrade ZTV500-100 Firmware"},
-                              [this] { Upgrade(); });
-    auto *close = NewButton({"CommandClose", "Close", "Close window"}, [this] { reject(); });
-    connect(upgrade_, &OneButtonUpgrade::RunningChanged, this, [this, upgrade, close](bool running) {
-        upgrade->setEnabled(!running);
-        close->setEnabled(!running);
-        if (!running && focusWidget() == nullptr) { // a button loses the focus when disabled
-            upgrade->setFocus();
-        }
-    });
-    auto *buttons = new QHBoxLayout;
-    buttons->addWidget(upgrade);
-    buttons->addWidget(close);
-
+    QLayout *buttons = BuildButtons(); // the keyboard's order is that in which the buttons are built
+    QLayout *firmware = BuildFirmwareLine();
+    QLayout *notice = BuildNotice();
     transferBar_ = new TransferBar(this);
     BuildExpertPanel();
+    device_ = new NoticeLabel("LabelDevice", NoticeLabel::Fit::Elided, this);
+    BuildStatusBar();
+    LayOut(BuildTitle(), buttons, firmware, notice);
+
+    ConnectConsole();
+    SetDesignHeight(heightWithout);
+    console_->Load(dependencies_.link.CommPort(), BitsPerSecondOfIndex(dependencies_.link.BaudRate()),
+                   FolderForOwnFiles(dependencies_.programFolder));
+    ShowDevice();
+    ShowNotice();
+    FormHelp::Offer(*this, dependencies_.help.Topic(HelpContextID));
+    commandUpgrade_->setFocus();
+}
+
+void FormUpgradeFirmware::LayOut(QWidget *title, QLayout *buttons, QLayout *firmware, QLayout *notice) {
+    auto *added = new QVBoxLayout;
+    added->setSpacing(gap);
+    added->addLayout(firmware);
+    added->addWidget(transferBar_);
+    added->addLayout(notice);
+    auto *inner = new QVBoxLayout;
+    inner->setContentsMargins(margin, margin, margin, 0);
+    inner->setSpacing(margin);
+    inner->addWidget(title);
+    inner->addLayout(buttons);
+    inner->addLayout(added);
+    inner->addWidget(frame1_, 1);
+    inner->addStretch();
+    inner->addWidget(device_);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(gap);
+    column->addLayout(inner, 1);
+    column->addWidget(statusBar1_);
+}
+
+QLayout *FormUpgradeFirmware::BuildButtons() {
+    commandUpgrade_ = NewButton({"CommandUpgradeFirmware", "Upgrade Firmware", "Upgrade ZTV500-100 Firmware"},
+                                [this] { Upgrade(); });
+    commandClose_ = NewButton({"CommandClose", "Close", "Close window"}, [this] { reject(); });
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(commandUpgrade_);
+    buttons->addWidget(commandClose_);
+    return buttons;
+}
+
+QLayout *FormUpgradeFirmware::BuildFirmwareLine() {
+    firmwareLine_ = new FirmwareLine(UsualFirmwareFile(dependencies_.programFolder), this);
+    commandChooseFile_ = NewButton(
+        {"CommandChooseFile", "Choose File...", "Use another file for this upgrade; copies nothing"},
+        [this] { ChooseFile(); });
+    auto *row = new QHBoxLayout;
+    row->addWidget(firmwareLine_, 1);
+    row->addWidget(commandChooseFile_);
+    return row;
+}
+
+QLayout *FormUpgradeFirmware::BuildNotice() {
+    notice_ = new NoticeLabel("LabelNotice", NoticeLabel::Fit::Wrapped, this);
+    commandStartSensor_ =
+        NewButton({"CommandStartSensor", "Start Sensor", "Leave the boot loader and start the firmware"},
+                  [this] { StartSensor(); });
+    QSizePolicy policy = commandStartSensor_->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    commandStartSensor_->setSizePolicy(policy);
+    auto *row = new QHBoxLayout;
+    row->addWidget(notice_, 1);
+    row->addWidget(commandStartSensor_);
+    return row;
+}
+
+// Deliberate: the panel shows the port's name. A device with another name is shown above the panel.
+void FormUpgradeFirmware::ShowDevice() {
+    const QString port = dependencies_.bootComm.Settings().PortName;
+    const QString device = dependencies_.link.DeviceOfPort();
+    if (!device.endsWith(port)) {
+        device_->Show(UpgradeNotice::Tone::Quiet, QStringLiteral("%1 is %2").arg(port, device), device);
+    }
+}
+
+void FormUpgradeFirmware::BuildStatusBar() {
     statusBar1_ =
         Controls::Named(new StatusPanels({{QStringLiteral("Status"), QStringLiteral("Status"), 5},
                                           {QStringLiteral("Bootloader Firmware Version"),
@@ -80,26 +158,6 @@ FormUpgradeFirmware::FormUpgradeFirmware(Dependencies dependencies, QWidget *par
                                           {QStringLiteral("Baud Rate"), QStringLiteral("Baud Rate"), 2}},
                                          this),
                         "StatusBar1");
-
-    auto *inner = new QVBoxLayout;
-    inner->setContentsMargins(margin, margin, margin, 0);
-    inner->setSpacing(margin);
-    inner->addWidget(BuildTitle());
-    inner->addLayout(buttons);
-    inner->addWidget(transferBar_);
-    inner->addWidget(frame1_, 1);
-    inner->addStretch();
-    auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->addLayout(inner, 1);
-    column->addWidget(statusBar1_);
-
-    ConnectConsole();
-    SetDesignHeight(heightWithout);
-    console_->Load(dependencies_.link.CommPort(), BitsPerSecondOfIndex(dependencies_.link.BaudRate()),
-                   FolderForOwnFiles(dependencies_.programFolder));
-    FormHelp::Offer(*this, dependencies_.help.Topic(HelpContextID));
-    upgrade->setFocus();
 }
 
 QWidget *FormUpgradeFirmware::BuildTitle() {
@@ -187,7 +245,41 @@ void FormUpgradeFirmware::ConnectConsole() {
     connect(console_, &UpgradeConsole::RedrawWanted, this, [this] { repaint(); });
     connect(console_, &UpgradeConsole::TransferStarted, transferBar_, &TransferBar::Start);
     connect(console_, &UpgradeConsole::TransferAdvanced, transferBar_, &TransferBar::Advance);
-    connect(console_, &UpgradeConsole::TransferEnded, transferBar_, &TransferBar::End);
+    connect(console_, &UpgradeConsole::TransferEnded, transferBar_, [this](const ImageWritten &image) {
+        transferBar_->End(image.result == TransferResult::Finished);
+    });
+    connect(upgrade_, &OneButtonUpgrade::RunningChanged, this, &FormUpgradeFirmware::ShowRunning);
+    connect(report_, &UpgradeReport::NoticeChanged, this, &FormUpgradeFirmware::ShowNotice);
+    connect(firmwareLine_, &FirmwareLine::FileChanged, this, [this] {
+        if (firmwareLine_->FileIsGood()) {
+            report_->FirmwareIsThere();
+        }
+        ShowNotice();
+    });
+}
+
+void FormUpgradeFirmware::ShowRunning(bool running) {
+    commandUpgrade_->setEnabled(!running);
+    commandClose_->setEnabled(!running);
+    commandChooseFile_->setEnabled(!running);
+    if (running) {
+        transferBar_->Clear();
+    } else if (focusWidget() == nullptr) { // a button loses the focus when disabled
+        commandUpgrade_->setFocus();
+    }
+}
+
+// Shows how it is with the sensor. As long as there is nothing to say, shows what an upgrade would do.
+void FormUpgradeFirmware::ShowNotice() {
+    UpgradeNotice notice = report_->Notice();
+    if (notice.text.isEmpty() && !upgrade_->Running() && !firmwareLine_->FileIsGood()) {
+        notice = UpgradeReport::WithoutFirmware();
+    }
+    notice_->Show(notice.tone, notice.text);
+    if (!notice.offersStart && commandStartSensor_->hasFocus()) {
+        commandUpgrade_->setFocus();
+    }
+    commandStartSensor_->setVisible(notice.offersStart);
 }
 
 // Sets the height to that of the design, or to more if the contents need it with a larger font.
@@ -208,14 +300,35 @@ bool FormUpgradeFirmware::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void FormUpgradeFirmware::Upgrade() {
-    if (!upgrade_->Running() && boxes_->ConfirmUpgrade()) {
-        upgrade_->Run(FirmwareFile(dependencies_.programFolder));
+    if (upgrade_->Running() || !boxes_->ConfirmUpgrade()) {
+        return;
+    }
+    firmwareLine_->LookAgain();
+    if (upgrade_->Run(firmwareLine_->Path()) == UpgradeOutcome::Upgraded) {
+        firmwareLine_->ReturnToUsual();
     }
 }
 
 void FormUpgradeFirmware::RunApp() {
     if (boxes_->ConfirmRunApp()) {
         console_->RunApp();
+    }
+}
+
+// Does what Run App does, after a connect if that is needed.
+void FormUpgradeFirmware::StartSensor() {
+    const bool connected = dependencies_.bootComm.Settings().PortHandle > 0 ||
+                           console_->ConnectBootloader() == UpgradeConsole::ConnectOutcome::Connected;
+    if (connected) {
+        RunApp();
+    } else {
+        report_->NoLoaderToStart();
+    }
+}
+
+void FormUpgradeFirmware::ChooseFile() {
+    if (const auto chosen = boxes_->AskForFirmwareFile(firmwareLine_->Path())) {
+        firmwareLine_->Choose(*chosen);
     }
 }
 

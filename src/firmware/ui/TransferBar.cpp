@@ -1,8 +1,10 @@
 #include "firmware/ui/TransferBar.h"
 
 #include "firmware/TimeLeft.h"
+#include "widgets/Colours.h"
 #include "widgets/Controls.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 
 namespace ztv {
@@ -51,22 +53,61 @@ void TransferBar::Advance(double done) {
     }
 }
 
-void TransferBar::End() {
+void TransferBar::End(bool finished) {
+    const QString what = transfers_.back().what;
     transfers_.pop_back();
-    if (transfers_.empty()) {
-        progress_->hide();
-        timeLeft_->hide();
-    } else {
+    if (!transfers_.empty()) {
         Show(transfers_.back().what);
+    } else if (finished) {
+        Hide();
+    } else {
+        ShowFailed(what);
     }
 }
 
+void TransferBar::Clear() {
+    if (transfers_.empty()) {
+        Hide();
+    }
+}
+
+void TransferBar::Hide() {
+    progress_->hide();
+    timeLeft_->hide();
+}
+
 void TransferBar::Show(const QString &what) {
+    failed_ = false;
+    Colour();
     progress_->setFormat(what + QStringLiteral(" %p%"));
     progress_->setValue(0);
     timeLeft_->clear();
     progress_->show();
     timeLeft_->show();
+}
+
+void TransferBar::ShowFailed(const QString &what) {
+    failed_ = true;
+    Colour();
+    progress_->setFormat(what + QStringLiteral(" stopped at %p%"));
+    timeLeft_->hide();
+}
+
+void TransferBar::Colour() {
+    QPalette palette;
+    if (failed_) {
+        const QColor red = Colours::Of(Colours::Red, this->palette());
+        palette.setColor(QPalette::Highlight, red);
+        palette.setColor(QPalette::HighlightedText, Colours::TextOn(red));
+    }
+    progress_->setPalette(palette);
+}
+
+void TransferBar::changeEvent(QEvent *event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        Colour();
+    }
 }
 
 } // namespace ztv

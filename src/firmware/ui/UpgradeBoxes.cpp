@@ -43,6 +43,12 @@ std::optional<QString> UpgradeBoxes::AskForHexFileToOpen() {
     return dialogs_.OpenFileDialog(HexFileQuestion("Open HEX File"));
 }
 
+std::optional<QString> UpgradeBoxes::AskForFirmwareFile(const QString &present) {
+    FileQuestion question = HexFileQuestion("Choose Firmware File");
+    question.suggestion = present;
+    return dialogs_.OpenFileDialog(question);
+}
+
 std::optional<QString> UpgradeBoxes::AskForHexFileToSave() {
     return dialogs_.SaveFileDialog(HexFileQuestion("Save HEX File"));
 }

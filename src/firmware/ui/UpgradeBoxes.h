@@ -23,6 +23,7 @@ public:
     bool ConfirmRunApp();
     // Return nothing when the user cancels.
     std::optional<QString> AskForHexFileToOpen();
+    std::optional<QString> AskForFirmwareFile(const QString &present);
     std::optional<QString> AskForHexFileToSave();
     void ShowIsMemoryImage(const QString &fileName);
 

@@ -1,5 +1,6 @@
 #include "firmware/ui/FormUpgradeFirmware.h"
 
+#include "firmware/FirmwareFile.h"
 #include "shell/LinkNotices.h"
 #include "support/Fault.h"
 #include "tests/firmware/FakeLoader.h"
@@ -11,6 +12,7 @@
 #include "tests/helpers/ScriptedLine.h"
 #include "tests/helpers/TestPresets.h"
 #include "tests/helpers/Wait.h"
+#include "widgets/Colours.h"
 
 #include <QApplication>
 #include <QDir>
@@ -89,6 +91,10 @@ protected:
     void ExpectUpgradeQuestion(BoxAnswer answer, std::function<void()> whileOpen = {}) {
         dialogs_.Expect(QStringLiteral("This utility will upgrade the ZTV500-100 firmware.\n\nContinue?"),
                         BoxIcon::Question, BoxButtons::YesNo, answer, std::move(whileOpen));
+    }
+    bool IsColoured(const char *label, const Colours::Pair &colour) const {
+        return Ui().Get<QLabel>(label).palette().color(QPalette::WindowText) ==
+               Colours::Of(colour, form_->palette());
     }
     void ExpectPortBox() { dialogs_.ExpectTextWith(QStringLiteral("Error "), BoxIcon::Exclamation); }
     // Checks that the upgrade waits ten seconds, and shortens that wait.
@@ -1214,6 +1220,258 @@ TEST_F(FormUpgradeFirmwareTest, WithoutALinkTheFirstWaitFails) {
     EXPECT_TRUE(waited);
     EXPECT_EQ(Panel(1), QStringLiteral("Failed to put in Boot mode"));
     EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, SaysWhichFileAnUpgradeUses) {
+    MakeFirmware();
+    Open();
+    EXPECT_EQ(Ui().Text("LabelFirmwareFile"),
+              FirmwareFile(QDir::toNativeSeparators(Path("Firmware/B70214.hex"))).Description());
+    EXPECT_TRUE(Ui().Text("LabelFirmwareFile").contains(QStringLiteral(", 58 bytes, ")));
+    EXPECT_EQ(Ui().Text("LabelNotice"), QString());
+    EXPECT_FALSE(IsColoured("LabelFirmwareFile", Colours::Amber));
+}
+
+TEST_F(FormUpgradeFirmwareTest, SaysInAmberThatThereIsNoFileAndWhatWouldHappen) {
+    Open();
+    EXPECT_EQ(Ui().Text("LabelFirmwareFile"),
+              QStringLiteral("No firmware file there: ") + Path("Firmware/B70214.hex"));
+    EXPECT_EQ(Ui().Text("LabelNotice"),
+              QStringLiteral("An upgrade would stop before it changes anything: a running sensor goes on "
+                             "measuring, one in its boot loader stays there."));
+    for (const char *name : {"LabelFirmwareFile", "LabelNotice"}) {
+        EXPECT_TRUE(IsColoured(name, Colours::Amber)) << name;
+    }
+    EXPECT_TRUE(Ui().Enabled("CommandUpgradeFirmware"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, SeesAFileThatComesChangesAndGoesWhileTheWindowIsOpen) {
+    Open();
+    const auto isShown = [this](const char *part) {
+        return WaitUntil([&] { return Ui().Text("LabelFirmwareFile").contains(QString::fromLatin1(part)); });
+    };
+    MakeFirmware();
+    EXPECT_TRUE(isShown(", 58 bytes, "));
+    EXPECT_EQ(Ui().Text("LabelNotice"), QString());
+    Make("Firmware/B70214.hex", "hello");
+    EXPECT_TRUE(isShown("Damaged firmware file, or none: "));
+    EXPECT_FALSE(Ui().Text("LabelNotice").isEmpty());
+    ASSERT_TRUE(QFile::remove(Path("Firmware/B70214.hex")));
+    EXPECT_TRUE(isShown("No firmware file there: "));
+}
+
+TEST_F(FormUpgradeFirmwareTest, UsesAChosenFileForThisUpgradeOnlyAndCopiesNothing) {
+    MakeFirmware();
+    Make("other.hex", ":1009000000000000000000000000000000000000E7\r\n:00000001FF\r\n");
+    Open();
+    const QString usual = Ui().Text("LabelFirmwareFile");
+    dialogs_.ExpectOpenFile(Path("other.hex"), [this](const FileQuestion &question) {
+        EXPECT_EQ(question.title, QStringLiteral("Choose Firmware File"));
+        EXPECT_EQ(question.suggestion, Path("Firmware/B70214.hex"));
+    });
+    Press("CommandChooseFile");
+    EXPECT_TRUE(Ui().Text("LabelFirmwareFile").contains(Path("other.hex")));
+    EXPECT_TRUE(loader_.openedPorts.empty());
+    const QStringList files = QDir(folder_.path()).entryList(QDir::Files);
+    EXPECT_EQ(files, QStringList{QStringLiteral("other.hex")});
+
+    // A failed upgrade is tried again with the same file.
+    loader_.instead = [](const QByteArray &packet, const QByteArray &answer) {
+        return packet.at(0) == BootCommand::WriteProgram ? QByteArray() : answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_TRUE(Ui().Text("LabelFirmwareFile").contains(Path("other.hex")));
+    loader_.instead = {};
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(loader_.program.count(0x900), 1u);
+    EXPECT_EQ(loader_.program.count(0x800), 0u);
+    EXPECT_EQ(Ui().Text("LabelFirmwareFile"), usual);
+}
+
+TEST_F(FormUpgradeFirmwareTest, AChoiceThatIsCancelledChangesNothing) {
+    Open();
+    const QString usual = Ui().Text("LabelFirmwareFile");
+    dialogs_.ExpectOpenFile(std::nullopt);
+    Press("CommandChooseFile");
+    EXPECT_EQ(Ui().Text("LabelFirmwareFile"), usual);
+}
+
+TEST_F(FormUpgradeFirmwareTest, NoOtherFileCanBeChosenDuringTheUpgrade) {
+    MakeFirmware();
+    Open();
+    loader_.instead = [this](auto &, const QByteArray &answer) {
+        EXPECT_FALSE(Ui().Enabled("CommandChooseFile"));
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"), BoxIcon::Exclamation,
+                          ApplicationTitle(), [this] {
+                              // No warning of a power cut remains behind the box.
+                              EXPECT_EQ(Ui().Text("LabelNotice"),
+                                        QStringLiteral("The sensor was restarted with the new firmware."));
+                          });
+    Press("CommandUpgradeFirmware");
+    EXPECT_TRUE(Ui().Enabled("CommandChooseFile"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, AFailedBarStaysInWordsAndColourUntilTheNextTransfer) {
+    MakeFirmware();
+    Open();
+    const auto &progress = Ui().Get<QProgressBar>("ProgressTransfer");
+    loader_.instead = [count = 0](const QByteArray &packet, const QByteArray &answer) mutable {
+        count += packet.at(0) == BootCommand::EraseProgram ? 1 : 0;
+        return packet.at(0) == BootCommand::EraseProgram && count > 155 ? QByteArray() : answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_TRUE(progress.isVisible());
+    EXPECT_EQ(progress.text(), QStringLiteral("Erasing stopped at 21%"));
+    EXPECT_EQ(progress.palette().color(QPalette::Highlight), Colours::Of(Colours::Red, form_->palette()));
+    EXPECT_FALSE(Ui().Get<QLabel>("LabelTimeLeft").isVisible());
+    EXPECT_EQ(Ui().Text("LabelNotice"),
+              QStringLiteral("Stopped at 21 %. The boot loader is safe: press Upgrade Firmware again."));
+    EXPECT_TRUE(IsColoured("LabelNotice", Colours::Red));
+    EXPECT_FALSE(Ui().Get<QWidget>("CommandStartSensor").isVisible()) << "there is nothing to start";
+    loader_.instead = [&](const QByteArray &packet, const QByteArray &answer) {
+        if (packet.at(0) == BootCommand::EraseProgram) {
+            EXPECT_TRUE(progress.format().startsWith(QStringLiteral("Erasing %p%")));
+            EXPECT_EQ(progress.palette().color(QPalette::Highlight),
+                      form_->palette().color(QPalette::Highlight));
+        }
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    dialogs_.ExpectNotice(QStringLiteral("Firmware has been sucessfully upgraded!"));
+    Press("CommandUpgradeFirmware");
+    EXPECT_FALSE(progress.isVisible());
+    EXPECT_TRUE(IsColoured("LabelNotice", Colours::Green));
+}
+
+TEST_F(FormUpgradeFirmwareTest, StartsASensorThatWaitsInItsLoaderAsRunAppDoes) {
+    Open();
+    const auto &start = Ui().Get<QPushButton>("CommandStartSensor");
+    EXPECT_FALSE(start.isVisible());
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_TRUE(start.isVisible());
+    loader_.packets.clear();
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::No);
+    Press("CommandStartSensor");
+    EXPECT_TRUE(loader_.packets.empty());
+    EXPECT_TRUE(start.isVisible());
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
+    Press("CommandStartSensor");
+    EXPECT_EQ(loader_.packets, (std::vector<QByteArray>{QByteArray::fromHex("05 01 FF 7F 00 00"),
+                                                        QByteArray::fromHex("00 00")}));
+    EXPECT_EQ(Panel(1), QStringLiteral("Not connected..."));
+    EXPECT_FALSE(start.isVisible());
+    EXPECT_EQ(Ui().Text("LabelNotice"),
+              QStringLiteral("The sensor was restarted. Go online to see whether it measures."));
+}
+
+TEST_F(FormUpgradeFirmwareTest, ConnectsBeforeItStartsASensorWhereThePortIsClosed) {
+    Open();
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    Press("CommandDisconnect");
+    loader_.answers = false;
+    Press("CommandStartSensor");
+    EXPECT_TRUE(Ui().Text("LabelNotice").startsWith(QStringLiteral("No boot loader answered.")));
+    loader_.answers = true;
+    loader_.packets.clear();
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
+    Press("CommandStartSensor");
+    EXPECT_EQ(loader_.packets.size(), 3u);
+    EXPECT_TRUE(loader_.restarted);
+}
+
+TEST_F(FormUpgradeFirmwareTest, NamesTheDeviceBesideThePort) {
+    for (const auto &[device, text] : {std::pair("/dev/ttyUSB0", "COM1 is /dev/ttyUSB0"),
+                                       {"/dev/serial/by-id/usb-X", "COM1 is /dev/serial/by-id/usb-X"},
+                                       {"COM1", ""},
+                                       {"\\\\.\\COM1", ""}}) {
+        device_ = QString::fromLatin1(device);
+        Open();
+        EXPECT_EQ(Ui().Text("LabelDevice"), QString::fromLatin1(text));
+        EXPECT_EQ(Panel(4), QStringLiteral("COM1"));
+    }
+}
+
+TEST_F(FormUpgradeFirmwareTest, ALongPathIsShortenedAndTheToolTipHasItWhole) {
+    Make(("Firmware/" + std::string(200, 'x') + ".hex").c_str(), "");
+    Open();
+    dialogs_.ExpectOpenFile(Path(("Firmware/" + std::string(200, 'x') + ".hex").c_str()));
+    const int width = form_->width();
+    Press("CommandChooseFile");
+    const auto &label = Ui().Get<QLabel>("LabelFirmwareFile");
+    EXPECT_TRUE(label.text().endsWith(QStringLiteral("xxx.hex")));
+    EXPECT_EQ(label.toolTip(), label.text());
+    EXPECT_EQ(form_->width(), width);
+}
+
+// What is added comes between the two buttons and the panel.
+TEST_F(FormUpgradeFirmwareTest, TheKeyboardVisitsTheButtonsInTheirOrder) {
+    Open();
+    form_->activateWindow();
+    ASSERT_TRUE(WaitUntil([this] { return form_->isActiveWindow(); }));
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    for (const char *name :
+         {"CommandClose", "CommandChooseFile", "CommandStartSensor", "CommandUpgradeFirmware"}) {
+        QTest::keyClick(form_->focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(form_->focusWidget(), &Ui().Get<QWidget>(name)) << name;
+    }
+}
+
+TEST_F(FormUpgradeFirmwareTest, TheFocusLeavesAStartButtonThatGoes) {
+    Open();
+    form_->activateWindow();
+    ASSERT_TRUE(WaitUntil([this] { return form_->isActiveWindow(); }));
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    Ui().Get<QPushButton>("CommandStartSensor").setFocus();
+    dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::None, BoxButtons::YesNo, BoxAnswer::Yes);
+    Press("CommandStartSensor");
+    EXPECT_EQ(form_->focusWidget(), &Ui().Get<QPushButton>("CommandUpgradeFirmware"));
+}
+
+TEST_F(FormUpgradeFirmwareTest, NothingMovesWithTheNotices) {
+    Open();
+    const auto places = [this] {
+        std::vector<QRect> all;
+        for (const char *name : {"lblTitle", "CommandUpgradeFirmware", "CommandClose", "CommandChooseFile",
+                                 "LabelFirmwareFile", "StatusBar1"}) {
+            const auto &control = Ui().Get<QWidget>(name);
+            all.emplace_back(control.mapTo(form_.get(), QPoint()), control.size());
+        }
+        return all;
+    };
+    MakeFirmware();
+    Open();
+    const std::vector<QRect> before = places();
+    const int height = form_->height();
+    loader_.instead = [&](auto &packet, const QByteArray &answer) {
+        if (packet.at(0) == BootCommand::WriteProgram) {
+            EXPECT_EQ(places(), before);
+            return QByteArray();
+        }
+        return answer;
+    };
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_EQ(places(), before);
+    loader_.instead = {};
+    loader_.resetsToLose = 100; // the longest notice
+    ExpectUpgradeQuestion(BoxAnswer::Yes);
+    Press("CommandUpgradeFirmware");
+    EXPECT_TRUE(Ui().Get<QWidget>("CommandStartSensor").isVisible());
+    EXPECT_EQ(places(), before);
+    EXPECT_EQ(form_->height(), height);
+    const auto &notice = Ui().Get<QLabel>("LabelNotice");
+    EXPECT_LE(notice.heightForWidth(notice.width()), notice.height()) << "all of it is visible";
 }
 
 TEST_F(FormUpgradeFirmwareTest, OffersItsHelp) {
