@@ -6,6 +6,7 @@
 #include "link/LinkSession.h"
 #include "model/ClassZentrova.h"
 #include "model/ParamDefines.h"
+#include "model/ValueState.h"
 #include "shell/FormMain.h"
 #include "support/ApplicationTitle.h"
 #include "support/ProgramFolder.h"
@@ -63,6 +64,8 @@ double ProcessorMsOfPolls(LinkSession &link, int count) {
 // Runs ticks of the animation; each moves all values and paints what moved.
 double ProcessorMsOfATick(FormMain &form) {
     auto &page = dynamic_cast<BasicPage &>(*form.findChild<QWidget *>(QStringLiteral("TabFrame(1)")));
+    page.ShowState(ValueState::Live); // the pulse of other values rests
+    form.Zentrova().ParamUpdate(ParamDefines::EchoReceived, ParamDefines::EchoPresent);
     const double start = Measure::ProcessorMs();
     for (int tick = 0; tick < ticks; ++tick) {
         form.Zentrova().ParamUpdate(ParamDefines::ActualDistance, 1000 + tick * 200);
