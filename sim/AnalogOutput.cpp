@@ -31,14 +31,15 @@ double Linear(const Registers &registers, double distance) {
            (farVoltage - nearVoltage) * (distance - nearDistance) / (farDistance - nearDistance);
 }
 
+double Diameter(const Registers &registers, double distance) {
+    const double core = registers.Value(parameter::CoreDiameter);
+    const double largest = std::max<double>(core, registers.Value(parameter::MaxDiameter));
+    return std::clamp(core + 2 * (registers.Value(parameter::FarDistance) - distance), core, largest);
+}
+
 double Hyperbolic(const Registers &registers, double distance) {
     const double core = registers.Value(parameter::CoreDiameter);
-    if (core <= 0) {
-        return 0;
-    }
-    const double largest = std::max<double>(core, registers.Value(parameter::MaxDiameter));
-    const double diameter = core + 2 * (registers.Value(parameter::FarDistance) - distance);
-    return fullScale * core / std::clamp(diameter, core, largest);
+    return core <= 0 ? 0 : fullScale * core / Diameter(registers, distance);
 }
 
 double Voltage(const Registers &registers, double distance) {
@@ -58,6 +59,10 @@ double Voltage(const Registers &registers, double distance) {
 
 int OutputVoltage(const Registers &registers, int distance) {
     return static_cast<int>(std::lround(std::clamp(Voltage(registers, distance), 0.0, fullScale)));
+}
+
+int RollDiameter(const Registers &registers, int distance) {
+    return static_cast<int>(std::lround(Diameter(registers, distance)));
 }
 
 } // namespace sim

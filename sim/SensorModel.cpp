@@ -19,10 +19,32 @@ constexpr double analogInputMean = 500;
 constexpr double analogInputSwing = 20;
 constexpr double analogInputPeriodMs = 7000;
 
-constexpr int measured[] = {parameter::TeachInput,     parameter::ExternalClockInput,
-                            parameter::ActualDistance, parameter::EchoReceived,
-                            parameter::OutputVoltage,  parameter::AnalogInputVoltage,
-                            parameter::Relay1State,    parameter::Relay2State};
+constexpr int measured[] = {
+    parameter::TeachInput,    parameter::ExternalClockInput, parameter::ActualDistance,
+    parameter::EchoReceived,  parameter::OutputVoltage,      parameter::AnalogInputVoltage,
+    parameter::Relay1State,   parameter::Relay2State,        parameter::EchoTime,
+    parameter::EchoStrength,  parameter::ActualDiameter,     parameter::OutputRaw,
+    parameter::AnalogInputRaw};
+
+// The measurements and counts that a sensor starts with.
+struct Reading {
+    int number;
+    int value;
+};
+constexpr Reading steady[] = {{parameter::RunHours, 1250},
+                              {parameter::PowerCycles, 36},
+                              {parameter::AirTemperature, 725},
+                              {parameter::SupplyVoltage, 2410},
+                              {parameter::PeakTemperature, 861}};
+
+constexpr double echoTimePerDistance = 1.47617; // microseconds there and back, for a hundredth of an inch
+constexpr int usualStrength = 64;
+constexpr double outputCounts = 4.095; // for a hundredth of a volt
+constexpr double inputCounts = 1.023;
+
+int Rounded(double value) {
+    return static_cast<int>(std::lround(value));
+}
 
 } // namespace
 
@@ -47,7 +69,9 @@ int SensorModel::TargetAt(qint64 ms) const {
 }
 
 bool SensorModel::Measures(int number) {
-    return std::find(std::begin(measured), std::end(measured), number) != std::end(measured);
+    return std::find(std::begin(measured), std::end(measured), number) != std::end(measured) ||
+           std::any_of(std::begin(steady), std::end(steady),
+                       [number](const Reading &reading) { return reading.number == number; });
 }
 
 void SensorModel::Hold(int number, int value) {
@@ -65,6 +89,9 @@ void SensorModel::Release(int number) {
 }
 
 void SensorModel::Measure(Registers &registers, int number, int value) const {
+    if (!registers.Has(number) || registers.Writable(number)) {
+        return; // a table that has no such measurement
+    }
     const auto held = held_.find(number);
     registers.Store(number, held == held_.end() ? value : held->second);
 }
@@ -90,9 +117,25 @@ void SensorModel::Update(Registers &registers, qint64 ms) {
 
     const double turns = static_cast<double>(ms) / analogInputPeriodMs;
     const double swing = analogInputSwing * std::sin(2 * std::numbers::pi * turns);
-    Measure(registers, parameter::AnalogInputVoltage, static_cast<int>(std::lround(analogInputMean + swing)));
+    Measure(registers, parameter::AnalogInputVoltage, Rounded(analogInputMean + swing));
+    Measure(registers, parameter::AnalogInputRaw,
+            Rounded(registers.Value(parameter::AnalogInputVoltage) * inputCounts));
     Measure(registers, parameter::TeachInput, 0);
     Measure(registers, parameter::ExternalClockInput, 0);
+    MeasureFromDistance(registers);
+    for (const Reading &reading : steady) {
+        Measure(registers, reading.number, reading.value);
+    }
+}
+
+void SensorModel::MeasureFromDistance(Registers &registers) const {
+    const int distance = registers.Value(parameter::ActualDistance);
+    const bool echo = registers.Value(parameter::EchoReceived) != 0;
+    Measure(registers, parameter::EchoTime, Rounded(distance * echoTimePerDistance));
+    Measure(registers, parameter::EchoStrength, echo ? usualStrength : 0);
+    Measure(registers, parameter::ActualDiameter, RollDiameter(registers, distance));
+    Measure(registers, parameter::OutputRaw,
+            Rounded(registers.Value(parameter::OutputVoltage) * outputCounts));
 }
 
 } // namespace sim

@@ -32,6 +32,7 @@ public:
 
 private:
     void Measure(Registers &registers, int number, int value) const;
+    void MeasureFromDistance(Registers &registers) const;
 
     double periodMs_;
     double phase_;

@@ -73,7 +73,7 @@ public:
 
     bool Run() {
         form_.show();
-        Picture(form_, QStringLiteral("basic-offline"));
+        TabPictures(QStringLiteral("-offline")); // before any sensor was read
         FormReadWrite direction(form_.hHelp(), &form_);
         direction.show();
         Picture(direction, QStringLiteral("read-write"));
@@ -86,12 +86,12 @@ public:
         form_.GoOnline(ConnectPrompt::Skip);
         const QStringList distances = WatchDistances();
         std::printf("distances seen: %s\n", qPrintable(distances.join(QStringLiteral(", "))));
+        TabPictures({});
+        form_.GoOffline();
+        TabPictures(QStringLiteral("-stale"));
+        form_.GoOnline(ConnectPrompt::Skip);
+        Watch(1000);
         auto *strip = form_.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
-        for (int index = 0; index < strip->count(); ++index) {
-            strip->setCurrentIndex(index);
-            Watch(500);
-            Picture(form_, QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key).toLower());
-        }
         strip->setCurrentIndex(Tab::Advanced - 1);
         VisitList();
         CommsPicture(QStringLiteral("communications-online"));
@@ -106,6 +106,7 @@ public:
             Watch(400);
             Picture(form_, QStringLiteral("basic-mode-%1").arg(mode));
         }
+        StripPictures();
         form_.resize(form_.size() * 1.4);
         strip->setCurrentIndex(Tab::Distance - 1);
         Watch(500);
@@ -118,6 +119,18 @@ public:
     }
 
 private:
+    // Takes a picture of each tab and returns to the first.
+    void TabPictures(const QString &state) {
+        auto *strip = form_.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
+        for (int index = 0; index < strip->count(); ++index) {
+            strip->setCurrentIndex(index);
+            Watch(500);
+            const char *key = Tab::Table[static_cast<std::size_t>(index)].key;
+            Picture(form_, QString::fromLatin1(key).toLower() + state);
+        }
+        strip->setCurrentIndex(Tab::Basic - 1);
+    }
+
     // Returns the different distances within two seconds.
     QStringList WatchDistances() {
         QStringList distances;
@@ -131,6 +144,28 @@ private:
             }
         }
         return distances;
+    }
+
+    // Takes pictures of the strip below the pages: of an address that doesn't answer, and of a counter near
+    // its end.
+    void StripPictures() {
+        LinkSession &link = form_.Link();
+        const std::int16_t address = link.ModbusAddress();
+        constexpr std::int16_t nobodysAddress = 247;
+        constexpr int silenceMs = 3200;
+        link.GoOffline();
+        link.ModbusAddress(nobodysAddress);
+        form_.GoOnline(ConnectPrompt::Skip);
+        Watch(silenceMs);
+        Picture(form_, QStringLiteral("strip-no-answer"));
+        link.TimeoutCount(30'112);
+        Watch(1100);
+        Picture(form_, QStringLiteral("strip-counter"));
+        link.TimeoutCount(0);
+        link.GoOffline();
+        link.ModbusAddress(address);
+        form_.GoOnline(ConnectPrompt::Skip);
+        Watch(1500);
     }
 
     // Takes pictures of the Advanced list in its states, with each of its editors.

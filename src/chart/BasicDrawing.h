@@ -26,6 +26,16 @@ public:
     void LoadCurve(std::span<const Drawing::Point> points); // replaces the present curve
     void UnloadCurve();
 
+    // Whether the measured values are present ones. While they aren't, what shows them is dimmed.
+    bool MeasuredIsLive() const { return measuredIsLive_; }
+    void MeasuredIsLive(bool live) { measuredIsLive_ = live; }
+
+    // Returns the colour in which an element is painted now.
+    Drawing::Colour ColourOf(const Drawing::Line &line) const { return Present(line.colour, line.measured); }
+    Drawing::Colour ColourOf(const Drawing::Shape &shape) const {
+        return Present(shape.fill, shape.measured);
+    }
+
     // In the order of LineId and ControlId, which is the painting order; the curve is painted last.
     const std::vector<Drawing::Line> &Lines() const { return lines_; }
     const std::vector<Drawing::Control> &Controls() const { return controls_; }
@@ -42,9 +52,14 @@ public:
     }
 
 private:
+    Drawing::Colour Present(Drawing::Colour colour, bool measured) const {
+        return measured && !measuredIsLive_ ? Drawing::Colour::Dimmed : colour;
+    }
+
     std::vector<Drawing::Line> lines_;
     std::vector<Drawing::Control> controls_;
     std::vector<Drawing::Line> curve_;
+    bool measuredIsLive_ = true;
 };
 
 } // namespace ztv

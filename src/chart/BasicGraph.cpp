@@ -147,13 +147,23 @@ bool BasicGraph::PositionRelayMarkers() {
 }
 
 void BasicGraph::UpdateGraph() {
-    pulse_.Advance(drawing_, Value(ParamDefines::EchoReceived) == ParamDefines::EchoPresent);
+    MovePulse();
     if (Value(ParamDefines::AnalogOutputMode) == ParamDefines::LinearMode) {
         TurnRails();
     }
     MoveDistanceCursor();
     MoveVoltageCursor();
     MoveTarget();
+}
+
+// A pulse that runs says that the sensor measures.
+void BasicGraph::MovePulse() {
+    const bool echo = Value(ParamDefines::EchoReceived) == ParamDefines::EchoPresent;
+    if (drawing_.MeasuredIsLive()) {
+        pulse_.Advance(drawing_, echo);
+    } else {
+        pulse_.Rest(drawing_, echo);
+    }
 }
 
 // Puts the rail of the larger voltage on top, and the voltages' boxes beside their rails.

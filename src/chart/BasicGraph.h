@@ -18,8 +18,8 @@ public:
     // Both must outlive this.
     BasicGraph(ClassZentrova &zentrova, BasicDrawing &drawing);
 
-    // Shows the elements of the current output mode. In hyperbolic mode, writes the near distance, which may
-    // turn the event loop, and throws a Fault (division by zero) for a roll without a diameter.
+    // Shows the elements of the current output mode. In hyperbolic mode, writes the near distance, and throws
+    // a Fault (division by zero) for a roll without a diameter.
     void ConfigureBasicTab();
     void DrawHyperbolicCurve();
     void RemoveHyperbolicCurve();
@@ -32,7 +32,8 @@ public:
     // a diameter has no curve here. Returns false if nothing has changed.
     bool FollowTable();
 
-    // Advances the animation by one step and moves the cursors to the present values.
+    // Advances the animation by one step, or rests it while the measured values aren't live, and moves the
+    // cursors to the present values.
     void UpdateGraph();
 
 private:
@@ -52,6 +53,7 @@ private:
     void LoadCurve();
     bool FollowMode();
     bool FollowRoll();
+    void MovePulse();
     void TurnRails();
     void MoveDistanceCursor();
     void MoveVoltageCursor();

@@ -61,6 +61,11 @@ inline constexpr std::array Labels = {
     Label{{"LabelRelayDist"}, FrameGraphGroup, {4680, 3360, 675, 195}, "RelayDist", false},
 };
 
+constexpr Drawing::Line Measured(Drawing::Line line) {
+    line.measured = true;
+    return line;
+}
+
 inline constexpr std::array Lines = {
     Drawing::Line{{"Line0V"}, FrameGraph, 0, LowerRail, 1920, LowerRail, Blue, Solid, 2},
     Drawing::Line{{"LineLinearSlope"}, FrameGraph, 1920, LowerRail, 4920, UpperRail, Blue, Solid, 2},
@@ -71,12 +76,12 @@ inline constexpr std::array Lines = {
     Drawing::Line{{"LineFarDistExt", 1}, FrameGraphGroup, 6480, 3360, 6480, 3840, Green, Dot},
     Drawing::Line{{"LineMinRange"}, FrameGraphGroup, 1560, 3360, 1560, 3840, Red, Dot},
     Drawing::Line{{"LineMaxRange"}, FrameGraphGroup, 8385, 3360, 8385, 3840, Red, Dot},
-    Drawing::Line{{"LineDistExt", 0}, FrameGraph, 3480, 0, 3480, 2280, Text, Dot},
-    Drawing::Line{{"LineDistExt", 1}, FrameActualDist, 600, 480, 600, 1080, Text, Dot},
-    Drawing::Line{{"LineVoltExt", 0}, FrameGraph, 6840, 1200, 0, 1200, Text, Dot},
-    Drawing::Line{{"LineVoltExt", 1}, FrameOutputVoltage, 240, 480, 0, 480, Text, Dot},
+    Measured({{"LineDistExt", 0}, FrameGraph, 3480, 0, 3480, 2280, Text, Dot}),
+    Measured({{"LineDistExt", 1}, FrameActualDist, 600, 480, 600, 1080, Text, Dot}),
+    Measured({{"LineVoltExt", 0}, FrameGraph, 6840, 1200, 0, 1200, Text, Dot}),
+    Measured({{"LineVoltExt", 1}, FrameOutputVoltage, 240, 480, 0, 480, Text, Dot}),
     Drawing::Line{{"LineManual"}, FrameManOutput, 840, 480, 1200, 480, Text, Dot},
-    Drawing::Line{{"ZentrovaLine"}, FrameZentrova, 0, 600, 0, 840, Blue, Solid},
+    Measured({{"ZentrovaLine"}, FrameZentrova, 0, 600, 0, 840, Blue, Solid}),
     Drawing::Line{{"Line1"}, FrameGraphGroup, 8640, 360, 9720, 360, Text, Dash},
     Drawing::Line{{"Line2"}, FrameGraphGroup, 8640, 600, 9720, 600, Text, DashDot},
 };
@@ -85,10 +90,12 @@ inline constexpr std::array Lines = {
 inline constexpr Drawing::Line Segment{
     {"LineHyperbolic", 0}, FrameGraph, 3120, 1920, 3840, 1920, Blue, Solid, 2, false};
 
+inline constexpr Drawing::Shape Target{{"ShapeTarget"}, FrameTarget, 60, 60, 1095, 1095, Circle, Red, true};
+
 inline constexpr std::array Shapes = {
     Drawing::Shape{{"Shape1"}, FrameTransducer, 0, 0, 360, 495, Rectangle, Gray},
     Drawing::Shape{{"ShapeTransducerA"}, FrameTransducer, 360, 60, 135, 375, Rectangle, Blue},
-    Drawing::Shape{{"ShapeTarget"}, FrameTarget, 60, 60, 1095, 1095, Circle, Red},
+    Target,
 };
 
 // The markers PicRelay: vertical strips of the chart with a LineRelay in the middle.

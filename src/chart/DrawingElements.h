@@ -53,7 +53,7 @@ constexpr Id Member(Id array, int index) {
     return static_cast<Id>(static_cast<int>(array) + index);
 }
 
-enum class Colour { Text, Blue, Green, Red, Olive, Gray };
+enum class Colour { Text, Blue, Green, Red, Olive, Gray, Dimmed };
 enum class LineStyle { Solid, Dot, Dash, DashDot };
 enum class Outline { Rectangle, Circle };
 
@@ -81,6 +81,7 @@ struct Line {
     LineStyle style = LineStyle::Solid;
     int width = 1; // pixels
     bool visible = true;
+    bool measured = false; // shows a value that the sensor measures
 
     bool operator==(const Line &) const = default;
 };
@@ -95,6 +96,7 @@ struct Shape {
     float height = 0;
     Outline outline = {};
     Colour fill = {};
+    bool measured = false;
 };
 
 // A frame, label, text box or relay marker. Its widget takes its place, appearance and texts from here.

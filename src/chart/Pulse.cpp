@@ -10,6 +10,13 @@ constexpr std::int16_t lastStep = 15;
 constexpr float growth = 15;     // twips at each end, each tick
 constexpr float halfLength = 60; // length of a new pulse on either side of the centre
 
+void MakeNew(Drawing::Line &line, const Drawing::Control &space) {
+    const auto centre = static_cast<float>(ToInt32(space.height / 2));
+    line.y1 = centre - halfLength;
+    line.y2 = centre + halfLength;
+    line.visible = true;
+}
+
 } // namespace
 
 void Pulse::Advance(BasicDrawing &drawing, bool echo) {
@@ -17,7 +24,6 @@ void Pulse::Advance(BasicDrawing &drawing, bool echo) {
     Drawing::Control &target = drawing.At(Drawing::ControlId::FrameTarget);
     Drawing::Line &line = drawing.At(Drawing::LineId::ZentrovaLine);
 
-    const auto centre = static_cast<float>(ToInt32(space.height / 2));
     line.x1 = (space.width - 20) * static_cast<float>(step_) / static_cast<float>(lastStep);
     line.x2 = line.x1;
     line.y1 -= growth;
@@ -30,9 +36,7 @@ void Pulse::Advance(BasicDrawing &drawing, bool echo) {
     } else if (step_ < 0) {
         step_ = 0;
         outbound_ = true;
-        line.y1 = centre - halfLength;
-        line.y2 = centre + halfLength;
-        line.visible = true;
+        MakeNew(line, space);
     }
 
     target.visible = echo;
@@ -41,6 +45,15 @@ void Pulse::Advance(BasicDrawing &drawing, bool echo) {
     } else if (!outbound_) {
         line.visible = false;
     }
+}
+
+void Pulse::Rest(BasicDrawing &drawing, bool echo) {
+    *this = {};
+    Drawing::Line &line = drawing.At(Drawing::LineId::ZentrovaLine);
+    line.x1 = 0;
+    line.x2 = 0;
+    MakeNew(line, drawing.At(Drawing::ControlId::FrameZentrova));
+    drawing.At(Drawing::ControlId::FrameTarget).visible = echo;
 }
 
 } // namespace ztv

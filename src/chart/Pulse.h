@@ -12,6 +12,9 @@ public:
     // Advances by one tick: moves ZentrovaLine, and shows or hides it and FrameTarget by `echo`.
     void Advance(BasicDrawing &drawing, bool echo);
 
+    // Puts a new pulse at the transducer, where it stays until the next Advance. Shows FrameTarget by `echo`.
+    void Rest(BasicDrawing &drawing, bool echo);
+
 private:
     std::int16_t step_ = 0;
     bool outbound_ = false;

@@ -8,6 +8,8 @@
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
+#include <QScopedValueRollback>
+
 namespace ztv {
 
 namespace {
@@ -38,6 +40,8 @@ LinkSession::LinkSession(ClassZentrova &zentrova, Dependencies dependencies, QOb
       mbaxp1_(dependencies_.deviceOfPort) {
     connect(&mbaxp1_, &Mbaxp::TransactionDone, this, &LinkSession::TransactionDone);
     connect(&mbaxp1_, &Mbaxp::TransactionFailed, this, &LinkSession::TransactionFailed);
+    connect(&mbaxp1_, &Mbaxp::DeviceLost, &values_, &ValueWatch::Lost);
+    connect(&values_, &ValueWatch::Changed, this, &LinkSession::ValueStateChanged);
     zentrova_.ConnectTo(this);
 }
 
@@ -94,6 +98,7 @@ QString LinkSession::OpenFailureText() const {
 void LinkSession::GoOffline() {
     mbaxp1_.StopCyclic(LinkTransaction::Poll);
     mbaxp1_.ClosePort();
+    values_.Lost();
     zentrova_.SendWaitingWrites(); // drops them
     Q_EMIT OnlineChanged(false);
     SetStatus(QStringLiteral("Offline"));
@@ -209,11 +214,16 @@ void LinkSession::WriteComplete() {
     SendNextWriteLater(); // after a reconnect, so that it goes to the sensor's new settings
 }
 
+// Keeps the write under way until the handlers return: a write that is asked for behind the box of one of
+// them could fail and open a second box over the first.
 void LinkSession::WriteFailed(std::int16_t written, LinkStatus status) {
     SetStatus(WordsOf(status));
     zentrova_.ParamWritePending(written, false);
-    Q_EMIT WriteEnded(written, status);
-    SendNextWriteLater(); // after a box that a handler shows, so that failures are shown one after another
+    {
+        const QScopedValueRollback<bool> guard(reportsFailure_, true);
+        Q_EMIT WriteEnded(written, status);
+    }
+    SendNextWriteLater();
 }
 
 void LinkSession::PollComplete() {
@@ -221,12 +231,15 @@ void LinkSession::PollComplete() {
     // values would be one row off.
     anotherSensor_ = AnswersWithAnotherAddressing();
     if (anotherSensor_) {
+        values_.Held();
         SetStatus(anotherSensorWord);
         return;
     }
     if (!zentrova_.WriteAllPending()) {
         TakePolledValues();
+        values_.Polled();
     } else if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) {
+        values_.Held();
         SetStatus(valuesHeldWord);
     }
     if (firstReadPending_) {
@@ -270,12 +283,14 @@ void LinkSession::AddressingProbeComplete() {
 }
 
 void LinkSession::DefinePoll() {
-    mbaxp1_.DefineReadRegisters(LinkTransaction::Poll, comm_.address, 0, zentrova_.ParamCount() - 1,
-                                CheckedAt(BaudTable, comm_.baud, "PollPeriodByBaud").pollPeriodMs);
+    const std::int16_t period = CheckedAt(BaudTable, comm_.baud, "PollPeriodByBaud").pollPeriodMs;
+    mbaxp1_.DefineReadRegisters(LinkTransaction::Poll, comm_.address, 0, zentrova_.ParamCount() - 1, period);
+    values_.PollPeriod(period);
 }
 
 void LinkSession::DownloadTable() {
     zentrova_.WriteAllPending(true);
+    zentrova_.TakeWaitingValues();
     DefineDownload();
     for (std::int16_t tag = 1; tag < zentrova_.ParamCount(); ++tag) {
         DownloadValue(tag, zentrova_.ValueToDownload(tag));
@@ -320,6 +335,7 @@ void LinkSession::DownloadComplete() {
     StartPollAfterConnectDownload();
     ReconnectWithDeviceSettings();
     TakeAddressingMode(ToUInt8(zentrova_.SentValue(ParamDefines::AddressingMode)));
+    SendNextWriteLater(); // the reconnect has ended a write on the line without an event
 }
 
 void LinkSession::DownloadFailed(LinkStatus status) {
@@ -348,6 +364,7 @@ void LinkSession::ReconnectWithDeviceSettings() {
     zentrova_.ForgetPendingWrites(); // their outcomes were lost with the port
     // Deliberate: no box, and the program stays in its online state.
     if (!mbaxp1_.OpenPort()) {
+        values_.Lost();
         SetStatus(portNotReopenedWord);
     }
     mbaxp1_.StartCyclic(LinkTransaction::Poll);

@@ -5,13 +5,17 @@
 #include "link/LinkStatus.h"
 #include "link/LinkTransaction.h"
 #include "link/Mbaxp.h"
+#include "link/ValueWatch.h"
 #include "model/ClassZentrova.h"
 #include "model/ParameterLink.h"
+#include "model/ValueState.h"
 
 #include <QObject>
 #include <QString>
+#include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace ztv {
 
@@ -34,6 +38,11 @@ public:
     void TimeoutCount(std::int16_t count) { timeoutCount_ = count; }
     std::int16_t CrcErrorCount() const { return crcErrorCount_; }
     void CrcErrorCount(std::int16_t count) { crcErrorCount_ = count; }
+
+    // How the table's values relate to the sensor, and the time since a poll last filled the table; none if
+    // the values are no sensor's. docs/master.md describes the states.
+    ValueState State() const { return values_.State(); }
+    std::optional<std::chrono::milliseconds> AgeOfValues() const { return values_.Age(); }
 
     // Subtracted from a parameter number to get its register address.
     std::uint8_t AddressingMode() const { return addressingMode_; }
@@ -68,6 +77,9 @@ public:
     // was answered.
     bool EchoIsPresent() const { return mbaxp1_.EchoIsPresent(); }
 
+    // True while polls are answered by a sensor that numbers its registers differently; they are rejected.
+    bool AnotherSensorAnswers() const { return anotherSensor_; }
+
     enum class ConnectOutcome { Cancelled, PortRefused, Probing };
 
     // Opens the port and starts to probe for the sensor. Without the prompt the direction stays the current
@@ -81,12 +93,14 @@ public:
     // ParameterLink
     bool PortIsOpen() const override { return mbaxp1_.PortIsOpen(); }
     bool WriteIsUnderWay() const override {
-        return rejectedWriteIsDue_ || mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite);
+        return rejectedWriteIsDue_ || reportsFailure_ ||
+               mbaxp1_.TransactionBusy(LinkTransaction::SingleWrite);
     }
     void StartWrite(std::int16_t Tag, std::int32_t value) override;
     void DefineDownload() override;
     void DownloadValue(std::int16_t Tag, std::int32_t value) override;
     void StartDownload() override;
+    void TableLoaded() override { values_.Loaded(); }
 
     // Handlers of the master's events.
     void TransactionDone(LinkTransaction transaction);
@@ -99,11 +113,12 @@ Q_SIGNALS:
     void DownloadEnded(LinkStatus status);
     void PortRefused(); // by GoOnline; OpenFailureText gives the reason
 
-    void StatusChanged(const QString &text); // the text of the status bar
-    void OnlineChanged(bool online);         // the port was opened or closed
-    void FirstReadComplete();                // the first poll since going online is in the table
-    void DeviceAnswered(LinkStatus status);  // the search probe ended
-    void TableRefreshed();                   // after every good transaction: shown values may be outdated
+    void StatusChanged(const QString &text);  // the text of the status bar
+    void OnlineChanged(bool online);          // the port was opened or closed
+    void FirstReadComplete();                 // the first poll since going online is in the table
+    void DeviceAnswered(LinkStatus status);   // the search probe ended
+    void ValueStateChanged(ValueState state); // before the refresh of the poll that changed it
+    void TableRefreshed();                    // after every good transaction: shown values may be outdated
 
 private:
     void SendNextWriteLater();
@@ -126,6 +141,7 @@ private:
     ClassZentrova &zentrova_;
     Dependencies dependencies_;
     Mbaxp mbaxp1_;
+    ValueWatch values_;
     std::int16_t timeoutCount_ = 0;
     std::int16_t crcErrorCount_ = 0;
     CommSettings comm_;
@@ -134,6 +150,7 @@ private:
     bool downloadOnConnect_ = false;
     bool firstReadPending_ = false;
     bool rejectedWriteIsDue_ = false; // the report of a write that the master rejected
+    bool reportsFailure_ = false;     // a handler of WriteEnded may have a box open
     bool anotherSensor_ = false; // the last poll was answered by one that numbers its registers differently
 };
 

@@ -398,6 +398,7 @@ void Mbaxp::OnDeadline() {
 }
 
 void Mbaxp::OnHungUp() {
+    Q_EMIT DeviceLost();
     if (phase_ == Phase::Exchange) {
         FinishWith(LinkStatus::ReadError);
     }

@@ -108,6 +108,7 @@ public:
 Q_SIGNALS:
     void TransactionDone(LinkTransaction transaction);
     void TransactionFailed(LinkTransaction transaction, LinkStatus status);
+    void DeviceLost(); // at once, also between two runs; precedes the event of a run that it ends
 
 protected:
     bool event(QEvent *event) override;

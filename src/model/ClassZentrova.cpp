@@ -65,7 +65,16 @@ std::int32_t ClassZentrova::SentValue(std::int16_t Tag) const {
 }
 
 std::int32_t ClassZentrova::ValueToDownload(std::int16_t Tag) const {
-    return IsCommand(Tag) ? ParamDefines::NoCommand : ParamValue(Tag);
+    return IsCommand(Tag) ? ParamDefines::NoCommand : SentValue(Tag);
+}
+
+void ClassZentrova::TakeWaitingValues() {
+    for (std::int16_t tag = 0; tag < ParamCount(); ++tag) {
+        if (!IsCommand(tag)) {
+            RowOf(tag).value = ParamValue(tag);
+        }
+    }
+    queue_.DropValues(ParamCount());
 }
 
 void ClassZentrova::ParamValue(std::int16_t Tag, std::int32_t NewValue) {
@@ -77,12 +86,16 @@ void ClassZentrova::WriteEach(std::int16_t Tag, std::int32_t NewValue) {
 }
 
 void ClassZentrova::Write(std::int16_t tag, std::int32_t value, Enqueue enqueue) {
-    if (ParamReadOnly(tag) || ParamValue(tag) == value) {
+    if (ParamReadOnly(tag) || IsThere(tag, value)) {
         return;
     }
     fileChanged_ = true;
     (queue_.*enqueue)({.tag = tag, .value = value, .isCommand = IsCommand(tag)});
     SendWaitingWrites();
+}
+
+bool ClassZentrova::IsThere(std::int16_t tag, std::int32_t value) const {
+    return ParamValue(tag) == value && !(IsCommand(tag) && queue_.OthersFollow(tag));
 }
 
 void ClassZentrova::SendWaitingWrites() {
@@ -112,6 +125,10 @@ bool ClassZentrova::ParamReadOnly(std::int16_t Tag) const {
 }
 bool ClassZentrova::ParamSigned(std::int16_t Tag) const {
     return RowOf(Tag).preset.isSigned;
+}
+bool ClassZentrova::ParamMeasured(std::int16_t Tag) const {
+    const PresetRow &row = RowOf(Tag).preset;
+    return row.readOnly && row.preset == 0 && row.minimum != row.maximum;
 }
 bool ClassZentrova::ParamWritePending(std::int16_t Tag) const {
     return RowOf(Tag).writePending;
@@ -182,8 +199,10 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
     const bool download = PortIsOpen();
     if (download) {
         writeAllPending_ = true;
-        queue_.KeepCommands(); // the download replaces the values that still wait
         link_->DefineDownload();
+    }
+    if (link_ != nullptr) {
+        link_->TableLoaded();
     }
     // Writes to the table directly: loading a file isn't a change by the user, and it also sets read-only
     // rows.
@@ -196,6 +215,7 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
     });
     fileNotes_ = file.Notes();
     if (download) {
+        queue_.DropValues(count); // the download replaces them
         link_->StartDownload();
     }
     // Deliberate: never InPart. The count was limited before, so a file with more rows than the table counts

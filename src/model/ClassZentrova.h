@@ -63,14 +63,20 @@ public:
     // Returns the value that was sent or polled last: ParamValue without the writes that wait.
     std::int32_t SentValue(std::int16_t Tag) const;
 
-    // Returns the value that a download sends for the row. Deliberate: a read-only row is sent, too. Returns
-    // 0 for a command row: a command still in the table or in a file was meant for an earlier sensor.
+    // Moves the values that wait for their turn into the table, for a download that carries them. Commands
+    // still wait.
+    void TakeWaitingValues();
+
+    // Returns the value that a download sends for the row: SentValue. Deliberate: a read-only row is sent,
+    // too. Returns 0 for a command row: a command still in the table or in a file was meant for an earlier
+    // sensor.
     std::int32_t ValueToDownload(std::int16_t Tag) const;
 
-    // The user's write. Ignores a read-only row and the value that is there already. Stores the value and,
-    // while the port is open, sends it to the sensor: at once, or in its turn after the writes that were
-    // asked for before. A value that still waits for its turn is replaced by a later one of its row. Returns
-    // without turning the event loop. The caller checks the row's limits.
+    // The user's write. Ignores a read-only row and the value that is there already, but not a command that
+    // waits with other writes behind it, which it doesn't act on. Stores the value and, while the port is
+    // open, sends it to the sensor: at once, or in its turn after the writes that were asked for before. A
+    // value that still waits for its turn is replaced by a later one of its row. Returns without turning the
+    // event loop. The caller checks the row's limits.
     void ParamValue(std::int16_t Tag, std::int32_t NewValue);
 
     // As the write above, but replaces no value that waits: the sensor receives each, in the order asked for.
@@ -91,6 +97,9 @@ public:
 
     bool ParamReadOnly(std::int16_t Tag) const;
     bool ParamSigned(std::int16_t Tag) const;
+
+    // True for a row that the sensor measures or counts: read-only and without a preset.
+    bool ParamMeasured(std::int16_t Tag) const;
 
     // True while a single write of the row is in flight.
     bool ParamWritePending(std::int16_t Tag) const;
@@ -134,6 +143,7 @@ private:
     void InitParamsFromPresetsFile(const QString &programFolder);
     FileOpened LoadFile(const QString &fileName);
     void Write(std::int16_t tag, std::int32_t value, Enqueue enqueue);
+    bool IsThere(std::int16_t tag, std::int32_t value) const;
     bool PortIsOpen() const { return link_ != nullptr && link_->PortIsOpen(); }
     const Row &RowOf(std::int16_t Tag) const;
     Row &RowOf(std::int16_t Tag);

@@ -11,7 +11,7 @@ public:
 
     virtual bool PortIsOpen() const = 0;
 
-    // True while a single write is in flight or its outcome is being handled.
+    // True while a single write is in flight or its failure is being handled.
     virtual bool WriteIsUnderWay() const = 0;
 
     // Starts the write of one parameter. The outcome arrives later, never from within this call, clears the
@@ -24,6 +24,9 @@ public:
     virtual void DefineDownload() = 0;
     virtual void DownloadValue(std::int16_t Tag, std::int32_t value) = 0;
     virtual void StartDownload() = 0;
+
+    // Reports that the values of a settings file replace those of the table, also while the port is closed.
+    virtual void TableLoaded() = 0;
 };
 
 } // namespace ztv

@@ -32,8 +32,12 @@ std::optional<WriteQueue::Write> WriteQueue::Next() {
     return write;
 }
 
-void WriteQueue::KeepCommands() {
-    std::erase_if(writes_, [](const Write &write) { return !write.isCommand; });
+bool WriteQueue::OthersFollow(std::int16_t tag) const {
+    return ValueOf(tag) && writes_.back().tag != tag;
+}
+
+void WriteQueue::DropValues(std::int16_t end) {
+    std::erase_if(writes_, [end](const Write &write) { return !write.isCommand && write.tag < end; });
 }
 
 void WriteQueue::WhenEmpty(std::function<void()> work) {

@@ -33,8 +33,11 @@ public:
     // Removes and returns the next write; none if the queue is empty.
     std::optional<Write> Next();
 
-    // Drops all writes but the commands.
-    void KeepCommands();
+    // Returns true if the row's last waiting write has other rows' writes behind it.
+    bool OthersFollow(std::int16_t tag) const;
+
+    // Drops the values of the rows below `end`; commands stay.
+    void DropValues(std::int16_t end);
 
     // Calls `work` as soon as no write waits: at once, or in the next Emptied().
     void WhenEmpty(std::function<void()> work);

@@ -47,8 +47,7 @@ Settings ForTorque(const ClassZentrova &zentrova, const Roll &roll);
 Settings ForVelocity(const ClassZentrova &zentrova, const Roll &roll);
 
 // Writes the settings in the order in which the sensor must receive them. After the distances, writes the
-// range limits around the distances in the table; last, if `save`, writes the save command. Each write may
-// turn the event loop.
+// range limits around the distances in the table; last, if `save`, writes the save command.
 void Write(ClassZentrova &zentrova, const Settings &settings, bool save);
 
 // Returns the distance to the full roll's surface, with two decimals, from the distance to the empty core's

@@ -42,6 +42,13 @@ bool FileCommands::DownloadIsWanted() {
                {.icon = BoxIcon::Exclamation, .buttons = BoxButtons::YesNo}) == BoxAnswer::Yes;
 }
 
+void FileCommands::OpenAtStart(const QString &name) {
+    const OpenOutcome outcome = dependencies_.openFile(name);
+    if (outcome.result == FileOpened::Failed) {
+        silentFailure_ = Failure{.isSave = false, .name = name, .reason = outcome.fault};
+    }
+}
+
 void FileCommands::Open() {
     if (!OfferToSaveChanges(QStringLiteral("Save changes in file %1?").arg(currentFileName_)) ||
         !DownloadIsWanted()) {
@@ -52,6 +59,7 @@ void FileCommands::Open() {
         return;
     }
     const OpenOutcome outcome = dependencies_.openFile(*name);
+    silentFailure_.reset();
     if (!outcome.fault.isEmpty()) {
         dependencies_.dialogs.OwnedMessageBox(outcome.fault,
                                               {.icon = BoxIcon::None, .buttons = BoxButtons::Ok}, QString());
@@ -82,14 +90,16 @@ void FileCommands::Save(SaveAs which) {
         }
         currentFileName_ = *name;
     }
+    silentFailure_.reset();
     bool notSaved = false;
     try {
         notSaved = dependencies_.saveFile(currentFileName_);
-    } catch (const Fault &) {
-        // Deliberate: a save that asked for its name fails silently; any other ends the program.
+    } catch (const Fault &fault) {
+        // Deliberate: a save that asked for its name fails without a box; any other ends the program.
         if (!asks) {
             throw;
         }
+        silentFailure_ = Failure{.isSave = true, .name = currentFileName_, .reason = fault.Description()};
         return;
     }
     if (notSaved) {

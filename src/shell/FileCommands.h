@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace ztv {
@@ -25,10 +26,24 @@ public:
         std::function<void()> showTable; // shows it on the tabs
     };
 
+    // A command that failed without a box.
+    struct Failure {
+        bool isSave = false;
+        QString name;
+        QString reason;
+    };
+
     explicit FileCommands(Dependencies dependencies) : dependencies_(std::move(dependencies)) {}
 
     // Returns the name of the open file; empty if none is open.
     const QString &CurrentFileName() const { return currentFileName_; }
+
+    // Returns the failure that no box has shown; none since a later file command succeeded or showed a box.
+    const std::optional<Failure> &SilentFailure() const { return silentFailure_; }
+
+    // Opens the file of the command line. Deliberate: shows no box if it can't be opened, and a later "Save"
+    // asks for a name.
+    void OpenAtStart(const QString &name);
 
     void Open();
 
@@ -45,6 +60,7 @@ private:
 
     Dependencies dependencies_;
     QString currentFileName_;
+    std::optional<Failure> silentFailure_;
 };
 
 } // namespace ztv

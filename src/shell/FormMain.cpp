@@ -22,6 +22,8 @@
 #include "shell/LinkNotices.h"
 #include "shell/MainCommands.h"
 #include "shell/MakerAddress.h"
+#include "shell/MessageStrip.h"
+#include "shell/StripWatch.h"
 #include "shell/TabFrames.h"
 #include "shell/WindowPlacement.h"
 #include "support/ApplicationTitle.h"
@@ -43,9 +45,16 @@
 #include <QLayout>
 #include <QStatusBar>
 #include <QTimer>
+#include <algorithm>
 #include <utility>
 
 namespace ztv {
+
+namespace {
+
+constexpr std::int32_t troubleshootingTopic = 1300;
+
+} // namespace
 
 FormMain::FormMain(Dependencies dependencies)
     : dependencies_(std::move(dependencies)),
@@ -82,10 +91,12 @@ FormMain::FormMain(Dependencies dependencies)
 
     BuildControls(options.CheckoutEnabled);
     BuildPages();
+    BuildStrip(deviceOfPort);
     ConnectCommands();
     ConnectLink();
     ConnectPages();
     ShowLinkState(false);
+    tabs_->CurrentPage().ShowState(link_->State());
     LayOut();
     tabs_->Colour();
     timer1_->start(); // last: its tick reads the table
@@ -189,10 +200,9 @@ void FormMain::BuildFileCommands() {
             }});
 }
 
-// Deliberate: a file that can't be opened at the start shows no box, and a later "Save" asks for a name.
 void FormMain::OpenFileOfCommandLine(const QString &name) {
     if (!name.isEmpty()) {
-        zentrova_->OpenFile(name);
+        fileCommands_->OpenAtStart(name);
     }
 }
 
@@ -227,15 +237,83 @@ void FormMain::BuildPages() {
     tabs_->SetPage(Tab::Checkout, checkout);
 }
 
+// Built after the pages, so that Tab reaches its buttons after theirs.
+void FormMain::BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort) {
+    strip_ = new MessageStrip(centralWidget());
+    stripWatch_ = std::make_unique<StripWatch>(StripWatch::Dependencies{
+        .link = *link_, .zentrova = *zentrova_, .files = *fileCommands_, .deviceOfPort = deviceOfPort});
+    connect(stripWatch_.get(), &StripWatch::Changed, strip_, &MessageStrip::Show);
+    connect(strip_, &MessageStrip::Pressed, this, &FormMain::ObeyStrip);
+    connect(tabs_, &TabFrames::LaidOut, this, &FormMain::PlaceStrip);
+    strip_->Show(stripWatch_->Message());
+}
+
+// In the free band; with large fonts also over the frame of the tabs, but over no page.
+void FormMain::PlaceStrip() {
+    constexpr int gap = 2;
+    QRect place = tabs_->Band().adjusted(0, gap, 0, -gap);
+    const int missing = strip_->sizeHint().height() - place.height();
+    const int lowest = tabs_->CurrentPage().geometry().bottom() + gap;
+    place.setTop(std::max(lowest, place.top() - std::max(missing, 0)));
+    strip_->setGeometry(place);
+}
+
+void FormMain::ObeyStrip(StripAction action) {
+    switch (action) {
+    case StripAction::ResetCounters:
+        link_->TimeoutCount(0);
+        link_->CrcErrorCount(0);
+        stripWatch_->Update();
+        break;
+    case StripAction::Online:
+        GoOnline(ConnectPrompt::Ask);
+        break;
+    case StripAction::GoOffline:
+        GoOffline();
+        break;
+    case StripAction::Communications:
+        ShowCommunications();
+        break;
+    case StripAction::Search:
+        GoOffline();
+        ShowSearch();
+        break;
+    case StripAction::OpenFile:
+        OpenFile();
+        break;
+    case StripAction::SaveAs:
+        AfterEntry([this] { SaveFileAs(); });
+        break;
+    case StripAction::Help:
+        help_->HHDisplayTopicID(winId(), troubleshootingTopic);
+        break;
+    }
+}
+
+void FormMain::OpenFile() {
+    fileCommands_->Open();
+    stripWatch_->Update();
+}
+
+void FormMain::SaveFile() {
+    fileCommands_->Save(FileCommands::SaveAs::CurrentName);
+    stripWatch_->Update();
+}
+
+void FormMain::SaveFileAs() {
+    fileCommands_->Save(FileCommands::SaveAs::AskedName);
+    stripWatch_->Update();
+}
+
 void FormMain::ConnectCommands() {
     const auto goOnline = [this] { GoOnline(ConnectPrompt::Ask); };
     const auto goOffline = [this] { GoOffline(); };
-    const auto openFile = [this] { fileCommands_->Open(); };
+    const auto openFile = [this] { OpenFile(); };
     const auto afterEntry = [this](const std::function<void()> &work) {
         return [this, work] { AfterEntry(work); };
     };
-    const auto saveFile = afterEntry([this] { fileCommands_->Save(FileCommands::SaveAs::CurrentName); });
-    const auto saveFileAs = afterEntry([this] { fileCommands_->Save(FileCommands::SaveAs::AskedName); });
+    const auto saveFile = afterEntry([this] { SaveFile(); });
+    const auto saveFileAs = afterEntry([this] { SaveFileAs(); });
     const auto saveInSensor =
         afterEntry([this] { zentrova_->ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings); });
     const auto exit = [this] { close(); };
@@ -271,6 +349,8 @@ void FormMain::ConnectLink() {
     connect(link_.get(), &LinkSession::StatusChanged, statusText_, &QLabel::setText);
     connect(link_.get(), &LinkSession::OnlineChanged, this, &FormMain::ShowLinkState);
     connect(link_.get(), &LinkSession::FirstReadComplete, this, &FormMain::ConfigureBasicTab);
+    connect(link_.get(), &LinkSession::ValueStateChanged, this,
+            [this](ValueState state) { tabs_->CurrentPage().ShowState(state); });
     connect(link_.get(), &LinkSession::TableRefreshed, this, &FormMain::UpdateDisplay);
 }
 
@@ -347,6 +427,12 @@ void FormMain::ShowCommunications() {
     FormComms(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, *help_, this).exec();
 }
 
+void FormMain::ShowSearch() {
+    FormComms form(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, *help_, this);
+    QMetaObject::invokeMethod(&form, &FormComms::Search, Qt::QueuedConnection);
+    form.exec();
+}
+
 void FormMain::ShowTransmitDelay() {
     FormTransmitDelay(*zentrova_, *link_, dependencies_.dialogs, *help_, this).exec();
 }
@@ -395,6 +481,7 @@ void FormMain::ShowTab() {
     } else {
         timer1_->stop();
     }
+    tabs_->CurrentPage().ShowState(link_->State());
     tabs_->CurrentPage().Entered();
     ConfigureBasicTab();
     UpdateDisplay();
@@ -412,7 +499,16 @@ void FormMain::changeEvent(QEvent *event) {
     QMainWindow::changeEvent(event);
     const bool otherColours = event->type() == QEvent::StyleChange || event->type() == QEvent::PaletteChange;
     if (otherColours && tabs_ != nullptr) {
-        tabs_->Colour();
+        // From the event loop: the strip, whose colour the pages take, gets the new palette after the form.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                tabs_->Colour();
+                if (strip_ != nullptr) {
+                    strip_->Colour();
+                }
+            },
+            Qt::QueuedConnection);
     }
 }
 
@@ -429,15 +525,32 @@ bool FormMain::MayCloseNow() {
         return false;
     }
     if (!zentrova_->WritesWait()) {
+        closesOnceSent_ = false;
         return true;
     }
     if (!std::exchange(closesOnceSent_, true)) {
-        zentrova_->WhenWritesAreSent([this] {
-            closesOnceSent_ = false;
-            QMetaObject::invokeMethod(this, &FormMain::close, Qt::QueuedConnection);
-        });
+        CloseOnceSent();
     }
     return false;
+}
+
+// The program can't end behind a dialog, which may have been opened since the request to close. The window
+// then closes after the dialog.
+void FormMain::CloseOnceSent() {
+    const auto closeIfFree = [this] {
+        if (QApplication::activeModalWidget() == nullptr && std::exchange(closesOnceSent_, false)) {
+            close();
+        }
+    };
+    zentrova_->WhenWritesAreSent(
+        [this, closeIfFree] { QMetaObject::invokeMethod(this, closeIfFree, Qt::QueuedConnection); });
+}
+
+bool FormMain::event(QEvent *event) {
+    if (event->type() == QEvent::WindowUnblocked && closesOnceSent_) {
+        CloseOnceSent();
+    }
+    return QMainWindow::event(event);
 }
 
 void FormMain::closeEvent(QCloseEvent *event) {

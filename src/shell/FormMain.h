@@ -16,6 +16,7 @@ class QTimer;
 
 namespace ztv {
 
+enum class StripAction;
 class BasicPage;
 class BootComm;
 class UpgradeVersions;
@@ -27,7 +28,9 @@ class HelpEngine;
 class LinkNotices;
 class LinkSession;
 class MainCommands;
+class MessageStrip;
 class SettingsStore;
+class StripWatch;
 class TabFrames;
 class UserDialogs;
 class ValueOverlay;
@@ -103,12 +106,19 @@ public:
     void ShowAsStored();
 
 protected:
+    bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
     void BuildControls(bool withCheckout);
     void BuildPages();
+    void BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort);
+    void PlaceStrip();
+    void ObeyStrip(StripAction action);
+    void OpenFile();
+    void SaveFile();
+    void SaveFileAs();
     void AskToClearSettings(bool wanted);
     void BuildFileCommands();
     void OpenFileOfCommandLine(const QString &name);
@@ -118,6 +128,7 @@ private:
     bool LeaveEntry();
     void AfterEntry(const std::function<void()> &work);
     bool MayCloseNow();
+    void CloseOnceSent();
     void ShowTab();
     void LayOut();
     void ShowLinkState(bool online);
@@ -126,6 +137,7 @@ private:
     void UpdateCaption();
     void ShowMakersPages();
     void ShowCommunications();
+    void ShowSearch();
     void ShowTransmitDelay();
     void ShowUpgradeFirmware();
     void ShowWizard();
@@ -149,9 +161,11 @@ private:
     QTimer *timer1_ = nullptr;
     TabFrames *tabs_ = nullptr;
     QLabel *statusText_ = nullptr;
+    MessageStrip *strip_ = nullptr;
+    std::unique_ptr<StripWatch> stripWatch_;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
-    bool closesOnceSent_ = false; // the window closes once the waiting writes are sent
+    bool closesOnceSent_ = false; // the window closes once the waiting writes are sent and no dialog is open
 };
 
 } // namespace ztv

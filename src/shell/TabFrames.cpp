@@ -130,6 +130,7 @@ void TabFrames::LayOut() {
     strip_->setGeometry(Controls::FromTwips(stripLeft, stripTop, stripWidth, stripHeight));
     CurrentPage().setGeometry(Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip,
                                                   stripWidth - 400, stripHeight - 800));
+    Q_EMIT LaidOut();
 }
 
 QRect TabFrames::Band() const {

@@ -55,6 +55,7 @@ public:
 Q_SIGNALS:
     void Leaving(); // the user selected another tab; the previous page is still the current one
     void Changed(); // another page is visible
+    void LaidOut(); // Band() may have changed
 
 private:
     struct Shown {

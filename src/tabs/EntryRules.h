@@ -18,7 +18,7 @@ public:
     EntryRules(ClassZentrova &zentrova, UserDialogs &dialogs);
 
     // Validates a text typed for a parameter, with or without its unit, and writes its value. Returns false,
-    // with the table unchanged, after showing the user the reason. The write may turn the event loop.
+    // with the table unchanged, after showing the user the reason.
     bool ValidateAndWriteText(const QString &text, std::int16_t tag);
 
     // Returns true if a new raw value is consistent with the other distances and diameters; otherwise shows

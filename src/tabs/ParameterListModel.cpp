@@ -148,6 +148,8 @@ QVariant ParameterListModel::data(const QModelIndex &index, int role) const {
         return ParameterEditors::NoteOf(zentrova_, row.tag, index.row());
     case ReadOnlyRole:
         return row.readOnly;
+    case MeasuredRole:
+        return zentrova_.ParamMeasured(row.tag);
     case KeyRole:
         return QStringLiteral("Key%1").arg(row.tag);
     default:

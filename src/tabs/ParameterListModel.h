@@ -18,7 +18,7 @@ class ParameterListModel : public QAbstractTableModel {
 
 public:
     enum Column { Tag, Name, Value, Preset, Columns };
-    enum Role { ReadOnlyRole = Qt::UserRole, KeyRole };
+    enum Role { ReadOnlyRole = Qt::UserRole, MeasuredRole, KeyRole };
     enum class View {
         All,
         Changed, // writable parameters whose value differed from its preset at Fill

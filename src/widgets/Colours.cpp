@@ -1,16 +1,16 @@
 #include "widgets/Colours.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace ztv {
 
 namespace Colours {
 
 namespace {
-
-constexpr double legibleContrast = 4.5;
 
 double Luminance(const QColor &colour) {
     const auto linear = [](double part) {
@@ -28,9 +28,15 @@ QColor Between(const QColor &from, const QColor &to, double part) {
 
 class LegibilityKeeper : public QObject {
 public:
-    LegibilityKeeper(QWidget &control, Legible what) : QObject(&control), control_(control), what_(what) {
+    explicit LegibilityKeeper(QWidget &control) : QObject(&control), control_(control) {
         control.installEventFilter(this);
-        Colour();
+    }
+
+    void Keep(Legible what) {
+        if (what_ != what) {
+            what_ = what;
+            Colour();
+        }
     }
 
 protected:
@@ -45,24 +51,28 @@ private:
     static constexpr QPalette::ColorRole roles_[] = {QPalette::Text, QPalette::WindowText,
                                                      QPalette::ButtonText};
 
-    // Starts from the palette's disabled colour; one that a previous call has set serves as well.
+    // Starts from the disabled colour of the desktop: the control's own may be one that was set here. Sets
+    // these roles alone, so that the others follow the page and the desktop.
     void Colour() {
         if (colouring_) {
             return;
         }
         colouring_ = true;
-        QPalette palette = control_.palette();
-        const QColor dimmed = LegibleDisabledText(palette);
+        QPalette present = control_.palette();
+        present.setColor(QPalette::Disabled, QPalette::Text,
+                         QApplication::palette(&control_).color(QPalette::Disabled, QPalette::Text));
+        const QColor dimmed = LegibleDisabledText(present);
+        QPalette own;
         for (const QPalette::ColorRole role : roles_) {
-            palette.setColor(QPalette::Disabled, role,
-                             what_ == Legible::Entry ? dimmed : palette.color(QPalette::Active, role));
+            own.setColor(QPalette::Disabled, role,
+                         what_ == Legible::Entry ? dimmed : present.color(QPalette::Active, role));
         }
-        control_.setPalette(palette);
+        control_.setPalette(own);
         colouring_ = false;
     }
 
     QWidget &control_;
-    Legible what_;
+    std::optional<Legible> what_;
     bool colouring_ = false;
 };
 
@@ -85,14 +95,14 @@ double Contrast(const QColor &one, const QColor &other) {
     return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
 }
 
-QColor LegibleDisabledText(const QPalette &palette) {
+QColor LegibleDisabledText(const QPalette &palette, double contrast) {
     const QColor text = palette.color(QPalette::Active, QPalette::Text);
     const QColor start = palette.color(QPalette::Disabled, QPalette::Text);
     QColor colour = start;
     constexpr int steps = 20;
     const auto legible = [&] {
         for (const QPalette::ColorRole ground : {QPalette::Base, QPalette::Window, QPalette::Button}) {
-            if (Contrast(colour, palette.color(QPalette::Disabled, ground)) < legibleContrast) {
+            if (Contrast(colour, palette.color(QPalette::Disabled, ground)) < contrast) {
                 return false;
             }
         }
@@ -105,7 +115,13 @@ QColor LegibleDisabledText(const QPalette &palette) {
 }
 
 void KeepLegibleWhileDisabled(QWidget &control, Legible what) {
-    new LegibilityKeeper(control, what);
+    for (QObject *child : control.children()) {
+        if (auto *keeper = dynamic_cast<LegibilityKeeper *>(child)) {
+            keeper->Keep(what);
+            return;
+        }
+    }
+    (new LegibilityKeeper(control))->Keep(what);
 }
 
 } // namespace Colours

@@ -30,12 +30,16 @@ QColor TextOn(const QColor &ground);
 // Returns the contrast ratio: from 1 for equal colours to 21 for black on white.
 double Contrast(const QColor &one, const QColor &other);
 
+// The least contrasts at which text is legible, and figures of a large font.
+inline constexpr double TextContrast = 4.5;
+inline constexpr double LargeContrast = 3;
+
 // Returns the palette's colour of disabled text, moved towards the colour of text until it is legible: for
 // text that can't be edited but must be readable.
-QColor LegibleDisabledText(const QPalette &palette);
+QColor LegibleDisabledText(const QPalette &palette, double contrast = TextContrast);
 
 // Gives the control that colour while it is disabled, also after a change of its palette. A Reading, which
-// the user can never edit, keeps the colour of text.
+// the user can never edit, keeps the colour of text. A later call replaces the choice of an earlier one.
 enum class Legible { Entry, Reading };
 void KeepLegibleWhileDisabled(QWidget &control, Legible what = Legible::Entry);
 

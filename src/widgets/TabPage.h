@@ -4,6 +4,8 @@
 
 namespace ztv {
 
+enum class ValueState; // model/ValueState.h
+
 // A page of the main form's tabs. The form sets its size; the page itself controls its content.
 class TabPage : public QFrame {
     Q_OBJECT
@@ -17,6 +19,10 @@ public:
 
     // Called when the user has changed to this page. May write parameters.
     virtual void Entered() {}
+
+    // Shows whether the measured values are live. Called when that changes, for the visible page, and before
+    // a page is entered.
+    virtual void ShowState(ValueState) {}
 
     // Copies the parameter table onto the page. Called only for the visible page.
     virtual void UpdateDisplay() {}

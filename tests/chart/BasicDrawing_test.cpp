@@ -4,6 +4,7 @@
 #include "tests/helpers/Printers.h"
 
 #include <gtest/gtest.h>
+#include <set>
 #include <string>
 
 namespace ztv {
@@ -279,6 +280,31 @@ TEST_F(BasicDrawingTest, GivesAPainterTheVisibleLinesOfAFrameInOrder) {
                                         "LineFarDistExt(0)", "LineDistExt(0)", "LineVoltExt(0)"}));
     EXPECT_EQ(namesIn(Member(ControlId::PicRelay, 2)), (std::vector<std::string>{"LineRelay(2)"}));
     EXPECT_EQ(namesIn(ControlId::FrameRange), std::vector<std::string>());
+}
+
+TEST_F(BasicDrawingTest, DimsOnlyWhatShowsAMeasuredValue) {
+    const auto dimmed = [this] {
+        std::set<std::string> names;
+        for (const Line &line : drawing_.Lines()) {
+            if (drawing_.ColourOf(line) == Colour::Dimmed) {
+                names.insert(ToString(line.name).toStdString());
+            } else {
+                EXPECT_EQ(drawing_.ColourOf(line), line.colour);
+            }
+        }
+        for (const Shape &shape : BasicDrawing::Shapes()) {
+            if (drawing_.ColourOf(shape) == Colour::Dimmed) {
+                names.insert(ToString(shape.name).toStdString());
+            }
+        }
+        return names;
+    };
+    EXPECT_TRUE(dimmed().empty());
+    drawing_.MeasuredIsLive(false);
+    EXPECT_EQ(dimmed(), (std::set<std::string>{"LineDistExt(0)", "LineDistExt(1)", "LineVoltExt(0)",
+                                               "LineVoltExt(1)", "ZentrovaLine", "ShapeTarget"}));
+    drawing_.MeasuredIsLive(true);
+    EXPECT_TRUE(dimmed().empty());
 }
 
 } // namespace ztv

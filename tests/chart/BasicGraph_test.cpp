@@ -559,4 +559,45 @@ TEST_F(BasicGraphOnline, FollowsTheModeThatAPollBringsWhileTheWriteWaits) {
     EXPECT_TRUE(TheLine(LineId::LineLinearSlope).visible);
 }
 
+// Values that aren't live. ---------------------------------------------------------------------------
+
+TEST_F(BasicGraphTest, RestsThePulseAndDimsWhatIsMeasuredWhileItIsNotLive) {
+    Configure(ParamDefines::LinearMode);
+    Set(ParamDefines::ActualDistance, 2100);
+    Set(ParamDefines::OutputVoltage, 500);
+    for (int tick = 0; tick < 8; ++tick) {
+        graph_.UpdateGraph();
+    }
+    const Line distance = TheLine(LineId::LineDistExt);
+    EXPECT_GT(TheLine(LineId::ZentrovaLine).x1, 0);
+
+    drawing_.MeasuredIsLive(false);
+    for (int tick = 0; tick < 3; ++tick) {
+        graph_.UpdateGraph();
+    }
+    EXPECT_EQ(TheLine(LineId::ZentrovaLine).x1, 0);
+    EXPECT_TRUE(TheLine(LineId::LineDistExt) == distance) << "the last values stand";
+    EXPECT_TRUE(TheControl(ControlId::FrameTarget).visible);
+    Set(ParamDefines::NearDistance, 2100); // a setting that the user changes offline
+    graph_.UpdateGraph();
+    EXPECT_EQ(TheLine(LineId::LineDistExt).x1, TheLine(LineId::LineNearDistExt).x1);
+
+    drawing_.MeasuredIsLive(true);
+    for (int tick = 0; tick < 4; ++tick) {
+        graph_.UpdateGraph();
+    }
+    EXPECT_GT(TheLine(LineId::ZentrovaLine).x1, 0);
+}
+
+TEST_F(BasicGraphTest, DoesNothingOnATickWhileThePulseRests) {
+    Configure(ParamDefines::LinearMode);
+    drawing_.MeasuredIsLive(false);
+    graph_.UpdateGraph();
+    DrawingChanges changes(drawing_);
+    graph_.UpdateGraph();
+    const DrawingChanges::Since since = changes.Take();
+    EXPECT_TRUE(since.areas.empty());
+    EXPECT_TRUE(since.controls.empty());
+}
+
 } // namespace ztv

@@ -31,6 +31,28 @@ TEST_F(PulseTest, StartsWithANewPulseAtTheTransducer) {
     EXPECT_TRUE(line_.visible);
 }
 
+TEST_F(PulseTest, RestsAsANewPulseAtTheTransducerAndLeavesFromThere) {
+    Tick(true, 9);
+    EXPECT_GT(line_.x1, 0);
+    for (int times = 0; times < 2; ++times) {
+        pulse_.Rest(drawing_, true);
+        EXPECT_EQ(line_.x1, 0);
+        EXPECT_EQ(line_.x2, 0);
+        EXPECT_EQ(line_.y1, 608);
+        EXPECT_EQ(line_.y2, 728);
+        EXPECT_TRUE(line_.visible);
+        EXPECT_TRUE(target_.visible);
+    }
+    pulse_.Rest(drawing_, false);
+    EXPECT_TRUE(line_.visible) << "without an echo too";
+    EXPECT_FALSE(target_.visible);
+    Tick(true);
+    EXPECT_EQ(line_.x1, 0);
+    EXPECT_EQ(line_.y1, 608);
+    Tick(true, 3);
+    EXPECT_GT(line_.x1, 0);
+}
+
 TEST_F(PulseTest, TakesAHalfOfTheHeightToTheEvenNeighbour) {
     drawing_.At(ControlId::FrameZentrova).height = 1337; // 668.5
     Tick(true);

@@ -1,14 +1,18 @@
 #include "model/ParamDefines.h"
 #include "tests/e2e/Session.h"
 #include "tests/helpers/Printers.h"
+#include "widgets/Colours.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QTabBar>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 #include <algorithm>
+#include <chrono>
 #include <set>
 
 namespace ztv {
@@ -397,6 +401,99 @@ TEST_F(SessionTest, WritesTheNearDistanceBehindAFarDistanceInHyperbolicMode) {
     EXPECT_TRUE(WaitForPolls(2));
     EXPECT_EQ(sensor_->Writes(), (Writes{{29, 2050}, {28, 1000}}));
     EXPECT_EQ(Ui().Text("TextParam(3)"), QStringLiteral("10.00\""));
+}
+
+// The state of the values. ---------------------------------------------------------------------------
+
+TEST_F(SessionTest, ShowsMeasuredValuesAsPresentOnlyWhileTheyAre) {
+    StartSensor();
+    sensor_->HoldTarget(9000);
+    Start();
+    const auto shown = [this] {
+        const QPalette palette = Ui().Get<QLineEdit>("TextParam(6)").palette();
+        return palette.color(QPalette::Disabled, QPalette::Text);
+    };
+    const QColor black = form_->palette().color(QPalette::Text);
+    const QColor grey = Colours::LegibleDisabledText(form_->palette());
+    const auto pulseRests = [this] {
+        const QImage before = Ui().Get<QWidget>("FrameZentrova").grab().toImage();
+        int ticks = 0;
+        const auto connection =
+            QObject::connect(&Ui().Get<QTimer>("Timer1"), &QTimer::timeout, [&ticks] { ++ticks; });
+        EXPECT_TRUE(WaitUntil([&ticks] { return ticks >= 4; }));
+        QObject::disconnect(connection);
+        return Ui().Get<QWidget>("FrameZentrova").grab().toImage() == before;
+    };
+    EXPECT_EQ(shown(), grey);
+    EXPECT_TRUE(Ui().Get<QWidget>("FrameTarget").isHidden()) << "no echo was ever heard";
+    EXPECT_TRUE(pulseRests());
+
+    GoOnline();
+    EXPECT_TRUE(WaitUntil([&] { return form_->Link().State() == ValueState::Live; }));
+    EXPECT_EQ(shown(), black);
+    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("90.00\""));
+    EXPECT_TRUE(WaitUntil([this] { return !Ui().Get<QWidget>("FrameTarget").isHidden(); }));
+    EXPECT_FALSE(pulseRests());
+
+    QElapsedTimer sincePulled;
+    sincePulled.start();
+    sensor_.reset(); // the cable
+    EXPECT_TRUE(WaitUntil([&] { return shown() == grey; }));
+    EXPECT_LT(sincePulled.elapsed(), 300);
+    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("90.00\"")) << "the last values stand";
+    EXPECT_FALSE(Ui().Get<QWidget>("FrameTarget").isHidden());
+    EXPECT_TRUE(WaitUntil(pulseRests));
+
+    StartSensor();
+    sensor_->HoldTarget(9000);
+    EXPECT_TRUE(WaitUntil([&] { return shown() == black; })) << "without a press";
+    Ui().Choose("Toolbar1(Offline)");
+    EXPECT_EQ(shown(), grey);
+    EXPECT_GE(form_->Link().AgeOfValues(), std::chrono::milliseconds(0));
+}
+
+TEST_F(SessionTest, ShowsTheStateOnThePageThatComesIntoView) {
+    StartPolling();
+    sensor_->HoldTarget(9000);
+    EXPECT_TRUE(WaitForPolls(2));
+    QTabBar &bar = *Ui().Get<QTabWidget>("TabStrip1").tabBar();
+    const auto goTo = [&bar](int index) {
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(index).center());
+        Settle();
+    };
+    const auto darkest = [this] {
+        const QImage picture = Ui().Get<QWidget>("LabelLargeLength").grab().toImage();
+        int lightness = 255;
+        for (int x = 0; x < picture.width(); ++x) {
+            lightness = std::min(lightness, picture.pixelColor(x, picture.height() / 2).lightness());
+        }
+        return lightness;
+    };
+    goTo(3);
+    EXPECT_LT(darkest(), 30);
+    goTo(0);
+    Ui().Choose("Toolbar1(Offline)");
+    goTo(3);
+    EXPECT_GT(darkest(), 90);
+    goTo(0);
+    GoOnline();
+    EXPECT_TRUE(WaitForPolls(1));
+    goTo(3);
+    EXPECT_LT(darkest(), 30);
+}
+
+TEST_F(SessionTest, ASilentSensorsValuesTurnStaleOnceAndLiveWithTheNextReply) {
+    StartPolling();
+    int changes = 0;
+    QObject::connect(&form_->Link(), &LinkSession::ValueStateChanged, [&changes] { ++changes; });
+    sensor_->Faults().mute = true;
+    EXPECT_TRUE(WaitUntil([this] { return form_->Link().State() == ValueState::Stale; }));
+    EXPECT_GE(form_->Link().AgeOfValues(), std::chrono::milliseconds(1000));
+    EXPECT_LT(form_->Link().AgeOfValues(), std::chrono::milliseconds(1200));
+    EXPECT_TRUE(WaitForStatus("Timeout"));
+    sensor_->Faults().mute = false;
+    EXPECT_TRUE(WaitUntil([this] { return form_->Link().State() == ValueState::Live; }));
+    EXPECT_EQ(changes, 2);
 }
 
 } // namespace ztv

@@ -217,6 +217,44 @@ TEST_F(WizardTest, ClosesWhenTheSensorFallsSilentInTheMiddleOfItsEnd) {
     EXPECT_TRUE(Ui().Enabled("cmdStartWizard"));
 }
 
+TEST_F(WizardTest, ItsFrameClosesAtOnceThoughWritesWaitForADeadSensor) {
+    StartOnWizard();
+    sensor_->Execute(QStringLiteral("mute on"));
+    RunWizard([this](const Form &wizard) {
+        Next(wizard); // asks for two writes
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+        EXPECT_TRUE(form_->Zentrova().WritesWait());
+        wizard.Get<QWidget>("picNav").window()->close();
+        EXPECT_FALSE(wizard.Get<QWidget>("picNav").window()->isVisible());
+    });
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+}
+
+TEST_F(WizardTest, CancelRestoresTheRangeBehindTheFailuresOfADeadSensor) {
+    StartOnWizard();
+    sensor_->Execute(QStringLiteral("mute on"));
+    RunWizard([this](const Form &wizard) {
+        Next(wizard); // 24 is on the line, 25 waits
+        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes,
+                        {}, QStringLiteral("Cancel?"));
+        const auto staysOpen = [&wizard] {
+            QWidget &window = *wizard.Get<QWidget>("picNav").window();
+            window.close();
+            QTest::keyClick(&window, Qt::Key_Escape);
+            EXPECT_TRUE(window.isVisible());
+        };
+        const QString failure = QStringLiteral("Error writing parameter");
+        dialogs_.ExpectNotice(failure, BoxIcon::Exclamation, ApplicationTitle(), staysOpen); // of 24
+        dialogs_.ExpectNotice(failure, BoxIcon::Exclamation, ApplicationTitle(), staysOpen); // of the old 25
+        dialogs_.ExpectNotice(failure);                                                      // of the old 24
+        wizard.Press("cmdNav(1)");
+    });
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_EQ(Value(ParamDefines::MinRange), 1000);
+    EXPECT_EQ(Value(ParamDefines::MaxRange), 30000);
+}
+
 TEST_F(WizardTest, ClosesWhenTheLinkIsClosedInTheMiddleOfItsEnd) {
     StartOnWizard();
     RunWizard([this](const Form &wizard) {

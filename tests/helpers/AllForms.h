@@ -9,6 +9,7 @@
 #include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
 #include "link/ui/FormSearch.h"
+#include "model/ParamDefines.h"
 #include "setup/ui/FormTransmitDelay.h"
 #include "setup/ui/frmWizard.h"
 #include "shell/AboutContents.h"
@@ -140,6 +141,7 @@ private:
 
     // Each step of both routes.
     void VisitWizard(const QString &on, const Visit &visit) {
+        form_->Zentrova().ParamUpdate(ParamDefines::ActualDistance, 12000); // as a sensor would measure
         for (const bool distance : {true, false}) {
             frmWizard wizard(form_->Zentrova(), dialogs_, form_->hHelp());
             const Form ui(wizard);

@@ -26,6 +26,7 @@ public:
     void DefineDownload() override { ++downloadsDefined; }
     void DownloadValue(std::int16_t Tag, std::int32_t value) override { downloaded.emplace_back(Tag, value); }
     void StartDownload() override { ++downloadsStarted; }
+    void TableLoaded() override { ++tablesLoaded; }
 
     // Ends the write on the line, well or not, and lets the table send the next.
     void EndWrite(ClassZentrova &zentrova) {
@@ -48,6 +49,7 @@ public:
     bool busy = false;
     int downloadsDefined = 0;
     int downloadsStarted = 0;
+    int tablesLoaded = 0;
     std::vector<std::pair<int, int>> downloaded;
     std::vector<std::pair<int, int>> writes;
     std::function<void()> onStart;

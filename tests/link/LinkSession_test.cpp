@@ -493,6 +493,72 @@ TEST_F(LinkSessionTest, ShowsTheRejectionsOfWaitingWritesOneAfterAnother) {
     EXPECT_EQ(line_.Requests().size(), 1U);
 }
 
+// Such as the marker of a threshold, which loses the focus to the box.
+TEST_F(LinkSessionTest, SendsNothingBehindTheBoxOfAFailure) {
+    StartProbing();
+    session_.Mbaxp1().StopCyclic(LinkTransaction::AddressingProbe);
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"), BoxIcon::Exclamation, ApplicationTitle(),
+                          [this] {
+                              Settle();
+                              zentrova_.ParamValue(29, 30000);
+                              Settle();
+                              EXPECT_EQ(line_.Requests().size(), 2U);
+                          });
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    zentrova_.ParamValue(28, 1500);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    ASSERT_EQ(line_.Requests().size(), 3U);
+    EXPECT_EQ(line_.Requests()[2], WithCrc("01 06 00 1D 75 30"));
+}
+
+TEST_F(LinkSessionTest, RejectsNothingBehindTheBoxOfARejection) {
+    StartProbing();
+    session_.Mbaxp1().StopCyclic(LinkTransaction::AddressingProbe);
+    session_.ModbusAddress(300); // no slave has it
+    int open = 0;
+    const auto notice = [&](const std::function<void()> &whileOpen) {
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"), BoxIcon::Exclamation,
+                              ApplicationTitle(), [&open, whileOpen] {
+                                  EXPECT_EQ(++open, 1);
+                                  whileOpen();
+                                  --open;
+                              });
+    };
+    notice([this] {
+        zentrova_.ParamValue(29, 30000);
+        Settle();
+    });
+    notice([] {});
+    zentrova_.ParamValue(28, 1500);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+}
+
+// The reconnect after a download ends the write on the line without an event.
+TEST_F(LinkSessionTest, SendsWhatWaitsThoughAReconnectEndsTheWriteOnTheLine) {
+    StartProbing();
+    session_.Mbaxp1().StopCyclic(LinkTransaction::AddressingProbe);
+    line_.Answer(WithCrc("01 10 00 01 00 5F"));
+    line_.AnswerNothing(); // to the write of 28
+    line_.AnswerAlways(WithCrc("01 06 00 1C 75 30"));
+    dialogs_.ExpectNotice(
+        QStringLiteral("Parameters downloaded successfully!"), BoxIcon::Exclamation, ApplicationTitle(),
+        [this] { EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() == 3; })); });
+    zentrova_.WriteAllPending(true);
+    session_.DefineDownload();
+    for (std::int16_t tag = 1; tag < zentrova_.ParamCount(); ++tag) {
+        session_.DownloadValue(tag, zentrova_.ValueToDownload(tag));
+    }
+    session_.StartDownload();
+    zentrova_.ParamValue(28, 1500);
+    zentrova_.ParamValue(29, 30000);
+    bool sent = false;
+    zentrova_.WhenWritesAreSent([&sent] { sent = true; });
+    EXPECT_TRUE(WaitUntil([&sent] { return sent; }));
+    const QByteArray waiting = WithCrc("01 06 00 1C 75 30"); // in the addressing mode of the table
+    EXPECT_TRUE(WaitUntil([&] { return std::ranges::count(line_.Requests(), waiting) == 1; }));
+    session_.GoOffline();
+}
+
 TEST_F(LinkSessionTest, SendsWhatWaitsToTheAddressThatTheWriteBeforeHasSet) {
     StartProbing();
     line_.AnswerAlways(
@@ -700,6 +766,30 @@ TEST_F(LinkSessionTest, WritesTheWholeTableOnAWriteConnect) {
     }
     EXPECT_EQ(line_.Requests()[2], WithCrc("01 03 00 00 00 5F"));
     EXPECT_EQ(session_.AddressingMode(), 1);
+}
+
+// The sensor has the waiting baud rate by the download, and no write of it may follow at the old one.
+TEST_F(LinkSessionTest, ADownloadOnConnectCarriesTheValuesThatWait) {
+    choice_ = ConnectChoice::Write;
+    line_.AnswerNothing(); // to the probe
+    line_.AnswerNothing(); // to the write of 28
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.Answer(WithCrc("01 10 00 00 00 5F"));
+    session_.GoOnline(ConnectPrompt::Ask);
+    EXPECT_TRUE(WaitUntil([this] { return line_.Requests().size() == 1; }));
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"), BoxIcon::Exclamation, ApplicationTitle(),
+                          [this] { EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); })); });
+    dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
+    zentrova_.ParamValue(28, 1500);
+    zentrova_.ParamValue(ParamDefines::BaudRateCode, 3);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    Settle();
+    ASSERT_GE(line_.Requests().size(), 4U);
+    EXPECT_EQ(line_.Requests()[3].mid(7 + 2 * 65, 2), Hex("00 03"));
+    EXPECT_EQ(session_.BaudRate(), 3);
+    EXPECT_FALSE(zentrova_.WritesWait());
+    EXPECT_FALSE(zentrova_.ParamWritePending(ParamDefines::BaudRateCode));
+    session_.GoOffline();
 }
 
 TEST_F(LinkSessionTest, DownloadsNoCommandThatTheTableHolds) {

@@ -130,6 +130,21 @@ TEST_F(ClassZentrovaTest, SendsEachCommandThoughTheOneBeforeItStillWaits) {
                                     {ParamDefines::ReinitCommand, ParamDefines::EnterBootLoader}}));
 }
 
+// A save that waits doesn't store the values that were asked for after it.
+TEST_F(ClassZentrovaTest, SendsACommandAgainForTheValuesBehindTheOneThatWaits) {
+    for (const std::int16_t command : {ParamDefines::SaveCommand, ParamDefines::ReinitCommand}) {
+        link_.busy = true;
+        zentrova_.ParamValue(setting, 1300);
+        zentrova_.ParamValue(command, 1);
+        zentrova_.ParamValue(command, 1); // a second press
+        zentrova_.ParamValue(setting, 1400);
+        zentrova_.ParamValue(command, 1);
+        link_.EndWrites(zentrova_);
+        EXPECT_EQ(std::exchange(link_.writes, {}),
+                  (Writes{{setting, 1300}, {command, 1}, {setting, 1400}, {command, 1}}));
+    }
+}
+
 TEST_F(ClassZentrovaTest, WriteEachReplacesNothingThatWaits) {
     link_.busy = true;
     for (const std::int32_t value : {1300, 1400, 1300}) {

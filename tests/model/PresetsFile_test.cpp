@@ -10,6 +10,7 @@
 #include <QFile>
 #include <gtest/gtest.h>
 #include <utility>
+#include <vector>
 
 namespace ztv {
 
@@ -224,21 +225,36 @@ TEST_F(ShippedPresets, MarkASensorThatNumbersFromZero) {
     EXPECT_NE(zentrova_.ParamMax(70), 0x5555);
 }
 
+TEST_F(ShippedPresets, StartEveryMeasurementAtZero) {
+    std::vector<int> measured;
+    for (std::int16_t tag = 0; tag < zentrova_.ParamCount(); ++tag) {
+        if (zentrova_.ParamMeasured(tag)) {
+            measured.push_back(tag);
+            EXPECT_EQ(zentrova_.ParamValue(tag), 0) << tag;
+        }
+    }
+    EXPECT_EQ(measured, (std::vector<int>{14, 15, 16, 18, 19, 31, 32, 35, 38, 45, 46,
+                                          47, 48, 53, 60, 61, 79, 80, 91, 92, 93, 94}));
+}
+
 // The sensor's papers give these numbers, and sensors in the field have them.
 TEST_F(ShippedPresets, KeepTheNumbersByWhichTheSensorIsKnown) {
     using namespace ParamDefines;
     const std::pair<int, int> numbers[] = {
-        {SaveCommand, 1},         {ReinitCommand, 3},       {ProcessorId, 6},         {ProcessorRevision, 7},
-        {SerialNumber, 2},        {FirmwareVersion, 8},     {BootVersion, 9},         {BoardRevision, 11},
-        {ParameterCount, 12},     {TeachInput, 18},         {ExternalClockInput, 19}, {ClockSelect, 20},
-        {TransmitDelayLow, 21},   {TransmitDelayHigh, 22},  {ClockOut, 23},           {MinRange, 24},
-        {MaxRange, 25},           {NearDistance, 28},       {FarDistance, 29},        {ActualDistance, 32},
-        {CoreDiameter, 33},       {MaxDiameter, 34},        {NearVoltage, 36},        {FarVoltage, 37},
-        {EchoReceived, 38},       {AnalogOutputMode, 39},   {ManualOutput, 40},       {OutputVoltage, 46},
-        {AnalogInputVoltage, 48}, {Relay1Output, 54},       {Relay2Output, 55},       {Relay1OnThreshold, 56},
-        {Relay2OnThreshold, 57},  {Relay1OffThreshold, 58}, {Relay2OffThreshold, 59}, {Relay1State, 60},
-        {Relay2State, 61},        {NetworkAddress, 65},     {BaudRateCode, 66},       {ParityStopCode, 67},
-        {AddressingMode, 68},     {AddressingMark, 69},     {FirstRawOutput, 81},     {LastRawOutput, 90}};
+        {SaveCommand, 1},         {ReinitCommand, 3},       {ProcessorId, 6},        {ProcessorRevision, 7},
+        {FirmwareVersion, 8},     {BootVersion, 9},         {BoardRevision, 11},     {ParameterCount, 12},
+        {TeachInput, 18},         {ExternalClockInput, 19}, {ClockSelect, 20},       {TransmitDelayLow, 21},
+        {TransmitDelayHigh, 22},  {ClockOut, 23},           {MinRange, 24},          {MaxRange, 25},
+        {NearDistance, 28},       {FarDistance, 29},        {ActualDistance, 32},    {CoreDiameter, 33},
+        {MaxDiameter, 34},        {NearVoltage, 36},        {FarVoltage, 37},        {EchoReceived, 38},
+        {AnalogOutputMode, 39},   {ManualOutput, 40},       {OutputVoltage, 46},     {AnalogInputVoltage, 48},
+        {Relay1Output, 54},       {Relay2Output, 55},       {Relay1OnThreshold, 56}, {Relay2OnThreshold, 57},
+        {Relay1OffThreshold, 58}, {Relay2OffThreshold, 59}, {Relay1State, 60},       {Relay2State, 61},
+        {NetworkAddress, 65},     {BaudRateCode, 66},       {ParityStopCode, 67},    {AddressingMode, 68},
+        {AddressingMark, 69},     {SerialNumber, 2},        {FirstRawOutput, 81},    {LastRawOutput, 90},
+        {RunHours, 14},           {PowerCycles, 15},        {EchoTime, 31},          {ActualDiameter, 35},
+        {OutputRaw, 45},          {AnalogInputRaw, 47},     {AirTemperature, 53},    {EchoStrength, 79},
+        {SupplyVoltage, 93},      {PeakTemperature, 94}};
     for (const auto &[role, number] : numbers) {
         EXPECT_EQ(role, number);
     }

@@ -472,6 +472,30 @@ TEST_F(SettingsFileOnlineTest, TheDownloadReplacesTheValuesThatStillWaitButNoCom
               (std::vector<std::pair<int, int>>{{ParamDefines::SaveCommand, ParamDefines::StoreSettings}}));
 }
 
+TEST_F(SettingsFileOnlineTest, AFileReplacesNoWaitingValueOfARowThatItLacks) {
+    Change("UPDATE Settings SET Value = 28 WHERE rowid = 13");
+    link_.busy = true;
+    zentrova_.ParamValue(ParamDefines::MinRange, 700);
+    zentrova_.ParamValue(ParamDefines::FarDistance, 30000);
+    EXPECT_EQ(Open(), FileOpened::Whole);
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::FarDistance), 30000);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{ParamDefines::FarDistance, 30000}}));
+}
+
+TEST_F(SettingsFileOnlineTest, AFileThatFailsReplacesNoValueThatWaits) {
+    Change("UPDATE Settings SET Value = 'x' WHERE Tag = 27");
+    link_.busy = true;
+    zentrova_.ParamValue(ParamDefines::MinRange, 700);
+    zentrova_.ParamValue(ParamDefines::FarDistance, 30000);
+    ExpectFault(QStringLiteral("record 27"));
+    EXPECT_EQ(Open(), FileOpened::Failed);
+    EXPECT_EQ(zentrova_.ParamValue(ParamDefines::FarDistance), 30000);
+    link_.EndWrites(zentrova_);
+    EXPECT_EQ(link_.writes, (std::vector<std::pair<int, int>>{{ParamDefines::MinRange, 700},
+                                                              {ParamDefines::FarDistance, 30000}}));
+}
+
 // A command in the file was meant for the sensor that it was saved from.
 TEST_F(SettingsFileOnlineTest, DownloadsNoCommand) {
     Change("UPDATE Settings SET Value = 1 WHERE Tag = 1; UPDATE Settings SET Value = 99 WHERE Tag = 3");

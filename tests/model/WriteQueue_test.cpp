@@ -51,12 +51,23 @@ TEST_F(WriteQueueTest, ReplacesNothingInFrontOfACommandAndNoCommand) {
     EXPECT_EQ(TakeAll(), (Writes{{5, 1}, {1, 1}, {5, 2}, {1, 1}, {5, 3}}));
 }
 
-TEST_F(WriteQueueTest, KeepsTheCommandsAlone) {
+TEST_F(WriteQueueTest, DropsTheValuesBelowARowButNoCommand) {
     queue_.Append({.tag = 5, .value = 1});
     queue_.Append({.tag = 1, .value = 1, .isCommand = true});
     queue_.Append({.tag = 4, .value = 1});
-    queue_.KeepCommands();
-    EXPECT_EQ(TakeAll(), (Writes{{1, 1}}));
+    queue_.DropValues(5);
+    EXPECT_EQ(TakeAll(), (Writes{{5, 1}, {1, 1}}));
+}
+
+TEST_F(WriteQueueTest, ReportsWhetherOtherRowsFollowTheRowsLastWrite) {
+    EXPECT_FALSE(queue_.OthersFollow(5));
+    queue_.Append({.tag = 5, .value = 1});
+    EXPECT_FALSE(queue_.OthersFollow(5));
+    EXPECT_FALSE(queue_.OthersFollow(4));
+    queue_.Append({.tag = 4, .value = 1});
+    EXPECT_TRUE(queue_.OthersFollow(5));
+    queue_.Append({.tag = 5, .value = 2});
+    EXPECT_FALSE(queue_.OthersFollow(5));
 }
 
 TEST_F(WriteQueueTest, MakesEachCallOnce) {

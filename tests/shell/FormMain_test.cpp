@@ -412,7 +412,7 @@ TEST_F(FormMainTest, RefreshesThePageThatComesIntoView) {
     ClickTab(3);
     EXPECT_EQ(Ui().Text("LabelLargeLength"), QStringLiteral("123.45\""));
     form_->Zentrova().ParamUpdate(32, 106);
-    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("120.00\"")); // not in view
+    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("0.00\"")); // not in view
     ClickTab(0);
     EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("1.06\""));
 }
@@ -454,7 +454,7 @@ TEST_F(FormMainTest, DoesNothingOnTheTabThatShowsAlready) {
     Start();
     form_->Zentrova().ParamUpdate(32, 106);
     ClickTab(0);
-    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("120.00\""));
+    EXPECT_EQ(Ui().Text("TextParam(6)"), QStringLiteral("0.00\""));
 }
 
 TEST_F(FormMainTest, KeepsTheHelpContextOnTheCheckoutTab) {
@@ -902,6 +902,38 @@ TEST_F(EntryAndCommandsTest, ClosesOnceTheWaitingWritesAreSentAndAsksOnce) {
 
     expectQuestion(BoxAnswer::No);
     EXPECT_TRUE(form_->close());
+    form_->Zentrova().ConnectTo(&form_->Link());
+}
+
+// The program can't end behind a dialog.
+TEST_F(EntryAndCommandsTest, ClosesAfterADialogThatIsOpenWhenTheWaitingWritesAreSent) {
+    FakeLink link;
+    form_->Zentrova().ConnectTo(&link);
+    link.holds = true;
+    form_->Zentrova().ParamValue(ParamDefines::ClockOut, 1);
+    form_->Zentrova().ParamValue(ParamDefines::NearDistance, 1300);
+    EXPECT_FALSE(form_->close());
+    bool came = false;
+    WhenDialogOpens([&](QWidget &dialog) {
+        link.EndWrites(form_->Zentrova());
+        Settle();
+        EXPECT_TRUE(form_->isVisible());
+        EXPECT_TRUE(dialog.isVisible());
+        form_->Zentrova().ParamValue(ParamDefines::ClockOut, 0);
+        form_->Zentrova().ParamValue(ParamDefines::NearDistance, 1400);
+        EXPECT_TRUE(form_->Zentrova().WritesWait());
+        dialogs_.Expect(
+            QStringLiteral("The currently open file has been changed. Do you want to save the changes?"),
+            BoxIcon::Question, BoxButtons::YesNoCancel, BoxAnswer::No);
+        dialog.close();
+        came = true;
+    });
+    Ui().Choose("mnuHelpAbout");
+    EXPECT_TRUE(WaitUntil([&came] { return came; }));
+    Settle();
+    EXPECT_TRUE(form_->isVisible());
+    link.EndWrites(form_->Zentrova());
+    EXPECT_TRUE(WaitUntil([this] { return !form_->isVisible(); }));
     form_->Zentrova().ConnectTo(&form_->Link());
 }
 

@@ -6,7 +6,9 @@
 
 #include "chart/ui/RelayMarker.h"
 #include "model/ParamDefines.h"
+#include "model/ValueState.h"
 #include "widgets/Colours.h"
+#include "widgets/TabPage.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -302,6 +304,7 @@ TEST_F(LookTest, TheChartsColoursStandOutFromBothGrounds) {
 
 TEST_F(LookTest, FollowsADesktopThatTurnsDark) {
     Start();
+    Ui().Get<TabPage>("TabFrame(1)").ShowState(ValueState::Live);
     const QColor before = Ui().Get<QLabel>("LabelTarget").palette().color(QPalette::WindowText);
     auto &box = Ui().Get<QLineEdit>("TextParam(6)");
     const QColor text = box.palette().color(QPalette::Disabled, QPalette::Text);
@@ -313,10 +316,27 @@ TEST_F(LookTest, FollowsADesktopThatTurnsDark) {
                   DarkPalette().color(QPalette::Text));
         const QImage chart = Ui().Get<QWidget>("FrameGraph").grab().toImage();
         EXPECT_LT(chart.pixelColor(chart.width() / 4, chart.height() / 3).lightness(), 100);
+        EXPECT_LT(Ui().Get<TabPage>("TabFrame(1)").palette().color(QPalette::Window).lightness(), 100);
     }
     Settle();
     EXPECT_EQ(Ui().Get<QLabel>("LabelTarget").palette().color(QPalette::WindowText), before);
     EXPECT_EQ(box.palette().color(QPalette::Disabled, QPalette::Text), text);
+}
+
+TEST_F(LookTest, ValuesThatAreNotLiveStayGreyOnADesktopThatTurnsDarkAndBack) {
+    Start();
+    auto &box = Ui().Get<QLineEdit>("TextParam(6)");
+    const auto grey = [&box] { return box.palette().color(QPalette::Disabled, QPalette::Text); };
+    const QColor before = grey();
+    EXPECT_NE(before, box.palette().color(QPalette::Active, QPalette::Text));
+    {
+        const OnDesktop here(dark);
+        Settle();
+        EXPECT_NE(grey(), before);
+        EXPECT_NE(grey(), DarkPalette().color(QPalette::Text));
+    }
+    Settle();
+    EXPECT_EQ(grey(), before);
 }
 
 TEST_F(LookTest, RelaysCanBeToldApartWithoutColour) {

@@ -6,6 +6,7 @@
 #include "chart/ui/DrawnFrame.h"
 #include "chart/ui/RelayMarker.h"
 #include "model/ParamDefines.h"
+#include "model/ValueState.h"
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
 #include "widgets/EntryFocus.h"
@@ -266,9 +267,28 @@ void BasicPage::PlaceMode() {
 void BasicPage::ColourTarget() {
     QWidget *target = WidgetOf(LabelTarget);
     QPalette colours;
-    colours.setColor(QPalette::WindowText,
-                     Colours::TextOn(DrawingPainter::ColourOf(Drawing::Colour::Red, palette())));
+    const Drawing::Colour fill = drawing_.ColourOf(BasicLayout::Target);
+    colours.setColor(QPalette::WindowText, Colours::TextOn(DrawingPainter::FillOf(fill, palette())));
     target->setPalette(colours);
+}
+
+// Deliberate: greys the measured values alone. They stay where they are, and the settings stay as they were.
+void BasicPage::ShowState(ValueState state) {
+    drawing_.MeasuredIsLive(state == ValueState::Live);
+    for (std::size_t index = 0; index < textParams_.size(); ++index) {
+        if (BasicFields::Table[index].displayOnly) {
+            Colours::KeepLegibleWhileDisabled(*textParams_[index], drawing_.MeasuredIsLive()
+                                                                       ? Colours::Legible::Reading
+                                                                       : Colours::Legible::Entry);
+        }
+    }
+    ColourTarget();
+    for (QWidget *widget : widgets_) {
+        widget->update();
+    }
+    if (!drawing_.MeasuredIsLive()) {
+        UpdateGraph(); // the pulse rests at once
+    }
 }
 
 void BasicPage::changeEvent(QEvent *event) {

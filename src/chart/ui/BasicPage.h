@@ -26,6 +26,7 @@ public:
     // The user types values into `text1`. REQUIRES: `text1` and the table outlive this.
     BasicPage(ClassZentrova &zentrova, ValueEditor &text1, QWidget *parent);
 
+    void ShowState(ValueState state) override;
     void UpdateDisplay() override;
 
     // Calls BasicGraph's function of the same name and shows the result.

@@ -29,9 +29,8 @@ double DeviceWidth(const QPainter &painter, int width) {
     return std::max(1.0, std::round(width * painter.device()->devicePixelRatioF()));
 }
 
-QPen PenOf(const QPainter &painter, const Drawing::Line &line, const QPalette &palette) {
-    QPen pen(DrawingPainter::ColourOf(line.colour, palette),
-             DeviceWidth(painter, line.width) / painter.device()->devicePixelRatioF());
+QPen PenOf(const QPainter &painter, const Drawing::Line &line, const QColor &colour) {
+    QPen pen(colour, DeviceWidth(painter, line.width) / painter.device()->devicePixelRatioF());
     pen.setStyle(StyleOf(line.style));
     pen.setCapStyle(Qt::FlatCap);
     pen.setJoinStyle(Qt::RoundJoin);
@@ -65,13 +64,20 @@ QColor ColourOf(Drawing::Colour colour, const QPalette &palette) {
         return Colours::Of(Colours::Olive, palette);
     case Drawing::Colour::Gray:
         return Colours::Of(Colours::Gray, palette);
+    case Drawing::Colour::Dimmed:
+        return Colours::LegibleDisabledText(palette);
     case Drawing::Colour::Text:
         break;
     }
     return palette.color(QPalette::WindowText);
 }
 
-void PaintLine(QPainter &painter, const Drawing::Line &line, const QPalette &palette, QPointF origin) {
+QColor FillOf(Drawing::Colour colour, const QPalette &palette) {
+    return colour == Drawing::Colour::Dimmed ? palette.color(QPalette::Disabled, QPalette::Text)
+                                             : ColourOf(colour, palette);
+}
+
+void PaintLine(QPainter &painter, const Drawing::Line &line, const QColor &colour, QPointF origin) {
     QPointF from = ToPoint(line.x1, line.y1, origin);
     QPointF to = ToPoint(line.x2, line.y2, origin);
     if (line.x1 == line.x2) {
@@ -83,7 +89,7 @@ void PaintLine(QPainter &painter, const Drawing::Line &line, const QPalette &pal
         to.setY(from.y());
     }
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(PenOf(painter, line, palette));
+    painter.setPen(PenOf(painter, line, colour));
     painter.drawLine(from, to);
 }
 
@@ -100,15 +106,14 @@ void PaintCurve(QPainter &painter, const std::vector<Drawing::Line> &segments, c
     }
     if (!points.isEmpty()) {
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(PenOf(painter, segments.front(), palette));
+        painter.setPen(PenOf(painter, segments.front(), ColourOf(segments.front().colour, palette)));
         painter.drawPolyline(points);
     }
 }
 
-void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QPalette &palette) {
+void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QColor &fill) {
     const QRectF place(ToPoint(shape.left, shape.top, {}),
                        QSizeF(ToPixels(shape.width), ToPixels(shape.height)));
-    const QColor fill = ColourOf(shape.fill, palette);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(fill.darker());
     painter.setBrush(fill);

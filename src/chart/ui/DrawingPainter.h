@@ -18,15 +18,17 @@ inline double ToPixels(float twips) {
     return static_cast<double>(twips) / 15;
 }
 
+// Return the colour of a line, and of a shape, which needs less contrast than a line when it is dimmed.
 QColor ColourOf(Drawing::Colour colour, const QPalette &palette);
+QColor FillOf(Drawing::Colour colour, const QPalette &palette);
 
 // `origin` is the origin of the line's coordinates, in pixels of the painter.
-void PaintLine(QPainter &painter, const Drawing::Line &line, const QPalette &palette, QPointF origin = {});
+void PaintLine(QPainter &painter, const Drawing::Line &line, const QColor &colour, QPointF origin = {});
 
 // Paints the visible segments of a curve as one line, so that they join.
 void PaintCurve(QPainter &painter, const std::vector<Drawing::Line> &segments, const QPalette &palette);
 
-void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QPalette &palette);
+void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QColor &fill);
 
 } // namespace DrawingPainter
 

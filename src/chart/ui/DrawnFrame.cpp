@@ -42,11 +42,14 @@ void DrawnFrame::paintEvent(QPaintEvent *event) {
     drawFrame(&painter);
     for (const Drawing::Shape &shape : BasicDrawing::Shapes()) {
         if (shape.parent == id_) {
-            DrawingPainter::PaintShape(painter, shape, palette());
+            const Drawing::Colour fill = drawing_.ColourOf(shape);
+            DrawingPainter::PaintShape(painter, shape, DrawingPainter::FillOf(fill, palette()));
         }
     }
-    drawing_.VisitLines(
-        id_, [&](const Drawing::Line &line) { DrawingPainter::PaintLine(painter, line, palette()); });
+    drawing_.VisitLines(id_, [&](const Drawing::Line &line) {
+        const Drawing::Colour colour = drawing_.ColourOf(line);
+        DrawingPainter::PaintLine(painter, line, DrawingPainter::ColourOf(colour, palette()));
+    });
     if (drawing_.LineHyperbolic().front().parent == id_) {
         DrawingPainter::PaintCurve(painter, drawing_.LineHyperbolic(), palette());
     }

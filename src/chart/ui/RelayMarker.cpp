@@ -116,8 +116,9 @@ void RelayMarker::paintEvent(QPaintEvent *) {
         painter.fillRect(rect().adjusted(grabPixels / 2, 0, -(grabPixels / 2), 0), band);
     }
     const Drawing::Line &line = drawing_.At(Drawing::LineId::LineRelay, number_);
-    DrawingPainter::PaintLine(painter, line, palette(), QPointF(grabPixels, 0));
-    PaintNumber(painter, DrawingPainter::ColourOf(line.colour, palette()));
+    const QColor colour = DrawingPainter::ColourOf(line.colour, palette());
+    DrawingPainter::PaintLine(painter, line, colour, QPointF(grabPixels, 0));
+    PaintNumber(painter, colour);
 }
 
 } // namespace ztv

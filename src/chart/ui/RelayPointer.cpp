@@ -119,7 +119,6 @@ void RelayPointer::Move(const QMouseEvent &event, const QPointF &inChart) {
     Q_EMIT Moved();
 }
 
-// The write may turn the event loop.
 void RelayPointer::Release(const QMouseEvent &event) {
     if (event.button() != Qt::LeftButton || !held_) {
         return;

@@ -35,6 +35,9 @@ public:
     // Locks the controls that must not change while the port is open; unlocks them otherwise.
     void EnableDisableCommSettings(bool online);
 
+    // Opens the search, and takes what it found into the boxes.
+    void Search();
+
 public Q_SLOTS:
     void accept() override;
     void reject() override;
@@ -50,7 +53,6 @@ private:
     void ShowDevice();
     void TakeDevice(const QString &device);
     void PutDevicesBack();
-    void Search();
     std::optional<std::int16_t> Port() const;
 
     LinkSession &link_;

@@ -1,5 +1,6 @@
 #include "tabs/ui/AdvancedPage.h"
 
+#include "model/ValueState.h"
 #include "support/Fault.h"
 #include "support/Numbers.h"
 #include "tabs/ParameterEditors.h"
@@ -123,6 +124,10 @@ void AdvancedPage::Rebuild() {
         listView1_->SelectRow(model_.RowOf(selected).value_or(0));
     }
     Q_EMIT Rebuilt();
+}
+
+void AdvancedPage::ShowState(ValueState state) {
+    listView1_->SlantMeasured(state != ValueState::Live);
 }
 
 void AdvancedPage::UpdateDisplay() {

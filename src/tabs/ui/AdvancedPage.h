@@ -27,6 +27,7 @@ public:
                  ValueOverlay &text1, QWidget *parent);
 
     void LeaveEntry() override;
+    void ShowState(ValueState state) override;
     void UpdateDisplay() override;
 
 Q_SIGNALS:

@@ -1,8 +1,8 @@
 #include "tabs/ui/CheckoutPage.h"
 
 #include "model/ParamDefines.h"
+#include "model/ValueState.h"
 #include "tabs/TabTable.h"
-#include "tabs/ui/LargeNumber.h"
 #include "tabs/ui/StillFrame.h"
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
@@ -11,6 +11,7 @@
 #include <QFontInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
@@ -343,6 +344,21 @@ Key CheckoutPage::Lit(std::int16_t tag, Key key) const {
         return key;
     }
     return key == Key::On ? Key::Off : Key::Gray;
+}
+
+void CheckoutPage::ShowState(ValueState state) {
+    const bool live = state == ValueState::Live;
+    for (Indicator *indicator : {imageTeachInput_, imageExtClkInStatus_, imageNoEcho_}) {
+        indicator->Dim(!live);
+    }
+    for (SwitchButton *relay : imgRelay_) {
+        relay->Dim(!live);
+    }
+    labelDist_->Dim(!live);
+    for (QLineEdit *voltage : {textCheckoutVoltageOut_, textCheckoutVoltageIn_}) {
+        Colours::KeepLegibleWhileDisabled(*voltage,
+                                          live ? Colours::Legible::Reading : Colours::Legible::Entry);
+    }
 }
 
 void CheckoutPage::UpdateDisplay() {

@@ -3,12 +3,12 @@
 #include "model/ClassZentrova.h"
 #include "tabs/CheckoutControl.h"
 #include "tabs/ui/Indicator.h"
+#include "tabs/ui/LargeNumber.h"
 #include "tabs/ui/SwitchButton.h"
 #include "widgets/TabPage.h"
 
 #include <QButtonGroup>
 #include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <array>
@@ -29,6 +29,9 @@ public:
 
     // Makes a forced output follow the distance again.
     void Entered() override;
+
+    // Greys the measured values alone. The clock output is a setting.
+    void ShowState(ValueState state) override;
 
     void UpdateDisplay() override;
 
@@ -72,7 +75,7 @@ private:
     QLineEdit *textCheckoutVoltageIn_ = nullptr;
     QPushButton *commandNext_ = nullptr;
     QPushButton *commandReInit_ = nullptr;
-    QLabel *labelDist_ = nullptr;
+    LargeNumber *labelDist_ = nullptr;
 };
 
 } // namespace ztv

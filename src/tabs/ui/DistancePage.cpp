@@ -1,12 +1,14 @@
 #include "tabs/ui/DistancePage.h"
 
 #include "model/ParamDefines.h"
+#include "model/ValueState.h"
 #include "tabs/DistanceReading.h"
 #include "tabs/ui/FlatBar.h"
 #include "tabs/ui/LargeNumber.h"
 #include "widgets/Controls.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QVBoxLayout>
 
 namespace ztv {
@@ -57,6 +59,12 @@ DistancePage::DistancePage(const ClassZentrova &zentrova, QWidget *parent)
     layout->addLayout(ends);
     layout->addSpacing(margin);
     layout->addWidget(description);
+}
+
+void DistancePage::ShowState(ValueState state) {
+    const bool live = state == ValueState::Live;
+    labelLargeLength_->Dim(!live);
+    progressBar1_->Dim(!live);
 }
 
 void DistancePage::UpdateDisplay() {

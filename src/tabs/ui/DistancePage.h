@@ -3,10 +3,10 @@
 #include "model/ClassZentrova.h"
 #include "widgets/TabPage.h"
 
-#include <QLabel>
-#include <QProgressBar>
-
 namespace ztv {
+
+class FlatBar;
+class LargeNumber;
 
 // The Distance tab: the measured distance, readable from across the room.
 class DistancePage : public TabPage {
@@ -15,12 +15,13 @@ class DistancePage : public TabPage {
 public:
     DistancePage(const ClassZentrova &zentrova, QWidget *parent);
 
+    void ShowState(ValueState state) override;
     void UpdateDisplay() override;
 
 private:
     const ClassZentrova &zentrova_;
-    QLabel *labelLargeLength_ = nullptr;
-    QProgressBar *progressBar1_ = nullptr;
+    LargeNumber *labelLargeLength_ = nullptr;
+    FlatBar *progressBar1_ = nullptr;
 };
 
 } // namespace ztv

@@ -1,9 +1,16 @@
 #include "tabs/ui/FlatBar.h"
 
+#include "widgets/Colours.h"
+
 #include <QPainter>
 #include <QStyle>
 
 namespace ztv {
+
+void FlatBar::Dim(bool dimmed) {
+    dimmed_ = dimmed;
+    update();
+}
 
 void FlatBar::paintEvent(QPaintEvent *) {
     QPainter painter(this);
@@ -14,7 +21,8 @@ void FlatBar::paintEvent(QPaintEvent *) {
     const int filled = QStyle::sliderPositionFromValue(minimum(), maximum(), value(), inside.width());
     const QRect bar(inside.topLeft(), QSize(filled, inside.height()));
     painter.fillRect(QStyle::visualRect(layoutDirection(), inside, bar),
-                     palette().color(QPalette::Highlight));
+                     dimmed_ ? Colours::LegibleDisabledText(palette(), Colours::LargeContrast)
+                             : palette().color(QPalette::Highlight));
 }
 
 } // namespace ztv

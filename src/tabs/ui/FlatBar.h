@@ -12,8 +12,14 @@ class FlatBar : public QProgressBar {
 public:
     using QProgressBar::QProgressBar;
 
+    // Fills the bar in the colour of disabled text, or in that of a selection.
+    void Dim(bool dimmed);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool dimmed_ = false;
 };
 
 } // namespace ztv

@@ -25,13 +25,19 @@ void Indicator::Picture(ImageListCheckout::Key key) {
     update();
 }
 
+void Indicator::Dim(bool dimmed) {
+    dimmed_ = dimmed;
+    update();
+}
+
 QSize Indicator::sizeHint() const {
     return {side, side};
 }
 
 void Indicator::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    ImageListCheckout::Picture(picture_).paint(&painter, rect());
+    ImageListCheckout::Picture(picture_).paint(&painter, rect(), Qt::AlignCenter,
+                                               dimmed_ ? QIcon::Disabled : QIcon::Normal);
 }
 
 } // namespace ztv

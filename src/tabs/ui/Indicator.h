@@ -16,6 +16,9 @@ public:
     ImageListCheckout::Key Picture() const { return picture_; }
     void Picture(ImageListCheckout::Key key);
 
+    // Shows the picture as that of a disabled control, or as usual.
+    void Dim(bool dimmed);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -24,6 +27,7 @@ protected:
 
 private:
     ImageListCheckout::Key picture_ = ImageListCheckout::Key::Gray;
+    bool dimmed_ = false;
 };
 
 } // namespace ztv

@@ -1,5 +1,6 @@
 #include "tabs/ui/LargeNumber.h"
 
+#include "widgets/Colours.h"
 #include "widgets/Controls.h"
 
 #include <QEvent>
@@ -21,6 +22,12 @@ LargeNumber::LargeNumber(const QString &longest, QWidget *parent)
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
 }
 
+void LargeNumber::Dim(bool dimmed) {
+    dimmed_ = dimmed;
+    pictures_.clear();
+    update();
+}
+
 void LargeNumber::FitFont() {
     QFont large = font();
     large.setPixelSize(std::max(smallestPixels, height() * 3 / 4));
@@ -37,7 +44,8 @@ const QPixmap &LargeNumber::Picture(QChar character) {
         picture.fill(Qt::transparent);
         QPainter painter(&picture);
         painter.setFont(font());
-        painter.setPen(palette().color(foregroundRole()));
+        painter.setPen(dimmed_ ? Colours::LegibleDisabledText(palette(), Colours::LargeContrast)
+                               : palette().color(foregroundRole()));
         painter.drawText(0, metrics.ascent(), character);
     }
     return picture;

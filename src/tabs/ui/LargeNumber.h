@@ -15,6 +15,9 @@ public:
     // Chooses the font so that `longest` fits.
     LargeNumber(const QString &longest, QWidget *parent);
 
+    // Shows the text in the colour of disabled text, or in that of text.
+    void Dim(bool dimmed);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -25,6 +28,7 @@ private:
     void FitFont();
 
     QString longest_;
+    bool dimmed_ = false;
     QHash<QChar, QPixmap> pictures_;
 };
 

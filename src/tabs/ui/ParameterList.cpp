@@ -22,6 +22,7 @@ public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
     QColor readOnlyColour;
+    bool slantsMeasured = false;
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const override {
         return {0, option.fontMetrics.height() + rowPadding};
@@ -33,6 +34,10 @@ protected:
         if (index.column() != ParameterListModel::Tag &&
             index.data(ParameterListModel::ReadOnlyRole).toBool()) {
             option->palette.setColor(QPalette::Text, readOnlyColour);
+        }
+        if (slantsMeasured && index.column() == ParameterListModel::Value &&
+            index.data(ParameterListModel::MeasuredRole).toBool()) {
+            option->font.setItalic(true);
         }
     }
 };
@@ -123,6 +128,11 @@ void ParameterList::changeEvent(QEvent *event) {
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
         ChooseReadOnlyColour();
     }
+}
+
+void ParameterList::SlantMeasured(bool slanted) {
+    static_cast<CellDelegate *>(itemDelegate())->slantsMeasured = slanted;
+    viewport()->update();
 }
 
 void ParameterList::ChooseReadOnlyColour() {

@@ -14,6 +14,9 @@ class ParameterList : public QTreeView {
 public:
     ParameterList(ParameterListModel &model, QWidget *parent);
 
+    // Shows the measured values in italics, or as the others. Read-only rows are grey as it is.
+    void SlantMeasured(bool slanted);
+
     // Return the topmost visible row and the selected row; -1 if there is none.
     int FirstVisibleRow() const { return indexAt(QPoint(0, 0)).row(); }
     int SelectedRow() const { return currentIndex().row(); }

@@ -30,6 +30,11 @@ void SwitchButton::Picture(ImageListCheckout::Key key) {
     update();
 }
 
+void SwitchButton::Dim(bool dimmed) {
+    dimmed_ = dimmed;
+    update();
+}
+
 QSize SwitchButton::sizeHint() const {
     return pictureSize.grownBy({focusMargin, focusMargin, focusMargin, focusMargin});
 }
@@ -44,7 +49,8 @@ void SwitchButton::paintEvent(QPaintEvent *) {
     }
     painter.setOpacity(isDown() ? opacityWhileDown : 1);
     ImageListCheckout::Picture(picture_).paint(
-        &painter, rect().adjusted(focusMargin, focusMargin, -focusMargin, -focusMargin));
+        &painter, rect().adjusted(focusMargin, focusMargin, -focusMargin, -focusMargin), Qt::AlignCenter,
+        dimmed_ ? QIcon::Disabled : QIcon::Normal);
 }
 
 } // namespace ztv

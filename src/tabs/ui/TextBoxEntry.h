@@ -7,7 +7,7 @@
 namespace ztv {
 
 // Validates and writes the text of a box by EntryRules::ValidateAndWriteText; the property "Tag" of the box
-// names the parameter. Selects the whole text before it returns false. May turn the event loop.
+// names the parameter. Selects the whole text before it returns false.
 bool ValidateAndWriteTextBoxVal(QLineEdit &box, EntryRules &rules);
 
 } // namespace ztv

@@ -1,12 +1,15 @@
 #include "chart/ui/BasicPage.h"
 
 #include "model/ParamDefines.h"
+#include "model/ValueState.h"
 #include "tabs/ui/ValueOverlay.h"
 #include "tests/helpers/Form.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/ScriptedDialogs.h"
 #include "tests/helpers/TestPresets.h"
 #include "tests/helpers/Wait.h"
+#include "tools/DarkPalette.h"
+#include "widgets/Colours.h"
 
 #include <QApplication>
 #include <QFontMetrics>
@@ -215,6 +218,7 @@ TEST_F(BasicChartTest, MovesItsFramesWithTheValues) {
 
 TEST_F(BasicChartTest, PaintsItsLinesInTheirColours) {
     Set(ParamDefines::ActualDistance, 42000);
+    Set(ParamDefines::OutputVoltage, 310); // a cursor on neither rail
     page_.UpdateGraph();
     EXPECT_EQ(ColourAt(1000, 2160), QColor(0, 0, 255)); // the plateau on the near rail
     EXPECT_EQ(ColourAt(6000, 240), QColor(0, 0, 255));
@@ -902,6 +906,64 @@ TEST_F(BasicChartTest, ARefreshPaintsNothingWhereNothingHasChanged) {
     Settle();
     page_.UpdateDisplay();
     EXPECT_EQ(PaintedByATick(), (std::set<std::string>{"FrameZentrova"}));
+}
+
+// Values that aren't live. ---------------------------------------------------------------------------
+
+TEST_F(BasicPageTest, GreysTheMeasuredValuesAloneWhileTheyAreNotLive) {
+    zentrova_.ParamUpdate(ParamDefines::EchoReceived, 1);
+    zentrova_.ParamUpdate(ParamDefines::ActualDistance, 12000);
+    page_.UpdateDisplay();
+    page_.ConfigureBasicTab();
+    page_.UpdateGraph();
+    window_.resize(700, 450);
+    window_.show();
+    const QPalette light = QApplication::palette();
+    for (const QPalette &desktop : {light, DarkPalette()}) {
+        QApplication::setPalette(desktop);
+        Settle();
+        const auto textOf = [this](int index) {
+            const QWidget &box = Member("TextParam", index);
+            return box.palette().color(box.isEnabled() ? QPalette::Active : QPalette::Disabled,
+                                       QPalette::Text);
+        };
+        const QColor text = desktop.color(QPalette::Text);
+        const QColor grey = Colours::LegibleDisabledText(desktop);
+        const auto target = [this] {
+            return ui_.Get<QWidget>("FrameTarget").grab().toImage().pixelColor(40, 12);
+        };
+        const QStringList texts = [this] {
+            QStringList all;
+            for (const QLineEdit *box : page_.findChildren<QLineEdit *>()) {
+                all << box->text();
+            }
+            return all;
+        }();
+        for (const ValueState state : {ValueState::NeverRead, ValueState::Stale, ValueState::Held}) {
+            page_.ShowState(ValueState::Live);
+            EXPECT_EQ(textOf(6), text);
+            EXPECT_EQ(textOf(7), text);
+            EXPECT_GT(target().saturation(), 100) << "red";
+            page_.ShowState(state);
+            EXPECT_EQ(textOf(6), grey);
+            EXPECT_EQ(textOf(7), grey);
+            EXPECT_LT(target().saturation(), 30);
+            for (const int setting : {0, 1, 2, 3, 4, 5, 8}) {
+                EXPECT_EQ(textOf(setting), text) << setting;
+                EXPECT_TRUE(Member("TextParam", setting).isEnabled());
+            }
+        }
+        QStringList after;
+        for (const QLineEdit *box : page_.findChildren<QLineEdit *>()) {
+            after << box->text();
+        }
+        EXPECT_EQ(after, texts) << "the last values stand";
+    }
+    QApplication::setPalette(light);
+    Settle();
+    EXPECT_EQ(Member("TextParam", 6).palette().color(QPalette::Disabled, QPalette::Text),
+              Colours::LegibleDisabledText(light))
+        << "follows the desktop";
 }
 
 } // namespace ztv

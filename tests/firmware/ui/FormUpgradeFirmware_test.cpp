@@ -1412,7 +1412,7 @@ TEST_F(FormUpgradeFirmwareTest, ALongPathIsShortenedAndTheToolTipHasItWhole) {
     EXPECT_EQ(form_->width(), width);
 }
 
-// What is added comes between the two buttons and the panel.
+// The notices lie between the two buttons and the panel.
 TEST_F(FormUpgradeFirmwareTest, TheKeyboardVisitsTheButtonsInTheirOrder) {
     Open();
     form_->activateWindow();

@@ -1,6 +1,7 @@
 #include "tabs/ui/AdvancedPage.h"
 
 #include "model/ParamDefines.h"
+#include "model/ValueState.h"
 #include "tabs/ParameterEditors.h"
 #include "tests/helpers/FakeLink.h"
 #include "tests/helpers/MainForm.h"
@@ -603,6 +604,7 @@ TEST_F(AdvancedPageTest, WritesTheChoiceToTheRowThatItWasOpenedFor) {
 
 TEST_F(AdvancedPageTest, LeavingTakesTheChoice) {
     StartOnTab();
+    Poll(38, 1);
     DoubleClick(39);
     Key(Qt::Key_Down);
     ClickInWindow(*List().viewport(),
@@ -821,6 +823,29 @@ TEST_F(AdvancedPageTest, TheMnemonicOfRefreshTakesTheChoice) {
     EXPECT_TRUE(WaitUntil([this] { return !Combo1().isVisible(); }));
     Settle();
     EXPECT_EQ(Value(39), 0);
+}
+
+TEST_F(AdvancedPageTest, SlantsTheMeasuredValuesAloneWhileTheyAreNotLive) {
+    StartOnTab();
+    auto &page = Ui().Get<TabPage>("TabFrame(2)");
+    const auto picture = [this](std::int16_t tag, Column column) {
+        const QModelIndex cell = Model().index(*Model().RowOf(tag), column);
+        List().scrollTo(cell);
+        return List().viewport()->grab(List().visualRect(cell)).toImage();
+    };
+    for (const ValueState state : {ValueState::NeverRead, ValueState::Stale, ValueState::Held}) {
+        const auto changes = [&](std::int16_t tag, Column column) {
+            page.ShowState(ValueState::Live);
+            const QImage live = picture(tag, column);
+            page.ShowState(state);
+            return picture(tag, column) != live;
+        };
+        EXPECT_TRUE(changes(ParamDefines::ActualDistance, Column::Value));
+        EXPECT_TRUE(changes(ParamDefines::EchoReceived, Column::Value));
+        EXPECT_FALSE(changes(ParamDefines::ActualDistance, Column::Name));
+        EXPECT_FALSE(changes(ParamDefines::NearDistance, Column::Value));
+        EXPECT_FALSE(changes(ParamDefines::FirmwareVersion, Column::Value)) << "read-only, but not measured";
+    }
 }
 
 } // namespace ztv

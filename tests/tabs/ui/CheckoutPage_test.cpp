@@ -1,15 +1,18 @@
 #include "tabs/ui/CheckoutPage.h"
 
+#include "model/ValueState.h"
 #include "tests/helpers/FakeLink.h"
 #include "tests/helpers/Form.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/TestPresets.h"
 #include "tests/helpers/Wait.h"
+#include "widgets/Colours.h"
 
 #include <QAccessible>
 #include <QFontMetrics>
 #include <QRadioButton>
 #include <QTest>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
 #include <utility>
@@ -532,6 +535,55 @@ TEST_F(CheckoutPageTest, PaintsAnIndicatorOnlyWhenItChanges) {
     EXPECT_EQ(counter.paints, 0);
     Show(ParamDefines::EchoReceived, 0);
     EXPECT_TRUE(WaitUntil([&counter] { return counter.paints == 1; }));
+}
+
+// Values that aren't live. ---------------------------------------------------------------------------
+
+TEST_F(CheckoutPageTest, GreysWhatIsMeasuredAloneWhileItIsNotLive) {
+    for (const int tag : {18, 19, 20, 23, 38, 60, 61}) {
+        zentrova_.ParamUpdate(static_cast<std::int16_t>(tag), 1);
+    }
+    page_.UpdateDisplay();
+    const auto colourful = [this](const std::string &name) {
+        const QImage picture = ui_.Get<QWidget>(name.c_str()).grab().toImage();
+        int most = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                const QColor pixel = picture.pixelColor(x, y);
+                most = std::max(most, std::max({pixel.red(), pixel.green(), pixel.blue()}) -
+                                          std::min({pixel.red(), pixel.green(), pixel.blue()}));
+            }
+        }
+        return most > 60;
+    };
+    const auto textOf = [this](const char *name) {
+        return ui_.Get<QLineEdit>(name).palette().color(QPalette::Disabled, QPalette::Text);
+    };
+    const QColor grey = Colours::LegibleDisabledText(page_.palette());
+    const QColor text = page_.palette().color(QPalette::Text);
+    const char *const measured[] = {"ImageTeachInput", "ImageExtClkInStatus", "ImageNoEcho", "imgRelay(0)",
+                                    "imgRelay(1)"};
+    const char *const voltages[] = {"TextCheckoutVoltageOut", "TextCheckoutVoltageIn"};
+    for (const ValueState state : {ValueState::NeverRead, ValueState::Stale, ValueState::Held}) {
+        page_.ShowState(ValueState::Live);
+        for (const char *name : measured) {
+            EXPECT_TRUE(colourful(name)) << name;
+        }
+        for (const char *name : voltages) {
+            EXPECT_EQ(textOf(name), text) << name;
+        }
+        page_.ShowState(state);
+        for (const char *name : measured) {
+            EXPECT_FALSE(colourful(name)) << name;
+            EXPECT_EQ(ui_.Get<QWidget>(name).accessibleDescription(), QStringLiteral("on"))
+                << "the last values stand";
+        }
+        for (const char *name : voltages) {
+            EXPECT_EQ(textOf(name), grey) << name;
+        }
+        EXPECT_TRUE(colourful("imgClkOut")) << "a setting";
+        EXPECT_TRUE(ui_.Get<QWidget>("imgRelay(0)").isEnabled());
+    }
 }
 
 } // namespace ztv

@@ -1,11 +1,15 @@
 #include "tabs/ui/DistancePage.h"
 
 #include "model/ParamDefines.h"
+#include "model/ValueState.h"
 #include "tests/helpers/Form.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/TestPresets.h"
+#include "widgets/Colours.h"
 
 #include <QFontMetrics>
+#include <QLabel>
+#include <QProgressBar>
 #include <gtest/gtest.h>
 
 namespace ztv {
@@ -59,6 +63,36 @@ TEST_F(DistancePageTest, KeepsTheLongestNumberInViewAtAnySize) {
         EXPECT_LE(metrics.horizontalAdvance(QStringLiteral("420.00\"")), label.width());
         EXPECT_LE(metrics.capHeight(), label.height());
         EXPECT_GT(metrics.capHeight(), 50); // must be readable from afar
+    }
+}
+
+TEST_F(DistancePageTest, GreysTheNumberAndTheBarWhileTheyAreNotLive) {
+    page_.resize(630, 389);
+    page_.show();
+    Show(12345);
+    const QColor grey = Colours::LegibleDisabledText(page_.palette(), Colours::LargeContrast);
+    const auto &label = ui_.Get<QLabel>("LabelLargeLength");
+    const auto &bar = ui_.Get<QProgressBar>("ProgressBar1");
+    const auto has = [](const QWidget &widget, const QColor &colour) {
+        const QImage picture = const_cast<QWidget &>(widget).grab().toImage();
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixelColor(x, y).rgb() == colour.rgb()) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    for (const ValueState state : {ValueState::NeverRead, ValueState::Stale, ValueState::Held}) {
+        page_.ShowState(ValueState::Live);
+        EXPECT_TRUE(has(label, page_.palette().color(QPalette::WindowText)));
+        EXPECT_FALSE(has(bar, grey));
+        page_.ShowState(state);
+        EXPECT_FALSE(has(label, page_.palette().color(QPalette::WindowText)));
+        EXPECT_TRUE(has(label, grey));
+        EXPECT_TRUE(has(bar, grey));
+        EXPECT_EQ(ui_.Text("LabelLargeLength"), QStringLiteral("123.45\""));
     }
 }
 

@@ -1,0 +1,182 @@
+#include "shell/MessageStrip.h"
+
+#include "widgets/Colours.h"
+#include "widgets/Controls.h"
+#include "widgets/DeferredWork.h"
+
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace ztv {
+
+namespace {
+
+using Severity = StripMessage::Severity;
+
+constexpr int margin = 6;
+
+constexpr Colours::Pair alarmGround{0xffb3261e, 0xffff8a80};
+constexpr Colours::Pair warningGround{0xffffc94d, 0xffe0a526};
+constexpr Colours::Pair noteGround{0xffd7e3f4, 0xff33475e};
+
+Colours::Pair GroundOf(Severity severity) {
+    switch (severity) {
+    case Severity::Alarm:
+        return alarmGround;
+    case Severity::Warning:
+        return warningGround;
+    default:
+        return noteGround;
+    }
+}
+
+// Differs by severity, for those who can't tell the colours apart.
+QString SymbolOf(Severity severity) {
+    switch (severity) {
+    case Severity::Alarm:
+        return QStringLiteral("\u2716");
+    case Severity::Warning:
+        return QStringLiteral("\u25B2");
+    default:
+        return QStringLiteral("\u25CF");
+    }
+}
+
+struct ButtonRow {
+    const char *name;
+    const char *caption;
+    const char *toolTip;
+};
+
+ButtonRow RowOf(StripAction action) {
+    switch (action) {
+    case StripAction::ResetCounters:
+        return {"StripReset", "Reset", "Sets both counters to 0"};
+    case StripAction::Online:
+        return {"StripOnline", "Online", "Connects to the sensor"};
+    case StripAction::GoOffline:
+        return {"StripOffline", "Go Offline", "Closes the serial port"};
+    case StripAction::Communications:
+        return {"StripCommunications", "Communications...", "Shows port, line and address"};
+    case StripAction::Search:
+        return {"StripSearch", "Search...", "Goes offline and searches the line for sensors"};
+    case StripAction::OpenFile:
+        return {"StripOpen", "Open File...", "Opens another settings file"};
+    case StripAction::SaveAs:
+        return {"StripSaveAs", "Save As...", "Saves to another file"};
+    case StripAction::Help:
+        break;
+    }
+    return {"StripHelp", "Help", "Says what to do"};
+}
+
+} // namespace
+
+MessageStrip::MessageStrip(QWidget *parent)
+    : QFrame(parent),
+      symbol_(new QLabel(this)),
+      headline_(Controls::Named(new QLabel(this), "StripHeadline")),
+      detail_(Controls::Named(new QLabel(this), "StripDetail")),
+      buttons_(new QHBoxLayout) {
+    Controls::Named(this, "MessageStrip");
+    setAutoFillBackground(true);
+    QFont bold = headline_->font();
+    bold.setBold(true);
+    headline_->setFont(bold);
+    symbol_->setFont(bold);
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(0);
+    for (QLabel *label : {headline_, detail_}) {
+        label->setTextFormat(Qt::PlainText);
+        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // never wider than the room there is
+        texts->addWidget(label);
+    }
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(margin, 0, margin, 0);
+    row->addWidget(symbol_);
+    row->addLayout(texts, 1);
+    row->addLayout(buttons_);
+    hide();
+}
+
+void MessageStrip::Show(const std::optional<StripMessage> &message) {
+    if (message == shown_) {
+        return;
+    }
+    const std::optional<StripMessage> before = std::exchange(shown_, message);
+    if (!shown_) {
+        hide();
+        return;
+    }
+    const bool isOther = !before || before->kind != shown_->kind;
+    if (isOther) {
+        BuildButtons();
+        Colour();
+    }
+    ShowTexts();
+    if (isOther) {
+        show();
+        QAccessibleEvent alert(this, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
+}
+
+void MessageStrip::BuildButtons() {
+    while (QLayoutItem *item = buttons_->takeAt(0)) {
+        item->widget()->hide();
+        item->widget()->deleteLater(); // it may be the one whose press led here
+        delete item;
+    }
+    for (const StripAction action : shown_->actions) {
+        const ButtonRow row = RowOf(action);
+        auto *button = Controls::Captioned<QPushButton>(row.name, row.caption, this);
+        button->setToolTip(QString::fromLatin1(row.toolTip));
+        button->setAutoFillBackground(true);
+        DeferredWork::OnPress(*button, [this, action] { Q_EMIT Pressed(action); });
+        buttons_->addWidget(button);
+    }
+}
+
+void MessageStrip::Colour() {
+    if (!shown_) {
+        return;
+    }
+    const QWidget &around = *parentWidget();
+    const QColor ground = Colours::Of(GroundOf(shown_->severity), around.palette());
+    QPalette palette = around.palette();
+    palette.setColor(QPalette::Window, ground);
+    palette.setColor(QPalette::WindowText, Colours::TextOn(ground));
+    setPalette(palette);
+    symbol_->setText(SymbolOf(shown_->severity));
+}
+
+// Elides what doesn't fit; the tool tip has it all.
+void MessageStrip::ShowTexts() {
+    if (!shown_) {
+        return;
+    }
+    const auto show = [](QLabel &label, const QString &text) {
+        label.setText(label.fontMetrics().elidedText(text, Qt::ElideRight, label.width()));
+        label.setAccessibleName(text);
+    };
+    const bool hasTwoLines = height() >= headline_->sizeHint().height() + detail_->sizeHint().height();
+    detail_->setVisible(hasTwoLines);
+    layout()->activate();
+    show(*headline_,
+         hasTwoLines ? shown_->headline : shown_->headline + QStringLiteral(". ") + shown_->detail);
+    show(*detail_, shown_->detail);
+    const QString whole = shown_->headline + QStringLiteral(". ") + shown_->detail + u'.';
+    setAccessibleName(whole);
+    setToolTip(whole);
+}
+
+void MessageStrip::resizeEvent(QResizeEvent *event) {
+    QFrame::resizeEvent(event);
+    ShowTexts();
+}
+
+} // namespace ztv

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "shell/StripMessage.h"
+
+#include <QFrame>
+#include <optional>
+
+class QHBoxLayout;
+class QLabel;
+
+namespace ztv {
+
+// The strip between the pages and the status bar: shows the worst of what is wrong, with buttons for the ways
+// out, and is hidden while all is well. It takes no focus and moves nothing.
+class MessageStrip : public QFrame {
+    Q_OBJECT
+
+public:
+    explicit MessageStrip(QWidget *parent);
+
+    // Shows a message, or hides the strip. A message of another kind is announced to assistive clients; a new
+    // text of the same kind, such as a time that goes on, isn't.
+    void Show(const std::optional<StripMessage> &message);
+
+    // Takes the colours anew from the palette around it.
+    void Colour();
+
+Q_SIGNALS:
+    void Pressed(StripAction action);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void ShowTexts();
+    void BuildButtons();
+
+    std::optional<StripMessage> shown_;
+    QLabel *symbol_;
+    QLabel *headline_;
+    QLabel *detail_;
+    QHBoxLayout *buttons_;
+};
+
+} // namespace ztv

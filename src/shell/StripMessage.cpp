@@ -1,0 +1,162 @@
+#include "shell/StripMessage.h"
+
+#include "model/LineTables.h"
+
+#include <QFileInfo>
+#include <algorithm>
+#include <limits>
+
+namespace ztv {
+
+namespace {
+
+using Kind = StripMessage::Kind;
+using Severity = StripMessage::Severity;
+
+// At the fastest poll, the rest of the count lasts for nine more minutes of time-outs.
+constexpr std::int16_t countToWarnAt = 30000;
+
+QString Duration(std::chrono::seconds time) {
+    const auto seconds = time.count();
+    constexpr int perMinute = 60;
+    constexpr int perHour = 3600;
+    if (seconds < perMinute) {
+        return QStringLiteral("%1 s").arg(seconds);
+    }
+    if (seconds < perHour) {
+        return QStringLiteral("%1 min %2 s").arg(seconds / perMinute).arg(seconds % perMinute);
+    }
+    return QStringLiteral("%1 h %2 min").arg(seconds / perHour).arg(seconds % perHour / perMinute);
+}
+
+template <typename Table>
+QString TextOf(const Table &table, std::int16_t index) {
+    const bool isKnown = index >= 0 && static_cast<std::size_t>(index) < table.size();
+    return isKnown ? QString::fromLatin1(table[static_cast<std::size_t>(index)].text) : QStringLiteral("?");
+}
+
+QString PortWithDevice(const StripFacts &facts) {
+    return QStringLiteral("port %1 (%2)").arg(facts.comm.port).arg(facts.device);
+}
+
+QString Place(const StripFacts &facts) {
+    return QStringLiteral("Address %1 on %2, %3 %4")
+        .arg(facts.comm.address)
+        .arg(PortWithDevice(facts), TextOf(BaudTable, facts.comm.baud),
+             TextOf(ParityStopTable, facts.comm.parityStop));
+}
+
+// Says whose values the screen shows while no sensor is read.
+QString Origin(const StripFacts &facts) {
+    if (facts.age) {
+        return QStringLiteral("The values are the last ones read, %1 ago").arg(Duration(*facts.age));
+    }
+    if (!facts.openFile.isEmpty()) {
+        return QStringLiteral("The values are those of %1").arg(QFileInfo(facts.openFile).fileName());
+    }
+    return QStringLiteral("The values are the factory's, not a sensor's");
+}
+
+std::optional<StripMessage> OfCounters(const StripFacts &facts) {
+    const std::int16_t count = std::max(facts.timeouts, facts.crcErrors);
+    if (count < countToWarnAt) {
+        return std::nullopt;
+    }
+    return StripMessage{
+        Kind::CounterNearItsEnd,
+        Severity::Alarm,
+        QStringLiteral("%1 %2 counted")
+            .arg(count)
+            .arg(count == facts.timeouts ? QStringLiteral("time-outs") : QStringLiteral("CRC errors")),
+        QStringLiteral("The program closes when the count passes %1")
+            .arg(std::numeric_limits<std::int16_t>::max()),
+        {StripAction::ResetCounters, StripAction::GoOffline}};
+}
+
+std::optional<StripMessage> OfLink(const StripFacts &facts) {
+    if (!facts.isOnline) {
+        return std::nullopt;
+    }
+    if (facts.portIsGone) {
+        return StripMessage{Kind::PortGone,
+                            Severity::Alarm,
+                            QStringLiteral("The serial port is gone"),
+                            QStringLiteral("Plug the adapter of %1 in again; the link resumes by itself")
+                                .arg(PortWithDevice(facts)),
+                            {StripAction::Communications, StripAction::GoOffline}};
+    }
+    if (facts.silence) {
+        return StripMessage{
+            Kind::NoAnswer,
+            Severity::Alarm,
+            QStringLiteral("No answer for %1").arg(Duration(*facts.silence)),
+            Place(facts) + QStringLiteral(". ") + Origin(facts),
+            {StripAction::Communications, StripAction::Search, StripAction::GoOffline, StripAction::Help}};
+    }
+    if (facts.anotherSensorAnswers) {
+        return StripMessage{
+            Kind::AnotherSensor,
+            Severity::Alarm,
+            QStringLiteral("Another sensor answers"),
+            QStringLiteral("Its values aren't shown, and nothing is written to it: go offline and online"),
+            {StripAction::GoOffline, StripAction::Help}};
+    }
+    if (facts.valuesAreHeld) {
+        return StripMessage{Kind::ValuesHeld,
+                            Severity::Warning,
+                            QStringLiteral("The values aren't read"),
+                            QStringLiteral("A file couldn't be opened or sent: go offline and online"),
+                            {StripAction::GoOffline, StripAction::Help}};
+    }
+    return std::nullopt;
+}
+
+std::optional<StripMessage> OfFiles(const StripFacts &facts) {
+    if (facts.notSaved) {
+        return StripMessage{Kind::NotSaved,
+                            Severity::Warning,
+                            QStringLiteral("%1 wasn't saved").arg(QFileInfo(facts.notSaved->name).fileName()),
+                            facts.notSaved->reason,
+                            {StripAction::SaveAs}};
+    }
+    if (facts.notOpened) {
+        return StripMessage{
+            Kind::NotOpened,
+            Severity::Warning,
+            QStringLiteral("%1 couldn't be opened").arg(QFileInfo(facts.notOpened->name).fileName()),
+            facts.notOpened->reason,
+            {StripAction::OpenFile}};
+    }
+    return std::nullopt;
+}
+
+std::optional<StripMessage> OfState(const StripFacts &facts) {
+    if (!facts.isOnline) {
+        return StripMessage{Kind::NotConnected,
+                            Severity::Note,
+                            QStringLiteral("Not connected"),
+                            Origin(facts),
+                            {StripAction::Online}};
+    }
+    if (!facts.echoIsReceived) {
+        return StripMessage{Kind::NoEcho,
+                            Severity::Warning,
+                            QStringLiteral("No echo"),
+                            QStringLiteral("The sensor finds no target: distance and output say nothing"),
+                            {StripAction::Help}};
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<StripMessage> WorstMessage(const StripFacts &facts) {
+    for (const auto message : {OfCounters, OfLink, OfFiles, OfState}) {
+        if (std::optional<StripMessage> found = message(facts)) {
+            return found;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace ztv

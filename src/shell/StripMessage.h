@@ -1,0 +1,68 @@
+#pragma once
+
+#include "link/CommSettings.h"
+
+#include <QString>
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace ztv {
+
+// The buttons of the strip.
+enum class StripAction { ResetCounters, Online, GoOffline, Communications, Search, OpenFile, SaveAs, Help };
+
+// The text of the strip between the pages and the status bar: the worst of what is wrong, and the ways out.
+struct StripMessage {
+    // Worst first.
+    enum class Kind {
+        CounterNearItsEnd,
+        PortGone,
+        NoAnswer,
+        AnotherSensor,
+        ValuesHeld,
+        NotSaved,
+        NotOpened,
+        NoEcho,
+        NotConnected
+    };
+    enum class Severity { Alarm, Warning, Note };
+
+    Kind kind = Kind::NotConnected;
+    Severity severity = Severity::Note;
+    QString headline;
+    QString detail;
+    std::vector<StripAction> actions;
+
+    bool operator==(const StripMessage &) const = default;
+};
+
+// The facts that decide on the strip's message.
+struct StripFacts {
+    // A settings file that couldn't be read or written.
+    struct FileFailure {
+        QString name;
+        QString reason;
+    };
+
+    bool isOnline = false;
+    bool portIsGone = false;
+    bool anotherSensorAnswers = false;
+    bool valuesAreHeld = false;
+    bool echoIsReceived = true;
+    std::optional<std::chrono::seconds> silence; // since the last good poll, while that is too long ago
+    std::optional<std::chrono::seconds> age;     // of the values; none if they were never read
+    CommSettings comm;
+    QString device;   // of comm.port
+    QString openFile; // the settings file's name; empty for none
+    std::int16_t timeouts = 0;
+    std::int16_t crcErrors = 0;
+    std::optional<FileFailure> notOpened;
+    std::optional<FileFailure> notSaved;
+};
+
+// Returns the worst message, or none if all is well.
+std::optional<StripMessage> WorstMessage(const StripFacts &facts);
+
+} // namespace ztv

@@ -1,0 +1,102 @@
+#include "shell/StripWatch.h"
+
+#include "model/ParamDefines.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ztv {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A sensor that answers does so well within this time after the port was opened.
+constexpr auto timeToAnswer = 2s;
+
+} // namespace
+
+StripWatch::StripWatch(Dependencies dependencies) : dependencies_(std::move(dependencies)) {
+    LinkSession &link = dependencies_.link;
+    connect(&link, &LinkSession::OnlineChanged, this, [this](bool online) {
+        portIsGone_ = false;
+        if (online) {
+            online_.start();
+        } else {
+            online_.invalidate();
+        }
+        Update();
+    });
+    connect(&link, &LinkSession::ValueStateChanged, this, &StripWatch::Update);
+    connect(&link, &LinkSession::TableRefreshed, this, [this] {
+        portIsGone_ = false;
+        Update();
+    });
+    connect(&link.Mbaxp1(), &Mbaxp::TransactionFailed, this, &StripWatch::OnPollFailed);
+    connect(&second_, &QTimer::timeout, this, &StripWatch::Update);
+    second_.setInterval(1s);
+    Update();
+}
+
+void StripWatch::OnPollFailed(LinkTransaction transaction, LinkStatus status) {
+    if (transaction == LinkTransaction::Poll || transaction == LinkTransaction::AddressingProbe) {
+        portIsGone_ = status == LinkStatus::ReadError || status == LinkStatus::WriteError;
+        Update();
+    }
+}
+
+void StripWatch::Update() {
+    const StripFacts facts = Facts();
+    std::optional<StripMessage> message = WorstMessage(facts);
+    const bool isWaiting = facts.isOnline && dependencies_.link.State() != ValueState::Live;
+    const bool hasTime = message && (message->kind == StripMessage::Kind::NoAnswer || facts.age);
+    if (isWaiting || hasTime) {
+        if (!second_.isActive()) {
+            second_.start();
+        }
+    } else {
+        second_.stop();
+    }
+    if (message != message_) {
+        message_ = std::move(message);
+        Q_EMIT Changed(message_);
+    }
+}
+
+StripFacts StripWatch::Facts() const {
+    const LinkSession &link = dependencies_.link;
+    const auto toSeconds = [](std::chrono::milliseconds time) {
+        return std::chrono::duration_cast<std::chrono::seconds>(time);
+    };
+    StripFacts facts;
+    facts.isOnline = online_.isValid();
+    facts.portIsGone = portIsGone_;
+    facts.anotherSensorAnswers = link.AnotherSensorAnswers();
+    facts.valuesAreHeld = link.State() == ValueState::Held;
+    facts.echoIsReceived = link.State() != ValueState::Live ||
+                           dependencies_.zentrova.ParamValue(ParamDefines::EchoReceived) != 0;
+    if (const auto age = link.AgeOfValues(); age && link.State() != ValueState::Live) {
+        facts.age = toSeconds(*age);
+    }
+    const bool isSilent = link.State() == ValueState::Stale || link.State() == ValueState::NeverRead;
+    if (facts.isOnline && isSilent) {
+        const std::chrono::milliseconds since(online_.elapsed());
+        if (since >= timeToAnswer) {
+            facts.silence = toSeconds(std::min(since, link.AgeOfValues().value_or(since)));
+        }
+    }
+    facts.comm = link.Comm();
+    facts.timeouts = link.TimeoutCount();
+    facts.crcErrors = link.CrcErrorCount();
+    facts.openFile = dependencies_.files.CurrentFileName();
+    if (const auto &failure = dependencies_.files.SilentFailure()) {
+        (failure->isSave ? facts.notSaved : facts.notOpened) = {.name = failure->name,
+                                                                .reason = failure->reason};
+    }
+    if (facts.isOnline && (facts.portIsGone || facts.silence)) {
+        facts.device = dependencies_.deviceOfPort(facts.comm.port);
+    }
+    return facts;
+}
+
+} // namespace ztv

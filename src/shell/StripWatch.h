@@ -1,0 +1,52 @@
+#pragma once
+
+#include "link/LinkSession.h"
+#include "model/ClassZentrova.h"
+#include "shell/FileCommands.h"
+#include "shell/StripMessage.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace ztv {
+
+// Gathers the facts for the strip's message and reports each change of it. Its timer runs only while the
+// message contains a time.
+class StripWatch : public QObject {
+    Q_OBJECT
+
+public:
+    struct Dependencies {
+        LinkSession &link;
+        const ClassZentrova &zentrova;
+        const FileCommands &files;
+        std::function<QString(std::int16_t)> deviceOfPort;
+    };
+
+    // REQUIRES: what it depends on outlives this.
+    explicit StripWatch(Dependencies dependencies);
+
+    const std::optional<StripMessage> &Message() const { return message_; }
+
+    // Call it after a file command, which isn't reported by itself.
+    void Update();
+
+Q_SIGNALS:
+    void Changed(const std::optional<StripMessage> &message);
+
+private:
+    void OnPollFailed(LinkTransaction transaction, LinkStatus status);
+    StripFacts Facts() const;
+
+    Dependencies dependencies_;
+    std::optional<StripMessage> message_;
+    QElapsedTimer online_; // since the link went online; invalid while it is offline
+    bool portIsGone_ = false;
+    QTimer second_;
+};
+
+} // namespace ztv
