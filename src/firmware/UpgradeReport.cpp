@@ -44,8 +44,7 @@ UpgradeReport::UpgradeReport(const UpgradeConsole &console, const OneButtonUpgra
         notice_ = {.tone = Tone::Success,
                    .text = QStringLiteral("The last upgrade: %1").arg(versions_.Change())};
     }
-    connect(&console, &UpgradeConsole::ConnectedChanged, this,
-            [this](bool connected) { connected_ = connected; });
+    connect(&console, &UpgradeConsole::ConnectedChanged, this, &UpgradeReport::OnConnectedChanged);
     connect(&console, &UpgradeConsole::TransferStarted, this,
             [this](const QString &, TransferKind kind) { OnTransferStarted(kind); });
     connect(&console, &UpgradeConsole::TransferAdvanced, this, [this](double done) { done_ = done; });
@@ -53,6 +52,14 @@ UpgradeReport::UpgradeReport(const UpgradeConsole &console, const OneButtonUpgra
     connect(&console, &UpgradeConsole::RunAppEnded, this, &UpgradeReport::OnRunAppEnded);
     connect(&upgrade, &OneButtonUpgrade::RunningChanged, this, &UpgradeReport::OnRunningChanged);
     connect(&upgrade, &OneButtonUpgrade::Ended, this, &UpgradeReport::OnRunEnded);
+}
+
+// A sensor whose boot loader answers doesn't run.
+void UpgradeReport::OnConnectedChanged(bool connected) {
+    connected_ = connected;
+    if (connected && notice_.tone == Tone::Success) {
+        Show({});
+    }
 }
 
 void UpgradeReport::OnRunningChanged(bool running) {

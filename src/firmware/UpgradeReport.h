@@ -52,6 +52,7 @@ private:
         int erasesBefore;
     };
 
+    void OnConnectedChanged(bool connected);
     void OnRunningChanged(bool running);
     void OnRunEnded(UpgradeOutcome outcome);
     void OnTransferStarted(UpgradeConsole::TransferKind kind);

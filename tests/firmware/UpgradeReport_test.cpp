@@ -259,6 +259,15 @@ TEST_F(UpgradeReportTest, ANoticeStaysUntilTheNextCommand) {
     ExpectNotice(Tone::Quiet, "");
 }
 
+TEST_F(UpgradeReportTest, ASensorWhoseLoaderAnswersIsNotCalledRestarted) {
+    MakeFirmware();
+    EXPECT_EQ(Upgrade(), UpgradeOutcome::Upgraded);
+    EXPECT_EQ(report_.Notice().tone, Tone::Success);
+    loader_.restarted = false;
+    console_.ConnectBootloader();
+    ExpectNotice(Tone::Quiet, "");
+}
+
 TEST_F(UpgradeReportTest, AReadThatStoppedChangedNothing) {
     console_.ConnectBootloader();
     int changes = 0;

@@ -101,7 +101,7 @@ TEST_F(BuildPresetsTest, MakesAConstantOfEachRoleAndOfEachNamedValue) {
     EXPECT_TRUE(text.contains("\ninline constexpr std::int16_t NearDistance = 28; // Near Distance\n"));
     EXPECT_TRUE(text.contains("\ninline constexpr std::int32_t NoCommand = 0; // of SaveCommand and "
                               "ReinitCommand\n"));
-    EXPECT_FALSE(text.contains("Serial"));
+    EXPECT_FALSE(text.contains("Temperature"));
 }
 
 TEST_F(BuildPresetsTest, LeavesTheConstantsAloneWhileNoneOfThemChanges) {
@@ -190,8 +190,8 @@ const Mistake mistakes[] = {
      "\"2Range\" is not a name like NearDistance"},
     {"ARoleThatIsMissing", "parameters.txt", "| ClockOut", "| -", conditions, "ClockOut",
      "no parameter has the role ClockOut"},
-    {"ARoleOfWhichNothingIsKnown", "parameters.txt", "Serial Number                   | -",
-     "Serial Number | SerialNumber", parameters, "SerialNumber", "no condition names the role SerialNumber"},
+    {"ARoleOfWhichNothingIsKnown", "parameters.txt", "User Number                     | -",
+     "User Number | UserNumber", parameters, "UserNumber", "no condition names the role UserNumber"},
     {"AMissingRoleInAComparison", "conditions.txt", "MinRange.Preset + 106", "LeastRange.Preset + 106",
      conditions, "LeastRange", "no parameter has the role LeastRange"},
 
