@@ -2,7 +2,6 @@
 
 #include "model/ParamDefines.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace ztv {
@@ -11,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A sensor that answers does so well within this time after the port was opened.
+// A sensor that is there answers well within this time.
 constexpr auto timeToAnswer = 2s;
 
 } // namespace
@@ -19,17 +18,15 @@ constexpr auto timeToAnswer = 2s;
 StripWatch::StripWatch(Dependencies dependencies) : dependencies_(std::move(dependencies)) {
     LinkSession &link = dependencies_.link;
     connect(&link, &LinkSession::OnlineChanged, this, [this](bool online) {
+        isOnline_ = online;
         portIsGone_ = false;
-        if (online) {
-            online_.start();
-        } else {
-            online_.invalidate();
-        }
+        sinceAnswer_.start();
         Update();
     });
     connect(&link, &LinkSession::ValueStateChanged, this, &StripWatch::Update);
     connect(&link, &LinkSession::TableRefreshed, this, [this] {
         portIsGone_ = false;
+        sinceAnswer_.start();
         Update();
     });
     connect(&link.Mbaxp1(), &Mbaxp::TransactionFailed, this, &StripWatch::OnPollFailed);
@@ -69,7 +66,7 @@ StripFacts StripWatch::Facts() const {
         return std::chrono::duration_cast<std::chrono::seconds>(time);
     };
     StripFacts facts;
-    facts.isOnline = online_.isValid();
+    facts.isOnline = isOnline_;
     facts.portIsGone = portIsGone_;
     facts.anotherSensorAnswers = link.AnotherSensorAnswers();
     facts.valuesAreHeld = link.State() == ValueState::Held;
@@ -80,9 +77,9 @@ StripFacts StripWatch::Facts() const {
     }
     const bool isSilent = link.State() == ValueState::Stale || link.State() == ValueState::NeverRead;
     if (facts.isOnline && isSilent) {
-        const std::chrono::milliseconds since(online_.elapsed());
-        if (since >= timeToAnswer) {
-            facts.silence = toSeconds(std::min(since, link.AgeOfValues().value_or(since)));
+        const std::chrono::milliseconds silence(sinceAnswer_.elapsed());
+        if (silence >= timeToAnswer) {
+            facts.silence = toSeconds(silence);
         }
     }
     facts.comm = link.Comm();

@@ -44,7 +44,8 @@ private:
 
     Dependencies dependencies_;
     std::optional<StripMessage> message_;
-    QElapsedTimer online_; // since the link went online; invalid while it is offline
+    QElapsedTimer sinceAnswer_; // or since the link went online
+    bool isOnline_ = false;
     bool portIsGone_ = false;
     QTimer second_;
 };

@@ -52,6 +52,26 @@ TEST_F(StripTest, SaysForHowLongTheSensorHasBeenSilentAndGoesByItself) {
     EXPECT_TRUE(WaitUntil([this] { return Says().isEmpty(); }));
 }
 
+TEST_F(StripTest, SaysNothingWhileAFileIsLoadedIntoASensorThatAnswers) {
+    const QString file = configuration_.filePath(QStringLiteral("roll.ztv"));
+    ASSERT_FALSE(ClassZentrova(ShippedPresetsFolder()).SaveFile(file));
+    StartPolling();
+    EXPECT_TRUE(WaitForPolls(12)); // longer than a silence that it would report
+    bool hasShown = false;
+    QObject::connect(&form_->Link(), &LinkSession::ValueStateChanged, form_.get(),
+                     [&] { hasShown = hasShown || !Says().isEmpty(); });
+    dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new settings."
+                                   "\n\nContinue?"),
+                    BoxIcon::Exclamation, BoxButtons::YesNo, BoxAnswer::Yes);
+    dialogs_.ExpectOpenFile(file);
+    dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
+    Ui().Choose("Toolbar1(Open File)");
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_TRUE(WaitForPolls(1));
+    EXPECT_FALSE(hasShown);
+    EXPECT_EQ(Says(), QString());
+}
+
 TEST_F(StripTest, SaysSoWhenNoSensorEverAnswers) {
     StartSensor();
     sensor_->Execute(QStringLiteral("mute on"));
