@@ -238,11 +238,10 @@ TEST_F(WizardTest, CancelRestoresTheRangeBehindTheFailuresOfADeadSensor) {
         Next(wizard); // 24 is on the line, 25 waits
         dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes,
                         {}, QStringLiteral("Cancel?"));
-        const auto staysOpen = [&wizard] {
-            QWidget &window = *wizard.Get<QWidget>("picNav").window();
-            window.close();
-            QTest::keyClick(&window, Qt::Key_Escape);
-            EXPECT_TRUE(window.isVisible());
+        const auto staysOpen = [window = wizard.Get<QWidget>("picNav").window()] {
+            window->close();
+            QTest::keyClick(window, Qt::Key_Escape);
+            EXPECT_TRUE(window->isVisible());
         };
         const QString failure = QStringLiteral("Error writing parameter");
         dialogs_.ExpectNotice(failure, BoxIcon::Exclamation, ApplicationTitle(), staysOpen); // of 24
