@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 namespace ztv {
@@ -47,32 +48,22 @@ QString SymbolOf(Severity severity) {
 }
 
 struct ButtonRow {
+    StripAction action;
     const char *name;
     const char *caption;
     const char *toolTip;
 };
 
-ButtonRow RowOf(StripAction action) {
-    switch (action) {
-    case StripAction::ResetCounters:
-        return {"StripReset", "Reset", "Sets both counters to 0"};
-    case StripAction::Online:
-        return {"StripOnline", "Online", "Connects to the sensor"};
-    case StripAction::GoOffline:
-        return {"StripOffline", "Go Offline", "Closes the serial port"};
-    case StripAction::Communications:
-        return {"StripCommunications", "Communications...", "Shows port, line and address"};
-    case StripAction::Search:
-        return {"StripSearch", "Search...", "Goes offline and searches the line for sensors"};
-    case StripAction::OpenFile:
-        return {"StripOpen", "Open File...", "Opens another settings file"};
-    case StripAction::SaveAs:
-        return {"StripSaveAs", "Save As...", "Saves to another file"};
-    case StripAction::Help:
-        break;
-    }
-    return {"StripHelp", "Help", "Says what to do"};
-}
+constexpr ButtonRow buttonRows[] = {
+    {StripAction::ResetCounters, "StripReset", "Reset", "Sets both counters to 0"},
+    {StripAction::Online, "StripOnline", "Online", "Connects to the sensor"},
+    {StripAction::Communications, "StripCommunications", "Communications...", "Shows port, line and address"},
+    {StripAction::Search, "StripSearch", "Search...", "Goes offline and searches the line for sensors"},
+    {StripAction::GoOffline, "StripOffline", "Go Offline", "Closes the serial port"},
+    {StripAction::OpenFile, "StripOpen", "Open File...", "Opens another settings file"},
+    {StripAction::SaveAs, "StripSaveAs", "Save As...", "Saves to another file"},
+    {StripAction::Help, "StripHelp", "Help", "Says what to do"},
+};
 
 } // namespace
 
@@ -80,8 +71,7 @@ MessageStrip::MessageStrip(QWidget *parent)
     : QFrame(parent),
       symbol_(new QLabel(this)),
       headline_(Controls::Named(new QLabel(this), "StripHeadline")),
-      detail_(Controls::Named(new QLabel(this), "StripDetail")),
-      buttons_(new QHBoxLayout) {
+      detail_(Controls::Named(new QLabel(this), "StripDetail")) {
     Controls::Named(this, "MessageStrip");
     setAutoFillBackground(true);
     QFont bold = headline_->font();
@@ -99,7 +89,13 @@ MessageStrip::MessageStrip(QWidget *parent)
     row->setContentsMargins(margin, 0, margin, 0);
     row->addWidget(symbol_);
     row->addLayout(texts, 1);
-    row->addLayout(buttons_);
+    for (const ButtonRow &entry : buttonRows) {
+        auto *button = Controls::Captioned<QPushButton>(entry.name, entry.caption, this);
+        button->setToolTip(QString::fromLatin1(entry.toolTip));
+        DeferredWork::OnPress(*button, [this, action = entry.action] { Q_EMIT Pressed(action); });
+        row->addWidget(button);
+        buttons_.emplace_back(entry.action, button);
+    }
     hide();
 }
 
@@ -114,7 +110,7 @@ void MessageStrip::Show(const std::optional<StripMessage> &message) {
     }
     const bool isOther = !before || before->kind != shown_->kind;
     if (isOther) {
-        BuildButtons();
+        ShowButtons();
         Colour();
     }
     ShowTexts();
@@ -125,19 +121,9 @@ void MessageStrip::Show(const std::optional<StripMessage> &message) {
     }
 }
 
-void MessageStrip::BuildButtons() {
-    while (QLayoutItem *item = buttons_->takeAt(0)) {
-        item->widget()->hide();
-        item->widget()->deleteLater(); // it may be the one whose press led here
-        delete item;
-    }
-    for (const StripAction action : shown_->actions) {
-        const ButtonRow row = RowOf(action);
-        auto *button = Controls::Captioned<QPushButton>(row.name, row.caption, this);
-        button->setToolTip(QString::fromLatin1(row.toolTip));
-        button->setAutoFillBackground(true);
-        DeferredWork::OnPress(*button, [this, action] { Q_EMIT Pressed(action); });
-        buttons_->addWidget(button);
+void MessageStrip::ShowButtons() {
+    for (const auto &[action, button] : buttons_) {
+        button->setVisible(std::ranges::find(shown_->actions, action) != shown_->actions.end());
     }
 }
 

@@ -4,9 +4,11 @@
 
 #include <QFrame>
 #include <optional>
+#include <utility>
+#include <vector>
 
-class QHBoxLayout;
 class QLabel;
+class QPushButton;
 
 namespace ztv {
 
@@ -33,13 +35,13 @@ protected:
 
 private:
     void ShowTexts();
-    void BuildButtons();
+    void ShowButtons();
 
     std::optional<StripMessage> shown_;
     QLabel *symbol_;
     QLabel *headline_;
     QLabel *detail_;
-    QHBoxLayout *buttons_;
+    std::vector<std::pair<StripAction, QPushButton *>> buttons_;
 };
 
 } // namespace ztv

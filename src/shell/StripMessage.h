@@ -10,8 +10,8 @@
 
 namespace ztv {
 
-// The buttons of the strip.
-enum class StripAction { ResetCounters, Online, GoOffline, Communications, Search, OpenFile, SaveAs, Help };
+// The buttons of the strip, from left to right.
+enum class StripAction { ResetCounters, Online, Communications, Search, GoOffline, OpenFile, SaveAs, Help };
 
 // The text of the strip between the pages and the status bar: the worst of what is wrong, and the ways out.
 struct StripMessage {
@@ -33,7 +33,7 @@ struct StripMessage {
     Severity severity = Severity::Note;
     QString headline;
     QString detail;
-    std::vector<StripAction> actions;
+    std::vector<StripAction> actions; // in the order of the buttons
 
     bool operator==(const StripMessage &) const = default;
 };
