@@ -334,8 +334,8 @@ TEST_F(MbaxpTest, ASensorThatHasBecomeMuchSlowerCostsTwoTimeoutsAndNoRound) {
     EXPECT_TRUE(WaitUntil([this] { return events_.size() >= 8; }));
     EXPECT_EQ(std::count(events_.begin(), events_.end(), Event(cycle, 10)), 2);
     const auto whole = line_->Times()[7] - line_->Times()[0];
-    EXPECT_GE(whole, std::chrono::milliseconds(7 * 200 - 5));
-    EXPECT_LT(whole, std::chrono::milliseconds(7 * 200 + 100)) << "the rounds stay on their grid";
+    EXPECT_GE(whole, std::chrono::milliseconds(7 * 200 - 50)); // the far end may see the first request late
+    EXPECT_LT(whole, std::chrono::milliseconds(7 * 200 + 150)) << "the rounds stay on their grid";
 }
 
 TEST_F(MbaxpTest, AReplyThatWasReadAtTheDeadlineTellsNothingOfTheSensorsDelay) {
@@ -893,8 +893,9 @@ TEST_P(MbaxpPeriodTest, ACycleKeepsItsPeriodWhileNobodyHasEverAnswered) {
     constexpr int rounds = 4;
     EXPECT_TRUE(WaitUntil([this] { return line_->Times().size() > rounds; }));
     const auto whole = line_->Times()[rounds] - line_->Times()[0];
-    EXPECT_GE(whole, std::chrono::milliseconds(rounds * row.periodMs - 10));
-    EXPECT_LT(whole, std::chrono::milliseconds(rounds * row.periodMs + row.periodMs / 4));
+    // A round that waited for half a period more would cost two periods in all.
+    EXPECT_GE(whole, std::chrono::milliseconds(rounds * row.periodMs - row.periodMs / 4));
+    EXPECT_LT(whole, std::chrono::milliseconds((rounds + 1) * row.periodMs));
     EXPECT_EQ(std::count(events_.begin(), events_.end(), Event(cycle, 10)), rounds);
 }
 
