@@ -228,7 +228,7 @@ void FormTransmitDelay::SetTransmitDelayValues() {
     using namespace ParamDefines;
     const auto low = TransmitDelay::RawValue(zentrova_, low_->text(), TransmitDelayLow);
     const auto high = TransmitDelay::RawValue(zentrova_, high_->text(), TransmitDelayHigh);
-    if (!low || !high) {
+    if (!low || !high || asking_) {
         return;
     }
     const QScopedValueRollback<bool> guard(asking_, true);

@@ -367,6 +367,7 @@ TEST_F(FormTransmitDelayTest, IsNotClosedBehindItsQuestion) {
     ExpectQuestion(BoxAnswer::Yes, [this] {
         form_->close();
         Ui().Get<QAbstractButton>("CommandClose").click();
+        Ui().Get<QAbstractButton>("CommandSetTransmitDelayValues").click(); // asks no second question
     });
     Ui().Press("CommandSetTransmitDelayValues");
     EXPECT_TRUE(form_->isVisible());
