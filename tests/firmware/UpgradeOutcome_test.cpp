@@ -1,13 +1,13 @@
 #include "firmware/OneButtonUpgrade.h"
 #include "support/Fault.h"
 #include "tests/firmware/FakeLoader.h"
+#include "tests/firmware/ShortWait.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/TestPresets.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <gtest/gtest.h>
 
 namespace ztv {
@@ -62,18 +62,6 @@ protected:
             }
             return answer;
         };
-    }
-    // Ends the upgrade's next wait, of ten seconds, at once.
-    void CutWaitShort() {
-        auto *timer = upgrade_.findChild<QTimer *>(QStringLiteral("TimerTimeout"));
-        auto *watch = new QTimer(&upgrade_);
-        QObject::connect(watch, &QTimer::timeout, timer, [timer, watch] {
-            if (timer->isActive()) {
-                watch->stop();
-                timer->start(0);
-            }
-        });
-        watch->start(0);
     }
     UpgradeOutcome Upgrade() {
         ended_.clear();
@@ -245,7 +233,7 @@ TEST_F(UpgradeOutcomeTest, AnUpgradeSaysWhichStepFailed) {
 
 TEST_F(UpgradeOutcomeTest, AnUpgradeWithoutALinkReportsThatBeforeItsWord) {
     loader_.opens = false;
-    CutWaitShort();
+    CutWaitShort(upgrade_);
     EXPECT_EQ(Upgrade(), UpgradeOutcome::NotPolled);
     EXPECT_EQ(wordAtEnd_, QStringLiteral("Placing in boot mode..."));
     EXPECT_EQ(word_, QStringLiteral("Failed to put in Boot mode"));

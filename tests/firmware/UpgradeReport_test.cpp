@@ -2,6 +2,7 @@
 
 #include "model/ParamDefines.h"
 #include "tests/firmware/FakeLoader.h"
+#include "tests/firmware/ShortWait.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/ScriptedLine.h"
 #include "tests/helpers/TestPresets.h"
@@ -54,18 +55,6 @@ protected:
             }
             return answer;
         };
-    }
-    // Ends the upgrade's next wait, of ten seconds, at once.
-    void CutWaitShort() {
-        auto *timer = upgrade_.findChild<QTimer *>(QStringLiteral("TimerTimeout"));
-        auto *watch = new QTimer(&upgrade_);
-        QObject::connect(watch, &QTimer::timeout, timer, [timer, watch] {
-            if (timer->isActive()) {
-                watch->stop();
-                timer->start(0);
-            }
-        });
-        watch->start(0);
     }
     void ExpectNotice(Tone tone, const QString &text, bool offersStart = false) const {
         const UpgradeNotice &notice = report_.Notice();
@@ -242,7 +231,7 @@ TEST_F(UpgradeReportTest, SaysThatASensorThatDidntAnswerWasLeftAlone) {
     device_ = line.Path();
     MakeFirmware();
     loader_.answers = false;
-    CutWaitShort();
+    CutWaitShort(upgrade_);
     EXPECT_EQ(Upgrade(), UpgradeOutcome::NotPolled);
     ExpectNotice(Tone::Failure, "The sensor didn't answer and wasn't changed. Make sure that you can go "
                                 "online, then press Upgrade Firmware again.");
