@@ -2,8 +2,11 @@
 
 #include "chart/BasicFields.h"
 #include "chart/BasicLayout.h"
+#include "chart/SensorSigns.h"
+#include "chart/ThresholdMarks.h"
 #include "chart/ui/DrawingPainter.h"
 #include "chart/ui/DrawnFrame.h"
+#include "chart/ui/DrawnSign.h"
 #include "chart/ui/RelayMarker.h"
 #include "model/ParamDefines.h"
 #include "model/ValueState.h"
@@ -26,6 +29,7 @@ namespace {
 constexpr int boxPadding = 6; // pixels that a box loses to its frame and margins
 constexpr int dragLabelPadding = 4;
 constexpr int legendIndent = 4;
+constexpr int noEchoSize = 2; // times the labels' size
 
 QRect ToPixels(const Drawing::Control &control) {
     return Controls::FromTwips(control.left, control.top, control.width, control.height);
@@ -52,6 +56,10 @@ bool IsTextParam(ControlId id) {
     return id >= TextParam && id < LabelParam;
 }
 
+bool IsSign(ControlId id) {
+    return id >= LampRelay && id < PicRelay;
+}
+
 bool IsPicRelay(ControlId id) {
     return id >= PicRelay;
 }
@@ -67,6 +75,7 @@ BasicPage::BasicPage(ClassZentrova &zentrova, ValueEditor &text1, QWidget *paren
     BuildFrames();
     BuildLabels();
     BuildFields();
+    BuildSigns();
     BuildMarkers();
     for (std::size_t id = 0; id < widgets_.size(); ++id) {
         Apply(static_cast<ControlId>(id));
@@ -96,7 +105,8 @@ void BasicPage::BuildFrames() {
 }
 
 void BasicPage::BuildLabels() {
-    for (const ControlId id : {LabelMode, Label2, Label3, LabelTarget, LabelRelayDist}) {
+    for (const ControlId id : {LabelMode, Label2, Label3, LabelTarget, LabelRelayDist, LabelRelays, LabelEcho,
+                               LabelNoEcho, LabelDiameter}) {
         const Drawing::Control &control = drawing_.At(id);
         auto *label =
             Controls::Named(new QLabel(control.caption, ParentOf(id)), Drawing::ToString(control.name));
@@ -121,6 +131,23 @@ void BasicPage::BuildLabels() {
     dragLabel_->setAutoFillBackground(true);
     dragLabel_->setBackgroundRole(QPalette::ToolTipBase);
     dragLabel_->setForegroundRole(QPalette::ToolTipText);
+    BuildReadings();
+}
+
+void BasicPage::BuildReadings() {
+    static_cast<QLabel *>(WidgetOf(LabelRelays))->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto *echo = static_cast<QLabel *>(WidgetOf(LabelEcho));
+    echo->setAlignment(Qt::AlignHCenter | Qt::AlignBottom);
+    echo->setToolTip(TagToolTip(ParamDefines::EchoStrength));
+    auto *noEcho = static_cast<QLabel *>(WidgetOf(LabelNoEcho));
+    noEcho->setAlignment(Qt::AlignCenter);
+    noEcho->setWordWrap(true);
+    noEcho->setFont(noEchoFont_);
+    noEcho->setToolTip(TagToolTip(ParamDefines::EchoReceived));
+    auto *diameter = static_cast<QLabel *>(WidgetOf(LabelDiameter));
+    diameter->setFont(diameterFont_);
+    diameter->setToolTip(TagToolTip(ParamDefines::ActualDiameter));
+    ColourReadings();
 }
 
 void BasicPage::BuildFields() {
@@ -154,6 +181,13 @@ void BasicPage::BuildFields() {
     }
 }
 
+// Builds the marks before the markers, which lie over them and take the mouse.
+void BasicPage::BuildSigns() {
+    for (ControlId id = LampRelay; id < PicRelay; id = Member(id, 1)) {
+        Keep(id, new DrawnSign(drawing_, id, ParentOf(id)));
+    }
+}
+
 void BasicPage::BuildMarkers() {
     std::vector<RelayMarker *> markers;
     for (int number = 0; number < static_cast<int>(BasicLayout::Relays.size()); ++number) {
@@ -162,14 +196,14 @@ void BasicPage::BuildMarkers() {
         marker->setAccessibleName(
             zentrova_.ParamName(BasicLayout::Relays[static_cast<std::size_t>(number)].threshold));
         marker->setFont(boxFont_); // the editor of its threshold uses this font
-        connect(marker, &RelayMarker::Moved, this, &BasicPage::ShowChanges);
+        connect(marker, &RelayMarker::Moved, this, &BasicPage::ShowSigns);
         connect(marker, &RelayMarker::EditWanted, this,
                 [this, number](QChar first) { OpenThreshold(number, first); });
         Keep(id, marker);
         markers.push_back(marker);
     }
     pointer_ = std::make_unique<RelayPointer>(drawing_, drag_, std::move(markers));
-    connect(pointer_.get(), &RelayPointer::Moved, this, &BasicPage::ShowChanges);
+    connect(pointer_.get(), &RelayPointer::Moved, this, &BasicPage::ShowSigns);
 }
 
 // Chooses one size for all labels and one for all boxes: the largest at which each text fits.
@@ -191,6 +225,29 @@ void BasicPage::ChooseFonts() {
     modeFont_ = Controls::FittingFont(font(), {{.text = {},
                                                 .width = ToPixels(BasicFields::LabelMode.width),
                                                 .height = ToPixels(BasicFields::LabelMode.height)}});
+    ChooseReadingFonts();
+}
+
+// The diameter's font is at most that of the labels. The warning's is larger, to be read from afar.
+void BasicPage::ChooseReadingFonts() {
+    const std::int16_t diameter = ParamDefines::ActualDiameter;
+    const auto fit = [this](ControlId id, const QString &text, int lines) {
+        const QSize place = ToPixels(drawing_.At(id)).size();
+        return Controls::Fit{.text = text, .width = place.width(), .height = place.height() / lines};
+    };
+    diameterFont_ = Controls::FittingFont(
+        labelFont_,
+        {fit(LabelDiameter,
+             QStringLiteral("Diameter ") + zentrova_.FormatRaw(zentrova_.ParamMax(diameter), diameter), 1)});
+    std::vector<Controls::Fit> words;
+    const QStringList noEcho = drawing_.At(LabelNoEcho).caption.split(u' ');
+    for (const QString &word : noEcho) {
+        words.push_back(fit(LabelNoEcho, word, static_cast<int>(noEcho.size())));
+    }
+    noEchoFont_ = labelFont_;
+    noEchoFont_.setBold(true);
+    noEchoFont_.setPixelSize(noEchoSize * QFontInfo(labelFont_).pixelSize());
+    noEchoFont_ = Controls::FittingFont(noEchoFont_, words);
 }
 
 void BasicPage::Apply(ControlId id) {
@@ -210,6 +267,30 @@ void BasicPage::Apply(ControlId id) {
     }
     if (IsTextParam(id)) {
         widget->setEnabled(control.enabled);
+    } else if (id == LabelEcho || id == LabelDiameter) {
+        static_cast<QLabel *>(widget)->setText(control.caption);
+        AlignDiameter();
+    } else if (IsSign(id)) {
+        ShowSign(id);
+    }
+}
+
+// Keeps the diameter's text at the line of the distance, on whichever side of it the text is.
+void BasicPage::AlignDiameter() {
+    const bool left = drawing_.At(LabelDiameter).left < drawing_.At(FrameActualDist).left;
+    static_cast<QLabel *>(WidgetOf(LabelDiameter))
+        ->setAlignment((left ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
+void BasicPage::ShowSign(ControlId id) {
+    auto *sign = static_cast<DrawnSign *>(WidgetOf(id));
+    sign->ShowTexts();
+    sign->update();
+    if (id >= MarkRelay) {
+        const int number = static_cast<int>(id) - static_cast<int>(MarkRelay);
+        QWidget *marker = WidgetOf(Member(PicRelay, number));
+        marker->setAccessibleDescription(drawing_.At(id).toolTip);
+        marker->update(); // has no number beside a mark
     }
 }
 
@@ -272,6 +353,16 @@ void BasicPage::ColourTarget() {
     target->setPalette(colours);
 }
 
+// Gives the texts that show a measured value, or have a colour of their own, their present colours.
+void BasicPage::ColourReadings() {
+    for (const ControlId id : {LabelEcho, LabelNoEcho, LabelDiameter}) {
+        QPalette colours;
+        const Drawing::Colour colour = drawing_.ColourOf(drawing_.At(id));
+        colours.setColor(QPalette::WindowText, DrawingPainter::ColourOf(colour, palette()));
+        WidgetOf(id)->setPalette(colours);
+    }
+}
+
 // Deliberate: greys the measured values alone. They stay where they are, and the settings stay as they were.
 void BasicPage::ShowState(ValueState state) {
     drawing_.MeasuredIsLive(state == ValueState::Live);
@@ -283,18 +374,21 @@ void BasicPage::ShowState(ValueState state) {
         }
     }
     ColourTarget();
+    ColourReadings();
     for (QWidget *widget : widgets_) {
         widget->update();
     }
     if (!drawing_.MeasuredIsLive()) {
         UpdateGraph(); // the pulse rests at once
     }
+    ShowSigns();
 }
 
 void BasicPage::changeEvent(QEvent *event) {
     TabPage::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && WidgetOf(LabelTarget) != nullptr) {
         ColourTarget();
+        ColourReadings();
     }
 }
 
@@ -326,14 +420,22 @@ void BasicPage::ShowChanges() {
     }
 }
 
+// Shows what follows the table and the markers, but not each tick.
+void BasicPage::ShowSigns() {
+    SensorSigns::Follow(zentrova_, drawing_);
+    ThresholdMarks::Follow(zentrova_, drawing_);
+    drag_.Follow();
+    ShowChanges();
+}
+
 void BasicPage::ConfigureBasicTab() {
     graph_.ConfigureBasicTab();
-    ShowChanges();
+    ShowSigns();
 }
 
 void BasicPage::PositionRelayMarkers() {
     graph_.PositionRelayMarkers();
-    ShowChanges();
+    ShowSigns();
 }
 
 void BasicPage::UpdateGraph() {
@@ -352,9 +454,8 @@ void BasicPage::UpdateDisplay() {
     const std::int16_t mode = ParamDefines::AnalogOutputMode;
     labelMode_->setText(QStringLiteral("Mode: ") + zentrova_.FormatRaw(zentrova_.ParamValue(mode), mode));
     PlaceMode();
-    if (graph_.FollowTable()) {
-        ShowChanges();
-    }
+    graph_.FollowTable();
+    ShowSigns();
 }
 
 } // namespace ztv

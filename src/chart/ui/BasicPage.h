@@ -57,13 +57,20 @@ private:
     QWidget *WidgetOf(Drawing::ControlId id) const { return widgets_[static_cast<std::size_t>(id)]; }
     QWidget *ParentOf(Drawing::ControlId id);
     void Apply(Drawing::ControlId id);
+    void BuildReadings();
+    void BuildSigns();
+    void ChooseReadingFonts();
+    void AlignDiameter();
+    void ShowSign(Drawing::ControlId id);
     void ColourTarget();
+    void ColourReadings();
     void PlaceMode();
     void PlaceDragLabel();
     // Returns the largest left edge, in the chart's group, at which a widget of that width stays visible.
     int RightmostLeft(int ofWidth) const;
     void OpenEditor(QLineEdit &box, const QKeyEvent &key);
     void OpenThreshold(int marker, QChar first);
+    void ShowSigns();
     void ShowChanges();
 
     ClassZentrova &zentrova_;
@@ -76,6 +83,8 @@ private:
     QFont labelFont_;
     QFont boxFont_;
     QFont modeFont_;
+    QFont diameterFont_;
+    QFont noEchoFont_;
     QLabel *labelMode_ = nullptr;
     QLabel *dragLabel_ = nullptr;
     std::vector<QLineEdit *> textParams_;

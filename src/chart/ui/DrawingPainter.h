@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPointF>
+#include <QRectF>
 #include <vector>
 
 namespace ztv {
@@ -29,6 +30,10 @@ void PaintLine(QPainter &painter, const Drawing::Line &line, const QColor &colou
 void PaintCurve(QPainter &painter, const std::vector<Drawing::Line> &segments, const QPalette &palette);
 
 void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QColor &fill);
+
+// Paint a lamp, and a triangle that warns, in a square.
+void PaintLamp(QPainter &painter, const QRectF &square, bool lit, const QColor &colour);
+void PaintWarning(QPainter &painter, const QRectF &square, const QPalette &palette);
 
 } // namespace DrawingPainter
 

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "chart/BasicDrawing.h"
+#include "model/ClassZentrova.h"
+
+namespace ztv {
+
+// Shows in the chart, in words and by lamps, the sensor's measured states: each relay, the strength of the
+// echo, the roll's diameter. Their places are BasicGraph's.
+namespace SensorSigns {
+
+// Shows the table's present values. While the measured values aren't live they stay, and the lamps' tool tips
+// say so.
+void Follow(const ClassZentrova &zentrova, BasicDrawing &drawing);
+
+} // namespace SensorSigns
+
+} // namespace ztv
