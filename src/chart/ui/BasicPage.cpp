@@ -23,17 +23,9 @@ using Drawing::Member;
 
 namespace {
 
-constexpr int boxPadding = 6; // pixels that a box loses to its frame and margins
-constexpr int dragLabelPadding = 4;
+constexpr int boxPadding = 6;       // pixels that a box loses to its frame and margins, at any factor
+constexpr int dragLabelPadding = 4; // pixels at factor 1
 constexpr int legendIndent = 4;
-
-QRect ToPixels(const Drawing::Control &control) {
-    return Controls::FromTwips(control.left, control.top, control.width, control.height);
-}
-
-int ToPixels(int twips) {
-    return Controls::FromTwips(0, 0, twips, 0).width();
-}
 
 bool Wraps(const BasicFields::Field &field) {
     return field.label.height > BasicFields::LabelHeight;
@@ -63,14 +55,11 @@ BasicPage::BasicPage(ClassZentrova &zentrova, ValueEditor &text1, QWidget *paren
       zentrova_(zentrova),
       text1_(text1) {
     widgets_.resize(drawing_.Controls().size());
-    ChooseFonts();
     BuildFrames();
     BuildLabels();
     BuildFields();
     BuildMarkers();
-    for (std::size_t id = 0; id < widgets_.size(); ++id) {
-        Apply(static_cast<ControlId>(id));
-    }
+    Rescale();
     // Moving values lie above their neighbours but below the chart, so that they end at the chart's border.
     for (const ControlId id :
          {FrameActualDist, FrameOutputVoltage, FrameManOutput, FrameGraph, LabelRelayDist}) {
@@ -90,7 +79,7 @@ void BasicPage::Keep(ControlId id, QWidget *widget) {
 void BasicPage::BuildFrames() {
     for (const ControlId id : {FrameGraphGroup, FrameGraph, FrameOutputVoltage, FrameManOutput,
                                FrameActualDist, FrameRange, FrameTransducer, FrameZentrova, FrameTarget}) {
-        auto *frame = new DrawnFrame(drawing_, id, !IsReading(id), ParentOf(id));
+        auto *frame = new DrawnFrame(drawing_, scale_, id, !IsReading(id), ParentOf(id));
         Keep(id, Controls::Named(frame, Drawing::ToString(drawing_.At(id).name)));
     }
 }
@@ -100,17 +89,14 @@ void BasicPage::BuildLabels() {
         const Drawing::Control &control = drawing_.At(id);
         auto *label =
             Controls::Named(new QLabel(control.caption, ParentOf(id)), Drawing::ToString(control.name));
-        label->setFont(labelFont_);
         Keep(id, label);
     }
     labelMode_ = static_cast<QLabel *>(WidgetOf(LabelMode));
-    labelMode_->setFont(modeFont_);
     labelMode_->setToolTip(TagToolTip(ParamDefines::AnalogOutputMode));
 
     for (const ControlId id : {Label2, Label3}) {
         auto *label = static_cast<QLabel *>(WidgetOf(id));
         label->setAutoFillBackground(true); // hides the end of its sample line
-        label->setIndent(legendIndent);
     }
     auto *target = static_cast<QLabel *>(WidgetOf(LabelTarget));
     target->setAlignment(Qt::AlignCenter);
@@ -133,7 +119,6 @@ void BasicPage::BuildFields() {
         label->setWordWrap(Wraps(field));
         label->setAlignment(Wraps(field) ? Qt::AlignHCenter | Qt::AlignBottom : Qt::AlignCenter);
         label->setToolTip(TagToolTip(field.tag));
-        label->setFont(labelFont_);
         label->setAutoFillBackground(true); // hides the end of its line
         Keep(labelId, label);
 
@@ -141,7 +126,6 @@ void BasicPage::BuildFields() {
         auto *box = Controls::Named(new QLineEdit(ParentOf(boxId)), Controls::Member("TextParam", index));
         box->setAlignment(Qt::AlignCenter);
         box->setTextMargins(-2, 0, -2, 0);
-        box->setFont(boxFont_);
         box->setProperty("Tag", QString::number(field.tag));
         box->setAccessibleName(caption);
         box->setReadOnly(true); // it shows the sensor's value; the user types into an editor over it
@@ -158,17 +142,16 @@ void BasicPage::BuildMarkers() {
     std::vector<RelayMarker *> markers;
     for (int number = 0; number < static_cast<int>(BasicLayout::Relays.size()); ++number) {
         const ControlId id = Member(PicRelay, number);
-        auto *marker = new RelayMarker(drawing_, drag_, number, ParentOf(id));
+        auto *marker = new RelayMarker(drawing_, drag_, scale_, number, ParentOf(id));
         marker->setAccessibleName(
             zentrova_.ParamName(BasicLayout::Relays[static_cast<std::size_t>(number)].threshold));
-        marker->setFont(boxFont_); // the editor of its threshold uses this font
         connect(marker, &RelayMarker::Moved, this, &BasicPage::ShowChanges);
         connect(marker, &RelayMarker::EditWanted, this,
                 [this, number](QChar first) { OpenThreshold(number, first); });
         Keep(id, marker);
         markers.push_back(marker);
     }
-    pointer_ = std::make_unique<RelayPointer>(drawing_, drag_, std::move(markers));
+    pointer_ = std::make_unique<RelayPointer>(drawing_, drag_, scale_, std::move(markers));
     connect(pointer_.get(), &RelayPointer::Moved, this, &BasicPage::ShowChanges);
 }
 
@@ -180,17 +163,62 @@ void BasicPage::ChooseFonts() {
         const QString caption = QString::fromLatin1(field.caption);
         for (const QString &line : Wraps(field) ? caption.split(u' ') : QStringList{caption}) {
             labels.push_back({.text = line,
-                              .width = ToPixels(field.label.width),
-                              .height = ToPixels(BasicFields::LabelHeight)});
+                              .width = scale_.Rounded(field.label.width),
+                              .height = scale_.Rounded(BasicFields::LabelHeight)});
         }
         boxes.push_back({.text = zentrova_.FormatRaw(zentrova_.ParamMax(field.tag), field.tag),
-                         .width = ToPixels(BasicFields::BoxWidth) - boxPadding});
+                         .width = scale_.Rounded(BasicFields::BoxWidth) - boxPadding});
     }
-    labelFont_ = Controls::FittingFont(font(), labels);
-    boxFont_ = Controls::FittingFont(font(), boxes);
-    modeFont_ = Controls::FittingFont(font(), {{.text = {},
-                                                .width = ToPixels(BasicFields::LabelMode.width),
-                                                .height = ToPixels(BasicFields::LabelMode.height)}});
+    const auto fitting = [&](const std::vector<Controls::Fit> &places) {
+        return Controls::FittingFont(scale_.Font(font()), places, scale_.LeastLegible());
+    };
+    labelFont_ = fitting(labels);
+    boxFont_ = fitting(boxes);
+    modeFont_ = fitting({{.text = {},
+                          .width = scale_.Rounded(BasicFields::LabelMode.width),
+                          .height = scale_.Rounded(BasicFields::LabelMode.height)}});
+}
+
+void BasicPage::SetFonts() {
+    for (QWidget *widget : widgets_) {
+        if (qobject_cast<QLineEdit *>(widget) != nullptr ||
+            qobject_cast<RelayMarker *>(widget) != nullptr) { // the editor of a threshold uses its font
+            widget->setFont(boxFont_);
+        } else if (qobject_cast<QLabel *>(widget) != nullptr) {
+            widget->setFont(widget == labelMode_ ? modeFont_ : labelFont_);
+        }
+    }
+    for (const ControlId id : {Label2, Label3}) {
+        static_cast<QLabel *>(WidgetOf(id))->setIndent(scale_.Pixels(legendIndent));
+    }
+}
+
+// Fits the drawing to the page: fonts and places, once for a size.
+void BasicPage::Rescale() {
+    ChooseFonts();
+    SetFonts();
+    for (std::size_t id = 0; id < widgets_.size(); ++id) {
+        Apply(static_cast<ControlId>(id));
+    }
+    KeepEditor();
+}
+
+void BasicPage::resizeEvent(QResizeEvent *event) {
+    TabPage::resizeEvent(event);
+    const PageScale scale = FittingScale();
+    const QPoint corner = scale.Corner(size());
+    if (scale == scale_ && corner == corner_) {
+        return;
+    }
+    scale_ = scale;
+    corner_ = corner;
+    Rescale();
+}
+
+// Returns the control's rectangle in its parent.
+QRect BasicPage::Place(const Drawing::Control &control) const {
+    const QRect place = scale_.FromTwips(control.left, control.top, control.width, control.height);
+    return control.parent ? place : place.translated(corner_);
 }
 
 void BasicPage::Apply(ControlId id) {
@@ -202,7 +230,7 @@ void BasicPage::Apply(ControlId id) {
         widget->setGeometry(static_cast<RelayMarker *>(widget)->Place());
         widget->setToolTip(control.toolTip);
     } else {
-        widget->setGeometry(ToPixels(control));
+        widget->setGeometry(Place(control));
     }
     widget->setVisible(control.visible);
     if (id == LabelMode || id == FrameActualDist) {
@@ -240,23 +268,36 @@ void BasicPage::OpenEditor(QLineEdit &box, const QKeyEvent &key) {
 // Opens the editor below the chart at the marker's line, where a drag shows its label.
 void BasicPage::OpenThreshold(int marker, QChar first) {
     const std::int16_t threshold = BasicLayout::Relays[static_cast<std::size_t>(marker)].threshold;
-    auto *strip = static_cast<RelayMarker *>(WidgetOf(Member(PicRelay, marker)));
-    QWidget &group = *dragLabel_->parentWidget();
-    const int line = strip->parentWidget()->mapTo(&group, QPoint(strip->LineColumn(), 0)).x();
-    QRect place(0, ToPixels(drawing_.At(LabelRelayDist)).top(), ToPixels(BasicFields::BoxWidth),
-                ToPixels(BasicFields::BoxHeight));
-    place.moveLeft(std::clamp(line - place.width() / 2, 0, RightmostLeft(place.width())));
-    place.moveTopLeft(strip->mapFrom(&group, place.topLeft()));
-    text1_.MoveBeside(*strip, place, QString::number(threshold),
+    text1_.MoveBeside(*WidgetOf(Member(PicRelay, marker)), PlaceOfEditor(marker), QString::number(threshold),
                       zentrova_.FormatRaw(zentrova_.ParamValue(threshold), threshold));
     text1_.Open(first);
+}
+
+// Returns the place of a threshold's editor, in the coordinates of its marker.
+QRect BasicPage::PlaceOfEditor(int marker) const {
+    const auto *strip = static_cast<RelayMarker *>(WidgetOf(Member(PicRelay, marker)));
+    const QWidget &group = *dragLabel_->parentWidget();
+    const int line = strip->parentWidget()->mapTo(&group, QPoint(strip->LineColumn(), 0)).x();
+    QRect place(0, Place(drawing_.At(LabelRelayDist)).top(), scale_.Rounded(BasicFields::BoxWidth),
+                scale_.Rounded(BasicFields::BoxHeight));
+    place.moveLeft(std::clamp(line - place.width() / 2, 0, RightmostLeft(place.width())));
+    place.moveTopLeft(strip->mapFrom(&group, place.topLeft()));
+    return place;
+}
+
+// The value's editor stays over its box, or beside its marker, at another scale.
+void BasicPage::KeepEditor() {
+    text1_.StayOver();
+    for (int marker = 0; marker < static_cast<int>(BasicLayout::Relays.size()); ++marker) {
+        text1_.StayBeside(*WidgetOf(Member(PicRelay, marker)), PlaceOfEditor(marker));
+    }
 }
 
 // Moves the mode's text above the distance's caption while the two would overlap.
 void BasicPage::PlaceMode() {
     const QWidget *distance = WidgetOf(FrameActualDist);
     const Drawing::Control &control = drawing_.At(LabelMode);
-    QRect place = ToPixels(control);
+    QRect place = Place(control);
     const int end = place.left() + labelMode_->sizeHint().width();
     if (distance->isVisibleTo(this) && distance->x() < end) {
         place.moveBottom(distance->y() - 1);
@@ -300,9 +341,9 @@ void BasicPage::changeEvent(QEvent *event) {
 
 // Makes the label as large as its two lines of text need and keeps its laid-out middle.
 void BasicPage::PlaceDragLabel() {
-    const QRect laidOut = ToPixels(drawing_.At(LabelRelayDist));
+    const QRect laidOut = Place(drawing_.At(LabelRelayDist));
     dragLabel_->setText(drawing_.At(LabelRelayDist).caption);
-    const QSize size = dragLabel_->sizeHint() + QSize(2 * dragLabelPadding, 0);
+    const QSize size = dragLabel_->sizeHint() + QSize(2 * scale_.Pixels(dragLabelPadding), 0);
     const int left = std::clamp(laidOut.center().x() - size.width() / 2, 0, RightmostLeft(size.width()));
     dragLabel_->setGeometry(QRect(QPoint(left, laidOut.top()), size));
 }
