@@ -32,11 +32,17 @@ namespace SensorSigns {
 
 void Follow(const ClassZentrova &zentrova, BasicDrawing &drawing) {
     ShowRelays(zentrova, drawing);
-    drawing.At(LabelEcho).caption =
-        QStringLiteral("Echo\n%1 %").arg(zentrova.ParamValue(ParamDefines::EchoStrength));
+    drawing.At(LabelEcho).caption = EchoText(zentrova.ParamValue(ParamDefines::EchoStrength));
     drawing.At(LabelDiameter).caption =
-        QStringLiteral("Diameter ") +
-        zentrova.FormatRaw(zentrova.ParamValue(ParamDefines::ActualDiameter), ParamDefines::ActualDiameter);
+        DiameterText(zentrova, zentrova.ParamValue(ParamDefines::ActualDiameter));
+}
+
+QString EchoText(std::int32_t strength) {
+    return QStringLiteral("Echo\n%1 %").arg(strength);
+}
+
+QString DiameterText(const ClassZentrova &zentrova, std::int32_t diameter) {
+    return QStringLiteral("Diameter ") + zentrova.FormatRaw(diameter, ParamDefines::ActualDiameter);
 }
 
 } // namespace SensorSigns

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/PageScale.h"
+
 #include <QFrame>
 
 namespace ztv {
@@ -26,6 +28,9 @@ public:
 
     // Copies the parameter table onto the page. Called only for the visible page.
     virtual void UpdateDisplay() {}
+
+    // Returns the scale at which the page's content fits into its present size.
+    PageScale FittingScale() const { return PageScale::Fitting(size()); }
 };
 
 } // namespace ztv

@@ -17,6 +17,7 @@
 
 #include <QKeyEvent>
 #include <algorithm>
+#include <utility>
 
 namespace ztv {
 
@@ -26,18 +27,10 @@ using Drawing::Member;
 
 namespace {
 
-constexpr int boxPadding = 6; // pixels that a box loses to its frame and margins
-constexpr int dragLabelPadding = 4;
+constexpr int boxPadding = 6;       // pixels that a box loses to its frame and margins, at any factor
+constexpr int dragLabelPadding = 4; // pixels at factor 1
 constexpr int legendIndent = 4;
 constexpr int noEchoSize = 2; // times the labels' size
-
-QRect ToPixels(const Drawing::Control &control) {
-    return Controls::FromTwips(control.left, control.top, control.width, control.height);
-}
-
-int ToPixels(int twips) {
-    return Controls::FromTwips(0, 0, twips, 0).width();
-}
 
 bool Wraps(const BasicFields::Field &field) {
     return field.label.height > BasicFields::LabelHeight;
@@ -71,15 +64,12 @@ BasicPage::BasicPage(ClassZentrova &zentrova, ValueEditor &text1, QWidget *paren
       zentrova_(zentrova),
       text1_(text1) {
     widgets_.resize(drawing_.Controls().size());
-    ChooseFonts();
     BuildFrames();
     BuildLabels();
     BuildFields();
     BuildSigns();
     BuildMarkers();
-    for (std::size_t id = 0; id < widgets_.size(); ++id) {
-        Apply(static_cast<ControlId>(id));
-    }
+    Rescale();
     // Moving values lie above their neighbours but below the chart, so that they end at the chart's border.
     for (const ControlId id :
          {FrameActualDist, FrameOutputVoltage, FrameManOutput, FrameGraph, LabelRelayDist}) {
@@ -99,7 +89,7 @@ void BasicPage::Keep(ControlId id, QWidget *widget) {
 void BasicPage::BuildFrames() {
     for (const ControlId id : {FrameGraphGroup, FrameGraph, FrameOutputVoltage, FrameManOutput,
                                FrameActualDist, FrameRange, FrameTransducer, FrameZentrova, FrameTarget}) {
-        auto *frame = new DrawnFrame(drawing_, id, !IsReading(id), ParentOf(id));
+        auto *frame = new DrawnFrame(drawing_, scale_, id, !IsReading(id), ParentOf(id));
         Keep(id, Controls::Named(frame, Drawing::ToString(drawing_.At(id).name)));
     }
 }
@@ -110,17 +100,14 @@ void BasicPage::BuildLabels() {
         const Drawing::Control &control = drawing_.At(id);
         auto *label =
             Controls::Named(new QLabel(control.caption, ParentOf(id)), Drawing::ToString(control.name));
-        label->setFont(labelFont_);
         Keep(id, label);
     }
     labelMode_ = static_cast<QLabel *>(WidgetOf(LabelMode));
-    labelMode_->setFont(modeFont_);
     labelMode_->setToolTip(TagToolTip(ParamDefines::AnalogOutputMode));
 
     for (const ControlId id : {Label2, Label3}) {
         auto *label = static_cast<QLabel *>(WidgetOf(id));
         label->setAutoFillBackground(true); // hides the end of its sample line
-        label->setIndent(legendIndent);
     }
     auto *target = static_cast<QLabel *>(WidgetOf(LabelTarget));
     target->setAlignment(Qt::AlignCenter);
@@ -142,11 +129,8 @@ void BasicPage::BuildReadings() {
     auto *noEcho = static_cast<QLabel *>(WidgetOf(LabelNoEcho));
     noEcho->setAlignment(Qt::AlignCenter);
     noEcho->setWordWrap(true);
-    noEcho->setFont(noEchoFont_);
     noEcho->setToolTip(TagToolTip(ParamDefines::EchoReceived));
-    auto *diameter = static_cast<QLabel *>(WidgetOf(LabelDiameter));
-    diameter->setFont(diameterFont_);
-    diameter->setToolTip(TagToolTip(ParamDefines::ActualDiameter));
+    WidgetOf(LabelDiameter)->setToolTip(TagToolTip(ParamDefines::ActualDiameter));
     ColourReadings();
 }
 
@@ -160,7 +144,6 @@ void BasicPage::BuildFields() {
         label->setWordWrap(Wraps(field));
         label->setAlignment(Wraps(field) ? Qt::AlignHCenter | Qt::AlignBottom : Qt::AlignCenter);
         label->setToolTip(TagToolTip(field.tag));
-        label->setFont(labelFont_);
         label->setAutoFillBackground(true); // hides the end of its line
         Keep(labelId, label);
 
@@ -168,7 +151,6 @@ void BasicPage::BuildFields() {
         auto *box = Controls::Named(new QLineEdit(ParentOf(boxId)), Controls::Member("TextParam", index));
         box->setAlignment(Qt::AlignCenter);
         box->setTextMargins(-2, 0, -2, 0);
-        box->setFont(boxFont_);
         box->setProperty("Tag", QString::number(field.tag));
         box->setAccessibleName(caption);
         box->setReadOnly(true); // it shows the sensor's value; the user types into an editor over it
@@ -192,17 +174,16 @@ void BasicPage::BuildMarkers() {
     std::vector<RelayMarker *> markers;
     for (int number = 0; number < static_cast<int>(BasicLayout::Relays.size()); ++number) {
         const ControlId id = Member(PicRelay, number);
-        auto *marker = new RelayMarker(drawing_, drag_, number, ParentOf(id));
+        auto *marker = new RelayMarker(drawing_, drag_, scale_, number, ParentOf(id));
         marker->setAccessibleName(
             zentrova_.ParamName(BasicLayout::Relays[static_cast<std::size_t>(number)].threshold));
-        marker->setFont(boxFont_); // the editor of its threshold uses this font
         connect(marker, &RelayMarker::Moved, this, &BasicPage::ShowSigns);
         connect(marker, &RelayMarker::EditWanted, this,
                 [this, number](QChar first) { OpenThreshold(number, first); });
         Keep(id, marker);
         markers.push_back(marker);
     }
-    pointer_ = std::make_unique<RelayPointer>(drawing_, drag_, std::move(markers));
+    pointer_ = std::make_unique<RelayPointer>(drawing_, drag_, scale_, std::move(markers));
     connect(pointer_.get(), &RelayPointer::Moved, this, &BasicPage::ShowSigns);
 }
 
@@ -214,40 +195,89 @@ void BasicPage::ChooseFonts() {
         const QString caption = QString::fromLatin1(field.caption);
         for (const QString &line : Wraps(field) ? caption.split(u' ') : QStringList{caption}) {
             labels.push_back({.text = line,
-                              .width = ToPixels(field.label.width),
-                              .height = ToPixels(BasicFields::LabelHeight)});
+                              .width = scale_.Rounded(field.label.width),
+                              .height = scale_.Rounded(BasicFields::LabelHeight)});
         }
         boxes.push_back({.text = zentrova_.FormatRaw(zentrova_.ParamMax(field.tag), field.tag),
-                         .width = ToPixels(BasicFields::BoxWidth) - boxPadding});
+                         .width = scale_.Rounded(BasicFields::BoxWidth) - boxPadding});
     }
-    labelFont_ = Controls::FittingFont(font(), labels);
-    boxFont_ = Controls::FittingFont(font(), boxes);
-    modeFont_ = Controls::FittingFont(font(), {{.text = {},
-                                                .width = ToPixels(BasicFields::LabelMode.width),
-                                                .height = ToPixels(BasicFields::LabelMode.height)}});
+    const auto fitting = [&](const std::vector<Controls::Fit> &places) {
+        return Controls::FittingFont(scale_.Font(font()), places, scale_.LeastLegible());
+    };
+    labelFont_ = fitting(labels);
+    boxFont_ = fitting(boxes);
+    modeFont_ = fitting({{.text = {},
+                          .width = scale_.Rounded(BasicFields::LabelMode.width),
+                          .height = scale_.Rounded(BasicFields::LabelMode.height)}});
     ChooseReadingFonts();
 }
 
-// The diameter's font is at most that of the labels. The warning's is larger, to be read from afar.
+// The fonts of the readings are at most that of the labels. The warning's is larger, to be read from afar.
 void BasicPage::ChooseReadingFonts() {
-    const std::int16_t diameter = ParamDefines::ActualDiameter;
-    const auto fit = [this](ControlId id, const QString &text, int lines) {
-        const QSize place = ToPixels(drawing_.At(id)).size();
-        return Controls::Fit{.text = text, .width = place.width(), .height = place.height() / lines};
+    const auto fitting = [this](QFont font, ControlId id, const QStringList &lines) {
+        std::vector<Controls::Fit> places;
+        const QSize place = Place(drawing_.At(id)).size();
+        for (const QString &line : lines) {
+            places.push_back({.text = line,
+                              .width = place.width(),
+                              .height = place.height() / static_cast<int>(lines.size())});
+        }
+        return Controls::FittingFont(std::move(font), places, scale_.LeastLegible());
     };
-    diameterFont_ = Controls::FittingFont(
-        labelFont_,
-        {fit(LabelDiameter,
-             QStringLiteral("Diameter ") + zentrova_.FormatRaw(zentrova_.ParamMax(diameter), diameter), 1)});
-    std::vector<Controls::Fit> words;
-    const QStringList noEcho = drawing_.At(LabelNoEcho).caption.split(u' ');
-    for (const QString &word : noEcho) {
-        words.push_back(fit(LabelNoEcho, word, static_cast<int>(noEcho.size())));
-    }
+    const auto largest = [this](std::int16_t tag) { return zentrova_.ParamMax(tag); };
+    echoFont_ = fitting(labelFont_, LabelEcho,
+                        SensorSigns::EchoText(largest(ParamDefines::EchoStrength)).split(u'\n'));
+    diameterFont_ = fitting(labelFont_, LabelDiameter,
+                            {SensorSigns::DiameterText(zentrova_, largest(ParamDefines::ActualDiameter))});
     noEchoFont_ = labelFont_;
     noEchoFont_.setBold(true);
     noEchoFont_.setPixelSize(noEchoSize * QFontInfo(labelFont_).pixelSize());
-    noEchoFont_ = Controls::FittingFont(noEchoFont_, words);
+    noEchoFont_ = fitting(noEchoFont_, LabelNoEcho, drawing_.At(LabelNoEcho).caption.split(u' '));
+}
+
+void BasicPage::SetFonts() {
+    for (QWidget *widget : widgets_) {
+        if (qobject_cast<QLineEdit *>(widget) != nullptr ||
+            qobject_cast<RelayMarker *>(widget) != nullptr) { // the editor of a threshold uses its font
+            widget->setFont(boxFont_);
+        } else if (qobject_cast<QLabel *>(widget) != nullptr) {
+            widget->setFont(widget == labelMode_ ? modeFont_ : labelFont_);
+        }
+    }
+    WidgetOf(LabelEcho)->setFont(echoFont_);
+    WidgetOf(LabelDiameter)->setFont(diameterFont_);
+    WidgetOf(LabelNoEcho)->setFont(noEchoFont_);
+    for (const ControlId id : {Label2, Label3}) {
+        static_cast<QLabel *>(WidgetOf(id))->setIndent(scale_.Pixels(legendIndent));
+    }
+}
+
+// Fits the drawing to the page: fonts and places, once for a size.
+void BasicPage::Rescale() {
+    ChooseFonts();
+    SetFonts();
+    for (std::size_t id = 0; id < widgets_.size(); ++id) {
+        Apply(static_cast<ControlId>(id));
+    }
+    KeepEditor();
+}
+
+void BasicPage::resizeEvent(QResizeEvent *event) {
+    TabPage::resizeEvent(event);
+    const PageScale scale = FittingScale();
+    const QPoint corner = scale.Corner(size());
+    if (scale == scale_ && corner == corner_) {
+        return;
+    }
+    scale_ = scale;
+    corner_ = corner;
+    Rescale();
+}
+
+// Returns the control's rectangle in its parent.
+QRect BasicPage::Place(const Drawing::Control &control) const {
+    const QRect place = scale_.FromTwips(control.left, control.top, control.width, control.height);
+    return control.parent ? place : place.translated(corner_);
 }
 
 void BasicPage::Apply(ControlId id) {
@@ -259,7 +289,7 @@ void BasicPage::Apply(ControlId id) {
         widget->setGeometry(static_cast<RelayMarker *>(widget)->Place());
         widget->setToolTip(control.toolTip);
     } else {
-        widget->setGeometry(ToPixels(control));
+        widget->setGeometry(Place(control));
     }
     widget->setVisible(control.visible);
     if (id == LabelMode || id == FrameActualDist) {
@@ -321,23 +351,36 @@ void BasicPage::OpenEditor(QLineEdit &box, const QKeyEvent &key) {
 // Opens the editor below the chart at the marker's line, where a drag shows its label.
 void BasicPage::OpenThreshold(int marker, QChar first) {
     const std::int16_t threshold = BasicLayout::Relays[static_cast<std::size_t>(marker)].threshold;
-    auto *strip = static_cast<RelayMarker *>(WidgetOf(Member(PicRelay, marker)));
-    QWidget &group = *dragLabel_->parentWidget();
-    const int line = strip->parentWidget()->mapTo(&group, QPoint(strip->LineColumn(), 0)).x();
-    QRect place(0, ToPixels(drawing_.At(LabelRelayDist)).top(), ToPixels(BasicFields::BoxWidth),
-                ToPixels(BasicFields::BoxHeight));
-    place.moveLeft(std::clamp(line - place.width() / 2, 0, RightmostLeft(place.width())));
-    place.moveTopLeft(strip->mapFrom(&group, place.topLeft()));
-    text1_.MoveBeside(*strip, place, QString::number(threshold),
+    text1_.MoveBeside(*WidgetOf(Member(PicRelay, marker)), PlaceOfEditor(marker), QString::number(threshold),
                       zentrova_.FormatRaw(zentrova_.ParamValue(threshold), threshold));
     text1_.Open(first);
+}
+
+// Returns the place of a threshold's editor, in the coordinates of its marker.
+QRect BasicPage::PlaceOfEditor(int marker) const {
+    const auto *strip = static_cast<RelayMarker *>(WidgetOf(Member(PicRelay, marker)));
+    const QWidget &group = *dragLabel_->parentWidget();
+    const int line = strip->parentWidget()->mapTo(&group, QPoint(strip->LineColumn(), 0)).x();
+    QRect place(0, Place(drawing_.At(LabelRelayDist)).top(), scale_.Rounded(BasicFields::BoxWidth),
+                scale_.Rounded(BasicFields::BoxHeight));
+    place.moveLeft(std::clamp(line - place.width() / 2, 0, RightmostLeft(place.width())));
+    place.moveTopLeft(strip->mapFrom(&group, place.topLeft()));
+    return place;
+}
+
+// The value's editor stays over its box, or beside its marker, at another scale.
+void BasicPage::KeepEditor() {
+    text1_.StayOver();
+    for (int marker = 0; marker < static_cast<int>(BasicLayout::Relays.size()); ++marker) {
+        text1_.StayBeside(*WidgetOf(Member(PicRelay, marker)), PlaceOfEditor(marker));
+    }
 }
 
 // Moves the mode's text above the distance's caption while the two would overlap.
 void BasicPage::PlaceMode() {
     const QWidget *distance = WidgetOf(FrameActualDist);
     const Drawing::Control &control = drawing_.At(LabelMode);
-    QRect place = ToPixels(control);
+    QRect place = Place(control);
     const int end = place.left() + labelMode_->sizeHint().width();
     if (distance->isVisibleTo(this) && distance->x() < end) {
         place.moveBottom(distance->y() - 1);
@@ -394,9 +437,9 @@ void BasicPage::changeEvent(QEvent *event) {
 
 // Makes the label as large as its two lines of text need and keeps its laid-out middle.
 void BasicPage::PlaceDragLabel() {
-    const QRect laidOut = ToPixels(drawing_.At(LabelRelayDist));
+    const QRect laidOut = Place(drawing_.At(LabelRelayDist));
     dragLabel_->setText(drawing_.At(LabelRelayDist).caption);
-    const QSize size = dragLabel_->sizeHint() + QSize(2 * dragLabelPadding, 0);
+    const QSize size = dragLabel_->sizeHint() + QSize(2 * scale_.Pixels(dragLabelPadding), 0);
     const int left = std::clamp(laidOut.center().x() - size.width() / 2, 0, RightmostLeft(size.width()));
     dragLabel_->setGeometry(QRect(QPoint(left, laidOut.top()), size));
 }

@@ -6,6 +6,7 @@
 #include "chart/RelayDrag.h"
 #include "chart/ui/RelayPointer.h"
 #include "model/ClassZentrova.h"
+#include "widgets/PageScale.h"
 #include "widgets/TabPage.h"
 #include "widgets/ValueEditor.h"
 
@@ -46,9 +47,13 @@ Q_SIGNALS:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void ChooseFonts();
+    void SetFonts();
+    void Rescale();
+    QRect Place(const Drawing::Control &control) const;
     void BuildFrames();
     void BuildLabels();
     void BuildFields();
@@ -70,6 +75,8 @@ private:
     int RightmostLeft(int ofWidth) const;
     void OpenEditor(QLineEdit &box, const QKeyEvent &key);
     void OpenThreshold(int marker, QChar first);
+    QRect PlaceOfEditor(int marker) const;
+    void KeepEditor();
     void ShowSigns();
     void ShowChanges();
 
@@ -79,10 +86,13 @@ private:
     BasicGraph graph_{zentrova_, drawing_};
     RelayDrag drag_{zentrova_, drawing_};
     DrawingChanges changes_{drawing_};
+    PageScale scale_;
+    QPoint corner_;                  // of the drawing, in the page
     std::vector<QWidget *> widgets_; // by ControlId
     QFont labelFont_;
     QFont boxFont_;
     QFont modeFont_;
+    QFont echoFont_;
     QFont diameterFont_;
     QFont noEchoFont_;
     QLabel *labelMode_ = nullptr;

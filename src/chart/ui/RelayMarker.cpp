@@ -7,23 +7,27 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <algorithm>
+#include <cmath>
 
 namespace ztv {
 
 namespace {
 
-constexpr int grabPixels = 5; // on either side of the strip
-constexpr float keyStep = Controls::TwipsPerPixel;
+constexpr int grabPixels = 5;           // on either side of the strip, at factor 1 and below
+constexpr float keyStep = 15;           // twips, at any factor
 constexpr std::int32_t fineKeyStep = 1; // hundredth of an inch
 constexpr int highlightAlpha = 90;
-constexpr int numberPixels = 10;
+constexpr int numberPixels = 10; // at factor 1
 
 } // namespace
 
-RelayMarker::RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, int number, QWidget *parent)
+RelayMarker::RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, const PageScale &scale, int number,
+                         QWidget *parent)
     : QWidget(parent),
       drawing_(drawing),
       drag_(drag),
+      scale_(scale),
       number_(number) {
     Controls::Named(this, Controls::Member("PicRelay", number));
     setCursor(Qt::SizeHorCursor);
@@ -33,12 +37,17 @@ RelayMarker::RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, int numbe
 
 QRect RelayMarker::Place() const {
     const Drawing::Control &strip = drawing_.At(Drawing::ControlId::PicRelay, number_);
-    const QRect place = Controls::FromTwips(strip.left, strip.top, strip.width, strip.height);
-    return place.adjusted(-grabPixels, 0, grabPixels, 0);
+    const QRect place = scale_.FromTwips(strip.left, strip.top, strip.width, strip.height);
+    return place.adjusted(-Grab(), 0, Grab(), 0);
+}
+
+int RelayMarker::Grab() const {
+    return std::max(scale_.Pixels(grabPixels), grabPixels);
 }
 
 int RelayMarker::LineColumn() const {
-    return x() + grabPixels;
+    const Drawing::Line &line = drawing_.At(Drawing::LineId::LineRelay, number_);
+    return x() + Grab() + static_cast<int>(std::floor(scale_.ToPixels(line.x1)));
 }
 
 void RelayMarker::ShowHover(bool hovered) {
@@ -115,13 +124,14 @@ void RelayMarker::LetGoOfKey() {
 // Paints the relay's number, so that the relays differ not only in colour. The "on" markers have it at their
 // upper end and the "off" markers at their lower one, because the two are often close together.
 void RelayMarker::PaintNumber(QPainter &painter, const QColor &colour) {
-    QRect place(0, 0, width(), numberPixels + 1);
+    const int pixels = std::max(scale_.Pixels(numberPixels), scale_.LeastLegible());
+    QRect place(0, 0, width(), pixels + 1);
     if (!BasicLayout::IsOn(number_)) {
         place.moveBottom(height() - 1);
     }
     painter.fillRect(place.adjusted(2, 0, -2, 0), palette().color(QPalette::Base));
     QFont number = font();
-    number.setPixelSize(numberPixels);
+    number.setPixelSize(pixels);
     number.setBold(true);
     painter.setFont(number);
     painter.setPen(colour);
@@ -134,11 +144,11 @@ void RelayMarker::paintEvent(QPaintEvent *) {
     if (hasFocus() || hovered_) {
         QColor band = palette().color(QPalette::Highlight);
         band.setAlpha(highlightAlpha);
-        painter.fillRect(rect().adjusted(grabPixels / 2, 0, -(grabPixels / 2), 0), band);
+        painter.fillRect(rect().adjusted(Grab() / 2, 0, -(Grab() / 2), 0), band);
     }
     const Drawing::Line &line = drawing_.At(Drawing::LineId::LineRelay, number_);
     const QColor colour = DrawingPainter::ColourOf(line.colour, palette());
-    DrawingPainter::PaintLine(painter, line, colour, QPointF(grabPixels, 0));
+    DrawingPainter::PaintLine(painter, scale_, line, colour, QPointF(Grab(), 0));
     if (!drawing_.At(Drawing::ControlId::MarkRelay, number_).visible) { // a mark has the number
         PaintNumber(painter, colour);
     }
