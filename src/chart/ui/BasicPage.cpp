@@ -89,7 +89,7 @@ void BasicPage::Keep(ControlId id, QWidget *widget) {
 void BasicPage::BuildFrames() {
     for (const ControlId id : {FrameGraphGroup, FrameGraph, FrameOutputVoltage, FrameManOutput,
                                FrameActualDist, FrameRange, FrameTransducer, FrameZentrova, FrameTarget}) {
-        auto *frame = new DrawnFrame(drawing_, scale_, id, !IsReading(id), ParentOf(id));
+        auto *frame = new DrawnFrame(drawing_, Scale(), id, !IsReading(id), ParentOf(id));
         Keep(id, Controls::Named(frame, Drawing::ToString(drawing_.At(id).name)));
     }
 }
@@ -174,7 +174,7 @@ void BasicPage::BuildMarkers() {
     std::vector<RelayMarker *> markers;
     for (int number = 0; number < static_cast<int>(BasicLayout::Relays.size()); ++number) {
         const ControlId id = Member(PicRelay, number);
-        auto *marker = new RelayMarker(drawing_, drag_, scale_, number, ParentOf(id));
+        auto *marker = new RelayMarker(drawing_, drag_, Scale(), number, ParentOf(id));
         marker->setAccessibleName(
             zentrova_.ParamName(BasicLayout::Relays[static_cast<std::size_t>(number)].threshold));
         connect(marker, &RelayMarker::Moved, this, &BasicPage::ShowSigns);
@@ -183,7 +183,7 @@ void BasicPage::BuildMarkers() {
         Keep(id, marker);
         markers.push_back(marker);
     }
-    pointer_ = std::make_unique<RelayPointer>(drawing_, drag_, scale_, std::move(markers));
+    pointer_ = std::make_unique<RelayPointer>(drawing_, drag_, Scale(), std::move(markers));
     connect(pointer_.get(), &RelayPointer::Moved, this, &BasicPage::ShowSigns);
 }
 
@@ -195,20 +195,20 @@ void BasicPage::ChooseFonts() {
         const QString caption = QString::fromLatin1(field.caption);
         for (const QString &line : Wraps(field) ? caption.split(u' ') : QStringList{caption}) {
             labels.push_back({.text = line,
-                              .width = scale_.Rounded(field.label.width),
-                              .height = scale_.Rounded(BasicFields::LabelHeight)});
+                              .width = Scale().Rounded(field.label.width),
+                              .height = Scale().Rounded(BasicFields::LabelHeight)});
         }
         boxes.push_back({.text = zentrova_.FormatRaw(zentrova_.ParamMax(field.tag), field.tag),
-                         .width = scale_.Rounded(BasicFields::BoxWidth) - boxPadding});
+                         .width = Scale().Rounded(BasicFields::BoxWidth) - boxPadding});
     }
     const auto fitting = [&](const std::vector<Controls::Fit> &places) {
-        return Controls::FittingFont(scale_.Font(font()), places, scale_.LeastLegible());
+        return Controls::FittingFont(Scale().Font(font()), places, Scale().LeastLegible());
     };
     labelFont_ = fitting(labels);
     boxFont_ = fitting(boxes);
     modeFont_ = fitting({{.text = {},
-                          .width = scale_.Rounded(BasicFields::LabelMode.width),
-                          .height = scale_.Rounded(BasicFields::LabelMode.height)}});
+                          .width = Scale().Rounded(BasicFields::LabelMode.width),
+                          .height = Scale().Rounded(BasicFields::LabelMode.height)}});
     ChooseReadingFonts();
 }
 
@@ -222,7 +222,7 @@ void BasicPage::ChooseReadingFonts() {
                               .width = place.width(),
                               .height = place.height() / static_cast<int>(lines.size())});
         }
-        return Controls::FittingFont(std::move(font), places, scale_.LeastLegible());
+        return Controls::FittingFont(std::move(font), places, Scale().LeastLegible());
     };
     const auto largest = [this](std::int16_t tag) { return zentrova_.ParamMax(tag); };
     echoFont_ = fitting(labelFont_, LabelEcho,
@@ -248,7 +248,7 @@ void BasicPage::SetFonts() {
     WidgetOf(LabelDiameter)->setFont(diameterFont_);
     WidgetOf(LabelNoEcho)->setFont(noEchoFont_);
     for (const ControlId id : {Label2, Label3}) {
-        static_cast<QLabel *>(WidgetOf(id))->setIndent(scale_.Pixels(legendIndent));
+        static_cast<QLabel *>(WidgetOf(id))->setIndent(Scale().Pixels(legendIndent));
     }
 }
 
@@ -262,21 +262,19 @@ void BasicPage::Rescale() {
     KeepEditor();
 }
 
-void BasicPage::resizeEvent(QResizeEvent *event) {
-    TabPage::resizeEvent(event);
-    const PageScale scale = FittingScale();
-    const QPoint corner = scale.Corner(size());
-    if (scale == scale_ && corner == corner_) {
+void BasicPage::Fit() {
+    const QPoint corner = Scale().Corner(size());
+    if (Scale() == fitted_ && corner == corner_) {
         return;
     }
-    scale_ = scale;
+    fitted_ = Scale();
     corner_ = corner;
     Rescale();
 }
 
 // Returns the control's rectangle in its parent.
 QRect BasicPage::Place(const Drawing::Control &control) const {
-    const QRect place = scale_.FromTwips(control.left, control.top, control.width, control.height);
+    const QRect place = Scale().FromTwips(control.left, control.top, control.width, control.height);
     return control.parent ? place : place.translated(corner_);
 }
 
@@ -361,8 +359,8 @@ QRect BasicPage::PlaceOfEditor(int marker) const {
     const auto *strip = static_cast<RelayMarker *>(WidgetOf(Member(PicRelay, marker)));
     const QWidget &group = *dragLabel_->parentWidget();
     const int line = strip->parentWidget()->mapTo(&group, QPoint(strip->LineColumn(), 0)).x();
-    QRect place(0, Place(drawing_.At(LabelRelayDist)).top(), scale_.Rounded(BasicFields::BoxWidth),
-                scale_.Rounded(BasicFields::BoxHeight));
+    QRect place(0, Place(drawing_.At(LabelRelayDist)).top(), Scale().Rounded(BasicFields::BoxWidth),
+                Scale().Rounded(BasicFields::BoxHeight));
     place.moveLeft(std::clamp(line - place.width() / 2, 0, RightmostLeft(place.width())));
     place.moveTopLeft(strip->mapFrom(&group, place.topLeft()));
     return place;
@@ -439,7 +437,7 @@ void BasicPage::changeEvent(QEvent *event) {
 void BasicPage::PlaceDragLabel() {
     const QRect laidOut = Place(drawing_.At(LabelRelayDist));
     dragLabel_->setText(drawing_.At(LabelRelayDist).caption);
-    const QSize size = dragLabel_->sizeHint() + QSize(2 * scale_.Pixels(dragLabelPadding), 0);
+    const QSize size = dragLabel_->sizeHint() + QSize(2 * Scale().Pixels(dragLabelPadding), 0);
     const int left = std::clamp(laidOut.center().x() - size.width() / 2, 0, RightmostLeft(size.width()));
     dragLabel_->setGeometry(QRect(QPoint(left, laidOut.top()), size));
 }

@@ -47,7 +47,7 @@ Q_SIGNALS:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
+    void Fit() override;
 
 private:
     void ChooseFonts();
@@ -86,7 +86,7 @@ private:
     BasicGraph graph_{zentrova_, drawing_};
     RelayDrag drag_{zentrova_, drawing_};
     DrawingChanges changes_{drawing_};
-    PageScale scale_;
+    PageScale fitted_;               // the scale of the present fonts and places
     QPoint corner_;                  // of the drawing, in the page
     std::vector<QWidget *> widgets_; // by ControlId
     QFont labelFont_;

@@ -238,8 +238,7 @@ void AdvancedPage::EditOutput(const QString &tagText, const QString &text) {
 
 // Layout. -------------------------------------------------------------------------------------------
 
-void AdvancedPage::resizeEvent(QResizeEvent *event) {
-    TabPage::resizeEvent(event);
+void AdvancedPage::Fit() {
     const int listWidth = width() * Controls::TwipsPerPixel - listWidthLess;
     const int listHeight = height() * Controls::TwipsPerPixel - listHeightLess;
     const int below = listTop + listHeight;

@@ -35,7 +35,7 @@ Q_SIGNALS:
     void Rebuilt();
 
 protected:
-    void resizeEvent(QResizeEvent *event) override;
+    void Fit() override;
     void hideEvent(QHideEvent *event) override;
 
 private:

@@ -57,7 +57,7 @@ protected:
     }
     QWidget &Chart() { return ui_.Get<QWidget>("FrameGraph"); }
     QWidget &Marker(int number) { return Member("PicRelay", number); }
-    PageScale Scale() const { return page_.FittingScale(); }
+    PageScale Scale() const { return page_.Scale(); }
 
     // The column of the chart in which the marker's line is.
     int LineOf(int number) {
