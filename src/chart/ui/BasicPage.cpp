@@ -32,6 +32,8 @@ constexpr int dragLabelPadding = 4; // pixels at factor 1
 constexpr int legendIndent = 4;
 constexpr int noEchoSize = 2; // times the labels' size
 
+static_assert(BasicLayout::VisibleRight == PageScale::LeastPage.width() * PageScale::TwipsPerPixel);
+
 bool Wraps(const BasicFields::Field &field) {
     return field.label.height > BasicFields::LabelHeight;
 }
