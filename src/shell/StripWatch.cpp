@@ -19,25 +19,27 @@ StripWatch::StripWatch(Dependencies dependencies) : dependencies_(std::move(depe
     LinkSession &link = dependencies_.link;
     connect(&link, &LinkSession::OnlineChanged, this, [this](bool online) {
         isOnline_ = online;
-        portIsGone_ = false;
-        sinceAnswer_.start();
-        Update();
+        OnAnswer(); // a new link has its time to answer
     });
     connect(&link, &LinkSession::ValueStateChanged, this, &StripWatch::Update);
-    connect(&link, &LinkSession::TableRefreshed, this, [this] {
-        portIsGone_ = false;
-        sinceAnswer_.start();
-        Update();
-    });
+    connect(&link, &LinkSession::TableRefreshed, this, &StripWatch::OnAnswer);
     connect(&link.Mbaxp1(), &Mbaxp::TransactionFailed, this, &StripWatch::OnPollFailed);
     connect(&second_, &QTimer::timeout, this, &StripWatch::Update);
     second_.setInterval(1s);
     Update();
 }
 
+void StripWatch::OnAnswer() {
+    portIsGone_ = false;
+    repliesAreDamaged_ = false;
+    sinceAnswer_.start();
+    Update();
+}
+
 void StripWatch::OnPollFailed(LinkTransaction transaction, LinkStatus status) {
     if (transaction == LinkTransaction::Poll || transaction == LinkTransaction::AddressingProbe) {
         portIsGone_ = status == LinkStatus::ReadError || status == LinkStatus::WriteError;
+        repliesAreDamaged_ = repliesAreDamaged_ || status == LinkStatus::CrcError;
         Update();
     }
 }
@@ -69,6 +71,7 @@ StripFacts StripWatch::Facts() const {
     facts.isOnline = isOnline_;
     facts.portIsGone = portIsGone_;
     facts.anotherSensorAnswers = link.AnotherSensorAnswers();
+    facts.repliesAreDamaged = repliesAreDamaged_;
     facts.valuesAreHeld = link.State() == ValueState::Held;
     facts.echoIsReceived = link.State() != ValueState::Live ||
                            dependencies_.zentrova.ParamValue(ParamDefines::EchoReceived) != 0;

@@ -40,6 +40,7 @@ Q_SIGNALS:
 
 private:
     void OnPollFailed(LinkTransaction transaction, LinkStatus status);
+    void OnAnswer();
     StripFacts Facts() const;
 
     Dependencies dependencies_;
@@ -47,6 +48,7 @@ private:
     QElapsedTimer sinceAnswer_; // or since the link went online
     bool isOnline_ = false;
     bool portIsGone_ = false;
+    bool repliesAreDamaged_ = false; // some came since the last good one
     QTimer second_;
 };
 

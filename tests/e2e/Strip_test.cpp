@@ -52,6 +52,16 @@ TEST_F(StripTest, SaysForHowLongTheSensorHasBeenSilentAndGoesByItself) {
     EXPECT_TRUE(WaitUntil([this] { return Says().isEmpty(); }));
 }
 
+TEST_F(StripTest, SaysThatOnlyDamagedAnswersCome) {
+    StartPolling();
+    sensor_->Execute(QStringLiteral("corrupt 1"));
+    EXPECT_TRUE(WaitForHeadline("Only damaged answers for 2 s. Address 1 on port 1 ("));
+    sensor_->Execute(QStringLiteral("corrupt 0"));
+    EXPECT_TRUE(WaitUntil([this] { return Says().isEmpty(); }));
+    sensor_->Execute(QStringLiteral("mute on"));
+    EXPECT_TRUE(WaitForHeadline("No answer for 2 s."));
+}
+
 TEST_F(StripTest, SaysNothingWhileAFileIsLoadedIntoASensorThatAnswers) {
     const QString file = configuration_.filePath(QStringLiteral("roll.ztv"));
     ASSERT_FALSE(ClassZentrova(ShippedPresetsFolder()).SaveFile(file));
