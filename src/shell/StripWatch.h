@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -15,7 +16,7 @@
 namespace ztv {
 
 // Gathers the facts for the strip's message and reports each change of it. Its timer runs only while the
-// message contains a time.
+// message contains a time, and fires when a shown time reaches its next second.
 class StripWatch : public QObject {
     Q_OBJECT
 
@@ -41,6 +42,9 @@ Q_SIGNALS:
 private:
     void OnPollFailed(LinkTransaction transaction, LinkStatus status);
     void OnAnswer();
+    std::optional<std::chrono::milliseconds> Silence() const;
+    std::optional<std::chrono::milliseconds> Age() const;
+    void WakeAtNextSecond();
     StripFacts Facts() const;
 
     Dependencies dependencies_;
@@ -49,7 +53,7 @@ private:
     bool isOnline_ = false;
     bool portIsGone_ = false;
     bool repliesAreDamaged_ = false; // some came since the last good one
-    QTimer second_;
+    QTimer nextSecond_;
 };
 
 } // namespace ztv
