@@ -34,7 +34,7 @@ StripWatch::StripWatch(Dependencies dependencies) : dependencies_(std::move(depe
 void StripWatch::OnAnswer() {
     portIsGone_ = false;
     repliesAreDamaged_ = false;
-    sinceAnswer_.start();
+    lastAnswer_ = SleepClock::now();
     Update();
 }
 
@@ -59,8 +59,10 @@ void StripWatch::Update() {
 std::optional<std::chrono::milliseconds> StripWatch::Silence() const {
     const ValueState state = dependencies_.link.State();
     const bool isSilent = state == ValueState::Stale || state == ValueState::NeverRead;
-    return isOnline_ && isSilent ? std::optional(std::chrono::milliseconds(sinceAnswer_.elapsed()))
-                                 : std::nullopt;
+    if (!isOnline_ || !isSilent) {
+        return std::nullopt;
+    }
+    return std::chrono::duration_cast<std::chrono::milliseconds>(SleepClock::now() - lastAnswer_);
 }
 
 // Returns the age of values that grow old.

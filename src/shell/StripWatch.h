@@ -4,8 +4,8 @@
 #include "model/ClassZentrova.h"
 #include "shell/FileCommands.h"
 #include "shell/StripMessage.h"
+#include "support/SleepClock.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 #include <chrono>
@@ -49,7 +49,7 @@ private:
 
     Dependencies dependencies_;
     std::optional<StripMessage> message_;
-    QElapsedTimer sinceAnswer_; // or since the link went online
+    SleepClock::time_point lastAnswer_; // or the start of the link
     bool isOnline_ = false;
     bool portIsGone_ = false;
     bool repliesAreDamaged_ = false; // some came since the last good one
