@@ -1245,6 +1245,36 @@ TEST_F(BasicMarkerKeysTest, AClickedThresholdShowsItsLabelOnlyOnceAKeyMovesIt) {
     EXPECT_FALSE(Visible("LabelRelayDist"));
 }
 
+TEST_F(BasicMarkerKeysTest, AThresholdThatTheRightButtonFocusesShowsNoLabel) {
+    QTest::mouseClick(window_.windowHandle(), Qt::RightButton, {}, At(LineOf(1)));
+    Settle();
+    EXPECT_TRUE(Marker(1).hasFocus());
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+}
+
+TEST_F(BasicMarkerKeysTest, AWindowThatBecomesActiveAgainShowsTheLabelThatItShowed) {
+    QWidget other;
+    other.show();
+    const auto leaveAndReturn = [&] {
+        for (QWidget *window : {&other, &window_}) {
+            window->activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+            Settle();
+        }
+    };
+    window_.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
+    Focus(1);
+    leaveAndReturn();
+    EXPECT_TRUE(Marker(1).hasFocus());
+    EXPECT_TRUE(Visible("LabelRelayDist"));
+    Press(LineOf(3));
+    Release(LineOf(3));
+    leaveAndReturn();
+    EXPECT_TRUE(Marker(3).hasFocus());
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+}
+
 TEST_F(BasicMarkerKeysTest, TheEditorOfAThresholdTakesTheLabelsPlace) {
     QTest::keyClick(&Focus(1), Qt::Key_Return);
     EXPECT_FALSE(Visible("LabelRelayDist"));
