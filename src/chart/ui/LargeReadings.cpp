@@ -10,7 +10,7 @@ namespace ztv {
 
 namespace {
 
-constexpr double leastFactor = 1.25;
+constexpr double leastFactor = 1.1;
 
 // Twips. A box is as wide as its frame, as far as the page reaches, and so high that it stays clear of what
 // is below it.
