@@ -17,6 +17,7 @@
 
 #include <QKeyEvent>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace ztv {
@@ -254,10 +255,28 @@ void BasicPage::SetFonts() {
     }
 }
 
+// Gives the boxes of the large readings the font that fits both.
+void BasicPage::SetLargeFonts() {
+    std::vector<Controls::Fit> texts;
+    std::vector<QLineEdit *> boxes;
+    for (std::size_t index = 0; index < textParams_.size(); ++index) {
+        const std::int16_t tag = BasicFields::Table[index].tag;
+        if (const auto fit =
+                Large().FitOf(static_cast<int>(index), zentrova_.FormatRaw(zentrova_.ParamMax(tag), tag))) {
+            texts.push_back(*fit);
+            boxes.push_back(textParams_[index]);
+        }
+    }
+    for (QLineEdit *box : boxes) {
+        box->setFont(Large().FontFor(font(), texts));
+    }
+}
+
 // Fits the drawing to the page: fonts and places, once for a size.
 void BasicPage::Rescale() {
     ChooseFonts();
     SetFonts();
+    SetLargeFonts();
     for (std::size_t id = 0; id < widgets_.size(); ++id) {
         Apply(static_cast<ControlId>(id));
     }
@@ -288,8 +307,17 @@ void BasicPage::Apply(ControlId id) {
     } else if (IsPicRelay(id)) {
         widget->setGeometry(static_cast<RelayMarker *>(widget)->Place());
         widget->setToolTip(control.toolTip);
+    } else if (id == FrameActualDist) {
+        PlaceDistance();
+    } else if (IsTextParam(id)) {
+        widget->setGeometry(Large().PlaceOf(control.name.index).value_or(Place(control)));
     } else {
         widget->setGeometry(Place(control));
+    }
+    if (id == Label2 || id == Label3) { // covers its sample line's end, also a part of a pixel of it
+        widget->resize(static_cast<int>(std::ceil(Scale().ToPixels(control.left + control.width))) -
+                           widget->x(),
+                       widget->height());
     }
     widget->setVisible(control.visible);
     if (id == LabelMode || id == FrameActualDist) {
@@ -322,6 +350,19 @@ void BasicPage::ShowSign(ControlId id) {
         marker->setAccessibleDescription(drawing_.At(id).toolTip);
         marker->update(); // has no number beside a mark
     }
+}
+
+// Keeps the frame of the distance, whose box is larger on a large page, clear of the legend. Its line stays
+// at the distance.
+void BasicPage::PlaceDistance() {
+    auto *frame = static_cast<DrawnFrame *>(WidgetOf(FrameActualDist));
+    const QRect laidOut = Place(drawing_.At(FrameActualDist));
+    QRect place = laidOut;
+    if (Large().AreShown()) {
+        place.moveRight(std::min(place.right(), Large().RightmostEdge()));
+    }
+    frame->setGeometry(place);
+    frame->Origin(laidOut.topLeft() - place.topLeft());
 }
 
 std::int16_t BasicPage::ValueTag(std::size_t index) {

@@ -4,6 +4,7 @@
 #include "chart/BasicGraph.h"
 #include "chart/DrawingChanges.h"
 #include "chart/RelayDrag.h"
+#include "chart/ui/LargeReadings.h"
 #include "chart/ui/RelayPointer.h"
 #include "model/ClassZentrova.h"
 #include "widgets/PageScale.h"
@@ -52,6 +53,9 @@ protected:
 private:
     void ChooseFonts();
     void SetFonts();
+    LargeReadings Large() const { return {Scale(), size()}; }
+    void SetLargeFonts();
+    void PlaceDistance();
     void Rescale();
     QRect Place(const Drawing::Control &control) const;
     void BuildFrames();

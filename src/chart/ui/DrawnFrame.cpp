@@ -29,11 +29,18 @@ DrawnFrame::DrawnFrame(const BasicDrawing &drawing, const PageScale &scale, Draw
     setAttribute(Qt::WA_OpaquePaintEvent, opaque);
 }
 
+void DrawnFrame::Origin(const QPoint &origin) {
+    if (origin_ != origin) {
+        origin_ = origin;
+        update();
+    }
+}
+
 void DrawnFrame::UpdateArea(const DrawingChanges::Area &area) {
     const QRectF place(QPointF(scale_.ToPixels(area.left), scale_.ToPixels(area.top)),
                        QPointF(scale_.ToPixels(area.right), scale_.ToPixels(area.bottom)));
     const double margin = penMargin * std::max(scale_.Factor(), 1.0);
-    update(place.adjusted(-margin, -margin, margin, margin).toAlignedRect());
+    update(place.adjusted(-margin, -margin, margin, margin).toAlignedRect().translated(origin_));
 }
 
 void DrawnFrame::paintEvent(QPaintEvent *event) {
@@ -52,7 +59,8 @@ void DrawnFrame::paintEvent(QPaintEvent *event) {
     }
     drawing_.VisitLines(id_, [&](const Drawing::Line &line) {
         const Drawing::Colour colour = drawing_.ColourOf(line);
-        DrawingPainter::PaintLine(painter, scale_, line, DrawingPainter::ColourOf(colour, palette()));
+        DrawingPainter::PaintLine(painter, scale_, line, DrawingPainter::ColourOf(colour, palette()),
+                                  origin_);
     });
     if (drawing_.LineHyperbolic().front().parent == id_) {
         DrawingPainter::PaintCurve(painter, scale_, drawing_.LineHyperbolic(), palette());

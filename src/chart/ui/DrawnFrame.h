@@ -18,6 +18,9 @@ public:
     DrawnFrame(const BasicDrawing &drawing, const PageScale &scale, Drawing::ControlId id, bool opaque,
                QWidget *parent);
 
+    // Sets the place of the drawing's origin, in pixels of this frame, where it isn't the frame's corner.
+    void Origin(const QPoint &origin);
+
     // Schedules a repaint of an area of this frame.
     void UpdateArea(const DrawingChanges::Area &area);
 
@@ -29,6 +32,7 @@ private:
     const PageScale &scale_;
     Drawing::ControlId id_;
     bool opaque_;
+    QPoint origin_;
 };
 
 } // namespace ztv

@@ -11,6 +11,7 @@
 #include <QFontInfo>
 #include <QLabel>
 #include <QRadioButton>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace ztv {
@@ -273,6 +274,10 @@ void CheckoutPage::ScaleLayouts() {
     const PageScale &scale = Scale();
     const int around = scale.Pixels(gap);
     const int narrow = scale.Pixels(smallGap);
+    const int between = scale.Pixels(style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
+    for (auto *inner : findChildren<QLayout *>()) {
+        inner->setSpacing(between);
+    }
     for (auto *frame : findChildren<StillFrame *>()) {
         frame->layout()->setContentsMargins(around, narrow, around, narrow);
     }
