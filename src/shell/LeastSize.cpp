@@ -48,6 +48,7 @@ void LeastSize::Update() {
     }
     const QRect room = room_(*screen);
     const QSize frame = FrameOf(window_);
+    frame_ = frame;
     window_.setMinimumSize(given_.boundedTo(room.size() - frame));
     if (!(window_.windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen | Qt::WindowMinimized))) {
         KeepOnScreen(room, frame);
@@ -86,6 +87,8 @@ bool LeastSize::eventFilter(QObject *watched, QEvent *event) {
         connect(window_.windowHandle(), &QWindow::screenChanged, this, &LeastSize::Update,
                 Qt::UniqueConnection);
         Update();
+    } else if (event->type() == QEvent::Move && FrameOf(window_) != frame_) {
+        Update(); // the desktop has told the frame
     }
     return QObject::eventFilter(watched, event);
 }

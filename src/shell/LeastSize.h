@@ -40,6 +40,7 @@ private:
     QSize given_;
     Room room_;
     QPointer<QScreen> watched_;
+    QSize frame_;
 };
 
 } // namespace ztv

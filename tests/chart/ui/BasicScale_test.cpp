@@ -285,6 +285,69 @@ TEST_F(BasicScaleTest, AnOpenEditorStaysBelowItsMarker) {
     }
 }
 
+// From two metres, digits of 30 pixels are read.
+TEST_F(BasicScaleTest, DistanceAndOutputAreReadFromAfarOnAFullScreen) {
+    for (const QSize &size : {QSize(1870, 873), QSize(1870, 850), QSize(2510, 1233)}) {
+        Resize(size);
+        for (const int index : {6, 7}) {
+            EXPECT_GE(QFontMetrics(Member("TextParam", index).font()).capHeight(), 30) << size.height();
+        }
+        EXPECT_EQ(Member("TextParam", 6).font(), Member("TextParam", 7).font());
+        EXPECT_LT(QFontInfo(Member("TextParam", 4).font()).pixelSize(),
+                  QFontInfo(Member("TextParam", 6).font()).pixelSize());
+    }
+    Resize(PageScale::LeastPage);
+    EXPECT_EQ(Member("TextParam", 6).font(), Member("TextParam", 4).font());
+}
+
+TEST_F(BasicScaleTest, TheLargeReadingsCoverNothing) {
+    const auto place = [this](const QWidget &widget) {
+        return QRect(widget.mapTo(&page_, QPoint()), widget.size());
+    };
+    for (const QSize &size : pageSizes) {
+        if (PageScale::Fitting(size).Factor() == 1) {
+            continue; // as laid out
+        }
+        for (const std::int32_t distance : {600, 1200, 12000, 30000, 39000, 41000, 42000}) {
+            for (const std::int32_t output : {0, 500, 1000}) {
+                zentrova_.ParamUpdate(ParamDefines::ActualDistance, distance);
+                zentrova_.ParamUpdate(ParamDefines::OutputVoltage, output);
+                page_.UpdateDisplay();
+                Resize(size);
+                SCOPED_TRACE(std::to_string(size.width()) + " " + std::to_string(distance) + " " +
+                             std::to_string(output));
+                for (const int index : {6, 7}) {
+                    QWidget &box = Member("TextParam", index);
+                    EXPECT_TRUE(box.parentWidget()->rect().contains(box.geometry()));
+                    EXPECT_TRUE(page_.rect().contains(place(box)));
+                    EXPECT_LE(QFontMetrics(box.font()).capHeight(), box.height() - 8);
+                    EXPECT_LE(
+                        QFontMetrics(box.font()).horizontalAdvance(dynamic_cast<QLineEdit &>(box).text()),
+                        box.width() - 4);
+                    for (const char *other :
+                         {"Label2", "Label3", "LabelParam(0)", "LabelParam(1)", "LabelParam(4)",
+                          "LabelParam(5)", "TextParam(0)", "LabelMode"}) {
+                        QWidget &label = ui_.Get<QWidget>(other);
+                        QRect text = place(label);
+                        if (label.objectName() == QStringLiteral("LabelMode")) {
+                            text.setWidth(label.sizeHint().width());
+                        }
+                        EXPECT_FALSE(text.intersects(place(box))) << other << index;
+                    }
+                }
+                EXPECT_FALSE(place(Member("TextParam", 6)).intersects(place(Member("TextParam", 7))));
+                EXPECT_FALSE(place(Member("TextParam", 6)).intersects(place(Member("LabelParam", 7))));
+                EXPECT_FALSE(place(Member("TextParam", 7)).intersects(place(Chart())));
+                if (PageScale::Fitting(size).Factor() > 1.1) { // the legend's samples begin there
+                    const QWidget &group = ui_.Get<QWidget>("FrameGraphGroup");
+                    EXPECT_LE(place(Member("TextParam", 6)).right(),
+                              place(group).left() + Scale().Rounded(8640));
+                }
+            }
+        }
+    }
+}
+
 // A line covers whole pixels of the device at any factor and any ratio of pixels.
 TEST_F(BasicScaleTest, LinesAreCrispAtEachSize) {
     for (const QSize &size : pageSizes) {
