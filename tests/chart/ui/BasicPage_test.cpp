@@ -982,8 +982,8 @@ protected:
 
     // The colour in the middle of a relay's lamp.
     QColor LampColour(int relay) {
-        QWidget &lamp = Member("LampRelay", relay);
-        return lamp.grab().toImage().pixelColor(lamp.height() / 2, lamp.height() / 2);
+        const QImage picture = Member("LampRelay", relay).grab().toImage();
+        return picture.pixelColor(picture.height() / 2, picture.height() / 2);
     }
 
     QColor TextColour(const char *label) {
