@@ -391,7 +391,7 @@ void CheckoutPage::UpdateDisplay() {
             Lit(static_cast<std::int16_t>(ParamDefines::Relay1State + static_cast<int>(i)), Key::On));
     }
     imgClkOut_->Picture(Lit(ParamDefines::ClockOut, Key::On));
-    labelDist_->setText(text(ParamDefines::ActualDistance));
+    labelDist_->Show(text(ParamDefines::ActualDistance));
     imageNoEcho_->Picture(Lit(ParamDefines::EchoReceived, Key::Green));
     Show(*textCheckoutVoltageOut_, text(ParamDefines::OutputVoltage));
     Show(*textCheckoutVoltageIn_, text(ParamDefines::AnalogInputVoltage));
