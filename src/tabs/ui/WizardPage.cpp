@@ -2,6 +2,7 @@
 
 #include "widgets/Controls.h"
 #include "widgets/DeferredWork.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
@@ -29,6 +30,7 @@ WizardPage::WizardPage(QWidget *parent) : TabPage(3, parent) {
     start_ = Controls::Captioned<QPushButton>("cmdStartWizard", "Start Wizard", this);
     start_->setMinimumWidth(buttonWidth);
     start_->setEnabled(false);
+    WhyDisabled::Explain(*start_, QStringLiteral("Go online first."));
     DeferredWork::OnPress(*start_, [this] { Q_EMIT StartWizard(); });
 
     auto *layout = new QVBoxLayout(this);
