@@ -15,7 +15,7 @@ QString Changes(qsizetype count) {
 QString ListOf(const QStringList &names) {
     const qsizetype more = names.size() - mostNames;
     const QString shown = names.mid(0, mostNames).join(QStringLiteral(", "));
-    return more > 0 ? QStringLiteral("%1 and %2 more").arg(shown).arg(more) : shown;
+    return more > 0 ? QStringLiteral("%1 and %2 more").arg(shown, QString::number(more)) : shown;
 }
 
 // Names the origin of the values that Write sends.
@@ -57,8 +57,7 @@ DirectionText TextOf(const DirectionFacts &facts) {
             .write =
                 QStringLiteral("Program (%1%2) to sensor: all %3 values are written, also address and line "
                                "setting.")
-                    .arg(Origin(facts), edits)
-                    .arg(facts.values),
+                    .arg(Origin(facts), edits, QString::number(facts.values)),
             .lostOnWrite = LostOnWrite(facts.backupFor)};
 }
 

@@ -27,7 +27,7 @@ QString ListOf(const QStringList &ports) {
     }
     const QString shown = ports.mid(0, mostPorts).join(QStringLiteral(", "));
     const qsizetype more = ports.size() - mostPorts;
-    return more > 0 ? QStringLiteral("There are: %1 and %2 more.").arg(shown).arg(more)
+    return more > 0 ? QStringLiteral("There are: %1 and %2 more.").arg(shown, QString::number(more))
                     : QStringLiteral("There are: %1.").arg(shown);
 }
 

@@ -61,8 +61,8 @@ bool BackupFiles::Contains(const QString &fileName) const {
 void BackupFiles::Save(const ClassZentrova &zentrova, std::int32_t serialNumber, const QDateTime &time,
                        const std::function<std::int32_t(std::int16_t)> &valueOf) const {
     QDir().mkpath(folder_); // a failure shows in the write
-    const QString name = NewName(QStringLiteral("%1 %2").arg(
-        QString::number(serialNumber), time.toString(QStringLiteral("yyyy-MM-dd HHmmss"))));
+    const QString name =
+        NewName(QString::number(serialNumber), time.toString(QStringLiteral("yyyy-MM-dd HHmmss")));
     zentrova.SaveCopy(QDir(folder_).filePath(name), [&](std::int16_t tag) {
         // The number of the file's rows, by which it is opened, whatever number the sensor reports.
         return tag == ParamDefines::ParameterCount ? zentrova.ParamCount() : valueOf(tag);
@@ -70,12 +70,16 @@ void BackupFiles::Save(const ClassZentrova &zentrova, std::int32_t serialNumber,
     DeleteOldest(serialNumber, name);
 }
 
-QString BackupFiles::NewName(const QString &stem) const {
-    QString name = stem + QStringLiteral(".ztv");
-    for (int next = 2; QFileInfo::exists(QDir(folder_).filePath(name)); ++next) {
-        name = QStringLiteral("%1 (%2).ztv").arg(stem).arg(next);
+// Numbers the backups of the same second onwards, also when the first of them are deleted.
+QString BackupFiles::NewName(const QString &sensor, const QString &time) const {
+    int number = 1;
+    for (const Backup &backup : BackupsIn(folder_)) {
+        if (backup.sensor == sensor && backup.time == time) {
+            number = std::max(number, backup.number + 1);
+        }
     }
-    return name;
+    const QString mark = number == 1 ? QString() : QStringLiteral(" (%1)").arg(number);
+    return sensor + u' ' + time + mark + QStringLiteral(".ztv");
 }
 
 // Keeps the new backup even where the clock was set back, which makes it the oldest by its name.

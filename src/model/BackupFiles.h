@@ -32,7 +32,7 @@ public:
               const std::function<std::int32_t(std::int16_t)> &valueOf) const;
 
 private:
-    QString NewName(const QString &stem) const;
+    QString NewName(const QString &sensor, const QString &time) const;
     void DeleteOldest(std::int32_t serialNumber, const QString &kept) const;
 
     QString folder_;
