@@ -21,6 +21,9 @@ void SensorBackup::Connected() {
     failure_.clear();
 }
 
+// Deliberate: a download on connect follows the probe at once, without a read. It is preceded by a backup
+// only if a sensor was read before.
+//
 // A sensor may replace another while the link stays online, so that each has its own backup. A failure is not
 // repeated at the next write: the values before the first one are gone by then.
 void SensorBackup::Save() {

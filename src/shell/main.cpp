@@ -72,7 +72,7 @@ int main(int argc, char *argv[]) {
                        .programFolder = ProgramFolder(),
                        .arguments = Arguments(),
                        .application = FileType::ThisApplication(),
-                       .backupFolder = UserDataFolder() + QStringLiteral("/Backups")},
+                       .backupFolder = BackupFolder()},
                       [&dialogs, &form](FormMain &shown) {
                           dialogs.SetOwner(&shown);
                           form = &shown;

@@ -5,7 +5,7 @@
 #include "widgets/WhyDisabled.h"
 
 #include <QLineEdit>
-#include <QRadioButton>
+#include <QTabWidget>
 #include <QTreeView>
 
 namespace ztv {
@@ -74,7 +74,7 @@ TEST_F(WriteFailureTest, ADeadLineKeepsTheMarkOnEachPageUntilItAnswers) {
     }
     EXPECT_EQ(marked, 1);
 
-    form_->findChild<QTabBar *>(QStringLiteral("TabStrip1"))->setCurrentIndex(1);
+    Ui().Get<QTabWidget>("TabStrip1").setCurrentIndex(1);
     Settle();
     const auto *list = form_->findChild<QTreeView *>(QStringLiteral("ListView1"));
     const QModelIndex cell =

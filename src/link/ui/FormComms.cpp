@@ -105,6 +105,7 @@ void FormComms::BuildSettings(QVBoxLayout &column) {
     locked_ = Controls::Named(new QLabel, "LabelLocked");
     locked_->setTextFormat(Qt::PlainText);
     locked_->setWordWrap(true);
+    locked_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // the text must not widen the form
     locked_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     grid->addWidget(locked_, 1, 2, line - 1, 1);
     grid->setColumnStretch(2, 1);

@@ -85,6 +85,7 @@ void FormReadWrite::Explain(const DirectionText &text) {
         const QString caption = QString::fromLatin1(buttons.at(answer.button).key);
         QFont bold = font();
         bold.setBold(true);
+        layout_->addSpacing(fontMetrics().height() / 2);
         AddText((std::string(answer.textName) + "Caption").c_str(), caption)->setFont(bold);
         AddText(answer.textName, answer.does);
         AddLoss(answer.lossName, answer.loses);
