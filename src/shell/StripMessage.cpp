@@ -89,7 +89,9 @@ std::optional<StripMessage> OfLink(const StripFacts &facts) {
         return StripMessage{
             Kind::NoAnswer,
             Severity::Alarm,
-            QStringLiteral("No answer for %1").arg(Duration(*facts.silence)),
+            (facts.repliesAreDamaged ? QStringLiteral("Only damaged answers for %1")
+                                     : QStringLiteral("No answer for %1"))
+                .arg(Duration(*facts.silence)),
             Place(facts) + QStringLiteral(". ") + Origin(facts),
             {StripAction::Communications, StripAction::Search, StripAction::GoOffline, StripAction::Help}};
     }

@@ -51,6 +51,7 @@ struct StripFacts {
     bool portIsGone = false;
     bool anotherSensorAnswers = false;
     bool valuesAreHeld = false;
+    bool repliesAreDamaged = false; // some came since the last good one
     bool echoIsReceived = true;
     std::optional<std::chrono::seconds> silence; // since the last good poll, while that is too long ago
     std::optional<std::chrono::seconds> age;     // of the values; none if they were never read

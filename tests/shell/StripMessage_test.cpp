@@ -80,6 +80,14 @@ TEST_F(StripMessageTest, NamesThePlaceOnTheLineThatDoesNotAnswer) {
                   "Address 17 on port 9 (/dev/ttyUSB0), ? ?. The values are the factory's, not a sensor's");
 }
 
+TEST_F(StripMessageTest, TellsADamagedLineFromASilentOne) {
+    facts_.repliesAreDamaged = true;
+    EXPECT_EQ(WorstMessage(facts_), std::nullopt); // good replies still come often enough
+    facts_.silence = 3s;
+    EXPECT_EQ(WorstMessage(facts_)->headline, QStringLiteral("Only damaged answers for 3 s"));
+    EXPECT_EQ(WorstMessage(facts_)->kind, Kind::NoAnswer); // with the same ways out
+}
+
 TEST_F(StripMessageTest, SaysLongTimesInMinutesAndHours) {
     const std::pair<std::chrono::seconds, const char *> rows[] = {{0s, "No answer for 0 s"},
                                                                   {59s, "No answer for 59 s"},
