@@ -27,6 +27,9 @@ public:
 
     const BackupFiles &Files() const { return files_; }
 
+    // Keeps a file that is opened from being deleted by the backup before its download.
+    void Spare(const QString &fileName) { files_.Spare(fileName); }
+
     // Returns why the last backup couldn't be written; empty since one could, or since the link went online
     // or offline.
     const QString &Failure() const { return failure_; }

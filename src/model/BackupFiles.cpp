@@ -54,6 +54,10 @@ bool BackupFiles::HasAny() const {
     return !folder_.isEmpty() && !BackupsIn(folder_).empty();
 }
 
+void BackupFiles::Spare(const QString &fileName) {
+    spared_ = Contains(fileName) ? QFileInfo(fileName).fileName() : QString();
+}
+
 bool BackupFiles::Contains(const QString &fileName) const {
     return !folder_.isEmpty() && QFileInfo(fileName).absolutePath() == QDir(folder_).absolutePath();
 }
@@ -83,10 +87,11 @@ QString BackupFiles::NewName(const QString &sensor, const QString &time) const {
 }
 
 // Keeps the new backup even where the clock was set back, which makes it the oldest by its name.
-void BackupFiles::DeleteOldest(std::int32_t serialNumber, const QString &kept) const {
+void BackupFiles::DeleteOldest(std::int32_t serialNumber, const QString &newest) const {
     std::vector<Backup> others;
     for (Backup &backup : BackupsIn(folder_)) {
-        if (backup.sensor == QString::number(serialNumber) && backup.name != kept) {
+        if (backup.sensor == QString::number(serialNumber) && backup.name != newest &&
+            backup.name != spared_) {
             others.push_back(std::move(backup));
         }
     }

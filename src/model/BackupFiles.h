@@ -24,6 +24,10 @@ public:
     // True while the folder has a backup of any sensor.
     bool HasAny() const;
 
+    // Keeps a file from being deleted as the oldest: the one that is being opened, which may be restored.
+    // Replaces an earlier one.
+    void Spare(const QString &fileName);
+
     // True for a file in this folder, whatever its name.
     bool Contains(const QString &fileName) const;
 
@@ -34,9 +38,10 @@ public:
 
 private:
     QString NewName(const QString &sensor, const QString &time) const;
-    void DeleteOldest(std::int32_t serialNumber, const QString &kept) const;
+    void DeleteOldest(std::int32_t serialNumber, const QString &newest) const;
 
     QString folder_;
+    QString spared_; // a name in the folder; empty for none
 };
 
 } // namespace ztv

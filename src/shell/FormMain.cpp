@@ -194,7 +194,11 @@ void FormMain::BuildFileCommands() {
         .dialogs = dependencies_.dialogs,
         .changesNeedSaving = [this] { return zentrova_->FileChangesNeedSaving(); },
         .portIsOpen = [this] { return link_->PortIsOpen(); },
-        .openFile = [this](const QString &name) { return zentrova_->OpenFile(name); },
+        .openFile =
+            [this](const QString &name) {
+                backup_->Spare(name);
+                return zentrova_->OpenFile(name);
+            },
         .saveFile = [this](const QString &name) { return zentrova_->SaveFile(name); },
         .updateCaption = [this] { UpdateCaption(); },
         .showTable =

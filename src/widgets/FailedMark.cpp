@@ -12,11 +12,9 @@ constexpr const char *markName = "FailedMark";
 constexpr int edge = 2;   // pixels
 constexpr int corner = 7; // side of the triangle that tells the mark from a coloured frame
 
-} // namespace
+const QString description = QStringLiteral("The sensor hasn't taken this value");
 
-QString FailedMark::Description() {
-    return QStringLiteral("The sensor hasn't taken this value");
-}
+} // namespace
 
 FailedMark::FailedMark(QWidget &control)
     : QWidget(&control),
@@ -25,7 +23,7 @@ FailedMark::FailedMark(QWidget &control)
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     control.installEventFilter(this);
-    control.setAccessibleDescription(Description());
+    control.setAccessibleDescription(description);
     Cover();
     show();
 }

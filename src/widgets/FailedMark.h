@@ -15,8 +15,6 @@ public:
     // Shows or removes the mark of the control. Cheap while nothing changes.
     static void Show(QWidget &control, bool failed);
 
-    static QString Description();
-
     // Paints the mark around `place`.
     static void Paint(QPainter &painter, const QRect &place, const QPalette &palette);
 

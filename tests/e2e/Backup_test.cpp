@@ -223,6 +223,26 @@ TEST_F(BackupTest, OpenBackupOpensOneAndSaveAsksForAName) {
     Ui().Choose("mnuFileSave(0)"); // its name is known now
 }
 
+// The backup before the download is the 21st.
+TEST_F(BackupTest, TheOldestCanBeRestoredOnlineAndStays) {
+    ASSERT_TRUE(QDir().mkpath(backups_));
+    for (int minute = 10; minute < 30; ++minute) {
+        ClassZentrova(ShippedPresetsFolder())
+            .SaveFile(Path(QStringLiteral("10427 2020-01-01 %1.ztv").arg(minute * 100, 6, 10, QChar(u'0'))));
+    }
+    const QString oldest = Backups().front();
+    StartPolling();
+    dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new settings."
+                                   "\n\nContinue?"),
+                    BoxIcon::Exclamation, BoxButtons::YesNo, BoxAnswer::Yes);
+    dialogs_.ExpectOpenFile(Path(oldest));
+    dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
+    Ui().Choose("mnuFileOpenBackup");
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_EQ(Backups().size(), 21); // the last 20, and the one that is open
+    EXPECT_EQ(Backups().front(), oldest);
+}
+
 TEST_F(BackupTest, ABackupOpenedByTheOrdinaryWayIsNotOverwrittenEither) {
     const QString backup = Path(QStringLiteral("10427 2020-01-01 001000.ztv"));
     ASSERT_TRUE(QDir().mkpath(backups_));

@@ -120,6 +120,20 @@ TEST_F(BackupFilesTest, KeepTheNewOneAlsoAfterTheClockWasSetBack) {
     EXPECT_EQ(Names().size(), 20);
 }
 
+TEST_F(BackupFilesTest, SpareTheOneThatIsBeingOpened) {
+    for (int minute = 0; minute < 20; ++minute) {
+        Save(10427, time_.addSecs(minute * 60));
+    }
+    const QString oldest = QStringLiteral("10427 2026-11-22 051033.ztv");
+    files_.Spare(Path(oldest));
+    Save(10427, time_.addSecs(3600));
+    EXPECT_TRUE(Names().contains(oldest));
+    files_.Spare(folder_.filePath(oldest)); // of another folder
+    Save(10427, time_.addSecs(7200));
+    EXPECT_FALSE(Names().contains(oldest));
+    EXPECT_EQ(Names().size(), 20);
+}
+
 TEST_F(BackupFilesTest, FaultWhereTheFolderCantBeMadeOrWritten) {
     WriteFile(folder_.filePath(QStringLiteral("new")), "a file in the folder's place");
     EXPECT_THROW(Save(10427, time_), Fault);
