@@ -24,6 +24,7 @@ struct StripMessage {
         ValuesHeld,
         NotSaved,
         NotOpened,
+        NotBackedUp,
         NoEcho,
         NotConnected
     };
@@ -61,6 +62,7 @@ struct StripFacts {
     std::int16_t crcErrors = 0;
     std::optional<FileFailure> notOpened;
     std::optional<FileFailure> notSaved;
+    QString notBackedUp; // why the sensor's values couldn't be kept before a write; empty if they could
 };
 
 // Returns the worst message, or none if all is well.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/LinkSession.h"
+#include "link/SensorBackup.h"
 #include "model/ClassZentrova.h"
 #include "shell/FileCommands.h"
 #include "shell/StripMessage.h"
@@ -26,6 +27,7 @@ public:
         const ClassZentrova &zentrova;
         const FileCommands &files;
         std::function<QString(std::int16_t)> deviceOfPort;
+        const SensorBackup *backup = nullptr; // none: no backups are kept
     };
 
     // REQUIRES: what it depends on outlives this.
