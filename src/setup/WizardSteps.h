@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace ztv {
 
@@ -79,6 +80,26 @@ public:
     // Restores the range limits. Nothing else is written before Finish.
     void Cancel();
 
+    // A value that Finish will write, as texts.
+    struct Change {
+        QString parameter; // its name and number
+        QString before;
+        QString after;
+
+        bool operator==(const Change &) const = default;
+    };
+
+    // Returns the values that Finish would write now, in its order, without those that the sensor has
+    // already. Throws a Fault as Outcome does.
+    std::vector<Change> Changes(const Entries &entries) const;
+
+    // Returns all values that Finish asks for.
+    std::vector<ParameterValue> Values(const WizardCalibration::Settings &outcome,
+                                       const Entries &entries) const;
+
+    // Returns the range limits that Cancel asks for.
+    std::vector<ParameterValue> SavedRange() const;
+
     // Returns the result of the steps. Throws a Fault (conversion, overflow) for a value that can't be
     // written.
     WizardCalibration::Settings Outcome(const Entries &entries) const;
@@ -89,6 +110,7 @@ public:
 private:
     std::optional<QString> ValidateStep(const Entries &entries) const;
     void SetStep(Step step);
+    QString BeforeText(std::int16_t tag) const;
 
     ClassZentrova &zentrova_;
     Step currentStep_ = Introduction;
