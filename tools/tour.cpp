@@ -243,6 +243,7 @@ private:
     void WizardPictures() {
         for (const int use : {0, 1}) {
             frmWizard wizard(form_.Zentrova(), dialogs_, form_.hHelp(), &form_);
+            form_.ConnectWizard(wizard);
             wizard.show();
             const auto press = [&wizard](const char *name) {
                 wizard.findChild<QAbstractButton *>(QString::fromLatin1(name))->click();

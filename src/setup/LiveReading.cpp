@@ -38,6 +38,9 @@ void LiveReading::Become(ValueState state) {
 }
 
 void LiveReading::Take(const Sample &sample) {
+    if (state_ != ValueState::Live) {
+        return;
+    }
     hasEcho_ = sample.hasEcho;
     if (!hasEcho_) {
         samples_.clear();

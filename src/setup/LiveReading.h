@@ -35,7 +35,8 @@ public:
     // Sets how the table's values relate to the sensor. Forgets the samples unless they are live.
     void Become(ValueState state);
 
-    // Takes the values of a poll. Those without an echo hold an old distance: they end the samples before.
+    // Takes the values of a poll, unless the table isn't live. Those without an echo hold an old distance:
+    // they end the samples before.
     void Take(const Sample &sample);
 
     Condition Judge(Clock::time_point now) const;

@@ -61,8 +61,10 @@ constexpr ButtonRow buttonRows[] = {
     {StripAction::Communications, "StripCommunications", "Communications...", "Shows port, line and address"},
     {StripAction::Search, "StripSearch", "Search...", "Goes offline and searches the line for sensors"},
     {StripAction::GoOffline, "StripOffline", "Go Offline", "Closes the serial port"},
+    {StripAction::StartWizard, "StripWizard", "Start Wizard", "Opens the setup wizard"},
     {StripAction::OpenFile, "StripOpen", "Open File...", "Opens another settings file"},
     {StripAction::SaveAs, "StripSaveAs", "Save As...", "Saves to another file"},
+    {StripAction::Dismiss, "StripDismiss", "Dismiss", "Takes this message away"},
     {StripAction::Help, "StripHelp", "Help", "Says what to do"},
 };
 

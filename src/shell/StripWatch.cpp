@@ -24,6 +24,7 @@ StripWatch::StripWatch(Dependencies dependencies) : dependencies_(std::move(depe
     connect(&link, &LinkSession::ValueStateChanged, this, &StripWatch::Update);
     connect(&link, &LinkSession::TableRefreshed, this, &StripWatch::OnAnswer);
     connect(&link.Mbaxp1(), &Mbaxp::TransactionFailed, this, &StripWatch::OnPollFailed);
+    connect(&dependencies_.wizard, &WizardOutcome::Changed, this, &StripWatch::Update);
     connect(&second_, &QTimer::timeout, this, &StripWatch::Update);
     second_.setInterval(1s);
     Update();
@@ -92,6 +93,14 @@ StripFacts StripWatch::Facts() const {
     if (const auto &failure = dependencies_.files.SilentFailure()) {
         (failure->isSave ? facts.notSaved : facts.notOpened) = {.name = failure->name,
                                                                 .reason = failure->reason};
+    }
+    for (const auto &[asked, held, isTaken] : dependencies_.wizard.Values()) {
+        const ClassZentrova &zentrova = dependencies_.zentrova;
+        facts.wizardValues.push_back({.name = zentrova.ParamName(asked.tag),
+                                      .tag = asked.tag,
+                                      .asked = zentrova.FormatRaw(asked.value, asked.tag),
+                                      .held = zentrova.FormatRaw(held, asked.tag),
+                                      .isTaken = isTaken});
     }
     if (facts.isOnline && (facts.portIsGone || facts.silence)) {
         facts.device = dependencies_.deviceOfPort(facts.comm.port);

@@ -4,6 +4,7 @@
 #include "model/ClassZentrova.h"
 #include "shell/FileCommands.h"
 #include "shell/StripMessage.h"
+#include "shell/WizardOutcome.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -25,6 +26,7 @@ public:
         const ClassZentrova &zentrova;
         const FileCommands &files;
         std::function<QString(std::int16_t)> deviceOfPort;
+        WizardOutcome &wizard;
     };
 
     // REQUIRES: what it depends on outlives this.

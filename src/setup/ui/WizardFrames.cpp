@@ -1,6 +1,8 @@
 #include "setup/ui/WizardFrames.h"
 
+#include "setup/ui/ChangesList.h"
 #include "setup/ui/RollGraphic.h"
+#include "setup/ui/StateLabel.h"
 #include "widgets/Controls.h"
 
 #include <QGridLayout>
@@ -155,6 +157,10 @@ QGridLayout *WizardFrames::BuildRecording(int place) {
         number(Controls::Member("LabelRecordedDistance", place), "Recorded Distance");
     grid->addWidget(labelActualDistance_[At(place)], 0, 1);
     grid->addWidget(labelRecordedDistance_[At(place)], 1, 1);
+    labelCondition_[At(place)] = Controls::Named(new StateLabel(LiveReading::LongestWords()),
+                                                 Controls::Member("LabelCondition", place));
+    labelCondition_[At(place)]->setAccessibleDescription(QStringLiteral("State of the current distance"));
+    grid->addWidget(labelCondition_[At(place)], 0, 3, 1, 2);
     grid->addWidget(NewSuffix(), 0, 2);
     grid->addWidget(NewSuffix(), 1, 2);
     commandRecordDistance_[At(place)] =
@@ -285,7 +291,8 @@ void WizardFrames::BuildFinished() {
     chkSaveSettings_->setToolTip(QStringLiteral("Save parameter changes in Zentrova"));
     chkSaveSettings_->setChecked(true);
     column->addWidget(chkSaveSettings_);
-    column->addStretch();
+    changes_ = new ChangesList;
+    column->addWidget(changes_, 1);
 }
 
 // Gives all steps the size of the largest one.
@@ -312,7 +319,7 @@ std::vector<QWidget *> WizardFrames::TabOrder() const {
     }
     order.insert(order.end(), {textCoreDia_, textMaxDia_, commandRecordDistance_[WizardSteps::AtCore]});
     order.insert(order.end(), optionDriveMode_.begin(), optionDriveMode_.end());
-    order.push_back(chkSaveSettings_);
+    order.insert(order.end(), {chkSaveSettings_, &changes_->List()});
     return order;
 }
 
@@ -329,6 +336,12 @@ WizardSteps::Entries WizardFrames::Entries() const {
 void WizardFrames::ShowReading(const WizardSteps::Reading &latest) {
     for (QLabel *label : labelActualDistance_) {
         label->setText(latest.shown);
+    }
+}
+
+void WizardFrames::ShowCondition(LiveReading::Tone tone, const QString &words) {
+    for (StateLabel *label : labelCondition_) {
+        label->Show(tone, words);
     }
 }
 
