@@ -275,6 +275,10 @@ private:
                 leave("diameters");
                 Picture(wizard, QStringLiteral("wizard-core-not-recorded"));
                 press("CommandRecordDistance(2)");
+                wizard.ShowState(ValueState::Stale); // as on a dead line
+                Picture(wizard, QStringLiteral("wizard-no-answer"));
+                wizard.ShowState(ValueState::Live);
+                Watch(1000);
                 leave("core");
                 press("OptionDriveMode(0)");
                 leave("drive");

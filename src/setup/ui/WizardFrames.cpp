@@ -132,8 +132,11 @@ void WizardFrames::BuildMode() {
     column->addStretch();
 }
 
-// Builds the live distance, the recorded one and the Record button of a place.
+// Builds the live distance with its condition, the recorded one and the Record button of a place. The
+// condition lies behind the live distance; at the core, where the roll takes that room, below it.
 QGridLayout *WizardFrames::BuildRecording(int place) {
+    const bool isBelow = place == WizardSteps::AtCore;
+    const int recordedRow = isBelow ? 2 : 1;
     auto *grid = new QGridLayout;
     const auto number = [](const QString &name, const char *spoken) {
         auto *label = Controls::Named(new QLabel(WizardSteps::NoReading()), name);
@@ -150,19 +153,19 @@ QGridLayout *WizardFrames::BuildRecording(int place) {
                     0, 0);
     grid->addWidget(Controls::Named(new QLabel(QStringLiteral("Recorded Distance:")),
                                     Controls::Member("LabelRecordedDist", place)),
-                    1, 0);
+                    recordedRow, 0);
     labelActualDistance_[At(place)] =
         number(Controls::Member("LabelActualDistance", place), "Current Distance");
     labelRecordedDistance_[At(place)] =
         number(Controls::Member("LabelRecordedDistance", place), "Recorded Distance");
     grid->addWidget(labelActualDistance_[At(place)], 0, 1);
-    grid->addWidget(labelRecordedDistance_[At(place)], 1, 1);
+    grid->addWidget(labelRecordedDistance_[At(place)], recordedRow, 1);
     labelCondition_[At(place)] = Controls::Named(new StateLabel(LiveReading::LongestWords()),
                                                  Controls::Member("LabelCondition", place));
     labelCondition_[At(place)]->setAccessibleDescription(QStringLiteral("State of the current distance"));
-    grid->addWidget(labelCondition_[At(place)], 0, 3, 1, 2);
+    grid->addWidget(labelCondition_[At(place)], isBelow ? 1 : 0, isBelow ? 1 : 3, 1, -1);
     grid->addWidget(NewSuffix(), 0, 2);
-    grid->addWidget(NewSuffix(), 1, 2);
+    grid->addWidget(NewSuffix(), recordedRow, 2);
     commandRecordDistance_[At(place)] =
         Controls::Captioned<QPushButton>(Controls::Member("CommandRecordDistance", place), "&Record");
     grid->setColumnStretch(4, 1);
@@ -243,7 +246,7 @@ void WizardFrames::BuildCoreDistance() {
                               "Load an empty Core and verify current distance reading below. Once verified, "
                               "click the Record button."));
     QGridLayout *grid = BuildRecording(WizardSteps::AtCore);
-    grid->addWidget(commandRecordDistance_[WizardSteps::AtCore], 2, 1, 1, 2, Qt::AlignLeft);
+    grid->addWidget(commandRecordDistance_[WizardSteps::AtCore], 3, 1, 1, 2, Qt::AlignLeft);
     struct Row {
         QLabel *&label;
         const char *name;
@@ -257,12 +260,12 @@ void WizardFrames::BuildCoreDistance() {
         row.label = Controls::Named(new QLabel, row.name);
         row.label->setAccessibleDescription(caption.chopped(1));
         row.label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        grid->addWidget(Controls::Named(new QLabel(caption), Controls::Member("Label2", line)), line + 4, 0);
-        grid->addWidget(row.label, line + 4, 1);
+        grid->addWidget(Controls::Named(new QLabel(caption), Controls::Member("Label2", line)), line + 5, 0);
+        grid->addWidget(row.label, line + 5, 1);
         ++line;
     }
     grid->setRowMinimumHeight(3, gap);
-    grid->setRowStretch(line + 4, 1);
+    grid->setRowStretch(line + 5, 1);
     frameGraphic_ = new RollGraphic(fraStep_[WizardSteps::CoreDistance]);
     auto *row = new QHBoxLayout;
     row->addLayout(grid, 1);
