@@ -4,6 +4,8 @@
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
+#include <algorithm>
+
 namespace ztv {
 
 namespace {
@@ -148,6 +150,12 @@ void WizardSteps::SetStep(Step step) {
 std::vector<ParameterValue> WizardSteps::SavedRange() const {
     return {{.tag = ParamDefines::MinRange, .value = savedMinRange_},
             {.tag = ParamDefines::MaxRange, .value = savedMaxRange_}};
+}
+
+bool WizardSteps::RangeIsChanged() const {
+    return std::ranges::any_of(SavedRange(), [this](const ParameterValue &limit) {
+        return zentrova_.ParamValue(limit.tag) != limit.value;
+    });
 }
 
 void WizardSteps::Cancel() {

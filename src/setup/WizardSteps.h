@@ -77,6 +77,9 @@ public:
     std::optional<QString> Next(const Entries &entries);
     void Back(const Entries &entries);
 
+    // Returns true if Cancel has range limits to restore.
+    bool RangeIsChanged() const;
+
     // Restores the range limits. Nothing else is written before Finish.
     void Cancel();
 

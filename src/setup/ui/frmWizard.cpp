@@ -222,11 +222,24 @@ void frmWizard::Back() {
 }
 
 void frmWizard::AskToCancel() {
-    if (Confirm(dialogs_, QStringLiteral("Are you sure?"), QStringLiteral("Cancel?"))) {
+    const BoxStyle question{
+        .icon = BoxIcon::Question, .buttons = BoxButtons::YesNo, .informativeText = WhatCancelDoes()};
+    if (dialogs_.OwnedMessageBox(QStringLiteral("Are you sure?"), question, QStringLiteral("Cancel?")) ==
+        BoxAnswer::Yes) {
         Q_EMIT Asked(steps_.SavedRange());
         steps_.Cancel();
         CloseOnceSent(Rejected);
     }
+}
+
+QString frmWizard::WhatCancelDoes() const {
+    const QString nothing = QStringLiteral("Nothing has been written.");
+    if (!steps_.RangeIsChanged()) {
+        return nothing;
+    }
+    return nothing + (reading_.Answers(LiveReading::Clock::now())
+                          ? QStringLiteral(" Min and Max Range go back.")
+                          : QStringLiteral(" Min and Max Range can't go back: the sensor doesn't answer."));
 }
 
 // Reports a text that can't be written before anything is written, so that the user can correct it.

@@ -64,6 +64,7 @@ private:
     void Next();
     void Back();
     void AskToCancel();
+    QString WhatCancelDoes() const;
     void Finish();
     void CloseOnceSent(int result);
     void Record(int place);

@@ -149,8 +149,7 @@ TEST_F(FormTransmitDelayTest, SaysWhatClosingDoes) {
     Settle();
     says("Closing this window saves nothing in the sensor.");
     EXPECT_EQ(form_->size(), size);
-    link_.open = false;
-    Open();
+    Open(false);
     says("Not connected: closing this window saves nothing in a sensor.");
     EXPECT_EQ(form_->size(), size);
 }
