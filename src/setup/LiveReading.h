@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 

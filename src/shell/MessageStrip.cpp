@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -180,7 +181,7 @@ void MessageStrip::ShowTexts() {
     show(*detail_, shown_->detail);
     const QString whole = shown_->headline + QStringLiteral(". ") + shown_->detail + u'.';
     setAccessibleName(whole);
-    setToolTip(whole);
+    setToolTip(Qt::convertFromPlainText(whole, Qt::WhiteSpaceNormal)); // rich text is wrapped
 }
 
 void MessageStrip::resizeEvent(QResizeEvent *event) {

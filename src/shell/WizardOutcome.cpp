@@ -14,6 +14,11 @@ WizardOutcome::WizardOutcome(LinkSession &link, const ClassZentrova &zentrova) :
             Update([this, tag] { values_.Written(tag, zentrova_.SentValue(tag)); });
         }
     });
+    connect(&link, &LinkSession::DownloadEnded, this, [this](LinkStatus status) {
+        if (status == LinkStatus::NoError) { // it replaced all values on purpose
+            Forget();
+        }
+    });
     connect(&link, &LinkSession::ValueStateChanged, this, [this](ValueState state) {
         if (state == ValueState::NeverRead) { // a file was loaded
             Forget();

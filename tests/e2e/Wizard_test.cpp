@@ -467,6 +467,26 @@ TEST_F(WizardTest, SaysThatTheRangeCouldNotBePutBack) {
                                       "6.00\", not 10.00\"; Max Range (25) 420.00\", not 300.00\"."));
 }
 
+TEST_F(WizardTest, ItsMessageGoesWhenAllValuesAreReplacedOnPurpose) {
+    StartOnWizard();
+    RunWizard([this](const Form &wizard) {
+        TakeDistanceRoute(wizard);
+        Refuse({29});
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+        Finish(wizard, false);
+    });
+    EXPECT_TRUE(Strip().startsWith(QStringLiteral("The wizard's Far Distance wasn't taken. ")));
+    Refuse({});
+    form_->GoOffline();
+    Write(ParamDefines::FarDistance, 25000);
+    dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
+    GoOnline("Write");
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(sensor_->Register(ParamDefines::FarDistance), 25000);
+    EXPECT_EQ(Strip(), QString());
+}
+
 TEST_F(WizardTest, AWriteWhoseReplyWasLostIsTaken) {
     StartOnWizard();
     RunWizard([this](const Form &wizard) {

@@ -163,7 +163,7 @@ QGridLayout *WizardFrames::BuildRecording(int place) {
     labelCondition_[At(place)] = Controls::Named(new StateLabel(LiveReading::LongestWords()),
                                                  Controls::Member("LabelCondition", place));
     labelCondition_[At(place)]->setAccessibleDescription(QStringLiteral("State of the current distance"));
-    grid->addWidget(labelCondition_[At(place)], isBelow ? 1 : 0, isBelow ? 1 : 3, 1, -1);
+    grid->addWidget(labelCondition_[At(place)], isBelow ? 1 : 0, isBelow ? 1 : 3, 1, 2);
     grid->addWidget(NewSuffix(), 0, 2);
     grid->addWidget(NewSuffix(), recordedRow, 2);
     commandRecordDistance_[At(place)] =
