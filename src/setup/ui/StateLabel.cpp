@@ -12,14 +12,18 @@ namespace {
 
 using Tone = LiveReading::Tone;
 
+// Darker than Colours::Green and Red, which aren't legible as small text on a window's grey.
+constexpr Colours::Pair green{0xff006e00, 0xff66cc66};
+constexpr Colours::Pair red{0xffb3261e, 0xffff8a80};
+
 Colours::Pair ColourOf(Tone tone) {
     switch (tone) {
     case Tone::Good:
-        return Colours::Green;
+        return green;
     case Tone::Caution:
         return Colours::Amber;
     default:
-        return Colours::Red;
+        return red;
     }
 }
 
@@ -66,7 +70,8 @@ int StateLabel::TextLeft() const {
 }
 
 QSize StateLabel::sizeHint() const {
-    return {TextLeft() + fontMetrics().horizontalAdvance(longest_), fontMetrics().height()};
+    constexpr int rounding = 1; // elidedText counts the fractions of a pixel
+    return {TextLeft() + fontMetrics().horizontalAdvance(longest_) + rounding, fontMetrics().height()};
 }
 
 QSize StateLabel::minimumSizeHint() const {
