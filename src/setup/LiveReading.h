@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ValueState.h"
+#include "support/SleepClock.h"
 
 #include <QString>
 #include <chrono>
@@ -14,7 +15,7 @@ namespace ztv {
 // whether they are steady, or why there are none.
 class LiveReading {
 public:
-    using Clock = std::chrono::steady_clock;
+    using Clock = SleepClock;
 
     enum class Condition {
         NoAnswer,

@@ -2,6 +2,7 @@
 
 #include "model/ParamDefines.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ztv {
@@ -25,15 +26,16 @@ StripWatch::StripWatch(Dependencies dependencies) : dependencies_(std::move(depe
     connect(&link, &LinkSession::TableRefreshed, this, &StripWatch::OnAnswer);
     connect(&link.Mbaxp1(), &Mbaxp::TransactionFailed, this, &StripWatch::OnPollFailed);
     connect(&dependencies_.wizard, &WizardOutcome::Changed, this, &StripWatch::Update);
-    connect(&second_, &QTimer::timeout, this, &StripWatch::Update);
-    second_.setInterval(1s);
+    connect(&nextSecond_, &QTimer::timeout, this, &StripWatch::Update);
+    nextSecond_.setSingleShot(true);
+    nextSecond_.setTimerType(Qt::PreciseTimer);
     Update();
 }
 
 void StripWatch::OnAnswer() {
     portIsGone_ = false;
     repliesAreDamaged_ = false;
-    sinceAnswer_.start();
+    lastAnswer_ = SleepClock::now();
     Update();
 }
 
@@ -46,20 +48,41 @@ void StripWatch::OnPollFailed(LinkTransaction transaction, LinkStatus status) {
 }
 
 void StripWatch::Update() {
-    const StripFacts facts = Facts();
-    std::optional<StripMessage> message = WorstMessage(facts);
-    const bool isWaiting = facts.isOnline && dependencies_.link.State() != ValueState::Live;
-    const bool hasTime = message && (message->kind == StripMessage::Kind::NoAnswer || facts.age);
-    if (isWaiting || hasTime) {
-        if (!second_.isActive()) {
-            second_.start();
-        }
-    } else {
-        second_.stop();
-    }
+    std::optional<StripMessage> message = WorstMessage(Facts());
+    WakeAtNextSecond();
     if (message != message_) {
         message_ = std::move(message);
         Q_EMIT Changed(message_);
+    }
+}
+
+// Returns the time since the last answer while one is waited for.
+std::optional<std::chrono::milliseconds> StripWatch::Silence() const {
+    const ValueState state = dependencies_.link.State();
+    const bool isSilent = state == ValueState::Stale || state == ValueState::NeverRead;
+    if (!isOnline_ || !isSilent) {
+        return std::nullopt;
+    }
+    return std::chrono::duration_cast<std::chrono::milliseconds>(SleepClock::now() - lastAnswer_);
+}
+
+// Returns the age of values that grow old.
+std::optional<std::chrono::milliseconds> StripWatch::Age() const {
+    return dependencies_.link.State() != ValueState::Live ? dependencies_.link.AgeOfValues() : std::nullopt;
+}
+
+void StripWatch::WakeAtNextSecond() {
+    constexpr std::chrono::milliseconds second = 1s;
+    std::optional<std::chrono::milliseconds> wait;
+    for (const auto &time : {Silence(), Age()}) {
+        if (time) {
+            wait = std::min(wait.value_or(second), second - *time % second);
+        }
+    }
+    if (wait) {
+        nextSecond_.start(*wait);
+    } else {
+        nextSecond_.stop();
     }
 }
 
@@ -76,15 +99,11 @@ StripFacts StripWatch::Facts() const {
     facts.valuesAreHeld = link.State() == ValueState::Held;
     facts.echoIsReceived = link.State() != ValueState::Live ||
                            dependencies_.zentrova.ParamValue(ParamDefines::EchoReceived) != 0;
-    if (const auto age = link.AgeOfValues(); age && link.State() != ValueState::Live) {
+    if (const auto age = Age()) {
         facts.age = toSeconds(*age);
     }
-    const bool isSilent = link.State() == ValueState::Stale || link.State() == ValueState::NeverRead;
-    if (facts.isOnline && isSilent) {
-        const std::chrono::milliseconds silence(sinceAnswer_.elapsed());
-        if (silence >= timeToAnswer) {
-            facts.silence = toSeconds(silence);
-        }
+    if (const auto silence = Silence(); silence >= timeToAnswer) {
+        facts.silence = toSeconds(*silence);
     }
     facts.comm = link.Comm();
     facts.timeouts = link.TimeoutCount();

@@ -5,10 +5,11 @@
 #include "shell/FileCommands.h"
 #include "shell/StripMessage.h"
 #include "shell/WizardOutcome.h"
+#include "support/SleepClock.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -16,7 +17,7 @@
 namespace ztv {
 
 // Gathers the facts for the strip's message and reports each change of it. Its timer runs only while the
-// message contains a time.
+// message contains a time, and fires when a shown time reaches its next second.
 class StripWatch : public QObject {
     Q_OBJECT
 
@@ -43,15 +44,18 @@ Q_SIGNALS:
 private:
     void OnPollFailed(LinkTransaction transaction, LinkStatus status);
     void OnAnswer();
+    std::optional<std::chrono::milliseconds> Silence() const;
+    std::optional<std::chrono::milliseconds> Age() const;
+    void WakeAtNextSecond();
     StripFacts Facts() const;
 
     Dependencies dependencies_;
     std::optional<StripMessage> message_;
-    QElapsedTimer sinceAnswer_; // or since the link went online
+    SleepClock::time_point lastAnswer_; // or the start of the link
     bool isOnline_ = false;
     bool portIsGone_ = false;
     bool repliesAreDamaged_ = false; // some came since the last good one
-    QTimer second_;
+    QTimer nextSecond_;
 };
 
 } // namespace ztv
