@@ -347,6 +347,31 @@ TEST_F(WizardTest, SaysThatItWaitsForASensorThatDoesNotAnswer) {
     });
 }
 
+TEST_F(WizardTest, JudgesTheDistanceOnTheSlowestLineToo) {
+    StartSensor();
+    EXPECT_EQ(sensor_->Execute(QStringLiteral("baud 2400")), QString());
+    sensor_->HoldTarget(20000);
+    Start();
+    form_->Link().BaudRate(0);
+    form_->SetMbaxp1CommProperties(1, 0, form_->ParityStop(), 0);
+    GoOnline();
+    EXPECT_TRUE(WaitForPolls(1));
+    Ui().Get<QTabWidget>("TabStrip1").setCurrentIndex(2);
+    RunWizard([this](const Form &wizard) {
+        EXPECT_TRUE(WaitForCondition(wizard, "steady"));
+        for (int poll = 0; poll < 2; ++poll) {
+            EXPECT_TRUE(WaitForPolls(1));
+            EXPECT_EQ(Condition(wizard), QStringLiteral("steady"));
+        }
+        sensor_->Execute(QStringLiteral("mute on"));
+        constexpr int beforeTheTableIsStale = 3500;
+        EXPECT_TRUE(WaitUntil([&] { return Condition(wizard) == QStringLiteral("no answer"); },
+                              beforeTheTableIsStale));
+        EXPECT_EQ(form_->Link().State(), ValueState::Live);
+        wizard.Get<QWidget>("picNav").window()->close();
+    });
+}
+
 TEST_F(WizardTest, ItsLastPageListsWhatFinishThenWrites) {
     StartOnWizard();
     RunWizard([this](const Form &wizard) {
