@@ -163,7 +163,11 @@ QGridLayout *WizardFrames::BuildRecording(int place) {
     labelCondition_[At(place)] = Controls::Named(new StateLabel(LiveReading::LongestWords()),
                                                  Controls::Member("LabelCondition", place));
     labelCondition_[At(place)]->setAccessibleDescription(QStringLiteral("State of the current distance"));
-    grid->addWidget(labelCondition_[At(place)], isBelow ? 1 : 0, isBelow ? 1 : 3, 1, 2);
+    if (isBelow) {
+        grid->addWidget(labelCondition_[At(place)], 1, 0, 1, 3);
+    } else {
+        grid->addWidget(labelCondition_[At(place)], 0, 3, 1, 2);
+    }
     grid->addWidget(NewSuffix(), 0, 2);
     grid->addWidget(NewSuffix(), recordedRow, 2);
     commandRecordDistance_[At(place)] =

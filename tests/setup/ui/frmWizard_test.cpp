@@ -653,28 +653,37 @@ TEST_F(FrmWizardConditionTest, SaysBesideEachLiveDistanceWhetherItIsAPresentOne)
     EXPECT_EQ(Ui().Text("LabelRecordedDistance(0)"), QStringLiteral("200.00"));
 }
 
-TEST_F(FrmWizardConditionTest, TheWordsMoveNothing) {
-    for (const bool core : {true, false}) {
-        core ? GoToCore() : GoToFarEnd();
-        const auto places = [this] {
-            std::vector<QRect> rects{form_->rect()};
-            for (const QWidget *widget : form_->findChildren<QWidget *>()) {
-                rects.push_back(widget->geometry());
-            }
-            return rects;
-        };
-        form_->ShowState(ValueState::Live);
-        Settle();
-        const std::vector<QRect> before = places();
-        Poll(0);
-        Poll(65535);                                         // the longest words
-        EXPECT_EQ(Label(core ? 2 : 0).toolTip(), QString()); // not elided
-        Settle();
-        EXPECT_EQ(places(), before);
-        form_->ShowState(ValueState::Stale);
-        Settle();
-        EXPECT_EQ(places(), before);
+TEST_F(FrmWizardConditionTest, TheWordsMoveNothingAndHaveRoomInALargeFontToo) {
+    const QFont font = QApplication::font();
+    QFont large = font;
+    large.setPointSize(14);
+    for (const QFont &used : {font, large}) {
+        for (const bool core : {true, false}) {
+            QApplication::setFont(used);
+            core ? GoToCore() : GoToFarEnd();
+            const auto places = [this] {
+                std::vector<QRect> rects{form_->rect()};
+                for (const QWidget *widget : form_->findChildren<QWidget *>()) {
+                    rects.push_back(widget->geometry());
+                }
+                return rects;
+            };
+            form_->ShowState(ValueState::Live);
+            Settle();
+            const std::vector<QRect> before = places();
+            Poll(0);
+            Poll(65535); // the longest words
+            const auto &label = Ui().Get<QLabel>(core ? "LabelCondition(2)" : "LabelCondition(0)");
+            EXPECT_EQ(label.toolTip(), QString()) << label.width(); // not elided
+            Settle();
+            EXPECT_EQ(places(), before);
+            form_->ShowState(ValueState::Stale);
+            Settle();
+            EXPECT_EQ(places(), before);
+            EXPECT_EQ(Ui().Get<QLabel>("LabelWaiting").toolTip(), QString());
+        }
     }
+    QApplication::setFont(font);
 }
 
 TEST_F(FrmWizardConditionTest, ListsOnItsLastPageWhatFinishWillWrite) {
