@@ -19,6 +19,7 @@
 #include "shell/CommandLine.h"
 #include "shell/FileCommands.h"
 #include "shell/FormAbout.h"
+#include "shell/LeastSize.h"
 #include "shell/LinkNotices.h"
 #include "shell/MainCommands.h"
 #include "shell/MakerAddress.h"
@@ -71,8 +72,10 @@ FormMain::FormMain(Dependencies dependencies)
     const CommandLine::Options options = CommandLine::Parse(dependencies_.arguments, dependencies_.dialogs);
     AskToClearSettings(CtrlKey() != 0 || options.ClearRegistry);
     const CommSettings comm = ReadCommSettings(dependencies_.settings);
-    setMinimumSize(Controls::FromTwips(0, 0, TabFrames::LeastWidth, TabFrames::LeastHeight).size());
+    const QSize least = Controls::FromTwips(0, 0, TabFrames::LeastWidth, TabFrames::LeastHeight).size();
+    setMinimumSize(least);
     placement_->Restore();
+    leastSize_ = std::make_unique<LeastSize>(*this, least);
     zentrova_ = std::make_unique<ClassZentrova>(dependencies_.programFolder);
     const auto deviceOfPort = [this](std::int16_t number) {
         return SerialPorts::DeviceOfPort(dependencies_.settings, number);
@@ -353,6 +356,7 @@ void FormMain::ConnectCommands() {
     for (const auto &[action, work] : works) {
         commands_->SetHandler(action, work);
     }
+    commands_->SetHandler(commands_->FullScreen(), [this] { placement_->ToggleFullScreen(); });
     commands_->Menu("mnuHalvernWeb").setText(MakerCaption(dependencies_.settings));
 }
 
@@ -518,6 +522,13 @@ void FormMain::UpdateDisplay() {
 
 bool FormMain::ValidateAndWriteTextBoxVal(QLineEdit &box) {
     return ztv::ValidateAndWriteTextBoxVal(box, *entryRules_);
+}
+
+void FormMain::resizeEvent(QResizeEvent *event) {
+    QMainWindow::resizeEvent(event);
+    if (commands_) {
+        commands_->SaveRoom(height() < Controls::FromTwips(0, 0, 0, TabFrames::LeastHeight).height());
+    }
 }
 
 void FormMain::changeEvent(QEvent *event) {

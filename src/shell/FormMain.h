@@ -25,6 +25,7 @@ class ClassZentrova;
 class EntryRules;
 class FileCommands;
 class HelpEngine;
+class LeastSize;
 class LinkNotices;
 class LinkSession;
 class MainCommands;
@@ -115,6 +116,7 @@ protected:
     bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void BuildControls(bool withCheckout);
@@ -155,6 +157,7 @@ private:
     Dependencies dependencies_;
     std::unique_ptr<ClassMyHtmlHelp> help_;
     std::unique_ptr<WindowPlacement> placement_;
+    std::unique_ptr<LeastSize> leastSize_;
     std::unique_ptr<ClassZentrova> zentrova_;
     std::unique_ptr<LinkSession> link_;
     std::unique_ptr<LinkNotices> linkNotices_;

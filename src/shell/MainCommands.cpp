@@ -72,6 +72,7 @@ constexpr std::array toolbarButtons = {
 };
 
 constexpr int iconSize = 32;
+constexpr int iconSizeInLittleRoom = 16;
 
 QString ButtonName(const char *key) {
     return QStringLiteral("Toolbar1(%1)").arg(QLatin1String(key));
@@ -79,9 +80,13 @@ QString ButtonName(const char *key) {
 
 } // namespace
 
-MainCommands::MainCommands(QMainWindow &window) : window_(window) {
+MainCommands::MainCommands(QMainWindow &window)
+    : window_(window),
+      fullScreen_(Controls::Named(new QAction(QStringLiteral("Full Screen"), &window), "FullScreen")) {
     BuildMenus();
     BuildToolbar();
+    fullScreen_->setShortcut(Qt::Key_F11);
+    window_.addAction(fullScreen_);
     QAction &online = Menu("mnuOnline");
     online.setCheckable(true);
     // A click toggles the mark, but only the link's state may set it, whatever the outcome of the work.
@@ -110,6 +115,7 @@ void MainCommands::BuildToolbar() {
     toolbar->setContextMenuPolicy(Qt::PreventContextMenu); // the user must not hide it
     toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     toolbar->setIconSize(QSize(iconSize, iconSize));
+    toolbar_ = toolbar;
     for (const ToolbarButton &button : toolbarButtons) {
         const QString key = QString::fromLatin1(button.key);
         QAction *action =
@@ -121,6 +127,11 @@ void MainCommands::BuildToolbar() {
         widget->setAccessibleName(key);
         widget->setFocusPolicy(Qt::TabFocus);
     }
+}
+
+void MainCommands::SaveRoom(bool wanted) {
+    const int side = wanted ? iconSizeInLittleRoom : iconSize;
+    toolbar_->setIconSize(QSize(side, side));
 }
 
 QAction &MainCommands::Find(const QString &name) const {

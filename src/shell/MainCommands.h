@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMainWindow>
 #include <QString>
+#include <QToolBar>
 #include <functional>
 #include <set>
 
@@ -19,6 +20,12 @@ public:
     // Returns the toolbar's button with that key. REQUIRES: it exists.
     QAction &Button(const char *key) const;
 
+    // Returns the command that fills the screen. It has a key, but no entry in the menus, which are given.
+    QAction &FullScreen() const { return *fullScreen_; }
+
+    // Makes the toolbar lower where the screen has little room, or as high as usual.
+    void SaveRoom(bool wanted);
+
     // Enables the entry and makes it run `work`, as DeferredWork does.
     void SetHandler(QAction &action, std::function<void()> work);
 
@@ -34,6 +41,8 @@ private:
     QAction &Find(const QString &name) const;
 
     QMainWindow &window_;
+    QToolBar *toolbar_ = nullptr;
+    QAction *fullScreen_;
     std::set<const QAction *> withWork_;
     bool online_ = false;
 };
