@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -61,8 +62,10 @@ constexpr ButtonRow buttonRows[] = {
     {StripAction::Communications, "StripCommunications", "Communications...", "Shows port, line and address"},
     {StripAction::Search, "StripSearch", "Search...", "Goes offline and searches the line for sensors"},
     {StripAction::GoOffline, "StripOffline", "Go Offline", "Closes the serial port"},
+    {StripAction::StartWizard, "StripWizard", "Start Wizard", "Opens the setup wizard"},
     {StripAction::OpenFile, "StripOpen", "Open File...", "Opens another settings file"},
     {StripAction::SaveAs, "StripSaveAs", "Save As...", "Saves to another file"},
+    {StripAction::Dismiss, "StripDismiss", "Dismiss", "Takes this message away"},
     {StripAction::Help, "StripHelp", "Help", "Says what to do"},
 };
 
@@ -178,7 +181,7 @@ void MessageStrip::ShowTexts() {
     show(*detail_, shown_->detail);
     const QString whole = shown_->headline + QStringLiteral(". ") + shown_->detail + u'.';
     setAccessibleName(whole);
-    setToolTip(whole);
+    setToolTip(Qt::convertFromPlainText(whole, Qt::WhiteSpaceNormal)); // rich text is wrapped
 }
 
 void MessageStrip::resizeEvent(QResizeEvent *event) {
