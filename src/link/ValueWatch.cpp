@@ -26,7 +26,7 @@ std::optional<std::chrono::milliseconds> ValueWatch::Age() const {
     if (!lastPoll_) {
         return std::nullopt;
     }
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - *lastPoll_);
+    return std::chrono::duration_cast<std::chrono::milliseconds>(SleepClock::now() - *lastPoll_);
 }
 
 void ValueWatch::PollPeriod(std::int16_t milliseconds) {
@@ -37,7 +37,7 @@ void ValueWatch::PollPeriod(std::int16_t milliseconds) {
 }
 
 void ValueWatch::Polled() {
-    lastPoll_ = Clock::now();
+    lastPoll_ = SleepClock::now();
     StartTimer();
     Become(ValueState::Live);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ValueState.h"
+#include "support/SleepClock.h"
 
 #include <QObject>
 #include <QTimer>
@@ -40,14 +41,12 @@ Q_SIGNALS:
     void Changed(ValueState state);
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     void Become(ValueState state);
     ValueState NotLive() const { return lastPoll_ ? ValueState::Stale : ValueState::NeverRead; }
     void StartTimer();
 
     ValueState state_ = ValueState::NeverRead;
-    std::optional<Clock::time_point> lastPoll_;
+    std::optional<SleepClock::time_point> lastPoll_;
     std::chrono::milliseconds patience_;
     QTimer silence_;
 };

@@ -5,6 +5,7 @@
 #include "widgets/DeferredWork.h"
 
 #include <QAccessible>
+#include <QAccessibleWidget>
 #include <QFontInfo>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -69,6 +70,22 @@ constexpr ButtonRow buttonRows[] = {
     {StripAction::Help, "StripHelp", "Help", "Says what to do"},
 };
 
+// Makes a screen reader speak the strip when it shows: it does so for an alert.
+class SpokenStrip : public QAccessibleWidget {
+public:
+    explicit SpokenStrip(MessageStrip *strip) : QAccessibleWidget(strip, QAccessible::AlertMessage) {}
+};
+
+QAccessibleInterface *SpokenInterface(const QString &, QObject *object) {
+    auto *strip = qobject_cast<MessageStrip *>(object);
+    return strip != nullptr ? new SpokenStrip(strip) : nullptr;
+}
+
+void Tell(QWidget &widget, QAccessible::Event type) {
+    QAccessibleEvent event(&widget, type);
+    QAccessible::updateAccessibility(&event);
+}
+
 } // namespace
 
 MessageStrip::MessageStrip(QWidget *parent)
@@ -76,6 +93,7 @@ MessageStrip::MessageStrip(QWidget *parent)
       symbol_(new QLabel(this)),
       headline_(Controls::Named(new QLabel(this), "StripHeadline")),
       detail_(Controls::Named(new QLabel(this), "StripDetail")) {
+    QAccessible::installFactory(SpokenInterface);
     Controls::Named(this, "MessageStrip");
     setAutoFillBackground(true);
     bold_ = headline_->font();
@@ -121,9 +139,12 @@ void MessageStrip::Show(const std::optional<StripMessage> &message) {
     }
     ShowTexts();
     if (isOther) {
+        const bool wasVisible = isVisible();
         show();
-        QAccessibleEvent alert(this, QAccessible::Alert);
-        QAccessible::updateAccessibility(&alert);
+        Tell(*this, QAccessible::Alert);
+        if (wasVisible) {
+            Tell(*this, QAccessible::ObjectShow); // Qt passes no Alert on to the bus of Linux
+        }
     }
 }
 

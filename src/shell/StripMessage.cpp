@@ -89,7 +89,9 @@ std::optional<StripMessage> OfLink(const StripFacts &facts) {
         return StripMessage{
             Kind::NoAnswer,
             Severity::Alarm,
-            QStringLiteral("No answer for %1").arg(Duration(*facts.silence)),
+            (facts.repliesAreDamaged ? QStringLiteral("Only damaged answers for %1")
+                                     : QStringLiteral("No answer for %1"))
+                .arg(Duration(*facts.silence)),
             Place(facts) + QStringLiteral(". ") + Origin(facts),
             {StripAction::Communications, StripAction::Search, StripAction::GoOffline, StripAction::Help}};
     }
@@ -126,6 +128,13 @@ std::optional<StripMessage> OfFiles(const StripFacts &facts) {
             QStringLiteral("%1 couldn't be opened").arg(QFileInfo(facts.notOpened->name).fileName()),
             facts.notOpened->reason,
             {StripAction::OpenFile}};
+    }
+    if (!facts.notBackedUp.isEmpty()) {
+        return StripMessage{Kind::NotBackedUp,
+                            Severity::Warning,
+                            QStringLiteral("No backup of the sensor's values"),
+                            facts.notBackedUp,
+                            {}};
     }
     return std::nullopt;
 }

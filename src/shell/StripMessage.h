@@ -24,6 +24,7 @@ struct StripMessage {
         ValuesHeld,
         NotSaved,
         NotOpened,
+        NotBackedUp,
         NoEcho,
         NotConnected
     };
@@ -50,6 +51,7 @@ struct StripFacts {
     bool portIsGone = false;
     bool anotherSensorAnswers = false;
     bool valuesAreHeld = false;
+    bool repliesAreDamaged = false; // some came since the last good one
     bool echoIsReceived = true;
     std::optional<std::chrono::seconds> silence; // since the last good poll, while that is too long ago
     std::optional<std::chrono::seconds> age;     // of the values; none if they were never read
@@ -60,6 +62,7 @@ struct StripFacts {
     std::int16_t crcErrors = 0;
     std::optional<FileFailure> notOpened;
     std::optional<FileFailure> notSaved;
+    QString notBackedUp; // why the sensor's values couldn't be kept before a write; empty if they could
 };
 
 // Returns the worst message, or none if all is well.

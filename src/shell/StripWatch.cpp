@@ -2,6 +2,7 @@
 
 #include "model/ParamDefines.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ztv {
@@ -19,44 +20,71 @@ StripWatch::StripWatch(Dependencies dependencies) : dependencies_(std::move(depe
     LinkSession &link = dependencies_.link;
     connect(&link, &LinkSession::OnlineChanged, this, [this](bool online) {
         isOnline_ = online;
-        portIsGone_ = false;
-        sinceAnswer_.start();
-        Update();
+        OnAnswer(); // a new link has its time to answer
     });
     connect(&link, &LinkSession::ValueStateChanged, this, &StripWatch::Update);
-    connect(&link, &LinkSession::TableRefreshed, this, [this] {
-        portIsGone_ = false;
-        sinceAnswer_.start();
-        Update();
-    });
+    connect(&link, &LinkSession::TableRefreshed, this, &StripWatch::OnAnswer);
     connect(&link.Mbaxp1(), &Mbaxp::TransactionFailed, this, &StripWatch::OnPollFailed);
-    connect(&second_, &QTimer::timeout, this, &StripWatch::Update);
-    second_.setInterval(1s);
+    if (dependencies_.backup != nullptr) {
+        connect(dependencies_.backup, &SensorBackup::Ended, this, &StripWatch::Update);
+    }
+    connect(&nextSecond_, &QTimer::timeout, this, &StripWatch::Update);
+    nextSecond_.setSingleShot(true);
+    nextSecond_.setTimerType(Qt::PreciseTimer);
+    Update();
+}
+
+void StripWatch::OnAnswer() {
+    portIsGone_ = false;
+    repliesAreDamaged_ = false;
+    lastAnswer_ = SleepClock::now();
     Update();
 }
 
 void StripWatch::OnPollFailed(LinkTransaction transaction, LinkStatus status) {
     if (transaction == LinkTransaction::Poll || transaction == LinkTransaction::AddressingProbe) {
         portIsGone_ = status == LinkStatus::ReadError || status == LinkStatus::WriteError;
+        repliesAreDamaged_ = repliesAreDamaged_ || status == LinkStatus::CrcError;
         Update();
     }
 }
 
 void StripWatch::Update() {
-    const StripFacts facts = Facts();
-    std::optional<StripMessage> message = WorstMessage(facts);
-    const bool isWaiting = facts.isOnline && dependencies_.link.State() != ValueState::Live;
-    const bool hasTime = message && (message->kind == StripMessage::Kind::NoAnswer || facts.age);
-    if (isWaiting || hasTime) {
-        if (!second_.isActive()) {
-            second_.start();
-        }
-    } else {
-        second_.stop();
-    }
+    std::optional<StripMessage> message = WorstMessage(Facts());
+    WakeAtNextSecond();
     if (message != message_) {
         message_ = std::move(message);
         Q_EMIT Changed(message_);
+    }
+}
+
+// Returns the time since the last answer while one is waited for.
+std::optional<std::chrono::milliseconds> StripWatch::Silence() const {
+    const ValueState state = dependencies_.link.State();
+    const bool isSilent = state == ValueState::Stale || state == ValueState::NeverRead;
+    if (!isOnline_ || !isSilent) {
+        return std::nullopt;
+    }
+    return std::chrono::duration_cast<std::chrono::milliseconds>(SleepClock::now() - lastAnswer_);
+}
+
+// Returns the age of values that grow old.
+std::optional<std::chrono::milliseconds> StripWatch::Age() const {
+    return dependencies_.link.State() != ValueState::Live ? dependencies_.link.AgeOfValues() : std::nullopt;
+}
+
+void StripWatch::WakeAtNextSecond() {
+    constexpr std::chrono::milliseconds second = 1s;
+    std::optional<std::chrono::milliseconds> wait;
+    for (const auto &time : {Silence(), Age()}) {
+        if (time) {
+            wait = std::min(wait.value_or(second), second - *time % second);
+        }
+    }
+    if (wait) {
+        nextSecond_.start(*wait);
+    } else {
+        nextSecond_.stop();
     }
 }
 
@@ -69,23 +97,23 @@ StripFacts StripWatch::Facts() const {
     facts.isOnline = isOnline_;
     facts.portIsGone = portIsGone_;
     facts.anotherSensorAnswers = link.AnotherSensorAnswers();
+    facts.repliesAreDamaged = repliesAreDamaged_;
     facts.valuesAreHeld = link.State() == ValueState::Held;
     facts.echoIsReceived = link.State() != ValueState::Live ||
                            dependencies_.zentrova.ParamValue(ParamDefines::EchoReceived) != 0;
-    if (const auto age = link.AgeOfValues(); age && link.State() != ValueState::Live) {
+    if (const auto age = Age()) {
         facts.age = toSeconds(*age);
     }
-    const bool isSilent = link.State() == ValueState::Stale || link.State() == ValueState::NeverRead;
-    if (facts.isOnline && isSilent) {
-        const std::chrono::milliseconds silence(sinceAnswer_.elapsed());
-        if (silence >= timeToAnswer) {
-            facts.silence = toSeconds(silence);
-        }
+    if (const auto silence = Silence(); silence >= timeToAnswer) {
+        facts.silence = toSeconds(*silence);
     }
     facts.comm = link.Comm();
     facts.timeouts = link.TimeoutCount();
     facts.crcErrors = link.CrcErrorCount();
-    facts.openFile = dependencies_.files.CurrentFileName();
+    facts.openFile = dependencies_.files.LoadedFileName();
+    if (dependencies_.backup != nullptr) {
+        facts.notBackedUp = dependencies_.backup->Failure();
+    }
     if (const auto &failure = dependencies_.files.SilentFailure()) {
         (failure->isSave ? facts.notSaved : facts.notOpened) = {.name = failure->name,
                                                                 .reason = failure->reason};

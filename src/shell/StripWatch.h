@@ -1,13 +1,15 @@
 #pragma once
 
 #include "link/LinkSession.h"
+#include "link/SensorBackup.h"
 #include "model/ClassZentrova.h"
 #include "shell/FileCommands.h"
 #include "shell/StripMessage.h"
+#include "support/SleepClock.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -15,7 +17,7 @@
 namespace ztv {
 
 // Gathers the facts for the strip's message and reports each change of it. Its timer runs only while the
-// message contains a time.
+// message contains a time, and fires when a shown time reaches its next second.
 class StripWatch : public QObject {
     Q_OBJECT
 
@@ -25,6 +27,7 @@ public:
         const ClassZentrova &zentrova;
         const FileCommands &files;
         std::function<QString(std::int16_t)> deviceOfPort;
+        const SensorBackup *backup = nullptr; // none: no backups are kept
     };
 
     // REQUIRES: what it depends on outlives this.
@@ -40,14 +43,19 @@ Q_SIGNALS:
 
 private:
     void OnPollFailed(LinkTransaction transaction, LinkStatus status);
+    void OnAnswer();
+    std::optional<std::chrono::milliseconds> Silence() const;
+    std::optional<std::chrono::milliseconds> Age() const;
+    void WakeAtNextSecond();
     StripFacts Facts() const;
 
     Dependencies dependencies_;
     std::optional<StripMessage> message_;
-    QElapsedTimer sinceAnswer_; // or since the link went online
+    SleepClock::time_point lastAnswer_; // or the start of the link
     bool isOnline_ = false;
     bool portIsGone_ = false;
-    QTimer second_;
+    bool repliesAreDamaged_ = false; // some came since the last good one
+    QTimer nextSecond_;
 };
 
 } // namespace ztv

@@ -4,7 +4,9 @@
 #include "tests/e2e/Session.h"
 #include "tests/helpers/Files.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+#include <algorithm>
 #include <functional>
 
 namespace ztv {
@@ -50,6 +52,55 @@ TEST_F(StripTest, SaysForHowLongTheSensorHasBeenSilentAndGoesByItself) {
     EXPECT_TRUE(Says().contains(QStringLiteral("38400 N2")));
     sensor_->Execute(QStringLiteral("mute off"));
     EXPECT_TRUE(WaitUntil([this] { return Says().isEmpty(); }));
+}
+
+// Compares the times that show with those since the last answer, from the second on. A busy machine may delay
+// a change of the text, but not each.
+class StripTimesTest : public StripTest {
+protected:
+    void StartPollingAndTiming() {
+        StartPolling();
+        QObject::connect(&form_->Link().Mbaxp1(), &Mbaxp::TransactionDone, form_.get(),
+                         [this](LinkTransaction) { sinceAnswer_.start(); });
+        EXPECT_TRUE(WaitForPolls(2));
+    }
+    void ExpectRightTimes(const char *text) {
+        qint64 leastDelay = 1000;
+        for (int seconds = 2; seconds <= 5; ++seconds) {
+            const QString shown = QString::fromLatin1(text).arg(seconds);
+            ASSERT_TRUE(WaitUntil([&] { return Says().contains(shown); })) << seconds;
+            const qint64 delay = sinceAnswer_.elapsed() - seconds * qint64{1000};
+            EXPECT_GE(delay, -1); // never a longer time than has gone by
+            leastDelay = std::min(leastDelay, delay);
+        }
+        EXPECT_LT(leastDelay, 100);
+    }
+
+    QElapsedTimer sinceAnswer_;
+};
+
+TEST_F(StripTimesTest, AreRightToATenthOfASecondWhileNoAnswerComes) {
+    StartPollingAndTiming();
+    sensor_->Execute(QStringLiteral("mute on"));
+    ExpectRightTimes("No answer for %1 s.");
+}
+
+TEST_F(StripTimesTest, AreRightToATenthOfASecondWhileOffline) {
+    StartPollingAndTiming();
+    sensor_->Execute(QStringLiteral("mute on"));
+    EXPECT_TRUE(WaitUntil([this] { return sinceAnswer_.elapsed() >= 450; })); // out of step with the seconds
+    Ui().Choose("Toolbar1(Offline)");
+    ExpectRightTimes("the last ones read, %1 s ago");
+}
+
+TEST_F(StripTest, SaysThatOnlyDamagedAnswersCome) {
+    StartPolling();
+    sensor_->Execute(QStringLiteral("corrupt 1"));
+    EXPECT_TRUE(WaitForHeadline("Only damaged answers for 2 s. Address 1 on port 1 ("));
+    sensor_->Execute(QStringLiteral("corrupt 0"));
+    EXPECT_TRUE(WaitUntil([this] { return Says().isEmpty(); }));
+    sensor_->Execute(QStringLiteral("mute on"));
+    EXPECT_TRUE(WaitForHeadline("No answer for 2 s."));
 }
 
 TEST_F(StripTest, SaysNothingWhileAFileIsLoadedIntoASensorThatAnswers) {

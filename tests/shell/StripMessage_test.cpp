@@ -45,6 +45,16 @@ TEST_F(StripMessageTest, SaysWhoseValuesTheScreenShowsWhileNotConnected) {
     ExpectMessage(Kind::NotConnected, "Not connected", "The values are the last ones read, 1 min 15 s ago");
 }
 
+TEST_F(StripMessageTest, SaysThatTheSensorsValuesWereNotKept) {
+    facts_.notBackedUp = QStringLiteral("/backups: no space left");
+    ExpectMessage(Kind::NotBackedUp, "No backup of the sensor's values", "/backups: no space left");
+    EXPECT_TRUE(Actions().empty());
+    facts_.echoIsReceived = false;
+    EXPECT_EQ(WorstMessage(facts_)->kind, Kind::NotBackedUp);
+    facts_.silence = 12s;
+    EXPECT_EQ(WorstMessage(facts_)->kind, Kind::NoAnswer);
+}
+
 TEST_F(StripMessageTest, SaysNothingOfTheEchoWhileNotConnected) {
     facts_.echoIsReceived = false;
     ExpectMessage(Kind::NoEcho, "No echo", "The sensor finds no target: distance and output say nothing");
@@ -68,6 +78,14 @@ TEST_F(StripMessageTest, NamesThePlaceOnTheLineThatDoesNotAnswer) {
     facts_.comm = {.port = 9, .baud = 7, .parityStop = -1, .address = 17};
     ExpectMessage(Kind::NoAnswer, "No answer for 12 s",
                   "Address 17 on port 9 (/dev/ttyUSB0), ? ?. The values are the factory's, not a sensor's");
+}
+
+TEST_F(StripMessageTest, TellsADamagedLineFromASilentOne) {
+    facts_.repliesAreDamaged = true;
+    EXPECT_EQ(WorstMessage(facts_), std::nullopt); // good replies still come often enough
+    facts_.silence = 3s;
+    EXPECT_EQ(WorstMessage(facts_)->headline, QStringLiteral("Only damaged answers for 3 s"));
+    EXPECT_EQ(WorstMessage(facts_)->kind, Kind::NoAnswer); // with the same ways out
 }
 
 TEST_F(StripMessageTest, SaysLongTimesInMinutesAndHours) {

@@ -2,19 +2,25 @@
 
 #include "chart/BasicFields.h"
 #include "chart/BasicLayout.h"
+#include "chart/SensorSigns.h"
+#include "chart/ThresholdMarks.h"
 #include "chart/ui/DrawingPainter.h"
 #include "chart/ui/DrawnFrame.h"
+#include "chart/ui/DrawnSign.h"
 #include "chart/ui/RelayMarker.h"
 #include "model/ParamDefines.h"
 #include "model/ValueState.h"
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
 #include "widgets/EntryFocus.h"
+#include "widgets/FailedMark.h"
 #include "widgets/TextBoxFunctions.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QKeyEvent>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace ztv {
 
@@ -27,6 +33,9 @@ namespace {
 constexpr int boxPadding = 6;       // pixels that a box loses to its frame and margins, at any factor
 constexpr int dragLabelPadding = 4; // pixels at factor 1
 constexpr int legendIndent = 4;
+constexpr int noEchoSize = 2; // times the labels' size
+
+static_assert(BasicLayout::VisibleRight == PageScale::LeastPage.width() * PageScale::TwipsPerPixel);
 
 bool Wraps(const BasicFields::Field &field) {
     return field.label.height > BasicFields::LabelHeight;
@@ -45,6 +54,10 @@ bool IsTextParam(ControlId id) {
     return id >= TextParam && id < LabelParam;
 }
 
+bool IsSign(ControlId id) {
+    return id >= LampRelay && id < PicRelay;
+}
+
 bool IsPicRelay(ControlId id) {
     return id >= PicRelay;
 }
@@ -59,6 +72,7 @@ BasicPage::BasicPage(ClassZentrova &zentrova, ValueEditor &text1, QWidget *paren
     BuildFrames();
     BuildLabels();
     BuildFields();
+    BuildSigns();
     BuildMarkers();
     Rescale();
     // Moving values lie above their neighbours but below the chart, so that they end at the chart's border.
@@ -86,7 +100,8 @@ void BasicPage::BuildFrames() {
 }
 
 void BasicPage::BuildLabels() {
-    for (const ControlId id : {LabelMode, Label2, Label3, LabelTarget, LabelRelayDist}) {
+    for (const ControlId id : {LabelMode, Label2, Label3, LabelTarget, LabelRelayDist, LabelRelays, LabelEcho,
+                               LabelNoEcho, LabelDiameter}) {
         const Drawing::Control &control = drawing_.At(id);
         auto *label =
             Controls::Named(new QLabel(control.caption, ParentOf(id)), Drawing::ToString(control.name));
@@ -108,6 +123,20 @@ void BasicPage::BuildLabels() {
     dragLabel_->setAutoFillBackground(true);
     dragLabel_->setBackgroundRole(QPalette::ToolTipBase);
     dragLabel_->setForegroundRole(QPalette::ToolTipText);
+    BuildReadings();
+}
+
+void BasicPage::BuildReadings() {
+    static_cast<QLabel *>(WidgetOf(LabelRelays))->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto *echo = static_cast<QLabel *>(WidgetOf(LabelEcho));
+    echo->setAlignment(Qt::AlignHCenter | Qt::AlignBottom);
+    echo->setToolTip(TagToolTip(ParamDefines::EchoStrength));
+    auto *noEcho = static_cast<QLabel *>(WidgetOf(LabelNoEcho));
+    noEcho->setAlignment(Qt::AlignCenter);
+    noEcho->setWordWrap(true);
+    noEcho->setToolTip(TagToolTip(ParamDefines::EchoReceived));
+    WidgetOf(LabelDiameter)->setToolTip(TagToolTip(ParamDefines::ActualDiameter));
+    ColourReadings();
 }
 
 void BasicPage::BuildFields() {
@@ -133,9 +162,20 @@ void BasicPage::BuildFields() {
         Colours::KeepLegibleWhileDisabled(*box, Colours::Legible::Reading);
         EntryFocus::SelectAllOnEntry(*box);
         box->installEventFilter(this);
+        if (field.tag == ParamDefines::NearDistance) {
+            WhyDisabled::Explain(
+                *box, QStringLiteral("Computed from Far Distance and the diameters in hyperbolic mode."));
+        }
         Keep(boxId, box);
         textParams_.push_back(box);
         ++index;
+    }
+}
+
+// Builds the marks before the markers, which lie over them and take the mouse.
+void BasicPage::BuildSigns() {
+    for (ControlId id = LampRelay; id < PicRelay; id = Member(id, 1)) {
+        Keep(id, new DrawnSign(drawing_, id, ParentOf(id)));
     }
 }
 
@@ -146,14 +186,14 @@ void BasicPage::BuildMarkers() {
         auto *marker = new RelayMarker(drawing_, drag_, Scale(), number, ParentOf(id));
         marker->setAccessibleName(
             zentrova_.ParamName(BasicLayout::Relays[static_cast<std::size_t>(number)].threshold));
-        connect(marker, &RelayMarker::Moved, this, &BasicPage::ShowChanges);
+        connect(marker, &RelayMarker::Moved, this, &BasicPage::ShowSigns);
         connect(marker, &RelayMarker::EditWanted, this,
                 [this, number](QChar first) { OpenThreshold(number, first); });
         Keep(id, marker);
         markers.push_back(marker);
     }
     pointer_ = std::make_unique<RelayPointer>(drawing_, drag_, Scale(), std::move(markers));
-    connect(pointer_.get(), &RelayPointer::Moved, this, &BasicPage::ShowChanges);
+    connect(pointer_.get(), &RelayPointer::Moved, this, &BasicPage::ShowSigns);
 }
 
 // Chooses one size for all labels and one for all boxes: the largest at which each text fits.
@@ -178,6 +218,30 @@ void BasicPage::ChooseFonts() {
     modeFont_ = fitting({{.text = {},
                           .width = Scale().Rounded(BasicFields::LabelMode.width),
                           .height = Scale().Rounded(BasicFields::LabelMode.height)}});
+    ChooseReadingFonts();
+}
+
+// The fonts of the readings are at most that of the labels. The warning's is larger, to be read from afar.
+void BasicPage::ChooseReadingFonts() {
+    const auto fitting = [this](QFont font, ControlId id, const QStringList &lines) {
+        std::vector<Controls::Fit> places;
+        const QSize place = Place(drawing_.At(id)).size();
+        for (const QString &line : lines) {
+            places.push_back({.text = line,
+                              .width = place.width(),
+                              .height = place.height() / static_cast<int>(lines.size())});
+        }
+        return Controls::FittingFont(std::move(font), places, Scale().LeastLegible());
+    };
+    const auto largest = [this](std::int16_t tag) { return zentrova_.ParamMax(tag); };
+    echoFont_ = fitting(labelFont_, LabelEcho,
+                        SensorSigns::EchoText(largest(ParamDefines::EchoStrength)).split(u'\n'));
+    diameterFont_ = fitting(labelFont_, LabelDiameter,
+                            {SensorSigns::DiameterText(zentrova_, largest(ParamDefines::ActualDiameter))});
+    noEchoFont_ = labelFont_;
+    noEchoFont_.setBold(true);
+    noEchoFont_.setPixelSize(noEchoSize * QFontInfo(labelFont_).pixelSize());
+    noEchoFont_ = fitting(noEchoFont_, LabelNoEcho, drawing_.At(LabelNoEcho).caption.split(u' '));
 }
 
 void BasicPage::SetFonts() {
@@ -189,6 +253,9 @@ void BasicPage::SetFonts() {
             widget->setFont(widget == labelMode_ ? modeFont_ : labelFont_);
         }
     }
+    WidgetOf(LabelEcho)->setFont(echoFont_);
+    WidgetOf(LabelDiameter)->setFont(diameterFont_);
+    WidgetOf(LabelNoEcho)->setFont(noEchoFont_);
     for (const ControlId id : {Label2, Label3}) {
         static_cast<QLabel *>(WidgetOf(id))->setIndent(Scale().Pixels(legendIndent));
     }
@@ -264,6 +331,30 @@ void BasicPage::Apply(ControlId id) {
     }
     if (IsTextParam(id)) {
         widget->setEnabled(control.enabled);
+    } else if (id == LabelEcho || id == LabelDiameter) {
+        static_cast<QLabel *>(widget)->setText(control.caption);
+        AlignDiameter();
+    } else if (IsSign(id)) {
+        ShowSign(id);
+    }
+}
+
+// Keeps the diameter's text at the line of the distance, on whichever side of it the text is.
+void BasicPage::AlignDiameter() {
+    const bool left = drawing_.At(LabelDiameter).left < drawing_.At(FrameActualDist).left;
+    static_cast<QLabel *>(WidgetOf(LabelDiameter))
+        ->setAlignment((left ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
+void BasicPage::ShowSign(ControlId id) {
+    auto *sign = static_cast<DrawnSign *>(WidgetOf(id));
+    sign->ShowTexts();
+    sign->update();
+    if (id >= MarkRelay) {
+        const int number = static_cast<int>(id) - static_cast<int>(MarkRelay);
+        QWidget *marker = WidgetOf(Member(PicRelay, number));
+        marker->setAccessibleDescription(drawing_.At(id).toolTip);
+        marker->update(); // has no number beside a mark
     }
 }
 
@@ -352,6 +443,16 @@ void BasicPage::ColourTarget() {
     target->setPalette(colours);
 }
 
+// Gives the texts that show a measured value, or have a colour of their own, their present colours.
+void BasicPage::ColourReadings() {
+    for (const ControlId id : {LabelEcho, LabelNoEcho, LabelDiameter}) {
+        QPalette colours;
+        const Drawing::Colour colour = drawing_.ColourOf(drawing_.At(id));
+        colours.setColor(QPalette::WindowText, DrawingPainter::ColourOf(colour, palette()));
+        WidgetOf(id)->setPalette(colours);
+    }
+}
+
 // Deliberate: greys the measured values alone. They stay where they are, and the settings stay as they were.
 void BasicPage::ShowState(ValueState state) {
     drawing_.MeasuredIsLive(state == ValueState::Live);
@@ -363,18 +464,21 @@ void BasicPage::ShowState(ValueState state) {
         }
     }
     ColourTarget();
+    ColourReadings();
     for (QWidget *widget : widgets_) {
         widget->update();
     }
     if (!drawing_.MeasuredIsLive()) {
         UpdateGraph(); // the pulse rests at once
     }
+    ShowSigns();
 }
 
 void BasicPage::changeEvent(QEvent *event) {
     TabPage::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && WidgetOf(LabelTarget) != nullptr) {
         ColourTarget();
+        ColourReadings();
     }
 }
 
@@ -406,14 +510,22 @@ void BasicPage::ShowChanges() {
     }
 }
 
+// Shows what follows the table and the markers, but not each tick.
+void BasicPage::ShowSigns() {
+    SensorSigns::Follow(zentrova_, drawing_);
+    ThresholdMarks::Follow(zentrova_, drawing_);
+    drag_.Follow();
+    ShowChanges();
+}
+
 void BasicPage::ConfigureBasicTab() {
     graph_.ConfigureBasicTab();
-    ShowChanges();
+    ShowSigns();
 }
 
 void BasicPage::PositionRelayMarkers() {
     graph_.PositionRelayMarkers();
-    ShowChanges();
+    ShowSigns();
 }
 
 void BasicPage::UpdateGraph() {
@@ -421,7 +533,18 @@ void BasicPage::UpdateGraph() {
     ShowChanges();
 }
 
+void BasicPage::ShowFailedWrites() {
+    for (std::size_t index = 0; index < textParams_.size(); ++index) {
+        FailedMark::Show(*textParams_[index], zentrova_.ParamWriteFailed(BasicFields::Table[index].tag));
+    }
+    for (std::size_t number = 0; number < BasicLayout::Relays.size(); ++number) {
+        FailedMark::Show(*WidgetOf(Member(PicRelay, static_cast<int>(number))),
+                         zentrova_.ParamWriteFailed(BasicLayout::Relays[number].threshold));
+    }
+}
+
 void BasicPage::UpdateDisplay() {
+    ShowFailedWrites();
     for (std::size_t index = 0; index < textParams_.size(); ++index) {
         const std::int16_t tag = BasicFields::Table[index].tag;
         const QString text = zentrova_.FormatRaw(zentrova_.ParamValue(tag), tag);
@@ -432,9 +555,8 @@ void BasicPage::UpdateDisplay() {
     const std::int16_t mode = ParamDefines::AnalogOutputMode;
     labelMode_->setText(QStringLiteral("Mode: ") + zentrova_.FormatRaw(zentrova_.ParamValue(mode), mode));
     PlaceMode();
-    if (graph_.FollowTable()) {
-        ShowChanges();
-    }
+    graph_.FollowTable();
+    ShowSigns();
 }
 
 } // namespace ztv

@@ -30,6 +30,7 @@ public:
 
     void ShowState(ValueState state) override;
     void UpdateDisplay() override;
+    void ShowFailedWrites() override;
 
     // Calls BasicGraph's function of the same name and shows the result.
     void ConfigureBasicTab();
@@ -66,7 +67,13 @@ private:
     QWidget *WidgetOf(Drawing::ControlId id) const { return widgets_[static_cast<std::size_t>(id)]; }
     QWidget *ParentOf(Drawing::ControlId id);
     void Apply(Drawing::ControlId id);
+    void BuildReadings();
+    void BuildSigns();
+    void ChooseReadingFonts();
+    void AlignDiameter();
+    void ShowSign(Drawing::ControlId id);
     void ColourTarget();
+    void ColourReadings();
     void PlaceMode();
     void PlaceDragLabel();
     // Returns the largest left edge, in the chart's group, at which a widget of that width stays visible.
@@ -75,6 +82,7 @@ private:
     void OpenThreshold(int marker, QChar first);
     QRect PlaceOfEditor(int marker) const;
     void KeepEditor();
+    void ShowSigns();
     void ShowChanges();
 
     ClassZentrova &zentrova_;
@@ -89,6 +97,9 @@ private:
     QFont labelFont_;
     QFont boxFont_;
     QFont modeFont_;
+    QFont echoFont_;
+    QFont diameterFont_;
+    QFont noEchoFont_;
     QLabel *labelMode_ = nullptr;
     QLabel *dragLabel_ = nullptr;
     std::vector<QLineEdit *> textParams_;

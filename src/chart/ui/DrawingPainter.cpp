@@ -10,6 +10,10 @@ namespace ztv {
 
 namespace {
 
+// Of the side of a figure's square.
+constexpr double rimPart = 0.12;
+constexpr double marginPart = 0.1;
+
 Qt::PenStyle StyleOf(Drawing::LineStyle style) {
     switch (style) {
     case Drawing::LineStyle::Dot:
@@ -62,6 +66,8 @@ QColor ColourOf(Drawing::Colour colour, const QPalette &palette) {
         return Colours::Of(Colours::Red, palette);
     case Drawing::Colour::Olive:
         return Colours::Of(Colours::Olive, palette);
+    case Drawing::Colour::Amber:
+        return Colours::Of(Colours::Amber, palette);
     case Drawing::Colour::Gray:
         return Colours::Of(Colours::Gray, palette);
     case Drawing::Colour::Dimmed:
@@ -126,6 +132,26 @@ void PaintShape(QPainter &painter, const PageScale &scale, const Drawing::Shape 
     } else {
         painter.drawRect(outline);
     }
+}
+
+void PaintLamp(QPainter &painter, const QRectF &square, bool lit, const QColor &colour) {
+    const double pen = square.width() * rimPart;
+    const double margin = pen / 2 + square.width() * marginPart;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, pen));
+    painter.setBrush(lit ? QBrush(colour) : QBrush(Qt::NoBrush));
+    painter.drawEllipse(square.adjusted(margin, margin, -margin, -margin));
+}
+
+// Bright amber needs a rim to be seen on white.
+void PaintWarning(QPainter &painter, const QRectF &square, const QPalette &palette) {
+    const double margin = square.width() * marginPart;
+    const QRectF place = square.adjusted(margin, margin, -margin, -margin);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(ColourOf(Drawing::Colour::Amber, palette), square.width() * rimPart));
+    painter.setBrush(QColor::fromRgb(Colours::Amber.onDark));
+    painter.drawPolygon(
+        QPolygonF({QPointF(place.center().x(), place.top()), place.bottomRight(), place.bottomLeft()}));
 }
 
 } // namespace DrawingPainter

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPointF>
+#include <QRectF>
 #include <vector>
 
 namespace ztv {
@@ -27,6 +28,10 @@ void PaintCurve(QPainter &painter, const PageScale &scale, const std::vector<Dra
                 const QPalette &palette);
 
 void PaintShape(QPainter &painter, const PageScale &scale, const Drawing::Shape &shape, const QColor &fill);
+
+// Paint a lamp, and a triangle that warns, in a square.
+void PaintLamp(QPainter &painter, const QRectF &square, bool lit, const QColor &colour);
+void PaintWarning(QPainter &painter, const QRectF &square, const QPalette &palette);
 
 } // namespace DrawingPainter
 

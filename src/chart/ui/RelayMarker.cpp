@@ -1,5 +1,6 @@
 #include "chart/ui/RelayMarker.h"
 
+#include "chart/BasicLayout.h"
 #include "chart/ui/DrawingPainter.h"
 #include "widgets/Controls.h"
 #include "widgets/TextBoxFunctions.h"
@@ -74,6 +75,12 @@ void RelayMarker::MoveByKey(const QKeyEvent &key) {
              : drag_.Step(number_, static_cast<float>(direction) * keyStep)) {
         movedByKey_ = true;
     }
+    ShowName();
+}
+
+void RelayMarker::ShowName() {
+    named_ = true;
+    drag_.ShowFocused(number_);
     Q_EMIT Moved();
 }
 
@@ -86,10 +93,24 @@ void RelayMarker::keyReleaseEvent(QKeyEvent *event) {
     }
 }
 
+// Shows the label, except after a click: it is hidden once the mouse lets go. A window that becomes active
+// again shows what it did before.
+void RelayMarker::focusInEvent(QFocusEvent *event) {
+    QWidget::focusInEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    if (reason == Qt::MouseFocusReason) {
+        named_ = false;
+    } else if (named_ || (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)) {
+        ShowName();
+    }
+}
+
 // Lets go of the key, because its release goes to the widget that has the focus then.
 void RelayMarker::focusOutEvent(QFocusEvent *event) {
     QWidget::focusOutEvent(event);
+    drag_.HideFocused(number_);
     LetGoOfKey();
+    Q_EMIT Moved();
 }
 
 void RelayMarker::LetGoOfKey() {
@@ -103,10 +124,9 @@ void RelayMarker::LetGoOfKey() {
 // Paints the relay's number, so that the relays differ not only in colour. The "on" markers have it at their
 // upper end and the "off" markers at their lower one, because the two are often close together.
 void RelayMarker::PaintNumber(QPainter &painter, const QColor &colour) {
-    constexpr int relays = 2;
     const int pixels = std::max(scale_.Pixels(numberPixels), scale_.LeastLegible());
     QRect place(0, 0, width(), pixels + 1);
-    if (number_ >= relays) {
+    if (!BasicLayout::IsOn(number_)) {
         place.moveBottom(height() - 1);
     }
     painter.fillRect(place.adjusted(2, 0, -2, 0), palette().color(QPalette::Base));
@@ -115,7 +135,8 @@ void RelayMarker::PaintNumber(QPainter &painter, const QColor &colour) {
     number.setBold(true);
     painter.setFont(number);
     painter.setPen(colour);
-    painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip, QString::number(number_ % relays + 1));
+    painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip,
+                     QString::number(BasicLayout::RelayOf(number_)));
 }
 
 void RelayMarker::paintEvent(QPaintEvent *) {
@@ -128,7 +149,9 @@ void RelayMarker::paintEvent(QPaintEvent *) {
     const Drawing::Line &line = drawing_.At(Drawing::LineId::LineRelay, number_);
     const QColor colour = DrawingPainter::ColourOf(line.colour, palette());
     DrawingPainter::PaintLine(painter, scale_, line, colour, QPointF(Grab(), 0));
-    PaintNumber(painter, colour);
+    if (!drawing_.At(Drawing::ControlId::MarkRelay, number_).visible) { // a mark has the number
+        PaintNumber(painter, colour);
+    }
 }
 
 } // namespace ztv

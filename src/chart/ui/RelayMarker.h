@@ -35,6 +35,7 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
@@ -42,6 +43,7 @@ private:
     int Grab() const;
     void MoveByKey(const QKeyEvent &key);
     void LetGoOfKey();
+    void ShowName();
     void PaintNumber(QPainter &painter, const QColor &colour);
 
     const BasicDrawing &drawing_;
@@ -49,6 +51,7 @@ private:
     const PageScale &scale_;
     int number_;
     bool movedByKey_ = false;
+    bool named_ = false; // the label shows while this has the focus
     bool hovered_ = false;
 };
 

@@ -107,6 +107,7 @@ void RelayPointer::Press(const QMouseEvent &event, const QPointF &inChart) {
     // The press has moved the focus to the topmost marker.
     markers_[static_cast<std::size_t>(number)]->setFocus(Qt::MouseFocusReason);
     drag_.MouseDown(number, left, InMarker(number, inChart));
+    Q_EMIT Moved();
 }
 
 void RelayPointer::Move(const QMouseEvent &event, const QPointF &inChart) {

@@ -6,6 +6,7 @@
 #include "tabs/ui/StillFrame.h"
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QApplication>
 #include <QFontInfo>
@@ -171,6 +172,7 @@ QGroupBox *CheckoutPage::BuildClockSel() {
     }
     for (QAbstractButton *option : optionClockSel_->buttons()) {
         option->setEnabled(false);
+        WhyDisabled::Explain(*option, QStringLiteral("Shows the sensor's clock; it can't be selected here."));
         Colours::KeepLegibleWhileDisabled(*option, Colours::Legible::Reading);
         column->addWidget(option);
     }
