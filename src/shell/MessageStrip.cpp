@@ -96,11 +96,6 @@ MessageStrip::MessageStrip(QWidget *parent)
     QAccessible::installFactory(SpokenInterface);
     Controls::Named(this, "MessageStrip");
     setAutoFillBackground(true);
-    bold_ = headline_->font();
-    bold_.setBold(true);
-    large_ = bold_;
-    headline_->setFont(bold_);
-    symbol_->setFont(bold_);
     auto *texts = new QVBoxLayout;
     texts->setSpacing(0);
     for (QLabel *label : {headline_, detail_}) {
@@ -192,9 +187,24 @@ void MessageStrip::ShowTexts() {
     setToolTip(whole);
 }
 
+// Makes the usual fonts smaller where a low window leaves less than a line of them.
+void MessageStrip::FitUsualFonts() {
+    const auto fitting = [this](const QFont &font) {
+        return Controls::FittingFont(font, {{.text = {}, .width = 0, .height = std::max(height(), 1)}});
+    };
+    QFont bold = font();
+    bold.setBold(true);
+    bold_ = fitting(bold);
+    const QFont usual = fitting(font());
+    for (const auto &[action, button] : buttons_) {
+        button->setFont(usual);
+    }
+}
+
 // Chooses a font in which the whole message is one line that is read from afar; the usual one where the strip
 // has no room for that.
 void MessageStrip::ChooseFont() {
+    FitUsualFonts();
     large_ = bold_;
     if (!shown_) {
         return;

@@ -37,6 +37,7 @@ protected:
 private:
     void ShowTexts();
     void ChooseFont();
+    void FitUsualFonts();
     void ShowButtons();
 
     std::optional<StripMessage> shown_;

@@ -120,6 +120,21 @@ TEST_F(MessageStripTest, IsOneLargeLineWhereThereIsRoomForIt) {
     EXPECT_EQ(Text("StripHeadline"), QStringLiteral("No answer for 1234 s"));
 }
 
+TEST_F(MessageStripTest, CutsNoTextOffInALowWindow) {
+    strip_.setFont([this] {
+        QFont large = strip_.font();
+        large.setPixelSize(19);
+        return large;
+    }());
+    strip_.Show(NoAnswer("No answer for 3 s"));
+    for (const int height : {33, 20, 14}) {
+        strip_.resize(640, height);
+        for (const char *name : {"StripHeadline", "StripSearch"}) {
+            EXPECT_LE(Form(window_).Get<QWidget>(name).fontMetrics().height(), height) << name;
+        }
+    }
+}
+
 TEST_F(MessageStripTest, IsLegibleOnEachDesktop) {
     for (const Desktop &desktop : {light, dark}) {
         SCOPED_TRACE(desktop.name);
