@@ -89,6 +89,11 @@ public:
     bool Run() {
         TabPictures(QStringLiteral("-offline")); // before any sensor was read
         FormReadWrite direction(form_.hHelp(), &form_);
+        direction.Explain(TextOf({.values = 95,
+                                  .sensor = {},
+                                  .file = QStringLiteral("machine7.ztv"),
+                                  .edits = {QStringLiteral("Near Distance"), QStringLiteral("Far Distance")},
+                                  .backupFor = QStringLiteral("10427")}));
         direction.show();
         Picture(direction, QStringLiteral("read-write"));
         direction.close();

@@ -1,5 +1,6 @@
 #include "link/LinkSession.h"
 
+#include "link/FailureText.h"
 #include "link/LineCodes.h"
 #include "link/SerialPorts.h"
 #include "model/CheckedAt.h"
@@ -21,15 +22,10 @@ constexpr std::int16_t singleWritePeriodMs = 1000;
 constexpr std::int16_t addressingProbePeriodMs = 500;
 constexpr std::int16_t downloadPeriodMs = 4000;
 
-const QString anotherSensorWord = QStringLiteral("Another sensor: go offline and online");
 const QString valuesHeldWord =
     QStringLiteral("Values aren't read since a file couldn't be opened: go offline and online");
 const QString portNotReopenedWord =
     QStringLiteral("The port couldn't be opened again: changes stay in this program");
-
-QString WordsOf(LinkStatus status) {
-    return status == LinkStatus::AnotherSensor ? anotherSensorWord : MbaxpErrorDesc(status);
-}
 
 } // namespace
 
@@ -75,6 +71,7 @@ LinkSession::ConnectOutcome LinkSession::GoOnline(ConnectPrompt prompt) {
         return ConnectOutcome::PortRefused;
     }
     anotherSensor_ = false;
+    sensor_.Connected();
     zentrova_.ForgetPendingWrites(); // their outcomes were lost with the connection before
     mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, comm_.address, addressingMarkRegister, 1,
                                 addressingProbePeriodMs);
@@ -92,6 +89,15 @@ QString LinkSession::OpenFailureText() const {
         text += QStringLiteral("\n\n") + advice;
     }
     return text;
+}
+
+QString LinkSession::OpenFailureDetail() const {
+    const std::int16_t number = mbaxp1_.PortNumber();
+    const QString device = dependencies_.deviceOfPort(number);
+    return FailureText::OfPort({.number = number,
+                                .device = device,
+                                .isThere = SerialPorts::IsThere(device),
+                                .others = SerialPorts::DescribedDevices()});
 }
 
 // Deliberate: the pending marks of a download or write under way stay until the next connection begins.
@@ -124,6 +130,7 @@ void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
             Qt::QueuedConnection);
         return;
     }
+    Q_EMIT AboutToWrite();
     mbaxp1_.RegisterValue(LinkTransaction::SingleWrite, 0, Global::SignedFromUnsigned(value));
     mbaxp1_.Tag(QString::number(Tag));
     mbaxp1_.TriggerOnce(LinkTransaction::SingleWrite);
@@ -162,7 +169,7 @@ void LinkSession::TransactionFailed(LinkTransaction transaction, LinkStatus stat
         WriteFailed(WrittenParameter(), status);
         return;
     }
-    SetStatus(WordsOf(status));
+    SetStatus(FailureText::WordsOf(status));
     switch (transaction) {
     case LinkTransaction::Poll:
         // Deliberate: no number of timeouts takes the link offline; past 32767 either count is a fault, which
@@ -193,6 +200,7 @@ void LinkSession::SendNextWriteLater() {
 void LinkSession::WriteComplete() {
     const std::int16_t written = WrittenParameter();
     zentrova_.ParamWritePending(written, false);
+    sensor_.Confirmed(written, zentrova_.SentValue(written));
     Q_EMIT WriteEnded(written, LinkStatus::NoError);
     switch (written) {
     case ParamDefines::NetworkAddress:
@@ -217,8 +225,10 @@ void LinkSession::WriteComplete() {
 // Keeps the write under way until the handlers return: a write that is asked for behind the box of one of
 // them could fail and open a second box over the first.
 void LinkSession::WriteFailed(std::int16_t written, LinkStatus status) {
-    SetStatus(WordsOf(status));
+    SetStatus(FailureText::WordsOf(status));
     zentrova_.ParamWritePending(written, false);
+    zentrova_.MarkWriteFailed(written);
+    Q_EMIT WriteFailureMarked(written);
     {
         const QScopedValueRollback<bool> guard(reportsFailure_, true);
         Q_EMIT WriteEnded(written, status);
@@ -232,7 +242,7 @@ void LinkSession::PollComplete() {
     anotherSensor_ = AnswersWithAnotherAddressing();
     if (anotherSensor_) {
         values_.Held();
-        SetStatus(anotherSensorWord);
+        SetStatus(FailureText::WordsOf(LinkStatus::AnotherSensor));
         return;
     }
     if (!zentrova_.WriteAllPending()) {
@@ -260,14 +270,14 @@ void LinkSession::TakeAddressingMode(std::uint8_t mode) {
 }
 
 void LinkSession::TakePolledValues() {
-    const std::int16_t count = zentrova_.ParamCount();
-    for (std::int16_t tag = 1; tag < count; ++tag) {
-        if (zentrova_.ParamWritePending(tag)) {
-            continue;
-        }
+    sensor_.Polled(zentrova_.ParamCount(), [this](std::int16_t tag) {
         const std::int16_t word = mbaxp1_.RegisterValue(LinkTransaction::Poll, tag - addressingMode_);
-        zentrova_.ParamUpdate(tag, zentrova_.ParamSigned(tag) ? word : Global::UnsignedFromSigned(word));
-    }
+        const std::int32_t value = zentrova_.ParamSigned(tag) ? word : Global::UnsignedFromSigned(word);
+        if (!zentrova_.ParamWritePending(tag)) {
+            zentrova_.ParamUpdate(tag, value);
+        }
+        return value;
+    });
 }
 
 void LinkSession::AddressingProbeComplete() {
@@ -312,6 +322,7 @@ void LinkSession::StartDownload() {
     if (anotherSensor_) {
         status = LinkStatus::AnotherSensor;
     } else {
+        Q_EMIT AboutToWrite();
         mbaxp1_.TriggerOnce(LinkTransaction::Download);
         if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) { // refused, as a single write may be
             status = mbaxp1_.LastError();

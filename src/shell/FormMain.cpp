@@ -6,7 +6,9 @@
 #include "firmware/UpgradeVersions.h"
 #include "firmware/ui/FormUpgradeFirmware.h"
 #include "help/ClassMyHtmlHelp.h"
+#include "link/DirectionText.h"
 #include "link/LinkSession.h"
+#include "link/SensorBackup.h"
 #include "link/SerialPorts.h"
 #include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
@@ -45,6 +47,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QLayout>
+#include <QMenu>
 #include <QStatusBar>
 #include <QTimer>
 #include <algorithm>
@@ -84,6 +87,7 @@ FormMain::FormMain(Dependencies dependencies)
         *zentrova_, LinkSession::Dependencies{.deviceOfPort = deviceOfPort,
                                               .askDirection = [this] { return AskDirection(); }});
     linkNotices_ = std::make_unique<LinkNotices>(*link_, dependencies_.dialogs);
+    backup_ = std::make_unique<SensorBackup>(*link_, *zentrova_, BackupFiles(dependencies_.backupFolder));
     bootComm_ = std::make_unique<BootComm>(SerialBootLine::Opener(deviceOfPort), &link_->Mbaxp1().Tap());
     upgradeVersions_ = std::make_unique<UpgradeVersions>(*link_, *zentrova_);
     link_->Comm(comm);
@@ -194,14 +198,19 @@ void FormMain::BuildFileCommands() {
         .dialogs = dependencies_.dialogs,
         .changesNeedSaving = [this] { return zentrova_->FileChangesNeedSaving(); },
         .portIsOpen = [this] { return link_->PortIsOpen(); },
-        .openFile = [this](const QString &name) { return zentrova_->OpenFile(name); },
+        .openFile =
+            [this](const QString &name) {
+                backup_->Spare(name);
+                return zentrova_->OpenFile(name);
+            },
         .saveFile = [this](const QString &name) { return zentrova_->SaveFile(name); },
         .updateCaption = [this] { UpdateCaption(); },
         .showTable =
             [this] {
                 ConfigureBasicTab();
                 UpdateDisplay(); // of any visible tab
-            }});
+            },
+        .backups = backup_->Files()});
 }
 
 void FormMain::OpenFileOfCommandLine(const QString &name) {
@@ -249,7 +258,8 @@ void FormMain::BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPo
                                                                         .zentrova = *zentrova_,
                                                                         .files = *fileCommands_,
                                                                         .deviceOfPort = deviceOfPort,
-                                                                        .wizard = *wizardOutcome_});
+                                                                        .wizard = *wizardOutcome_,
+                                                                        .backup = backup_.get()});
     connect(stripWatch_.get(), &StripWatch::Changed, strip_, &MessageStrip::Show);
     connect(strip_, &MessageStrip::Pressed, this, &FormMain::ObeyStrip);
     connect(tabs_, &TabFrames::LaidOut, this, &FormMain::PlaceStrip);
@@ -309,6 +319,16 @@ void FormMain::OpenFile() {
     stripWatch_->Update();
 }
 
+void FormMain::OpenBackup() {
+    fileCommands_->OpenBackup();
+    stripWatch_->Update();
+}
+
+// Looks when the menu opens, since another run of the program may have made the first backup.
+void FormMain::OfferBackups() {
+    commands_->Menu("mnuFileOpenBackup").setEnabled(backup_->Files().HasAny());
+}
+
 void FormMain::SaveFile() {
     fileCommands_->Save(FileCommands::SaveAs::CurrentName);
     stripWatch_->Update();
@@ -337,6 +357,7 @@ void FormMain::ConnectCommands() {
         {commands_->Menu("mnuFileSave(0)"), saveFile},
         {commands_->Menu("mnuFileSave(1)"), saveFileAs},
         {commands_->Menu("mnuFileExit"), exit},
+        {commands_->Menu("mnuFileOpenBackup"), [this] { OpenBackup(); }},
         {commands_->Menu("mnuCommunications"), [this] { ShowCommunications(); }},
         {commands_->Menu("mnuOnline"), [this] { ToggleOnline(); }},
         {commands_->Menu("mnuReinit"), [this] { Reinitialise(); }},
@@ -357,6 +378,11 @@ void FormMain::ConnectCommands() {
         commands_->SetHandler(action, work);
     }
     commands_->SetHandler(commands_->FullScreen(), [this] { placement_->ToggleFullScreen(); });
+    OfferBackups();
+    connect(findChild<QMenu *>(QStringLiteral("mnuFile")), &QMenu::aboutToShow, this,
+            &FormMain::OfferBackups);
+    connect(backup_.get(), &SensorBackup::Ended, this, &FormMain::OfferBackups);
+    commands_->ExplainDisabled();
     commands_->Menu("mnuHalvernWeb").setText(MakerCaption(dependencies_.settings));
 }
 
@@ -366,6 +392,8 @@ void FormMain::ConnectLink() {
     connect(link_.get(), &LinkSession::FirstReadComplete, this, &FormMain::ConfigureBasicTab);
     connect(link_.get(), &LinkSession::ValueStateChanged, this,
             [this](ValueState state) { tabs_->CurrentPage().ShowState(state); });
+    connect(link_.get(), &LinkSession::WriteFailureMarked, this,
+            [this] { tabs_->CurrentPage().ShowFailedWrites(); });
     connect(link_.get(), &LinkSession::TableRefreshed, this, &FormMain::UpdateDisplay);
 }
 
@@ -498,8 +526,26 @@ void FormMain::ShowAbout() {
         .exec();
 }
 
+DirectionFacts FormMain::DirectionOf() const {
+    DirectionFacts facts;
+    facts.values = static_cast<std::int16_t>(zentrova_->ParamCount() - 1);
+    if (link_->AgeOfValues()) {
+        facts.sensor = QString::number(zentrova_->ParamValue(ParamDefines::SerialNumber));
+    }
+    facts.file = fileCommands_->LoadedFileName();
+    for (const std::int16_t tag : zentrova_->EditedRows()) {
+        facts.edits.append(zentrova_->ParamName(tag).trimmed());
+    }
+    if (const auto serialNumber = link_->Sensor().Value(ParamDefines::SerialNumber);
+        serialNumber && !dependencies_.backupFolder.isEmpty()) {
+        facts.backupFor = QString::number(*serialNumber);
+    }
+    return facts;
+}
+
 ConnectChoice FormMain::AskDirection() {
     FormReadWrite form(*help_, this);
+    form.Explain(TextOf(DirectionOf()));
     form.exec();
     return form.Choice();
 }

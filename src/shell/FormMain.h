@@ -17,11 +17,13 @@ class QTimer;
 namespace ztv {
 
 enum class StripAction;
+struct DirectionFacts;
 class BasicPage;
 class BootComm;
 class UpgradeVersions;
 class ClassMyHtmlHelp;
 class ClassZentrova;
+class SensorBackup;
 class EntryRules;
 class FileCommands;
 class HelpEngine;
@@ -59,6 +61,7 @@ public:
         std::function<bool(const QString &command, const QString &fileName)> showInEditor =
             [](auto &, auto &) { return false; };
         std::function<void()> startSysInfo = [] {}; // shows the user if it fails
+        QString backupFolder = {};                  // for the sensors' values; empty: none are kept
     };
 
     // Runs the whole start-up except showing the window. Throws a Fault if the presets can't be read.
@@ -125,6 +128,8 @@ private:
     void PlaceStrip();
     void ObeyStrip(StripAction action);
     void OpenFile();
+    void OpenBackup();
+    void OfferBackups();
     void SaveFile();
     void SaveFileAs();
     void AskToClearSettings(bool wanted);
@@ -150,6 +155,7 @@ private:
     void ShowUpgradeFirmware();
     void ShowWizard();
     void ShowAbout();
+    DirectionFacts DirectionOf() const;
     ConnectChoice AskDirection();
     bool StoreSettings();
     void TellOfStore(const QString &what);
@@ -163,6 +169,7 @@ private:
     std::unique_ptr<LinkNotices> linkNotices_;
     std::unique_ptr<BootComm> bootComm_;
     std::unique_ptr<UpgradeVersions> upgradeVersions_;
+    std::unique_ptr<SensorBackup> backup_;
     std::unique_ptr<FileCommands> fileCommands_;
     std::unique_ptr<MainCommands> commands_;
     BasicPage *basicPage_ = nullptr;

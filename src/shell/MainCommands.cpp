@@ -3,6 +3,7 @@
 #include "widgets/Controls.h"
 #include "widgets/DeferredWork.h"
 #include "widgets/EntryFocus.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QIcon>
 #include <QMenu>
@@ -10,6 +11,7 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <array>
+#include <utility>
 #include <vector>
 
 namespace ztv {
@@ -36,7 +38,9 @@ const std::vector<Menu> &Menus() {
           {"mnuFileSave(0)", "&Save", ""},
           {"mnuFileSave(1)", "Save &As...", ""},
           {"mnuFileSep", "-", ""},
-          {"mnuFileExit", "E&xit", ""}}},
+          {"mnuFileExit", "E&xit", ""},
+          {"mnuFileBackupSep", "-", ""},
+          {"mnuFileOpenBackup", "Open &Backup...", ""}}},
         {"mnuOptions",
          "&Options",
          {{"mnuCommunications", "&Communications...", ""},
@@ -151,6 +155,31 @@ void MainCommands::SetHandler(QAction &action, std::function<void()> work) {
     withWork_.insert(&action);
     action.setEnabled(true);
     DeferredWork::OnTrigger(action, std::move(work));
+}
+
+void MainCommands::ExplainDisabled() {
+    const QString goOnline = QStringLiteral("Go online first.");
+    const QString goOffline = QStringLiteral("Go offline first.");
+    struct Entry {
+        const char *menu;
+        const char *name;
+        QString reason;
+    };
+    const Entry entries[] = {
+        {"mnuTools", "mnuReinit", goOnline},
+        {"mnuOptions", "mnuOptionsUpgradeFirmware", goOffline},
+        {"mnuFile", "mnuFileOpenBackup",
+         QStringLiteral("There is no backup yet. The first write to a sensor makes one.")}};
+    for (const Entry &entry : entries) {
+        WhyDisabled::Explain(*window_.findChild<QMenu *>(QString::fromLatin1(entry.menu)), Menu(entry.name),
+                             entry.reason);
+    }
+    const std::pair<const char *, QString> toolButtons[] = {{"Online", QStringLiteral("Already online.")},
+                                                            {"Offline", QStringLiteral("Already offline.")},
+                                                            {"Save ZTV", goOnline}};
+    for (const auto &[key, reason] : toolButtons) {
+        WhyDisabled::Explain(*window_.findChild<QToolButton *>(QString::fromLatin1(key)), reason);
+    }
 }
 
 void MainCommands::ShowLinkState(bool online) {

@@ -29,6 +29,9 @@ public:
     // Enables the entry and makes it run `work`, as DeferredWork does.
     void SetHandler(QAction &action, std::function<void()> work);
 
+    // Gives each entry that can be disabled the reason, for its tool tip.
+    void ExplainDisabled();
+
     // Enables the entries that have work, and marks "Online", by the state of the link.
     void ShowLinkState(bool online);
 

@@ -164,6 +164,13 @@ std::optional<StripMessage> OfFiles(const StripFacts &facts) {
             facts.notOpened->reason,
             {StripAction::OpenFile}};
     }
+    if (!facts.notBackedUp.isEmpty()) {
+        return StripMessage{Kind::NotBackedUp,
+                            Severity::Warning,
+                            QStringLiteral("No backup of the sensor's values"),
+                            facts.notBackedUp,
+                            {}};
+    }
     return std::nullopt;
 }
 

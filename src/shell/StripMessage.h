@@ -36,6 +36,7 @@ struct StripMessage {
         NotTaken,
         NotSaved,
         NotOpened,
+        NotBackedUp,
         NoEcho,
         NotConnected
     };
@@ -83,6 +84,7 @@ struct StripFacts {
     std::optional<FileFailure> notOpened;
     std::optional<FileFailure> notSaved;
     std::vector<WizardValue> wizardValues; // none if all were taken
+    QString notBackedUp; // why the sensor's values couldn't be kept before a write; empty if they could
 };
 
 // Returns the worst message, or none if all is well.

@@ -26,6 +26,9 @@ StripWatch::StripWatch(Dependencies dependencies) : dependencies_(std::move(depe
     connect(&link, &LinkSession::TableRefreshed, this, &StripWatch::OnAnswer);
     connect(&link.Mbaxp1(), &Mbaxp::TransactionFailed, this, &StripWatch::OnPollFailed);
     connect(&dependencies_.wizard, &WizardOutcome::Changed, this, &StripWatch::Update);
+    if (dependencies_.backup != nullptr) {
+        connect(dependencies_.backup, &SensorBackup::Ended, this, &StripWatch::Update);
+    }
     connect(&nextSecond_, &QTimer::timeout, this, &StripWatch::Update);
     nextSecond_.setSingleShot(true);
     nextSecond_.setTimerType(Qt::PreciseTimer);
@@ -108,7 +111,10 @@ StripFacts StripWatch::Facts() const {
     facts.comm = link.Comm();
     facts.timeouts = link.TimeoutCount();
     facts.crcErrors = link.CrcErrorCount();
-    facts.openFile = dependencies_.files.CurrentFileName();
+    facts.openFile = dependencies_.files.LoadedFileName();
+    if (dependencies_.backup != nullptr) {
+        facts.notBackedUp = dependencies_.backup->Failure();
+    }
     if (const auto &failure = dependencies_.files.SilentFailure()) {
         (failure->isSave ? facts.notSaved : facts.notOpened) = {.name = failure->name,
                                                                 .reason = failure->reason};

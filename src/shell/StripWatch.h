@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/LinkSession.h"
+#include "link/SensorBackup.h"
 #include "model/ClassZentrova.h"
 #include "shell/FileCommands.h"
 #include "shell/StripMessage.h"
@@ -28,6 +29,7 @@ public:
         const FileCommands &files;
         std::function<QString(std::int16_t)> deviceOfPort;
         WizardOutcome &wizard;
+        const SensorBackup *backup = nullptr; // none: no backups are kept
     };
 
     // REQUIRES: what it depends on outlives this.

@@ -26,6 +26,10 @@ public:
     // a page is entered.
     virtual void ShowState(ValueState) {}
 
+    // Marks the parameters whose last write failed, and no others. Called when one fails, for the visible
+    // page; UpdateDisplay shows the rest.
+    virtual void ShowFailedWrites() {}
+
     // Copies the parameter table onto the page. Called only for the visible page.
     virtual void UpdateDisplay() {}
 

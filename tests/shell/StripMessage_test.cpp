@@ -45,6 +45,16 @@ TEST_F(StripMessageTest, SaysWhoseValuesTheScreenShowsWhileNotConnected) {
     ExpectMessage(Kind::NotConnected, "Not connected", "The values are the last ones read, 1 min 15 s ago");
 }
 
+TEST_F(StripMessageTest, SaysThatTheSensorsValuesWereNotKept) {
+    facts_.notBackedUp = QStringLiteral("/backups: no space left");
+    ExpectMessage(Kind::NotBackedUp, "No backup of the sensor's values", "/backups: no space left");
+    EXPECT_TRUE(Actions().empty());
+    facts_.echoIsReceived = false;
+    EXPECT_EQ(WorstMessage(facts_)->kind, Kind::NotBackedUp);
+    facts_.silence = 12s;
+    EXPECT_EQ(WorstMessage(facts_)->kind, Kind::NoAnswer);
+}
+
 TEST_F(StripMessageTest, SaysNothingOfTheEchoWhileNotConnected) {
     facts_.echoIsReceived = false;
     ExpectMessage(Kind::NoEcho, "No echo", "The sensor finds no target: distance and output say nothing");

@@ -13,7 +13,9 @@
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
 #include "widgets/EntryFocus.h"
+#include "widgets/FailedMark.h"
 #include "widgets/TextBoxFunctions.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QKeyEvent>
 #include <algorithm>
@@ -160,6 +162,10 @@ void BasicPage::BuildFields() {
         Colours::KeepLegibleWhileDisabled(*box, Colours::Legible::Reading);
         EntryFocus::SelectAllOnEntry(*box);
         box->installEventFilter(this);
+        if (field.tag == ParamDefines::NearDistance) {
+            WhyDisabled::Explain(
+                *box, QStringLiteral("Computed from Far Distance and the diameters in hyperbolic mode."));
+        }
         Keep(boxId, box);
         textParams_.push_back(box);
         ++index;
@@ -527,7 +533,18 @@ void BasicPage::UpdateGraph() {
     ShowChanges();
 }
 
+void BasicPage::ShowFailedWrites() {
+    for (std::size_t index = 0; index < textParams_.size(); ++index) {
+        FailedMark::Show(*textParams_[index], zentrova_.ParamWriteFailed(BasicFields::Table[index].tag));
+    }
+    for (std::size_t number = 0; number < BasicLayout::Relays.size(); ++number) {
+        FailedMark::Show(*WidgetOf(Member(PicRelay, static_cast<int>(number))),
+                         zentrova_.ParamWriteFailed(BasicLayout::Relays[number].threshold));
+    }
+}
+
 void BasicPage::UpdateDisplay() {
+    ShowFailedWrites();
     for (std::size_t index = 0; index < textParams_.size(); ++index) {
         const std::int16_t tag = BasicFields::Table[index].tag;
         const QString text = zentrova_.FormatRaw(zentrova_.ParamValue(tag), tag);

@@ -30,6 +30,7 @@ public:
 
     void ShowState(ValueState state) override;
     void UpdateDisplay() override;
+    void ShowFailedWrites() override;
 
     // Calls BasicGraph's function of the same name and shows the result.
     void ConfigureBasicTab();

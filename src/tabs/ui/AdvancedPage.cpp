@@ -6,6 +6,7 @@
 #include "tabs/ParameterEditors.h"
 #include "tabs/ui/FormEdit.h"
 #include "widgets/Controls.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QApplication>
 
@@ -106,6 +107,8 @@ void AdvancedPage::BuildControls() {
     commandRefresh_ = Controls::Captioned<QPushButton>("CommandRefresh", "&Refresh", this);
     commandRefresh_->setToolTip(QStringLiteral("Refresh the Parameters Changed display"));
 
+    WhyDisabled::Explain(*commandRefresh_, QStringLiteral("All is always up to date. Select Changed first."));
+
     combo1_ = new ChoiceOverlay(text1_.parentWidget());
     setTabOrder(listView1_, combo1_);
     setTabOrder(combo1_, listView1_); // Enter moves the focus to the list
@@ -133,6 +136,10 @@ void AdvancedPage::ShowState(ValueState state) {
 void AdvancedPage::UpdateDisplay() {
     HideEditorsIfScrolled();
     model_.Refresh();
+}
+
+void AdvancedPage::ShowFailedWrites() {
+    model_.RefreshFailures();
 }
 
 void AdvancedPage::HideEditorsIfScrolled() {

@@ -29,6 +29,7 @@ public:
     void LeaveEntry() override;
     void ShowState(ValueState state) override;
     void UpdateDisplay() override;
+    void ShowFailedWrites() override;
 
 Q_SIGNALS:
     // The rows were rebuilt; their values are empty until UpdateDisplay.

@@ -6,6 +6,7 @@
 #include "tabs/ui/StillFrame.h"
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QApplication>
 #include <QFontInfo>
@@ -171,6 +172,7 @@ QGroupBox *CheckoutPage::BuildClockSel() {
     }
     for (QAbstractButton *option : optionClockSel_->buttons()) {
         option->setEnabled(false);
+        WhyDisabled::Explain(*option, QStringLiteral("Shows the sensor's clock; it can't be selected here."));
         Colours::KeepLegibleWhileDisabled(*option, Colours::Legible::Reading);
         column->addWidget(option);
     }
@@ -391,7 +393,7 @@ void CheckoutPage::UpdateDisplay() {
             Lit(static_cast<std::int16_t>(ParamDefines::Relay1State + static_cast<int>(i)), Key::On));
     }
     imgClkOut_->Picture(Lit(ParamDefines::ClockOut, Key::On));
-    labelDist_->setText(text(ParamDefines::ActualDistance));
+    labelDist_->Show(text(ParamDefines::ActualDistance));
     imageNoEcho_->Picture(Lit(ParamDefines::EchoReceived, Key::Green));
     Show(*textCheckoutVoltageOut_, text(ParamDefines::OutputVoltage));
     Show(*textCheckoutVoltageIn_, text(ParamDefines::AnalogInputVoltage));

@@ -78,7 +78,7 @@ void DistancePage::ShowState(ValueState state) {
 void DistancePage::UpdateDisplay() {
     const DistanceReading reading = ReadDistance(zentrova_, static_cast<float>(progressBar1_->minimum()),
                                                  static_cast<float>(progressBar1_->maximum()));
-    labelLargeLength_->setText(reading.caption);
+    labelLargeLength_->Show(reading.caption);
     if (reading.barValue) {
         progressBar1_->setValue(*reading.barValue);
     }

@@ -2,6 +2,7 @@
 
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
+#include "widgets/FailedMark.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -74,6 +75,16 @@ public:
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const override {
         return {0, option.fontMetrics.height() + rowPadding};
+    }
+
+    // Draws an edge around the value that the sensor hasn't taken.
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override {
+        QStyledItemDelegate::paint(painter, option, index);
+        if (index.column() == ParameterListModel::Value &&
+            index.data(ParameterListModel::FailedRole).toBool()) {
+            FailedMark::Paint(*painter, option.rect, option.palette);
+        }
     }
 
 protected:

@@ -2,6 +2,7 @@
 
 #include "widgets/Controls.h"
 #include "widgets/DeferredWork.h"
+#include "widgets/WhyDisabled.h"
 
 namespace ztv {
 
@@ -25,6 +26,7 @@ WizardPage::WizardPage(QWidget *parent) : TabPage(3, parent) {
 
     start_ = Controls::Captioned<QPushButton>("cmdStartWizard", "Start Wizard", this);
     start_->setEnabled(false);
+    WhyDisabled::Explain(*start_, QStringLiteral("Go online first."));
     DeferredWork::OnPress(*start_, [this] { Q_EMIT StartWizard(); });
 
     layout_ = new QVBoxLayout(this);
