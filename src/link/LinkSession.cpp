@@ -71,7 +71,7 @@ LinkSession::ConnectOutcome LinkSession::GoOnline(ConnectPrompt prompt) {
         return ConnectOutcome::PortRefused;
     }
     anotherSensor_ = false;
-    sensor_.Connected();
+    sensor_.Outdate();
     zentrova_.ForgetPendingWrites(); // their outcomes were lost with the connection before
     mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, comm_.address, addressingMarkRegister, 1,
                                 addressingProbePeriodMs);
@@ -241,7 +241,7 @@ void LinkSession::PollComplete() {
     // values would be one row off.
     anotherSensor_ = AnswersWithAnotherAddressing();
     if (anotherSensor_) {
-        values_.Held();
+        HoldValues();
         SetStatus(FailureText::WordsOf(LinkStatus::AnotherSensor));
         return;
     }
@@ -249,13 +249,19 @@ void LinkSession::PollComplete() {
         TakePolledValues();
         values_.Polled();
     } else if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) {
-        values_.Held();
+        HoldValues();
         SetStatus(valuesHeldWord);
     }
     if (firstReadPending_) {
         firstReadPending_ = false;
         Q_EMIT FirstReadComplete();
     }
+}
+
+// A poll was answered, and its values aren't taken.
+void LinkSession::HoldValues() {
+    sensor_.Outdate();
+    values_.Held();
 }
 
 bool LinkSession::AnswersWithAnotherAddressing() const {
@@ -323,6 +329,7 @@ void LinkSession::StartDownload() {
         status = LinkStatus::AnotherSensor;
     } else {
         Q_EMIT AboutToWrite();
+        sensor_.Outdate();
         mbaxp1_.TriggerOnce(LinkTransaction::Download);
         if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) { // refused, as a single write may be
             status = mbaxp1_.LastError();

@@ -53,7 +53,7 @@ TEST_F(FailureTextTest, SaysThatTheSensorsValueIsNotKnownBeforeAPollOfThisConnec
         "isn't known.");
     EXPECT_EQ(OfWrite(ParamDefines::FarDistance, LinkStatus::IllegalDataAddress), unknown);
     Poll();
-    sensor_.Connected();
+    sensor_.Outdate();
     EXPECT_EQ(OfWrite(ParamDefines::FarDistance, LinkStatus::IllegalDataAddress), unknown);
 }
 

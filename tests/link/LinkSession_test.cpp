@@ -409,6 +409,41 @@ TEST_F(LinkSessionTest, SaysWhyNoValuesAreReadAfterAFileThatFailed) {
                            "refresh"}));
 }
 
+TEST_F(LinkSessionTest, KnowsNoValuesOfTheSensorOnceAFileMayHaveReplacedThem) {
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.AnswerAlways(PollReply());
+    session_.GoOnline(ConnectPrompt::Skip);
+    const auto poll = [this] {
+        told_.clear();
+        EXPECT_TRUE(WaitUntil([this] { return WasTold("refresh"); }));
+    };
+    poll();
+    poll();
+    EXPECT_TRUE(session_.Sensor().IsCurrent());
+    zentrova_.WriteAllPending(true); // as a damaged file leaves it
+    poll();
+    EXPECT_FALSE(session_.Sensor().IsCurrent());
+    zentrova_.WriteAllPending(false);
+    poll();
+    EXPECT_TRUE(session_.Sensor().IsCurrent());
+    session_.StartDownload();
+    EXPECT_FALSE(session_.Sensor().IsCurrent()); // also after its end, whichever that is, until a poll
+    session_.GoOffline();
+}
+
+TEST_F(LinkSessionTest, AnotherSensorsAnswerEndsTheKnowledgeOfTheFirstOnes) {
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.Answer(PollReply());
+    line_.AnswerAlways(WithCrc("01 83 02"));
+    session_.GoOnline(ConnectPrompt::Skip);
+    EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
+    EXPECT_TRUE(session_.Sensor().IsCurrent());
+    session_.Mbaxp1().RegisterValue(LinkTransaction::Poll, ParamDefines::AddressingMark, 0x5555);
+    session_.TransactionDone(LinkTransaction::Poll);
+    EXPECT_TRUE(session_.AnotherSensorAnswers());
+    EXPECT_FALSE(session_.Sensor().IsCurrent());
+}
+
 TEST_F(LinkSessionTest, SaysNothingOfValuesThatADownloadOnTheWayHoldsBack) {
     session_.GoOnline(ConnectPrompt::Skip);
     session_.Mbaxp1().DefineReadRegisters(LinkTransaction::Poll, 1, 0, 95, 200);
