@@ -37,8 +37,8 @@ public:
               const std::function<std::int32_t(std::int16_t)> &valueOf) const;
 
 private:
-    QString NewName(const QString &sensor, const QString &time) const;
-    void DeleteOldest(std::int32_t serialNumber, const QString &newest) const;
+    QString TakeName(const QString &sensor, const QString &time) const;
+    void DeleteOldest(const QString &sensor, const QString &now, const QString &newest) const;
 
     QString folder_;
     QString spared_; // a name in the folder; empty for none
