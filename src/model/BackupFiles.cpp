@@ -56,6 +56,16 @@ QString NameOf(const QString &sensor, const QString &time, int number) {
     return sensor + u' ' + time + mark + QStringLiteral(".ztv");
 }
 
+// Resolves links, also in the folder of a file that doesn't exist.
+QString RealNameOf(const QString &name) {
+    const QFileInfo file(name);
+    if (file.exists()) {
+        return file.canonicalFilePath();
+    }
+    const QFileInfo folder(file.absolutePath());
+    return folder.exists() ? folder.canonicalFilePath() + u'/' + file.fileName() : file.absoluteFilePath();
+}
+
 bool IsTaken(const QString &fileName) {
     const QFileInfo file(fileName);
     return file.exists() || file.isSymbolicLink(); // a link to nothing doesn't exist
@@ -68,11 +78,12 @@ bool BackupFiles::HasAny() const {
 }
 
 void BackupFiles::Spare(const QString &fileName) {
-    spared_ = Contains(fileName) ? QFileInfo(fileName).fileName() : QString();
+    spared_ = Contains(fileName) ? QFileInfo(RealNameOf(fileName)).fileName() : QString();
 }
 
 bool BackupFiles::Contains(const QString &fileName) const {
-    return !folder_.isEmpty() && QFileInfo(fileName).absolutePath() == QDir(folder_).absolutePath();
+    return !folder_.isEmpty() &&
+           QFileInfo(RealNameOf(fileName)).absolutePath() == QDir(RealNameOf(folder_)).absolutePath();
 }
 
 void BackupFiles::Save(const ClassZentrova &zentrova, std::int32_t serialNumber, const QDateTime &time,

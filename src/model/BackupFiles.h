@@ -28,7 +28,7 @@ public:
     // Replaces an earlier one.
     void Spare(const QString &fileName);
 
-    // True for a file in this folder, whatever its name.
+    // True for a file in this folder, whatever its name, also by a link.
     bool Contains(const QString &fileName) const;
 
     // Writes a backup of the values that `valueOf` gives for each row, and deletes the oldest backups of that

@@ -189,6 +189,24 @@ TEST_F(BackupFilesTest, FaultWhereTheFolderCantBeMadeOrWritten) {
     EXPECT_FALSE(readOnly.HasAny());
 }
 
+TEST_F(BackupFilesTest, AreKnownAlsoByALinkToThemOrToTheirFolder) {
+    for (int minute = 0; minute < 20; ++minute) {
+        Save(10427, time_.addSecs(minute * 60));
+    }
+    const QString oldest = QStringLiteral("10427 2026-11-22 051033.ztv");
+    const QString folder = folder_.filePath(QStringLiteral("link"));
+    const QString file = folder_.filePath(QStringLiteral("latest.ztv"));
+    ASSERT_TRUE(QFile::link(files_.Folder(), folder));
+    ASSERT_TRUE(QFile::link(Path(oldest), file));
+    EXPECT_TRUE(files_.Contains(folder + u'/' + oldest));
+    EXPECT_TRUE(files_.Contains(folder + QStringLiteral("/not there any more.ztv")));
+    EXPECT_TRUE(files_.Contains(file));
+    EXPECT_TRUE(BackupFiles(folder).Contains(Path(oldest)));
+    files_.Spare(file);
+    Save(10427, time_.addSecs(3600));
+    EXPECT_TRUE(Names().contains(oldest));
+}
+
 TEST_F(BackupFilesTest, KnowTheirFolder) {
     EXPECT_TRUE(files_.Contains(Path(QStringLiteral("10427 2026-11-22 051033.ztv"))));
     EXPECT_TRUE(files_.Contains(Path(QStringLiteral("../Backups/mine.ztv"))));
