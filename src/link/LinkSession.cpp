@@ -200,6 +200,7 @@ void LinkSession::SendNextWriteLater() {
 void LinkSession::WriteComplete() {
     const std::int16_t written = WrittenParameter();
     zentrova_.ParamWritePending(written, false);
+    zentrova_.MarkWriteTaken(written);
     sensor_.Confirmed(written, zentrova_.SentValue(written));
     Q_EMIT WriteEnded(written, LinkStatus::NoError);
     switch (written) {
@@ -344,6 +345,7 @@ void LinkSession::StartDownload() {
 
 void LinkSession::DownloadComplete() {
     zentrova_.WriteAllPending(false);
+    zentrova_.MarkDownloadTaken();
     Q_EMIT DownloadEnded(LinkStatus::NoError);
     if (!mbaxp1_.PortIsOpen()) {
         downloadOnConnect_ = false;

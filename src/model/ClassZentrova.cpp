@@ -153,6 +153,19 @@ void ClassZentrova::MarkWriteFailed(std::int16_t Tag) {
     RowOf(Tag).writeFailed = true;
 }
 
+void ClassZentrova::MarkWriteTaken(std::int16_t Tag) {
+    Row &row = RowOf(Tag);
+    row.unedited = row.value;
+}
+
+void ClassZentrova::MarkDownloadTaken() {
+    for (Row &row : rows_) {
+        if (!row.writePending) {
+            row.unedited = row.value;
+        }
+    }
+}
+
 std::vector<std::int16_t> ClassZentrova::EditedRows() const {
     std::vector<std::int16_t> tags;
     for (std::int16_t tag = 1; tag < ParamCount(); ++tag) {

@@ -741,6 +741,25 @@ TEST_F(LinkSessionTest, SaysWhenTheSensorHasSaved) {
     EXPECT_EQ(told_, (Told{good, "refresh"}));
 }
 
+TEST_F(LinkSessionTest, AValueThatTheSensorHasTakenIsNoEditThatAReadCouldLose) {
+    PretendWritten(ParamDefines::NearDistance, 1500);
+    EXPECT_EQ(zentrova_.EditedRows(), std::vector<std::int16_t>{ParamDefines::NearDistance});
+    session_.TransactionDone(LinkTransaction::SingleWrite);
+    EXPECT_EQ(zentrova_.EditedRows(), std::vector<std::int16_t>()); // though no poll came yet
+    PretendWritten(ParamDefines::NearDistance, 1600);
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    session_.TransactionFailed(LinkTransaction::SingleWrite, LinkStatus::Timeout);
+    EXPECT_EQ(zentrova_.EditedRows(), std::vector<std::int16_t>{ParamDefines::NearDistance});
+    zentrova_.ParamValue(ParamDefines::FarDistance, 20000);
+    PretendWritten(ParamDefines::MinRange, 700); // asked for during the download, and not in it
+    dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
+    session_.GoOnline(ConnectPrompt::Skip);
+    zentrova_.ParamWritePending(ParamDefines::MinRange, true);
+    session_.TransactionDone(LinkTransaction::Download);
+    EXPECT_EQ(zentrova_.EditedRows(), std::vector<std::int16_t>{ParamDefines::MinRange});
+    session_.GoOffline();
+}
+
 TEST_F(LinkSessionTest, ClearsTheMarkBeforeTheBox) {
     PretendWritten(1, 1);
     dialogs_.Expect(QStringLiteral("Parameters saved successfully!"), BoxIcon::Exclamation, BoxButtons::Ok,
