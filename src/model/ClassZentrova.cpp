@@ -123,6 +123,7 @@ void ClassZentrova::SendWaitingWrites() {
 
 void ClassZentrova::ParamUpdate(std::int16_t Tag, std::int32_t NewValue) {
     Row &row = RowOf(Tag);
+    savedEdits_ = false;
     if (!row.writePending) {
         row.value = NewValue;
         row.unedited = NewValue;
@@ -215,6 +216,7 @@ bool ClassZentrova::SaveFile(const QString &FileName) {
     }
     WriteFile(FileName, fileNotes_, [this](std::int16_t tag) { return ParamValue(tag); });
     fileChanged_ = false;
+    savedEdits_ = savedEdits_ || !EditedRows().empty();
     for (std::int16_t tag = 0; tag < ParamCount(); ++tag) {
         RowOf(tag).unedited = ParamValue(tag);
     }
@@ -254,6 +256,7 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
         writeAllPending_ = true;
         link_->DefineDownload();
     }
+    savedEdits_ = false;
     if (link_ != nullptr) {
         link_->TableLoaded();
     }

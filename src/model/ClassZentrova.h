@@ -123,6 +123,9 @@ public:
     // that no sensor and no file has. Leaves out commands.
     std::vector<std::int16_t> EditedRows() const;
 
+    // True from a save of edits until a poll or a file: the values are the saved file's, not a sensor's.
+    bool HoldsSavedEdits() const { return savedEdits_; }
+
     // Clears the pending marks of all writes and of a download, for use when their outcomes can't arrive any
     // more.
     void ForgetPendingWrites();
@@ -176,6 +179,7 @@ private:
     WriteQueue queue_;
     ParameterLink *link_ = nullptr;
     bool fileChanged_ = false;
+    bool savedEdits_ = false;
     bool writeAllPending_ = false;
 };
 
