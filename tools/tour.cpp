@@ -262,6 +262,7 @@ private:
     void WizardPictures() {
         for (const int use : {0, 1}) {
             frmWizard wizard(form_.Zentrova(), dialogs_, form_.hHelp(), &form_);
+            form_.ConnectWizard(wizard);
             wizard.show();
             const auto press = [&wizard](const char *name) {
                 wizard.findChild<QAbstractButton *>(QString::fromLatin1(name))->click();
@@ -293,6 +294,10 @@ private:
                 leave("diameters");
                 Picture(wizard, QStringLiteral("wizard-core-not-recorded"));
                 press("CommandRecordDistance(2)");
+                wizard.ShowState(ValueState::Stale); // as on a dead line
+                Picture(wizard, QStringLiteral("wizard-no-answer"));
+                wizard.ShowState(ValueState::Live);
+                Watch(1000);
                 leave("core");
                 press("OptionDriveMode(0)");
                 leave("drive");

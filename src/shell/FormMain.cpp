@@ -29,6 +29,7 @@
 #include "shell/StripWatch.h"
 #include "shell/TabFrames.h"
 #include "shell/WindowPlacement.h"
+#include "shell/WizardOutcome.h"
 #include "support/ApplicationTitle.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
@@ -252,10 +253,12 @@ void FormMain::BuildPages() {
 // Built after the pages, so that Tab reaches its buttons after theirs.
 void FormMain::BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort) {
     strip_ = new MessageStrip(centralWidget());
+    wizardOutcome_ = std::make_unique<WizardOutcome>(*link_, *zentrova_);
     stripWatch_ = std::make_unique<StripWatch>(StripWatch::Dependencies{.link = *link_,
                                                                         .zentrova = *zentrova_,
                                                                         .files = *fileCommands_,
                                                                         .deviceOfPort = deviceOfPort,
+                                                                        .wizard = *wizardOutcome_,
                                                                         .backup = backup_.get()});
     connect(stripWatch_.get(), &StripWatch::Changed, strip_, &MessageStrip::Show);
     connect(strip_, &MessageStrip::Pressed, this, &FormMain::ObeyStrip);
@@ -292,6 +295,12 @@ void FormMain::ObeyStrip(StripAction action) {
     case StripAction::Search:
         GoOffline();
         ShowSearch();
+        break;
+    case StripAction::StartWizard:
+        AfterEntry([this] { ShowWizard(); });
+        break;
+    case StripAction::Dismiss:
+        wizardOutcome_->Forget();
         break;
     case StripAction::OpenFile:
         OpenFile();
@@ -485,7 +494,21 @@ void FormMain::ShowUpgradeFirmware() {
 }
 
 void FormMain::ShowWizard() {
-    frmWizard(*zentrova_, dependencies_.dialogs, *help_, this).exec();
+    frmWizard wizard(*zentrova_, dependencies_.dialogs, *help_, this);
+    ConnectWizard(wizard);
+    wizard.exec();
+}
+
+void FormMain::ConnectWizard(frmWizard &wizard) {
+    wizardOutcome_->Forget();
+    connect(&wizard, &frmWizard::Asked, wizardOutcome_.get(), &WizardOutcome::Ask);
+    connect(link_.get(), &LinkSession::ValueStateChanged, &wizard, &frmWizard::ShowState);
+    connect(&link_->Mbaxp1(), &Mbaxp::TransactionDone, &wizard, [&wizard](LinkTransaction transaction) {
+        if (transaction == LinkTransaction::Poll) {
+            wizard.TakePoll();
+        }
+    });
+    wizard.ShowState(link_->State());
 }
 
 void FormMain::ShowAbout() {

@@ -38,7 +38,9 @@ class TabFrames;
 class UserDialogs;
 class ValueOverlay;
 class WindowPlacement;
+class WizardOutcome;
 class WizardPage;
+class frmWizard;
 
 // The main form. It composes the program's parts, enables commands and routes them; the parts do the work.
 class FormMain : public QMainWindow {
@@ -106,6 +108,10 @@ public:
     // text selected, after showing the user the reason.
     bool ValidateAndWriteTextBoxVal(QLineEdit &box);
 
+    // Tells the wizard of the link, and the strip of what became of the wizard's values. Both last as long as
+    // the wizard.
+    void ConnectWizard(frmWizard &wizard);
+
     // Shows the window in the state in which the last run ended.
     void ShowAsStored();
 
@@ -172,6 +178,7 @@ private:
     TabFrames *tabs_ = nullptr;
     QLabel *statusText_ = nullptr;
     MessageStrip *strip_ = nullptr;
+    std::unique_ptr<WizardOutcome> wizardOutcome_;
     std::unique_ptr<StripWatch> stripWatch_;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;

@@ -10,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -65,8 +66,10 @@ constexpr ButtonRow buttonRows[] = {
     {StripAction::Communications, "StripCommunications", "Communications...", "Shows port, line and address"},
     {StripAction::Search, "StripSearch", "Search...", "Goes offline and searches the line for sensors"},
     {StripAction::GoOffline, "StripOffline", "Go Offline", "Closes the serial port"},
+    {StripAction::StartWizard, "StripWizard", "Start Wizard", "Opens the setup wizard"},
     {StripAction::OpenFile, "StripOpen", "Open File...", "Opens another settings file"},
     {StripAction::SaveAs, "StripSaveAs", "Save As...", "Saves to another file"},
+    {StripAction::Dismiss, "StripDismiss", "Dismiss", "Takes this message away"},
     {StripAction::Help, "StripHelp", "Help", "Says what to do"},
 };
 
@@ -184,7 +187,7 @@ void MessageStrip::ShowTexts() {
     show(*detail_, shown_->detail);
     const QString whole = line + u'.';
     setAccessibleName(whole);
-    setToolTip(whole);
+    setToolTip(Qt::convertFromPlainText(whole, Qt::WhiteSpaceNormal)); // rich text is wrapped
 }
 
 // Makes the usual fonts smaller where a low window leaves less than a line of them.

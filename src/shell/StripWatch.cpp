@@ -28,6 +28,7 @@ StripWatch::StripWatch(Dependencies dependencies) : dependencies_(std::move(depe
     if (dependencies_.backup != nullptr) {
         connect(dependencies_.backup, &SensorBackup::Ended, this, &StripWatch::Update);
     }
+    connect(&dependencies_.wizard, &WizardOutcome::Changed, this, &StripWatch::Update);
     connect(&nextSecond_, &QTimer::timeout, this, &StripWatch::Update);
     nextSecond_.setSingleShot(true);
     nextSecond_.setTimerType(Qt::PreciseTimer);
@@ -117,6 +118,14 @@ StripFacts StripWatch::Facts() const {
     if (const auto &failure = dependencies_.files.SilentFailure()) {
         (failure->isSave ? facts.notSaved : facts.notOpened) = {.name = failure->name,
                                                                 .reason = failure->reason};
+    }
+    for (const auto &[asked, held, isTaken] : dependencies_.wizard.Values()) {
+        const ClassZentrova &zentrova = dependencies_.zentrova;
+        facts.wizardValues.push_back({.name = zentrova.ParamName(asked.tag),
+                                      .tag = asked.tag,
+                                      .asked = zentrova.FormatRaw(asked.value, asked.tag),
+                                      .held = zentrova.FormatRaw(held, asked.tag),
+                                      .isTaken = isTaken});
     }
     if (facts.isOnline && (facts.portIsGone || facts.silence)) {
         facts.device = dependencies_.deviceOfPort(facts.comm.port);

@@ -5,6 +5,7 @@
 #include "model/ClassZentrova.h"
 #include "shell/FileCommands.h"
 #include "shell/StripMessage.h"
+#include "shell/WizardOutcome.h"
 #include "support/SleepClock.h"
 
 #include <QObject>
@@ -27,6 +28,7 @@ public:
         const ClassZentrova &zentrova;
         const FileCommands &files;
         std::function<QString(std::int16_t)> deviceOfPort;
+        WizardOutcome &wizard;
         const SensorBackup *backup = nullptr; // none: no backups are kept
     };
 

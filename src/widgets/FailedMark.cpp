@@ -16,14 +16,11 @@ const QString description = QStringLiteral("The sensor hasn't taken this value")
 
 } // namespace
 
-FailedMark::FailedMark(QWidget &control)
-    : QWidget(&control),
-      givenDescription_(control.accessibleDescription()) {
+FailedMark::FailedMark(QWidget &control) : QWidget(&control) {
     setObjectName(QString::fromLatin1(markName));
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     control.installEventFilter(this);
-    control.setAccessibleDescription(description);
     Cover();
     show();
 }
@@ -31,10 +28,27 @@ FailedMark::FailedMark(QWidget &control)
 void FailedMark::Show(QWidget &control, bool failed) {
     auto *mark = control.findChild<FailedMark *>(QString::fromLatin1(markName), Qt::FindDirectChildrenOnly);
     if (failed && mark == nullptr) {
-        new FailedMark(control);
-    } else if (!failed && mark != nullptr) {
-        control.setAccessibleDescription(mark->givenDescription_);
+        mark = new FailedMark(control);
+    }
+    if (failed) {
+        mark->Describe();
+    } else if (mark != nullptr) {
+        mark->TakeDescriptionBack();
         delete mark;
+    }
+}
+
+// The control may have got another description of its own meanwhile.
+void FailedMark::Describe() {
+    if (parentWidget()->accessibleDescription() != description) {
+        givenDescription_ = parentWidget()->accessibleDescription();
+        parentWidget()->setAccessibleDescription(description);
+    }
+}
+
+void FailedMark::TakeDescriptionBack() {
+    if (parentWidget()->accessibleDescription() == description) {
+        parentWidget()->setAccessibleDescription(givenDescription_);
     }
 }
 

@@ -25,6 +25,8 @@ protected:
 private:
     explicit FailedMark(QWidget &control);
     void Cover();
+    void Describe();
+    void TakeDescriptionBack();
 
     QString givenDescription_;
 };

@@ -37,6 +37,19 @@ TEST_F(FailedMarkTest, CoversTheControlIsReadOutAndGoesWithoutATrace) {
     EXPECT_EQ(box_.grab().toImage(), before);
 }
 
+TEST_F(FailedMarkTest, KeepsADescriptionThatTheControlGetsMeanwhile) {
+    FailedMark::Show(box_, true);
+    box_.setAccessibleDescription(QStringLiteral("Outside the range"));
+    FailedMark::Show(box_, true); // as the next refresh does
+    EXPECT_EQ(box_.accessibleDescription(), QStringLiteral("The sensor hasn't taken this value"));
+    FailedMark::Show(box_, false);
+    EXPECT_EQ(box_.accessibleDescription(), QStringLiteral("Outside the range"));
+    FailedMark::Show(box_, true);
+    box_.setAccessibleDescription(QString());
+    FailedMark::Show(box_, false);
+    EXPECT_EQ(box_.accessibleDescription(), QString());
+}
+
 TEST_F(FailedMarkTest, LeavesTheControlItsClicks) {
     FailedMark::Show(box_, true);
     box_.setText(QStringLiteral("300.00"));
