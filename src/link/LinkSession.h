@@ -2,9 +2,11 @@
 
 #include "link/CommSettings.h"
 #include "link/ConnectChoice.h"
+#include "link/LineQuality.h"
 #include "link/LinkStatus.h"
 #include "link/LinkTransaction.h"
 #include "link/Mbaxp.h"
+#include "link/UnsavedWrites.h"
 #include "link/ValueWatch.h"
 #include "model/ClassZentrova.h"
 #include "model/ParameterLink.h"
@@ -16,6 +18,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace ztv {
 
@@ -43,6 +46,14 @@ public:
     // the values are no sensor's. docs/master.md describes the states.
     ValueState State() const { return values_.State(); }
     std::optional<std::chrono::milliseconds> AgeOfValues() const { return values_.Age(); }
+    std::optional<std::chrono::milliseconds> TimeBetweenPolls() const { return values_.TimeBetweenPolls(); }
+
+    // The share of the last exchanges since going online that ended with a whole reply, also one that
+    // rejects the request.
+    const LineQuality &Quality() const { return quality_; }
+
+    // The settings that the sensor forgets when it loses power.
+    const UnsavedWrites &Unsaved() const { return unsaved_; }
 
     // Subtracted from a parameter number to get its register address.
     std::uint8_t AddressingMode() const { return addressingMode_; }
@@ -119,8 +130,16 @@ Q_SIGNALS:
     void DeviceAnswered(LinkStatus status);   // the search probe ended
     void ValueStateChanged(ValueState state); // before the refresh of the poll that changed it
     void TableRefreshed();                    // after every good transaction: shown values may be outdated
+    void UnsavedChanged();                    // before the WriteEnded or DownloadEnded that it comes with
 
 private:
+    void CountExchange(LinkStatus status);
+    void ShowUnsaved(bool changed);
+    std::int32_t ValueOfWord(std::int16_t tag, LinkTransaction transaction, std::int32_t index) const;
+    bool TakeConfirmed(std::int16_t tag);
+    bool TakeConfirmedDownload();
+    void TakeUnconfirmed(LinkTransaction transaction);
+    bool TakePolledSettings();
     void SendNextWriteLater();
     void WriteComplete();
     void WriteFailed(std::int16_t written, LinkStatus status);
@@ -142,6 +161,9 @@ private:
     Dependencies dependencies_;
     Mbaxp mbaxp1_;
     ValueWatch values_;
+    LineQuality quality_;
+    UnsavedWrites unsaved_;
+    std::vector<std::int32_t> polled_; // the last poll's values by tag
     std::int16_t timeoutCount_ = 0;
     std::int16_t crcErrorCount_ = 0;
     CommSettings comm_;

@@ -8,16 +8,9 @@
 #include "support/ProgramVersion.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ztv {
-
-namespace {
-
-bool IsCommand(std::int16_t tag) {
-    return tag == ParamDefines::SaveCommand || tag == ParamDefines::ReinitCommand;
-}
-
-} // namespace
 
 ClassZentrova::ClassZentrova(const QString &programFolder) {
     InitParamsFromPresetsFile(programFolder);
@@ -68,6 +61,16 @@ std::int32_t ClassZentrova::ValueToDownload(std::int16_t Tag) const {
     return IsCommand(Tag) ? ParamDefines::NoCommand : SentValue(Tag);
 }
 
+bool ClassZentrova::IsCommand(std::int16_t tag) {
+    return tag == ParamDefines::SaveCommand || tag == ParamDefines::ReinitCommand;
+}
+
+void ClassZentrova::FileChanged(bool changed) {
+    if (std::exchange(fileChanged_, changed) != changed && fileChangesTurned_) {
+        fileChangesTurned_();
+    }
+}
+
 void ClassZentrova::TakeWaitingValues() {
     for (std::int16_t tag = 0; tag < ParamCount(); ++tag) {
         if (!IsCommand(tag)) {
@@ -89,7 +92,7 @@ void ClassZentrova::Write(std::int16_t tag, std::int32_t value, Enqueue enqueue)
     if (ParamReadOnly(tag) || IsThere(tag, value)) {
         return;
     }
-    fileChanged_ = true;
+    FileChanged(true);
     (queue_.*enqueue)({.tag = tag, .value = value, .isCommand = IsCommand(tag)});
     SendWaitingWrites();
 }
@@ -181,7 +184,7 @@ bool ClassZentrova::SaveFile(const QString &FileName) {
     WriteSettingsFile(
         FileName, rows,
         {.notes = fileNotes_, .swVersion = ProgramVersion(), .userUnits = ParamLookUp(displayUnit, 0)});
-    fileChanged_ = false;
+    FileChanged(false);
     return false;
 }
 
