@@ -217,7 +217,7 @@ void LinkSession::CountExchange(LinkStatus status) {
     }
 }
 
-void LinkSession::ShowUnsaved(bool changed) {
+void LinkSession::ReportUnsaved(bool changed) {
     if (changed) {
         Q_EMIT UnsavedChanged();
     }
@@ -280,7 +280,7 @@ void LinkSession::SendNextWriteLater() {
 void LinkSession::WriteComplete() {
     const std::int16_t written = WrittenParameter();
     zentrova_.ParamWritePending(written, false);
-    ShowUnsaved(TakeConfirmed(written));
+    ReportUnsaved(TakeConfirmed(written));
     Q_EMIT WriteEnded(written, LinkStatus::NoError);
     switch (written) {
     case ParamDefines::NetworkAddress:
@@ -323,7 +323,7 @@ void LinkSession::PollComplete() {
         SetStatus(anotherSensorWord);
         return;
     }
-    ShowUnsaved(TakePolledSettings());
+    ReportUnsaved(TakePolledSettings());
     if (!zentrova_.WriteAllPending()) {
         TakePolledValues();
         values_.Polled();
@@ -414,7 +414,7 @@ void LinkSession::StartDownload() {
 
 void LinkSession::DownloadComplete() {
     zentrova_.WriteAllPending(false);
-    ShowUnsaved(TakeConfirmedDownload());
+    ReportUnsaved(TakeConfirmedDownload());
     Q_EMIT DownloadEnded(LinkStatus::NoError);
     if (!mbaxp1_.PortIsOpen()) {
         downloadOnConnect_ = false;

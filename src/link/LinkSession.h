@@ -134,7 +134,7 @@ Q_SIGNALS:
 
 private:
     void CountExchange(LinkStatus status);
-    void ShowUnsaved(bool changed);
+    void ReportUnsaved(bool changed);
     std::int32_t ValueOfWord(std::int16_t tag, LinkTransaction transaction, std::int32_t index) const;
     bool TakeConfirmed(std::int16_t tag);
     bool TakeConfirmedDownload();
