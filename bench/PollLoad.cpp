@@ -18,6 +18,7 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QSize>
 #include <QTabWidget>
 #include <QTimer>
 #include <cstdio>
@@ -29,8 +30,12 @@ namespace {
 
 // Limits as multiples of the plain labels' time.
 constexpr double pollLimit = 1.5;
+constexpr double pollLimitOfLargePage = 3;
+constexpr double resizeLimit = 25;
 constexpr double tickLimit = 1;
 constexpr double loadLimit = 5;
+constexpr QSize largeForm(1920, 1080);
+constexpr int resizes = 60;
 constexpr int ticks = 200;
 constexpr int warmUpPolls = 5; // per tab: the first polls draw the whole tab
 constexpr int polls = 20;
@@ -76,6 +81,53 @@ double ProcessorMsOfATick(FormMain &form) {
     return (Measure::ProcessorMs() - start) / ticks;
 }
 
+// Resizes the form by a few pixels at a time, as the mouse does, and paints each size.
+double ProcessorMsOfAResize(FormMain &form) {
+    const QSize before = form.size();
+    const double start = Measure::ProcessorMs();
+    for (int step = 1; step <= resizes; ++step) {
+        form.resize(before + QSize(5, 4) * step);
+        QCoreApplication::processEvents();
+    }
+    const double spent = Measure::ProcessorMs() - start;
+    form.resize(before);
+    QCoreApplication::processEvents();
+    return spent / resizes;
+}
+
+// Adds the figures of a poll on each tab, in a form of its present size. `place` says that size.
+void MeasureTabs(Figures &figures, FormMain &form, PlainLabels &labels, const QString &place, double limit) {
+    auto *animation = form.findChild<QTimer *>(QStringLiteral("Timer1"), Qt::FindDirectChildrenOnly);
+    auto *strip = form.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
+    for (int index = 0; index < strip->count(); ++index) {
+        strip->setCurrentIndex(index);
+        animation->stop(); // measured separately
+        ProcessorMsOfPolls(form.Link(), warmUpPolls);
+        const QString tab = QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key);
+        figures.Add({.name = QStringLiteral("processor time of a poll on the %1 tab%2").arg(tab, place),
+                     .value = ProcessorMsOfPolls(form.Link(), polls) / polls,
+                     .unit = QStringLiteral("ms"),
+                     .limit = limit,
+                     .peers = {PlainLabels::AsPeer(labels.ProcessorMs())},
+                     .against = PlainLabels::Name()});
+    }
+}
+
+void MeasureResizes(Figures &figures, FormMain &form, PlainLabels &labels) {
+    auto *strip = form.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
+    for (int index = 0; index < strip->count(); ++index) {
+        strip->setCurrentIndex(index);
+        ProcessorMsOfAResize(form); // warm-up: loads the sizes of the font
+        const QString tab = QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key);
+        figures.Add({.name = QStringLiteral("processor time of another size of the %1 tab").arg(tab),
+                     .value = ProcessorMsOfAResize(form),
+                     .unit = QStringLiteral("ms"),
+                     .limit = resizeLimit,
+                     .peers = {PlainLabels::AsPeer(labels.ProcessorMs())},
+                     .against = PlainLabels::Name()});
+    }
+}
+
 double LoadPercent(LinkSession &link) {
     int seen = 0;
     const QMetaObject::Connection counter =
@@ -118,19 +170,15 @@ void MeasurePollLoad(Figures &figures) {
                  .against = PlainLabels::Name()});
     form.GoOnline(ConnectPrompt::Skip);
 
+    MeasureTabs(figures, form, labels, {}, pollLimit);
+    const QSize least = form.size();
+    form.resize(largeForm);
+    MeasureTabs(figures, form, labels,
+                QStringLiteral(" at %1x%2").arg(largeForm.width()).arg(largeForm.height()),
+                pollLimitOfLargePage);
+    MeasureResizes(figures, form, labels);
+    form.resize(least);
     auto *strip = form.findChild<QTabWidget *>(QStringLiteral("TabStrip1"));
-    for (int index = 0; index < strip->count(); ++index) {
-        strip->setCurrentIndex(index);
-        animation->stop(); // measured separately
-        ProcessorMsOfPolls(form.Link(), warmUpPolls);
-        figures.Add({.name = QStringLiteral("processor time of a poll on the %1 tab")
-                                 .arg(QString::fromLatin1(Tab::Table[static_cast<std::size_t>(index)].key)),
-                     .value = ProcessorMsOfPolls(form.Link(), polls) / polls,
-                     .unit = QStringLiteral("ms"),
-                     .limit = pollLimit,
-                     .peers = {PlainLabels::AsPeer(labels.ProcessorMs())},
-                     .against = PlainLabels::Name()});
-    }
     strip->setCurrentIndex(0);
     animation->start();
     ProcessorMsOfPolls(form.Link(), warmUpPolls);

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Takes new pictures for the documents: tours the program offscreen and copies the pictures that the documents show to
-# docs/pictures. The tour names the pictures.
+# docs/pictures. The tour names the pictures. `build/release/bin/ztv-tour --tabs --size 1920x1080 FOLDER` takes those of the
+# tabs in a window of another size.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

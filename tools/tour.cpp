@@ -62,19 +62,38 @@ void Watch(int milliseconds) {
 
 class Tour {
 public:
-    // Saves only the pictures whose names match `wanted`.
+    // Saves only the pictures whose names match `wanted`. The main form has the size `size`.
     Tour(FormMain &form, UserDialogs &dialogs, SettingsStore &settings, const QString &folder,
-         const QRegularExpression &wanted)
+         const QRegularExpression &wanted, const QSize &size)
         : form_(form),
           dialogs_(dialogs),
           settings_(settings),
           folder_(folder),
-          wanted_(wanted) {}
+          wanted_(wanted) {
+        form_.show();
+        form_.setMinimumSize(0, 0); // that of the offscreen screen, which differs by the scale factor
+        form_.resize(size);
+    }
+
+    // Visits only the tabs: offline, online and when the values are no longer live.
+    bool RunOverTabs() {
+        TabPictures(QStringLiteral("-offline"));
+        form_.GoOnline(ConnectPrompt::Skip);
+        Watch(1000);
+        TabPictures({});
+        form_.GoOffline();
+        TabPictures(QStringLiteral("-stale"));
+        return ok_;
+    }
 
     bool Run() {
-        form_.show();
         TabPictures(QStringLiteral("-offline")); // before any sensor was read
         FormReadWrite direction(form_.hHelp(), &form_);
+        direction.Explain(TextOf({.values = 95,
+                                  .sensor = {},
+                                  .file = QStringLiteral("machine7.ztv"),
+                                  .edits = {QStringLiteral("Near Distance"), QStringLiteral("Far Distance")},
+                                  .backupFor = QStringLiteral("10427")}));
         direction.show();
         Picture(direction, QStringLiteral("read-write"));
         direction.close();
@@ -243,6 +262,7 @@ private:
     void WizardPictures() {
         for (const int use : {0, 1}) {
             frmWizard wizard(form_.Zentrova(), dialogs_, form_.hHelp(), &form_);
+            form_.ConnectWizard(wizard);
             wizard.show();
             const auto press = [&wizard](const char *name) {
                 wizard.findChild<QAbstractButton *>(QString::fromLatin1(name))->click();
@@ -274,6 +294,10 @@ private:
                 leave("diameters");
                 Picture(wizard, QStringLiteral("wizard-core-not-recorded"));
                 press("CommandRecordDistance(2)");
+                wizard.ShowState(ValueState::Stale); // as on a dead line
+                Picture(wizard, QStringLiteral("wizard-no-answer"));
+                wizard.ShowState(ValueState::Live);
+                Watch(1000);
                 leave("core");
                 press("OptionDriveMode(0)");
                 leave("drive");
@@ -535,7 +559,10 @@ int main(int argc, char *argv[]) {
     const QCommandLineOption only(QStringLiteral("only"),
                                   QStringLiteral("Keep the pictures whose names match this."),
                                   QStringLiteral("expression"));
-    options.addOptions({dark, fontSize, only});
+    const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("With a main window of that size."),
+                                  QStringLiteral("width x height"), QStringLiteral("680x596"));
+    const QCommandLineOption tabs(QStringLiteral("tabs"), QStringLiteral("Visit the tabs alone."));
+    options.addOptions({dark, fontSize, only, size, tabs});
     options.addHelpOption();
     options.addPositionalArgument(QStringLiteral("FOLDER"), QStringLiteral("Where the pictures go."));
     options.addPositionalArgument(QStringLiteral("HELP_FOLDER"),
@@ -545,6 +572,12 @@ int main(int argc, char *argv[]) {
     QStringList arguments = options.positionalArguments();
     if (arguments.isEmpty() || arguments.size() > 2) {
         options.showHelp(2);
+    }
+    const QStringList sides = options.value(size).split(u'x');
+    const QSize formSize(sides.value(0).toInt(), sides.value(1).toInt());
+    if (sides.size() != 2 || formSize.isEmpty()) {
+        std::fprintf(stderr, "A size is width x height, as 1366x768.\n");
+        return 2;
     }
     if (options.isSet(dark)) {
         QApplication::setPalette(DarkPalette());
@@ -586,7 +619,8 @@ int main(int argc, char *argv[]) {
                    .programFolder = ProgramFolder(),
                    .arguments = {QStringLiteral("/CHECKOUT")},
                    .ctrlKeyIsDown = [] { return false; }});
-    const bool toured = Tour(form, dialogs, settings, folder, QRegularExpression(options.value(only))).Run();
+    Tour tour(form, dialogs, settings, folder, QRegularExpression(options.value(only)), formSize);
+    const bool toured = options.isSet(tabs) ? tour.RunOverTabs() : tour.Run();
     const bool gave = arguments.size() == 1 || GiveHelpItsPictures(folder, arguments.at(1));
     return toured && gave ? EXIT_SUCCESS : EXIT_FAILURE;
 }

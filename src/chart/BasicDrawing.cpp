@@ -15,7 +15,9 @@ static_assert(BasicLayout::Panels.size() == static_cast<std::size_t>(ControlId::
 static_assert(BasicLayout::Panels.size() + BasicLayout::Labels.size() ==
               static_cast<std::size_t>(ControlId::TextParam));
 static_assert(ControlId::LabelParam == Member(ControlId::TextParam, BasicFields::Table.size()));
-static_assert(ControlId::PicRelay == Member(ControlId::LabelParam, BasicFields::Table.size()));
+static_assert(ControlId::LampRelay == Member(ControlId::LabelParam, BasicFields::Table.size()));
+static_assert(ControlId::MarkRelay == Member(ControlId::LampRelay, BasicLayout::Lamps.size()));
+static_assert(ControlId::PicRelay == Member(ControlId::MarkRelay, BasicLayout::Relays.size()));
 
 Control Placed(const Name &name, std::optional<ControlId> parent, const BasicFields::Rectangle &place) {
     return {.name = name,
@@ -52,6 +54,8 @@ void AddLabels(std::vector<Control> &controls) {
         controls.push_back(Placed(label.name, label.parent, label.place));
         controls.back().caption = QString::fromLatin1(label.caption);
         controls.back().visible = label.visible;
+        controls.back().colour = label.colour;
+        controls.back().measured = label.measured;
     }
 }
 
@@ -68,6 +72,33 @@ void AddFields(std::vector<Control> &controls) {
     for (const BasicFields::Field &field : BasicFields::Table) {
         controls.push_back(Placed({"LabelParam", index}, ParentOf(field), field.label));
         controls.back().caption = QString::fromLatin1(field.caption);
+        ++index;
+    }
+}
+
+void AddLamps(std::vector<Control> &controls) {
+    int index = 0;
+    for (const BasicLayout::Lamp &lamp : BasicLayout::Lamps) {
+        controls.push_back(Placed({"LampRelay", index}, ControlId::FrameGraphGroup, lamp.place));
+        controls.back().caption = QString::number(index + 1);
+        controls.back().colour = lamp.colour;
+        controls.back().figure = Figure::Lamp;
+        controls.back().measured = true;
+        ++index;
+    }
+}
+
+void AddMarks(std::vector<Control> &controls) {
+    int index = 0;
+    for (const BasicLayout::Relay &relay : BasicLayout::Relays) {
+        controls.push_back({.name = {"MarkRelay", index},
+                            .parent = ControlId::FrameGraph,
+                            .width = BasicLayout::MarkWidth,
+                            .height = BasicLayout::MarkHeight,
+                            .visible = false});
+        controls.back().caption = QString::number(BasicLayout::RelayOf(index));
+        controls.back().figure = Figure::Warning;
+        controls.back().colour = relay.colour;
         ++index;
     }
 }
@@ -104,6 +135,8 @@ BasicDrawing::BasicDrawing()
     AddPanels(controls_);
     AddLabels(controls_);
     AddFields(controls_);
+    AddLamps(controls_);
+    AddMarks(controls_);
     AddRelays(controls_, lines_);
 }
 

@@ -35,6 +35,9 @@ public:
     Drawing::Colour ColourOf(const Drawing::Shape &shape) const {
         return Present(shape.fill, shape.measured);
     }
+    Drawing::Colour ColourOf(const Drawing::Control &control) const {
+        return Present(control.colour, control.measured);
+    }
 
     // In the order of LineId and ControlId, which is the painting order; the curve is painted last.
     const std::vector<Drawing::Line> &Lines() const { return lines_; }

@@ -70,10 +70,12 @@ inline constexpr std::array Table = {
     Field{ParamDefines::ManualOutput, "Manual Output", Home::ManOutput, 105, 345, {30, 0, 885, 345}, false},
 };
 
-// Indices of the fields that the chart moves, hides or disables.
+// Indices of the fields that the chart moves, hides, disables or enlarges.
 inline constexpr int FarVoltage = 0;
 inline constexpr int NearVoltage = 1;
 inline constexpr int NearDistance = 3;
+inline constexpr int ActualDistance = 6;
+inline constexpr int OutputVoltage = 7;
 
 } // namespace BasicFields
 

@@ -7,6 +7,8 @@
 #include "model/ParamDefines.h"
 #include "model/RollGeometry.h"
 
+#include <algorithm>
+
 namespace ztv {
 
 using enum Drawing::ControlId;
@@ -21,6 +23,7 @@ struct Parts {
     bool line0V = false;
     bool line10V = false;
     bool slope = false;
+    bool diameter = false;
 };
 
 Parts PartsOf(std::int32_t mode) {
@@ -30,7 +33,7 @@ Parts PartsOf(std::int32_t mode) {
     case ParamDefines::LinearMode:
         return {.farVoltage = true, .nearVoltage = true, .line0V = true, .line10V = true, .slope = true};
     case ParamDefines::HyperbolicMode:
-        return {.farVoltage = true, .line10V = true};
+        return {.farVoltage = true, .line10V = true, .diameter = true};
     default:
         return {};
     }
@@ -68,6 +71,8 @@ void BasicGraph::ShowPartsOf(std::int32_t mode) {
     drawing_.At(Line0V).visible = parts.line0V;
     drawing_.At(Line10V).visible = parts.line10V;
     drawing_.At(LineLinearSlope).visible = parts.slope;
+    drawing_.At(LabelDiameter).visible = parts.diameter;
+    PlaceDiameter();
     mode_ = mode;
 }
 
@@ -195,6 +200,20 @@ void BasicGraph::MoveDistanceCursor() {
 
     Drawing::Control &reading = drawing_.At(FrameActualDist);
     reading.left = graph.left + cursor.x1 - reading.width / 2 + 7;
+    PlaceDiameter();
+}
+
+// Puts the diameter at the right of the line between the distance and its cursor, or at the left where there
+// is no room.
+void BasicGraph::PlaceDiameter() {
+    using namespace BasicLayout;
+    Drawing::Control &diameter = drawing_.At(LabelDiameter);
+    if (!diameter.visible) {
+        return;
+    }
+    const float line = drawing_.At(FrameActualDist).left + drawing_.At(LineDistExt, 1).x1;
+    const bool fits = line + DiameterGap + diameter.width <= DiameterRight;
+    diameter.left = fits ? line + DiameterGap : line - DiameterGap - diameter.width;
 }
 
 void BasicGraph::MoveVoltageCursor() {
@@ -226,6 +245,16 @@ void BasicGraph::MoveTarget() {
     Drawing::Control &space = drawing_.At(FrameZentrova);
     target.left = drawing_.At(FrameGraph).left + drawing_.At(LineDistExt).x1;
     space.width = target.left - space.left;
+    ShowNoEcho(target);
+}
+
+// Says in the target's place that there is none. An echo that isn't a present one is no news.
+void BasicGraph::ShowNoEcho(const Drawing::Control &target) {
+    Drawing::Control &noEcho = drawing_.At(LabelNoEcho);
+    noEcho.visible = drawing_.MeasuredIsLive() && !target.visible;
+    if (noEcho.visible) {
+        noEcho.left = std::min(target.left, BasicLayout::VisibleRight - noEcho.width);
+    }
 }
 
 } // namespace ztv

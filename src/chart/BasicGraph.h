@@ -56,8 +56,10 @@ private:
     void MovePulse();
     void TurnRails();
     void MoveDistanceCursor();
+    void PlaceDiameter();
     void MoveVoltageCursor();
     void MoveTarget();
+    void ShowNoEcho(const Drawing::Control &target);
 
     ClassZentrova &zentrova_;
     BasicDrawing &drawing_;

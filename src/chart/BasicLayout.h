@@ -51,7 +51,12 @@ struct Label {
     BasicFields::Rectangle place = {};
     const char *caption = "";
     bool visible = true;
+    Drawing::Colour colour = Text;
+    bool measured = false;
 };
+
+// The right edge of the part of the page that the smallest window shows.
+inline constexpr float VisibleRight = 9450;
 
 inline constexpr std::array Labels = {
     Label{{"LabelMode"}, FrameGraphGroup, BasicFields::LabelMode, "Mode:", true},
@@ -59,6 +64,10 @@ inline constexpr std::array Labels = {
     Label{{"Label3"}, FrameGraphGroup, {9075, 480, 645, 240}, "Off", true},
     Label{{"LabelTarget"}, FrameTarget, {60, 480, 1095, 240}, "TARGET", true},
     Label{{"LabelRelayDist"}, FrameGraphGroup, {4680, 3360, 675, 195}, "RelayDist", false},
+    Label{{"LabelRelays"}, FrameGraphGroup, {7725, 0, 855, 240}, "Relays"},
+    Label{{"LabelEcho"}, FrameRange, {0, 180, 600, 510}, "Echo", true, Text, true},
+    Label{{"LabelNoEcho"}, FrameRange, {4800, 240, 1215, 1095}, "NO ECHO", false, Amber},
+    Label{{"LabelDiameter"}, FrameGraphGroup, {5100, 780, 1350, 240}, "Diameter", false, Text, true},
 };
 
 constexpr Drawing::Line Measured(Drawing::Line line) {
@@ -98,6 +107,24 @@ inline constexpr std::array Shapes = {
     Target,
 };
 
+// The lamps in the legend, one for each relay.
+struct Lamp {
+    std::int16_t state; // the parameter
+    BasicFields::Rectangle place;
+    Drawing::Colour colour;
+};
+
+inline constexpr std::array Lamps = {
+    Lamp{ParamDefines::Relay1State, {8640, 15, 390, 210}, Blue},
+    Lamp{ParamDefines::Relay2State, {9060, 15, 390, 210}, Olive},
+};
+
+// The horizontal gap between the line of the distance and the diameter beside it.
+inline constexpr float DiameterGap = 60;
+
+// The diameter ends there at the latest, where the output voltage begins.
+inline constexpr float DiameterRight = 8565;
+
 // The markers PicRelay: vertical strips of the chart with a LineRelay in the middle.
 inline constexpr float RelayTop = 100;
 inline constexpr float RelayWidth = 25;
@@ -119,6 +146,23 @@ inline constexpr std::array Relays = {
     Relay{ParamDefines::Relay1OffThreshold, "Relay 1 Off Threshold", 480, -55, Blue, DashDot},
     Relay{ParamDefines::Relay2OffThreshold, "Relay 2 Off Threshold", 5880, -55, Olive, DashDot},
 };
+
+// Returns the number of the relay to which a marker belongs. The markers are those of "on", then of "off".
+constexpr int RelayOf(int marker) {
+    return marker % static_cast<int>(Lamps.size()) + 1;
+}
+constexpr bool IsOn(int marker) {
+    return marker < static_cast<int>(Lamps.size());
+}
+
+// The marks at thresholds outside the range. Each stands at the inner side of its marker, in the row of its
+// relay: the upper rows for "on", the lower ones for "off".
+inline constexpr float MarkWidth = 330;
+inline constexpr float MarkHeight = 180;
+inline constexpr float MarkGap = 90;
+
+// Half the width of the number that a marker has.
+inline constexpr float HalfNumber = 60;
 
 } // namespace BasicLayout
 

@@ -25,9 +25,15 @@ enum class ControlId {
     Label3,
     LabelTarget,
     LabelRelayDist,
+    LabelRelays,
+    LabelEcho,
+    LabelNoEcho,
+    LabelDiameter,
     TextParam,
     LabelParam = TextParam + 9,
-    PicRelay = LabelParam + 9,
+    LampRelay = LabelParam + 9,
+    MarkRelay = LampRelay + 2,
+    PicRelay = MarkRelay + 4,
 };
 
 enum class LineId {
@@ -53,9 +59,10 @@ constexpr Id Member(Id array, int index) {
     return static_cast<Id>(static_cast<int>(array) + index);
 }
 
-enum class Colour { Text, Blue, Green, Red, Olive, Gray, Dimmed };
+enum class Colour { Text, Blue, Green, Red, Olive, Amber, Gray, Dimmed };
 enum class LineStyle { Solid, Dot, Dash, DashDot };
 enum class Outline { Rectangle, Circle };
+enum class Figure { None, Lamp, Warning };
 
 struct Name {
     std::string_view text;
@@ -99,7 +106,8 @@ struct Shape {
     bool measured = false;
 };
 
-// A frame, label, text box or relay marker. Its widget takes its place, appearance and texts from here.
+// A frame, label, text box, lamp, mark or relay marker. Its widget takes its place, appearance and texts from
+// here.
 struct Control {
     Name name;
     std::optional<ControlId> parent; // none: the page itself
@@ -113,6 +121,10 @@ struct Control {
     bool held = false; // by the user: nothing else moves it
     QString caption = {};
     QString toolTip = {};
+    Colour colour = Colour::Text;
+    Figure figure = Figure::None;
+    bool lit = false;      // a lamp: filled
+    bool measured = false; // shows a value that the sensor measures
 
     bool operator==(const Control &) const = default;
 };

@@ -41,6 +41,8 @@ void RelayDrag::MouseDown(int marker, bool leftButton, float x) {
         grip.home = drawing_.At(PicRelay, marker).left;
     }
     MarkHeld(marker);
+    focused_.reset(); // hides the label at the release
+    HideLabelIfIdle();
 }
 
 void RelayDrag::MouseMove(int marker, bool leftButtonAlone, float x) {
@@ -90,9 +92,28 @@ void RelayDrag::LetGo(int marker) {
     HideLabelIfIdle();
 }
 
+void RelayDrag::ShowFocused(int marker) {
+    focused_ = marker;
+    Follow();
+}
+
+void RelayDrag::HideFocused(int marker) {
+    if (focused_ == marker) {
+        focused_.reset();
+        HideLabelIfIdle();
+    }
+}
+
+void RelayDrag::Follow() {
+    if (focused_) {
+        ShowLabel(*focused_);
+    }
+}
+
 void RelayDrag::HideLabelIfIdle() {
     drawing_.At(LabelRelayDist).visible =
         std::any_of(grips_.begin(), grips_.end(), [](const Grip &grip) { return grip.moved; });
+    Follow();
 }
 
 float RelayDrag::PlaceOf(std::int32_t value) const {

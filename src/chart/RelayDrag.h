@@ -37,6 +37,13 @@ public:
     bool StepValue(int marker, std::int32_t raw);
     void LetGo(int marker);
 
+    // Shows the label also while the keyboard is at a marker that doesn't move.
+    void ShowFocused(int marker);
+    void HideFocused(int marker);
+
+    // Shows the present value and place of the marker that has the keyboard.
+    void Follow();
+
 private:
     struct Grip {
         bool pressed = false;
@@ -63,6 +70,7 @@ private:
     ClassZentrova &zentrova_;
     BasicDrawing &drawing_;
     std::array<Grip, 4> grips_;
+    std::optional<int> focused_;
 };
 
 } // namespace ztv

@@ -1,5 +1,6 @@
 #include "link/LinkSession.h"
 
+#include "link/FailureText.h"
 #include "link/LineCodes.h"
 #include "link/SerialPorts.h"
 #include "model/CheckedAt.h"
@@ -23,7 +24,6 @@ constexpr std::int16_t singleWritePeriodMs = 1000;
 constexpr std::int16_t addressingProbePeriodMs = 500;
 constexpr std::int16_t downloadPeriodMs = 4000;
 
-const QString anotherSensorWord = QStringLiteral("Another sensor: go offline and online");
 const QString valuesHeldWord =
     QStringLiteral("Values aren't read since a file couldn't be opened: go offline and online");
 const QString portNotReopenedWord =
@@ -43,10 +43,6 @@ std::vector<bool> Settings(const ClassZentrova &zentrova) {
         settings.push_back(!zentrova.ParamReadOnly(tag) && !ClassZentrova::IsCommand(tag));
     }
     return settings;
-}
-
-QString WordsOf(LinkStatus status) {
-    return status == LinkStatus::AnotherSensor ? anotherSensorWord : MbaxpErrorDesc(status);
 }
 
 } // namespace
@@ -101,6 +97,7 @@ LinkSession::ConnectOutcome LinkSession::GoOnline(ConnectPrompt prompt) {
     anotherSensor_ = false;
     quality_.Clear();
     unsaved_.WentOnline();
+    sensor_.Connected();
     zentrova_.ForgetPendingWrites(); // their outcomes were lost with the connection before
     mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, comm_.address, addressingMarkRegister, 1,
                                 addressingProbePeriodMs);
@@ -118,6 +115,15 @@ QString LinkSession::OpenFailureText() const {
         text += QStringLiteral("\n\n") + advice;
     }
     return text;
+}
+
+QString LinkSession::OpenFailureDetail() const {
+    const std::int16_t number = mbaxp1_.PortNumber();
+    const QString device = dependencies_.deviceOfPort(number);
+    return FailureText::OfPort({.number = number,
+                                .device = device,
+                                .isThere = SerialPorts::IsThere(device),
+                                .others = SerialPorts::DescribedDevices()});
 }
 
 // Deliberate: the pending marks of a download or write under way stay until the next connection begins.
@@ -150,6 +156,7 @@ void LinkSession::StartWrite(std::int16_t Tag, std::int32_t value) {
             Qt::QueuedConnection);
         return;
     }
+    Q_EMIT AboutToWrite();
     mbaxp1_.RegisterValue(LinkTransaction::SingleWrite, 0, Global::SignedFromUnsigned(value));
     mbaxp1_.Tag(QString::number(Tag));
     mbaxp1_.TriggerOnce(LinkTransaction::SingleWrite);
@@ -189,7 +196,7 @@ void LinkSession::TransactionFailed(LinkTransaction transaction, LinkStatus stat
         WriteFailed(WrittenParameter(), status);
         return;
     }
-    SetStatus(WordsOf(status));
+    SetStatus(FailureText::WordsOf(status));
     switch (transaction) {
     case LinkTransaction::Poll:
         // Deliberate: no number of timeouts takes the link offline; past 32767 either count is a fault, which
@@ -281,6 +288,7 @@ void LinkSession::WriteComplete() {
     const std::int16_t written = WrittenParameter();
     zentrova_.ParamWritePending(written, false);
     ReportUnsaved(TakeConfirmed(written));
+    sensor_.Confirmed(written, zentrova_.SentValue(written));
     Q_EMIT WriteEnded(written, LinkStatus::NoError);
     switch (written) {
     case ParamDefines::NetworkAddress:
@@ -305,8 +313,10 @@ void LinkSession::WriteComplete() {
 // Keeps the write under way until the handlers return: a write that is asked for behind the box of one of
 // them could fail and open a second box over the first.
 void LinkSession::WriteFailed(std::int16_t written, LinkStatus status) {
-    SetStatus(WordsOf(status));
+    SetStatus(FailureText::WordsOf(status));
     zentrova_.ParamWritePending(written, false);
+    zentrova_.MarkWriteFailed(written);
+    Q_EMIT WriteFailureMarked(written);
     {
         const QScopedValueRollback<bool> guard(reportsFailure_, true);
         Q_EMIT WriteEnded(written, status);
@@ -320,7 +330,7 @@ void LinkSession::PollComplete() {
     anotherSensor_ = AnswersWithAnotherAddressing();
     if (anotherSensor_) {
         values_.Held();
-        SetStatus(anotherSensorWord);
+        SetStatus(FailureText::WordsOf(LinkStatus::AnotherSensor));
         return;
     }
     ReportUnsaved(TakePolledSettings());
@@ -349,13 +359,13 @@ void LinkSession::TakeAddressingMode(std::uint8_t mode) {
 }
 
 void LinkSession::TakePolledValues() {
-    const std::int16_t count = zentrova_.ParamCount();
-    for (std::int16_t tag = 1; tag < count; ++tag) {
-        if (zentrova_.ParamWritePending(tag)) {
-            continue;
+    sensor_.Polled(zentrova_.ParamCount(), [this](std::int16_t tag) {
+        const std::int32_t value = polled_[static_cast<std::size_t>(tag)];
+        if (!zentrova_.ParamWritePending(tag)) {
+            zentrova_.ParamUpdate(tag, value);
         }
-        zentrova_.ParamUpdate(tag, polled_[static_cast<std::size_t>(tag)]);
-    }
+        return value;
+    });
 }
 
 void LinkSession::AddressingProbeComplete() {
@@ -400,6 +410,7 @@ void LinkSession::StartDownload() {
     if (anotherSensor_) {
         status = LinkStatus::AnotherSensor;
     } else {
+        Q_EMIT AboutToWrite();
         mbaxp1_.TriggerOnce(LinkTransaction::Download);
         if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) { // refused, as a single write may be
             status = mbaxp1_.LastError();

@@ -6,6 +6,7 @@
 #include "link/LinkStatus.h"
 #include "link/LinkTransaction.h"
 #include "link/Mbaxp.h"
+#include "link/SensorValues.h"
 #include "link/UnsavedWrites.h"
 #include "link/ValueWatch.h"
 #include "model/ClassZentrova.h"
@@ -55,6 +56,10 @@ public:
     // The settings that the sensor forgets when it loses power.
     const UnsavedWrites &Unsaved() const { return unsaved_; }
 
+    // The values that the sensor was last known to hold, which the table's may differ from.
+    const SensorValues &Sensor() const { return sensor_; }
+    const ClassZentrova &Table() const { return zentrova_; }
+
     // Subtracted from a parameter number to get its register address.
     std::uint8_t AddressingMode() const { return addressingMode_; }
 
@@ -83,6 +88,9 @@ public:
 
     // Describes why the last OpenPort failed: code, text, and advice where there is some.
     QString OpenFailureText() const;
+
+    // Names the port, its device, and the devices that there are.
+    QString OpenFailureDetail() const;
 
     // True where the adapter echoes what is sent; the copies are removed from the input. Known once a read
     // was answered.
@@ -118,6 +126,9 @@ public:
     void TransactionFailed(LinkTransaction transaction, LinkStatus status);
 
 Q_SIGNALS:
+    void AboutToWrite();                       // before a write or download is handed to the master
+    void WriteFailureMarked(std::int16_t tag); // in the table, before WriteEnded reports it
+
     // Report the outcome of a write or download. The session continues after the handlers return. A handler
     // may turn the event loop.
     void WriteEnded(std::int16_t tag, LinkStatus status);
@@ -164,6 +175,7 @@ private:
     LineQuality quality_;
     UnsavedWrites unsaved_;
     std::vector<std::int32_t> polled_; // the last poll's values by tag
+    SensorValues sensor_;
     std::int16_t timeoutCount_ = 0;
     std::int16_t crcErrorCount_ = 0;
     CommSettings comm_;

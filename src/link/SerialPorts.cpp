@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QSerialPortInfo>
+#include <algorithm>
 
 #ifdef Q_OS_UNIX
 #include <QFile>
@@ -96,6 +97,20 @@ QStringList AvailableDevices(const QString &byIdFolder) {
         }
     }
     return devices;
+}
+
+QStringList DescribedDevices() {
+    const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
+    QStringList described;
+    for (const QString &device : AvailableDevices()) {
+        const QString target = QFileInfo(device).canonicalFilePath();
+        const auto port = std::find_if(ports.begin(), ports.end(), [&](const QSerialPortInfo &candidate) {
+            return DeviceOf(candidate) == device || DeviceOf(candidate) == target;
+        });
+        const QString description = port == ports.end() ? QString() : port->description();
+        described.append(description.isEmpty() ? device : QStringLiteral("%1 (%2)").arg(device, description));
+    }
+    return described;
 }
 
 bool IsThere(const QString &device) {

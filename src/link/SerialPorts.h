@@ -32,6 +32,9 @@ QString ChosenDevice(const SettingsStore &settings, std::int16_t number);
 // that they are plugged into, then the others.
 QStringList AvailableDevices(const QString &byIdFolder = QStringLiteral("/dev/serial/by-id"));
 
+// Lists the same devices with what the machine knows of each, as in "/dev/ttyUSB0 (FT232R USB UART)".
+QStringList DescribedDevices();
+
 bool IsThere(const QString &device);
 
 // Returns advice about a device that this user may not open; empty when permission isn't the cause.

@@ -12,6 +12,12 @@
 
 namespace ztv {
 
+namespace {
+
+const QString noNotes = QStringLiteral(" "); // a settings file is never without notes
+
+} // namespace
+
 ClassZentrova::ClassZentrova(const QString &programFolder) {
     InitParamsFromPresetsFile(programFolder);
 }
@@ -21,7 +27,12 @@ void ClassZentrova::InitParamsFromPresetsFile(const QString &programFolder) {
     rows_.reserve(presets.rows.size());
     for (PresetRow &preset : presets.rows) {
         const std::int32_t value = preset.value;
-        rows_.push_back({.preset = std::move(preset), .value = value, .writePending = false, .group = {}});
+        rows_.push_back({.preset = std::move(preset),
+                         .value = value,
+                         .writePending = false,
+                         .group = {},
+                         .unedited = value,
+                         .writeFailed = false});
     }
     units_ = UnitTable(std::move(presets.units));
 }
@@ -106,6 +117,7 @@ void ClassZentrova::SendWaitingWrites() {
         const WriteQueue::Write write = *queue_.Next();
         Row &row = RowOf(write.tag);
         row.value = write.value;
+        row.writeFailed = false;
         if (PortIsOpen()) {
             row.writePending = true; // first, so that a poll on its way can't overwrite the value
             link_->StartWrite(write.tag, write.value);
@@ -120,6 +132,8 @@ void ClassZentrova::ParamUpdate(std::int16_t Tag, std::int32_t NewValue) {
     Row &row = RowOf(Tag);
     if (!row.writePending) {
         row.value = NewValue;
+        row.unedited = NewValue;
+        row.writeFailed = false;
     }
 }
 
@@ -139,6 +153,23 @@ bool ClassZentrova::ParamWritePending(std::int16_t Tag) const {
 void ClassZentrova::ParamWritePending(std::int16_t Tag, bool pending) {
     RowOf(Tag).writePending = pending;
 }
+bool ClassZentrova::ParamWriteFailed(std::int16_t Tag) const {
+    return RowOf(Tag).writeFailed;
+}
+void ClassZentrova::MarkWriteFailed(std::int16_t Tag) {
+    RowOf(Tag).writeFailed = true;
+}
+
+std::vector<std::int16_t> ClassZentrova::EditedRows() const {
+    std::vector<std::int16_t> tags;
+    for (std::int16_t tag = 1; tag < ParamCount(); ++tag) {
+        if (!IsCommand(tag) && ParamValue(tag) != RowOf(tag).unedited) {
+            tags.push_back(tag);
+        }
+    }
+    return tags;
+}
+
 void ClassZentrova::ForgetPendingWrites() {
     writeAllPending_ = false;
     for (Row &row : rows_) {
@@ -173,19 +204,32 @@ ValueFormat ClassZentrova::FormatOf(std::int16_t Tag) const {
 }
 
 bool ClassZentrova::SaveFile(const QString &FileName) {
+    if (fileNotes_.isEmpty()) {
+        fileNotes_ = noNotes;
+    }
+    WriteFile(FileName, fileNotes_, [this](std::int16_t tag) { return ParamValue(tag); });
+    for (std::int16_t tag = 0; tag < ParamCount(); ++tag) {
+        RowOf(tag).unedited = ParamValue(tag);
+    }
+    FileChanged(false);
+    return false;
+}
+
+void ClassZentrova::SaveCopy(const QString &fileName,
+                             const std::function<std::int32_t(std::int16_t)> &valueOf) const {
+    WriteFile(fileName, noNotes, valueOf);
+}
+
+void ClassZentrova::WriteFile(const QString &fileName, const QString &notes,
+                              const std::function<std::int32_t(std::int16_t)> &valueOf) const {
     std::vector<SettingsRow> rows;
     rows.reserve(rows_.size());
     for (std::int16_t tag = 0; tag < ParamCount(); ++tag) {
-        rows.push_back({.tag = tag, .name = ParamName(tag), .value = ParamValue(tag)});
-    }
-    if (fileNotes_.isEmpty()) {
-        fileNotes_ = QStringLiteral(" ");
+        rows.push_back({.tag = tag, .name = ParamName(tag), .value = valueOf(tag)});
     }
     WriteSettingsFile(
-        FileName, rows,
-        {.notes = fileNotes_, .swVersion = ProgramVersion(), .userUnits = ParamLookUp(displayUnit, 0)});
-    FileChanged(false);
-    return false;
+        fileName, rows,
+        {.notes = notes, .swVersion = ProgramVersion(), .userUnits = ParamLookUp(displayUnit, 0)});
 }
 
 OpenOutcome ClassZentrova::OpenFile(const QString &FileName) {
@@ -212,6 +256,8 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
     file.ForEachValue(count, [&](std::int16_t tag, std::int32_t value) {
         Row &row = RowOf(tag);
         row.value = std::max(std::min(value, row.preset.maximum), row.preset.minimum);
+        row.unedited = row.value;
+        row.writeFailed = false;
         if (download) {
             link_->DownloadValue(tag, ValueToDownload(tag));
         }

@@ -54,6 +54,10 @@ public:
     // a fault (file, database) that describes it and leaves an old file whole.
     bool SaveFile(const QString &FileName);
 
+    // Writes a settings file with the value that `valueOf` gives for each row. Leaves the table's notes and
+    // FileChangesNeedSaving as they are. Fault as above.
+    void SaveCopy(const QString &fileName, const std::function<std::int32_t(std::int16_t)> &valueOf) const;
+
     // Loads the table from a settings file, limits each value to its row's range, and downloads the values
     // while the port is open. A fault ends in Failed; the values loaded before it stay.
     OpenOutcome OpenFile(const QString &FileName);
@@ -111,6 +115,14 @@ public:
     bool ParamWritePending(std::int16_t Tag) const;
     void ParamWritePending(std::int16_t Tag, bool pending);
 
+    // True from a failed write of the row until a poll, a file or another write replaces the value.
+    bool ParamWriteFailed(std::int16_t Tag) const;
+    void MarkWriteFailed(std::int16_t Tag);
+
+    // Lists the rows whose value differs from the one that was polled, loaded or saved last: edits that no
+    // sensor and no file has. Leaves out commands.
+    std::vector<std::int16_t> EditedRows() const;
+
     // Clears the pending marks of all writes and of a download, for use when their outcomes can't arrive any
     // more.
     void ForgetPendingWrites();
@@ -143,11 +155,15 @@ private:
         std::int32_t value = 0;
         bool writePending = false;
         QString group;
+        std::int32_t unedited = 0; // the value that was polled, loaded or saved last
+        bool writeFailed = false;
     };
     using Enqueue = void (WriteQueue::*)(const WriteQueue::Write &);
 
     void InitParamsFromPresetsFile(const QString &programFolder);
     FileOpened LoadFile(const QString &fileName);
+    void WriteFile(const QString &fileName, const QString &notes,
+                   const std::function<std::int32_t(std::int16_t)> &valueOf) const;
     void Write(std::int16_t tag, std::int32_t value, Enqueue enqueue);
     void FileChanged(bool changed);
     bool IsThere(std::int16_t tag, std::int32_t value) const;

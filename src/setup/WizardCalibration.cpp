@@ -5,6 +5,9 @@
 #include "support/Fault.h"
 #include "support/Numbers.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace ztv {
 
 namespace {
@@ -39,16 +42,39 @@ const Settings &RequireRegisters(const Settings &settings) {
     return settings;
 }
 
+// Where the values go to and the margins' distances come from: the table, or a list of what would be written.
+struct Sink {
+    std::function<void(std::int16_t tag, std::int32_t value)> put;
+    std::function<std::int32_t(std::int16_t tag)> valueOf;
+};
+
 // Deliberate: compares with the presets of Near/Far Distance, but writes the presets of Min/Max Range.
-void ApplyRangeMargins(ClassZentrova &zentrova) {
-    const std::int32_t beyondFar = zentrova.ParamValue(ParamDefines::FarDistance) + rangeMargin;
-    zentrova.ParamValue(ParamDefines::MaxRange, beyondFar > zentrova.ParamPreset(ParamDefines::FarDistance)
-                                                    ? zentrova.ParamPreset(ParamDefines::MaxRange)
-                                                    : beyondFar);
-    const std::int32_t beforeNear = zentrova.ParamValue(ParamDefines::NearDistance) - rangeMargin;
-    zentrova.ParamValue(ParamDefines::MinRange, beforeNear < zentrova.ParamPreset(ParamDefines::NearDistance)
-                                                    ? zentrova.ParamPreset(ParamDefines::MinRange)
-                                                    : beforeNear);
+void PutRangeMargins(const ClassZentrova &presets, const Sink &sink) {
+    const std::int32_t beyondFar = sink.valueOf(ParamDefines::FarDistance) + rangeMargin;
+    sink.put(ParamDefines::MaxRange, beyondFar > presets.ParamPreset(ParamDefines::FarDistance)
+                                         ? presets.ParamPreset(ParamDefines::MaxRange)
+                                         : beyondFar);
+    const std::int32_t beforeNear = sink.valueOf(ParamDefines::NearDistance) - rangeMargin;
+    sink.put(ParamDefines::MinRange, beforeNear < presets.ParamPreset(ParamDefines::NearDistance)
+                                         ? presets.ParamPreset(ParamDefines::MinRange)
+                                         : beforeNear);
+}
+
+// In the order in which the sensor must receive the values.
+void Put(const ClassZentrova &presets, const Settings &settings, bool save, const Sink &sink) {
+    sink.put(ParamDefines::AnalogOutputMode, settings.outputMode);
+    if (settings.diameters) {
+        sink.put(ParamDefines::CoreDiameter, settings.diameters->core);
+        sink.put(ParamDefines::MaxDiameter, settings.diameters->max);
+    }
+    sink.put(ParamDefines::FarDistance, settings.farDistance);
+    sink.put(ParamDefines::NearDistance, settings.nearDistance);
+    PutRangeMargins(presets, sink);
+    sink.put(ParamDefines::FarVoltage, settings.farVoltage);
+    sink.put(ParamDefines::NearVoltage, settings.nearVoltage);
+    if (save) {
+        sink.put(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
+    }
 }
 
 } // namespace
@@ -87,19 +113,21 @@ Settings ForVelocity(const ClassZentrova &zentrova, const Roll &roll) {
 }
 
 void Write(ClassZentrova &zentrova, const Settings &settings, bool save) {
-    zentrova.ParamValue(ParamDefines::AnalogOutputMode, settings.outputMode);
-    if (settings.diameters) {
-        zentrova.ParamValue(ParamDefines::CoreDiameter, settings.diameters->core);
-        zentrova.ParamValue(ParamDefines::MaxDiameter, settings.diameters->max);
-    }
-    zentrova.ParamValue(ParamDefines::FarDistance, settings.farDistance);
-    zentrova.ParamValue(ParamDefines::NearDistance, settings.nearDistance);
-    ApplyRangeMargins(zentrova);
-    zentrova.ParamValue(ParamDefines::FarVoltage, settings.farVoltage);
-    zentrova.ParamValue(ParamDefines::NearVoltage, settings.nearVoltage);
-    if (save) {
-        zentrova.ParamValue(ParamDefines::SaveCommand, ParamDefines::StoreSettings);
-    }
+    Put(zentrova, settings, save,
+        {.put = [&](std::int16_t tag, std::int32_t value) { zentrova.ParamValue(tag, value); },
+         .valueOf = [&](std::int16_t tag) { return zentrova.ParamValue(tag); }});
+}
+
+std::vector<ParameterValue> ValuesOf(const ClassZentrova &zentrova, const Settings &settings, bool save) {
+    std::vector<ParameterValue> values;
+    Put(zentrova, settings, save,
+        {.put =
+             [&](std::int16_t tag, std::int32_t value) {
+                 values.push_back({tag, value});
+             },
+         .valueOf =
+             [&](std::int16_t tag) { return std::ranges::find(values, tag, &ParameterValue::tag)->value; }});
+    return values;
 }
 
 // The radius grows by half the difference of the diameters.

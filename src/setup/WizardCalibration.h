@@ -5,8 +5,17 @@
 #include <QString>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace ztv {
+
+// A raw value for a parameter.
+struct ParameterValue {
+    std::int16_t tag = 0;
+    std::int32_t value = 0;
+
+    bool operator==(const ParameterValue &) const = default;
+};
 
 // Arithmetic of the setup wizard: calculates the sensor's settings from the recorded and typed values.
 namespace WizardCalibration {
@@ -49,6 +58,10 @@ Settings ForVelocity(const ClassZentrova &zentrova, const Roll &roll);
 // Writes the settings in the order in which the sensor must receive them. After the distances, writes the
 // range limits around the distances in the table; last, if `save`, writes the save command.
 void Write(ClassZentrova &zentrova, const Settings &settings, bool save);
+
+// Returns what Write asks for, in its order, also the values that the table has already and that Write
+// therefore doesn't send.
+std::vector<ParameterValue> ValuesOf(const ClassZentrova &zentrova, const Settings &settings, bool save);
 
 // Returns the distance to the full roll's surface, with two decimals, from the distance to the empty core's
 // surface and the diameters. Throws a Fault (conversion) for a text that isn't a number.

@@ -4,11 +4,17 @@
 #include "model/ParamDefines.h"
 #include "support/Numbers.h"
 
+#include <algorithm>
+
 namespace ztv {
 
 namespace {
 
 constexpr int shownDecimals = 2;
+
+QString NameOf(const ClassZentrova &zentrova, std::int16_t tag) {
+    return QStringLiteral("%1 (%2)").arg(zentrova.ParamName(tag)).arg(tag);
+}
 
 } // namespace
 
@@ -141,9 +147,50 @@ void WizardSteps::SetStep(Step step) {
     currentStep_ = step;
 }
 
+std::vector<ParameterValue> WizardSteps::SavedRange() const {
+    return {{.tag = ParamDefines::MinRange, .value = savedMinRange_},
+            {.tag = ParamDefines::MaxRange, .value = savedMaxRange_}};
+}
+
+bool WizardSteps::RangeIsChanged() const {
+    return std::ranges::any_of(SavedRange(), [this](const ParameterValue &limit) {
+        return zentrova_.ParamValue(limit.tag) != limit.value;
+    });
+}
+
 void WizardSteps::Cancel() {
-    zentrova_.ParamValue(ParamDefines::MinRange, savedMinRange_);
-    zentrova_.ParamValue(ParamDefines::MaxRange, savedMaxRange_);
+    for (const ParameterValue &limit : SavedRange()) {
+        zentrova_.ParamValue(limit.tag, limit.value);
+    }
+}
+
+std::vector<ParameterValue> WizardSteps::Values(const WizardCalibration::Settings &outcome,
+                                                const Entries &entries) const {
+    return WizardCalibration::ValuesOf(zentrova_, outcome, entries.save);
+}
+
+std::vector<WizardSteps::Change> WizardSteps::Changes(const Entries &entries) const {
+    std::vector<Change> changes;
+    for (const auto &[tag, value] : Values(Outcome(entries), entries)) {
+        if (tag == ParamDefines::SaveCommand) {
+            changes.push_back({NameOf(zentrova_, tag), QString(), QStringLiteral("saves all")});
+        } else if (value != zentrova_.ParamValue(tag)) {
+            changes.push_back({NameOf(zentrova_, tag), BeforeText(tag), zentrova_.FormatRaw(value, tag)});
+        }
+    }
+    return changes;
+}
+
+// Adds the range limit that the sensor had before the wizard opened the range.
+QString WizardSteps::BeforeText(std::int16_t tag) const {
+    const std::int32_t value = zentrova_.ParamValue(tag);
+    QString text = zentrova_.FormatRaw(value, tag);
+    for (const ParameterValue &saved : SavedRange()) {
+        if (saved.tag == tag && saved.value != value) {
+            text += QStringLiteral(" (was %1)").arg(zentrova_.FormatRaw(saved.value, tag));
+        }
+    }
+    return text;
 }
 
 WizardCalibration::Settings WizardSteps::Outcome(const Entries &entries) const {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace ztv {
 
@@ -76,8 +77,31 @@ public:
     std::optional<QString> Next(const Entries &entries);
     void Back(const Entries &entries);
 
+    // Returns true if Cancel has range limits to restore.
+    bool RangeIsChanged() const;
+
     // Restores the range limits. Nothing else is written before Finish.
     void Cancel();
+
+    // A value that Finish will write, as texts.
+    struct Change {
+        QString parameter; // its name and number
+        QString before;
+        QString after;
+
+        bool operator==(const Change &) const = default;
+    };
+
+    // Returns the values that Finish would write now, in its order, without those that the sensor has
+    // already. Throws a Fault as Outcome does.
+    std::vector<Change> Changes(const Entries &entries) const;
+
+    // Returns all values that Finish asks for.
+    std::vector<ParameterValue> Values(const WizardCalibration::Settings &outcome,
+                                       const Entries &entries) const;
+
+    // Returns the range limits that Cancel asks for.
+    std::vector<ParameterValue> SavedRange() const;
 
     // Returns the result of the steps. Throws a Fault (conversion, overflow) for a value that can't be
     // written.
@@ -89,6 +113,7 @@ public:
 private:
     std::optional<QString> ValidateStep(const Entries &entries) const;
     void SetStep(Step step);
+    QString BeforeText(std::int16_t tag) const;
 
     ClassZentrova &zentrova_;
     Step currentStep_ = Introduction;

@@ -8,7 +8,7 @@ namespace ztv {
 
 namespace {
 
-constexpr BoxStyle information{.icon = BoxIcon::Information, .buttons = BoxButtons::Ok};
+const BoxStyle information{.icon = BoxIcon::Information, .buttons = BoxButtons::Ok};
 
 QString Usage() {
     return QStringLiteral("Usage: \n\n"

@@ -3,6 +3,8 @@
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 
+#include <QStandardPaths>
+
 namespace ztv {
 
 namespace {
@@ -46,15 +48,35 @@ void FileCommands::OpenAtStart(const QString &name) {
     const OpenOutcome outcome = dependencies_.openFile(name);
     if (outcome.result == FileOpened::Failed) {
         silentFailure_ = Failure{.isSave = false, .name = name, .reason = outcome.fault};
+    } else {
+        loadedFileName_ = name;
     }
 }
 
 void FileCommands::Open() {
+    OpenFrom(currentFileName_);
+}
+
+void FileCommands::OpenBackup() {
+    OpenFrom(dependencies_.backups.Folder());
+}
+
+bool FileCommands::NameIsABackup() const {
+    return !currentFileName_.isEmpty() && dependencies_.backups.Contains(currentFileName_);
+}
+
+// A file opened from the folder of the backups is saved elsewhere, unless the user chooses otherwise.
+QString FileCommands::NameToSuggest() const {
+    return NameIsABackup() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
+                           : currentFileName_;
+}
+
+void FileCommands::OpenFrom(const QString &suggestion) {
     if (!OfferToSaveChanges(QStringLiteral("Save changes in file %1?").arg(currentFileName_)) ||
         !DownloadIsWanted()) {
         return;
     }
-    const std::optional<QString> name = dependencies_.dialogs.OpenFileDialog(QuestionOf(currentFileName_));
+    const std::optional<QString> name = dependencies_.dialogs.OpenFileDialog(QuestionOf(suggestion));
     if (!name) {
         return;
     }
@@ -67,6 +89,7 @@ void FileCommands::Open() {
     switch (outcome.result) {
     case FileOpened::Whole:
         currentFileName_ = *name;
+        loadedFileName_ = *name;
         dependencies_.updateCaption();
         break;
     case FileOpened::InPart:
@@ -81,10 +104,9 @@ void FileCommands::Open() {
 }
 
 void FileCommands::Save(SaveAs which) {
-    const bool asks = which == SaveAs::AskedName || currentFileName_.isEmpty();
+    const bool asks = which == SaveAs::AskedName || currentFileName_.isEmpty() || NameIsABackup();
     if (asks) {
-        const std::optional<QString> name =
-            dependencies_.dialogs.SaveFileDialog(QuestionOf(currentFileName_));
+        const std::optional<QString> name = dependencies_.dialogs.SaveFileDialog(QuestionOf(NameToSuggest()));
         if (!name) {
             return;
         }
@@ -106,6 +128,7 @@ void FileCommands::Save(SaveAs which) {
         Warn(dependencies_.dialogs, QStringLiteral("Error. File not saved!"));
         return;
     }
+    loadedFileName_ = currentFileName_;
     Ask(QStringLiteral("File saved successfully."),
         {.icon = BoxIcon::Information, .buttons = BoxButtons::Ok});
     dependencies_.updateCaption();

@@ -6,7 +6,9 @@
 #include "firmware/UpgradeVersions.h"
 #include "firmware/ui/FormUpgradeFirmware.h"
 #include "help/ClassMyHtmlHelp.h"
+#include "link/DirectionText.h"
 #include "link/LinkSession.h"
+#include "link/SensorBackup.h"
 #include "link/SerialPorts.h"
 #include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
@@ -19,6 +21,7 @@
 #include "shell/CommandLine.h"
 #include "shell/FileCommands.h"
 #include "shell/FormAbout.h"
+#include "shell/LeastSize.h"
 #include "shell/LinkNotices.h"
 #include "shell/MainCommands.h"
 #include "shell/MainStatusBar.h"
@@ -27,6 +30,7 @@
 #include "shell/StripWatch.h"
 #include "shell/TabFrames.h"
 #include "shell/WindowPlacement.h"
+#include "shell/WizardOutcome.h"
 #include "support/ApplicationTitle.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
@@ -43,6 +47,7 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QLayout>
+#include <QMenu>
 #include <QTimer>
 #include <algorithm>
 #include <map>
@@ -70,8 +75,10 @@ FormMain::FormMain(Dependencies dependencies)
     const CommandLine::Options options = CommandLine::Parse(dependencies_.arguments, dependencies_.dialogs);
     AskToClearSettings(CtrlKey() != 0 || options.ClearRegistry);
     const CommSettings comm = ReadCommSettings(dependencies_.settings);
-    setMinimumSize(Controls::FromTwips(0, 0, TabFrames::LeastWidth, TabFrames::LeastHeight).size());
+    const QSize least = Controls::FromTwips(0, 0, TabFrames::LeastWidth, TabFrames::LeastHeight).size();
+    setMinimumSize(least);
     placement_->Restore();
+    leastSize_ = std::make_unique<LeastSize>(*this, least);
     zentrova_ = std::make_unique<ClassZentrova>(dependencies_.programFolder);
     const auto deviceOfPort = [this](std::int16_t number) {
         return SerialPorts::DeviceOfPort(dependencies_.settings, number);
@@ -80,6 +87,7 @@ FormMain::FormMain(Dependencies dependencies)
         *zentrova_, LinkSession::Dependencies{.deviceOfPort = deviceOfPort,
                                               .askDirection = [this] { return AskDirection(); }});
     linkNotices_ = std::make_unique<LinkNotices>(*link_, dependencies_.dialogs);
+    backup_ = std::make_unique<SensorBackup>(*link_, *zentrova_, BackupFiles(dependencies_.backupFolder));
     bootComm_ = std::make_unique<BootComm>(SerialBootLine::Opener(deviceOfPort), &link_->Mbaxp1().Tap());
     upgradeVersions_ = std::make_unique<UpgradeVersions>(*link_, *zentrova_);
     link_->Comm(comm);
@@ -191,14 +199,19 @@ void FormMain::BuildFileCommands() {
         .dialogs = dependencies_.dialogs,
         .changesNeedSaving = [this] { return zentrova_->FileChangesNeedSaving(); },
         .portIsOpen = [this] { return link_->PortIsOpen(); },
-        .openFile = [this](const QString &name) { return zentrova_->OpenFile(name); },
+        .openFile =
+            [this](const QString &name) {
+                backup_->Spare(name);
+                return zentrova_->OpenFile(name);
+            },
         .saveFile = [this](const QString &name) { return zentrova_->SaveFile(name); },
         .updateCaption = [this] { UpdateCaption(); },
         .showTable =
             [this] {
                 ConfigureBasicTab();
                 UpdateDisplay(); // of any visible tab
-            }});
+            },
+        .backups = backup_->Files()});
 }
 
 void FormMain::OpenFileOfCommandLine(const QString &name) {
@@ -236,8 +249,13 @@ void FormMain::BuildPages() {
 // Built after the pages, so that Tab reaches its buttons after theirs.
 void FormMain::BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort) {
     strip_ = new MessageStrip(centralWidget());
-    stripWatch_ = std::make_unique<StripWatch>(StripWatch::Dependencies{
-        .link = *link_, .zentrova = *zentrova_, .files = *fileCommands_, .deviceOfPort = deviceOfPort});
+    wizardOutcome_ = std::make_unique<WizardOutcome>(*link_, *zentrova_);
+    stripWatch_ = std::make_unique<StripWatch>(StripWatch::Dependencies{.link = *link_,
+                                                                        .zentrova = *zentrova_,
+                                                                        .files = *fileCommands_,
+                                                                        .deviceOfPort = deviceOfPort,
+                                                                        .wizard = *wizardOutcome_,
+                                                                        .backup = backup_.get()});
     connect(stripWatch_.get(), &StripWatch::Changed, strip_, &MessageStrip::Show);
     connect(strip_, &MessageStrip::Pressed, this, &FormMain::ObeyStrip);
     connect(tabs_, &TabFrames::LaidOut, this, &FormMain::PlaceStrip);
@@ -268,6 +286,12 @@ void FormMain::ObeyStrip(StripAction action) {
         GoOffline();
         ShowSearch();
         break;
+    case StripAction::StartWizard:
+        AfterEntry([this] { ShowWizard(); });
+        break;
+    case StripAction::Dismiss:
+        wizardOutcome_->Forget();
+        break;
     case StripAction::OpenFile:
         OpenFile();
         break;
@@ -283,6 +307,16 @@ void FormMain::ObeyStrip(StripAction action) {
 void FormMain::OpenFile() {
     fileCommands_->Open();
     ShowChangedFile();
+}
+
+void FormMain::OpenBackup() {
+    fileCommands_->OpenBackup();
+    ShowChangedFile();
+}
+
+// Looks when the menu opens, since another run of the program may have made the first backup.
+void FormMain::OfferBackups() {
+    commands_->Menu("mnuFileOpenBackup").setEnabled(backup_->Files().HasAny());
 }
 
 void FormMain::SaveFile() {
@@ -338,6 +372,7 @@ void FormMain::ConnectCommands() {
         {commands_->Menu("mnuFileSave(0)"), saveFile},
         {commands_->Menu("mnuFileSave(1)"), saveFileAs},
         {commands_->Menu("mnuFileExit"), exit},
+        {commands_->Menu("mnuFileOpenBackup"), [this] { OpenBackup(); }},
         {commands_->Menu("mnuCommunications"), [this] { ShowCommunications(); }},
         {commands_->Menu("mnuOnline"), [this] { ToggleOnline(); }},
         {commands_->Menu("mnuReinit"), [this] { Reinitialise(); }},
@@ -357,6 +392,12 @@ void FormMain::ConnectCommands() {
     for (const auto &[action, work] : works) {
         commands_->SetHandler(action, work);
     }
+    commands_->SetHandler(commands_->FullScreen(), [this] { placement_->ToggleFullScreen(); });
+    OfferBackups();
+    connect(findChild<QMenu *>(QStringLiteral("mnuFile")), &QMenu::aboutToShow, this,
+            &FormMain::OfferBackups);
+    connect(backup_.get(), &SensorBackup::Ended, this, &FormMain::OfferBackups);
+    commands_->ExplainDisabled();
     commands_->Menu("mnuHalvernWeb").setText(MakerCaption(dependencies_.settings));
 }
 
@@ -365,6 +406,8 @@ void FormMain::ConnectLink() {
     connect(link_.get(), &LinkSession::FirstReadComplete, this, &FormMain::ConfigureBasicTab);
     connect(link_.get(), &LinkSession::ValueStateChanged, this,
             [this](ValueState state) { tabs_->CurrentPage().ShowState(state); });
+    connect(link_.get(), &LinkSession::WriteFailureMarked, this,
+            [this] { tabs_->CurrentPage().ShowFailedWrites(); });
     connect(link_.get(), &LinkSession::TableRefreshed, this, &FormMain::UpdateDisplay);
 }
 
@@ -467,7 +510,21 @@ void FormMain::ShowUpgradeFirmware() {
 }
 
 void FormMain::ShowWizard() {
-    frmWizard(*zentrova_, dependencies_.dialogs, *help_, this).exec();
+    frmWizard wizard(*zentrova_, dependencies_.dialogs, *help_, this);
+    ConnectWizard(wizard);
+    wizard.exec();
+}
+
+void FormMain::ConnectWizard(frmWizard &wizard) {
+    wizardOutcome_->Forget();
+    connect(&wizard, &frmWizard::Asked, wizardOutcome_.get(), &WizardOutcome::Ask);
+    connect(link_.get(), &LinkSession::ValueStateChanged, &wizard, &frmWizard::ShowState);
+    connect(&link_->Mbaxp1(), &Mbaxp::TransactionDone, &wizard, [&wizard](LinkTransaction transaction) {
+        if (transaction == LinkTransaction::Poll) {
+            wizard.TakePoll();
+        }
+    });
+    wizard.ShowState(link_->State());
 }
 
 void FormMain::ShowAbout() {
@@ -485,8 +542,26 @@ void FormMain::ShowAbout() {
         .exec();
 }
 
+DirectionFacts FormMain::DirectionOf() const {
+    DirectionFacts facts;
+    facts.values = static_cast<std::int16_t>(zentrova_->ParamCount() - 1);
+    if (link_->AgeOfValues()) {
+        facts.sensor = QString::number(zentrova_->ParamValue(ParamDefines::SerialNumber));
+    }
+    facts.file = fileCommands_->LoadedFileName();
+    for (const std::int16_t tag : zentrova_->EditedRows()) {
+        facts.edits.append(zentrova_->ParamName(tag).trimmed());
+    }
+    if (const auto serialNumber = link_->Sensor().Value(ParamDefines::SerialNumber);
+        serialNumber && !dependencies_.backupFolder.isEmpty()) {
+        facts.backupFor = QString::number(*serialNumber);
+    }
+    return facts;
+}
+
 ConnectChoice FormMain::AskDirection() {
     FormReadWrite form(*help_, this);
+    form.Explain(TextOf(DirectionOf()));
     form.exec();
     return form.Choice();
 }
@@ -509,6 +584,13 @@ void FormMain::UpdateDisplay() {
 
 bool FormMain::ValidateAndWriteTextBoxVal(QLineEdit &box) {
     return ztv::ValidateAndWriteTextBoxVal(box, *entryRules_);
+}
+
+void FormMain::resizeEvent(QResizeEvent *event) {
+    QMainWindow::resizeEvent(event);
+    if (commands_) {
+        commands_->SaveRoom(height() < Controls::FromTwips(0, 0, 0, TabFrames::LeastHeight).height());
+    }
 }
 
 void FormMain::changeEvent(QEvent *event) {

@@ -18,14 +18,17 @@ namespace ztv {
 
 enum class StripAction;
 class MainStatusBar;
+struct DirectionFacts;
 class BasicPage;
 class BootComm;
 class UpgradeVersions;
 class ClassMyHtmlHelp;
 class ClassZentrova;
+class SensorBackup;
 class EntryRules;
 class FileCommands;
 class HelpEngine;
+class LeastSize;
 class LinkNotices;
 class LinkSession;
 class MainCommands;
@@ -36,7 +39,9 @@ class TabFrames;
 class UserDialogs;
 class ValueOverlay;
 class WindowPlacement;
+class WizardOutcome;
 class WizardPage;
+class frmWizard;
 
 // The main form. It composes the program's parts, enables commands and routes them; the parts do the work.
 class FormMain : public QMainWindow {
@@ -57,6 +62,7 @@ public:
         std::function<bool(const QString &command, const QString &fileName)> showInEditor =
             [](auto &, auto &) { return false; };
         std::function<void()> startSysInfo = [] {}; // shows the user if it fails
+        QString backupFolder = {};                  // for the sensors' values; empty: none are kept
     };
 
     // Runs the whole start-up except showing the window. Throws a Fault if the presets can't be read.
@@ -103,6 +109,10 @@ public:
     // text selected, after showing the user the reason.
     bool ValidateAndWriteTextBoxVal(QLineEdit &box);
 
+    // Tells the wizard of the link, and the strip of what became of the wizard's values. Both last as long as
+    // the wizard.
+    void ConnectWizard(frmWizard &wizard);
+
     // Shows the window in the state in which the last run ended.
     void ShowAsStored();
 
@@ -110,6 +120,7 @@ protected:
     bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void BuildControls(bool withCheckout);
@@ -121,6 +132,8 @@ private:
     void ObeyCell(StatusCell::Kind kind);
     void ShowChangedFile();
     void OpenFile();
+    void OpenBackup();
+    void OfferBackups();
     void SaveFile();
     void SaveFileAs();
     void AskToClearSettings(bool wanted);
@@ -146,6 +159,7 @@ private:
     void ShowUpgradeFirmware();
     void ShowWizard();
     void ShowAbout();
+    DirectionFacts DirectionOf() const;
     ConnectChoice AskDirection();
     bool StoreSettings();
     void TellOfStore(const QString &what);
@@ -153,11 +167,13 @@ private:
     Dependencies dependencies_;
     std::unique_ptr<ClassMyHtmlHelp> help_;
     std::unique_ptr<WindowPlacement> placement_;
+    std::unique_ptr<LeastSize> leastSize_;
     std::unique_ptr<ClassZentrova> zentrova_;
     std::unique_ptr<LinkSession> link_;
     std::unique_ptr<LinkNotices> linkNotices_;
     std::unique_ptr<BootComm> bootComm_;
     std::unique_ptr<UpgradeVersions> upgradeVersions_;
+    std::unique_ptr<SensorBackup> backup_;
     std::unique_ptr<FileCommands> fileCommands_;
     std::unique_ptr<MainCommands> commands_;
     BasicPage *basicPage_ = nullptr;
@@ -165,6 +181,7 @@ private:
     QTimer *timer1_ = nullptr;
     TabFrames *tabs_ = nullptr;
     MessageStrip *strip_ = nullptr;
+    std::unique_ptr<WizardOutcome> wizardOutcome_;
     std::unique_ptr<StripWatch> stripWatch_;
     std::unique_ptr<MainStatusBar> statusBar_;
     std::unique_ptr<EntryRules> entryRules_;

@@ -1,5 +1,6 @@
 #include "shell/LinkNotices.h"
 
+#include "link/FailureText.h"
 #include "model/ParamDefines.h"
 
 namespace ztv {
@@ -13,19 +14,25 @@ LinkNotices::LinkNotices(LinkSession &link, UserDialogs &dialogs) : link_(link),
 // Deliberate: a good outcome of a write or download has the icon of a warning, too.
 void LinkNotices::OnWriteEnded(std::int16_t tag, LinkStatus status) {
     if (status != LinkStatus::NoError) {
-        Warn(dialogs_, QStringLiteral("Error writing parameter"));
+        WarnInDetail(dialogs_, QStringLiteral("Error writing parameter"),
+                     FailureText::OfWrite(link_.Table(), link_.Sensor(), tag, status));
     } else if (tag == ParamDefines::SaveCommand) {
         Warn(dialogs_, QStringLiteral("Parameters saved successfully!"));
     }
 }
 
 void LinkNotices::OnDownloadEnded(LinkStatus status) {
-    Warn(dialogs_, status == LinkStatus::NoError ? QStringLiteral("Parameters downloaded successfully!")
-                                                 : QStringLiteral("Error downloading Parameters"));
+    if (status == LinkStatus::NoError) {
+        Warn(dialogs_, QStringLiteral("Parameters downloaded successfully!"));
+        return;
+    }
+    const auto values = static_cast<std::int16_t>(link_.Table().ParamCount() - 1);
+    WarnInDetail(dialogs_, QStringLiteral("Error downloading Parameters"),
+                 FailureText::OfDownload(values, status));
 }
 
 void LinkNotices::OnPortRefused() {
-    Warn(dialogs_, link_.OpenFailureText());
+    WarnInDetail(dialogs_, link_.OpenFailureText(), link_.OpenFailureDetail());
 }
 
 } // namespace ztv

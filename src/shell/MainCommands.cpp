@@ -5,6 +5,7 @@
 #include "widgets/Controls.h"
 #include "widgets/DeferredWork.h"
 #include "widgets/EntryFocus.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QIcon>
 #include <QMenu>
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ztv {
@@ -40,7 +42,9 @@ const std::vector<Menu> &Menus() {
           {"mnuFileSave(0)", "&Save", ""},
           {"mnuFileSave(1)", "Save &As...", ""},
           {"mnuFileSep", "-", ""},
-          {"mnuFileExit", "E&xit", ""}}},
+          {"mnuFileExit", "E&xit", ""},
+          {"mnuFileBackupSep", "-", ""},
+          {"mnuFileOpenBackup", "Open &Backup...", ""}}},
         {"mnuOptions",
          "&Options",
          {{"mnuCommunications", "&Communications...", ""},
@@ -76,6 +80,7 @@ constexpr std::array toolbarButtons = {
 };
 
 constexpr int iconSize = 32;
+constexpr int iconSizeInLittleRoom = 16;
 
 QIcon IconOf(const ToolbarButton &button) {
     return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(button.icon)));
@@ -87,9 +92,13 @@ QString ButtonName(const char *key) {
 
 } // namespace
 
-MainCommands::MainCommands(QMainWindow &window) : window_(window) {
+MainCommands::MainCommands(QMainWindow &window)
+    : window_(window),
+      fullScreen_(Controls::Named(new QAction(QStringLiteral("Full Screen"), &window), "FullScreen")) {
     BuildMenus();
     BuildToolbar();
+    fullScreen_->setShortcut(Qt::Key_F11);
+    window_.addAction(fullScreen_);
     QAction &online = Menu("mnuOnline");
     online.setCheckable(true);
     // A click toggles the mark, but only the link's state may set it, whatever the outcome of the work.
@@ -118,6 +127,7 @@ void MainCommands::BuildToolbar() {
     toolbar->setContextMenuPolicy(Qt::PreventContextMenu); // the user must not hide it
     toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     toolbar->setIconSize(QSize(iconSize, iconSize));
+    toolbar_ = toolbar;
     for (const ToolbarButton &button : toolbarButtons) {
         const QString key = QString::fromLatin1(button.key);
         QAction *action = toolbar->addAction(IconOf(button), key);
@@ -128,6 +138,11 @@ void MainCommands::BuildToolbar() {
         widget->setAccessibleName(key);
         widget->setFocusPolicy(Qt::TabFocus);
     }
+}
+
+void MainCommands::SaveRoom(bool wanted) {
+    const int side = wanted ? iconSizeInLittleRoom : iconSize;
+    toolbar_->setIconSize(QSize(side, side));
 }
 
 QAction &MainCommands::Find(const QString &name) const {
@@ -159,7 +174,32 @@ void MainCommands::ShowUnsaved(std::size_t count) {
     action.setToolTip(words.isEmpty() ? toolTip : toolTip + u'\n' + words);
     const QIcon icon = IconOf(button);
     action.setIcon(words.isEmpty() ? icon : MarkedIcon(icon));
-    window_.findChild<QWidget *>(QString::fromLatin1(button.key))->setAccessibleDescription(words);
+    WhyDisabled::Describe(*window_.findChild<QWidget *>(QString::fromLatin1(button.key)), words);
+}
+
+void MainCommands::ExplainDisabled() {
+    const QString goOnline = QStringLiteral("Go online first.");
+    const QString goOffline = QStringLiteral("Go offline first.");
+    struct Entry {
+        const char *menu;
+        const char *name;
+        QString reason;
+    };
+    const Entry entries[] = {
+        {"mnuTools", "mnuReinit", goOnline},
+        {"mnuOptions", "mnuOptionsUpgradeFirmware", goOffline},
+        {"mnuFile", "mnuFileOpenBackup",
+         QStringLiteral("There is no backup yet. The first write to a sensor makes one.")}};
+    for (const Entry &entry : entries) {
+        WhyDisabled::Explain(*window_.findChild<QMenu *>(QString::fromLatin1(entry.menu)), Menu(entry.name),
+                             entry.reason);
+    }
+    const std::pair<const char *, QString> toolButtons[] = {{"Online", QStringLiteral("Already online.")},
+                                                            {"Offline", QStringLiteral("Already offline.")},
+                                                            {"Save ZTV", goOnline}};
+    for (const auto &[key, reason] : toolButtons) {
+        WhyDisabled::Explain(*window_.findChild<QToolButton *>(QString::fromLatin1(key)), reason);
+    }
 }
 
 void MainCommands::ShowLinkState(bool online) {

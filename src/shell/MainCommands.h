@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QMainWindow>
 #include <QString>
+#include <QToolBar>
 #include <cstddef>
 #include <functional>
 #include <set>
@@ -20,8 +21,17 @@ public:
     // Returns the toolbar's button with that key. REQUIRES: it exists.
     QAction &Button(const char *key) const;
 
+    // Returns the command that fills the screen. It has a key, but no entry in the menus, which are given.
+    QAction &FullScreen() const { return *fullScreen_; }
+
+    // Makes the toolbar lower where the screen has little room, or as high as usual.
+    void SaveRoom(bool wanted);
+
     // Enables the entry and makes it run `work`, as DeferredWork does.
     void SetHandler(QAction &action, std::function<void()> work);
+
+    // Gives each entry that can be disabled the reason, for its tool tip.
+    void ExplainDisabled();
 
     // Enables the entries that have work, and marks "Online", by the state of the link.
     void ShowLinkState(bool online);
@@ -38,6 +48,8 @@ private:
     QAction &Find(const QString &name) const;
 
     QMainWindow &window_;
+    QToolBar *toolbar_ = nullptr;
+    QAction *fullScreen_;
     std::set<const QAction *> withWork_;
     bool online_ = false;
 };

@@ -6,9 +6,11 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QFontInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -20,6 +22,9 @@ namespace {
 using Severity = StripMessage::Severity;
 
 constexpr int margin = 6;
+constexpr int leastWidth = 657; // in the smallest form
+constexpr double worthwhile =
+    1.25; // a line that is less larger than the usual one isn't worth losing two lines
 
 constexpr Colours::Pair alarmGround{0xffb3261e, 0xffff8a80};
 constexpr Colours::Pair warningGround{0xffffc94d, 0xffe0a526};
@@ -61,8 +66,10 @@ constexpr ButtonRow buttonRows[] = {
     {StripAction::Communications, "StripCommunications", "Communications...", "Shows port, line and address"},
     {StripAction::Search, "StripSearch", "Search...", "Goes offline and searches the line for sensors"},
     {StripAction::GoOffline, "StripOffline", "Go Offline", "Closes the serial port"},
+    {StripAction::StartWizard, "StripWizard", "Start Wizard", "Opens the setup wizard"},
     {StripAction::OpenFile, "StripOpen", "Open File...", "Opens another settings file"},
     {StripAction::SaveAs, "StripSaveAs", "Save As...", "Saves to another file"},
+    {StripAction::Dismiss, "StripDismiss", "Dismiss", "Takes this message away"},
     {StripAction::Help, "StripHelp", "Help", "Says what to do"},
 };
 
@@ -92,10 +99,6 @@ MessageStrip::MessageStrip(QWidget *parent)
     QAccessible::installFactory(SpokenInterface);
     Controls::Named(this, "MessageStrip");
     setAutoFillBackground(true);
-    QFont bold = headline_->font();
-    bold.setBold(true);
-    headline_->setFont(bold);
-    symbol_->setFont(bold);
     auto *texts = new QVBoxLayout;
     texts->setSpacing(0);
     for (QLabel *label : {headline_, detail_}) {
@@ -130,6 +133,7 @@ void MessageStrip::Show(const std::optional<StripMessage> &message) {
     if (isOther) {
         ShowButtons();
         Colour();
+        ChooseFont();
     }
     ShowTexts();
     if (isOther) {
@@ -175,22 +179,68 @@ void MessageStrip::ShowTexts() {
         return;
     }
     const auto show = [](QLabel &label, const QString &text) {
-        label.setText(label.fontMetrics().elidedText(text, Qt::ElideRight, label.width()));
+        label.setText(label.isHidden() ? text
+                                       : label.fontMetrics().elidedText(text, Qt::ElideRight, label.width()));
         label.setAccessibleName(text);
     };
-    const bool hasTwoLines = height() >= headline_->sizeHint().height() + detail_->sizeHint().height();
+    const QString line = shown_->headline + QStringLiteral(". ") + shown_->detail;
+    const bool large = large_ != bold_;
+    headline_->setFont(large ? large_ : bold_);
+    symbol_->setFont(headline_->font());
+    const bool hasTwoLines =
+        !large && height() >= headline_->sizeHint().height() + detail_->sizeHint().height();
     detail_->setVisible(hasTwoLines);
     layout()->activate();
-    show(*headline_,
-         hasTwoLines ? shown_->headline : shown_->headline + QStringLiteral(". ") + shown_->detail);
+    show(*headline_, hasTwoLines ? shown_->headline : line);
     show(*detail_, shown_->detail);
-    const QString whole = shown_->headline + QStringLiteral(". ") + shown_->detail + u'.';
+    const QString whole = line + u'.';
     setAccessibleName(whole);
-    setToolTip(whole);
+    setToolTip(Qt::convertFromPlainText(whole, Qt::WhiteSpaceNormal)); // rich text is wrapped
+}
+
+// Makes the usual fonts smaller where a low window leaves less than a line of them.
+void MessageStrip::FitUsualFonts() {
+    const auto fitting = [this](const QFont &font) {
+        return Controls::FittingFont(font, {{.text = {}, .width = 0, .height = std::max(height(), 1)}});
+    };
+    QFont bold = font();
+    bold.setBold(true);
+    bold_ = fitting(bold);
+    const QFont usual = fitting(font());
+    for (const auto &[action, button] : buttons_) {
+        button->setFont(usual);
+    }
+}
+
+// Chooses a font in which the whole message is one line that is read from afar; the usual one where the strip
+// has no room for that.
+void MessageStrip::ChooseFont() {
+    FitUsualFonts();
+    large_ = bold_;
+    if (!shown_) {
+        return;
+    }
+    const int usual = QFontInfo(bold_).pixelSize();
+    int room = width() - 2 * margin - height() - layout()->spacing(); // the symbol is at most as wide as high
+    for (const auto &[action, button] : buttons_) {
+        room -= button->isHidden() ? 0 : button->sizeHint().width() + layout()->spacing();
+    }
+    constexpr const char *growing = "0000"; // times and counts grow
+    large_.setPixelSize(std::max(std::min(height(), usual * width() / leastWidth), usual));
+    large_ = Controls::FittingFont(
+        large_,
+        {{.text = shown_->headline + QString::fromLatin1(growing) + QStringLiteral(". ") + shown_->detail,
+          .width = room,
+          .height = height()}},
+        usual);
+    if (QFontInfo(large_).pixelSize() < worthwhile * usual) {
+        large_ = bold_;
+    }
 }
 
 void MessageStrip::resizeEvent(QResizeEvent *event) {
     QFrame::resizeEvent(event);
+    ChooseFont();
     ShowTexts();
 }
 

@@ -2,6 +2,7 @@
 
 #include "shell/StripMessage.h"
 
+#include <QFont>
 #include <QFrame>
 #include <optional>
 #include <utility>
@@ -38,9 +39,13 @@ protected:
 
 private:
     void ShowTexts();
+    void ChooseFont();
+    void FitUsualFonts();
     void ShowButtons();
 
     std::optional<StripMessage> shown_;
+    QFont bold_;  // of the headline above the detail
+    QFont large_; // of the whole message in one line; the same where there is no room for it
     QLabel *symbol_;
     QLabel *headline_;
     QLabel *detail_;

@@ -55,7 +55,8 @@ int RunProgram(const ProgramStart &start, const std::function<void(FormMain &)> 
              .registerFileType = [&start] { RegisterFileType(start.application); },
              .openUrl = QDesktopServices::openUrl,
              .showInEditor = TextEditor::Show,
-             .startSysInfo = [&start] { StartSysInfo(start.dialogs); }});
+             .startSysInfo = [&start] { StartSysInfo(start.dialogs); },
+             .backupFolder = start.backupFolder});
         form.ShowAsStored();
         onShown(form);
         return QApplication::exec();

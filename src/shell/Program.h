@@ -22,6 +22,7 @@ struct ProgramStart {
     std::vector<QString> arguments; // of the command line, for CommandLine::Parse
     // The program that a double click on a settings file starts; empty: registers nothing.
     QString application = {};
+    QString backupFolder = {}; // as FormMain::Dependencies has it
 };
 
 // Shows the user a fault that ends the program. Rescues unsaved changes first if there is a form.

@@ -3,6 +3,7 @@
 #include "shell/LinkWords.h"
 
 #include <QFileInfo>
+#include <QStringList>
 #include <algorithm>
 #include <limits>
 
@@ -94,6 +95,40 @@ std::optional<StripMessage> OfLink(const StripFacts &facts) {
     return std::nullopt;
 }
 
+QString HeadlineOf(const std::vector<StripFacts::WizardValue> &notTaken) {
+    return notTaken.size() == 1
+               ? QStringLiteral("The wizard's %1 wasn't taken").arg(notTaken.front().name)
+               : QStringLiteral("%1 of the wizard's values weren't taken").arg(notTaken.size());
+}
+
+// Offline, the values are the last ones read; those that the sensor has by now come with the next poll.
+std::optional<StripMessage> OfWizard(const StripFacts &facts) {
+    std::vector<StripFacts::WizardValue> notTaken;
+    QStringList held;
+    QStringList taken;
+    for (const StripFacts::WizardValue &value : facts.wizardValues) {
+        if (value.isTaken) {
+            taken.append(value.name);
+            continue;
+        }
+        notTaken.push_back(value);
+        held.append(
+            QStringLiteral("%1 (%2) %3, not %4").arg(value.name).arg(value.tag).arg(value.held, value.asked));
+    }
+    if (!facts.isOnline || notTaken.empty()) {
+        return std::nullopt;
+    }
+    QString detail = QStringLiteral("The sensor has ") + held.join(QStringLiteral("; "));
+    if (!taken.isEmpty()) {
+        detail += QStringLiteral(". Taken: ") + taken.join(QStringLiteral(", "));
+    }
+    return StripMessage{Kind::NotTaken,
+                        Severity::Warning,
+                        HeadlineOf(notTaken),
+                        detail,
+                        {StripAction::StartWizard, StripAction::Dismiss}};
+}
+
 std::optional<StripMessage> OfFiles(const StripFacts &facts) {
     if (facts.notSaved) {
         return StripMessage{Kind::NotSaved,
@@ -109,6 +144,13 @@ std::optional<StripMessage> OfFiles(const StripFacts &facts) {
             QStringLiteral("%1 couldn't be opened").arg(QFileInfo(facts.notOpened->name).fileName()),
             facts.notOpened->reason,
             {StripAction::OpenFile}};
+    }
+    if (!facts.notBackedUp.isEmpty()) {
+        return StripMessage{Kind::NotBackedUp,
+                            Severity::Warning,
+                            QStringLiteral("No backup of the sensor's values"),
+                            facts.notBackedUp,
+                            {}};
     }
     return std::nullopt;
 }
@@ -134,7 +176,7 @@ std::optional<StripMessage> OfState(const StripFacts &facts) {
 } // namespace
 
 std::optional<StripMessage> WorstMessage(const StripFacts &facts) {
-    for (const auto message : {OfCounters, OfLink, OfFiles, OfState}) {
+    for (const auto message : {OfCounters, OfLink, OfWizard, OfFiles, OfState}) {
         if (std::optional<StripMessage> found = message(facts)) {
             return found;
         }

@@ -11,7 +11,18 @@
 namespace ztv {
 
 // The buttons of the strip, from left to right.
-enum class StripAction { ResetCounters, Online, Communications, Search, GoOffline, OpenFile, SaveAs, Help };
+enum class StripAction {
+    ResetCounters,
+    Online,
+    Communications,
+    Search,
+    GoOffline,
+    StartWizard,
+    OpenFile,
+    SaveAs,
+    Dismiss,
+    Help
+};
 
 // The text of the strip between the pages and the status bar: the worst of what is wrong, and the ways out.
 struct StripMessage {
@@ -22,8 +33,10 @@ struct StripMessage {
         NoAnswer,
         AnotherSensor,
         ValuesHeld,
+        NotTaken,
         NotSaved,
         NotOpened,
+        NotBackedUp,
         NoEcho,
         NotConnected
     };
@@ -46,6 +59,15 @@ struct StripFacts {
         QString reason;
     };
 
+    // A value that the wizard asked for.
+    struct WizardValue {
+        QString name;
+        std::int16_t tag = 0;
+        QString asked;
+        QString held; // by the sensor
+        bool isTaken = false;
+    };
+
     bool isOnline = false;
     bool portIsGone = false;
     bool anotherSensorAnswers = false;
@@ -61,6 +83,8 @@ struct StripFacts {
     std::int16_t crcErrors = 0;
     std::optional<FileFailure> notOpened;
     std::optional<FileFailure> notSaved;
+    QString notBackedUp; // why the sensor's values couldn't be kept before a write; empty if they could
+    std::vector<WizardValue> wizardValues; // none if all were taken
 };
 
 // Returns the worst message, or none if all is well.

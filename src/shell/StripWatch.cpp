@@ -25,6 +25,10 @@ StripWatch::StripWatch(Dependencies dependencies) : dependencies_(std::move(depe
     connect(&link, &LinkSession::ValueStateChanged, this, &StripWatch::Update);
     connect(&link, &LinkSession::TableRefreshed, this, &StripWatch::OnAnswer);
     connect(&link.Mbaxp1(), &Mbaxp::TransactionFailed, this, &StripWatch::OnPollFailed);
+    if (dependencies_.backup != nullptr) {
+        connect(dependencies_.backup, &SensorBackup::Ended, this, &StripWatch::Update);
+    }
+    connect(&dependencies_.wizard, &WizardOutcome::Changed, this, &StripWatch::Update);
     connect(&nextSecond_, &QTimer::timeout, this, &StripWatch::Update);
     nextSecond_.setSingleShot(true);
     nextSecond_.setTimerType(Qt::PreciseTimer);
@@ -107,10 +111,21 @@ StripFacts StripWatch::Facts() const {
     facts.comm = link.Comm();
     facts.timeouts = link.TimeoutCount();
     facts.crcErrors = link.CrcErrorCount();
-    facts.openFile = dependencies_.files.CurrentFileName();
+    facts.openFile = dependencies_.files.LoadedFileName();
+    if (dependencies_.backup != nullptr) {
+        facts.notBackedUp = dependencies_.backup->Failure();
+    }
     if (const auto &failure = dependencies_.files.SilentFailure()) {
         (failure->isSave ? facts.notSaved : facts.notOpened) = {.name = failure->name,
                                                                 .reason = failure->reason};
+    }
+    for (const auto &[asked, held, isTaken] : dependencies_.wizard.Values()) {
+        const ClassZentrova &zentrova = dependencies_.zentrova;
+        facts.wizardValues.push_back({.name = zentrova.ParamName(asked.tag),
+                                      .tag = asked.tag,
+                                      .asked = zentrova.FormatRaw(asked.value, asked.tag),
+                                      .held = zentrova.FormatRaw(held, asked.tag),
+                                      .isTaken = isTaken});
     }
     if (facts.isOnline && (facts.portIsGone || facts.silence)) {
         facts.device = dependencies_.deviceOfPort(facts.comm.port);

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "link/LinkSession.h"
+#include "link/SensorBackup.h"
 #include "model/ClassZentrova.h"
 #include "shell/FileCommands.h"
 #include "shell/StripMessage.h"
+#include "shell/WizardOutcome.h"
 #include "support/SleepClock.h"
 
 #include <QObject>
@@ -26,6 +28,8 @@ public:
         const ClassZentrova &zentrova;
         const FileCommands &files;
         std::function<QString(std::int16_t)> deviceOfPort;
+        WizardOutcome &wizard;
+        const SensorBackup *backup = nullptr; // none: no backups are kept
     };
 
     // REQUIRES: what it depends on outlives this.

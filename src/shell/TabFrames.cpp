@@ -20,6 +20,15 @@ constexpr int stripLeft = 120;
 constexpr int stripTop = 150;
 constexpr int frameLeftInStrip = 250;
 constexpr int frameTopInStrip = 325;
+constexpr int besideStrip = 350;
+constexpr int aboveAndBelowStrip = 2300;
+constexpr int besideFrame = 400;
+constexpr int aboveAndBelowFrame = 800;
+
+// What must remain of them in a form that is smaller than the least one.
+constexpr int leastBesideFrame = 60; // on either side
+constexpr int leastBelowFrame = 75;
+constexpr int leastBelowStrip = 30;
 
 constexpr int tabFrame = 5; // pixels of a tab above and below its caption
 
@@ -65,7 +74,6 @@ void TabFrames::AddCheckout() {
 
 void TabFrames::SetPage(std::int16_t number, TabPage *page) {
     pages_.at(static_cast<std::size_t>(number) - 1) = page;
-    page->move(Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip, 0, 0).topLeft());
     page->setVisible(number == currentTab_);
     strip_->lower();
 }
@@ -95,12 +103,12 @@ void TabFrames::Select(int stripIndex) {
         return; // the user has selected another tab meanwhile
     }
     CurrentPage().hide();
-    Page(selected.number).show();
     if (selected.helpContext != 0) {
         helpContext_ = selected.helpContext;
     }
     currentTab_ = selected.number;
     LayOut();
+    CurrentPage().show();
     LeaveMnemonicsToPage();
     Q_EMIT Changed();
 }
@@ -133,13 +141,28 @@ bool TabFrames::eventFilter(QObject *watched, QEvent *event) {
     return QObject::eventFilter(watched, event);
 }
 
+// Lays out by the given distances. A form that is smaller than the least one, on a screen without room for
+// it, takes from the space around the page first, so that the page is as large as it can be.
 void TabFrames::LayOut() {
-    const QSize form = area_.size() + bars_;
-    const int stripWidth = std::max(ToTwips(form.width()), LeastWidth) - 350;
-    const int stripHeight = std::max(ToTwips(form.height()), LeastHeight) - 2300;
+    const QSize form = (area_.size() + bars_) * Controls::TwipsPerPixel;
+    const int narrower = std::max(LeastWidth - form.width(), 0);
+    const int lower = std::max(LeastHeight - form.height(), 0);
+
+    const int stripWidth = form.width() - besideStrip;
+    const int frameLeft = std::max(frameLeftInStrip - narrower, leastBesideFrame);
+    const int frameRight = std::max(besideFrame - frameLeftInStrip - narrower, leastBesideFrame);
+
+    const int below = std::max(aboveAndBelowFrame - frameTopInStrip - lower, leastBelowFrame);
+    const int aroundFrame = frameTopInStrip + below;
+    const int wanted =
+        ToTwips(PageScale(PageScale::Least).Pixels(PageScale::LeastPage).height()) + aroundFrame;
+    const int most = area_.height() * Controls::TwipsPerPixel - stripTop - leastBelowStrip;
+    const int stripHeight = std::max(form.height() - aboveAndBelowStrip, std::min(wanted, most));
+
     strip_->setGeometry(Controls::FromTwips(stripLeft, stripTop, stripWidth, stripHeight));
-    CurrentPage().setGeometry(Controls::FromTwips(stripLeft + frameLeftInStrip, stripTop + frameTopInStrip,
-                                                  stripWidth - 400, stripHeight - 800));
+    CurrentPage().setGeometry(Controls::FromTwips(stripLeft + frameLeft, stripTop + frameTopInStrip,
+                                                  stripWidth - frameLeft - frameRight,
+                                                  stripHeight - aroundFrame));
     Q_EMIT LaidOut();
 }
 

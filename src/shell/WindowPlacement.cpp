@@ -51,14 +51,25 @@ bool WindowPlacement::Store() {
     const bool maximised = window_.isMaximized();
     bool stored = WriteWindowState(store_, maximised ? WindowState::Maximised : WindowState::Normal);
     if (!maximised) {
-        const auto twips = [](int pixels) { return static_cast<double>(pixels * Controls::TwipsPerPixel); };
-        stored = WriteWindowPlace(store_, {.top = twips(window_.y()),
-                                           .left = twips(window_.x()),
-                                           .height = twips(window_.height()),
-                                           .width = twips(window_.width())}) &&
-                 stored;
+        const WindowPlace place = window_.isFullScreen() ? beforeFullScreen_ : Place();
+        stored = WriteWindowPlace(store_, place) && stored;
     }
     return stored;
+}
+
+WindowPlace WindowPlacement::Place() const {
+    const auto twips = [](int pixels) { return static_cast<double>(pixels * Controls::TwipsPerPixel); };
+    return {.top = twips(window_.y()),
+            .left = twips(window_.x()),
+            .height = twips(window_.height()),
+            .width = twips(window_.width())};
+}
+
+void WindowPlacement::ToggleFullScreen() {
+    if (!window_.isFullScreen()) {
+        beforeFullScreen_ = Place();
+    }
+    window_.setWindowState(window_.windowState() ^ Qt::WindowFullScreen); // keeps "maximised"
 }
 
 } // namespace ztv

@@ -19,13 +19,19 @@ public:
     // Shows the window minimised, maximised or neither, as at the end of the last run.
     void Show();
 
-    // Stores nothing for a minimised window, and only the state for a maximised one. Returns false if the
-    // store can't be written.
+    // Fills the screen with the window, or returns it to what it was: maximised or not.
+    void ToggleFullScreen();
+
+    // Stores nothing for a minimised window, and only the state for a maximised one. A window that fills the
+    // screen counts as what it was before. Returns false if the store can't be written.
     bool Store();
 
 private:
+    WindowPlace Place() const;
+
     QWidget &window_;
     SettingsStore &store_;
+    WindowPlace beforeFullScreen_;
     WindowState storedState_ = WindowState::Normal;
 };
 

@@ -71,7 +71,8 @@ int main(int argc, char *argv[]) {
                        .helpEngine = *help,
                        .programFolder = ProgramFolder(),
                        .arguments = Arguments(),
-                       .application = FileType::ThisApplication()},
+                       .application = FileType::ThisApplication(),
+                       .backupFolder = BackupFolder()},
                       [&dialogs, &form](FormMain &shown) {
                           dialogs.SetOwner(&shown);
                           form = &shown;

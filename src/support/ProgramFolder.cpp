@@ -10,6 +10,14 @@
 
 namespace ztv {
 
+namespace {
+
+QString DataPath() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' + ApplicationTitle();
+}
+
+} // namespace
+
 QString ProgramFolder() {
     const QString home = qEnvironmentVariable("ZTVLINK_HOME");
     return home.isEmpty() ? QCoreApplication::applicationDirPath() : home;
@@ -28,11 +36,13 @@ QString FolderForOwnFiles(const QString &programFolder) {
     return trial.open() ? programFolder : UserDataFolder();
 }
 
+QString BackupFolder() {
+    return DataPath() + QStringLiteral("/Backups");
+}
+
 QString UserDataFolder() {
-    const QString folder =
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' + ApplicationTitle();
-    QDir().mkpath(folder);
-    return folder;
+    QDir().mkpath(DataPath());
+    return DataPath();
 }
 
 } // namespace ztv

@@ -15,6 +15,9 @@ void FixProgramFolder();
 // where that isn't writable.
 QString FolderForOwnFiles(const QString &programFolder);
 
+// Returns the folder for the backups of sensors' values, of this user. The first backup creates it.
+QString BackupFolder();
+
 // Returns the folder of the program's data for this user; creates it if needed.
 QString UserDataFolder();
 

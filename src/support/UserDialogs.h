@@ -17,6 +17,7 @@ enum class BoxAnswer { Ok, Yes, No, Cancel };
 struct BoxStyle {
     BoxIcon icon = BoxIcon::None;
     BoxButtons buttons = BoxButtons::Ok;
+    QString informativeText = {}; // shown below the box's text; may be empty
 };
 
 // One entry of a file dialog's list of filters.
@@ -54,6 +55,9 @@ public:
 
 // Shows an exclamation with an Ok button.
 void Warn(UserDialogs &dialogs, const QString &text, const QString &title = ApplicationTitle());
+
+// Shows the same with an informative text below the box's text.
+void WarnInDetail(UserDialogs &dialogs, const QString &text, const QString &informativeText);
 
 // Asks a question with the buttons Yes and No. Returns true on Yes.
 bool Confirm(UserDialogs &dialogs, const QString &question, const QString &title = ApplicationTitle());

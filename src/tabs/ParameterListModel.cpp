@@ -33,6 +33,7 @@ void ParameterListModel::Fill(View view) {
                          .readOnly = readOnly,
                          .texts = {QString::number(tag).rightJustified(tagWidth), zentrova_.ParamName(tag),
                                    QString(), zentrova_.FormatRaw(preset, tag)},
+                         .failed = zentrova_.ParamWriteFailed(tag),
                          .shown = {}});
     }
     if (sortColumn_) {
@@ -51,7 +52,19 @@ void ParameterListModel::Fill(View view) {
     endResetModel();
 }
 
+void ParameterListModel::RefreshFailures() {
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
+        const bool failed = zentrova_.ParamWriteFailed(rows_[row].tag);
+        if (rows_[row].failed != failed) {
+            rows_[row].failed = failed;
+            const QModelIndex cell = index(static_cast<int>(row), Value);
+            Q_EMIT dataChanged(cell, cell, {FailedRole, Qt::AccessibleDescriptionRole});
+        }
+    }
+}
+
 void ParameterListModel::Refresh() {
+    RefreshFailures();
     for (std::size_t row = 0; row < rows_.size(); ++row) {
         const std::int16_t tag = rows_[row].tag;
         const std::int32_t raw = zentrova_.ParamValue(tag);
@@ -143,6 +156,9 @@ QVariant ParameterListModel::data(const QModelIndex &index, int role) const {
     case Qt::DisplayRole:
         return row.texts[index.column()];
     case Qt::AccessibleDescriptionRole:
+        if (row.failed) {
+            return QStringLiteral("The sensor hasn't taken this value");
+        }
         return row.readOnly ? QStringLiteral("Read only") : QString();
     case Qt::ToolTipRole:
         return ParameterEditors::NoteOf(zentrova_, row.tag, index.row());
@@ -150,6 +166,8 @@ QVariant ParameterListModel::data(const QModelIndex &index, int role) const {
         return row.readOnly;
     case MeasuredRole:
         return zentrova_.ParamMeasured(row.tag);
+    case FailedRole:
+        return row.failed;
     case KeyRole:
         return QStringLiteral("Key%1").arg(row.tag);
     default:

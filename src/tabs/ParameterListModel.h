@@ -18,7 +18,7 @@ class ParameterListModel : public QAbstractTableModel {
 
 public:
     enum Column { Tag, Name, Value, Preset, Columns };
-    enum Role { ReadOnlyRole = Qt::UserRole, MeasuredRole, KeyRole };
+    enum Role { ReadOnlyRole = Qt::UserRole, MeasuredRole, KeyRole, FailedRole };
     enum class View {
         All,
         Changed, // writable parameters whose value differed from its preset at Fill
@@ -32,6 +32,9 @@ public:
     // Copies the values. Emits dataChanged for exactly the cells whose text changes. Keeps the order of the
     // rows.
     void Refresh();
+
+    // Marks the rows whose last write failed, and no others. Refresh does so, too.
+    void RefreshFailures();
 
     // Handles a click on a column's header: sorts by the column's texts. A second click on the same column
     // reverses the direction; a click on another column keeps it.
@@ -56,6 +59,7 @@ private:
         std::int16_t tag;
         bool readOnly;
         QString texts[Columns];
+        bool failed = false;
         std::optional<std::int32_t> shown; // the raw value of the text; none if Refresh didn't set the text
     };
 

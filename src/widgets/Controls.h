@@ -13,7 +13,8 @@ namespace Controls {
 
 inline constexpr int TwipsPerPixel = 15;
 
-// Converts a rectangle from twips to device-independent pixels. Rounds its edges, so that neighbours meet.
+// Converts a rectangle from twips to device-independent pixels. Rounds its edges, so that neighbours meet. A
+// page that fits itself to the window converts by its PageScale.
 QRect FromTwips(double left, double top, double width, double height);
 
 // Returns the name of an array's member: "TextParam(3)".
@@ -49,8 +50,11 @@ struct Fit {
     int height = QWIDGETSIZE_MAX;
 };
 
-// Returns the font, reduced until each text fits into its space or the smallest legible size is reached.
-QFont FittingFont(QFont font, const std::vector<Fit> &places);
+// The smallest size of a text, in pixels.
+inline constexpr int LeastLegible = 8;
+
+// Returns the font, reduced until each text fits into its space or the smallest size is reached.
+QFont FittingFont(QFont font, const std::vector<Fit> &places, int smallest = LeastLegible);
 
 } // namespace Controls
 

@@ -1,8 +1,11 @@
 #include "widgets/FocusStyle.h"
 
 #include <QAbstractScrollArea>
+#include <QApplication>
+#include <QFontInfo>
 #include <QPainter>
 #include <QStyleOption>
+#include <algorithm>
 
 namespace ztv {
 
@@ -24,6 +27,17 @@ void DrawOutline(QPainter &painter, const QRect &place, const QPen &pen) {
 }
 
 } // namespace
+
+int FocusStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const {
+    const int usual = QProxyStyle::pixelMetric(metric, option, widget);
+    const bool isMark = metric == PM_ExclusiveIndicatorWidth || metric == PM_ExclusiveIndicatorHeight;
+    if (!isMark || widget == nullptr) {
+        return usual;
+    }
+    const int text = QFontInfo(widget->font()).pixelSize();
+    const int usualText = QFontInfo(QApplication::font()).pixelSize();
+    return usual * std::max(text, usualText) / usualText;
+}
 
 void FocusStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                                const QWidget *widget) const {

@@ -43,6 +43,7 @@ QMessageBox::StandardButtons ButtonsOf(BoxButtons buttons) {
 BoxAnswer QtDialogs::OwnedMessageBox(const QString &text, BoxStyle style, const QString &title) {
     QMessageBox box(IconOf(style.icon), title, text, ButtonsOf(style.buttons), owner_);
     box.setTextFormat(Qt::PlainText); // texts quote file names and replies, which are never markup
+    box.setInformativeText(style.informativeText);
     switch (box.exec()) {
     case QMessageBox::Yes:
         return BoxAnswer::Yes;

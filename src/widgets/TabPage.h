@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/PageScale.h"
+
 #include <QFrame>
 
 namespace ztv {
@@ -24,8 +26,27 @@ public:
     // a page is entered.
     virtual void ShowState(ValueState) {}
 
+    // Marks the parameters whose last write failed, and no others. Called when one fails, for the visible
+    // page; UpdateDisplay shows the rest.
+    virtual void ShowFailedWrites() {}
+
     // Copies the parameter table onto the page. Called only for the visible page.
     virtual void UpdateDisplay() {}
+
+    // Returns the scale of the page's content: the largest at which it fits into the page.
+    const PageScale &Scale() const { return scale_; }
+
+protected:
+    // Lays out the content for the page's size and scale. Called at each change of the size.
+    virtual void Fit() {}
+
+    // Sets the font of the main form, at the page's scale, as that of the content.
+    void ScaleFont();
+
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    PageScale scale_;
 };
 
 } // namespace ztv

@@ -21,8 +21,12 @@ public:
     // it, replaces that text.
     virtual void Open(QChar first) = 0;
 
-    // Follows the widget that the editor covers; closes it when that widget is hidden or disabled.
+    // Follows the widget that the editor covers, also in its font; closes the editor when that widget is
+    // hidden or disabled.
     virtual void StayOver() = 0;
+
+    // Moves the editor if it is open beside `owner`, and takes the owner's font.
+    virtual void StayBeside(QWidget &owner, const QRect &place) = 0;
 
 protected:
     ~ValueEditor() = default;

@@ -299,4 +299,60 @@ TEST_F(RelayDragTest, StepsByTheRawValueWithinTheThresholdsLimits) {
     EXPECT_TRUE(drag_.StepValue(0, -1));
 }
 
+// The label while the keyboard is at a marker. ------------------------------------------------------------
+
+TEST_F(RelayDragTest, NamesTheMarkerThatHasTheKeyboardUntilItLosesIt) {
+    const char *texts[] = {"Relay 1 On Threshold\n60.00\"", "Relay 2 On Threshold\n240.00\"",
+                           "Relay 1 Off Threshold\n72.00\"", "Relay 2 Off Threshold\n264.00\""};
+    for (int marker = 0; marker < 4; ++marker) {
+        drag_.ShowFocused(marker);
+        EXPECT_TRUE(Label().visible);
+        EXPECT_EQ(Label().caption, QString::fromLatin1(texts[marker]));
+        EXPECT_EQ(Label().left, 1560 + Left(marker) - 675 / 2.0F);
+        drag_.HideFocused(marker);
+        EXPECT_FALSE(Label().visible);
+    }
+    EXPECT_TRUE(link_.writes.empty());
+}
+
+TEST_F(RelayDragTest, ShowsTheValueWhileKeysMoveItAndAfterThem) {
+    drag_.ShowFocused(1);
+    drag_.StepValue(1, 1);
+    EXPECT_EQ(Label().caption, QStringLiteral("Relay 2 On Threshold\n240.01\""));
+    drag_.LetGo(1);
+    EXPECT_TRUE(Label().visible);
+    EXPECT_EQ(Label().caption, QStringLiteral("Relay 2 On Threshold\n240.01\""));
+    drag_.HideFocused(1);
+    EXPECT_FALSE(Label().visible);
+}
+
+TEST_F(RelayDragTest, FollowsTheTableWhileTheKeyboardIsAtAMarker) {
+    drag_.ShowFocused(1);
+    zentrova_.ParamUpdate(57, 20000);
+    graph_.PositionRelayMarkers();
+    drag_.Follow();
+    EXPECT_EQ(Label().caption, QStringLiteral("Relay 2 On Threshold\n200.00\""));
+    EXPECT_EQ(Label().left, 1560 + Left(1) - 675 / 2.0F);
+}
+
+TEST_F(RelayDragTest, HidesTheLabelWhenTheMouseLetsGoOfAMarkerThatHadTheKeyboard) {
+    drag_.ShowFocused(0);
+    drag_.MouseDown(0, true, 0);
+    EXPECT_FALSE(Label().visible);
+    drag_.MouseMove(0, true, 60);
+    EXPECT_TRUE(Label().visible);
+    drag_.MouseUp(0, true);
+    EXPECT_FALSE(Label().visible);
+    drag_.Follow();
+    EXPECT_FALSE(Label().visible);
+}
+
+TEST_F(RelayDragTest, AMarkerThatLosesTheKeyboardLeavesTheNextOnesLabel) {
+    drag_.ShowFocused(0);
+    drag_.ShowFocused(2); // as the focus goes from one to the next, whichever is told first
+    drag_.HideFocused(0);
+    EXPECT_TRUE(Label().visible);
+    EXPECT_EQ(Label().caption, QStringLiteral("Relay 1 Off Threshold\n72.00\""));
+}
+
 } // namespace ztv

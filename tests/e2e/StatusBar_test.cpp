@@ -317,7 +317,11 @@ TEST_F(StatusBarTest, CountsConfirmedWritesUntilTheSave) {
               QStringLiteral("2 changes not saved in the sensor"));
     Confirm(ParamDefines::NearDistance, 1200);
     EXPECT_TRUE(WaitForText("CellNotSaved", "1 not saved"));
+    GoOffline();
+    GoOnline();
     EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(Ui().Get<QToolButton>("Save ZTV").accessibleDescription(),
+              QStringLiteral("1 change not saved in the sensor"));
     EXPECT_EQ(Unsaved(), 1U);
     Save();
     EXPECT_EQ(Text("CellNotSaved"), QString());

@@ -78,6 +78,11 @@ protected:
         }
         ClassMyHtmlHelp &help = form_->hHelp();
         FormReadWrite direction(help);
+        direction.Explain(TextOf({.values = 95,
+                                  .sensor = {},
+                                  .file = QStringLiteral("machine7.ztv"),
+                                  .edits = {QStringLiteral("Near Distance"), QStringLiteral("Far Distance")},
+                                  .backupFor = {}}));
         ShowAndClose(direction, on, visit);
         FormComms comms(form_->Link(), form_->Zentrova(), dialogs_, settings_, help);
         ShowAndClose(comms, on, visit);

@@ -44,7 +44,8 @@ protected:
                                            opened_ = url;
                                            return browser_;
                                        },
-                                   .startSysInfo = [this] { ++systemInformations_; }});
+                                   .startSysInfo = [this] { ++systemInformations_; },
+                                   .backupFolder = backups_});
         form_->ShowAsStored();
     }
 
@@ -64,6 +65,7 @@ protected:
     int systemInformations_ = 0;
     QUrl opened_;
     bool browser_ = true;
+    QString backups_ = configuration_.filePath(QStringLiteral("Backups"));
     std::unique_ptr<FormMain> form_;
 };
 

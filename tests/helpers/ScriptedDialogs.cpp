@@ -59,6 +59,7 @@ std::optional<ScriptedDialogs::Expected> ScriptedDialogs::Take(Kind kind, const 
 }
 
 BoxAnswer ScriptedDialogs::OwnedMessageBox(const QString &text, BoxStyle style, const QString &title) {
+    informativeText_ = style.informativeText;
     const std::optional<Expected> box = Take(Kind::Box, text);
     if (!box) {
         return style.buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::No;

@@ -27,6 +27,9 @@ public:
     void ExpectOpenFile(std::optional<QString> answer, std::function<void(const FileQuestion &)> check = {});
     void ExpectSaveFile(std::optional<QString> answer, std::function<void(const FileQuestion &)> check = {});
 
+    // Returns the informative text of the last box; tests of the box's own text don't compare it.
+    const QString &LastInformativeText() const { return informativeText_; }
+
     bool AllCame() const { return expected_.empty(); }
     std::size_t StillExpected() const { return expected_.size(); }
 
@@ -55,6 +58,7 @@ private:
     std::optional<QString> AnswerFile(Kind kind, const char *what, const FileQuestion &question);
 
     std::deque<Expected> expected_;
+    QString informativeText_;
 };
 
 } // namespace ztv

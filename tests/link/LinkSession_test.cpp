@@ -447,6 +447,43 @@ TEST_F(LinkSessionTest, SendsOneWriteAtATimeInTheirOrder) {
     EXPECT_EQ(line_.Requests()[2], WithCrc("01 06 00 1D 0B B8"));
 }
 
+TEST_F(LinkSessionTest, AnnouncesAWriteBeforeItsBytesAndNoneThatIsRejected) {
+    StartProbing();
+    session_.Mbaxp1().StopCyclic(LinkTransaction::AddressingProbe);
+    std::vector<std::size_t> requests;
+    const auto count = [&] { requests.push_back(line_.Requests().size()); };
+    const auto connection = QObject::connect(&session_, &LinkSession::AboutToWrite, count);
+    line_.Answer(WithCrc("01 06 00 1C 05 DC"));
+    zentrova_.ParamValue(28, 1500);
+    EXPECT_EQ(requests, std::vector<std::size_t>{1}); // the probe alone
+    EXPECT_TRUE(WaitUntil([this] { return !zentrova_.ParamWritePending(28); }));
+    session_.ModbusAddress(300); // no slave has it
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    zentrova_.ParamValue(28, 1600);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_EQ(requests.size(), 1U);
+    QObject::disconnect(connection);
+}
+
+TEST_F(LinkSessionTest, MarksTheRowOfAFailedWriteBeforeItsBoxAndUntilThePollThatBringsIt) {
+    StartProbing();
+    session_.Mbaxp1().StopCyclic(LinkTransaction::AddressingProbe);
+    std::int16_t marked = 0;
+    const auto connection = QObject::connect(&session_, &LinkSession::WriteFailureMarked,
+                                             [&](std::int16_t tag) { marked = tag; });
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"), BoxIcon::Exclamation, ApplicationTitle(),
+                          [&] {
+                              EXPECT_EQ(marked, 28);
+                              EXPECT_TRUE(zentrova_.ParamWriteFailed(28));
+                          });
+    zentrova_.ParamValue(28, 1500);
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_TRUE(zentrova_.ParamWriteFailed(28));
+    session_.TransactionDone(LinkTransaction::Poll);
+    EXPECT_FALSE(zentrova_.ParamWriteFailed(28));
+    QObject::disconnect(connection);
+}
+
 // A box is closed before the next write goes out, so that no two of them are open at once.
 TEST_F(LinkSessionTest, ShowsTheFailuresOfWaitingWritesOneAfterAnother) {
     StartProbing();

@@ -7,6 +7,7 @@
 #include "tests/helpers/TestPresets.h"
 
 #include <QTemporaryDir>
+#include <functional>
 #include <gtest/gtest.h>
 #include <utility>
 #include <vector>
@@ -260,6 +261,51 @@ TEST_F(ClassZentrovaTest, HasTheTextsOfTheLine) {
     }
     EXPECT_THROW(zentrova_.BaudRateString(5), Fault);
     EXPECT_THROW(zentrova_.ParityStopString(4), Fault);
+}
+
+TEST_F(ClassZentrovaTest, ListsTheEditsThatNoSensorAndNoFileHas) {
+    using Tags = std::vector<std::int16_t>;
+    link_.open = false;
+    EXPECT_EQ(zentrova_.EditedRows(), Tags{});
+    const std::int32_t before = zentrova_.ParamValue(setting);
+    zentrova_.ParamValue(setting, before + 1);
+    zentrova_.ParamValue(ParamDefines::FarDistance, 30000);
+    zentrova_.ParamValue(ParamDefines::SaveCommand, 1); // a command is no setting
+    EXPECT_EQ(zentrova_.EditedRows(), (Tags{setting, ParamDefines::FarDistance}));
+    zentrova_.ParamValue(setting, before); // as it was
+    EXPECT_EQ(zentrova_.EditedRows(), Tags{ParamDefines::FarDistance});
+    zentrova_.ParamUpdate(ParamDefines::FarDistance, 29000); // a poll
+    EXPECT_EQ(zentrova_.EditedRows(), Tags{});
+
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("roll.ztv"));
+    zentrova_.ParamValue(setting, before + 1);
+    zentrova_.SaveFile(file);
+    EXPECT_EQ(zentrova_.EditedRows(), Tags{});
+    zentrova_.ParamValue(setting, before + 2);
+    EXPECT_EQ(zentrova_.EditedRows(), Tags{setting});
+    EXPECT_EQ(zentrova_.OpenFile(file).result, FileOpened::Whole);
+    EXPECT_EQ(zentrova_.EditedRows(), Tags{});
+}
+
+TEST_F(ClassZentrovaTest, MarksAFailedWriteUntilAPollAFileOrAnotherWriteReplacesTheValue) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("roll.ztv"));
+    zentrova_.SaveFile(file);
+    const std::function<void()> replacements[] = {
+        [this] { zentrova_.ParamUpdate(setting, 1200); },
+        [&] { zentrova_.OpenFile(file); },
+        [this] { zentrova_.ParamValue(setting, zentrova_.ParamValue(setting) + 1); },
+    };
+    for (const auto &replace : replacements) {
+        EXPECT_FALSE(zentrova_.ParamWriteFailed(setting));
+        zentrova_.MarkWriteFailed(setting);
+        EXPECT_TRUE(zentrova_.ParamWriteFailed(setting));
+        EXPECT_FALSE(zentrova_.ParamWriteFailed(ParamDefines::FarDistance));
+        replace();
+        zentrova_.ParamWritePending(setting, false);
+    }
+    EXPECT_FALSE(zentrova_.ParamWriteFailed(setting));
 }
 
 TEST_F(ClassZentrovaTest, CarriesItsFlagsAndNotes) {

@@ -128,6 +128,28 @@ TEST_F(WizardCalibrationTest, WritesOnlyWhatDiffers) {
     EXPECT_EQ(link_.writes, (Writes{{36, 1000}}));
 }
 
+TEST_F(WizardCalibrationTest, ListsWhatItWouldWriteWithoutWritingIt) {
+    const Settings all[] = {Between(3000, 20000), Between(20000, 3000), Between(600, 42000),
+                            ForTorque(zentrova_, roll_), ForVelocity(zentrova_, roll_)};
+    for (const Settings &settings : all) {
+        for (const bool save : {true, false}) {
+            SetUp(); // all values differ, so that each is written
+            zentrova_.ParamUpdate(ParamDefines::SaveCommand, 0);
+            link_.writes.clear();
+            const std::vector<ParameterValue> values = ValuesOf(zentrova_, settings, save);
+            EXPECT_TRUE(link_.writes.empty());
+            Write(settings, save);
+            Writes listed;
+            for (const ParameterValue &value : values) {
+                listed.emplace_back(value.tag, value.value);
+            }
+            EXPECT_EQ(link_.writes, listed);
+            link_.EndWrites(zentrova_);
+            zentrova_.ForgetPendingWrites();
+        }
+    }
+}
+
 TEST_F(WizardCalibrationTest, RefusesWhatIsNoNumberOrFitsNoRegisterBeforeTheFirstWrite) {
     for (const char *voltage : {"abc", "", "99999.00", "1e300"}) {
         const Ends ends{.farRaw = 20000,

@@ -1,6 +1,7 @@
 #include "setup/WizardSteps.h"
 
 #include "model/ParamDefines.h"
+#include "support/Fault.h"
 #include "tests/helpers/FakeLink.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/TestPresets.h"
@@ -303,6 +304,44 @@ TEST_F(WizardStepsTest, WritesTheDistanceRouteWhateverElseWasChosenBefore) {
     link_.writes.clear();
     steps_->Finish(steps_->Outcome(entries_), entries_);
     EXPECT_EQ(link_.writes, (Writes{{29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {36, 200}, {1, 1}}));
+}
+
+using Changes = std::vector<WizardSteps::Change>;
+
+TEST_F(WizardStepsTest, ListsWhatFinishWillWriteInItsOrder) {
+    GoToFarEnd();
+    link_.EndWrites(zentrova_);
+    SetDistance(20000);
+    Record(WizardSteps::AtFarEnd);
+    SetDistance(3000);
+    Record(WizardSteps::AtNearEnd);
+    entries_.voltage = {QStringLiteral("9.50"), QStringLiteral("1.25")};
+    link_.writes.clear();
+    const auto text = [](const char *utf8) { return QString::fromUtf8(utf8); };
+    EXPECT_EQ(steps_->Changes(entries_),
+              (Changes{{text("Far Distance (29)"), text("360.00\""), text("200.00\"")},
+                       {text("Near Distance (28)"), text("12.00\""), text("30.00\"")},
+                       {text("Max Range (25)"), text("420.00\" (was 20.00\")"), text("205.00\"")},
+                       {text("Min Range (24)"), text("6.00\" (was 10.00\")"), text("25.00\"")},
+                       {text("Far Voltage (37)"), text("10.00V"), text("9.50V")},
+                       {text("Near Voltage (36)"), text("0.00V"), text("1.25V")},
+                       {text("Save Command (1)"), QString(), text("saves all")}}));
+    EXPECT_TRUE(link_.writes.empty());
+    steps_->Finish(steps_->Outcome(entries_), entries_);
+    EXPECT_EQ(link_.writes,
+              (Writes{{29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {37, 950}, {36, 125}, {1, 1}}));
+    link_.EndWrites(zentrova_);
+    entries_.save = false;
+    EXPECT_EQ(steps_->Changes(entries_), Changes());
+}
+
+TEST_F(WizardStepsTest, RefusesToListWhatCanNotBeWritten) {
+    GoToFarEnd();
+    SetDistance(20000);
+    Record(WizardSteps::AtFarEnd);
+    Record(WizardSteps::AtNearEnd);
+    entries_.voltage = {QStringLiteral("9.50"), QStringLiteral("abc")};
+    EXPECT_THROW(steps_->Changes(entries_), Fault);
 }
 
 } // namespace ztv

@@ -4,6 +4,7 @@
 #include "tests/helpers/Printers.h"
 #include "widgets/Colours.h"
 
+#include <QFontInfo>
 #include <QPushButton>
 #include <QTest>
 
@@ -94,6 +95,44 @@ TEST_F(MessageStripTest, ElidesWhatDoesNotFitAndHasItInTheToolTip) {
     EXPECT_TRUE(strip_.accessibleName().contains(message.detail));
     strip_.resize(5000, 33);
     EXPECT_EQ(Text("StripDetail"), message.detail);
+}
+
+TEST_F(MessageStripTest, IsOneLargeLineWhereThereIsRoomForIt) {
+    strip_.Show(NoAnswer("No answer for 3 s"));
+    const QFont usual = Form(window_).Get<QWidget>("StripHeadline").font();
+    EXPECT_TRUE(Form(window_).Get<QWidget>("StripDetail").isVisible());
+    strip_.resize(1850, 33);
+    const auto &headline = Form(window_).Get<QWidget>("StripHeadline");
+    EXPECT_FALSE(Form(window_).Get<QWidget>("StripDetail").isVisible());
+    EXPECT_GE(QFontInfo(headline.font()).pixelSize(), 24);
+    EXPECT_LE(headline.fontMetrics().height(), 33);
+    EXPECT_EQ(Text("StripHeadline"),
+              QStringLiteral("No answer for 3 s. Address 1 on port 1 (/dev/ttyUSB0), 38400 N2"));
+    EXPECT_LE(strip_.sizeHint().height(), 33);
+    const QFont large = headline.font();
+    strip_.Show(NoAnswer("No answer for 1234 s"));
+    EXPECT_EQ(headline.font(), large) << "doesn't jump while the time goes on";
+    EXPECT_EQ(Text("StripHeadline"),
+              QStringLiteral("No answer for 1234 s. Address 1 on port 1 (/dev/ttyUSB0), 38400 N2"));
+    strip_.resize(640, 33);
+    EXPECT_EQ(headline.font(), usual);
+    EXPECT_TRUE(Form(window_).Get<QWidget>("StripDetail").isVisible());
+    EXPECT_EQ(Text("StripHeadline"), QStringLiteral("No answer for 1234 s"));
+}
+
+TEST_F(MessageStripTest, CutsNoTextOffInALowWindow) {
+    strip_.setFont([this] {
+        QFont large = strip_.font();
+        large.setPixelSize(19);
+        return large;
+    }());
+    strip_.Show(NoAnswer("No answer for 3 s"));
+    for (const int height : {33, 20, 14}) {
+        strip_.resize(640, height);
+        for (const char *name : {"StripHeadline", "StripSearch"}) {
+            EXPECT_LE(Form(window_).Get<QWidget>(name).fontMetrics().height(), height) << name;
+        }
+    }
 }
 
 TEST_F(MessageStripTest, IsLegibleOnEachDesktop) {

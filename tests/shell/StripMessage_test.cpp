@@ -45,6 +45,16 @@ TEST_F(StripMessageTest, SaysWhoseValuesTheScreenShowsWhileNotConnected) {
     ExpectMessage(Kind::NotConnected, "Not connected", "The values are the last ones read, 1 min 15 s ago");
 }
 
+TEST_F(StripMessageTest, SaysThatTheSensorsValuesWereNotKept) {
+    facts_.notBackedUp = QStringLiteral("/backups: no space left");
+    ExpectMessage(Kind::NotBackedUp, "No backup of the sensor's values", "/backups: no space left");
+    EXPECT_TRUE(Actions().empty());
+    facts_.echoIsReceived = false;
+    EXPECT_EQ(WorstMessage(facts_)->kind, Kind::NotBackedUp);
+    facts_.silence = 12s;
+    EXPECT_EQ(WorstMessage(facts_)->kind, Kind::NoAnswer);
+}
+
 TEST_F(StripMessageTest, SaysNothingOfTheEchoWhileNotConnected) {
     facts_.echoIsReceived = false;
     ExpectMessage(Kind::NoEcho, "No echo", "The sensor finds no target: distance and output say nothing");
@@ -116,12 +126,36 @@ TEST_F(StripMessageTest, NamesTheFileThatCouldNotBeOpenedOrSaved) {
     EXPECT_EQ(Actions(), (std::vector{StripAction::SaveAs}));
 }
 
+TEST_F(StripMessageTest, NamesTheValuesOfTheWizardThatTheSensorDidNotTake) {
+    const auto value = [](const char *name, int tag, const char *asked, const char *held, bool isTaken) {
+        return StripFacts::WizardValue{.name = QString::fromLatin1(name),
+                                       .tag = static_cast<std::int16_t>(tag),
+                                       .asked = QString::fromLatin1(asked),
+                                       .held = QString::fromLatin1(held),
+                                       .isTaken = isTaken};
+    };
+    facts_.wizardValues = {value("Far Distance", 29, "200.00\"", "300.00\"", false)};
+    ExpectMessage(Kind::NotTaken, "The wizard's Far Distance wasn't taken",
+                  "The sensor has Far Distance (29) 300.00\", not 200.00\"");
+    EXPECT_EQ(Actions(), (std::vector{StripAction::StartWizard, StripAction::Dismiss}));
+    facts_.wizardValues.push_back(value("Min Range", 24, "25.00\"", "6.00\"", false));
+    facts_.wizardValues.push_back(value("Far Voltage", 37, "9.50V", "9.50V", true));
+    facts_.wizardValues.push_back(value("Near Voltage", 36, "0.00V", "0.00V", true));
+    ExpectMessage(
+        Kind::NotTaken, "2 of the wizard's values weren't taken",
+        "The sensor has Far Distance (29) 300.00\", not 200.00\"; Min Range (24) 6.00\", not 25.00\". "
+        "Taken: Far Voltage, Near Voltage");
+    facts_.isOnline = false;
+    EXPECT_EQ(WorstMessage(facts_)->kind, Kind::NotConnected);
+}
+
 // Each fact is worse than all that come before it.
 TEST_F(StripMessageTest, ShowsTheWorst) {
     const std::vector<std::pair<Kind, std::function<void()>>> byRisingSeverity = {
         {Kind::NoEcho, [this] { facts_.echoIsReceived = false; }},
         {Kind::NotOpened, [this] { facts_.notOpened = {.name = QStringLiteral("a.ztv"), .reason = {}}; }},
         {Kind::NotSaved, [this] { facts_.notSaved = {.name = QStringLiteral("b.ztv"), .reason = {}}; }},
+        {Kind::NotTaken, [this] { facts_.wizardValues.emplace_back(); }},
         {Kind::ValuesHeld, [this] { facts_.valuesAreHeld = true; }},
         {Kind::AnotherSensor, [this] { facts_.anotherSensorAnswers = true; }},
         {Kind::NoAnswer, [this] { facts_.silence = 3s; }},

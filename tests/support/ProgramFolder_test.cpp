@@ -33,6 +33,13 @@ TEST(ProgramFolderTest, OtherwiseTheyGoToTheUsersDataFolder) {
     EXPECT_TRUE(QFileInfo(expected).isDir());
 }
 
+TEST(ProgramFolderTest, BackupsHaveAFolderOfTheUsersThatTheFirstOneCreates) {
+    const QTemporaryDir data;
+    const EnvironmentVariable isolated("XDG_DATA_HOME", data.path());
+    EXPECT_EQ(BackupFolder(), data.filePath(QStringLiteral("ZTV Link/Backups")));
+    EXPECT_TRUE(QDir(data.path()).isEmpty());
+}
+
 TEST(ProgramFolderTest, ARelativeOneStaysWhereItIs) {
     const QString before = QDir::currentPath();
     const EnvironmentVariable home("ZTVLINK_HOME", QStringLiteral("some/folder"));

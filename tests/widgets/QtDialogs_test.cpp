@@ -271,6 +271,18 @@ TEST_F(QtDialogsTest, ABoxHasTheIconOfItsStyle) {
     }
 }
 
+TEST_F(QtDialogsTest, ABoxShowsItsInformativeTextBelowItsText) {
+    WhenDialogOpens([](QWidget &dialog) {
+        auto &box = dynamic_cast<QMessageBox &>(dialog);
+        EXPECT_EQ(box.text(), QStringLiteral("Error"));
+        EXPECT_EQ(box.informativeText(), QStringLiteral("<b>300.00\"</b>"));
+        EXPECT_EQ(box.textFormat(), Qt::PlainText);
+        box.close();
+    });
+    dialogs_.OwnedMessageBox(QStringLiteral("Error"), {.informativeText = QStringLiteral("<b>300.00\"</b>")},
+                             QString());
+}
+
 TEST_F(QtDialogsTest, ABoxHasTheButtonsOfItsStyleAndAnswersByEach) {
     struct Row {
         QMessageBox::StandardButton button;

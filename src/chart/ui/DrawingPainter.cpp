@@ -10,6 +10,10 @@ namespace ztv {
 
 namespace {
 
+// Of the side of a figure's square.
+constexpr double rimPart = 0.12;
+constexpr double marginPart = 0.1;
+
 Qt::PenStyle StyleOf(Drawing::LineStyle style) {
     switch (style) {
     case Drawing::LineStyle::Dot:
@@ -25,12 +29,12 @@ Qt::PenStyle StyleOf(Drawing::LineStyle style) {
 }
 
 // Returns the width of a pen in pixels of the device: whole, and at least one.
-double DeviceWidth(const QPainter &painter, int width) {
-    return std::max(1.0, std::round(width * painter.device()->devicePixelRatioF()));
+double DeviceWidth(const QPainter &painter, const PageScale &scale, int width) {
+    return std::max(1.0, std::round(width * scale.Factor() * painter.device()->devicePixelRatioF()));
 }
 
-QPen PenOf(const QPainter &painter, const Drawing::Line &line, const QColor &colour) {
-    QPen pen(colour, DeviceWidth(painter, line.width) / painter.device()->devicePixelRatioF());
+QPen PenOf(const QPainter &painter, const PageScale &scale, const Drawing::Line &line, const QColor &colour) {
+    QPen pen(colour, DeviceWidth(painter, scale, line.width) / painter.device()->devicePixelRatioF());
     pen.setStyle(StyleOf(line.style));
     pen.setCapStyle(Qt::FlatCap);
     pen.setJoinStyle(Qt::RoundJoin);
@@ -38,14 +42,14 @@ QPen PenOf(const QPainter &painter, const Drawing::Line &line, const QColor &col
 }
 
 // Returns the place, near `place`, of the middle of a line that covers whole pixels of the device.
-double Snapped(const QPainter &painter, double place, int width) {
+double Snapped(const QPainter &painter, const PageScale &scale, double place, int width) {
     const double ratio = painter.device()->devicePixelRatioF();
-    const double half = std::fmod(DeviceWidth(painter, width), 2) / 2;
+    const double half = std::fmod(DeviceWidth(painter, scale, width), 2) / 2;
     return (std::floor(place * ratio) + half) / ratio;
 }
 
-QPointF ToPoint(float x, float y, QPointF origin) {
-    return QPointF(DrawingPainter::ToPixels(x), DrawingPainter::ToPixels(y)) + origin;
+QPointF ToPoint(const PageScale &scale, float x, float y, QPointF origin) {
+    return QPointF(scale.ToPixels(x), scale.ToPixels(y)) + origin;
 }
 
 } // namespace
@@ -62,6 +66,8 @@ QColor ColourOf(Drawing::Colour colour, const QPalette &palette) {
         return Colours::Of(Colours::Red, palette);
     case Drawing::Colour::Olive:
         return Colours::Of(Colours::Olive, palette);
+    case Drawing::Colour::Amber:
+        return Colours::Of(Colours::Amber, palette);
     case Drawing::Colour::Gray:
         return Colours::Of(Colours::Gray, palette);
     case Drawing::Colour::Dimmed:
@@ -77,52 +83,75 @@ QColor FillOf(Drawing::Colour colour, const QPalette &palette) {
                                              : ColourOf(colour, palette);
 }
 
-void PaintLine(QPainter &painter, const Drawing::Line &line, const QColor &colour, QPointF origin) {
-    QPointF from = ToPoint(line.x1, line.y1, origin);
-    QPointF to = ToPoint(line.x2, line.y2, origin);
+void PaintLine(QPainter &painter, const PageScale &scale, const Drawing::Line &line, const QColor &colour,
+               QPointF origin) {
+    QPointF from = ToPoint(scale, line.x1, line.y1, origin);
+    QPointF to = ToPoint(scale, line.x2, line.y2, origin);
     if (line.x1 == line.x2) {
-        from.setX(Snapped(painter, from.x(), line.width));
+        from.setX(Snapped(painter, scale, from.x(), line.width));
         to.setX(from.x());
     }
     if (line.y1 == line.y2) {
-        from.setY(Snapped(painter, from.y(), line.width));
+        from.setY(Snapped(painter, scale, from.y(), line.width));
         to.setY(from.y());
     }
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(PenOf(painter, line, colour));
+    painter.setPen(PenOf(painter, scale, line, colour));
     painter.drawLine(from, to);
 }
 
-void PaintCurve(QPainter &painter, const std::vector<Drawing::Line> &segments, const QPalette &palette) {
+void PaintCurve(QPainter &painter, const PageScale &scale, const std::vector<Drawing::Line> &segments,
+                const QPalette &palette) {
     QPolygonF points;
     for (const Drawing::Line &segment : segments) {
         if (!segment.visible) {
             continue;
         }
         if (points.isEmpty()) {
-            points << ToPoint(segment.x1, segment.y1, {});
+            points << ToPoint(scale, segment.x1, segment.y1, {});
         }
-        points << ToPoint(segment.x2, segment.y2, {});
+        points << ToPoint(scale, segment.x2, segment.y2, {});
     }
     if (!points.isEmpty()) {
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(PenOf(painter, segments.front(), ColourOf(segments.front().colour, palette)));
+        painter.setPen(PenOf(painter, scale, segments.front(), ColourOf(segments.front().colour, palette)));
         painter.drawPolyline(points);
     }
 }
 
-void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QColor &fill) {
-    const QRectF place(ToPoint(shape.left, shape.top, {}),
-                       QSizeF(ToPixels(shape.width), ToPixels(shape.height)));
+void PaintShape(QPainter &painter, const PageScale &scale, const Drawing::Shape &shape, const QColor &fill) {
+    const double width = std::max(1, scale.Pixels(1));
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(fill.darker());
+    painter.setPen(QPen(fill.darker(), width));
     painter.setBrush(fill);
-    const QRectF outline = place.adjusted(0.5, 0.5, -0.5, -0.5); // keeps the pen within the shape
+    const QRectF place = scale.FromTwips(shape.left, shape.top, shape.width, shape.height);
+    const double half = width / 2;
+    const QRectF outline = place.adjusted(half, half, -half, -half); // keeps the pen within the shape
     if (shape.outline == Drawing::Outline::Circle) {
         painter.drawEllipse(outline);
     } else {
         painter.drawRect(outline);
     }
+}
+
+void PaintLamp(QPainter &painter, const QRectF &square, bool lit, const QColor &colour) {
+    const double pen = square.width() * rimPart;
+    const double margin = pen / 2 + square.width() * marginPart;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, pen));
+    painter.setBrush(lit ? QBrush(colour) : QBrush(Qt::NoBrush));
+    painter.drawEllipse(square.adjusted(margin, margin, -margin, -margin));
+}
+
+// Bright amber needs a rim to be seen on white.
+void PaintWarning(QPainter &painter, const QRectF &square, const QPalette &palette) {
+    const double margin = square.width() * marginPart;
+    const QRectF place = square.adjusted(margin, margin, -margin, -margin);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(ColourOf(Drawing::Colour::Amber, palette), square.width() * rimPart));
+    painter.setBrush(QColor::fromRgb(Colours::Amber.onDark));
+    painter.drawPolygon(
+        QPolygonF({QPointF(place.center().x(), place.top()), place.bottomRight(), place.bottomLeft()}));
 }
 
 } // namespace DrawingPainter

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "chart/DrawingElements.h"
+#include "widgets/PageScale.h"
 
 #include <QColor>
 #include <QPainter>
 #include <QPalette>
 #include <QPointF>
+#include <QRectF>
 #include <vector>
 
 namespace ztv {
@@ -13,22 +15,23 @@ namespace ztv {
 // Paints the elements of a drawing. Vertical and horizontal lines are crisp at any scale factor.
 namespace DrawingPainter {
 
-// Converts a length in twips.
-inline double ToPixels(float twips) {
-    return static_cast<double>(twips) / 15;
-}
-
 // Return the colour of a line, and of a shape, which needs less contrast than a line when it is dimmed.
 QColor ColourOf(Drawing::Colour colour, const QPalette &palette);
 QColor FillOf(Drawing::Colour colour, const QPalette &palette);
 
 // `origin` is the origin of the line's coordinates, in pixels of the painter.
-void PaintLine(QPainter &painter, const Drawing::Line &line, const QColor &colour, QPointF origin = {});
+void PaintLine(QPainter &painter, const PageScale &scale, const Drawing::Line &line, const QColor &colour,
+               QPointF origin = {});
 
 // Paints the visible segments of a curve as one line, so that they join.
-void PaintCurve(QPainter &painter, const std::vector<Drawing::Line> &segments, const QPalette &palette);
+void PaintCurve(QPainter &painter, const PageScale &scale, const std::vector<Drawing::Line> &segments,
+                const QPalette &palette);
 
-void PaintShape(QPainter &painter, const Drawing::Shape &shape, const QColor &fill);
+void PaintShape(QPainter &painter, const PageScale &scale, const Drawing::Shape &shape, const QColor &fill);
+
+// Paint a lamp, and a triangle that warns, in a square.
+void PaintLamp(QPainter &painter, const QRectF &square, bool lit, const QColor &colour);
+void PaintWarning(QPainter &painter, const QRectF &square, const QPalette &palette);
 
 } // namespace DrawingPainter
 

@@ -2,6 +2,7 @@
 
 #include "chart/BasicDrawing.h"
 #include "chart/DrawingChanges.h"
+#include "widgets/PageScale.h"
 
 #include <QFrame>
 
@@ -13,8 +14,12 @@ class DrawnFrame : public QFrame {
 
 public:
     // An opaque frame paints its own background, so that the widgets below it aren't painted on each tick.
-    // REQUIRES: `drawing` outlives this.
-    DrawnFrame(const BasicDrawing &drawing, Drawing::ControlId id, bool opaque, QWidget *parent);
+    // REQUIRES: `drawing` and `scale`, the page's present one, outlive this.
+    DrawnFrame(const BasicDrawing &drawing, const PageScale &scale, Drawing::ControlId id, bool opaque,
+               QWidget *parent);
+
+    // Sets the place of the drawing's origin, in pixels of this frame, where it isn't the frame's corner.
+    void Origin(const QPoint &origin);
 
     // Schedules a repaint of an area of this frame.
     void UpdateArea(const DrawingChanges::Area &area);
@@ -24,8 +29,10 @@ protected:
 
 private:
     const BasicDrawing &drawing_;
+    const PageScale &scale_;
     Drawing::ControlId id_;
     bool opaque_;
+    QPoint origin_;
 };
 
 } // namespace ztv

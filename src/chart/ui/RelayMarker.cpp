@@ -1,28 +1,33 @@
 #include "chart/ui/RelayMarker.h"
 
+#include "chart/BasicLayout.h"
 #include "chart/ui/DrawingPainter.h"
 #include "widgets/Controls.h"
 #include "widgets/TextBoxFunctions.h"
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <algorithm>
+#include <cmath>
 
 namespace ztv {
 
 namespace {
 
-constexpr int grabPixels = 5; // on either side of the strip
-constexpr float keyStep = Controls::TwipsPerPixel;
+constexpr int grabPixels = 5;           // on either side of the strip, at factor 1 and below
+constexpr float keyStep = 15;           // twips, at any factor
 constexpr std::int32_t fineKeyStep = 1; // hundredth of an inch
 constexpr int highlightAlpha = 90;
-constexpr int numberPixels = 10;
+constexpr int numberPixels = 10; // at factor 1
 
 } // namespace
 
-RelayMarker::RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, int number, QWidget *parent)
+RelayMarker::RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, const PageScale &scale, int number,
+                         QWidget *parent)
     : QWidget(parent),
       drawing_(drawing),
       drag_(drag),
+      scale_(scale),
       number_(number) {
     Controls::Named(this, Controls::Member("PicRelay", number));
     setCursor(Qt::SizeHorCursor);
@@ -32,12 +37,17 @@ RelayMarker::RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, int numbe
 
 QRect RelayMarker::Place() const {
     const Drawing::Control &strip = drawing_.At(Drawing::ControlId::PicRelay, number_);
-    const QRect place = Controls::FromTwips(strip.left, strip.top, strip.width, strip.height);
-    return place.adjusted(-grabPixels, 0, grabPixels, 0);
+    const QRect place = scale_.FromTwips(strip.left, strip.top, strip.width, strip.height);
+    return place.adjusted(-Grab(), 0, Grab(), 0);
+}
+
+int RelayMarker::Grab() const {
+    return std::max(scale_.Pixels(grabPixels), grabPixels);
 }
 
 int RelayMarker::LineColumn() const {
-    return x() + grabPixels;
+    const Drawing::Line &line = drawing_.At(Drawing::LineId::LineRelay, number_);
+    return x() + Grab() + static_cast<int>(std::floor(scale_.ToPixels(line.x1)));
 }
 
 void RelayMarker::ShowHover(bool hovered) {
@@ -65,6 +75,12 @@ void RelayMarker::MoveByKey(const QKeyEvent &key) {
              : drag_.Step(number_, static_cast<float>(direction) * keyStep)) {
         movedByKey_ = true;
     }
+    ShowName();
+}
+
+void RelayMarker::ShowName() {
+    named_ = true;
+    drag_.ShowFocused(number_);
     Q_EMIT Moved();
 }
 
@@ -77,10 +93,24 @@ void RelayMarker::keyReleaseEvent(QKeyEvent *event) {
     }
 }
 
+// Shows the label, except after a click: it is hidden once the mouse lets go. A window that becomes active
+// again shows what it did before.
+void RelayMarker::focusInEvent(QFocusEvent *event) {
+    QWidget::focusInEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    if (reason == Qt::MouseFocusReason) {
+        named_ = false;
+    } else if (named_ || (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)) {
+        ShowName();
+    }
+}
+
 // Lets go of the key, because its release goes to the widget that has the focus then.
 void RelayMarker::focusOutEvent(QFocusEvent *event) {
     QWidget::focusOutEvent(event);
+    drag_.HideFocused(number_);
     LetGoOfKey();
+    Q_EMIT Moved();
 }
 
 void RelayMarker::LetGoOfKey() {
@@ -94,18 +124,19 @@ void RelayMarker::LetGoOfKey() {
 // Paints the relay's number, so that the relays differ not only in colour. The "on" markers have it at their
 // upper end and the "off" markers at their lower one, because the two are often close together.
 void RelayMarker::PaintNumber(QPainter &painter, const QColor &colour) {
-    constexpr int relays = 2;
-    QRect place(0, 0, width(), numberPixels + 1);
-    if (number_ >= relays) {
+    const int pixels = std::max(scale_.Pixels(numberPixels), scale_.LeastLegible());
+    QRect place(0, 0, width(), pixels + 1);
+    if (!BasicLayout::IsOn(number_)) {
         place.moveBottom(height() - 1);
     }
     painter.fillRect(place.adjusted(2, 0, -2, 0), palette().color(QPalette::Base));
     QFont number = font();
-    number.setPixelSize(numberPixels);
+    number.setPixelSize(pixels);
     number.setBold(true);
     painter.setFont(number);
     painter.setPen(colour);
-    painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip, QString::number(number_ % relays + 1));
+    painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip,
+                     QString::number(BasicLayout::RelayOf(number_)));
 }
 
 void RelayMarker::paintEvent(QPaintEvent *) {
@@ -113,12 +144,14 @@ void RelayMarker::paintEvent(QPaintEvent *) {
     if (hasFocus() || hovered_) {
         QColor band = palette().color(QPalette::Highlight);
         band.setAlpha(highlightAlpha);
-        painter.fillRect(rect().adjusted(grabPixels / 2, 0, -(grabPixels / 2), 0), band);
+        painter.fillRect(rect().adjusted(Grab() / 2, 0, -(Grab() / 2), 0), band);
     }
     const Drawing::Line &line = drawing_.At(Drawing::LineId::LineRelay, number_);
     const QColor colour = DrawingPainter::ColourOf(line.colour, palette());
-    DrawingPainter::PaintLine(painter, line, colour, QPointF(grabPixels, 0));
-    PaintNumber(painter, colour);
+    DrawingPainter::PaintLine(painter, scale_, line, colour, QPointF(Grab(), 0));
+    if (!drawing_.At(Drawing::ControlId::MarkRelay, number_).visible) { // a mark has the number
+        PaintNumber(painter, colour);
+    }
 }
 
 } // namespace ztv

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "chart/RelayDrag.h"
+#include "widgets/PageScale.h"
 
 #include <QWidget>
 
@@ -12,8 +13,9 @@ class RelayMarker : public QWidget {
     Q_OBJECT
 
 public:
-    // REQUIRES: the drawing and the drag outlive this.
-    RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, int number, QWidget *parent);
+    // REQUIRES: the drawing, the drag and `scale`, the page's present one, outlive this.
+    RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, const PageScale &scale, int number,
+                QWidget *parent);
 
     // Returns the geometry of this widget for the strip's present place in the drawing.
     QRect Place() const;
@@ -33,18 +35,23 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    int Grab() const;
     void MoveByKey(const QKeyEvent &key);
     void LetGoOfKey();
+    void ShowName();
     void PaintNumber(QPainter &painter, const QColor &colour);
 
     const BasicDrawing &drawing_;
     RelayDrag &drag_;
+    const PageScale &scale_;
     int number_;
     bool movedByKey_ = false;
+    bool named_ = false; // the label shows while this has the focus
     bool hovered_ = false;
 };
 

@@ -1,7 +1,5 @@
 #include "chart/ui/RelayPointer.h"
 
-#include "widgets/Controls.h"
-
 #include <QMouseEvent>
 #include <QToolTip>
 #include <cmath>
@@ -19,9 +17,11 @@ QPoint PixelOf(const QPointF &place) {
 
 } // namespace
 
-RelayPointer::RelayPointer(const BasicDrawing &drawing, RelayDrag &drag, std::vector<RelayMarker *> markers)
+RelayPointer::RelayPointer(const BasicDrawing &drawing, RelayDrag &drag, const PageScale &scale,
+                           std::vector<RelayMarker *> markers)
     : drawing_(drawing),
       drag_(drag),
+      scale_(scale),
       markers_(std::move(markers)) {
     for (RelayMarker *marker : markers_) {
         marker->installEventFilter(this);
@@ -92,7 +92,7 @@ void RelayPointer::ShowToolTip(QWidget &under, const QHelpEvent &help) const {
 }
 
 float RelayPointer::InMarker(int number, const QPointF &inChart) const {
-    const float twips = static_cast<float>(inChart.x() * Controls::TwipsPerPixel);
+    const float twips = static_cast<float>(scale_.ToTwips(inChart.x()));
     return twips - drawing_.At(Drawing::ControlId::PicRelay, number).left;
 }
 
@@ -107,6 +107,7 @@ void RelayPointer::Press(const QMouseEvent &event, const QPointF &inChart) {
     // The press has moved the focus to the topmost marker.
     markers_[static_cast<std::size_t>(number)]->setFocus(Qt::MouseFocusReason);
     drag_.MouseDown(number, left, InMarker(number, inChart));
+    Q_EMIT Moved();
 }
 
 void RelayPointer::Move(const QMouseEvent &event, const QPointF &inChart) {

@@ -2,6 +2,7 @@
 
 #include "chart/RelayDrag.h"
 #include "chart/ui/RelayMarker.h"
+#include "widgets/PageScale.h"
 
 #include <QHelpEvent>
 #include <QObject>
@@ -16,8 +17,10 @@ class RelayPointer : public QObject {
     Q_OBJECT
 
 public:
-    // `markers` are numbered as PicRelay. REQUIRES: all arguments outlive this.
-    RelayPointer(const BasicDrawing &drawing, RelayDrag &drag, std::vector<RelayMarker *> markers);
+    // `markers` are numbered as PicRelay; `scale` is the page's present one. REQUIRES: all arguments outlive
+    // this.
+    RelayPointer(const BasicDrawing &drawing, RelayDrag &drag, const PageScale &scale,
+                 std::vector<RelayMarker *> markers);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -37,6 +40,7 @@ private:
 
     const BasicDrawing &drawing_;
     RelayDrag &drag_;
+    const PageScale &scale_;
     std::vector<RelayMarker *> markers_;
     std::optional<int> held_; // by the left button
 };

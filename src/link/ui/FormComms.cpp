@@ -9,6 +9,7 @@
 #include "widgets/EntryFocus.h"
 #include "widgets/FormHelp.h"
 #include "widgets/TextBoxFunctions.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -24,6 +25,7 @@ constexpr double highestPort = 255;
 constexpr double highestAddress = 247;
 constexpr int numberWidth = 72;
 constexpr int countsEveryMs = 1000;
+const QString lockedOnline = QStringLiteral("Locked while online. Go offline to change them.");
 
 QPushButton *NewButton(const char *name, const char *caption, const char *toolTip) {
     auto *button = Controls::Captioned<QPushButton>(name, caption);
@@ -99,6 +101,13 @@ void FormComms::BuildSettings(QVBoxLayout &column) {
     }
     device_->setAccessibleName(QStringLiteral("Device of the port"));
     grid->addWidget(device_, 0, 2);
+    // Beside the fields, where the form has room.
+    locked_ = Controls::Named(new QLabel, "LabelLocked");
+    locked_->setTextFormat(Qt::PlainText);
+    locked_->setWordWrap(true);
+    locked_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // the text must not widen the form
+    locked_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    grid->addWidget(locked_, 1, 2, line - 1, 1);
     grid->setColumnStretch(2, 1);
     column.addLayout(grid);
 
@@ -182,8 +191,20 @@ bool FormComms::IsValid(QLineEdit &box) {
 void FormComms::EnableDisableCommSettings(bool online) {
     for (QWidget *control : lockedOnline_) {
         control->setEnabled(!online);
+        WhyDisabled::Explain(*control, lockedOnline);
     }
     ShowDevice();
+}
+
+void FormComms::ShowLocks(bool online) {
+    const std::optional<std::int16_t> port = Port();
+    const bool deviceIsSet = port && !SerialPorts::DeviceCanBeChosen(*port);
+    const QString setElsewhere =
+        QStringLiteral("The device is set by ZTVLINK_PORT_%1, outside of this program.")
+            .arg(port.value_or(0));
+    const QString ofDevice = deviceIsSet ? setElsewhere : lockedOnline;
+    locked_->setText(online ? lockedOnline : deviceIsSet ? setElsewhere : QString());
+    WhyDisabled::Explain(*device_, port ? ofDevice : QStringLiteral("Enter a port number first."));
 }
 
 void FormComms::ShowLine() {
@@ -206,6 +227,7 @@ void FormComms::ShowDevice() {
     const std::optional<std::int16_t> port = Port();
     device_->Device(port ? SerialPorts::DeviceOfPort(settings_, *port) : QString());
     device_->setEnabled(port && port_->isEnabled() && SerialPorts::DeviceCanBeChosen(*port));
+    ShowLocks(!port_->isEnabled());
 }
 
 void FormComms::TakeDevice(const QString &device) {

@@ -51,6 +51,7 @@ private:
     bool EntryIsValid(QLineEdit &box);
     void ShowLine();
     void ShowDevice();
+    void ShowLocks(bool online);
     void TakeDevice(const QString &device);
     void PutDevicesBack();
     std::optional<std::int16_t> Port() const;
@@ -67,6 +68,7 @@ private:
     QLineEdit *address_ = nullptr;
     QLabel *timeouts_ = nullptr;
     QLabel *crcErrors_ = nullptr;
+    QLabel *locked_ = nullptr;
     QLabel *echo_ = nullptr; // shown while there is an echo
     QTimer timer_{this};
     std::vector<QWidget *> lockedOnline_;

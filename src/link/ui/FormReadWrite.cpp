@@ -1,14 +1,15 @@
 #include "link/ui/FormReadWrite.h"
 
 #include "support/ApplicationTitle.h"
+#include "widgets/Colours.h"
 #include "widgets/Controls.h"
 #include "widgets/FormHelp.h"
 
 #include <QKeyEvent>
 #include <QToolBar>
 #include <QToolButton>
-#include <QVBoxLayout>
 #include <array>
+#include <string>
 
 namespace ztv {
 
@@ -31,11 +32,13 @@ constexpr std::array buttons = {
 
 constexpr int buttonWidth = 96;
 constexpr int iconSize = 32;
+constexpr int textCharacters = 64; // in a line
 
 } // namespace
 
 FormReadWrite::FormReadWrite(ClassMyHtmlHelp &help, QWidget *parent)
     : QDialog(parent),
+      layout_(new QVBoxLayout(this)),
       choice_(ConnectChoice::Cancel) {
     Controls::Named(this, "FormReadWrite");
     setWindowTitle(ApplicationTitle());
@@ -60,9 +63,70 @@ FormReadWrite::FormReadWrite(ClassMyHtmlHelp &help, QWidget *parent)
         });
         toolbar->addWidget(tool);
     }
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(toolbar);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout_->addWidget(toolbar);
+    layout_->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void FormReadWrite::Explain(const DirectionText &text) {
+    setAccessibleDescription(text.question);
+    QLabel *question = AddText("LabelQuestion", text.question);
+    layout_->removeWidget(question);
+    layout_->insertWidget(0, question);
+    struct Answer {
+        std::size_t button;
+        const char *textName;
+        const QString &does;
+        const char *lossName;
+        const QString &loses;
+    };
+    const Answer answers[] = {{0, "LabelRead", text.read, "LabelLostOnRead", text.lostOnRead},
+                              {1, "LabelWrite", text.write, "LabelLostOnWrite", text.lostOnWrite}};
+    for (const Answer &answer : answers) {
+        const QString caption = QString::fromLatin1(buttons.at(answer.button).key);
+        QFont bold = font();
+        bold.setBold(true);
+        layout_->addSpacing(fontMetrics().height() / 2);
+        AddText((std::string(answer.textName) + "Caption").c_str(), caption)->setFont(bold);
+        AddText(answer.textName, answer.does);
+        AddLoss(answer.lossName, answer.loses);
+        // Read out with the button, so that a listener knows before pressing it.
+        findChild<QToolButton *>(caption)->setAccessibleDescription(
+            (answer.does + u' ' + answer.loses).trimmed());
+    }
+    ColourLosses();
+}
+
+QLabel *FormReadWrite::AddText(const char *name, const QString &text) {
+    auto *label = Controls::Named(new QLabel(text, this), name);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    const int width = textCharacters * fontMetrics().averageCharWidth();
+    label->setFixedWidth(width);
+    label->setMinimumHeight(label->heightForWidth(width)); // a window of fixed size would clip wrapped text
+    layout_->addWidget(label);
+    return label;
+}
+
+void FormReadWrite::AddLoss(const char *name, const QString &text) {
+    if (!text.isEmpty()) {
+        losses_.push_back(
+            AddText(name, QStringLiteral("\u26A0 ") + text)); // a sign that isn't a colour alone
+    }
+}
+
+void FormReadWrite::ColourLosses() {
+    for (QLabel *loss : losses_) {
+        QPalette colours;
+        colours.setColor(QPalette::WindowText, Colours::Of(Colours::Amber, palette()));
+        loss->setPalette(colours);
+    }
+}
+
+void FormReadWrite::changeEvent(QEvent *event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
+        ColourLosses();
+    }
 }
 
 void FormReadWrite::showEvent(QShowEvent *event) {

@@ -2,9 +2,13 @@
 
 #include "help/ClassMyHtmlHelp.h"
 #include "link/ConnectChoice.h"
+#include "link/DirectionText.h"
 
 #include <QDialog>
+#include <QLabel>
+#include <QVBoxLayout>
 #include <cstdint>
+#include <vector>
 
 namespace ztv {
 
@@ -17,14 +21,24 @@ public:
 
     explicit FormReadWrite(ClassMyHtmlHelp &help, QWidget *parent = nullptr);
 
+    // Says beside the buttons what each does.
+    void Explain(const DirectionText &text);
+
     // Returns the choice of the button pressed; Cancel if none was, also when the window was closed.
     ConnectChoice Choice() const { return choice_; }
 
 protected:
     void showEvent(QShowEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
+    QLabel *AddText(const char *name, const QString &text);
+    void AddLoss(const char *name, const QString &text);
+    void ColourLosses();
+
+    QVBoxLayout *layout_;
+    std::vector<QLabel *> losses_; // texts that say what an answer loses
     ConnectChoice choice_;
 };
 

@@ -269,7 +269,7 @@ void FormSearch::Start() {
     }
     if (!search_.Start()) {
         const LinkStatus status = link_.Mbaxp1().LastError();
-        Warn(dialogs_, link_.OpenFailureText());
+        WarnInDetail(dialogs_, link_.OpenFailureText(), link_.OpenFailureDetail());
         if (IsRefusedSetting(status)) {
             ShowBrokenOff(status);
         }

@@ -16,6 +16,7 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace ztv {
 
@@ -26,6 +27,20 @@ constexpr int boxWidth = 120;
 constexpr int margin = 12;
 constexpr int decimalsOfRanges = 2;
 constexpr int decimalsOfDelays = 0;
+
+struct UnitText {
+    const char *shown; // UTF-8
+    const char *spoken;
+};
+
+// In the order of Unit. A count of the delay is a microsecond; its high word counts 65536 of them.
+constexpr UnitText unitTexts[] = {
+    {"inches", "inches"}, {"\u00b5s", "microseconds"}, {"\u00d7 65536 \u00b5s", "times 65536 microseconds"}};
+
+constexpr char savesOnClose[] =
+    "Closing this window makes the sensor save all its settings, even if nothing was written here.";
+constexpr char savesNothing[] = "Closing this window saves nothing in the sensor.";
+constexpr char offlineSavesNothing[] = "Not connected: closing this window saves nothing in a sensor.";
 
 QFrame *NewRule() {
     auto *rule = new QFrame;
@@ -73,6 +88,7 @@ FormTransmitDelay::FormTransmitDelay(ClassZentrova &zentrova, const ParameterLin
 
     RecalculateDelay();
     saveSettings_->setEnabled(online_);
+    ShowNote();
 }
 
 void FormTransmitDelay::AddExplanation(QVBoxLayout &column, int index, const char *text) {
@@ -83,7 +99,7 @@ void FormTransmitDelay::AddExplanation(QVBoxLayout &column, int index, const cha
 }
 
 void FormTransmitDelay::AddRow(QVBoxLayout &column, const char *labelName, const char *caption,
-                               QLineEdit &box) {
+                               QLineEdit &box, Unit unit) {
     auto *label = Controls::Named(new QLabel(QString::fromLatin1(caption)), labelName);
     label->setBuddy(&box);
     box.setAccessibleName(label->text().simplified());
@@ -92,7 +108,22 @@ void FormTransmitDelay::AddRow(QVBoxLayout &column, const char *labelName, const
     auto *row = new QHBoxLayout;
     row->addWidget(label, 1);
     row->addWidget(&box);
+    row->addWidget(NewUnitLabel(unit, box));
     column.addLayout(row);
+}
+
+// All have one width, so that the boxes are aligned.
+QLabel *FormTransmitDelay::NewUnitLabel(Unit unit, QLineEdit &box) {
+    const UnitText &text = unitTexts[static_cast<std::size_t>(unit)];
+    box.setAccessibleDescription(QString::fromLatin1(text.spoken));
+    auto *label =
+        Controls::Named(new QLabel(QString::fromUtf8(text.shown)), box.objectName() + QStringLiteral("Unit"));
+    int width = 0;
+    for (const UnitText &other : unitTexts) {
+        width = std::max(width, label->fontMetrics().horizontalAdvance(QString::fromUtf8(other.shown)));
+    }
+    label->setFixedWidth(width);
+    return label;
 }
 
 void FormTransmitDelay::BuildEntries(QVBoxLayout &column) {
@@ -101,12 +132,12 @@ void FormTransmitDelay::BuildEntries(QVBoxLayout &column) {
     AddExplanation(column, 1,
                    "Add up each of the Max Range (parameter 25) values in each of the slave units and enter "
                    "the total value in the field below.");
-    AddRow(column, "Label1", "Sum of  Max Range values", *sumOfRanges_);
+    AddRow(column, "Label1", "Sum of  Max Range values", *sumOfRanges_, Unit::Inches);
     column.addSpacing(margin);
     AddExplanation(column, 3,
                    "Add up each of the Transmit Delay Low (parameter 21) values in each of the slave units "
                    "and enter the total value in the field below.");
-    AddRow(column, "Label5", "Sum of Delay values", *sumOfDelays_);
+    AddRow(column, "Label5", "Sum of Delay values", *sumOfDelays_, Unit::Microseconds);
 }
 
 QLineEdit *FormTransmitDelay::NewEntry(const char *name, const char *text) {
@@ -144,8 +175,8 @@ void FormTransmitDelay::BuildResults(QVBoxLayout &column) {
         box->setEnabled(false);
         Colours::KeepLegibleWhileDisabled(*box);
     }
-    AddRow(column, "Label2", "(21) Master Transmit Delay (low)", *low_);
-    AddRow(column, "Label3", "(22) Master Transmit Delay (high)", *high_);
+    AddRow(column, "Label2", "(21) Master Transmit Delay (low)", *low_, Unit::Microseconds);
+    AddRow(column, "Label3", "(22) Master Transmit Delay (high)", *high_, Unit::HighWords);
 }
 
 void FormTransmitDelay::BuildButtons(QVBoxLayout &column, ClassMyHtmlHelp &help) {
@@ -168,12 +199,31 @@ void FormTransmitDelay::BuildButtons(QVBoxLayout &column, ClassMyHtmlHelp &help)
 
     column.addWidget(write_);
     column.addWidget(saveSettings_);
+    AddNote(column);
     column.addSpacing(margin);
     auto *row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(helpButton);
     row->addWidget(close);
     column.addLayout(row);
+}
+
+// Keeps the room of its longest text, so that nothing moves.
+void FormTransmitDelay::AddNote(QVBoxLayout &column) {
+    note_ = Controls::Named(new QLabel(QString::fromLatin1(savesOnClose), this), "LabelSaveNote");
+    note_->setWordWrap(true);
+    note_->setMinimumWidth(textWidth);
+    note_->setMinimumHeight(note_->heightForWidth(textWidth));
+    note_->setAlignment(Qt::AlignTop);
+    column.addWidget(note_);
+    connect(saveSettings_, &QCheckBox::toggled, this, &FormTransmitDelay::ShowNote);
+}
+
+void FormTransmitDelay::ShowNote() {
+    note_->setText(QString::fromLatin1(!online_                     ? offlineSavesNothing
+                                       : saveSettings_->isChecked() ? savesOnClose
+                                                                    : savesNothing));
+    saveSettings_->setAccessibleDescription(note_->text());
 }
 
 void FormTransmitDelay::RecalculateDelay() {

@@ -40,7 +40,12 @@ private:
     void BuildButtons(QVBoxLayout &column, ClassMyHtmlHelp &help);
     QLineEdit *NewEntry(const char *name, const char *text);
     void AddExplanation(QVBoxLayout &column, int index, const char *text);
-    void AddRow(QVBoxLayout &column, const char *labelName, const char *caption, QLineEdit &box);
+    enum class Unit { Inches, Microseconds, HighWords };
+
+    void AddRow(QVBoxLayout &column, const char *labelName, const char *caption, QLineEdit &box, Unit unit);
+    static QLabel *NewUnitLabel(Unit unit, QLineEdit &box);
+    void AddNote(QVBoxLayout &column);
+    void ShowNote();
     void RecalculateDelay();
     void CheckLeftBox(const QLineEdit &box);
     void SetTransmitDelayValues();
@@ -57,6 +62,7 @@ private:
     QLineEdit *high_ = nullptr;
     QPushButton *write_ = nullptr;
     QCheckBox *saveSettings_ = nullptr;
+    QLabel *note_ = nullptr;
 };
 
 } // namespace ztv

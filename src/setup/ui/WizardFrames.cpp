@@ -1,6 +1,8 @@
 #include "setup/ui/WizardFrames.h"
 
+#include "setup/ui/ChangesList.h"
 #include "setup/ui/RollGraphic.h"
+#include "setup/ui/StateLabel.h"
 #include "widgets/Controls.h"
 
 #include <QGridLayout>
@@ -130,8 +132,11 @@ void WizardFrames::BuildMode() {
     column->addStretch();
 }
 
-// Builds the live distance, the recorded one and the Record button of a place.
+// Builds the live distance with its condition, the recorded one and the Record button of a place. The
+// condition lies behind the live distance; at the core, where the roll takes that room, below it.
 QGridLayout *WizardFrames::BuildRecording(int place) {
+    const bool isBelow = place == WizardSteps::AtCore;
+    const int recordedRow = isBelow ? 2 : 1;
     auto *grid = new QGridLayout;
     const auto number = [](const QString &name, const char *spoken) {
         auto *label = Controls::Named(new QLabel(WizardSteps::NoReading()), name);
@@ -148,15 +153,23 @@ QGridLayout *WizardFrames::BuildRecording(int place) {
                     0, 0);
     grid->addWidget(Controls::Named(new QLabel(QStringLiteral("Recorded Distance:")),
                                     Controls::Member("LabelRecordedDist", place)),
-                    1, 0);
+                    recordedRow, 0);
     labelActualDistance_[At(place)] =
         number(Controls::Member("LabelActualDistance", place), "Current Distance");
     labelRecordedDistance_[At(place)] =
         number(Controls::Member("LabelRecordedDistance", place), "Recorded Distance");
     grid->addWidget(labelActualDistance_[At(place)], 0, 1);
-    grid->addWidget(labelRecordedDistance_[At(place)], 1, 1);
+    grid->addWidget(labelRecordedDistance_[At(place)], recordedRow, 1);
+    labelCondition_[At(place)] = Controls::Named(new StateLabel(LiveReading::LongestWords()),
+                                                 Controls::Member("LabelCondition", place));
+    labelCondition_[At(place)]->setAccessibleDescription(QStringLiteral("State of the current distance"));
+    if (isBelow) {
+        grid->addWidget(labelCondition_[At(place)], 1, 0, 1, 3);
+    } else {
+        grid->addWidget(labelCondition_[At(place)], 0, 3, 1, 2);
+    }
     grid->addWidget(NewSuffix(), 0, 2);
-    grid->addWidget(NewSuffix(), 1, 2);
+    grid->addWidget(NewSuffix(), recordedRow, 2);
     commandRecordDistance_[At(place)] =
         Controls::Captioned<QPushButton>(Controls::Member("CommandRecordDistance", place), "&Record");
     grid->setColumnStretch(4, 1);
@@ -237,7 +250,7 @@ void WizardFrames::BuildCoreDistance() {
                               "Load an empty Core and verify current distance reading below. Once verified, "
                               "click the Record button."));
     QGridLayout *grid = BuildRecording(WizardSteps::AtCore);
-    grid->addWidget(commandRecordDistance_[WizardSteps::AtCore], 2, 1, 1, 2, Qt::AlignLeft);
+    grid->addWidget(commandRecordDistance_[WizardSteps::AtCore], 3, 1, 1, 2, Qt::AlignLeft);
     struct Row {
         QLabel *&label;
         const char *name;
@@ -251,12 +264,12 @@ void WizardFrames::BuildCoreDistance() {
         row.label = Controls::Named(new QLabel, row.name);
         row.label->setAccessibleDescription(caption.chopped(1));
         row.label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        grid->addWidget(Controls::Named(new QLabel(caption), Controls::Member("Label2", line)), line + 4, 0);
-        grid->addWidget(row.label, line + 4, 1);
+        grid->addWidget(Controls::Named(new QLabel(caption), Controls::Member("Label2", line)), line + 5, 0);
+        grid->addWidget(row.label, line + 5, 1);
         ++line;
     }
     grid->setRowMinimumHeight(3, gap);
-    grid->setRowStretch(line + 4, 1);
+    grid->setRowStretch(line + 5, 1);
     frameGraphic_ = new RollGraphic(fraStep_[WizardSteps::CoreDistance]);
     auto *row = new QHBoxLayout;
     row->addLayout(grid, 1);
@@ -285,7 +298,8 @@ void WizardFrames::BuildFinished() {
     chkSaveSettings_->setToolTip(QStringLiteral("Save parameter changes in Zentrova"));
     chkSaveSettings_->setChecked(true);
     column->addWidget(chkSaveSettings_);
-    column->addStretch();
+    changes_ = new ChangesList;
+    column->addWidget(changes_, 1);
 }
 
 // Gives all steps the size of the largest one.
@@ -312,7 +326,7 @@ std::vector<QWidget *> WizardFrames::TabOrder() const {
     }
     order.insert(order.end(), {textCoreDia_, textMaxDia_, commandRecordDistance_[WizardSteps::AtCore]});
     order.insert(order.end(), optionDriveMode_.begin(), optionDriveMode_.end());
-    order.push_back(chkSaveSettings_);
+    order.insert(order.end(), {chkSaveSettings_, &changes_->List()});
     return order;
 }
 
@@ -329,6 +343,12 @@ WizardSteps::Entries WizardFrames::Entries() const {
 void WizardFrames::ShowReading(const WizardSteps::Reading &latest) {
     for (QLabel *label : labelActualDistance_) {
         label->setText(latest.shown);
+    }
+}
+
+void WizardFrames::ShowCondition(LiveReading::Tone tone, const QString &words) {
+    for (StateLabel *label : labelCondition_) {
+        label->Show(tone, words);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "setup/LiveReading.h"
 #include "setup/WizardSteps.h"
 
 #include <QCheckBox>
@@ -18,7 +19,9 @@ class QVBoxLayout;
 
 namespace ztv {
 
+class ChangesList;
 class RollGraphic;
+class StateLabel;
 
 // The frames of the wizard's steps, of which one is visible: their controls, the user's entries and the
 // readings. frmWizard handles the presses.
@@ -37,11 +40,14 @@ public:
     }
     QLineEdit &TextCoreDia() const { return *textCoreDia_; }
     QLineEdit &TextMaxDia() const { return *textMaxDia_; }
+    QCheckBox &SaveSettings() const { return *chkSaveSettings_; }
+    ChangesList &Changes() const { return *changes_; }
 
     std::vector<QWidget *> TabOrder() const;
     WizardSteps::Entries Entries() const;
 
     void ShowReading(const WizardSteps::Reading &latest);
+    void ShowCondition(LiveReading::Tone tone, const QString &words); // of the reading
     void ShowRecorded(int place, const WizardSteps::Reading &recorded);
     void ShowRoll(const WizardCalibration::Roll &roll);
 
@@ -68,6 +74,7 @@ private:
     std::array<QRadioButton *, 2> optionZentrovaMode_{};
     std::array<QRadioButton *, 2> optionDriveMode_{};
     std::array<QLabel *, WizardSteps::PlaceCount> labelActualDistance_{};
+    std::array<StateLabel *, WizardSteps::PlaceCount> labelCondition_{};
     std::array<QLabel *, WizardSteps::PlaceCount> labelRecordedDistance_{};
     std::array<QPushButton *, WizardSteps::PlaceCount> commandRecordDistance_{};
     std::array<QLineEdit *, 2> textVoltageOutput_{};
@@ -77,6 +84,7 @@ private:
     QLabel *labelDistToMax_ = nullptr;
     RollGraphic *frameGraphic_ = nullptr;
     QCheckBox *chkSaveSettings_ = nullptr;
+    ChangesList *changes_ = nullptr;
     int suffixes_ = 0;
     QGroupBox *shown_ = nullptr;
 };

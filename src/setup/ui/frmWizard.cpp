@@ -1,5 +1,8 @@
 #include "setup/ui/frmWizard.h"
 
+#include "model/ParamDefines.h"
+#include "setup/ui/ChangesList.h"
+#include "setup/ui/StateLabel.h"
 #include "support/Fault.h"
 #include "support/Numbers.h"
 #include "widgets/Controls.h"
@@ -23,6 +26,8 @@ constexpr int shownDecimals = 2;
 constexpr double leastDiameter = 0.01;
 constexpr double greatestDiameter = 200;
 constexpr double greatestVoltage = 10;
+
+const QString waitingForSensor = QStringLiteral("Waiting for the sensor...");
 
 } // namespace
 
@@ -55,14 +60,20 @@ frmWizard::frmWizard(ClassZentrova &zentrova, UserDialogs &dialogs, ClassMyHtmlH
     connect(&timerUpdate_, &QTimer::timeout, this, [this] {
         steps_.TakeReading();
         ShowReading();
+        ShowCondition();
+        ShowChanges();
     });
     timerUpdate_.start(readEveryMs);
+    connect(&frames_->SaveSettings(), &QCheckBox::toggled, this, &frmWizard::ShowChanges);
+    ShowCondition();
 }
 
 QWidget *frmWizard::BuildNavigation() {
     auto *bar = Controls::Named(new QWidget(this), "picNav");
     auto *row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
+    waiting_ = Controls::Named(new StateLabel(waitingForSensor, bar), "LabelWaiting");
+    waiting_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // never makes the window wider
     struct Row {
         const char *caption;
         void (frmWizard::*work)();
@@ -81,7 +92,7 @@ QWidget *frmWizard::BuildNavigation() {
         }
         row->addWidget(button);
         if (index == Help) {
-            row->addStretch();
+            row->addWidget(waiting_, 1);
         }
         cmdNav_[index++] = button;
     }
@@ -211,10 +222,24 @@ void frmWizard::Back() {
 }
 
 void frmWizard::AskToCancel() {
-    if (Confirm(dialogs_, QStringLiteral("Are you sure?"), QStringLiteral("Cancel?"))) {
+    const BoxStyle question{
+        .icon = BoxIcon::Question, .buttons = BoxButtons::YesNo, .informativeText = WhatCancelDoes()};
+    if (dialogs_.OwnedMessageBox(QStringLiteral("Are you sure?"), question, QStringLiteral("Cancel?")) ==
+        BoxAnswer::Yes) {
+        Q_EMIT Asked(steps_.SavedRange());
         steps_.Cancel();
         CloseOnceSent(Rejected);
     }
+}
+
+QString frmWizard::WhatCancelDoes() const {
+    const QString nothing = QStringLiteral("Nothing has been written.");
+    if (!steps_.RangeIsChanged()) {
+        return nothing;
+    }
+    return nothing + (reading_.Answers(LiveReading::Clock::now())
+                          ? QStringLiteral(" Min and Max Range go back.")
+                          : QStringLiteral(" Min and Max Range can't go back: the sensor doesn't answer."));
 }
 
 // Reports a text that can't be written before anything is written, so that the user can correct it.
@@ -227,6 +252,7 @@ void frmWizard::Finish() {
         Warn(dialogs_, fault.Description());
         return;
     }
+    Q_EMIT Asked(steps_.Values(outcome, entries));
     steps_.Finish(outcome, entries);
     CloseOnceSent(Accepted);
 }
@@ -258,6 +284,37 @@ void frmWizard::ShowReading() {
     frames_->ShowReading(steps_.Latest());
 }
 
+void frmWizard::ShowState(ValueState state) {
+    reading_.Become(state);
+    ShowCondition();
+}
+
+void frmWizard::TakePoll() {
+    reading_.Take({.raw = zentrova_.ParamValue(ParamDefines::ActualDistance),
+                   .hasEcho = zentrova_.ParamValue(ParamDefines::EchoReceived) != 0,
+                   .time = LiveReading::Clock::now()});
+    ShowCondition();
+    ShowChanges();
+}
+
+void frmWizard::ShowCondition() {
+    const LiveReading::Clock::time_point now = LiveReading::Clock::now();
+    frames_->ShowCondition(LiveReading::ToneOf(reading_.Judge(now)), reading_.Words(now));
+    waiting_->Show(LiveReading::Tone::Caution, reading_.Answers(now) ? QString() : waitingForSensor);
+}
+
+// While the wizard closes, keeps the list of what it has just asked for.
+void frmWizard::ShowChanges() {
+    if (steps_.CurrentStep() != WizardSteps::Finished || leaving_) {
+        return;
+    }
+    try {
+        frames_->Changes().Show(steps_.Changes(frames_->Entries()));
+    } catch (const Fault &fault) {
+        frames_->Changes().Show({}, fault.Description());
+    }
+}
+
 void frmWizard::ShowRecorded() {
     for (int place = 0; place < WizardSteps::PlaceCount; ++place) {
         frames_->ShowRecorded(place, steps_.Recorded(static_cast<WizardSteps::Place>(place)));
@@ -275,6 +332,7 @@ void frmWizard::ShowStep() {
     QPushButton &goesOn = *cmdNav_[steps_.FinishEnabled() ? FinishButton : NextButton];
     goesOn.setDefault(true);
     frames_->ShowRoll(steps_.Roll());
+    ShowChanges();
     frames_->ShowStep(steps_.CurrentStep(), goesOn);
 }
 

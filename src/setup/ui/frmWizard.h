@@ -2,6 +2,8 @@
 
 #include "help/ClassMyHtmlHelp.h"
 #include "model/ClassZentrova.h"
+#include "model/ValueState.h"
+#include "setup/LiveReading.h"
 #include "setup/WizardSteps.h"
 #include "setup/ui/WizardFrames.h"
 #include "support/UserDialogs.h"
@@ -18,6 +20,8 @@
 
 namespace ztv {
 
+class StateLabel;
+
 // The setup wizard: guides the user through the setup of a sensor, step by step, and writes the settings at
 // its end. REQUIRES: the link is online, since the wizard shows the live distance.
 class frmWizard : public QDialog {
@@ -30,6 +34,16 @@ public:
               QWidget *parent = nullptr);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+    // Takes how the table's values relate to the sensor: before the first one, nothing was read.
+    void ShowState(ValueState state);
+
+    // Takes the values of a poll, which are in the table.
+    void TakePoll();
+
+Q_SIGNALS:
+    // Reports what the sensor is asked for at the wizard's end, before it is written.
+    void Asked(const std::vector<ztv::ParameterValue> &values);
 
 public Q_SLOTS:
     // Escape acts as the Cancel button.
@@ -50,10 +64,13 @@ private:
     void Next();
     void Back();
     void AskToCancel();
+    QString WhatCancelDoes() const;
     void Finish();
     void CloseOnceSent(int result);
     void Record(int place);
     void ShowReading();
+    void ShowCondition();
+    void ShowChanges();
     void ShowRecorded();
     void ShowStep();
     void AddEntry(QLineEdit &box, std::function<bool()> isValid);
@@ -66,6 +83,8 @@ private:
     WizardSteps steps_;
     WizardFrames *frames_ = nullptr;
     std::array<QPushButton *, 5> cmdNav_{};
+    StateLabel *waiting_ = nullptr;
+    LiveReading reading_;
     QTimer timerUpdate_{this};
     struct Entry {
         QLineEdit *box;

@@ -6,6 +6,7 @@
 #include "tabs/ParameterEditors.h"
 #include "tabs/ui/FormEdit.h"
 #include "widgets/Controls.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QApplication>
 
@@ -106,6 +107,8 @@ void AdvancedPage::BuildControls() {
     commandRefresh_ = Controls::Captioned<QPushButton>("CommandRefresh", "&Refresh", this);
     commandRefresh_->setToolTip(QStringLiteral("Refresh the Parameters Changed display"));
 
+    WhyDisabled::Explain(*commandRefresh_, QStringLiteral("All is always up to date. Select Changed first."));
+
     combo1_ = new ChoiceOverlay(text1_.parentWidget());
     setTabOrder(listView1_, combo1_);
     setTabOrder(combo1_, listView1_); // Enter moves the focus to the list
@@ -133,6 +136,10 @@ void AdvancedPage::ShowState(ValueState state) {
 void AdvancedPage::UpdateDisplay() {
     HideEditorsIfScrolled();
     model_.Refresh();
+}
+
+void AdvancedPage::ShowFailedWrites() {
+    model_.RefreshFailures();
 }
 
 void AdvancedPage::HideEditorsIfScrolled() {
@@ -186,11 +193,32 @@ void AdvancedPage::Edit(int row) {
     }
 }
 
-void AdvancedPage::EditText(int row) {
+QRect AdvancedPage::PlaceOfText(int row) const {
     const QRect cell = listView1_->PlaceOf(row, ParameterListModel::Value, *text1_.parentWidget());
-    const QRect place(cell.topLeft() + Offset(textInset - listBorder, textTop - listBorder),
-                      QSize(cell.width() + Pixels(textWider), cell.height() - Pixels(textLower)));
-    text1_.MoveOver(*listView1_, place, model_.Text(row, ParameterListModel::Tag),
+    return {cell.topLeft() + Offset(textInset - listBorder, textTop - listBorder),
+            QSize(cell.width() + Pixels(textWider), cell.height() - Pixels(textLower))};
+}
+
+// The choice has the height that it needs.
+QRect AdvancedPage::PlaceOfChoice(int row) const {
+    const QRect cell = listView1_->PlaceOf(row, ParameterListModel::Value, *text1_.parentWidget());
+    return {cell.topLeft() + Offset(choiceInset - listBorder, choiceTop - listBorder),
+            QSize(cell.width(), combo1_->sizeHint().height())};
+}
+
+// The columns may have got other widths.
+void AdvancedPage::KeepEditorsOverTheirCell() {
+    if (isVisible() && text1_.isVisible()) {
+        text1_.setGeometry(PlaceOfText(editedRow_));
+    }
+    if (combo1_->isVisible()) {
+        combo1_->setGeometry(PlaceOfChoice(editedRow_));
+    }
+}
+
+void AdvancedPage::EditText(int row) {
+    editedRow_ = row;
+    text1_.MoveOver(*listView1_, PlaceOfText(row), model_.Text(row, ParameterListModel::Tag),
                     model_.Text(row, ParameterListModel::Value));
     text1_.Open();
     listView1_->ScrollUnder(text1_);
@@ -208,11 +236,11 @@ void AdvancedPage::EditChoice(int row, std::int16_t tag) {
         Warn(dialogs_, ParameterEditors::WhyItCannotOpen(zentrova_, tag, row));
         return;
     }
-    const QRect cell = listView1_->PlaceOf(row, ParameterListModel::Value, *text1_.parentWidget());
     choiceTag_ = tag;
+    editedRow_ = row;
     combo1_->setAccessibleName(zentrova_.ParamName(tag));
-    combo1_->Open(*listView1_, cell.topLeft() + Offset(choiceInset - listBorder, choiceTop - listBorder),
-                  cell.width(), choice.texts, choice.start);
+    const QRect place = PlaceOfChoice(row);
+    combo1_->Open(*listView1_, place.topLeft(), place.width(), choice.texts, choice.start);
     listView1_->ScrollUnder(*combo1_);
 }
 
@@ -238,8 +266,7 @@ void AdvancedPage::EditOutput(const QString &tagText, const QString &text) {
 
 // Layout. -------------------------------------------------------------------------------------------
 
-void AdvancedPage::resizeEvent(QResizeEvent *event) {
-    TabPage::resizeEvent(event);
+void AdvancedPage::Fit() {
     const int listWidth = width() * Controls::TwipsPerPixel - listWidthLess;
     const int listHeight = height() * Controls::TwipsPerPixel - listHeightLess;
     const int below = listTop + listHeight;
@@ -252,6 +279,7 @@ void AdvancedPage::resizeEvent(QResizeEvent *event) {
         Controls::FromTwips(listLeft, second, optionWidth, optionHeight));
     commandRefresh_->setGeometry(
         Controls::FromTwips(refreshLeft, below + refreshBelowList, refreshWidth, refreshHeight));
+    KeepEditorsOverTheirCell();
     CloseEditorsOffTheList();
 }
 

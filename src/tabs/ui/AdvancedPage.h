@@ -29,13 +29,14 @@ public:
     void LeaveEntry() override;
     void ShowState(ValueState state) override;
     void UpdateDisplay() override;
+    void ShowFailedWrites() override;
 
 Q_SIGNALS:
     // The rows were rebuilt; their values are empty until UpdateDisplay.
     void Rebuilt();
 
 protected:
-    void resizeEvent(QResizeEvent *event) override;
+    void Fit() override;
     void hideEvent(QHideEvent *event) override;
 
 private:
@@ -44,7 +45,10 @@ private:
     void ShowWritten(const QString &text);
     void HideEditorsIfScrolled();
     void CloseEditors();
+    void KeepEditorsOverTheirCell();
     void CloseEditorsOffTheList();
+    QRect PlaceOfText(int row) const;
+    QRect PlaceOfChoice(int row) const;
     void Edit(int row);
     void EditText(int row);
     void EditChoice(int row, std::int16_t tag);
@@ -61,6 +65,7 @@ private:
     ChoiceOverlay *combo1_ = nullptr;
     std::array<QRadioButton *, 2> optionViewParameters_{};
     QPushButton *commandRefresh_ = nullptr;
+    int editedRow_ = 0;             // of the editor that is open
     std::int16_t choiceTag_ = 0;    // the parameter that Combo1 was opened for
     std::int16_t firstVisible_ = 0; // the parameter in the top row at the last check
 };

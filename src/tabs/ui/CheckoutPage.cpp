@@ -6,13 +6,13 @@
 #include "tabs/ui/StillFrame.h"
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QApplication>
 #include <QFontInfo>
-#include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QRadioButton>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace ztv {
@@ -21,10 +21,10 @@ using ImageListCheckout::Key;
 
 namespace {
 
+// Pixels at factor 1.
 constexpr int voltageWidth = 90;
 constexpr int gap = 10;
-constexpr int smallGap = 6;
-constexpr int smallestPixels = 8;
+constexpr int smallGap = 6; // narrow, so that larger fonts fit into the smallest window
 constexpr int leastNumberHeight = 64;
 
 QGroupBox *NewFrame(const char *name, const char *caption) {
@@ -43,7 +43,6 @@ QLineEdit *NewVoltage(const char *name, const char *spokenName) {
     auto *box = Controls::Named(new QLineEdit, name);
     box->setAccessibleName(QString::fromLatin1(spokenName));
     box->setAlignment(Qt::AlignCenter);
-    box->setFixedWidth(voltageWidth);
     box->setEnabled(false);
     Colours::KeepLegibleWhileDisabled(*box, Colours::Legible::Reading);
     return box;
@@ -70,11 +69,6 @@ void Show(QLineEdit &box, const QString &text) {
     if (box.text() != text) {
         box.setText(text);
     }
-}
-
-// Narrows a frame's margins, so that larger fonts fit into the smallest window.
-void Tighten(QLayout &layout) {
-    layout.setContentsMargins(gap, smallGap, gap, smallGap);
 }
 
 void AddSwitch(QGridLayout &grid, int row, SwitchButton *button) {
@@ -114,8 +108,7 @@ CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, std
     side->addWidget(commandReInit_);
 
     auto *grid = new QGridLayout(this);
-    grid->setContentsMargins(0, smallGap, 0, 0);
-    grid->setSpacing(gap);
+    grid_ = grid;
     grid->addWidget(relays, 0, 0);
     grid->addWidget(clkOut, 1, 0);
     grid->addWidget(digInputs, 0, 1);
@@ -127,12 +120,12 @@ CheckoutPage::CheckoutPage(ClassZentrova &zentrova, QLineEdit &manualOutput, std
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(2, 1);
+    ScaleLayouts();
 }
 
 QGroupBox *CheckoutPage::BuildRelays() {
     QGroupBox *frame = NewFrame("FrameRelays", "Relays");
     auto *grid = new QGridLayout(frame);
-    Tighten(*grid);
     for (int i = 0; i < 2; ++i) {
         const QString number = QString::number(i + 1);
         auto *relay = Controls::Named(new SwitchButton(QStringLiteral("Relay ") + number, frame),
@@ -149,11 +142,9 @@ QGroupBox *CheckoutPage::BuildRelays() {
 QGroupBox *CheckoutPage::BuildClkOut() {
     QGroupBox *frame = NewFrame("FrameClkOut", "Clock Out");
     auto *grid = new QGridLayout(frame);
-    Tighten(*grid);
     imgClkOut_ = Controls::Named(new SwitchButton(frame->title(), frame), "imgClkOut");
     AddSwitch(*grid, 0, imgClkOut_);
-    // Aligns with the relays above, which start with a number.
-    grid->setColumnMinimumWidth(0, fontMetrics().horizontalAdvance(u'1') + grid->horizontalSpacing());
+    clkOutGrid_ = grid;
     grid->setColumnStretch(4, 1);
     connect(imgClkOut_, &SwitchButton::clicked, this, &CheckoutPage::ClkOutClick);
     return frame;
@@ -162,7 +153,6 @@ QGroupBox *CheckoutPage::BuildClkOut() {
 QGroupBox *CheckoutPage::BuildDigInputs() {
     QGroupBox *frame = NewFrame("FrameDigInputs", "Digital Inputs");
     auto *grid = new QGridLayout(frame);
-    Tighten(*grid);
     QLabel *teach = NewInputLabel(0, "Teach");
     imageTeachInput_ = Controls::Named(new Indicator(teach->text(), frame), "ImageTeachInput");
     AddIndicator(*grid, 0, imageTeachInput_, teach);
@@ -177,12 +167,12 @@ QGroupBox *CheckoutPage::BuildClockSel() {
     QGroupBox *frame = NewFrame("FrameClockSel", "Clock Select");
     optionClockSel_ = new QButtonGroup(this);
     auto *column = new QVBoxLayout(frame);
-    Tighten(*column);
     for (const char *caption : {"Internal", "External"}) {
         AddOption(*optionClockSel_, "OptionClockSel", caption);
     }
     for (QAbstractButton *option : optionClockSel_->buttons()) {
         option->setEnabled(false);
+        WhyDisabled::Explain(*option, QStringLiteral("Shows the sensor's clock; it can't be selected here."));
         Colours::KeepLegibleWhileDisabled(*option, Colours::Legible::Reading);
         column->addWidget(option);
     }
@@ -208,7 +198,6 @@ QGroupBox *CheckoutPage::BuildAnalogOut() {
     textCheckoutVoltageOut_ = NewVoltage("TextCheckoutVoltageOut", "Analog Output");
     commandNext_ = Controls::Captioned<QPushButton>("CommandNext", "&Next");
     CountFrom(0);
-    commandNext_->setFixedWidth(voltageWidth);
     connect(commandNext_, &QPushButton::clicked, this, &CheckoutPage::NextClick);
     auto *side = new QVBoxLayout;
     side->addWidget(textCheckoutVoltageOut_);
@@ -216,7 +205,6 @@ QGroupBox *CheckoutPage::BuildAnalogOut() {
     side->addWidget(commandNext_);
 
     auto *row = new QHBoxLayout(frame);
-    Tighten(*row);
     row->addLayout(options, 1);
     row->addLayout(side);
     return frame;
@@ -226,7 +214,6 @@ QGroupBox *CheckoutPage::BuildAnalogInput() {
     QGroupBox *frame = NewFrame("FrameAnalogInput", "Analog Input");
     textCheckoutVoltageIn_ = NewVoltage("TextCheckoutVoltageIn", "Analog Input");
     auto *row = new QHBoxLayout(frame);
-    Tighten(*row);
     row->addWidget(textCheckoutVoltageIn_, 0, Qt::AlignRight);
     return frame;
 }
@@ -234,10 +221,9 @@ QGroupBox *CheckoutPage::BuildAnalogInput() {
 QGroupBox *CheckoutPage::BuildDistance() {
     QGroupBox *frame = NewFrame("FrameDistance", "Distance");
     labelDist_ = Controls::Named(new LargeNumber(QStringLiteral("420.00\""), frame), "LabelDist");
-    labelDist_->setMinimumHeight(leastNumberHeight);
 
     auto *echo = new QGridLayout;
-    echo->setHorizontalSpacing(smallGap);
+    echo_ = echo;
     QLabel *received = NewInputLabel(2, "Echo Received");
     imageNoEcho_ = Controls::Named(new Indicator(received->text(), frame), "ImageNoEcho");
     AddIndicator(*echo, 0, imageNoEcho_, received);
@@ -248,8 +234,7 @@ QGroupBox *CheckoutPage::BuildDistance() {
     side->addWidget(BuildDistRange());
 
     auto *row = new QHBoxLayout(frame);
-    Tighten(*row);
-    row->setSpacing(2 * gap);
+    distanceRow_ = row;
     row->addWidget(labelDist_, 1);
     row->addLayout(side);
     return frame;
@@ -259,7 +244,6 @@ QGroupBox *CheckoutPage::BuildDistRange() {
     QGroupBox *frame = NewFrame("FrameDistRange", "Range");
     optionRange_ = new QButtonGroup(this);
     auto *column = new QVBoxLayout(frame);
-    Tighten(*column);
     for (const CheckoutOptions::Option &option : CheckoutOptions::Range) {
         AddOption(*optionRange_, "OptionRange", option.caption);
         column->addWidget(optionRange_->buttons().last());
@@ -274,23 +258,57 @@ QGroupBox *CheckoutPage::BuildDistRange() {
     return frame;
 }
 
-// Sets the desktop's font, reduced if the page's content doesn't fit.
+// Sets the main form's font at the page's scale, reduced if the page's content doesn't fit.
 void CheckoutPage::FitFont() {
-    QFont fitting = parentWidget() == nullptr ? QApplication::font() : parentWidget()->font();
+    QFont fitting = Scale().Font(parentWidget() == nullptr ? QApplication::font() : parentWidget()->font());
     for (int pixels = QFontInfo(fitting).pixelSize();; --pixels) {
         setFont(fitting);
         layout()->activate();
         const QSize least = layout()->totalMinimumSize();
-        if (pixels <= smallestPixels || (least.width() <= width() && least.height() <= height())) {
+        if (pixels <= Scale().LeastLegible() || (least.width() <= width() && least.height() <= height())) {
             break;
         }
         fitting.setPixelSize(pixels - 1);
     }
 }
 
-void CheckoutPage::resizeEvent(QResizeEvent *event) {
-    TabPage::resizeEvent(event);
+void CheckoutPage::ScaleLayouts() {
+    const PageScale &scale = Scale();
+    const int around = scale.Pixels(gap);
+    const int narrow = scale.Pixels(smallGap);
+    const int between = scale.Pixels(style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
+    for (auto *inner : findChildren<QLayout *>()) {
+        inner->setSpacing(between);
+    }
+    for (auto *frame : findChildren<StillFrame *>()) {
+        frame->layout()->setContentsMargins(around, narrow, around, narrow);
+    }
+    grid_->setContentsMargins(0, narrow, 0, 0);
+    grid_->setSpacing(around);
+    echo_->setHorizontalSpacing(narrow);
+    distanceRow_->setSpacing(2 * around);
+    labelDist_->setMinimumHeight(scale.Pixels(leastNumberHeight));
+    for (QWidget *widget :
+         std::initializer_list<QWidget *>{textCheckoutVoltageOut_, textCheckoutVoltageIn_, commandNext_}) {
+        widget->setFixedWidth(scale.Pixels(voltageWidth));
+    }
+    for (Indicator *indicator : {imageTeachInput_, imageExtClkInStatus_, imageNoEcho_}) {
+        indicator->Rescale(scale);
+    }
+    for (SwitchButton *button : {imgRelay_[0], imgRelay_[1], imgClkOut_}) {
+        button->Rescale(scale);
+    }
+}
+
+void CheckoutPage::Fit() {
+    if (fitted_ != Scale()) {
+        fitted_ = Scale();
+        ScaleLayouts();
+    }
     FitFont();
+    // Aligns with the relays above, which start with a number.
+    clkOutGrid_->setColumnMinimumWidth(0, fontMetrics().horizontalAdvance(u'1') +
+                                              clkOutGrid_->horizontalSpacing());
 }
 
 void CheckoutPage::Entered() {
@@ -375,7 +393,7 @@ void CheckoutPage::UpdateDisplay() {
             Lit(static_cast<std::int16_t>(ParamDefines::Relay1State + static_cast<int>(i)), Key::On));
     }
     imgClkOut_->Picture(Lit(ParamDefines::ClockOut, Key::On));
-    labelDist_->setText(text(ParamDefines::ActualDistance));
+    labelDist_->Show(text(ParamDefines::ActualDistance));
     imageNoEcho_->Picture(Lit(ParamDefines::EchoReceived, Key::Green));
     Show(*textCheckoutVoltageOut_, text(ParamDefines::OutputVoltage));
     Show(*textCheckoutVoltageIn_, text(ParamDefines::AnalogInputVoltage));

@@ -5,10 +5,13 @@
 #include "tabs/ui/Indicator.h"
 #include "tabs/ui/LargeNumber.h"
 #include "tabs/ui/SwitchButton.h"
+#include "widgets/PageScale.h"
 #include "widgets/TabPage.h"
 
 #include <QButtonGroup>
+#include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <array>
@@ -36,10 +39,11 @@ public:
     void UpdateDisplay() override;
 
 protected:
-    void resizeEvent(QResizeEvent *event) override;
+    void Fit() override;
 
 private:
     void FitFont();
+    void ScaleLayouts();
     QGroupBox *BuildRelays();
     QGroupBox *BuildClkOut();
     QGroupBox *BuildDigInputs();
@@ -76,6 +80,11 @@ private:
     QPushButton *commandNext_ = nullptr;
     QPushButton *commandReInit_ = nullptr;
     LargeNumber *labelDist_ = nullptr;
+    QGridLayout *grid_ = nullptr;
+    QGridLayout *clkOutGrid_ = nullptr;
+    QGridLayout *echo_ = nullptr;
+    QHBoxLayout *distanceRow_ = nullptr;
+    PageScale fitted_; // the scale of the present margins and pictures
 };
 
 } // namespace ztv

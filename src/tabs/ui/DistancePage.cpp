@@ -9,7 +9,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QVBoxLayout>
 
 namespace ztv {
 
@@ -17,7 +16,7 @@ namespace {
 
 constexpr int barMin = 600; // raw units of the distance
 constexpr int barMax = 42000;
-constexpr int barHeight = 28;
+constexpr int barHeight = 28; // pixels at factor 1, as the margin
 constexpr int margin = 24;
 
 } // namespace
@@ -32,7 +31,6 @@ DistancePage::DistancePage(const ClassZentrova &zentrova, QWidget *parent)
     progressBar1_->setRange(barMin, barMax);
     progressBar1_->setValue(barMin);
     progressBar1_->setTextVisible(false);
-    progressBar1_->setFixedHeight(barHeight);
     progressBar1_->setAccessibleName(zentrova_.ParamName(ParamDefines::ActualDistance));
 
     auto *labelMin = Controls::Named(new QLabel(QStringLiteral("6.00\""), this), "LabelMin");
@@ -52,13 +50,23 @@ DistancePage::DistancePage(const ClassZentrova &zentrova, QWidget *parent)
     ends->addStretch();
     ends->addWidget(label1);
 
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, margin);
-    layout->addWidget(labelLargeLength_, 1);
-    layout->addWidget(progressBar1_);
-    layout->addLayout(ends);
-    layout->addSpacing(margin);
-    layout->addWidget(description);
+    layout_ = new QVBoxLayout(this);
+    gap_ = new QSpacerItem(0, 0);
+    layout_->addWidget(labelLargeLength_, 1);
+    layout_->addWidget(progressBar1_);
+    layout_->addLayout(ends);
+    layout_->addItem(gap_);
+    layout_->addWidget(description);
+    DistancePage::Fit();
+}
+
+void DistancePage::Fit() {
+    ScaleFont();
+    progressBar1_->setFixedHeight(Scale().Pixels(barHeight));
+    const int around = Scale().Pixels(margin);
+    layout_->setContentsMargins(around, around, around, around);
+    gap_->changeSize(0, around);
+    layout_->invalidate();
 }
 
 void DistancePage::ShowState(ValueState state) {
@@ -70,7 +78,7 @@ void DistancePage::ShowState(ValueState state) {
 void DistancePage::UpdateDisplay() {
     const DistanceReading reading = ReadDistance(zentrova_, static_cast<float>(progressBar1_->minimum()),
                                                  static_cast<float>(progressBar1_->maximum()));
-    labelLargeLength_->setText(reading.caption);
+    labelLargeLength_->Show(reading.caption);
     if (reading.barValue) {
         progressBar1_->setValue(*reading.barValue);
     }

@@ -3,6 +3,8 @@
 #include "model/ClassZentrova.h"
 #include "widgets/TabPage.h"
 
+#include <QVBoxLayout>
+
 namespace ztv {
 
 class FlatBar;
@@ -18,8 +20,13 @@ public:
     void ShowState(ValueState state) override;
     void UpdateDisplay() override;
 
+protected:
+    void Fit() override;
+
 private:
     const ClassZentrova &zentrova_;
+    QVBoxLayout *layout_ = nullptr;
+    QSpacerItem *gap_ = nullptr; // above the description
     LargeNumber *labelLargeLength_ = nullptr;
     FlatBar *progressBar1_ = nullptr;
 };

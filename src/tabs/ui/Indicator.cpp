@@ -6,11 +6,11 @@ namespace ztv {
 
 namespace {
 
-constexpr int side = 22;
+constexpr int side = 22; // pixels at factor 1
 
 } // namespace
 
-Indicator::Indicator(const QString &spokenName, QWidget *parent) : QLabel(parent) {
+Indicator::Indicator(const QString &spokenName, QWidget *parent) : QLabel(parent), side_(side) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAccessibleName(spokenName);
     setAccessibleDescription(ImageListCheckout::Word(picture_));
@@ -30,8 +30,13 @@ void Indicator::Dim(bool dimmed) {
     update();
 }
 
+void Indicator::Rescale(const PageScale &scale) {
+    side_ = scale.Pixels(side);
+    updateGeometry();
+}
+
 QSize Indicator::sizeHint() const {
-    return {side, side};
+    return {side_, side_};
 }
 
 void Indicator::paintEvent(QPaintEvent *) {

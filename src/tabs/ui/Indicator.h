@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tabs/ui/ImageListCheckout.h"
+#include "widgets/PageScale.h"
 
 #include <QLabel>
 
@@ -19,6 +20,9 @@ public:
     // Shows the picture as that of a disabled control, or as usual.
     void Dim(bool dimmed);
 
+    // Sets the size of the picture by the page's scale.
+    void Rescale(const PageScale &scale);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -28,6 +32,7 @@ protected:
 private:
     ImageListCheckout::Key picture_ = ImageListCheckout::Key::Gray;
     bool dimmed_ = false;
+    int side_;
 };
 
 } // namespace ztv

@@ -5,6 +5,7 @@
 
 #include <QEvent>
 #include <QFontMetrics>
+#include <QPaintEvent>
 #include <QPainter>
 
 namespace ztv {
@@ -51,14 +52,55 @@ const QPixmap &LargeNumber::Picture(QChar character) {
     return picture;
 }
 
-void LargeNumber::paintEvent(QPaintEvent *) {
+void LargeNumber::Show(const QString &number) {
+    if (number == text()) {
+        return;
+    }
+    const QRect changed = ChangedPart(number);
+    setAttribute(Qt::WA_UpdatesDisabled, true); // or the label would paint all of it
+    setText(number);
+    setAttribute(Qt::WA_UpdatesDisabled, false);
+    update(changed);
+}
+
+// Returns the rectangle of a number that is painted in the middle of the label.
+QRect LargeNumber::PlaceOf(const QString &number) const {
+    const QFontMetrics metrics(font());
+    int wide = 0;
+    for (const QChar character : number) {
+        wide += metrics.horizontalAdvance(character);
+    }
+    return {(width() - metrics.horizontalAdvance(number)) / 2, (height() - metrics.height()) / 2, wide,
+            metrics.height()};
+}
+
+// Returns the part of the label in which `number` differs from the present text.
+QRect LargeNumber::ChangedPart(const QString &number) const {
+    const QString before = text();
+    QRect part = PlaceOf(number);
+    if (number.size() != before.size() || part != PlaceOf(before)) {
+        return rect();
+    }
+    const QFontMetrics metrics(font());
+    for (qsizetype i = 0; i < number.size() && number[i] == before[i]; ++i) {
+        part.setLeft(part.left() + metrics.horizontalAdvance(number[i]));
+    }
+    for (qsizetype i = number.size() - 1; i >= 0 && number[i] == before[i]; --i) {
+        part.setRight(part.right() - metrics.horizontalAdvance(number[i]));
+    }
+    return part;
+}
+
+void LargeNumber::paintEvent(QPaintEvent *event) {
     const QFontMetrics metrics(font());
     QPainter painter(this);
-    int x = (width() - metrics.horizontalAdvance(text())) / 2;
-    const int y = (height() - metrics.height()) / 2;
+    QRect place = PlaceOf(text());
     for (const QChar character : text()) {
-        painter.drawPixmap(x, y, Picture(character));
-        x += metrics.horizontalAdvance(character);
+        place.setWidth(metrics.horizontalAdvance(character));
+        if (place.intersects(event->rect())) {
+            painter.drawPixmap(place.topLeft(), Picture(character));
+        }
+        place.moveLeft(place.right() + 1);
     }
 }
 

@@ -15,6 +15,9 @@ public:
     // Chooses the font so that `longest` fits.
     LargeNumber(const QString &longest, QWidget *parent);
 
+    // Shows a number. Paints only the characters that differ from the previous one.
+    void Show(const QString &number);
+
     // Shows the text in the colour of disabled text, or in that of text.
     void Dim(bool dimmed);
 
@@ -25,6 +28,8 @@ protected:
 
 private:
     const QPixmap &Picture(QChar character);
+    QRect PlaceOf(const QString &number) const;
+    QRect ChangedPart(const QString &number) const;
     void FitFont();
 
     QString longest_;

@@ -2,14 +2,18 @@
 
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
+#include "widgets/FailedMark.h"
 
 #include <QEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <algorithm>
 #include <array>
+#include <numeric>
 
 namespace ztv {
 
@@ -17,6 +21,51 @@ namespace {
 
 constexpr std::array columnWidths = {952, 4180, 1983, 2540}; // twips
 constexpr int rowPadding = 6;                                // pixels: an editor's frame fits into a row
+
+// The columns keep these widths in a list up to this many times as wide as they are.
+constexpr double looseRoom = 1.5;
+
+// What each column gets of the room beyond.
+constexpr std::array shares = {0.1, 0.5, 0.2, 0.2};
+
+// The columns that give in a narrower list, in this order, and what remains of each, in pixels.
+struct Giver {
+    std::size_t column;
+    int least;
+};
+constexpr std::array givers = {Giver{ParameterListModel::Preset, 100}, Giver{ParameterListModel::Name, 150},
+                               Giver{ParameterListModel::Value, 80}};
+
+using Widths = std::array<int, ParameterListModel::Columns>;
+
+Widths GivenWidths() {
+    Widths widths{};
+    int left = 0;
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+        widths[column] = Controls::FromTwips(left, 0, columnWidths[column], 0).width();
+        left += columnWidths[column];
+    }
+    return widths;
+}
+
+Widths WidthsFor(int room) {
+    Widths widths = GivenWidths();
+    const int given = std::accumulate(widths.begin(), widths.end(), 0);
+    if (room >= given && room < looseRoom * given) {
+        return widths;
+    }
+    for (std::size_t column = 0; room > given && column < widths.size(); ++column) {
+        widths[column] += static_cast<int>(shares[column] * (room - given)); // in all no wider than the room
+    }
+    int missing = given - room;
+    for (const Giver &giver : givers) {
+        const int gives = std::clamp(missing, 0, widths[giver.column] - giver.least);
+        widths[giver.column] -= gives;
+        missing -= gives;
+    }
+    return widths;
+}
+
 class CellDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -26,6 +75,16 @@ public:
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const override {
         return {0, option.fontMetrics.height() + rowPadding};
+    }
+
+    // Draws an edge around the value that the sensor hasn't taken.
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override {
+        QStyledItemDelegate::paint(painter, option, index);
+        if (index.column() == ParameterListModel::Value &&
+            index.data(ParameterListModel::FailedRole).toBool()) {
+            FailedMark::Paint(*painter, option.rect, option.palette);
+        }
     }
 
 protected:
@@ -62,19 +121,36 @@ ParameterList::ParameterList(ParameterListModel &model, QWidget *parent) : QTree
     connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &ParameterList::Moved);
 }
 
+template <typename Widths>
+void ParameterList::SetWidths(const Widths &widths) {
+    const QScopedValueRollback<bool> guard(sharing_, true);
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+        header()->resizeSection(static_cast<int>(column), widths[column]);
+    }
+}
+
 void ParameterList::SetUpHeader() {
     header()->setSectionsMovable(false);
     header()->setSectionsClickable(true);
     header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(0);
-    int left = 0;
-    for (int column = 0; column < ParameterListModel::Columns; ++column) {
-        const int width = columnWidths[static_cast<std::size_t>(column)];
-        header()->resizeSection(column, Controls::FromTwips(left, 0, width, 0).width());
-        left += width;
-    }
     connect(header(), &QHeaderView::sectionClicked, this, &ParameterList::SortBy);
-    connect(header(), &QHeaderView::sectionResized, this, &ParameterList::Moved);
+    connect(header(), &QHeaderView::sectionResized, this, &ParameterList::ColumnResized);
+    SetWidths(GivenWidths());
+}
+
+void ParameterList::ColumnResized() {
+    if (!sharing_) {
+        arranged_ = true;
+        Q_EMIT Moved();
+    }
+}
+
+void ParameterList::resizeEvent(QResizeEvent *event) {
+    QTreeView::resizeEvent(event);
+    if (!arranged_) {
+        SetWidths(WidthsFor(viewport()->width()));
+    }
 }
 
 void ParameterList::SortBy(int column) {

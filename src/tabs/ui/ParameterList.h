@@ -39,13 +39,19 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void SetUpHeader();
+    template <typename Widths>
+    void SetWidths(const Widths &widths);
+    void ColumnResized();
     void SortBy(int column);
     void ChooseReadOnlyColour();
 
     ParameterListModel &model_;
+    bool sharing_ = false;  // the columns get their widths from the list
+    bool arranged_ = false; // the user has set a column's width: they stay
 };
 
 } // namespace ztv

@@ -8,13 +8,15 @@ namespace ztv {
 
 namespace {
 
-constexpr QSize pictureSize(40, 24);
+constexpr QSize pictureSize(40, 24); // pixels at factor 1
 constexpr int focusMargin = 3;
 constexpr double opacityWhileDown = 0.6;
 
 } // namespace
 
-SwitchButton::SwitchButton(const QString &spokenName, QWidget *parent) : QAbstractButton(parent) {
+SwitchButton::SwitchButton(const QString &spokenName, QWidget *parent)
+    : QAbstractButton(parent),
+      pictureSize_(pictureSize) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(spokenName);
@@ -35,8 +37,13 @@ void SwitchButton::Dim(bool dimmed) {
     update();
 }
 
+void SwitchButton::Rescale(const PageScale &scale) {
+    pictureSize_ = scale.Pixels(pictureSize);
+    updateGeometry();
+}
+
 QSize SwitchButton::sizeHint() const {
-    return pictureSize.grownBy({focusMargin, focusMargin, focusMargin, focusMargin});
+    return pictureSize_.grownBy({focusMargin, focusMargin, focusMargin, focusMargin});
 }
 
 void SwitchButton::paintEvent(QPaintEvent *) {

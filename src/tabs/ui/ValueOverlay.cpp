@@ -59,7 +59,21 @@ void ValueOverlay::StayOver() {
         Close();
         return;
     }
-    setGeometry(QRect(owner_->mapTo(parentWidget(), QPoint()), owner_->size()));
+    Follow(owner_->rect());
+}
+
+void ValueOverlay::StayBeside(QWidget &owner, const QRect &place) {
+    if (!isHidden() && !overOwner_ && owner_ == &owner) {
+        Follow(place);
+    }
+}
+
+// `place` is in the owner's coordinates.
+void ValueOverlay::Follow(const QRect &place) {
+    setGeometry(QRect(owner_->mapTo(parentWidget(), place.topLeft()), place.size()));
+    if (font() != owner_->font()) {
+        setFont(owner_->font());
+    }
 }
 
 void ValueOverlay::SetTag(const QString &tag) {

@@ -31,6 +31,7 @@ public:
     void Open(QChar first) override;
     void Open() { Open({}); }
     void StayOver() override;
+    void StayBeside(QWidget &owner, const QRect &place) override;
 
     // Hides the box, if it is shown, without writing.
     void Close();
@@ -52,6 +53,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    void Follow(const QRect &place);
     void MoveInsteadOf(QWidget &owner, const QRect &place, const QString &tag, const QString &text);
     bool Write();
     bool PermitsLeaving();

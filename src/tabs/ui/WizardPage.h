@@ -2,7 +2,9 @@
 
 #include "widgets/TabPage.h"
 
+#include <QLabel>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace ztv {
 
@@ -20,7 +22,13 @@ Q_SIGNALS:
     // Emitted from the event loop, so that an assistive client that pressed the button isn't blocked.
     void StartWizard();
 
+protected:
+    void Fit() override;
+
 private:
+    QVBoxLayout *layout_ = nullptr;
+    QSpacerItem *gap_ = nullptr; // between the text and the button
+    QLabel *description_ = nullptr;
     QPushButton *start_ = nullptr;
 };
 

@@ -150,12 +150,17 @@ protected:
 
     // Ticks, and the frames that are painted for them.
     std::set<std::string> PaintedByATick() {
+        return PaintedBy([this] { page_.UpdateGraph(); });
+    }
+
+    template <typename Work>
+    std::set<std::string> PaintedBy(const Work &work) {
         Settle();
         PaintedNames painted;
         for (QWidget *widget : page_.findChildren<QWidget *>()) {
             widget->installEventFilter(&painted);
         }
-        page_.UpdateGraph();
+        work();
         Settle();
         return painted.names;
     }
@@ -300,13 +305,13 @@ TEST_F(BasicChartTest, MovesAFocusedMarkerByTheArrowKeys) {
     EXPECT_EQ(zentrova_.ParamValue(57), 24000);
     QTest::keyRelease(&marker, Qt::Key_Right);
     EXPECT_GT(zentrova_.ParamValue(57), 24000);
-    EXPECT_FALSE(Visible("LabelRelayDist"));
+    EXPECT_TRUE(Visible("LabelRelayDist"));
     QTest::keyPress(&marker, Qt::Key_Left);
     const std::int32_t written = zentrova_.ParamValue(57);
     ui_.Get<QWidget>("PicRelay(3)").setFocus(); // with the key still down
     Settle();
     EXPECT_LT(zentrova_.ParamValue(57), written);
-    EXPECT_FALSE(Visible("LabelRelayDist"));
+    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 2 Off Threshold\n264.00\""));
 }
 
 // Typing. --------------------------------------------------------------------------------------------
@@ -807,7 +812,7 @@ TEST_F(BasicMarkerKeysTest, ShiftWithACursorKeyMovesByAHundredth) {
     QTest::keyPress(&marker, Qt::Key_Right, Qt::ShiftModifier);
     QTest::keyRelease(&marker, Qt::Key_Right, Qt::ShiftModifier);
     EXPECT_EQ(zentrova_.ParamValue(57), 24002);
-    EXPECT_FALSE(Visible("LabelRelayDist"));
+    EXPECT_TRUE(Visible("LabelRelayDist"));
     QTest::keyClick(&marker, Qt::Key_Left, Qt::ShiftModifier);
     EXPECT_EQ(zentrova_.ParamValue(57), 24001);
 }
@@ -964,6 +969,327 @@ TEST_F(BasicPageTest, GreysTheMeasuredValuesAloneWhileTheyAreNotLive) {
     EXPECT_EQ(Member("TextParam", 6).palette().color(QPalette::Disabled, QPalette::Text),
               Colours::LegibleDisabledText(light))
         << "follows the desktop";
+}
+
+// Relays, echo, diameter. ----------------------------------------------------------------------------
+
+class BasicReadingsTest : public BasicChartTest {
+protected:
+    void Poll() {
+        page_.UpdateDisplay();
+        page_.UpdateGraph();
+    }
+
+    // The colour in the middle of a relay's lamp.
+    QColor LampColour(int relay) {
+        const QImage picture = Member("LampRelay", relay).grab().toImage();
+        return picture.pixelColor(picture.height() / 2, picture.height() / 2);
+    }
+
+    QColor TextColour(const char *label) {
+        return ui_.Get<QLabel>(label).palette().color(QPalette::WindowText);
+    }
+
+    // Calls `work` on a light and on a dark desktop.
+    template <typename Work>
+    void OnEachDesktop(const Work &work) {
+        const QPalette light = QApplication::palette();
+        for (const QPalette &desktop : {light, DarkPalette()}) {
+            QApplication::setPalette(desktop);
+            Settle();
+            work(desktop);
+        }
+        QApplication::setPalette(light);
+    }
+};
+
+TEST_F(BasicReadingsTest, ALampIsFilledInItsRelaysColourWhileTheRelayIsOn) {
+    OnEachDesktop([this](const QPalette &desktop) {
+        const QColor colours[] = {Colours::Of(Colours::Blue, desktop), Colours::Of(Colours::Olive, desktop)};
+        for (const int states : {0, 1, 2, 3}) {
+            Set(ParamDefines::Relay1State, states & 1);
+            Set(ParamDefines::Relay2State, states >> 1);
+            Poll();
+            for (const int relay : {0, 1}) {
+                const bool on = ((states >> relay) & 1) != 0;
+                EXPECT_EQ(LampColour(relay), on ? colours[relay] : desktop.color(QPalette::Window)) << states;
+                const QString text =
+                    QStringLiteral("Relay %1 is %2").arg(relay + 1).arg(QLatin1String(on ? "on" : "off"));
+                EXPECT_EQ(Member("LampRelay", relay).toolTip(), text);
+                EXPECT_EQ(Member("LampRelay", relay).accessibleName(), text);
+            }
+        }
+    });
+}
+
+TEST_F(BasicReadingsTest, TheReadingsAreGreyWhileTheyAreNotPresentOnes) {
+    Set(ParamDefines::Relay1State, 1);
+    Set(ParamDefines::EchoStrength, 64);
+    OnEachDesktop([this](const QPalette &desktop) {
+        const QColor grey = Colours::LegibleDisabledText(desktop);
+        for (const ValueState state : {ValueState::NeverRead, ValueState::Stale, ValueState::Held}) {
+            page_.ShowState(state);
+            EXPECT_EQ(LampColour(0).rgb(), grey.rgb());
+            EXPECT_EQ(LampColour(1), desktop.color(QPalette::Window)) << "hollow";
+            EXPECT_EQ(TextColour("LabelEcho"), grey);
+            EXPECT_EQ(TextColour("LabelDiameter"), grey);
+            EXPECT_EQ(Member("LampRelay", 0).toolTip(), QStringLiteral("Relay 1: no present value"));
+            page_.ShowState(ValueState::Live);
+            EXPECT_EQ(LampColour(0), Colours::Of(Colours::Blue, desktop));
+            EXPECT_EQ(TextColour("LabelEcho"), desktop.color(QPalette::WindowText));
+            EXPECT_EQ(TextColour("LabelDiameter"), desktop.color(QPalette::WindowText));
+        }
+    });
+}
+
+TEST_F(BasicReadingsTest, SaysLegiblyThatThereIsNoEcho) {
+    OnEachDesktop([this](const QPalette &desktop) {
+        page_.ShowState(ValueState::Live);
+        Set(ParamDefines::EchoReceived, 1);
+        Poll();
+        EXPECT_FALSE(Visible("LabelNoEcho"));
+        Set(ParamDefines::EchoReceived, 0);
+        Poll();
+        EXPECT_TRUE(Visible("LabelNoEcho"));
+        EXPECT_FALSE(Visible("FrameTarget"));
+        EXPECT_EQ(ui_.Text("LabelNoEcho"), QStringLiteral("NO ECHO"));
+        EXPECT_EQ(Place("LabelNoEcho").left(), Place("FrameTarget").left());
+        EXPECT_EQ(TextColour("LabelNoEcho"), Colours::Of(Colours::Amber, desktop));
+        EXPECT_GE(Colours::Contrast(TextColour("LabelNoEcho"), desktop.color(QPalette::Window)),
+                  Colours::TextContrast);
+        page_.ShowState(ValueState::Stale);
+        EXPECT_FALSE(Visible("LabelNoEcho")) << "nobody knows";
+    });
+}
+
+TEST_F(BasicReadingsTest, TellsTheEchoAndInTheDiametersModeTheDiameter) {
+    Set(ParamDefines::EchoStrength, 64);
+    Set(ParamDefines::ActualDiameter, 1234);
+    Poll();
+    EXPECT_EQ(ui_.Text("LabelEcho"), QStringLiteral("Echo\n64 %"));
+    EXPECT_FALSE(Visible("LabelDiameter"));
+    Set(ParamDefines::AnalogOutputMode, ParamDefines::HyperbolicMode);
+    Poll();
+    EXPECT_TRUE(Visible("LabelDiameter"));
+    EXPECT_EQ(ui_.Text("LabelDiameter"), QStringLiteral("Diameter 12.34\""));
+    EXPECT_EQ(ui_.Get<QLabel>("LabelEcho").toolTip(), QStringLiteral("Tag=79"));
+    EXPECT_EQ(ui_.Get<QLabel>("LabelDiameter").toolTip(), QStringLiteral("Tag=35"));
+    EXPECT_EQ(ui_.Get<QLabel>("LabelNoEcho").toolTip(), QStringLiteral("Tag=38"));
+}
+
+TEST_F(BasicReadingsTest, EachReadingFitsIntoItsPlaceAtAnySizeOfThePageAndTheFont) {
+    Set(ParamDefines::EchoStrength, 100);
+    Set(ParamDefines::ActualDiameter, 65535);
+    Set(ParamDefines::AnalogOutputMode, ParamDefines::HyperbolicMode);
+    Set(ParamDefines::EchoReceived, 0);
+    const QFont usual = QApplication::font();
+    for (const int points : {9, 14}) {
+        QFont font = usual;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        for (const QSize size : {QSize(630, 389), QSize(441, 272), QSize(1300, 640), QSize(1890, 1167)}) {
+            SCOPED_TRACE(size.width());
+            page_.resize(size);
+            Poll();
+            for (const char *name : {"LabelRelays", "LabelEcho", "LabelNoEcho", "LabelDiameter"}) {
+                const auto &label = ui_.Get<QLabel>(name);
+                const QFontMetrics metrics(label.font());
+                const QStringList lines =
+                    label.text().split(label.wordWrap() ? QLatin1Char(' ') : QLatin1Char('\n'));
+                for (const QString &line : lines) {
+                    EXPECT_LE(metrics.horizontalAdvance(line), label.width()) << name;
+                }
+                EXPECT_LE(metrics.height() * lines.size(), label.height()) << name;
+                EXPECT_TRUE(page_.rect().contains(QRect(label.mapTo(&page_, QPoint()), label.size())))
+                    << name;
+            }
+            for (const int relay : {0, 1}) {
+                const QWidget &lamp = Member("LampRelay", relay);
+                EXPECT_TRUE(page_.rect().contains(QRect(lamp.mapTo(&page_, QPoint()), lamp.size())));
+            }
+        }
+    }
+    QApplication::setFont(usual);
+}
+
+TEST_F(BasicReadingsTest, APollPaintsAReadingOnlyWhenItChanges) {
+    for (int tick = 0; tick < 5; ++tick) {
+        Poll();
+    }
+    EXPECT_EQ(PaintedByATick(), (std::set<std::string>{"FrameZentrova"}));
+    const auto paintedByAPoll = [this] { return PaintedBy([this] { page_.UpdateDisplay(); }); };
+    EXPECT_EQ(paintedByAPoll(), std::set<std::string>());
+    Set(ParamDefines::Relay2State, 1);
+    const std::set<std::string> painted = paintedByAPoll();
+    EXPECT_EQ(painted.count("LampRelay(1)"), 1U);
+    EXPECT_EQ(painted.count("LampRelay(0)"), 0U);
+    EXPECT_EQ(painted.count("FrameGraph"), 0U);
+    EXPECT_EQ(painted.count("FrameRange"), 0U);
+    EXPECT_EQ(paintedByAPoll(), std::set<std::string>());
+}
+
+// Thresholds outside the range. ----------------------------------------------------------------------
+
+class BasicMarksTest : public BasicMarkersTest {
+protected:
+    BasicMarksTest() {
+        Set(ParamDefines::MinRange, 800);
+        Set(ParamDefines::MaxRange, 40000);
+    }
+
+    QWidget &Mark(int number) { return Member("MarkRelay", number); }
+    bool ShowsAmber(int number) {
+        const QImage picture = Mark(number).grab().toImage();
+        return picture.pixelColor(picture.height() / 2, picture.height() * 2 / 3) ==
+               QColor::fromRgb(Colours::Amber.onDark);
+    }
+};
+
+TEST_F(BasicMarksTest, GiveTheReasonInATipAndToAssistiveClients) {
+    Set(57, 41000);
+    page_.UpdateDisplay();
+    const QString reason =
+        QStringLiteral("Relay 2 can't switch here: 410.00\" is beyond Max Range 400.00\".");
+    EXPECT_TRUE(Mark(1).isVisible());
+    EXPECT_TRUE(ShowsAmber(1));
+    EXPECT_EQ(Mark(1).toolTip(), reason);
+    EXPECT_EQ(Mark(1).accessibleName(), reason);
+    EXPECT_EQ(Marker(1).accessibleDescription(), reason);
+    EXPECT_EQ(Marker(1).accessibleName(), QStringLiteral("Relay 2 On Threshold"));
+    EXPECT_EQ(Marker(3).accessibleDescription(), QString());
+    Set(ParamDefines::MaxRange, 41000);
+    page_.UpdateDisplay();
+    EXPECT_FALSE(ShowsAmber(1));
+    EXPECT_EQ(Marker(1).accessibleDescription(), QString());
+}
+
+TEST_F(BasicMarksTest, TheirTipShowsWhereTheyAre) {
+    Set(57, 41000);
+    page_.UpdateDisplay();
+    const QPoint place = Mark(1).rect().center();
+    EXPECT_EQ(Chart().childAt(Mark(1).mapToParent(place)), &Mark(1));
+    QHelpEvent help(QEvent::ToolTip, place, Mark(1).mapToGlobal(place));
+    QApplication::sendEvent(&Mark(1), &help);
+    EXPECT_EQ(QToolTip::text(), Mark(1).toolTip());
+    QToolTip::hideText();
+}
+
+TEST_F(BasicMarksTest, LeaveTheMouseToTheMarkersAndTheFocusToAll) {
+    Set(57, 41000);
+    page_.UpdateDisplay();
+    EXPECT_EQ(Mark(1).focusPolicy(), Qt::NoFocus);
+    Drag(LineOf(1), LineOf(1) - 60);
+    EXPECT_LT(zentrova_.ParamValue(57), 40000);
+    EXPECT_FALSE(Mark(1).isVisible());
+    Set(56, 38500); // its marker stands where a mark is
+    Set(59, 41000);
+    page_.UpdateDisplay();
+    Drag(LineOf(0), LineOf(0) - 60);
+    EXPECT_LT(On(), 38500);
+}
+
+TEST_F(BasicMarksTest, KeepTheNumbersOfCollapsedThresholdsWhole) {
+    for (const std::int32_t value : {600, 42000}) {
+        Set(57, value);
+        Set(59, value);
+        Put(value, value);
+        for (int one = 0; one < 4; ++one) {
+            EXPECT_TRUE(Mark(one).isVisible());
+            EXPECT_TRUE(Chart().rect().contains(Mark(one).geometry()));
+            for (int other = 0; other < one; ++other) {
+                EXPECT_FALSE(Mark(one).geometry().intersects(Mark(other).geometry())) << one << other;
+            }
+        }
+    }
+}
+
+// A focused threshold. -------------------------------------------------------------------------------
+
+TEST_F(BasicMarkerKeysTest, AFocusedThresholdShowsItsNameAndValueUntilTheFocusGoes) {
+    const char *texts[] = {"Relay 1 On Threshold\n60.00\"", "Relay 2 On Threshold\n240.00\"",
+                           "Relay 1 Off Threshold\n72.00\"", "Relay 2 Off Threshold\n264.00\""};
+    QTest::keyClick(&Focus(0), Qt::Key_Backtab);
+    QWidget *before = QApplication::focusWidget();
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+    for (const char *text : texts) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        EXPECT_TRUE(Visible("LabelRelayDist"));
+        EXPECT_EQ(ui_.Text("LabelRelayDist"), QString::fromLatin1(text));
+    }
+    before->setFocus(Qt::TabFocusReason);
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+    EXPECT_FALSE(zentrova_.FileChangesNeedSaving());
+}
+
+TEST_F(BasicMarkerKeysTest, TheLabelOfAFocusedThresholdFollowsThePoll) {
+    Focus(1);
+    const QRect before = Place("LabelRelayDist");
+    Set(57, 12000);
+    page_.UpdateDisplay();
+    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 2 On Threshold\n120.00\""));
+    EXPECT_LT(Place("LabelRelayDist").left(), before.left());
+}
+
+TEST_F(BasicMarkerKeysTest, AClickedThresholdShowsItsLabelOnlyOnceAKeyMovesIt) {
+    Press(LineOf(1));
+    Release(LineOf(1));
+    ASSERT_TRUE(Marker(1).hasFocus());
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+    QTest::keyClick(&Marker(1), Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_TRUE(Visible("LabelRelayDist"));
+    EXPECT_EQ(ui_.Text("LabelRelayDist"), QStringLiteral("Relay 2 On Threshold\n240.01\""));
+    Press(LineOf(1));
+    Move(LineOf(1)); // desktops send a move with each press
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+    Release(LineOf(1));
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+}
+
+TEST_F(BasicMarkerKeysTest, AThresholdThatTheRightButtonFocusesShowsNoLabel) {
+    QTest::mouseClick(window_.windowHandle(), Qt::RightButton, {}, At(LineOf(1)));
+    Settle();
+    EXPECT_TRUE(Marker(1).hasFocus());
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+}
+
+TEST_F(BasicMarkerKeysTest, AWindowThatBecomesActiveAgainShowsTheLabelThatItShowed) {
+    QWidget other;
+    other.show();
+    const auto leaveAndReturn = [&] {
+        for (QWidget *window : {&other, &window_}) {
+            window->activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+            Settle();
+        }
+    };
+    window_.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
+    Focus(1);
+    leaveAndReturn();
+    EXPECT_TRUE(Marker(1).hasFocus());
+    EXPECT_TRUE(Visible("LabelRelayDist"));
+    Press(LineOf(3));
+    Release(LineOf(3));
+    leaveAndReturn();
+    EXPECT_TRUE(Marker(3).hasFocus());
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+}
+
+TEST_F(BasicMarkerKeysTest, TheEditorOfAThresholdTakesTheLabelsPlace) {
+    QTest::keyClick(&Focus(1), Qt::Key_Return);
+    EXPECT_FALSE(Visible("LabelRelayDist"));
+    QTest::keyClick(&text1_, Qt::Key_Escape);
+    EXPECT_TRUE(Marker(1).hasFocus());
+    EXPECT_TRUE(Visible("LabelRelayDist"));
+}
+
+TEST_F(BasicMarkerKeysTest, AHiddenPageShowsNoLabelWhenItReturns) {
+    Focus(1);
+    page_.hide();
+    Settle();
+    page_.show();
+    Settle();
+    EXPECT_EQ(Visible("LabelRelayDist"), Marker(1).hasFocus());
 }
 
 } // namespace ztv

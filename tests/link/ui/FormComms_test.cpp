@@ -3,6 +3,7 @@
 #include "link/SerialPorts.h"
 #include "shell/LinkNotices.h"
 #include "support/ApplicationTitle.h"
+#include "tests/helpers/EnvironmentVariable.h"
 #include "tests/helpers/Form.h"
 #include "tests/helpers/HelpOfForm.h"
 #include "tests/helpers/MainForm.h"
@@ -11,6 +12,7 @@
 #include "tests/helpers/ScriptedLine.h"
 #include "tests/helpers/TestPresets.h"
 #include "tests/helpers/Wait.h"
+#include "widgets/WhyDisabled.h"
 
 #include <QAbstractItemView>
 #include <QGroupBox>
@@ -117,6 +119,35 @@ TEST_F(FormCommsTest, HasItsControls) {
         EXPECT_FALSE(ui.Get<QWidget>(row[0]).accessibleName().isEmpty()) << row[0];
     }
     EXPECT_EQ(ui.Get<QTimer>("Timer1").interval(), 1000);
+}
+
+TEST_F(FormCommsTest, SaysWhyItsFieldsAreLocked) {
+    const QString online = QStringLiteral("Locked while online. Go offline to change them.");
+    FormComms form(link_, *zentrova_, dialogs_, settings_, help_);
+    const Form ui(form);
+    form.show();
+    const QSize size = form.size();
+    EXPECT_EQ(ui.Text("LabelLocked"), QString());
+    form.EnableDisableCommSettings(true);
+    Settle();
+    EXPECT_EQ(ui.Text("LabelLocked"), online);
+    EXPECT_EQ(form.size(), size); // the text has its room already
+    for (const char *name : {"TextPort", "ComboDevice", "ComboBaudRate", "ComboParityStopBits",
+                             "TextModbusAddress", "CommandOK", "CommandSearch"}) {
+        EXPECT_TRUE(WhyDisabled::TipOf(ui.Get<QWidget>(name)).endsWith(online)) << name;
+    }
+    form.EnableDisableCommSettings(false);
+    EXPECT_EQ(ui.Text("LabelLocked"), QString());
+    EXPECT_EQ(WhyDisabled::TipOf(ui.Get<QWidget>("CommandOK")),
+              QStringLiteral("Accept current settings & close"));
+    const EnvironmentVariable set("ZTVLINK_PORT_3", QStringLiteral("/dev/ttyUSB9"));
+    form.EnableDisableCommSettings(false);
+    const QString elsewhere = QStringLiteral("The device is set by ZTVLINK_PORT_3, outside of this program.");
+    EXPECT_EQ(ui.Text("LabelLocked"), elsewhere);
+    EXPECT_TRUE(WhyDisabled::TipOf(ui.Get<QWidget>("ComboDevice")).endsWith(elsewhere));
+    ui.Get<QLineEdit>("TextPort").setText(QStringLiteral("x"));
+    EXPECT_TRUE(WhyDisabled::TipOf(ui.Get<QWidget>("ComboDevice"))
+                    .endsWith(QStringLiteral("Enter a port number first.")));
 }
 
 TEST_F(FormCommsTest, ShowsTheSettings) {

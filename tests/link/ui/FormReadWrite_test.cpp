@@ -5,6 +5,7 @@
 #include "tests/helpers/MainForm.h"
 #include "tests/helpers/Printers.h"
 
+#include <QLabel>
 #include <QTest>
 #include <QToolButton>
 #include <gtest/gtest.h>
@@ -38,6 +39,32 @@ TEST(FormReadWriteTest, AsksWithThreeButtons) {
         EXPECT_EQ(button.accessibleName(), QString::fromLatin1(row[0]));
         EXPECT_FALSE(button.icon().isNull());
     }
+}
+
+TEST(FormReadWriteTest, ExplainsItsAnswersAndReadsThemOutWithTheButtons) {
+    const DirectionText text{.question = QStringLiteral("Which values count?"),
+                             .read = QStringLiteral("Reads %1 <b>"),
+                             .lostOnRead = {},
+                             .write = QStringLiteral("Writes"),
+                             .lostOnWrite = QStringLiteral("Loses much. ").repeated(20).trimmed()};
+    HelpOfForm help;
+    FormReadWrite form(help);
+    form.Explain(text);
+    form.show();
+    const Form ui(form);
+    EXPECT_EQ(ui.Text("LabelQuestion"), text.question);
+    EXPECT_EQ(ui.Text("LabelRead"), text.read);
+    EXPECT_EQ(ui.Text("LabelWrite"), text.write);
+    EXPECT_TRUE(ui.Text("LabelLostOnWrite").endsWith(text.lostOnWrite));
+    EXPECT_EQ(form.findChild<QLabel *>(QStringLiteral("LabelLostOnRead")), nullptr);
+    EXPECT_EQ(ui.Get<QToolButton>("Read").accessibleDescription(), text.read);
+    EXPECT_EQ(ui.Get<QToolButton>("Write").accessibleDescription(), text.write + u' ' + text.lostOnWrite);
+    for (const QLabel *label : form.findChildren<QLabel *>()) {
+        EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+            << label->objectName().toStdString();
+        EXPECT_TRUE(form.rect().contains(label->geometry())) << label->objectName().toStdString();
+    }
+    EXPECT_EQ(form.focusWidget(), &ui.Get<QWidget>("Read"));
 }
 
 TEST(FormReadWriteTest, TellsWhatWasClicked) {

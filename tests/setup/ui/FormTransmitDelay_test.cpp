@@ -122,6 +122,38 @@ TEST_F(FormTransmitDelayTest, HasItsControls) {
     }
 }
 
+TEST_F(FormTransmitDelayTest, ItsBoxesHaveUnits) {
+    Open();
+    const struct {
+        const char *box, *shown, *spoken;
+    } rows[] = {{"TextSumOfRanges", "inches", "inches"},
+                {"TextSumOfDelays", "\u00b5s", "microseconds"},
+                {"TextTransmitDelayLow", "\u00b5s", "microseconds"},
+                {"TextTransmitDelayHigh", "\u00d7 65536 \u00b5s", "times 65536 microseconds"}};
+    for (const auto &row : rows) {
+        const QByteArray unit = QByteArray(row.box) + "Unit";
+        EXPECT_EQ(Ui().Text(unit.constData()), QString::fromUtf8(row.shown));
+        EXPECT_EQ(Ui().Get<QWidget>(row.box).accessibleDescription(), QString::fromUtf8(row.spoken));
+    }
+}
+
+TEST_F(FormTransmitDelayTest, SaysWhatClosingDoes) {
+    Open();
+    const QSize size = form_->size();
+    const auto says = [this](const char *text) {
+        EXPECT_EQ(Ui().Text("LabelSaveNote"), QString::fromLatin1(text));
+        EXPECT_EQ(Save().accessibleDescription(), QString::fromLatin1(text));
+    };
+    says("Closing this window makes the sensor save all its settings, even if nothing was written here.");
+    Save().click();
+    Settle();
+    says("Closing this window saves nothing in the sensor.");
+    EXPECT_EQ(form_->size(), size);
+    Open(false);
+    says("Not connected: closing this window saves nothing in a sensor.");
+    EXPECT_EQ(form_->size(), size);
+}
+
 TEST_F(FormTransmitDelayTest, OpensWithTheOverheadOfOneCycle) {
     Open();
     ExpectResults("3.54 ms", "3536", "0");

@@ -13,6 +13,8 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QTest>
+#include <QTreeWidget>
+#include <array>
 #include <gtest/gtest.h>
 
 namespace ztv {
@@ -597,6 +599,171 @@ TEST_F(FrmWizardTest, DoesNotLetAnEmptyBoxBeLeftForTheOtherOne) {
         QStringLiteral("Please enter a numeric value between\n0.01 and 200 for Core Diameter."));
     Key(Qt::Key_Tab);
     EXPECT_TRUE(Ui().Get<QLineEdit>("TextCoreDia").hasFocus());
+}
+
+class FrmWizardConditionTest : public FrmWizardTest {
+protected:
+    void Poll(int distance, bool hasEcho = true) {
+        zentrova_.ParamUpdate(ParamDefines::ActualDistance, distance);
+        zentrova_.ParamUpdate(ParamDefines::EchoReceived, hasEcho ? 1 : 0);
+        form_->TakePoll();
+    }
+    const QLabel &Label(int place) {
+        return Ui().Get<QLabel>(qPrintable(QStringLiteral("LabelCondition(%1)").arg(place)));
+    }
+    void ExpectConditions(const char *words) {
+        for (int place = 0; place < 3; ++place) {
+            EXPECT_EQ(Label(place).text(), QString::fromUtf8(words));
+            EXPECT_EQ(Label(place).accessibleName(), QString::fromUtf8(words));
+        }
+    }
+    std::vector<std::array<QString, 3>> Listed() {
+        std::vector<std::array<QString, 3>> rows;
+        const auto &list = Ui().Get<QTreeWidget>("ListChanges");
+        for (int row = 0; row < list.topLevelItemCount(); ++row) {
+            const QTreeWidgetItem &item = *list.topLevelItem(row);
+            rows.push_back({item.text(0), item.text(1), item.text(2)});
+        }
+        return rows;
+    }
+};
+
+TEST_F(FrmWizardConditionTest, SaysBesideEachLiveDistanceWhetherItIsAPresentOne) {
+    GoToFarEnd();
+    ExpectConditions("no answer");
+    EXPECT_EQ(Ui().Text("LabelWaiting"), QStringLiteral("Waiting for the sensor..."));
+    form_->ShowState(ValueState::Live);
+    ExpectConditions("measuring");
+    EXPECT_EQ(Ui().Text("LabelWaiting"), QString());
+    Poll(12000);
+    Poll(12160);
+    ExpectConditions("moving ±0.8\"");
+    Poll(12160, false);
+    ExpectConditions("no echo");
+    EXPECT_EQ(Ui().Text("LabelWaiting"), QString());
+    form_->ShowState(ValueState::Held);
+    ExpectConditions("not read");
+    form_->ShowState(ValueState::Stale);
+    ExpectConditions("no answer");
+    for (const char *name : {"CommandRecordDistance(0)", "cmdNav(2)", "cmdNav(3)"}) {
+        EXPECT_TRUE(Ui().Enabled(name)) << name;
+    }
+    SetDistance(20000);
+    Ui().Press("CommandRecordDistance(0)");
+    EXPECT_EQ(Ui().Text("LabelRecordedDistance(0)"), QStringLiteral("200.00"));
+}
+
+TEST_F(FrmWizardConditionTest, TheWordsMoveNothingAndHaveRoomInALargeFontToo) {
+    const QFont font = QApplication::font();
+    QFont large = font;
+    large.setPointSize(14);
+    for (const QFont &used : {font, large}) {
+        for (const bool core : {true, false}) {
+            QApplication::setFont(used);
+            core ? GoToCore() : GoToFarEnd();
+            const auto places = [this] {
+                std::vector<QRect> rects{form_->rect()};
+                for (const QWidget *widget : form_->findChildren<QWidget *>()) {
+                    rects.push_back(widget->geometry());
+                }
+                return rects;
+            };
+            form_->ShowState(ValueState::Live);
+            Settle();
+            const std::vector<QRect> before = places();
+            Poll(0);
+            Poll(65535); // the longest words
+            const auto &label = Ui().Get<QLabel>(core ? "LabelCondition(2)" : "LabelCondition(0)");
+            EXPECT_EQ(label.toolTip(), QString()) << label.width(); // not elided
+            Settle();
+            EXPECT_EQ(places(), before);
+            form_->ShowState(ValueState::Stale);
+            Settle();
+            EXPECT_EQ(places(), before);
+            EXPECT_EQ(Ui().Get<QLabel>("LabelWaiting").toolTip(), QString());
+        }
+    }
+    QApplication::setFont(font);
+}
+
+TEST_F(FrmWizardConditionTest, ListsOnItsLastPageWhatFinishWillWrite) {
+    FinishDistanceRoute("0");
+    const std::array<QString, 3> save{QStringLiteral("Save Command (1)"), QString(),
+                                      QStringLiteral("saves all")};
+    const std::vector<std::array<QString, 3>> values{
+        {QStringLiteral("Far Distance (29)"), QStringLiteral("360.00\""), QStringLiteral("200.00\"")},
+        {QStringLiteral("Near Distance (28)"), QStringLiteral("12.00\""), QStringLiteral("30.00\"")},
+        {QStringLiteral("Max Range (25)"), QStringLiteral("420.00\" (was 200.00\")"),
+         QStringLiteral("205.00\"")},
+        {QStringLiteral("Min Range (24)"), QStringLiteral("6.00\" (was 10.00\")"),
+         QStringLiteral("25.00\"")}};
+    auto all = values;
+    all.push_back(save);
+    EXPECT_EQ(Listed(), all);
+    EXPECT_EQ(Ui().Text("LabelChanges"), QStringLiteral("Finish writes, in this order:"));
+    Choose("chkSaveSettings");
+    EXPECT_EQ(Listed(), values);
+    zentrova_.ParamUpdate(29, 20000); // the sensor has them by now
+    zentrova_.ParamUpdate(28, 3000);
+    zentrova_.ForgetPendingWrites();
+    zentrova_.ParamUpdate(25, 20500);
+    zentrova_.ParamUpdate(24, 2500);
+    form_->TakePoll();
+    EXPECT_FALSE(Ui().Get<QWidget>("ListChanges").isVisible());
+    EXPECT_EQ(Ui().Text("LabelChanges"),
+              QStringLiteral("Nothing changes: the sensor has these values already."));
+    Ui().Press("cmdNav(4)");
+    EXPECT_TRUE(link_.writes.empty());
+}
+
+TEST_F(FrmWizardConditionTest, SaysOnItsLastPageThatAValueCanNotBeWritten) {
+    FinishDistanceRoute("abc");
+    EXPECT_TRUE(Ui().Text("LabelChanges").startsWith(QStringLiteral("These values can't be written: ")));
+    EXPECT_FALSE(Ui().Get<QWidget>("ListChanges").isVisible());
+}
+
+TEST_F(FrmWizardConditionTest, KeepsItsListWhileItsWritesWait) {
+    FinishDistanceRoute("0");
+    link_.holds = true;
+    const auto before = Listed();
+    Ui().Press("cmdNav(4)");
+    form_->TakePoll();
+    EXPECT_EQ(Listed(), before);
+    link_.EndWrites(zentrova_);
+}
+
+TEST_F(FrmWizardConditionTest, ReportsWhatItAsksForBeforeItWritesIt) {
+    std::vector<ParameterValue> asked;
+    FinishDistanceRoute("0");
+    QObject::connect(&*form_, &frmWizard::Asked, [&](const std::vector<ParameterValue> &values) {
+        EXPECT_TRUE(link_.writes.empty());
+        asked = values;
+    });
+    Ui().Press("cmdNav(4)");
+    EXPECT_EQ(asked,
+              (std::vector<ParameterValue>{
+                  {39, 1}, {29, 20000}, {28, 3000}, {25, 20500}, {24, 2500}, {37, 1000}, {36, 0}, {1, 1}}));
+}
+
+TEST_F(FrmWizardConditionTest, ReportsTheRangeThatCancelPutsBackAndSaysSoBefore) {
+    std::vector<ParameterValue> asked;
+    Open();
+    QObject::connect(&*form_, &frmWizard::Asked,
+                     [&](const std::vector<ParameterValue> &values) { asked = values; });
+    const auto expectWords = [this](BoxAnswer answer, const char *words) {
+        ExpectQuestion(answer);
+        Ui().Press("cmdNav(1)");
+        EXPECT_EQ(dialogs_.LastInformativeText(), QString::fromLatin1(words));
+    };
+    form_->ShowState(ValueState::Live);
+    expectWords(BoxAnswer::No, "Nothing has been written.");
+    Next();
+    expectWords(BoxAnswer::No, "Nothing has been written. Min and Max Range go back.");
+    EXPECT_TRUE(asked.empty());
+    form_->ShowState(ValueState::Stale);
+    expectWords(BoxAnswer::Yes,
+                "Nothing has been written. Min and Max Range can't go back: the sensor doesn't answer.");
+    EXPECT_EQ(asked, (std::vector<ParameterValue>{{24, 1000}, {25, 20000}}));
 }
 
 } // namespace ztv

@@ -1,0 +1,64 @@
+#include "link/FailureText.h"
+
+#include "model/ParamDefines.h"
+
+namespace ztv {
+
+namespace FailureText {
+
+namespace {
+
+constexpr qsizetype mostPorts = 8; // a machine with built-in ports may have dozens
+
+bool IsCommand(std::int16_t tag) {
+    return tag == ParamDefines::SaveCommand || tag == ParamDefines::ReinitCommand;
+}
+
+QString WhatTheSensorHolds(const ClassZentrova &zentrova, const SensorValues &sensor, std::int16_t tag) {
+    const auto value = sensor.Value(tag);
+    return value && sensor.IsCurrent()
+               ? QStringLiteral(" The sensor has %1.").arg(zentrova.FormatRaw(*value, tag))
+               : QStringLiteral(" The value that the sensor has isn't known.");
+}
+
+QString ListOf(const QStringList &ports) {
+    if (ports.isEmpty()) {
+        return QStringLiteral("There are no serial ports.");
+    }
+    const QString shown = ports.mid(0, mostPorts).join(QStringLiteral(", "));
+    const qsizetype more = ports.size() - mostPorts;
+    return more > 0 ? QStringLiteral("There are: %1 and %2 more.").arg(shown, QString::number(more))
+                    : QStringLiteral("There are: %1.").arg(shown);
+}
+
+} // namespace
+
+QString WordsOf(LinkStatus status) {
+    return status == LinkStatus::AnotherSensor ? QStringLiteral("Another sensor: go offline and online")
+                                               : MbaxpErrorDesc(status);
+}
+
+QString OfWrite(const ClassZentrova &zentrova, const SensorValues &sensor, std::int16_t tag,
+                LinkStatus status) {
+    const QString text = QStringLiteral("%1 (%2) = %3 was not taken (%4).")
+                             .arg(zentrova.ParamName(tag).trimmed(), QString::number(tag),
+                                  zentrova.FormatRaw(zentrova.SentValue(tag), tag), WordsOf(status));
+    return IsCommand(tag) ? text : text + WhatTheSensorHolds(zentrova, sensor, tag);
+}
+
+QString OfDownload(std::int16_t values, LinkStatus status) {
+    return QStringLiteral(
+               "The %1 values were not confirmed (%2). The values read next are those that the sensor "
+               "holds.")
+        .arg(QString::number(values), WordsOf(status));
+}
+
+QString OfPort(const Port &port) {
+    const QString place = port.isThere ? QStringLiteral("Port %1 is %2.")
+                                       : QStringLiteral("Port %1 is %2, which isn't connected.");
+    return place.arg(QString::number(port.number), port.device) + u' ' + ListOf(port.others);
+}
+
+} // namespace FailureText
+
+} // namespace ztv
