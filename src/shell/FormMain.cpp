@@ -24,6 +24,7 @@
 #include "shell/LeastSize.h"
 #include "shell/LinkNotices.h"
 #include "shell/MainCommands.h"
+#include "shell/MainStatusBar.h"
 #include "shell/MakerAddress.h"
 #include "shell/MessageStrip.h"
 #include "shell/StripWatch.h"
@@ -45,12 +46,11 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QLabel>
 #include <QLayout>
 #include <QMenu>
-#include <QStatusBar>
 #include <QTimer>
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace ztv {
@@ -101,6 +101,7 @@ FormMain::FormMain(Dependencies dependencies)
     BuildPages();
     BuildStrip(deviceOfPort);
     ConnectCommands();
+    BuildStatusBar(deviceOfPort);
     ConnectLink();
     ConnectPages();
     ShowLinkState(false);
@@ -223,11 +224,6 @@ void FormMain::BuildControls(bool withCheckout) {
     auto *central = new QWidget(this);
     setCentralWidget(central);
     commands_ = std::make_unique<MainCommands>(*this);
-
-    Controls::Named(statusBar(), "StatusBar1");
-    statusText_ = Controls::Named(new QLabel(QStringLiteral("Communication Status: Offline")), "StatusText");
-    statusBar()->addWidget(statusText_, 1);
-
     tabs_ = new TabFrames(*central, withCheckout);
 }
 
@@ -266,14 +262,8 @@ void FormMain::BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPo
     strip_->Show(stripWatch_->Message());
 }
 
-// In the free band; with large fonts also over the frame of the tabs, but over no page.
 void FormMain::PlaceStrip() {
-    constexpr int gap = 2;
-    QRect place = tabs_->Band().adjusted(0, gap, 0, -gap);
-    const int missing = strip_->sizeHint().height() - place.height();
-    const int lowest = tabs_->CurrentPage().geometry().bottom() + gap;
-    place.setTop(std::max(lowest, place.top() - std::max(missing, 0)));
-    strip_->setGeometry(place);
+    strip_->PlaceIn(tabs_->Band(), tabs_->CurrentPage().geometry().bottom());
 }
 
 void FormMain::ObeyStrip(StripAction action) {
@@ -316,12 +306,12 @@ void FormMain::ObeyStrip(StripAction action) {
 
 void FormMain::OpenFile() {
     fileCommands_->Open();
-    stripWatch_->Update();
+    ShowChangedFile();
 }
 
 void FormMain::OpenBackup() {
     fileCommands_->OpenBackup();
-    stripWatch_->Update();
+    ShowChangedFile();
 }
 
 // Looks when the menu opens, since another run of the program may have made the first backup.
@@ -331,12 +321,37 @@ void FormMain::OfferBackups() {
 
 void FormMain::SaveFile() {
     fileCommands_->Save(FileCommands::SaveAs::CurrentName);
-    stripWatch_->Update();
+    ShowChangedFile();
 }
 
 void FormMain::SaveFileAs() {
     fileCommands_->Save(FileCommands::SaveAs::AskedName);
+    ShowChangedFile();
+}
+
+void FormMain::ShowChangedFile() {
     stripWatch_->Update();
+    statusBar_->Update();
+}
+
+void FormMain::BuildStatusBar(const std::function<QString(std::int16_t)> &deviceOfPort) {
+    statusBar_ = std::make_unique<MainStatusBar>(
+        *this, *commands_, StatusWatch::Dependencies{*link_, *zentrova_, *fileCommands_, deviceOfPort});
+    connect(statusBar_.get(), &MainStatusBar::Pressed, this,
+            [this](StatusCell::Kind kind) { AfterEntry([this, kind] { ObeyCell(kind); }); });
+}
+
+void FormMain::ObeyCell(StatusCell::Kind kind) {
+    using Kind = StatusCell::Kind;
+    const std::int16_t outputTab = tabs_->IsShown(Tab::Checkout) ? Tab::Checkout : Tab::Basic;
+    const std::map<Kind, std::function<void()>> works = {
+        {Kind::NotSaved, [this] { statusBar_->ListUnsaved(); }},
+        {Kind::OutputForced, [this, outputTab] { tabs_->Show(outputTab); }},
+        {Kind::Sensor, [this] { ShowAbout(); }},
+        {Kind::Echo, [this] { tabs_->Show(Tab::Distance); }},
+        {Kind::File, [this] { SaveFileAs(); }}};
+    const auto found = works.find(kind);
+    found == works.end() ? ShowCommunications() : found->second(); // the others are facts of the line
 }
 
 void FormMain::ConnectCommands() {
@@ -387,7 +402,6 @@ void FormMain::ConnectCommands() {
 }
 
 void FormMain::ConnectLink() {
-    connect(link_.get(), &LinkSession::StatusChanged, statusText_, &QLabel::setText);
     connect(link_.get(), &LinkSession::OnlineChanged, this, &FormMain::ShowLinkState);
     connect(link_.get(), &LinkSession::FirstReadComplete, this, &FormMain::ConfigureBasicTab);
     connect(link_.get(), &LinkSession::ValueStateChanged, this,
@@ -468,12 +482,14 @@ void FormMain::ShowMakersPages() {
 
 void FormMain::ShowCommunications() {
     FormComms(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, *help_, this).exec();
+    statusBar_->Update();
 }
 
 void FormMain::ShowSearch() {
     FormComms form(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, *help_, this);
     QMetaObject::invokeMethod(&form, &FormComms::Search, Qt::QueuedConnection);
     form.exec();
+    statusBar_->Update();
 }
 
 void FormMain::ShowTransmitDelay() {

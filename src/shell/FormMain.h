@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/ConnectChoice.h"
+#include "shell/StatusCells.h"
 
 #include <QMainWindow>
 #include <QString>
@@ -10,13 +11,13 @@
 #include <memory>
 #include <vector>
 
-class QLabel;
 class QLineEdit;
 class QTimer;
 
 namespace ztv {
 
 enum class StripAction;
+class MainStatusBar;
 struct DirectionFacts;
 class BasicPage;
 class BootComm;
@@ -127,6 +128,9 @@ private:
     void BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort);
     void PlaceStrip();
     void ObeyStrip(StripAction action);
+    void BuildStatusBar(const std::function<QString(std::int16_t)> &deviceOfPort);
+    void ObeyCell(StatusCell::Kind kind);
+    void ShowChangedFile();
     void OpenFile();
     void OpenBackup();
     void OfferBackups();
@@ -176,10 +180,10 @@ private:
     WizardPage *wizardPage_ = nullptr;
     QTimer *timer1_ = nullptr;
     TabFrames *tabs_ = nullptr;
-    QLabel *statusText_ = nullptr;
     MessageStrip *strip_ = nullptr;
     std::unique_ptr<WizardOutcome> wizardOutcome_;
     std::unique_ptr<StripWatch> stripWatch_;
+    std::unique_ptr<MainStatusBar> statusBar_;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
     bool closesOnceSent_ = false; // the window closes once the waiting writes are sent and no dialog is open
