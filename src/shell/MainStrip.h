@@ -4,6 +4,8 @@
 #include "shell/WizardOutcome.h"
 
 #include <QObject>
+#include <cstdint>
+#include <functional>
 
 namespace ztv {
 
