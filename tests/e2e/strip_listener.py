@@ -77,6 +77,7 @@ def listen(bin_dir, line, tell):
             ("set 38 0", "No echo.", "set 38 1"),
             ("mute on", "No answer for 2 s. Address 1 on port 1 (", "mute off"),
             ("corrupt 1", "Only damaged answers for 2 s.", "corrupt 0"),
+            ("addressing 0", "Another sensor answers.", "addressing 1"),
             ("unplug", "The serial port is gone.", "plug"),
         ):
             tell(fault)
