@@ -112,9 +112,7 @@ TEST_F(StripTest, SaysNothingWhileAFileIsLoadedIntoASensorThatAnswers) {
     bool hasShown = false;
     QObject::connect(&form_->Link(), &LinkSession::ValueStateChanged, form_.get(),
                      [&] { hasShown = hasShown || !Says().isEmpty(); });
-    dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new settings."
-                                   "\n\nContinue?"),
-                    BoxIcon::Exclamation, BoxButtons::YesNo, BoxAnswer::Yes);
+    ExpectLoadingQuestion();
     dialogs_.ExpectOpenFile(file);
     dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
     Ui().Choose("Toolbar1(Open File)");
@@ -191,9 +189,7 @@ TEST_F(StripTest, SaysThatTheValuesAreHeldSinceAFileFault) {
     SQLite::Database(file.toStdString(), SQLite::OPEN_READWRITE)
         .exec("UPDATE Settings SET Value = 'x' WHERE Tag = 27");
     StartPolling();
-    dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new settings."
-                                   "\n\nContinue?"),
-                    BoxIcon::Exclamation, BoxButtons::YesNo, BoxAnswer::Yes);
+    ExpectLoadingQuestion();
     dialogs_.ExpectOpenFile(file);
     dialogs_.ExpectTextWith(QStringLiteral("record 27"), BoxIcon::None, QString());
     dialogs_.ExpectNotice(QStringLiteral("Error opening file!"));

@@ -9,7 +9,7 @@ import subprocess
 import sys
 import tempfile
 
-from assistive import DEADLINE_S, Atspi, GLib, environment, find, press, program, status, wait_for
+from assistive import DEADLINE_S, Atspi, GLib, find, press, program, started, status, wait_for
 
 spoken = []
 
@@ -57,14 +57,7 @@ def silent():
 
 
 def listen(bin_dir, line, tell):
-    ztv_link = subprocess.Popen(
-        [bin_dir / "ZtvLink"],
-        env=environment(
-            XDG_CONFIG_HOME=tempfile.mkdtemp(dir=line.parent),
-            XDG_DATA_HOME=tempfile.mkdtemp(dir=line.parent),
-            ZTVLINK_PORT_1=str(line),
-        ),
-    )
+    ztv_link = started(bin_dir, line)
     try:
         wait_for("the window", lambda: find(Atspi.Role.PUSH_BUTTON, "Read") or find(Atspi.Role.PUSH_BUTTON, "Online"))
         assert strip().get_name().startswith("Not connected. The values are the factory's"), strip().get_name()
