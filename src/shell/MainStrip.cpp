@@ -5,7 +5,7 @@
 
 namespace ztv {
 
-MainStrip::MainStrip(QWidget &area, const TabFrames &tabs, Dependencies watched)
+MainStrip::MainStrip(QWidget &area, const TabFrames &tabs, const Dependencies &watched)
     : link_(watched.link),
       wizard_(watched.link, watched.zentrova),
       watch_({.link = watched.link,

@@ -26,7 +26,7 @@ public:
     };
 
     // Makes the strip a child of `area`, in which the tabs are. REQUIRES: all outlive this.
-    MainStrip(QWidget &area, const TabFrames &tabs, Dependencies watched);
+    MainStrip(QWidget &area, const TabFrames &tabs, const Dependencies &watched);
 
     // As those of StripWatch and MessageStrip.
     void Update() { watch_.Update(); }
