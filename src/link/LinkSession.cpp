@@ -10,6 +10,8 @@
 #include "support/Numbers.h"
 
 #include <QScopedValueRollback>
+#include <algorithm>
+#include <span>
 
 namespace ztv {
 
@@ -27,13 +29,35 @@ const QString valuesHeldWord =
 const QString portNotReopenedWord =
     QStringLiteral("The port couldn't be opened again: changes stay in this program");
 
+// True if a request was on the line. A sensor that rejects it has answered over a good line.
+bool WasExchanged(LinkStatus status) {
+    return status != LinkStatus::ReadError && status != LinkStatus::WriteError;
+}
+bool IsWholeReply(LinkStatus status) {
+    return status <= LastException;
+}
+
+std::vector<bool> Settings(const ClassZentrova &zentrova) {
+    std::vector<bool> settings;
+    for (std::int16_t tag = 0; tag < zentrova.ParamCount(); ++tag) {
+        settings.push_back(!zentrova.ParamReadOnly(tag) && !ClassZentrova::IsCommand(tag));
+    }
+    return settings;
+}
+
 } // namespace
 
 LinkSession::LinkSession(ClassZentrova &zentrova, Dependencies dependencies, QObject *parent)
     : QObject(parent),
       zentrova_(zentrova),
       dependencies_(std::move(dependencies)),
-      mbaxp1_(dependencies_.deviceOfPort) {
+      mbaxp1_(dependencies_.deviceOfPort),
+      unsaved_(Settings(zentrova)),
+      polled_(static_cast<std::size_t>(zentrova.ParamCount())) {
+    // First, so that the count includes an exchange while its handlers run.
+    connect(&mbaxp1_, &Mbaxp::TransactionDone, this, [this] { CountExchange(LinkStatus::NoError); });
+    connect(&mbaxp1_, &Mbaxp::TransactionFailed, this,
+            [this](LinkTransaction, LinkStatus status) { CountExchange(status); });
     connect(&mbaxp1_, &Mbaxp::TransactionDone, this, &LinkSession::TransactionDone);
     connect(&mbaxp1_, &Mbaxp::TransactionFailed, this, &LinkSession::TransactionFailed);
     connect(&mbaxp1_, &Mbaxp::DeviceLost, &values_, &ValueWatch::Lost);
@@ -71,6 +95,8 @@ LinkSession::ConnectOutcome LinkSession::GoOnline(ConnectPrompt prompt) {
         return ConnectOutcome::PortRefused;
     }
     anotherSensor_ = false;
+    quality_.Clear();
+    unsaved_.WentOnline();
     sensor_.Outdate();
     zentrova_.ForgetPendingWrites(); // their outcomes were lost with the connection before
     mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, comm_.address, addressingMarkRegister, 1,
@@ -165,6 +191,7 @@ void LinkSession::TransactionDone(LinkTransaction transaction) {
 }
 
 void LinkSession::TransactionFailed(LinkTransaction transaction, LinkStatus status) {
+    TakeUnconfirmed(transaction);
     if (transaction == LinkTransaction::SingleWrite) {
         WriteFailed(WrittenParameter(), status);
         return;
@@ -191,6 +218,66 @@ void LinkSession::TransactionFailed(LinkTransaction transaction, LinkStatus stat
     }
 }
 
+void LinkSession::CountExchange(LinkStatus status) {
+    if (WasExchanged(status)) {
+        quality_.Add(IsWholeReply(status));
+    }
+}
+
+void LinkSession::ReportUnsaved(bool changed) {
+    if (changed) {
+        Q_EMIT UnsavedChanged();
+    }
+}
+
+// Returns what the sensor was sent or has sent, which the table may have replaced meanwhile.
+std::int32_t LinkSession::ValueOfWord(std::int16_t tag, LinkTransaction transaction,
+                                      std::int32_t index) const {
+    const std::int16_t word = mbaxp1_.RegisterValue(transaction, index);
+    return zentrova_.ParamSigned(tag) ? word : Global::UnsignedFromSigned(word);
+}
+
+bool LinkSession::TakeConfirmed(std::int16_t tag) {
+    const std::int32_t value = ValueOfWord(tag, LinkTransaction::SingleWrite, 0);
+    switch (tag) {
+    case ParamDefines::SaveCommand:
+        return value == ParamDefines::StoreSettings && unsaved_.Saved();
+    case ParamDefines::ReinitCommand:
+        return value == ParamDefines::FactoryDefaults && unsaved_.Reinitialised();
+    default:
+        return unsaved_.Written(tag, value);
+    }
+}
+
+bool LinkSession::TakeConfirmedDownload() {
+    bool changed = false;
+    for (std::int16_t tag = 1; tag < zentrova_.ParamCount(); ++tag) {
+        changed = unsaved_.Written(tag, ValueOfWord(tag, LinkTransaction::Download, tag - 1)) || changed;
+    }
+    return changed;
+}
+
+void LinkSession::TakeUnconfirmed(LinkTransaction transaction) {
+    if (transaction == LinkTransaction::SingleWrite) {
+        const std::int16_t tag = WrittenParameter();
+        unsaved_.NotConfirmed(tag, ValueOfWord(tag, transaction, 0));
+    } else if (transaction == LinkTransaction::Download) {
+        for (std::int16_t tag = 1; tag < zentrova_.ParamCount(); ++tag) {
+            unsaved_.NotConfirmed(tag, ValueOfWord(tag, transaction, tag - 1));
+        }
+    }
+}
+
+bool LinkSession::TakePolledSettings() {
+    for (std::int16_t tag = 1; tag < zentrova_.ParamCount(); ++tag) {
+        polled_[static_cast<std::size_t>(tag)] =
+            ValueOfWord(tag, LinkTransaction::Poll, tag - addressingMode_);
+    }
+    // Addressing mode 0 leaves the last row out of the poll.
+    const std::size_t count = std::min(polled_.size(), polled_.size() - 1 + addressingMode_);
+    return unsaved_.Polled(polled_.at(ParamDefines::SerialNumber), std::span(polled_).first(count));
+}
+
 // From the event loop, because the master reports the transaction busy until its event is delivered.
 void LinkSession::SendNextWriteLater() {
     QMetaObject::invokeMethod(
@@ -201,6 +288,7 @@ void LinkSession::WriteComplete() {
     const std::int16_t written = WrittenParameter();
     zentrova_.ParamWritePending(written, false);
     zentrova_.MarkWriteTaken(written);
+    ReportUnsaved(TakeConfirmed(written));
     sensor_.Confirmed(written, zentrova_.SentValue(written));
     Q_EMIT WriteEnded(written, LinkStatus::NoError);
     switch (written) {
@@ -246,6 +334,7 @@ void LinkSession::PollComplete() {
         SetStatus(FailureText::WordsOf(LinkStatus::AnotherSensor));
         return;
     }
+    ReportUnsaved(TakePolledSettings());
     if (!zentrova_.WriteAllPending()) {
         TakePolledValues();
         values_.Polled();
@@ -278,8 +367,7 @@ void LinkSession::TakeAddressingMode(std::uint8_t mode) {
 
 void LinkSession::TakePolledValues() {
     sensor_.Polled(zentrova_.ParamCount(), [this](std::int16_t tag) {
-        const std::int16_t word = mbaxp1_.RegisterValue(LinkTransaction::Poll, tag - addressingMode_);
-        const std::int32_t value = zentrova_.ParamSigned(tag) ? word : Global::UnsignedFromSigned(word);
+        const std::int32_t value = polled_[static_cast<std::size_t>(tag)];
         if (!zentrova_.ParamWritePending(tag)) {
             zentrova_.ParamUpdate(tag, value);
         }
@@ -346,6 +434,7 @@ void LinkSession::StartDownload() {
 void LinkSession::DownloadComplete() {
     zentrova_.WriteAllPending(false);
     zentrova_.MarkDownloadTaken();
+    ReportUnsaved(TakeConfirmedDownload());
     Q_EMIT DownloadEnded(LinkStatus::NoError);
     if (!mbaxp1_.PortIsOpen()) {
         downloadOnConnect_ = false;

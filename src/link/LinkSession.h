@@ -2,10 +2,12 @@
 
 #include "link/CommSettings.h"
 #include "link/ConnectChoice.h"
+#include "link/LineQuality.h"
 #include "link/LinkStatus.h"
 #include "link/LinkTransaction.h"
 #include "link/Mbaxp.h"
 #include "link/SensorValues.h"
+#include "link/UnsavedWrites.h"
 #include "link/ValueWatch.h"
 #include "model/ClassZentrova.h"
 #include "model/ParameterLink.h"
@@ -17,6 +19,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace ztv {
 
@@ -44,6 +47,14 @@ public:
     // the values are no sensor's. docs/master.md describes the states.
     ValueState State() const { return values_.State(); }
     std::optional<std::chrono::milliseconds> AgeOfValues() const { return values_.Age(); }
+    std::optional<std::chrono::milliseconds> TimeBetweenPolls() const { return values_.TimeBetweenPolls(); }
+
+    // The share of the last exchanges since going online that ended with a whole reply, also one that
+    // rejects the request.
+    const LineQuality &Quality() const { return quality_; }
+
+    // The settings that the sensor forgets when it loses power.
+    const UnsavedWrites &Unsaved() const { return unsaved_; }
 
     // The values that the sensor was last known to hold, which the table's may differ from.
     const SensorValues &Sensor() const { return sensor_; }
@@ -130,8 +141,16 @@ Q_SIGNALS:
     void DeviceAnswered(LinkStatus status);   // the search probe ended
     void ValueStateChanged(ValueState state); // before the refresh of the poll that changed it
     void TableRefreshed();                    // after every good transaction: shown values may be outdated
+    void UnsavedChanged();                    // before the WriteEnded or DownloadEnded that it comes with
 
 private:
+    void CountExchange(LinkStatus status);
+    void ReportUnsaved(bool changed);
+    std::int32_t ValueOfWord(std::int16_t tag, LinkTransaction transaction, std::int32_t index) const;
+    bool TakeConfirmed(std::int16_t tag);
+    bool TakeConfirmedDownload();
+    void TakeUnconfirmed(LinkTransaction transaction);
+    bool TakePolledSettings();
     void SendNextWriteLater();
     void WriteComplete();
     void WriteFailed(std::int16_t written, LinkStatus status);
@@ -154,6 +173,9 @@ private:
     Dependencies dependencies_;
     Mbaxp mbaxp1_;
     ValueWatch values_;
+    LineQuality quality_;
+    UnsavedWrites unsaved_;
+    std::vector<std::int32_t> polled_; // the last poll's values by tag
     SensorValues sensor_;
     std::int16_t timeoutCount_ = 0;
     std::int16_t crcErrorCount_ = 0;

@@ -37,6 +37,7 @@ void ValueWatch::PollPeriod(std::int16_t milliseconds) {
 }
 
 void ValueWatch::Polled() {
+    betweenPolls_ = state_ == ValueState::Live ? Age() : std::nullopt;
     lastPoll_ = SleepClock::now();
     StartTimer();
     Become(ValueState::Live);
@@ -63,6 +64,7 @@ void ValueWatch::StartTimer() {
 void ValueWatch::Become(ValueState state) {
     if (state != ValueState::Live) {
         silence_.stop();
+        betweenPolls_.reset();
     }
     if (std::exchange(state_, state) != state) {
         Q_EMIT Changed(state);

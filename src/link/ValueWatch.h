@@ -28,6 +28,9 @@ public:
     // Returns the time since a poll last filled the table; none if the values are no sensor's.
     std::optional<std::chrono::milliseconds> Age() const;
 
+    // Returns the time between the last two polls; none unless the values are live by both.
+    std::optional<std::chrono::milliseconds> TimeBetweenPolls() const { return betweenPolls_; }
+
     // Sets the period of the polls, which decides how long live values stay live. Applies to the last poll,
     // too.
     void PollPeriod(std::int16_t milliseconds);
@@ -47,6 +50,7 @@ private:
 
     ValueState state_ = ValueState::NeverRead;
     std::optional<SleepClock::time_point> lastPoll_;
+    std::optional<std::chrono::milliseconds> betweenPolls_;
     std::chrono::milliseconds patience_;
     QTimer silence_;
 };

@@ -8,16 +8,13 @@
 #include "support/ProgramVersion.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ztv {
 
 namespace {
 
 const QString noNotes = QStringLiteral(" "); // a settings file is never without notes
-
-bool IsCommand(std::int16_t tag) {
-    return tag == ParamDefines::SaveCommand || tag == ParamDefines::ReinitCommand;
-}
 
 } // namespace
 
@@ -75,6 +72,16 @@ std::int32_t ClassZentrova::ValueToDownload(std::int16_t Tag) const {
     return IsCommand(Tag) ? ParamDefines::NoCommand : SentValue(Tag);
 }
 
+bool ClassZentrova::IsCommand(std::int16_t tag) {
+    return tag == ParamDefines::SaveCommand || tag == ParamDefines::ReinitCommand;
+}
+
+void ClassZentrova::FileChanged(bool changed) {
+    if (std::exchange(fileChanged_, changed) != changed && fileChangesTurned_) {
+        fileChangesTurned_();
+    }
+}
+
 void ClassZentrova::TakeWaitingValues() {
     for (std::int16_t tag = 0; tag < ParamCount(); ++tag) {
         if (!IsCommand(tag)) {
@@ -96,7 +103,7 @@ void ClassZentrova::Write(std::int16_t tag, std::int32_t value, Enqueue enqueue)
     if (ParamReadOnly(tag) || IsThere(tag, value)) {
         return;
     }
-    fileChanged_ = true;
+    FileChanged(true);
     (queue_.*enqueue)({.tag = tag, .value = value, .isCommand = IsCommand(tag)});
     SendWaitingWrites();
 }
@@ -215,11 +222,11 @@ bool ClassZentrova::SaveFile(const QString &FileName) {
         fileNotes_ = noNotes;
     }
     WriteFile(FileName, fileNotes_, [this](std::int16_t tag) { return ParamValue(tag); });
-    fileChanged_ = false;
     savedEdits_ = savedEdits_ || !EditedRows().empty();
     for (std::int16_t tag = 0; tag < ParamCount(); ++tag) {
         RowOf(tag).unedited = ParamValue(tag);
     }
+    FileChanged(false);
     return false;
 }
 

@@ -47,6 +47,9 @@ public:
     // True when ParamValue has changed a value since the last save.
     bool FileChangesNeedSaving() const { return fileChanged_; }
 
+    // Calls `work` whenever FileChangesNeedSaving turns; none for an empty one.
+    void OnFileChangesTurned(std::function<void()> work) { fileChangesTurned_ = std::move(work); }
+
     // Writes the table to a settings file, in one step. Always returns false, which means saved. A failure is
     // a fault (file, database) that describes it and leaves an old file whole.
     bool SaveFile(const QString &FileName);
@@ -101,6 +104,9 @@ public:
 
     bool ParamReadOnly(std::int16_t Tag) const;
     bool ParamSigned(std::int16_t Tag) const;
+
+    // True for the rows by which the sensor is told to act. It stores no value for them.
+    static bool IsCommand(std::int16_t tag);
 
     // True for a row that the sensor measures or counts: read-only and without a preset.
     bool ParamMeasured(std::int16_t Tag) const;
@@ -168,6 +174,7 @@ private:
     void WriteFile(const QString &fileName, const QString &notes,
                    const std::function<std::int32_t(std::int16_t)> &valueOf) const;
     void Write(std::int16_t tag, std::int32_t value, Enqueue enqueue);
+    void FileChanged(bool changed);
     bool IsThere(std::int16_t tag, std::int32_t value) const;
     bool PortIsOpen() const { return link_ != nullptr && link_->PortIsOpen(); }
     const Row &RowOf(std::int16_t Tag) const;
@@ -180,6 +187,7 @@ private:
     ParameterLink *link_ = nullptr;
     bool fileChanged_ = false;
     bool savedEdits_ = false;
+    std::function<void()> fileChangesTurned_;
     bool writeAllPending_ = false;
 };
 

@@ -24,12 +24,11 @@
 #include "shell/LeastSize.h"
 #include "shell/LinkNotices.h"
 #include "shell/MainCommands.h"
+#include "shell/MainStatusBar.h"
+#include "shell/MainStrip.h"
 #include "shell/MakerAddress.h"
-#include "shell/MessageStrip.h"
-#include "shell/StripWatch.h"
 #include "shell/TabFrames.h"
 #include "shell/WindowPlacement.h"
-#include "shell/WizardOutcome.h"
 #include "support/ApplicationTitle.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
@@ -45,12 +44,11 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QLabel>
 #include <QLayout>
 #include <QMenu>
-#include <QStatusBar>
 #include <QTimer>
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace ztv {
@@ -101,6 +99,7 @@ FormMain::FormMain(Dependencies dependencies)
     BuildPages();
     BuildStrip(deviceOfPort);
     ConnectCommands();
+    BuildStatusBar(deviceOfPort);
     ConnectLink();
     ConnectPages();
     ShowLinkState(false);
@@ -223,11 +222,6 @@ void FormMain::BuildControls(bool withCheckout) {
     auto *central = new QWidget(this);
     setCentralWidget(central);
     commands_ = std::make_unique<MainCommands>(*this);
-
-    Controls::Named(statusBar(), "StatusBar1");
-    statusText_ = Controls::Named(new QLabel(QStringLiteral("Communication Status: Offline")), "StatusText");
-    statusBar()->addWidget(statusText_, 1);
-
     tabs_ = new TabFrames(*central, withCheckout);
 }
 
@@ -252,37 +246,17 @@ void FormMain::BuildPages() {
 
 // Built after the pages, so that Tab reaches its buttons after theirs.
 void FormMain::BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort) {
-    strip_ = new MessageStrip(centralWidget());
-    wizardOutcome_ = std::make_unique<WizardOutcome>(*link_, *zentrova_);
-    stripWatch_ = std::make_unique<StripWatch>(StripWatch::Dependencies{.link = *link_,
-                                                                        .zentrova = *zentrova_,
-                                                                        .files = *fileCommands_,
-                                                                        .deviceOfPort = deviceOfPort,
-                                                                        .wizard = *wizardOutcome_,
-                                                                        .backup = backup_.get()});
-    connect(stripWatch_.get(), &StripWatch::Changed, strip_, &MessageStrip::Show);
-    connect(strip_, &MessageStrip::Pressed, this, &FormMain::ObeyStrip);
-    connect(tabs_, &TabFrames::LaidOut, this, &FormMain::PlaceStrip);
-    strip_->Show(stripWatch_->Message());
-}
-
-// In the free band; with large fonts also over the frame of the tabs, but over no page.
-void FormMain::PlaceStrip() {
-    constexpr int gap = 2;
-    QRect place = tabs_->Band().adjusted(0, gap, 0, -gap);
-    const int missing = strip_->sizeHint().height() - place.height();
-    const int lowest = tabs_->CurrentPage().geometry().bottom() + gap;
-    place.setTop(std::max(lowest, place.top() - std::max(missing, 0)));
-    strip_->setGeometry(place);
+    strip_ = std::make_unique<MainStrip>(*centralWidget(), *tabs_,
+                                         MainStrip::Dependencies{.link = *link_,
+                                                                 .zentrova = *zentrova_,
+                                                                 .files = *fileCommands_,
+                                                                 .deviceOfPort = deviceOfPort,
+                                                                 .backup = *backup_});
+    connect(strip_.get(), &MainStrip::Pressed, this, &FormMain::ObeyStrip);
 }
 
 void FormMain::ObeyStrip(StripAction action) {
     switch (action) {
-    case StripAction::ResetCounters:
-        link_->TimeoutCount(0);
-        link_->CrcErrorCount(0);
-        stripWatch_->Update();
-        break;
     case StripAction::Online:
         GoOnline(ConnectPrompt::Ask);
         break;
@@ -299,9 +273,6 @@ void FormMain::ObeyStrip(StripAction action) {
     case StripAction::StartWizard:
         AfterEntry([this] { ShowWizard(); });
         break;
-    case StripAction::Dismiss:
-        wizardOutcome_->Forget();
-        break;
     case StripAction::OpenFile:
         OpenFile();
         break;
@@ -311,17 +282,19 @@ void FormMain::ObeyStrip(StripAction action) {
     case StripAction::Help:
         help_->HHDisplayTopicID(winId(), troubleshootingTopic);
         break;
+    default:
+        break;
     }
 }
 
 void FormMain::OpenFile() {
     fileCommands_->Open();
-    stripWatch_->Update();
+    ShowChangedFile();
 }
 
 void FormMain::OpenBackup() {
     fileCommands_->OpenBackup();
-    stripWatch_->Update();
+    ShowChangedFile();
 }
 
 // Looks when the menu opens, since another run of the program may have made the first backup.
@@ -331,12 +304,37 @@ void FormMain::OfferBackups() {
 
 void FormMain::SaveFile() {
     fileCommands_->Save(FileCommands::SaveAs::CurrentName);
-    stripWatch_->Update();
+    ShowChangedFile();
 }
 
 void FormMain::SaveFileAs() {
     fileCommands_->Save(FileCommands::SaveAs::AskedName);
-    stripWatch_->Update();
+    ShowChangedFile();
+}
+
+void FormMain::ShowChangedFile() {
+    strip_->Update();
+    statusBar_->Update();
+}
+
+void FormMain::BuildStatusBar(const std::function<QString(std::int16_t)> &deviceOfPort) {
+    statusBar_ = std::make_unique<MainStatusBar>(
+        *this, *commands_, StatusWatch::Dependencies{*link_, *zentrova_, *fileCommands_, deviceOfPort});
+    connect(statusBar_.get(), &MainStatusBar::Pressed, this,
+            [this](StatusCell::Kind kind) { AfterEntry([this, kind] { ObeyCell(kind); }); });
+}
+
+void FormMain::ObeyCell(StatusCell::Kind kind) {
+    using Kind = StatusCell::Kind;
+    const std::int16_t outputTab = tabs_->IsShown(Tab::Checkout) ? Tab::Checkout : Tab::Basic;
+    const std::map<Kind, std::function<void()>> works = {
+        {Kind::NotSaved, [this] { statusBar_->ListUnsaved(); }},
+        {Kind::OutputForced, [this, outputTab] { tabs_->Show(outputTab); }},
+        {Kind::Sensor, [this] { ShowAbout(); }},
+        {Kind::Echo, [this] { tabs_->Show(Tab::Distance); }},
+        {Kind::File, [this] { SaveFileAs(); }}};
+    const auto found = works.find(kind);
+    found == works.end() ? ShowCommunications() : found->second(); // the others are facts of the line
 }
 
 void FormMain::ConnectCommands() {
@@ -387,7 +385,6 @@ void FormMain::ConnectCommands() {
 }
 
 void FormMain::ConnectLink() {
-    connect(link_.get(), &LinkSession::StatusChanged, statusText_, &QLabel::setText);
     connect(link_.get(), &LinkSession::OnlineChanged, this, &FormMain::ShowLinkState);
     connect(link_.get(), &LinkSession::FirstReadComplete, this, &FormMain::ConfigureBasicTab);
     connect(link_.get(), &LinkSession::ValueStateChanged, this,
@@ -468,12 +465,14 @@ void FormMain::ShowMakersPages() {
 
 void FormMain::ShowCommunications() {
     FormComms(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, *help_, this).exec();
+    statusBar_->Update();
 }
 
 void FormMain::ShowSearch() {
     FormComms form(*link_, *zentrova_, dependencies_.dialogs, dependencies_.settings, *help_, this);
     QMetaObject::invokeMethod(&form, &FormComms::Search, Qt::QueuedConnection);
     form.exec();
+    statusBar_->Update();
 }
 
 void FormMain::ShowTransmitDelay() {
@@ -500,8 +499,8 @@ void FormMain::ShowWizard() {
 }
 
 void FormMain::ConnectWizard(frmWizard &wizard) {
-    wizardOutcome_->Forget();
-    connect(&wizard, &frmWizard::Asked, wizardOutcome_.get(), &WizardOutcome::Ask);
+    strip_->Wizard().Forget();
+    connect(&wizard, &frmWizard::Asked, &strip_->Wizard(), &WizardOutcome::Ask);
     connect(link_.get(), &LinkSession::ValueStateChanged, &wizard, &frmWizard::ShowState);
     connect(&link_->Mbaxp1(), &Mbaxp::TransactionDone, &wizard, [&wizard](LinkTransaction transaction) {
         if (transaction == LinkTransaction::Poll) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/ConnectChoice.h"
+#include "shell/StatusCells.h"
 
 #include <QMainWindow>
 #include <QString>
@@ -10,13 +11,13 @@
 #include <memory>
 #include <vector>
 
-class QLabel;
 class QLineEdit;
 class QTimer;
 
 namespace ztv {
 
 enum class StripAction;
+class MainStatusBar;
 struct DirectionFacts;
 class BasicPage;
 class BootComm;
@@ -31,14 +32,12 @@ class LeastSize;
 class LinkNotices;
 class LinkSession;
 class MainCommands;
-class MessageStrip;
+class MainStrip;
 class SettingsStore;
-class StripWatch;
 class TabFrames;
 class UserDialogs;
 class ValueOverlay;
 class WindowPlacement;
-class WizardOutcome;
 class WizardPage;
 class frmWizard;
 
@@ -125,8 +124,10 @@ private:
     void BuildControls(bool withCheckout);
     void BuildPages();
     void BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort);
-    void PlaceStrip();
     void ObeyStrip(StripAction action);
+    void BuildStatusBar(const std::function<QString(std::int16_t)> &deviceOfPort);
+    void ObeyCell(StatusCell::Kind kind);
+    void ShowChangedFile();
     void OpenFile();
     void OpenBackup();
     void OfferBackups();
@@ -176,10 +177,8 @@ private:
     WizardPage *wizardPage_ = nullptr;
     QTimer *timer1_ = nullptr;
     TabFrames *tabs_ = nullptr;
-    QLabel *statusText_ = nullptr;
-    MessageStrip *strip_ = nullptr;
-    std::unique_ptr<WizardOutcome> wizardOutcome_;
-    std::unique_ptr<StripWatch> stripWatch_;
+    std::unique_ptr<MainStrip> strip_;
+    std::unique_ptr<MainStatusBar> statusBar_;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;
     bool closesOnceSent_ = false; // the window closes once the waiting writes are sent and no dialog is open

@@ -83,12 +83,28 @@ void LeastSize::Watch() {
 }
 
 bool LeastSize::eventFilter(QObject *watched, QEvent *event) {
-    if (event->type() == QEvent::Show) {
+    switch (event->type()) {
+    case QEvent::Show:
         connect(window_.windowHandle(), &QWindow::screenChanged, this, &LeastSize::Update,
                 Qt::UniqueConnection);
         Update();
-    } else if (event->type() == QEvent::Move && FrameOf(window_) != frame_) {
-        Update(); // the desktop has told the frame
+        break;
+    case QEvent::Move:
+        if (FrameOf(window_) != frame_) {
+            Update(); // the desktop has told the frame
+        }
+        break;
+    case QEvent::WindowStateChange: // its size follows, sooner or later
+        sizeFollows_ = true;
+        QMetaObject::invokeMethod(this, &LeastSize::Update, Qt::QueuedConnection);
+        break;
+    case QEvent::Resize:
+        if (std::exchange(sizeFollows_, false)) {
+            QMetaObject::invokeMethod(this, &LeastSize::Update, Qt::QueuedConnection);
+        }
+        break;
+    default:
+        break;
     }
     return QObject::eventFilter(watched, event);
 }

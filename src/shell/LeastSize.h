@@ -41,6 +41,7 @@ private:
     Room room_;
     QPointer<QScreen> watched_;
     QSize frame_;
+    bool sizeFollows_ = false; // the window is about to get the size of its new state
 };
 
 } // namespace ztv

@@ -1,5 +1,7 @@
 #include "shell/MainCommands.h"
 
+#include "shell/MarkedIcon.h"
+#include "shell/StatusCells.h"
 #include "widgets/Controls.h"
 #include "widgets/DeferredWork.h"
 #include "widgets/EntryFocus.h"
@@ -10,7 +12,9 @@
 #include <QMenuBar>
 #include <QToolBar>
 #include <QToolButton>
+#include <algorithm>
 #include <array>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -78,6 +82,10 @@ constexpr std::array toolbarButtons = {
 constexpr int iconSize = 32;
 constexpr int iconSizeInLittleRoom = 16;
 
+QIcon IconOf(const ToolbarButton &button) {
+    return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(button.icon)));
+}
+
 QString ButtonName(const char *key) {
     return QStringLiteral("Toolbar1(%1)").arg(QLatin1String(key));
 }
@@ -122,8 +130,7 @@ void MainCommands::BuildToolbar() {
     toolbar_ = toolbar;
     for (const ToolbarButton &button : toolbarButtons) {
         const QString key = QString::fromLatin1(button.key);
-        QAction *action =
-            toolbar->addAction(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(button.icon))), key);
+        QAction *action = toolbar->addAction(IconOf(button), key);
         Controls::Named(action, ButtonName(button.key));
         action->setToolTip(QString::fromLatin1(button.toolTip));
         action->setEnabled(false);
@@ -155,6 +162,19 @@ void MainCommands::SetHandler(QAction &action, std::function<void()> work) {
     withWork_.insert(&action);
     action.setEnabled(true);
     DeferredWork::OnTrigger(action, std::move(work));
+}
+
+void MainCommands::ShowUnsaved(std::size_t count) {
+    const ToolbarButton &button =
+        *std::ranges::find(toolbarButtons, std::string_view("Save ZTV"),
+                           [](const ToolbarButton &row) { return std::string_view(row.key); });
+    QAction &action = Button(button.key);
+    const QString words = UnsavedWords(count);
+    const QString toolTip = QString::fromLatin1(button.toolTip);
+    action.setToolTip(words.isEmpty() ? toolTip : toolTip + u'\n' + words);
+    const QIcon icon = IconOf(button);
+    action.setIcon(words.isEmpty() ? icon : MarkedIcon(icon));
+    WhyDisabled::Describe(*window_.findChild<QWidget *>(QString::fromLatin1(button.key)), words);
 }
 
 void MainCommands::ExplainDisabled() {

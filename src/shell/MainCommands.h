@@ -4,6 +4,7 @@
 #include <QMainWindow>
 #include <QString>
 #include <QToolBar>
+#include <cstddef>
 #include <functional>
 #include <set>
 
@@ -34,6 +35,9 @@ public:
 
     // Enables the entries that have work, and marks "Online", by the state of the link.
     void ShowLinkState(bool online);
+
+    // Marks the sensor's save with the number of changes that it would store; 0 removes the mark.
+    void ShowUnsaved(std::size_t count);
 
     // Returns the state that is shown.
     bool IsOnline() const { return online_; }

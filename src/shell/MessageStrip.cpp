@@ -146,6 +146,14 @@ void MessageStrip::Show(const std::optional<StripMessage> &message) {
     }
 }
 
+void MessageStrip::PlaceIn(const QRect &band, int lowest) {
+    constexpr int gap = 2;
+    QRect place = band.adjusted(0, gap, 0, -gap);
+    const int missing = sizeHint().height() - place.height();
+    place.setTop(std::max(lowest + gap, place.top() - std::max(missing, 0)));
+    setGeometry(place);
+}
+
 void MessageStrip::ShowButtons() {
     for (const auto &[action, button] : buttons_) {
         button->setVisible(std::ranges::find(shown_->actions, action) != shown_->actions.end());

@@ -25,6 +25,9 @@ public:
     // text of the same kind, such as a time that goes on, isn't.
     void Show(const std::optional<StripMessage> &message);
 
+    // Lies in the free band; with large fonts also over what is between it and `lowest`.
+    void PlaceIn(const QRect &band, int lowest);
+
     // Takes the colours anew from the palette around it.
     void Colour();
 

@@ -1,6 +1,6 @@
 #include "shell/StripMessage.h"
 
-#include "model/LineTables.h"
+#include "shell/LinkWords.h"
 
 #include <QFileInfo>
 #include <QStringList>
@@ -12,39 +12,20 @@ namespace ztv {
 namespace {
 
 using Kind = StripMessage::Kind;
+using LinkWords::Duration;
 using Severity = StripMessage::Severity;
 
 // At the fastest poll, the rest of the count lasts for nine more minutes of time-outs.
 constexpr std::int16_t countToWarnAt = 30000;
-
-QString Duration(std::chrono::seconds time) {
-    const auto seconds = time.count();
-    constexpr int perMinute = 60;
-    constexpr int perHour = 3600;
-    if (seconds < perMinute) {
-        return QStringLiteral("%1 s").arg(seconds);
-    }
-    if (seconds < perHour) {
-        return QStringLiteral("%1 min %2 s").arg(seconds / perMinute).arg(seconds % perMinute);
-    }
-    return QStringLiteral("%1 h %2 min").arg(seconds / perHour).arg(seconds % perHour / perMinute);
-}
-
-template <typename Table>
-QString TextOf(const Table &table, std::int16_t index) {
-    const bool isKnown = index >= 0 && static_cast<std::size_t>(index) < table.size();
-    return isKnown ? QString::fromLatin1(table[static_cast<std::size_t>(index)].text) : QStringLiteral("?");
-}
 
 QString PortWithDevice(const StripFacts &facts) {
     return QStringLiteral("port %1 (%2)").arg(facts.comm.port).arg(facts.device);
 }
 
 QString Place(const StripFacts &facts) {
-    return QStringLiteral("Address %1 on %2, %3 %4")
+    return QStringLiteral("Address %1 on %2, %3")
         .arg(facts.comm.address)
-        .arg(PortWithDevice(facts), TextOf(BaudTable, facts.comm.baud),
-             TextOf(ParityStopTable, facts.comm.parityStop));
+        .arg(PortWithDevice(facts), LinkWords::LineSetting(facts.comm));
 }
 
 // Says whose values the screen shows while no sensor is read.

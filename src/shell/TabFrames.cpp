@@ -78,6 +78,16 @@ void TabFrames::SetPage(std::int16_t number, TabPage *page) {
     strip_->lower();
 }
 
+int TabFrames::IndexOf(std::int16_t number) const {
+    const auto found =
+        std::ranges::find(shown_, number, [](const Shown &shown) { return shown.tab->number; });
+    return found == shown_.end() ? -1 : static_cast<int>(found - shown_.begin());
+}
+
+void TabFrames::Show(std::int16_t number) {
+    strip_->setCurrentIndex(IndexOf(number));
+}
+
 void TabFrames::Select(int stripIndex) {
     if (stripIndex < 0) {
         return;

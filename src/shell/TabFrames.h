@@ -33,6 +33,11 @@ public:
     // Adds the Checkout tab. Throws a Fault (duplicate key) if it exists.
     void AddCheckout();
 
+    bool IsShown(std::int16_t number) const { return IndexOf(number) >= 0; }
+
+    // Selects the tab, as a click does. REQUIRES: IsShown(number).
+    void Show(std::int16_t number);
+
     std::int16_t CurrentTab() const { return currentTab_; }
     TabPage &CurrentPage() const { return Page(currentTab_); }
 
@@ -65,6 +70,7 @@ private:
 
     TabPage &Page(std::int16_t number) const { return *pages_.at(static_cast<std::size_t>(number) - 1); }
     void AddTab(const Tab::Description &tab, const char *caption);
+    int IndexOf(std::int16_t number) const; // in the strip; -1 for a tab that isn't shown
     void Select(int stripIndex);
     void LayOut();
     void LeaveMnemonicsToPage();

@@ -42,6 +42,13 @@ void WhyDisabled::Explain(QWidget &control, const QString &reason) {
     filter.eventFilter(&control, &change);
 }
 
+void WhyDisabled::Describe(QWidget &control, const QString &description) {
+    WhyDisabled &filter = FilterOf(control);
+    filter.givenDescription_ = description;
+    QEvent change(QEvent::EnabledChange);
+    filter.eventFilter(&control, &change);
+}
+
 void WhyDisabled::Explain(QMenu &menu, QAction &entry, const QString &reason) {
     FilterOf(menu);
     entry.setProperty(reasonProperty, reason);

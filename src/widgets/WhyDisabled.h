@@ -17,6 +17,9 @@ public:
     // Sets the reason of a widget. A later call replaces it; an empty reason removes it.
     static void Explain(QWidget &control, const QString &reason);
 
+    // Describes the control to assistive clients while it is enabled.
+    static void Describe(QWidget &control, const QString &description);
+
     // Sets the reason of an entry of a menu.
     static void Explain(QMenu &menu, QAction &entry, const QString &reason);
 

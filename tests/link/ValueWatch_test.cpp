@@ -99,6 +99,26 @@ TEST_F(ValueWatchTest, EachPollBeginsTheWaitAnewAndIsToldOnce) {
     EXPECT_EQ(told_, (States{ValueState::Live}));
 }
 
+TEST_F(ValueWatchTest, MeasuresTheTimeBetweenTwoPollsWhileTheValuesAreLive) {
+    watch_.Polled();
+    EXPECT_EQ(watch_.TimeBetweenPolls(), std::nullopt) << "there was one";
+    QElapsedTimer time;
+    time.start();
+    EXPECT_TRUE(WaitUntil([&time] { return time.hasExpired(300); }));
+    watch_.Polled();
+    ASSERT_TRUE(watch_.TimeBetweenPolls());
+    EXPECT_GE(*watch_.TimeBetweenPolls(), milliseconds(299));
+    EXPECT_LE(*watch_.TimeBetweenPolls(), milliseconds(time.elapsed() + 1));
+    watch_.Held();
+    EXPECT_EQ(watch_.TimeBetweenPolls(), std::nullopt);
+    watch_.Polled();
+    EXPECT_EQ(watch_.TimeBetweenPolls(), std::nullopt) << "the values weren't live meanwhile";
+    watch_.Polled();
+    EXPECT_TRUE(watch_.TimeBetweenPolls());
+    watch_.Lost();
+    EXPECT_EQ(watch_.TimeBetweenPolls(), std::nullopt);
+}
+
 TEST_F(ValueWatchTest, ASlowerPollAppliesToTheWaitThatRuns) {
     watch_.PollPeriod(200);
     watch_.Polled();

@@ -39,6 +39,20 @@ TEST_F(ClassZentrovaTest, SendsTheSameValueOnce) {
     EXPECT_TRUE(zentrova_.FileChangesNeedSaving());
 }
 
+TEST_F(ClassZentrovaTest, ReportsOnceThatTheFileHasChangesAndOnceThatItHasNone) {
+    std::vector<bool> turns;
+    zentrova_.OnFileChangesTurned([&] { turns.push_back(zentrova_.FileChangesNeedSaving()); });
+    zentrova_.ParamValue(setting, 1300);
+    zentrova_.ParamValue(setting, 1400);
+    EXPECT_EQ(turns, (std::vector<bool>{true}));
+    const QTemporaryDir folder;
+    EXPECT_FALSE(zentrova_.SaveFile(folder.filePath(QStringLiteral("roll.ztv"))));
+    EXPECT_EQ(turns, (std::vector<bool>{true, false}));
+    zentrova_.OnFileChangesTurned({});
+    zentrova_.ParamValue(setting, 1500);
+    EXPECT_EQ(turns.size(), 2U);
+}
+
 TEST_F(ClassZentrovaTest, DoesNothingForTheValueThatIsThere) {
     zentrova_.ParamValue(setting, zentrova_.ParamValue(setting));
     EXPECT_TRUE(link_.writes.empty());

@@ -82,4 +82,14 @@ TEST_F(LeastSizeTest, LeavesTheSizeOfAMaximisedWindowToTheDesktop) {
     EXPECT_TRUE(window_.isMaximized());
 }
 
+TEST_F(LeastSizeTest, KeepsAWindowOnTheScreenThatIsNoLongerMaximised) {
+    window_.resize(given);
+    window_.showMaximized();
+    Settle();
+    Screen({0, 0, 910, 485});
+    window_.showNormal();
+    EXPECT_TRUE(
+        WaitUntil([this] { return !window_.isMaximized() && window_.height() <= 485 - frame.height(); }));
+}
+
 } // namespace ztv

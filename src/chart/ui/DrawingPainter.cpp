@@ -119,12 +119,13 @@ void PaintCurve(QPainter &painter, const PageScale &scale, const std::vector<Dra
     }
 }
 
-void PaintShape(QPainter &painter, const PageScale &scale, const Drawing::Shape &shape, const QColor &fill) {
+void PaintShape(QPainter &painter, const PageScale &scale, const Drawing::Shape &shape, const QColor &fill,
+                const QRect &frame) {
     const double width = std::max(1, scale.Pixels(1));
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(fill.darker(), width));
     painter.setBrush(fill);
-    const QRectF place = scale.FromTwips(shape.left, shape.top, shape.width, shape.height);
+    const QRectF place = scale.FromTwips(shape.left, shape.top, shape.width, shape.height).intersected(frame);
     const double half = width / 2;
     const QRectF outline = place.adjusted(half, half, -half, -half); // keeps the pen within the shape
     if (shape.outline == Drawing::Outline::Circle) {

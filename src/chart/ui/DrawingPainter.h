@@ -27,7 +27,9 @@ void PaintLine(QPainter &painter, const PageScale &scale, const Drawing::Line &l
 void PaintCurve(QPainter &painter, const PageScale &scale, const std::vector<Drawing::Line> &segments,
                 const QPalette &palette);
 
-void PaintShape(QPainter &painter, const PageScale &scale, const Drawing::Shape &shape, const QColor &fill);
+// Keeps the outline within the rectangle `frame`, whose edges are rounded in another place than the shape's.
+void PaintShape(QPainter &painter, const PageScale &scale, const Drawing::Shape &shape, const QColor &fill,
+                const QRect &frame);
 
 // Paint a lamp, and a triangle that warns, in a square.
 void PaintLamp(QPainter &painter, const QRectF &square, bool lit, const QColor &colour);

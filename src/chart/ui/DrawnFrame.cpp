@@ -54,7 +54,8 @@ void DrawnFrame::paintEvent(QPaintEvent *event) {
     for (const Drawing::Shape &shape : BasicDrawing::Shapes()) {
         if (shape.parent == id_) {
             const Drawing::Colour fill = drawing_.ColourOf(shape);
-            DrawingPainter::PaintShape(painter, scale_, shape, DrawingPainter::FillOf(fill, palette()));
+            DrawingPainter::PaintShape(painter, scale_, shape, DrawingPainter::FillOf(fill, palette()),
+                                       rect());
         }
     }
     drawing_.VisitLines(id_, [&](const Drawing::Line &line) {

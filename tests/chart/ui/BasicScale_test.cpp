@@ -320,7 +320,7 @@ TEST_F(BasicScaleTest, TheLargeReadingsCoverNothing) {
                     QWidget &box = Member("TextParam", index);
                     EXPECT_TRUE(box.parentWidget()->rect().contains(box.geometry()));
                     EXPECT_TRUE(page_.rect().contains(place(box)));
-                    EXPECT_LE(QFontMetrics(box.font()).capHeight(), box.height() - 8);
+                    EXPECT_LE(QFontMetrics(box.font()).capHeight(), box.height() - 6);
                     EXPECT_LE(
                         QFontMetrics(box.font()).horizontalAdvance(dynamic_cast<QLineEdit &>(box).text()),
                         box.width() - 4);
@@ -345,6 +345,28 @@ TEST_F(BasicScaleTest, TheLargeReadingsCoverNothing) {
                 }
             }
         }
+    }
+}
+
+TEST_F(BasicScaleTest, TheTransducerHasItsOutlineAtEachSize) {
+    for (int width = 441; width < 1890; width += 23) {
+        page_.resize(width, 1200);
+        const QImage picture = ui_.Get<QWidget>("FrameTransducer").grab().toImage();
+        const QColor inside = picture.pixelColor(picture.width() / 4, picture.height() / 2);
+        const auto isOutline = [&](int x, int y) {
+            const QColor colour = picture.pixelColor(x, y);
+            return colour != inside && colour.lightness() < 120;
+        };
+        // The frame may be a pixel larger than the shape.
+        const int reach = static_cast<int>(std::ceil(2 * picture.devicePixelRatio()));
+        bool below = false;
+        bool beside = false;
+        for (int inwards = 1; inwards <= reach; ++inwards) {
+            below = below || isOutline(picture.width() / 4, picture.height() - inwards);
+            beside = beside || isOutline(picture.width() - inwards, picture.height() / 2);
+        }
+        EXPECT_TRUE(below) << width;
+        EXPECT_TRUE(beside) << width;
     }
 }
 
