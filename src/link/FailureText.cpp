@@ -14,11 +14,20 @@ bool IsCommand(std::int16_t tag) {
     return tag == ParamDefines::SaveCommand || tag == ParamDefines::ReinitCommand;
 }
 
-QString WhatTheSensorHolds(const ClassZentrova &zentrova, const SensorValues &sensor, std::int16_t tag) {
+// The request may have reached the sensor: one whose reply was lost or damaged may have been executed.
+bool MayBeExecuted(LinkStatus status) {
+    return status >= LinkStatus::Timeout && status <= LinkStatus::ReadError;
+}
+
+QString WhatTheSensorHolds(const ClassZentrova &zentrova, const SensorValues &sensor, std::int16_t tag,
+                           LinkStatus status) {
     const auto value = sensor.Value(tag);
-    return value && sensor.IsCurrent()
-               ? QStringLiteral(" The sensor has %1.").arg(zentrova.FormatRaw(*value, tag))
-               : QStringLiteral(" The value that the sensor has isn't known.");
+    if (!value || !sensor.IsCurrent()) {
+        return QStringLiteral(" The value that the sensor has isn't known.");
+    }
+    const QString text = MayBeExecuted(status) ? QStringLiteral(" The sensor had %1 when it was last read.")
+                                               : QStringLiteral(" The sensor has %1.");
+    return text.arg(zentrova.FormatRaw(*value, tag));
 }
 
 QString ListOf(const QStringList &ports) {
@@ -40,10 +49,11 @@ QString WordsOf(LinkStatus status) {
 
 QString OfWrite(const ClassZentrova &zentrova, const SensorValues &sensor, std::int16_t tag,
                 LinkStatus status) {
-    const QString text = QStringLiteral("%1 (%2) = %3 was not taken (%4).")
+    const QString outcome = MayBeExecuted(status) ? QStringLiteral("confirmed") : QStringLiteral("taken");
+    const QString text = QStringLiteral("%1 (%2) = %3 was not %4 (%5).")
                              .arg(zentrova.ParamName(tag).trimmed(), QString::number(tag),
-                                  zentrova.FormatRaw(zentrova.SentValue(tag), tag), WordsOf(status));
-    return IsCommand(tag) ? text : text + WhatTheSensorHolds(zentrova, sensor, tag);
+                                  zentrova.FormatRaw(zentrova.SentValue(tag), tag), outcome, WordsOf(status));
+    return IsCommand(tag) ? text : text + WhatTheSensorHolds(zentrova, sensor, tag, status);
 }
 
 QString OfDownload(std::int16_t values, LinkStatus status) {

@@ -17,6 +17,7 @@ namespace FailureText {
 QString WordsOf(LinkStatus status);
 
 // Names the parameter of a write that failed, the value, the reason, and the value that the sensor holds.
+// Doesn't claim that the sensor refused a value whose reply was lost or damaged: it may have taken it.
 // REQUIRES: the table still has the value that failed.
 QString OfWrite(const ClassZentrova &zentrova, const SensorValues &sensor, std::int16_t tag,
                 LinkStatus status);

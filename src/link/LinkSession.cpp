@@ -97,7 +97,7 @@ LinkSession::ConnectOutcome LinkSession::GoOnline(ConnectPrompt prompt) {
     anotherSensor_ = false;
     quality_.Clear();
     unsaved_.WentOnline();
-    sensor_.Connected();
+    sensor_.Outdate();
     zentrova_.ForgetPendingWrites(); // their outcomes were lost with the connection before
     mbaxp1_.DefineReadRegisters(LinkTransaction::AddressingProbe, comm_.address, addressingMarkRegister, 1,
                                 addressingProbePeriodMs);
@@ -287,6 +287,7 @@ void LinkSession::SendNextWriteLater() {
 void LinkSession::WriteComplete() {
     const std::int16_t written = WrittenParameter();
     zentrova_.ParamWritePending(written, false);
+    zentrova_.MarkWriteTaken(written);
     ReportUnsaved(TakeConfirmed(written));
     sensor_.Confirmed(written, zentrova_.SentValue(written));
     Q_EMIT WriteEnded(written, LinkStatus::NoError);
@@ -329,7 +330,7 @@ void LinkSession::PollComplete() {
     // values would be one row off.
     anotherSensor_ = AnswersWithAnotherAddressing();
     if (anotherSensor_) {
-        values_.Held();
+        HoldValues();
         SetStatus(FailureText::WordsOf(LinkStatus::AnotherSensor));
         return;
     }
@@ -338,13 +339,19 @@ void LinkSession::PollComplete() {
         TakePolledValues();
         values_.Polled();
     } else if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) {
-        values_.Held();
+        HoldValues();
         SetStatus(valuesHeldWord);
     }
     if (firstReadPending_) {
         firstReadPending_ = false;
         Q_EMIT FirstReadComplete();
     }
+}
+
+// A poll was answered, and its values aren't taken.
+void LinkSession::HoldValues() {
+    sensor_.Outdate();
+    values_.Held();
 }
 
 bool LinkSession::AnswersWithAnotherAddressing() const {
@@ -411,6 +418,7 @@ void LinkSession::StartDownload() {
         status = LinkStatus::AnotherSensor;
     } else {
         Q_EMIT AboutToWrite();
+        sensor_.Outdate();
         mbaxp1_.TriggerOnce(LinkTransaction::Download);
         if (!mbaxp1_.TransactionBusy(LinkTransaction::Download)) { // refused, as a single write may be
             status = mbaxp1_.LastError();
@@ -425,6 +433,7 @@ void LinkSession::StartDownload() {
 
 void LinkSession::DownloadComplete() {
     zentrova_.WriteAllPending(false);
+    zentrova_.MarkDownloadTaken();
     ReportUnsaved(TakeConfirmedDownload());
     Q_EMIT DownloadEnded(LinkStatus::NoError);
     if (!mbaxp1_.PortIsOpen()) {

@@ -156,6 +156,7 @@ private:
     void WriteFailed(std::int16_t written, LinkStatus status);
     void PollComplete();
     void TakePolledValues();
+    void HoldValues();
     bool AnswersWithAnotherAddressing() const;
     void TakeAddressingMode(std::uint8_t mode);
     void AddressingProbeComplete();

@@ -12,9 +12,9 @@ namespace ztv {
 // confirmed.
 class SensorValues {
 public:
-    // A new connection begins. Its sensor may be another one, so that the values are an earlier one's until a
-    // poll.
-    void Connected() { isCurrent_ = false; }
+    // The sensor on the line may be another one, or may hold other values, until a poll: a connection begins,
+    // polls aren't taken, or a download replaces the values.
+    void Outdate() { isCurrent_ = false; }
 
     // Takes the values of a poll for the rows 1 to `count` - 1.
     void Polled(std::int16_t count, const std::function<std::int32_t(std::int16_t)> &valueOf);
@@ -25,7 +25,7 @@ public:
     // Returns the row's value; none if no sensor was polled since the program started.
     std::optional<std::int32_t> Value(std::int16_t tag) const;
 
-    // True once this connection was polled: the values are those of the sensor on the line.
+    // True since a poll: the values are those of the sensor on the line.
     bool IsCurrent() const { return isCurrent_; }
     bool IsKnown() const { return !values_.empty(); }
 

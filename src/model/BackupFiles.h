@@ -28,7 +28,7 @@ public:
     // Replaces an earlier one.
     void Spare(const QString &fileName);
 
-    // True for a file in this folder, whatever its name.
+    // True for a file in this folder, whatever its name, also by a link.
     bool Contains(const QString &fileName) const;
 
     // Writes a backup of the values that `valueOf` gives for each row, and deletes the oldest backups of that
@@ -37,8 +37,8 @@ public:
               const std::function<std::int32_t(std::int16_t)> &valueOf) const;
 
 private:
-    QString NewName(const QString &sensor, const QString &time) const;
-    void DeleteOldest(std::int32_t serialNumber, const QString &newest) const;
+    QString TakeName(const QString &sensor, const QString &time) const;
+    void DeleteOldest(const QString &sensor, const QString &now, const QString &newest) const;
 
     QString folder_;
     QString spared_; // a name in the folder; empty for none

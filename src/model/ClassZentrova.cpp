@@ -130,6 +130,7 @@ void ClassZentrova::SendWaitingWrites() {
 
 void ClassZentrova::ParamUpdate(std::int16_t Tag, std::int32_t NewValue) {
     Row &row = RowOf(Tag);
+    savedEdits_ = false;
     if (!row.writePending) {
         row.value = NewValue;
         row.unedited = NewValue;
@@ -158,6 +159,19 @@ bool ClassZentrova::ParamWriteFailed(std::int16_t Tag) const {
 }
 void ClassZentrova::MarkWriteFailed(std::int16_t Tag) {
     RowOf(Tag).writeFailed = true;
+}
+
+void ClassZentrova::MarkWriteTaken(std::int16_t Tag) {
+    Row &row = RowOf(Tag);
+    row.unedited = row.value;
+}
+
+void ClassZentrova::MarkDownloadTaken() {
+    for (Row &row : rows_) {
+        if (!row.writePending) {
+            row.unedited = row.value;
+        }
+    }
 }
 
 std::vector<std::int16_t> ClassZentrova::EditedRows() const {
@@ -208,6 +222,7 @@ bool ClassZentrova::SaveFile(const QString &FileName) {
         fileNotes_ = noNotes;
     }
     WriteFile(FileName, fileNotes_, [this](std::int16_t tag) { return ParamValue(tag); });
+    savedEdits_ = savedEdits_ || !EditedRows().empty();
     for (std::int16_t tag = 0; tag < ParamCount(); ++tag) {
         RowOf(tag).unedited = ParamValue(tag);
     }
@@ -248,6 +263,7 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
         writeAllPending_ = true;
         link_->DefineDownload();
     }
+    savedEdits_ = false;
     if (link_ != nullptr) {
         link_->TableLoaded();
     }

@@ -119,9 +119,18 @@ public:
     bool ParamWriteFailed(std::int16_t Tag) const;
     void MarkWriteFailed(std::int16_t Tag);
 
-    // Lists the rows whose value differs from the one that was polled, loaded or saved last: edits that no
-    // sensor and no file has. Leaves out commands.
+    // Takes the row's value for the sensor's, which has confirmed it.
+    void MarkWriteTaken(std::int16_t Tag);
+
+    // As above, for all rows but those whose write is in flight: the sensor has confirmed a download.
+    void MarkDownloadTaken();
+
+    // Lists the rows whose value differs from the one that was polled, confirmed, loaded or saved last: edits
+    // that no sensor and no file has. Leaves out commands.
     std::vector<std::int16_t> EditedRows() const;
+
+    // True from a save of edits until a poll or a file: the values are the saved file's, not a sensor's.
+    bool HoldsSavedEdits() const { return savedEdits_; }
 
     // Clears the pending marks of all writes and of a download, for use when their outcomes can't arrive any
     // more.
@@ -155,7 +164,7 @@ private:
         std::int32_t value = 0;
         bool writePending = false;
         QString group;
-        std::int32_t unedited = 0; // the value that was polled, loaded or saved last
+        std::int32_t unedited = 0; // the value that was polled, confirmed, loaded or saved last
         bool writeFailed = false;
     };
     using Enqueue = void (WriteQueue::*)(const WriteQueue::Write &);
@@ -177,6 +186,7 @@ private:
     WriteQueue queue_;
     ParameterLink *link_ = nullptr;
     bool fileChanged_ = false;
+    bool savedEdits_ = false;
     std::function<void()> fileChangesTurned_;
     bool writeAllPending_ = false;
 };

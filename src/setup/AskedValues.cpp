@@ -16,8 +16,9 @@ bool IsSameWord(std::int32_t one, std::int32_t other) {
 
 } // namespace
 
-void AskedValues::Ask(const std::vector<ParameterValue> &values) {
+void AskedValues::Ask(const std::vector<ParameterValue> &values, std::optional<std::int32_t> serialNumber) {
     Forget();
+    serialNumber_ = serialNumber;
     for (const ParameterValue &value : values) {
         if (value.tag != ParamDefines::SaveCommand) {
             values_.push_back({.asked = value});

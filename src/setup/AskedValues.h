@@ -21,12 +21,14 @@ public:
         bool operator==(const Value &) const = default;
     };
 
-    // Replaces the values of an earlier call. Leaves out commands.
-    void Ask(const std::vector<ParameterValue> &values);
+    // Replaces the values of an earlier call. Leaves out commands. `serialNumber`: of the sensor that is
+    // asked; none if it wasn't read yet.
+    void Ask(const std::vector<ParameterValue> &values, std::optional<std::int32_t> serialNumber = {});
     void Forget();
 
     // Compares with a table that a poll has just filled, unless a write still waits or is under way. Forgets
-    // the values once the sensor holds all of them, or once another sensor answers than at the first poll.
+    // the values once the sensor holds all of them, or once another sensor answers than the one that was
+    // asked, or than at the first poll.
     void Judge(const ClassZentrova &zentrova);
 
     // Forgets a value in favour of another one that was written since.

@@ -528,7 +528,7 @@ void FormMain::ShowAbout() {
 DirectionFacts FormMain::DirectionOf() const {
     DirectionFacts facts;
     facts.values = static_cast<std::int16_t>(zentrova_->ParamCount() - 1);
-    if (link_->AgeOfValues()) {
+    if (link_->AgeOfValues() && !zentrova_->HoldsSavedEdits()) {
         facts.sensor = QString::number(zentrova_->ParamValue(ParamDefines::SerialNumber));
     }
     facts.file = fileCommands_->LoadedFileName();

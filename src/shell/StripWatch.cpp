@@ -69,9 +69,11 @@ std::optional<std::chrono::milliseconds> StripWatch::Silence() const {
     return std::chrono::duration_cast<std::chrono::milliseconds>(SleepClock::now() - lastAnswer_);
 }
 
-// Returns the age of values that grow old.
+// Returns the age of values that grow old. Those of a file don't.
 std::optional<std::chrono::milliseconds> StripWatch::Age() const {
-    return dependencies_.link.State() != ValueState::Live ? dependencies_.link.AgeOfValues() : std::nullopt;
+    const bool growOld =
+        dependencies_.link.State() != ValueState::Live && !dependencies_.zentrova.HoldsSavedEdits();
+    return growOld ? dependencies_.link.AgeOfValues() : std::nullopt;
 }
 
 void StripWatch::WakeAtNextSecond() {

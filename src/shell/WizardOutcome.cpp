@@ -1,9 +1,16 @@
 #include "shell/WizardOutcome.h"
 
+#include "model/ParamDefines.h"
+
+#include <cstdint>
+#include <optional>
+
 namespace ztv {
 
 // The session takes a poll's values before this, since it was connected to the master first.
-WizardOutcome::WizardOutcome(LinkSession &link, const ClassZentrova &zentrova) : zentrova_(zentrova) {
+WizardOutcome::WizardOutcome(LinkSession &link, const ClassZentrova &zentrova)
+    : link_(link),
+      zentrova_(zentrova) {
     connect(&link.Mbaxp1(), &Mbaxp::TransactionDone, this, [this, &link](LinkTransaction transaction) {
         if (transaction == LinkTransaction::Poll && link.State() == ValueState::Live) {
             Update([this] { values_.Judge(zentrova_); });
@@ -11,7 +18,9 @@ WizardOutcome::WizardOutcome(LinkSession &link, const ClassZentrova &zentrova) :
     });
     connect(&link, &LinkSession::WriteEnded, this, [this](std::int16_t tag, LinkStatus status) {
         if (status == LinkStatus::NoError) {
-            Update([this, tag] { values_.Written(tag, zentrova_.SentValue(tag)); });
+            // The value that was asked for last: an earlier one may have been on the line when the wizard
+            // asked.
+            Update([this, tag] { values_.Written(tag, zentrova_.ParamValue(tag)); });
         }
     });
     connect(&link, &LinkSession::DownloadEnded, this, [this](LinkStatus status) {
@@ -27,7 +36,10 @@ WizardOutcome::WizardOutcome(LinkSession &link, const ClassZentrova &zentrova) :
 }
 
 void WizardOutcome::Ask(const std::vector<ParameterValue> &values) {
-    Update([&] { values_.Ask(values); });
+    const SensorValues &sensor = link_.Sensor();
+    const auto serialNumber =
+        sensor.IsCurrent() ? sensor.Value(ParamDefines::SerialNumber) : std::optional<std::int32_t>();
+    Update([&] { values_.Ask(values, serialNumber); });
 }
 
 void WizardOutcome::Forget() {

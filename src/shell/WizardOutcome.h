@@ -31,6 +31,7 @@ Q_SIGNALS:
 private:
     void Update(const std::function<void()> &work);
 
+    const LinkSession &link_;
     const ClassZentrova &zentrova_;
     AskedValues values_;
 };

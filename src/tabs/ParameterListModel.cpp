@@ -157,7 +157,7 @@ QVariant ParameterListModel::data(const QModelIndex &index, int role) const {
         return row.texts[index.column()];
     case Qt::AccessibleDescriptionRole:
         if (row.failed) {
-            return QStringLiteral("The sensor hasn't taken this value");
+            return QStringLiteral("The sensor hasn't confirmed this value");
         }
         return row.readOnly ? QStringLiteral("Read only") : QString();
     case Qt::ToolTipRole:

@@ -12,7 +12,7 @@ constexpr const char *markName = "FailedMark";
 constexpr int edge = 2;   // pixels
 constexpr int corner = 7; // side of the triangle that tells the mark from a coloured frame
 
-const QString description = QStringLiteral("The sensor hasn't taken this value");
+const QString description = QStringLiteral("The sensor hasn't confirmed this value");
 
 } // namespace
 

@@ -6,8 +6,8 @@
 
 namespace ztv {
 
-// An edge and a sign over a control whose value the sensor hasn't taken. Follows the control's size and takes
-// no clicks. An assistive client reads it as the control's description.
+// An edge and a sign over a control whose value the sensor hasn't confirmed. Follows the control's size and
+// takes no clicks. An assistive client reads it as the control's description.
 class FailedMark : public QWidget {
     Q_OBJECT
 

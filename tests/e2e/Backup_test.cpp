@@ -279,6 +279,28 @@ TEST_F(BackupTest, TheQuestionNamesTheFileAndWhatWouldBeLost) {
     EXPECT_TRUE(WaitForPolls(1));
 }
 
+TEST_F(BackupTest, ReadValuesThatWereEditedAndSavedAreTheFilesNotTheSensors) {
+    StartPolling();
+    Ui().Choose("Toolbar1(Offline)");
+    const QString file = configuration_.filePath(QStringLiteral("machine7.ztv"));
+    const auto save = [&] {
+        dialogs_.ExpectSaveFile(file);
+        dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+        Ui().Choose("mnuFileSave(1)");
+    };
+    save(); // as they were read
+    EXPECT_TRUE(StripSays().contains(QStringLiteral("The values are the last ones read")));
+    Write(ParamDefines::FarDistance, 31000);
+    save();
+    EXPECT_TRUE(StripSays().contains(QStringLiteral("The values are those of machine7.ztv")))
+        << StripSays().toStdString();
+    const QString all = TextsOfTheQuestion("Read").join(u'\n');
+    EXPECT_TRUE(all.contains(QStringLiteral("Program (machine7.ztv) to sensor"))) << all.toStdString();
+    EXPECT_TRUE(WaitForPolls(1));
+    Ui().Choose("Toolbar1(Offline)");
+    EXPECT_TRUE(StripSays().contains(QStringLiteral("The values are the last ones read")));
+}
+
 TEST_F(BackupTest, TheQuestionCountsTheValuesThatTheLineCarries) {
     StartSensor();
     Start();

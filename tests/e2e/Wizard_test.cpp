@@ -492,6 +492,49 @@ TEST_F(WizardTest, SaysThatTheRangeCouldNotBePutBack) {
                                       "6.00\", not 10.00\"; Max Range (25) 420.00\", not 300.00\"."));
 }
 
+TEST_F(WizardTest, ARangeThatIsStillBeingOpenedDoesNotHideThatItCouldNotBePutBack) {
+    StartOnWizard();
+    RunWizard([this](const Form &wizard) {
+        AfterWrites(2, [this] { sensor_->Faults().exception = 4; });
+        sensor_->Faults().latencyMs = 60;
+        Next(wizard); // 24 is on the line, 25 waits
+        EXPECT_TRUE(
+            WaitUntil([this] { return form_->Zentrova().ParamWritePending(ParamDefines::MinRange); }));
+        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes,
+                        {}, QStringLiteral("Cancel?"));
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"), BoxIcon::Exclamation,
+                              ApplicationTitle(), [this] { sensor_->Faults() = {}; });
+        wizard.Press("cmdNav(1)");
+    });
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(sensor_->Register(ParamDefines::MinRange), 600);
+    EXPECT_EQ(Strip(), QStringLiteral("The wizard's Min Range wasn't taken. The sensor has Min Range (24) "
+                                      "6.00\", not 10.00\". Taken: Max Range."));
+}
+
+TEST_F(WizardTest, DoesNotSayOfAnotherSensorThatItRefusedTheValues) {
+    StartOnWizard();
+    RunWizard([this](const Form &wizard) {
+        Next(wizard);
+        EXPECT_TRUE(WaitUntil([this] { return sensor_->Writes() == opened_; }));
+        EXPECT_TRUE(WaitForPolls(1));
+        sensor_->Execute(QStringLiteral("mute on"));
+        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes,
+                        {}, QStringLiteral("Cancel?"));
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+        wizard.Press("cmdNav(1)");
+    });
+    EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
+    Ui().Choose("Toolbar1(Offline)");
+    ASSERT_TRUE(sensor_->SetRegister(ParamDefines::SerialNumber, 777)); // another one in its place
+    sensor_->Execute(QStringLiteral("mute off"));
+    GoOnline();
+    EXPECT_TRUE(WaitForPolls(2));
+    EXPECT_EQ(Strip(), QString());
+}
+
 TEST_F(WizardTest, ItsMessageGoesWhenAllValuesAreReplacedOnPurpose) {
     StartOnWizard();
     RunWizard([this](const Form &wizard) {

@@ -54,11 +54,24 @@ TEST_F(WriteFailureTest, ARefusedWriteIsNamedAndMarkedUntilTheNextPoll) {
     EXPECT_TRUE(marked); // behind the box, too
     EXPECT_FALSE(others);
     EXPECT_TRUE(IsMarked(Box(Far)));
-    EXPECT_EQ(Box(Far).accessibleDescription(), QStringLiteral("The sensor hasn't taken this value"));
+    EXPECT_EQ(Box(Far).accessibleDescription(), QStringLiteral("The sensor hasn't confirmed this value"));
     sensor_->Execute(QStringLiteral("exception 0"));
     EXPECT_TRUE(WaitUntil([this] { return !IsMarked(Box(Far)); }));
     EXPECT_EQ(Value(Far), 30000);
     EXPECT_EQ(Box(Far).accessibleDescription(), QString());
+}
+
+TEST_F(WriteFailureTest, AWriteWhoseReplyWasLostIsNotSaidToBeRefused) {
+    StartPolling();
+    sensor_->SetRegister(Far, 30000);
+    EXPECT_TRUE(WaitUntil([this] { return Value(Far) == 30000; }));
+    sensor_->Faults().drop = 1;
+    ExpectFailure([this] { sensor_->Faults().drop = 0; });
+    Fail(Far, 32000);
+    EXPECT_EQ(sensor_->Register(Far), 32000); // executed all the same
+    EXPECT_EQ(dialogs_.LastInformativeText(),
+              QStringLiteral("Far Distance (29) = 320.00\" was not confirmed (Timeout). The sensor had "
+                             "300.00\" when it was last read."));
 }
 
 TEST_F(WriteFailureTest, ADeadLineKeepsTheMarkOnEachPageUntilItAnswers) {
@@ -67,7 +80,7 @@ TEST_F(WriteFailureTest, ADeadLineKeepsTheMarkOnEachPageUntilItAnswers) {
     ExpectFailure();
     Fail(ParamDefines::Relay1OnThreshold, 7000);
     EXPECT_TRUE(dialogs_.LastInformativeText().startsWith(
-        QStringLiteral("Relay 1 On Threshold (56) = 70.00\" was not taken (Timeout). The sensor has ")));
+        QStringLiteral("Relay 1 On Threshold (56) = 70.00\" was not confirmed (Timeout). The sensor had ")));
     int marked = 0;
     for (int number = 0; number < 4; ++number) {
         marked += IsMarked(Ui().Get<QWidget>(("PicRelay(" + std::to_string(number) + ')').c_str())) ? 1 : 0;
@@ -81,7 +94,7 @@ TEST_F(WriteFailureTest, ADeadLineKeepsTheMarkOnEachPageUntilItAnswers) {
         list->model()->index(ParamDefines::Relay1OnThreshold - 1, 2); // rows start at 1, unsorted
     const auto description = [&] { return cell.data(Qt::AccessibleDescriptionRole).toString(); };
     EXPECT_EQ(cell.data().toString(), QStringLiteral("70.00\""));
-    EXPECT_EQ(description(), QStringLiteral("The sensor hasn't taken this value"));
+    EXPECT_EQ(description(), QStringLiteral("The sensor hasn't confirmed this value"));
     EXPECT_EQ(cell.siblingAtRow(cell.row() + 1).data(Qt::AccessibleDescriptionRole).toString(), QString());
     sensor_->Execute(QStringLiteral("mute off"));
     EXPECT_TRUE(WaitUntil([&] { return description().isEmpty(); }));
@@ -97,7 +110,7 @@ TEST_F(WriteFailureTest, AWriteBeforeTheFirstPollSaysThatTheSensorsValueIsNotKno
     Fail(Far, 32000);
     EXPECT_EQ(
         dialogs_.LastInformativeText(),
-        QStringLiteral("Far Distance (29) = 320.00\" was not taken (Timeout). The value that the sensor "
+        QStringLiteral("Far Distance (29) = 320.00\" was not confirmed (Timeout). The value that the sensor "
                        "has isn't known."));
 }
 

@@ -1,6 +1,7 @@
 #include "link/FailureText.h"
 
 #include "model/ParamDefines.h"
+#include "tests/helpers/Printers.h"
 #include "tests/helpers/TestPresets.h"
 
 #include <gtest/gtest.h>
@@ -25,9 +26,25 @@ TEST_F(FailureTextTest, NamesTheParameterTheValueTheReasonAndWhatTheSensorHolds)
     Poll();
     sensor_.Confirmed(ParamDefines::FarDistance, 30000);
     zentrova_.ParamValue(ParamDefines::FarDistance, 32000);
-    EXPECT_EQ(
-        OfWrite(ParamDefines::FarDistance, LinkStatus::Timeout),
-        QStringLiteral("Far Distance (29) = 320.00\" was not taken (Timeout). The sensor has 300.00\"."));
+    EXPECT_EQ(OfWrite(ParamDefines::FarDistance, LinkStatus::SlaveDeviceBusy),
+              QStringLiteral("Far Distance (29) = 320.00\" was not taken (Slave Device Busy). The sensor has "
+                             "300.00\"."));
+}
+
+TEST_F(FailureTextTest, DoesNotClaimThatAWriteWithoutAGoodReplyWasNotExecuted) {
+    Poll();
+    sensor_.Confirmed(ParamDefines::FarDistance, 30000);
+    zentrova_.ParamValue(ParamDefines::FarDistance, 32000);
+    for (const LinkStatus status :
+         {LinkStatus::Timeout, LinkStatus::CrcError, LinkStatus::UnexpectedResponse, LinkStatus::MissingBytes,
+          LinkStatus::WriteError, LinkStatus::ReadError}) {
+        EXPECT_EQ(OfWrite(ParamDefines::FarDistance, status),
+                  QStringLiteral("Far Distance (29) = 320.00\" was not confirmed (%1). The sensor had "
+                                 "300.00\" when it was last read.")
+                      .arg(MbaxpErrorDesc(status)));
+    }
+    EXPECT_TRUE(OfWrite(ParamDefines::SaveCommand, LinkStatus::Timeout)
+                    .endsWith(QStringLiteral(" was not confirmed (Timeout).")));
 }
 
 TEST_F(FailureTextTest, SaysThatTheSensorsValueIsNotKnownBeforeAPollOfThisConnection) {
@@ -36,7 +53,7 @@ TEST_F(FailureTextTest, SaysThatTheSensorsValueIsNotKnownBeforeAPollOfThisConnec
         "isn't known.");
     EXPECT_EQ(OfWrite(ParamDefines::FarDistance, LinkStatus::IllegalDataAddress), unknown);
     Poll();
-    sensor_.Connected();
+    sensor_.Outdate();
     EXPECT_EQ(OfWrite(ParamDefines::FarDistance, LinkStatus::IllegalDataAddress), unknown);
 }
 

@@ -409,6 +409,41 @@ TEST_F(LinkSessionTest, SaysWhyNoValuesAreReadAfterAFileThatFailed) {
                            "refresh"}));
 }
 
+TEST_F(LinkSessionTest, KnowsNoValuesOfTheSensorOnceAFileMayHaveReplacedThem) {
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.AnswerAlways(PollReply());
+    session_.GoOnline(ConnectPrompt::Skip);
+    const auto poll = [this] {
+        told_.clear();
+        EXPECT_TRUE(WaitUntil([this] { return WasTold("refresh"); }));
+    };
+    poll();
+    poll();
+    EXPECT_TRUE(session_.Sensor().IsCurrent());
+    zentrova_.WriteAllPending(true); // as a damaged file leaves it
+    poll();
+    EXPECT_FALSE(session_.Sensor().IsCurrent());
+    zentrova_.WriteAllPending(false);
+    poll();
+    EXPECT_TRUE(session_.Sensor().IsCurrent());
+    session_.StartDownload();
+    EXPECT_FALSE(session_.Sensor().IsCurrent()); // also after its end, whichever that is, until a poll
+    session_.GoOffline();
+}
+
+TEST_F(LinkSessionTest, AnotherSensorsAnswerEndsTheKnowledgeOfTheFirstOnes) {
+    line_.Answer(WithCrc("01 03 02 00 46"));
+    line_.Answer(PollReply());
+    line_.AnswerAlways(WithCrc("01 83 02"));
+    session_.GoOnline(ConnectPrompt::Skip);
+    EXPECT_TRUE(WaitUntil([this] { return WasTold("first read"); }));
+    EXPECT_TRUE(session_.Sensor().IsCurrent());
+    session_.Mbaxp1().RegisterValue(LinkTransaction::Poll, ParamDefines::AddressingMark, 0x5555);
+    session_.TransactionDone(LinkTransaction::Poll);
+    EXPECT_TRUE(session_.AnotherSensorAnswers());
+    EXPECT_FALSE(session_.Sensor().IsCurrent());
+}
+
 TEST_F(LinkSessionTest, SaysNothingOfValuesThatADownloadOnTheWayHoldsBack) {
     session_.GoOnline(ConnectPrompt::Skip);
     session_.Mbaxp1().DefineReadRegisters(LinkTransaction::Poll, 1, 0, 95, 200);
@@ -704,6 +739,25 @@ TEST_F(LinkSessionTest, SaysWhenTheSensorHasSaved) {
     session_.TransactionDone(LinkTransaction::SingleWrite);
     EXPECT_FALSE(zentrova_.ParamWritePending(1));
     EXPECT_EQ(told_, (Told{good, "refresh"}));
+}
+
+TEST_F(LinkSessionTest, AValueThatTheSensorHasTakenIsNoEditThatAReadCouldLose) {
+    PretendWritten(ParamDefines::NearDistance, 1500);
+    EXPECT_EQ(zentrova_.EditedRows(), std::vector<std::int16_t>{ParamDefines::NearDistance});
+    session_.TransactionDone(LinkTransaction::SingleWrite);
+    EXPECT_EQ(zentrova_.EditedRows(), std::vector<std::int16_t>()); // though no poll came yet
+    PretendWritten(ParamDefines::NearDistance, 1600);
+    dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+    session_.TransactionFailed(LinkTransaction::SingleWrite, LinkStatus::Timeout);
+    EXPECT_EQ(zentrova_.EditedRows(), std::vector<std::int16_t>{ParamDefines::NearDistance});
+    zentrova_.ParamValue(ParamDefines::FarDistance, 20000);
+    PretendWritten(ParamDefines::MinRange, 700); // asked for during the download, and not in it
+    dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
+    session_.GoOnline(ConnectPrompt::Skip);
+    zentrova_.ParamWritePending(ParamDefines::MinRange, true);
+    session_.TransactionDone(LinkTransaction::Download);
+    EXPECT_EQ(zentrova_.EditedRows(), std::vector<std::int16_t>{ParamDefines::MinRange});
+    session_.GoOffline();
 }
 
 TEST_F(LinkSessionTest, ClearsTheMarkBeforeTheBox) {

@@ -32,7 +32,7 @@ TEST_F(SensorValuesTest, HasThePolledValuesAndTheConfirmedOnesSince) {
 
 TEST_F(SensorValuesTest, KeepsAnEarlierConnectionsValuesAsSuch) {
     Poll(7);
-    values_.Connected();
+    values_.Outdate();
     values_.Confirmed(2, 5); // perhaps another sensor's
     EXPECT_TRUE(values_.IsKnown());
     EXPECT_FALSE(values_.IsCurrent());

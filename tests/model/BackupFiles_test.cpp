@@ -120,6 +120,48 @@ TEST_F(BackupFilesTest, KeepTheNewOneAlsoAfterTheClockWasSetBack) {
     EXPECT_EQ(Names().size(), 20);
 }
 
+TEST_F(BackupFilesTest, KeepTheNewestOnesInTheirOrderAfterTheClockWasSetBack) {
+    for (int minute = 0; minute < 20; ++minute) {
+        Save(10427, time_.addSecs(minute * 60));
+    }
+    for (int minute = 0; minute < 5; ++minute) {
+        Save(10427, time_.addYears(-1).addSecs(minute * 60));
+    }
+    EXPECT_EQ(Names().size(), 20);
+    EXPECT_EQ(Names().filter(QStringLiteral("10427 2025-")).size(), 5); // the five that were written last
+    EXPECT_FALSE(Names().contains(QStringLiteral("10427 2026-11-22 051433.ztv")));
+    EXPECT_TRUE(Names().contains(QStringLiteral("10427 2026-11-22 051533.ztv")));
+}
+
+TEST_F(BackupFilesTest, NeverWriteThroughALinkOrOverWhatHasTheirName) {
+    const QString precious = folder_.filePath(QStringLiteral("precious.ztv"));
+    WriteFile(precious, "mine");
+    ASSERT_TRUE(QDir().mkpath(Path(QStringLiteral("10427 2026-11-22 051033 (2).ztv")))); // a folder
+    ASSERT_TRUE(QFile::link(precious, Path(QStringLiteral("10427 2026-11-22 051033.ztv"))));
+    ASSERT_TRUE(QFile::link(folder_.filePath(QStringLiteral("nothing.ztv")),
+                            Path(QStringLiteral("10427 2026-11-22 051033 (3).ztv"))));
+    Save(10427, time_);
+    EXPECT_EQ(ReadFile(precious), "mine");
+    EXPECT_FALSE(QFile::exists(folder_.filePath(QStringLiteral("nothing.ztv"))));
+    EXPECT_TRUE(QFileInfo(Path(QStringLiteral("10427 2026-11-22 051033 (4).ztv"))).isFile());
+}
+
+TEST_F(BackupFilesTest, ReplaceNoneInAFolderThatCannotBeListed) {
+    const BackupFiles hidden(folder_.filePath(QStringLiteral("hidden")));
+    ASSERT_TRUE(QDir().mkpath(hidden.Folder()));
+    const QFile::Permissions all =
+        QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::WriteOther | QFile::ExeOther;
+    QFile::setPermissions(folder_.path(), all);
+    QFile::setPermissions(hidden.Folder(), all & ~QFile::Permissions(QFile::ReadOwner));
+    {
+        const AsNobody nobody;
+        hidden.Save(zentrova_, 1, time_, [](std::int16_t) { return 1; });
+        hidden.Save(zentrova_, 1, time_, [](std::int16_t) { return 2; });
+    }
+    QFile::setPermissions(hidden.Folder(), all);
+    EXPECT_EQ(QDir(hidden.Folder()).entryList(QDir::Files).size(), 2);
+}
+
 TEST_F(BackupFilesTest, SpareTheOneThatIsBeingOpened) {
     for (int minute = 0; minute < 20; ++minute) {
         Save(10427, time_.addSecs(minute * 60));
@@ -145,6 +187,24 @@ TEST_F(BackupFilesTest, FaultWhereTheFolderCantBeMadeOrWritten) {
     const AsNobody nobody;
     EXPECT_THROW(readOnly.Save(zentrova_, 1, time_, [](std::int16_t) { return 0; }), Fault);
     EXPECT_FALSE(readOnly.HasAny());
+}
+
+TEST_F(BackupFilesTest, AreKnownAlsoByALinkToThemOrToTheirFolder) {
+    for (int minute = 0; minute < 20; ++minute) {
+        Save(10427, time_.addSecs(minute * 60));
+    }
+    const QString oldest = QStringLiteral("10427 2026-11-22 051033.ztv");
+    const QString folder = folder_.filePath(QStringLiteral("link"));
+    const QString file = folder_.filePath(QStringLiteral("latest.ztv"));
+    ASSERT_TRUE(QFile::link(files_.Folder(), folder));
+    ASSERT_TRUE(QFile::link(Path(oldest), file));
+    EXPECT_TRUE(files_.Contains(folder + u'/' + oldest));
+    EXPECT_TRUE(files_.Contains(folder + QStringLiteral("/not there any more.ztv")));
+    EXPECT_TRUE(files_.Contains(file));
+    EXPECT_TRUE(BackupFiles(folder).Contains(Path(oldest)));
+    files_.Spare(file);
+    Save(10427, time_.addSecs(3600));
+    EXPECT_TRUE(Names().contains(oldest));
 }
 
 TEST_F(BackupFilesTest, KnowTheirFolder) {

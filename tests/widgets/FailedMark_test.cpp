@@ -26,7 +26,7 @@ TEST_F(FailedMarkTest, CoversTheControlIsReadOutAndGoesWithoutATrace) {
     FailedMark::Show(box_, true);
     FailedMark::Show(box_, true);
     ASSERT_EQ(box_.findChildren<FailedMark *>().size(), 1);
-    EXPECT_EQ(box_.accessibleDescription(), QStringLiteral("The sensor hasn't taken this value"));
+    EXPECT_EQ(box_.accessibleDescription(), QStringLiteral("The sensor hasn't confirmed this value"));
     EXPECT_NE(box_.grab().toImage(), before);
     box_.resize(160, 48);
     EXPECT_EQ(box_.findChild<FailedMark *>()->geometry(), box_.rect());
@@ -41,7 +41,7 @@ TEST_F(FailedMarkTest, KeepsADescriptionThatTheControlGetsMeanwhile) {
     FailedMark::Show(box_, true);
     box_.setAccessibleDescription(QStringLiteral("Outside the range"));
     FailedMark::Show(box_, true); // as the next refresh does
-    EXPECT_EQ(box_.accessibleDescription(), QStringLiteral("The sensor hasn't taken this value"));
+    EXPECT_EQ(box_.accessibleDescription(), QStringLiteral("The sensor hasn't confirmed this value"));
     FailedMark::Show(box_, false);
     EXPECT_EQ(box_.accessibleDescription(), QStringLiteral("Outside the range"));
     FailedMark::Show(box_, true);

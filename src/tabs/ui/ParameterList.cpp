@@ -77,7 +77,7 @@ public:
         return {0, option.fontMetrics.height() + rowPadding};
     }
 
-    // Draws an edge around the value that the sensor hasn't taken.
+    // Draws an edge around the value that the sensor hasn't confirmed.
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override {
         QStyledItemDelegate::paint(painter, option, index);
