@@ -6,9 +6,11 @@
 #include "widgets/PageScale.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QFontInfo>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QStatusBar>
@@ -121,6 +123,27 @@ TEST_F(PageSizesTest, TextsAndPicturesGrowWithThePage) {
     Page(4);
     EXPECT_EQ(Pixels("Label1"), DesktopPixels());
     EXPECT_EQ(Ui().Get<QWidget>("ProgressBar1").height(), 28);
+}
+
+// The largest that fits into the smallest window, by whatever way the page came to its size.
+TEST_F(PageSizesTest, TheCheckoutPageKeepsALargeFontAsFarAsItFits) {
+    const QFont usual = QApplication::font();
+    for (const int points : {12, 14, 18, 24}) {
+        QFont large = usual;
+        large.setPointSize(points);
+        QApplication::setFont(large);
+        StartAt(least);
+        for (const QSize &size : {least, QSize(1366, 768), least, QSize(700, 900), least}) {
+            StartAt(size);
+            const TabPage &page = Page(5);
+            const QSize content = page.layout()->totalMinimumSize();
+            EXPECT_LE(content.width(), page.width()) << points;
+            EXPECT_LE(content.height(), page.height()) << points;
+            EXPECT_GE(Pixels("OptionAnalogOut(0)"), 14) << points << " " << size.width();
+        }
+        form_.reset();
+    }
+    QApplication::setFont(usual);
 }
 
 TEST_F(PageSizesTest, AWindowWithoutTheLeastRoomKeepsPageBandAndStatusBar) {
