@@ -253,6 +253,17 @@ TEST_F(PageSizesTest, F11FillsTheScreenAndReturns) {
     EXPECT_EQ(form_->pos(), QPoint(30, 40));
 }
 
+TEST_F(PageSizesTest, F11ThatIsHeldDownFillsTheScreenOnce) {
+    Start();
+    form_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    for (const bool repeated : {false, true, true, true}) {
+        QTest::simulateEvent(form_.get(), true, Qt::Key_F11, Qt::NoModifier, QString(), repeated);
+        Settle();
+        EXPECT_TRUE(form_->isFullScreen());
+    }
+}
+
 TEST_F(PageSizesTest, AWindowThatFillsTheScreenIsStoredAsItWasBefore) {
     for (const bool maximised : {false, true}) {
         Start();
