@@ -79,7 +79,6 @@ void RelayMarker::MoveByKey(const QKeyEvent &key) {
 }
 
 void RelayMarker::ShowName() {
-    named_ = true;
     drag_.ShowFocused(number_);
     Q_EMIT Moved();
 }
@@ -98,9 +97,8 @@ void RelayMarker::keyReleaseEvent(QKeyEvent *event) {
 void RelayMarker::focusInEvent(QFocusEvent *event) {
     QWidget::focusInEvent(event);
     const Qt::FocusReason reason = event->reason();
-    if (reason == Qt::MouseFocusReason) {
-        named_ = false;
-    } else if (named_ || (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)) {
+    const bool returns = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+    if (returns ? named_ : reason != Qt::MouseFocusReason) {
         ShowName();
     }
 }
@@ -108,7 +106,7 @@ void RelayMarker::focusInEvent(QFocusEvent *event) {
 // Lets go of the key, because its release goes to the widget that has the focus then.
 void RelayMarker::focusOutEvent(QFocusEvent *event) {
     QWidget::focusOutEvent(event);
-    drag_.HideFocused(number_);
+    named_ = drag_.HideFocused(number_);
     LetGoOfKey();
     Q_EMIT Moved();
 }
