@@ -47,6 +47,7 @@
 #include <QTimer>
 #include <QTreeWidget>
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 
@@ -63,9 +64,10 @@ void Watch(int milliseconds) {
 class Tour {
 public:
     // Saves only the pictures whose names match `wanted`. The main form has the size `size`.
-    Tour(FormMain &form, UserDialogs &dialogs, SettingsStore &settings, const QString &folder,
-         const QRegularExpression &wanted, const QSize &size)
+    Tour(FormMain &form, sim::SimulatedSensor &sensor, UserDialogs &dialogs, SettingsStore &settings,
+         const QString &folder, const QRegularExpression &wanted, const QSize &size)
         : form_(form),
+          sensor_(sensor),
           dialogs_(dialogs),
           settings_(settings),
           folder_(folder),
@@ -75,12 +77,28 @@ public:
         form_.resize(size);
     }
 
-    // Visits only the tabs: offline, online and when the values are no longer live.
+    // Visits only the tabs: before a sensor was read, online, with each fault of sensor and line, and
+    // offline.
     bool RunOverTabs() {
+        constexpr int timeToShow = 3200; // also for a silence
         TabPictures(QStringLiteral("-offline"));
         form_.GoOnline(ConnectPrompt::Skip);
-        Watch(1000);
+        Watch(timeToShow);
         TabPictures({});
+        form_.Zentrova().ParamValue(ParamDefines::FarDistance, 32'000);
+        form_.Zentrova().ParamValue(ParamDefines::NearVoltage, 100);
+        Watch(timeToShow);
+        TabPictures(QStringLiteral("-not-saved"));
+        for (const auto &[state, fault, end] :
+             {std::array{"-no-echo", "set 38 0", "set 38 1"},
+              std::array{"-bad-line", "corrupt 0.2", "corrupt 0"},
+              std::array{"-no-answer", "mute on", "mute off"}, std::array{"-port-gone", "unplug", "plug"}}) {
+            sensor_.Execute(QString::fromLatin1(fault));
+            Watch(timeToShow);
+            TabPictures(QString::fromLatin1(state));
+            sensor_.Execute(QString::fromLatin1(end));
+            Watch(timeToShow);
+        }
         form_.GoOffline();
         TabPictures(QStringLiteral("-stale"));
         return ok_;
@@ -119,13 +137,13 @@ public:
         WizardPictures();
         strip->setCurrentIndex(Tab::Basic - 1);
         EditingPictures();
+        StripPictures();
         for (const std::int32_t mode : {ParamDefines::ManualMode, ParamDefines::HyperbolicMode}) {
             form_.Zentrova().ParamValue(ParamDefines::AnalogOutputMode, mode);
             form_.ConfigureBasicTab();
             Watch(400);
             Picture(form_, QStringLiteral("basic-mode-%1").arg(mode));
         }
-        StripPictures();
         form_.resize(form_.size() * 1.4);
         strip->setCurrentIndex(Tab::Distance - 1);
         Watch(500);
@@ -165,25 +183,18 @@ private:
         return distances;
     }
 
-    // Takes pictures of the strip below the pages: of an address that doesn't answer, and of a counter near
-    // its end.
+    // Takes pictures of the strip below the pages: of a sensor that doesn't answer, and of a counter near its
+    // end.
     void StripPictures() {
-        LinkSession &link = form_.Link();
-        const std::int16_t address = link.ModbusAddress();
-        constexpr std::int16_t nobodysAddress = 247;
         constexpr int silenceMs = 3200;
-        link.GoOffline();
-        link.ModbusAddress(nobodysAddress);
-        form_.GoOnline(ConnectPrompt::Skip);
+        sensor_.Execute(QStringLiteral("mute on"));
         Watch(silenceMs);
         Picture(form_, QStringLiteral("strip-no-answer"));
-        link.TimeoutCount(30'112);
+        form_.Link().TimeoutCount(30'112);
         Watch(1100);
         Picture(form_, QStringLiteral("strip-counter"));
-        link.TimeoutCount(0);
-        link.GoOffline();
-        link.ModbusAddress(address);
-        form_.GoOnline(ConnectPrompt::Skip);
+        form_.Link().TimeoutCount(0);
+        sensor_.Execute(QStringLiteral("mute off"));
         Watch(1500);
     }
 
@@ -495,6 +506,7 @@ private:
     }
 
     FormMain &form_;
+    sim::SimulatedSensor &sensor_;
     UserDialogs &dialogs_;
     SettingsStore &settings_;
     QString folder_;
@@ -619,7 +631,7 @@ int main(int argc, char *argv[]) {
                    .programFolder = ProgramFolder(),
                    .arguments = {QStringLiteral("/CHECKOUT")},
                    .ctrlKeyIsDown = [] { return false; }});
-    Tour tour(form, dialogs, settings, folder, QRegularExpression(options.value(only)), formSize);
+    Tour tour(form, sensor, dialogs, settings, folder, QRegularExpression(options.value(only)), formSize);
     const bool toured = options.isSet(tabs) ? tour.RunOverTabs() : tour.Run();
     const bool gave = arguments.size() == 1 || GiveHelpItsPictures(folder, arguments.at(1));
     return toured && gave ? EXIT_SUCCESS : EXIT_FAILURE;

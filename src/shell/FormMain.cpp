@@ -25,12 +25,10 @@
 #include "shell/LinkNotices.h"
 #include "shell/MainCommands.h"
 #include "shell/MainStatusBar.h"
+#include "shell/MainStrip.h"
 #include "shell/MakerAddress.h"
-#include "shell/MessageStrip.h"
-#include "shell/StripWatch.h"
 #include "shell/TabFrames.h"
 #include "shell/WindowPlacement.h"
-#include "shell/WizardOutcome.h"
 #include "support/ApplicationTitle.h"
 #include "support/SettingsStore.h"
 #include "support/UserDialogs.h"
@@ -248,31 +246,17 @@ void FormMain::BuildPages() {
 
 // Built after the pages, so that Tab reaches its buttons after theirs.
 void FormMain::BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort) {
-    strip_ = new MessageStrip(centralWidget());
-    wizardOutcome_ = std::make_unique<WizardOutcome>(*link_, *zentrova_);
-    stripWatch_ = std::make_unique<StripWatch>(StripWatch::Dependencies{.link = *link_,
-                                                                        .zentrova = *zentrova_,
-                                                                        .files = *fileCommands_,
-                                                                        .deviceOfPort = deviceOfPort,
-                                                                        .wizard = *wizardOutcome_,
-                                                                        .backup = backup_.get()});
-    connect(stripWatch_.get(), &StripWatch::Changed, strip_, &MessageStrip::Show);
-    connect(strip_, &MessageStrip::Pressed, this, &FormMain::ObeyStrip);
-    connect(tabs_, &TabFrames::LaidOut, this, &FormMain::PlaceStrip);
-    strip_->Show(stripWatch_->Message());
-}
-
-void FormMain::PlaceStrip() {
-    strip_->PlaceIn(tabs_->Band(), tabs_->CurrentPage().geometry().bottom());
+    strip_ = std::make_unique<MainStrip>(*centralWidget(), *tabs_,
+                                         MainStrip::Dependencies{.link = *link_,
+                                                                 .zentrova = *zentrova_,
+                                                                 .files = *fileCommands_,
+                                                                 .deviceOfPort = deviceOfPort,
+                                                                 .backup = *backup_});
+    connect(strip_.get(), &MainStrip::Pressed, this, &FormMain::ObeyStrip);
 }
 
 void FormMain::ObeyStrip(StripAction action) {
     switch (action) {
-    case StripAction::ResetCounters:
-        link_->TimeoutCount(0);
-        link_->CrcErrorCount(0);
-        stripWatch_->Update();
-        break;
     case StripAction::Online:
         GoOnline(ConnectPrompt::Ask);
         break;
@@ -289,9 +273,6 @@ void FormMain::ObeyStrip(StripAction action) {
     case StripAction::StartWizard:
         AfterEntry([this] { ShowWizard(); });
         break;
-    case StripAction::Dismiss:
-        wizardOutcome_->Forget();
-        break;
     case StripAction::OpenFile:
         OpenFile();
         break;
@@ -300,6 +281,8 @@ void FormMain::ObeyStrip(StripAction action) {
         break;
     case StripAction::Help:
         help_->HHDisplayTopicID(winId(), troubleshootingTopic);
+        break;
+    default:
         break;
     }
 }
@@ -330,7 +313,7 @@ void FormMain::SaveFileAs() {
 }
 
 void FormMain::ShowChangedFile() {
-    stripWatch_->Update();
+    strip_->Update();
     statusBar_->Update();
 }
 
@@ -516,8 +499,8 @@ void FormMain::ShowWizard() {
 }
 
 void FormMain::ConnectWizard(frmWizard &wizard) {
-    wizardOutcome_->Forget();
-    connect(&wizard, &frmWizard::Asked, wizardOutcome_.get(), &WizardOutcome::Ask);
+    strip_->Wizard().Forget();
+    connect(&wizard, &frmWizard::Asked, &strip_->Wizard(), &WizardOutcome::Ask);
     connect(link_.get(), &LinkSession::ValueStateChanged, &wizard, &frmWizard::ShowState);
     connect(&link_->Mbaxp1(), &Mbaxp::TransactionDone, &wizard, [&wizard](LinkTransaction transaction) {
         if (transaction == LinkTransaction::Poll) {

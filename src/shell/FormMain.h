@@ -32,14 +32,12 @@ class LeastSize;
 class LinkNotices;
 class LinkSession;
 class MainCommands;
-class MessageStrip;
+class MainStrip;
 class SettingsStore;
-class StripWatch;
 class TabFrames;
 class UserDialogs;
 class ValueOverlay;
 class WindowPlacement;
-class WizardOutcome;
 class WizardPage;
 class frmWizard;
 
@@ -126,7 +124,6 @@ private:
     void BuildControls(bool withCheckout);
     void BuildPages();
     void BuildStrip(const std::function<QString(std::int16_t)> &deviceOfPort);
-    void PlaceStrip();
     void ObeyStrip(StripAction action);
     void BuildStatusBar(const std::function<QString(std::int16_t)> &deviceOfPort);
     void ObeyCell(StatusCell::Kind kind);
@@ -180,9 +177,7 @@ private:
     WizardPage *wizardPage_ = nullptr;
     QTimer *timer1_ = nullptr;
     TabFrames *tabs_ = nullptr;
-    MessageStrip *strip_ = nullptr;
-    std::unique_ptr<WizardOutcome> wizardOutcome_;
-    std::unique_ptr<StripWatch> stripWatch_;
+    std::unique_ptr<MainStrip> strip_;
     std::unique_ptr<MainStatusBar> statusBar_;
     std::unique_ptr<EntryRules> entryRules_;
     ValueOverlay *text1_ = nullptr;

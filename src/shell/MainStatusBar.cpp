@@ -12,7 +12,8 @@
 
 namespace ztv {
 
-MainStatusBar::MainStatusBar(QMainWindow &window, MainCommands &commands, StatusWatch::Dependencies watched)
+MainStatusBar::MainStatusBar(QMainWindow &window, MainCommands &commands,
+                             const StatusWatch::Dependencies &watched)
     : commands_(commands),
       link_(watched.link),
       watch_(watched),

@@ -22,7 +22,7 @@ class MainStatusBar : public QObject {
 
 public:
     // REQUIRES: `watched` outlives this. `commands` has its handlers.
-    MainStatusBar(QMainWindow &window, MainCommands &commands, StatusWatch::Dependencies watched);
+    MainStatusBar(QMainWindow &window, MainCommands &commands, const StatusWatch::Dependencies &watched);
 
     // As StatusWatch::Update.
     void Update() { watch_.Update(); }

@@ -3,6 +3,7 @@
 #include "shell/LinkWords.h"
 
 #include <QFileInfo>
+#include <algorithm>
 
 namespace ztv {
 
@@ -122,7 +123,10 @@ MaybeCell OfAddress(const StatusFacts &facts) {
 
 MaybeCell OfDevice(const StatusFacts &facts) {
     constexpr qsizetype mostLetters = 20;
-    const QString name = facts.device.section(u'/', -1);
+    QString name = facts.device.section(u'/', -1);
+    if (std::ranges::all_of(name, [](QChar letter) { return letter.isDigit(); })) {
+        name = facts.device.section(u'/', -2); // pts/0, for example, says more
+    }
     return Cell{.kind = Kind::Device,
                 .text = QStringLiteral("%1: %2").arg(facts.comm.port).arg(Shortened(name, mostLetters)),
                 .spoken = QStringLiteral("Port %1, %2").arg(facts.comm.port).arg(facts.device),

@@ -132,9 +132,7 @@ TEST_F(BackupTest, AFileOpenedOnlineIsPrecededByABackup) {
     StartPolling();
     sensor_->SetRegister(ParamDefines::FarDistance, 30000);
     EXPECT_TRUE(WaitUntil([this] { return Value(ParamDefines::FarDistance) == 30000; }));
-    dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new settings."
-                                   "\n\nContinue?"),
-                    BoxIcon::Exclamation, BoxButtons::YesNo, BoxAnswer::Yes);
+    ExpectLoadingQuestion();
     dialogs_.ExpectOpenFile(file);
     dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
     Ui().Choose("mnuFileOpen");
@@ -232,9 +230,7 @@ TEST_F(BackupTest, TheOldestCanBeRestoredOnlineAndStays) {
     }
     const QString oldest = Backups().front();
     StartPolling();
-    dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new settings."
-                                   "\n\nContinue?"),
-                    BoxIcon::Exclamation, BoxButtons::YesNo, BoxAnswer::Yes);
+    ExpectLoadingQuestion();
     dialogs_.ExpectOpenFile(Path(oldest));
     dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
     Ui().Choose("mnuFileOpenBackup");

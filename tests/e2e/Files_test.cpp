@@ -16,9 +16,7 @@ protected:
             zentrova.ParamUpdate(static_cast<std::int16_t>(tag), value);
         }
         zentrova.SaveFile(file_);
-        dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new "
-                                       "settings.\n\nContinue?"),
-                        BoxIcon::Exclamation, BoxButtons::YesNo, BoxAnswer::Yes);
+        ExpectLoadingQuestion();
         dialogs_.ExpectOpenFile(file_);
     }
 
@@ -118,9 +116,7 @@ TEST_F(FilesTest, WriteEveryRegisterThoughTheyHoldFewerRows) {
 TEST_F(FilesTest, LoadNothingWhenTheUserSaysNo) {
     StartPolling();
     sensor_->ClearRecords();
-    dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new "
-                                   "settings.\n\nContinue?"),
-                    BoxIcon::Exclamation, BoxButtons::YesNo, BoxAnswer::No);
+    ExpectLoadingQuestion(BoxAnswer::No);
     Ui().Choose("Toolbar1(Open File)");
     EXPECT_TRUE(WaitForPolls(1));
     EXPECT_EQ(sensor_->Writes(), Writes());

@@ -37,6 +37,13 @@ protected:
         Ui().Choose("Toolbar1(Online)");
     }
 
+    // The question before a file goes to the sensor.
+    void ExpectLoadingQuestion(BoxAnswer answer = BoxAnswer::Yes) {
+        dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new "
+                                       "settings.\n\nContinue?"),
+                        BoxIcon::Exclamation, BoxButtons::YesNo, answer);
+    }
+
     void StartPolling(int addressing = 1) {
         StartSensor(addressing);
         Start();

@@ -402,9 +402,7 @@ TEST_F(StatusBarTest, AFileThatIsLoadedIntoTheSensorCountsTheRowsThatDiffer) {
     const QString file = configuration_.filePath(QStringLiteral("roll.ztv"));
     ASSERT_FALSE(table.SaveFile(file));
     StartPolling();
-    dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new settings."
-                                   "\n\nContinue?"),
-                    BoxIcon::Exclamation, BoxButtons::YesNo, BoxAnswer::Yes);
+    ExpectLoadingQuestion();
     dialogs_.ExpectOpenFile(file);
     dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
     Ui().Choose("Toolbar1(Open File)");

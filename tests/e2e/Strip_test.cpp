@@ -6,6 +6,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <SQLiteCpp/SQLiteCpp.h>
 #include <algorithm>
 #include <functional>
 
@@ -111,9 +112,7 @@ TEST_F(StripTest, SaysNothingWhileAFileIsLoadedIntoASensorThatAnswers) {
     bool hasShown = false;
     QObject::connect(&form_->Link(), &LinkSession::ValueStateChanged, form_.get(),
                      [&] { hasShown = hasShown || !Says().isEmpty(); });
-    dialogs_.Expect(QStringLiteral("Opening a file when online will load\nthe Zentrova with the new settings."
-                                   "\n\nContinue?"),
-                    BoxIcon::Exclamation, BoxButtons::YesNo, BoxAnswer::Yes);
+    ExpectLoadingQuestion();
     dialogs_.ExpectOpenFile(file);
     dialogs_.ExpectNotice(QStringLiteral("Parameters downloaded successfully!"));
     Ui().Choose("Toolbar1(Open File)");
@@ -172,6 +171,32 @@ TEST_F(StripTest, SaysThatThePortIsGoneAndResumes) {
     sensor_->Execute(QStringLiteral("unplug"));
     EXPECT_TRUE(WaitForHeadline("The serial port is gone. Plug the adapter of port 1 ("));
     sensor_->Execute(QStringLiteral("plug"));
+    EXPECT_TRUE(WaitUntil([this] { return Says().isEmpty(); }));
+}
+
+TEST_F(StripTest, SaysThatAnotherSensorAnswers) {
+    StartPolling();
+    sensor_->Execute(QStringLiteral("addressing 0"));
+    EXPECT_TRUE(
+        WaitForHeadline("Another sensor answers. Its values aren't shown, and nothing is written to it"));
+    sensor_->Execute(QStringLiteral("addressing 1"));
+    EXPECT_TRUE(WaitUntil([this] { return Says().isEmpty(); }));
+}
+
+TEST_F(StripTest, SaysThatTheValuesAreHeldSinceAFileFault) {
+    const QString file = configuration_.filePath(QStringLiteral("damaged.ztv"));
+    ASSERT_FALSE(ClassZentrova(ShippedPresetsFolder()).SaveFile(file));
+    SQLite::Database(file.toStdString(), SQLite::OPEN_READWRITE)
+        .exec("UPDATE Settings SET Value = 'x' WHERE Tag = 27");
+    StartPolling();
+    ExpectLoadingQuestion();
+    dialogs_.ExpectOpenFile(file);
+    dialogs_.ExpectTextWith(QStringLiteral("record 27"), BoxIcon::None, QString());
+    dialogs_.ExpectNotice(QStringLiteral("Error opening file!"));
+    Ui().Choose("Toolbar1(Open File)");
+    EXPECT_TRUE(WaitForHeadline("The values aren't read. A file couldn't be opened or sent"));
+    Ui().Press("StripOffline");
+    GoOnline();
     EXPECT_TRUE(WaitUntil([this] { return Says().isEmpty(); }));
 }
 

@@ -2,7 +2,9 @@
 names, presses them, reads their values."""
 
 import os
+import subprocess
 import sys
+import tempfile
 import time
 
 import gi
@@ -75,3 +77,15 @@ def status():
 def environment(**more):
     """The environment of a program that is to appear on the bus."""
     return dict(os.environ, QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **more)
+
+
+def started(bin_dir, line):
+    """The program, with settings of its own and the line as port 1."""
+    return subprocess.Popen(
+        [bin_dir / "ZtvLink"],
+        env=environment(
+            XDG_CONFIG_HOME=tempfile.mkdtemp(dir=line.parent),
+            XDG_DATA_HOME=tempfile.mkdtemp(dir=line.parent),
+            ZTVLINK_PORT_1=str(line),
+        ),
+    )

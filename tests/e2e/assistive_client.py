@@ -9,18 +9,11 @@ import subprocess
 import sys
 import tempfile
 
-from assistive import DEADLINE_S, Atspi, environment, find, press, program, status, value_of, wait_for
+from assistive import DEADLINE_S, Atspi, find, press, program, started, status, value_of, wait_for
 
 
 def visit(bin_dir, line):
-    ztv_link = subprocess.Popen(
-        [bin_dir / "ZtvLink"],
-        env=environment(
-            XDG_CONFIG_HOME=tempfile.mkdtemp(dir=line.parent),
-            XDG_DATA_HOME=tempfile.mkdtemp(dir=line.parent),
-            ZTVLINK_PORT_1=str(line),
-        ),
-    )
+    ztv_link = started(bin_dir, line)
     try:
         wait_for("the program", program)
         press(Atspi.Role.PUSH_BUTTON, "Online")

@@ -9,7 +9,7 @@ import subprocess
 import sys
 import tempfile
 
-from assistive import DEADLINE_S, Atspi, GLib, environment, find, press, program, status, wait_for
+from assistive import DEADLINE_S, Atspi, GLib, find, press, program, started, status, wait_for
 
 spoken = []
 
@@ -57,14 +57,7 @@ def silent():
 
 
 def listen(bin_dir, line, tell):
-    ztv_link = subprocess.Popen(
-        [bin_dir / "ZtvLink"],
-        env=environment(
-            XDG_CONFIG_HOME=tempfile.mkdtemp(dir=line.parent),
-            XDG_DATA_HOME=tempfile.mkdtemp(dir=line.parent),
-            ZTVLINK_PORT_1=str(line),
-        ),
-    )
+    ztv_link = started(bin_dir, line)
     try:
         wait_for("the window", lambda: find(Atspi.Role.PUSH_BUTTON, "Read") or find(Atspi.Role.PUSH_BUTTON, "Online"))
         assert strip().get_name().startswith("Not connected. The values are the factory's"), strip().get_name()
@@ -77,6 +70,7 @@ def listen(bin_dir, line, tell):
             ("set 38 0", "No echo.", "set 38 1"),
             ("mute on", "No answer for 2 s. Address 1 on port 1 (", "mute off"),
             ("corrupt 1", "Only damaged answers for 2 s.", "corrupt 0"),
+            ("addressing 0", "Another sensor answers.", "addressing 1"),
             ("unplug", "The serial port is gone.", "plug"),
         ):
             tell(fault)

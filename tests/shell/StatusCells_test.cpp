@@ -138,6 +138,10 @@ TEST_F(StatusCellsTest, NameThePlaceOnTheLine) {
     facts_.comm = {.port = 9, .baud = 2, .parityStop = 3, .address = 17};
     ExpectCell(Kind::Address, Tone::Plain, "Addr 17", "Network address 17");
     ExpectCell(Kind::Device, Tone::Plain, "9: ttyUSB0", "Port 9, /dev/ttyUSB0");
+    facts_.device = QStringLiteral("/dev/pts/0");
+    ExpectCell(Kind::Device, Tone::Plain, "9: pts/0", "Port 9, /dev/pts/0");
+    facts_.device = QStringLiteral("COM12");
+    ExpectCell(Kind::Device, Tone::Plain, "9: COM12", "Port 9, COM12");
     ExpectCell(Kind::LineSetting, Tone::Plain, "9600 O1", "Line setting 9600 O1");
     facts_.device = QStringLiteral("/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A50285BI-if00-port0");
     ExpectCell(Kind::Device, Tone::Plain, "9: usb-FTDI_…if00-port0",
