@@ -41,6 +41,7 @@ protected:
 
 private:
     int Grab() const;
+    int LineInStrip() const;
     void MoveByKey(const QKeyEvent &key);
     void LetGoOfKey();
     void ShowName();

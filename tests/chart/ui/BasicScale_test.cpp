@@ -8,6 +8,7 @@
 #include "tests/helpers/ScriptedDialogs.h"
 #include "tests/helpers/TestPresets.h"
 #include "tests/helpers/Wait.h"
+#include "widgets/Colours.h"
 #include "widgets/PageScale.h"
 
 #include <QApplication>
@@ -239,6 +240,31 @@ TEST_F(BasicScaleTest, AMarkerIsGrabbedOnBothSidesOfItsLineAtEachSize) {
             Release(from + 10);
             EXPECT_NE(Threshold(1), 24000);
             EXPECT_EQ(Threshold(3), 40000);
+        }
+    }
+}
+
+TEST_F(BasicScaleTest, AThresholdAtAnEndOfTheRangeIsSeenAtEachSize) {
+    const QColor olive = Colours::Of(Colours::Olive, page_.palette());
+    for (int width = 441; width < 1900; width += 7) {
+        for (const std::int32_t value : {600, 42000}) {
+            Put(1, value);
+            Resize({width, 1200});
+            const QImage picture = Chart().grab().toImage();
+            const auto hasLine = [&](int column) {
+                for (int row = picture.height() / 3; row < picture.height() * 2 / 3; ++row) {
+                    if (picture.pixelColor(column, row) == olive) {
+                        return true;
+                    }
+                }
+                return false;
+            };
+            bool seen = false;
+            const int reach = static_cast<int>(std::ceil(4 * picture.devicePixelRatio()));
+            for (int inwards = 0; inwards < reach; ++inwards) {
+                seen = seen || hasLine(value == 600 ? inwards : picture.width() - 1 - inwards);
+            }
+            EXPECT_TRUE(seen) << width << " " << value;
         }
     }
 }
