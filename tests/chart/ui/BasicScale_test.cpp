@@ -420,4 +420,32 @@ TEST_F(BasicScaleTest, LinesAreCrispAtEachSize) {
     }
 }
 
+// Where the chart itself begins within a pixel of the device, too.
+TEST_F(BasicScaleTest, LinesAreCrispInTheWindowAtEachRatioOfPixels) {
+    const auto isPure = [this](const QColor &colour) {
+        return colour == QColor(Qt::blue) || colour == page_.palette().color(QPalette::Base);
+    };
+    for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0}) {
+        for (const QSize &size : pageSizes) {
+            Put(0, 60000); // away from the plateau
+            Resize(size);
+            SCOPED_TRACE(std::to_string(ratio) + " " + std::to_string(size.width()));
+            QImage picture(page_.size() * ratio, QImage::Format_RGB32);
+            picture.setDevicePixelRatio(ratio);
+            page_.render(&picture);
+            const QPointF chart = Chart().mapTo(&page_, QPointF(0, 0));
+            const int column = static_cast<int>((chart.x() + Scale().ToPixels(900)) * ratio);
+            const int first = static_cast<int>((chart.y() + Scale().ToPixels(2050)) * ratio);
+            const int last = static_cast<int>((chart.y() + Scale().ToPixels(2250)) * ratio);
+            int blue = 0;
+            for (int row = first; row <= last; ++row) {
+                const QColor colour = picture.pixelColor(column, row);
+                EXPECT_TRUE(isPure(colour)) << row << colour.name().toStdString();
+                blue += colour == QColor(Qt::blue) ? 1 : 0;
+            }
+            EXPECT_EQ(blue, std::max(1.0, std::round(2 * Scale().Factor() * ratio)));
+        }
+    }
+}
+
 } // namespace ztv
