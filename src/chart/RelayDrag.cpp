@@ -97,11 +97,13 @@ void RelayDrag::ShowFocused(int marker) {
     Follow();
 }
 
-void RelayDrag::HideFocused(int marker) {
-    if (focused_ == marker) {
-        focused_.reset();
-        HideLabelIfIdle();
+bool RelayDrag::HideFocused(int marker) {
+    if (focused_ != marker) {
+        return false;
     }
+    focused_.reset();
+    HideLabelIfIdle();
+    return true;
 }
 
 void RelayDrag::Follow() {

@@ -39,7 +39,9 @@ public:
 
     // Shows the label also while the keyboard is at a marker that doesn't move.
     void ShowFocused(int marker);
-    void HideFocused(int marker);
+
+    // Returns false if the label didn't show for that marker.
+    bool HideFocused(int marker);
 
     // Shows the present value and place of the marker that has the keyboard.
     void Follow();

@@ -9,6 +9,8 @@ using enum Drawing::ControlId;
 
 namespace {
 
+constexpr std::int32_t relayIsOn = 1; // any other value is off, as on the Checkout tab
+
 QString StateOf(bool lit, bool live) {
     if (!live) {
         return QStringLiteral("Relay %1: no present value");
@@ -21,7 +23,7 @@ void ShowRelays(const ClassZentrova &zentrova, BasicDrawing &drawing) {
     for (const BasicLayout::Lamp &row : BasicLayout::Lamps) {
         Drawing::Control &lamp = drawing.At(LampRelay, index);
         ++index;
-        lamp.lit = zentrova.ParamValue(row.state) != 0;
+        lamp.lit = zentrova.ParamValue(row.state) == relayIsOn;
         lamp.toolTip = StateOf(lamp.lit, drawing.MeasuredIsLive()).arg(index);
     }
 }

@@ -98,6 +98,7 @@ MainCommands::MainCommands(QMainWindow &window)
     BuildMenus();
     BuildToolbar();
     fullScreen_->setShortcut(Qt::Key_F11);
+    fullScreen_->setAutoRepeat(false); // or a key that is held would fill the screen and return
     window_.addAction(fullScreen_);
     QAction &online = Menu("mnuOnline");
     online.setCheckable(true);

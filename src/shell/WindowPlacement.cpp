@@ -50,9 +50,9 @@ bool WindowPlacement::Store() {
     }
     const bool maximised = window_.isMaximized();
     bool stored = WriteWindowState(store_, maximised ? WindowState::Maximised : WindowState::Normal);
-    if (!maximised) {
-        const WindowPlace place = window_.isFullScreen() ? beforeFullScreen_ : Place();
-        stored = WriteWindowPlace(store_, place) && stored;
+    const std::optional<WindowPlace> place = window_.isFullScreen() ? beforeFullScreen_ : Place();
+    if (!maximised && place) {
+        stored = WriteWindowPlace(store_, *place) && stored;
     }
     return stored;
 }
@@ -66,6 +66,7 @@ WindowPlace WindowPlacement::Place() const {
 }
 
 void WindowPlacement::ToggleFullScreen() {
+    beforeFullScreen_.reset();
     if (!window_.isFullScreen()) {
         beforeFullScreen_ = Place();
     }

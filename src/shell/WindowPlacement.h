@@ -2,6 +2,8 @@
 
 #include "shell/StoredSettings.h"
 
+#include <optional>
+
 class QWidget;
 
 namespace ztv {
@@ -23,7 +25,8 @@ public:
     void ToggleFullScreen();
 
     // Stores nothing for a minimised window, and only the state for a maximised one. A window that fills the
-    // screen counts as what it was before. Returns false if the store can't be written.
+    // screen counts as what it was before; if the desktop made it so, its last stored place stays. Returns
+    // false if the store can't be written.
     bool Store();
 
 private:
@@ -31,7 +34,7 @@ private:
 
     QWidget &window_;
     SettingsStore &store_;
-    WindowPlace beforeFullScreen_;
+    std::optional<WindowPlace> beforeFullScreen_; // by ToggleFullScreen
     WindowState storedState_ = WindowState::Normal;
 };
 

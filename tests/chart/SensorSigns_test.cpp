@@ -47,6 +47,15 @@ TEST_F(SensorSignsTest, FillsTheLampOfEachRelayThatIsOn) {
     }
 }
 
+TEST_F(SensorSignsTest, OnlyTheStateOneIsOn) {
+    for (const int state : {2, 7, -1, 32767}) {
+        Set(ParamDefines::Relay1State, state);
+        Show();
+        EXPECT_FALSE(The(ControlId::LampRelay, 0).lit) << state;
+        EXPECT_EQ(The(ControlId::LampRelay, 0).toolTip, QStringLiteral("Relay 1 is off"));
+    }
+}
+
 TEST_F(SensorSignsTest, TheRelaysOutputSettingsLightNoLamp) {
     Set(ParamDefines::Relay1Output, 1);
     Set(ParamDefines::Relay2Output, 1);

@@ -6,9 +6,11 @@
 #include "widgets/PageScale.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QFontInfo>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QStatusBar>
@@ -123,6 +125,27 @@ TEST_F(PageSizesTest, TextsAndPicturesGrowWithThePage) {
     EXPECT_EQ(Ui().Get<QWidget>("ProgressBar1").height(), 28);
 }
 
+// The largest that fits into the smallest window, by whatever way the page came to its size.
+TEST_F(PageSizesTest, TheCheckoutPageKeepsALargeFontAsFarAsItFits) {
+    const QFont usual = QApplication::font();
+    for (const int points : {12, 14, 18, 24}) {
+        QFont large = usual;
+        large.setPointSize(points);
+        QApplication::setFont(large);
+        StartAt(least);
+        for (const QSize &size : {least, QSize(1366, 768), least, QSize(700, 900), least}) {
+            StartAt(size);
+            const TabPage &page = Page(5);
+            const QSize content = page.layout()->totalMinimumSize();
+            EXPECT_LE(content.width(), page.width()) << points;
+            EXPECT_LE(content.height(), page.height()) << points;
+            EXPECT_GE(Pixels("OptionAnalogOut(0)"), 14) << points << " " << size.width();
+        }
+        form_.reset();
+    }
+    QApplication::setFont(usual);
+}
+
 TEST_F(PageSizesTest, AWindowWithoutTheLeastRoomKeepsPageBandAndStatusBar) {
     for (const QSize &size : {QSize(476, 417), QSize(906, 453), QSize(956, 470), QSize(680, 450)}) {
         StartAt(size);
@@ -148,12 +171,26 @@ TEST_F(PageSizesTest, AWindowWithoutTheLeastRoomKeepsPageBandAndStatusBar) {
 
 // The Advanced list. ---------------------------------------------------------------------------------
 
-TEST_F(PageSizesTest, TheListNeedsNoHorizontalScrollBar) {
+TEST_F(PageSizesTest, TheColumnsHaveTheirGivenWidthsInTheLeastWindow) {
+    StartAt(least);
+    Page(2);
+    const auto &list = Ui().Get<QTreeView>("ListView1");
+    const int widths[] = {63, 279, 132, 170};
+    for (const QSize &size : {least, QSize(476, 417), least, QSize(900, 700), least}) {
+        StartAt(size);
+        for (int column = 0; size != QSize(476, 417) && column < 4; ++column) {
+            EXPECT_EQ(list.columnWidth(column), widths[column]) << size.width() << " " << column;
+        }
+    }
+    EXPECT_TRUE(list.horizontalScrollBar()->isVisible());
+    EXPECT_EQ(list.viewport()->size(), QSize(594, 295));
+}
+
+TEST_F(PageSizesTest, ASmallerOrLargerListNeedsNoHorizontalScrollBar) {
     StartAt({476, 417});
     Page(2);
     auto &list = Ui().Get<QTreeView>("ListView1");
-    for (const QSize &size :
-         {QSize(476, 417), least, QSize(1000, 800), QSize(1366, 768), QSize(2560, 1440)}) {
+    for (const QSize &size : {QSize(476, 417), QSize(1000, 800), QSize(1366, 768), QSize(2560, 1440)}) {
         StartAt(size);
         EXPECT_FALSE(list.horizontalScrollBar()->isVisible()) << size.width();
         EXPECT_LE(list.header()->length(), list.viewport()->width());
@@ -216,6 +253,17 @@ TEST_F(PageSizesTest, F11FillsTheScreenAndReturns) {
     EXPECT_EQ(form_->pos(), QPoint(30, 40));
 }
 
+TEST_F(PageSizesTest, F11ThatIsHeldDownFillsTheScreenOnce) {
+    Start();
+    form_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    for (const bool repeated : {false, true, true, true}) {
+        QTest::simulateEvent(form_.get(), true, Qt::Key_F11, Qt::NoModifier, QString(), repeated);
+        Settle();
+        EXPECT_TRUE(form_->isFullScreen());
+    }
+}
+
 TEST_F(PageSizesTest, AWindowThatFillsTheScreenIsStoredAsItWasBefore) {
     for (const bool maximised : {false, true}) {
         Start();
@@ -238,6 +286,46 @@ TEST_F(PageSizesTest, AWindowThatFillsTheScreenIsStoredAsItWasBefore) {
         }
         form_.reset();
     }
+}
+
+// The desktop has commands of its own that fill the screen.
+TEST_F(PageSizesTest, AWindowThatTheDesktopMadeFillTheScreenKeepsItsStoredPlace) {
+    Start();
+    form_->resize(700, 620);
+    form_->move(30, 40);
+    form_->close();
+    Start();
+    form_->showFullScreen();
+    Settle();
+    form_->close();
+    Start();
+    EXPECT_FALSE(form_->isFullScreen());
+    EXPECT_EQ(form_->size(), QSize(700, 620));
+    EXPECT_EQ(form_->pos(), QPoint(30, 40));
+
+    // Also after F11 was used for another place.
+    form_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    for (const bool fills : {true, false}) {
+        QTest::keyClick(form_.get(), Qt::Key_F11);
+        EXPECT_TRUE(WaitUntil([&] { return form_->isFullScreen() == fills; }));
+    }
+    form_->resize(720, 640);
+    form_->close();
+    Start();
+    form_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form_.get()));
+    EXPECT_EQ(form_->size(), QSize(720, 640));
+    for (const bool fills : {true, false}) {
+        QTest::keyClick(form_.get(), Qt::Key_F11);
+        EXPECT_TRUE(WaitUntil([&] { return form_->isFullScreen() == fills; }));
+    }
+    form_->resize(740, 650);
+    form_->showFullScreen();
+    Settle();
+    form_->close();
+    Start();
+    EXPECT_EQ(form_->size(), QSize(720, 640)) << "the last that was stored";
 }
 
 } // namespace ztv

@@ -30,22 +30,22 @@ Qt::PenStyle StyleOf(Drawing::LineStyle style) {
 
 // Returns the width of a pen in pixels of the device: whole, and at least one.
 double DeviceWidth(const QPainter &painter, const PageScale &scale, int width) {
-    return std::max(1.0, std::round(width * scale.Factor() * painter.device()->devicePixelRatioF()));
+    return std::max(1.0, std::round(width * scale.Factor() * painter.deviceTransform().m11()));
 }
 
 QPen PenOf(const QPainter &painter, const PageScale &scale, const Drawing::Line &line, const QColor &colour) {
-    QPen pen(colour, DeviceWidth(painter, scale, line.width) / painter.device()->devicePixelRatioF());
+    QPen pen(colour, DeviceWidth(painter, scale, line.width) / painter.deviceTransform().m11());
     pen.setStyle(StyleOf(line.style));
     pen.setCapStyle(Qt::FlatCap);
     pen.setJoinStyle(Qt::RoundJoin);
     return pen;
 }
 
-// Returns the place, near `place`, of the middle of a line that covers whole pixels of the device.
-double Snapped(const QPainter &painter, const PageScale &scale, double place, int width) {
-    const double ratio = painter.device()->devicePixelRatioF();
-    const double half = std::fmod(DeviceWidth(painter, scale, width), 2) / 2;
-    return (std::floor(place * ratio) + half) / ratio;
+// Returns the place, near `place`, of the middle of a line that is `width` of the device's pixels wide and
+// covers whole ones. The widget begins at `origin` of the device, which may be within a pixel.
+double Snapped(double place, double ratio, double origin, double width) {
+    const double half = std::fmod(width, 2) / 2;
+    return (std::floor(place * ratio + origin) + half - origin) / ratio;
 }
 
 QPointF ToPoint(const PageScale &scale, float x, float y, QPointF origin) {
@@ -87,12 +87,14 @@ void PaintLine(QPainter &painter, const PageScale &scale, const Drawing::Line &l
                QPointF origin) {
     QPointF from = ToPoint(scale, line.x1, line.y1, origin);
     QPointF to = ToPoint(scale, line.x2, line.y2, origin);
+    const QTransform &device = painter.deviceTransform();
+    const double width = DeviceWidth(painter, scale, line.width);
     if (line.x1 == line.x2) {
-        from.setX(Snapped(painter, scale, from.x(), line.width));
+        from.setX(Snapped(from.x(), device.m11(), device.dx(), width));
         to.setX(from.x());
     }
     if (line.y1 == line.y2) {
-        from.setY(Snapped(painter, scale, from.y(), line.width));
+        from.setY(Snapped(from.y(), device.m22(), device.dy(), width));
         to.setY(from.y());
     }
     painter.setRenderHint(QPainter::Antialiasing);

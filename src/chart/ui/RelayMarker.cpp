@@ -35,9 +35,11 @@ RelayMarker::RelayMarker(const BasicDrawing &drawing, RelayDrag &drag, const Pag
     setFocusPolicy(Qt::StrongFocus);
 }
 
+// Keeps the line of the last place within the chart, whose right edge is rounded elsewhere.
 QRect RelayMarker::Place() const {
     const Drawing::Control &strip = drawing_.At(Drawing::ControlId::PicRelay, number_);
-    const QRect place = scale_.FromTwips(strip.left, strip.top, strip.width, strip.height);
+    QRect place = scale_.FromTwips(strip.left, strip.top, strip.width, strip.height);
+    place.moveLeft(std::min(place.left(), parentWidget()->width() - 1 - LineInStrip()));
     return place.adjusted(-Grab(), 0, Grab(), 0);
 }
 
@@ -45,9 +47,13 @@ int RelayMarker::Grab() const {
     return std::max(scale_.Pixels(grabPixels), grabPixels);
 }
 
-int RelayMarker::LineColumn() const {
+int RelayMarker::LineInStrip() const {
     const Drawing::Line &line = drawing_.At(Drawing::LineId::LineRelay, number_);
-    return x() + Grab() + static_cast<int>(std::floor(scale_.ToPixels(line.x1)));
+    return static_cast<int>(std::floor(scale_.ToPixels(line.x1)));
+}
+
+int RelayMarker::LineColumn() const {
+    return x() + Grab() + LineInStrip();
 }
 
 void RelayMarker::ShowHover(bool hovered) {
@@ -79,7 +85,6 @@ void RelayMarker::MoveByKey(const QKeyEvent &key) {
 }
 
 void RelayMarker::ShowName() {
-    named_ = true;
     drag_.ShowFocused(number_);
     Q_EMIT Moved();
 }
@@ -98,9 +103,8 @@ void RelayMarker::keyReleaseEvent(QKeyEvent *event) {
 void RelayMarker::focusInEvent(QFocusEvent *event) {
     QWidget::focusInEvent(event);
     const Qt::FocusReason reason = event->reason();
-    if (reason == Qt::MouseFocusReason) {
-        named_ = false;
-    } else if (named_ || (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)) {
+    const bool returns = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+    if (returns ? named_ : reason != Qt::MouseFocusReason) {
         ShowName();
     }
 }
@@ -108,7 +112,7 @@ void RelayMarker::focusInEvent(QFocusEvent *event) {
 // Lets go of the key, because its release goes to the widget that has the focus then.
 void RelayMarker::focusOutEvent(QFocusEvent *event) {
     QWidget::focusOutEvent(event);
-    drag_.HideFocused(number_);
+    named_ = drag_.HideFocused(number_);
     LetGoOfKey();
     Q_EMIT Moved();
 }

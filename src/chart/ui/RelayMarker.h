@@ -41,6 +41,7 @@ protected:
 
 private:
     int Grab() const;
+    int LineInStrip() const;
     void MoveByKey(const QKeyEvent &key);
     void LetGoOfKey();
     void ShowName();
@@ -51,7 +52,7 @@ private:
     const PageScale &scale_;
     int number_;
     bool movedByKey_ = false;
-    bool named_ = false; // the label shows while this has the focus
+    bool named_ = false; // the label showed when this lost the focus
     bool hovered_ = false;
 };
 

@@ -14,6 +14,7 @@
 #include <QRadioButton>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace ztv {
 
@@ -258,13 +259,24 @@ QGroupBox *CheckoutPage::BuildDistRange() {
     return frame;
 }
 
+// Returns the size that the content needs in the present font. Starts with the innermost frames, which
+// otherwise tell their new size only from the event loop.
+QSize CheckoutPage::LeastContent() {
+    const auto frames = findChildren<StillFrame *>();
+    std::for_each(frames.rbegin(), frames.rend(), [](const StillFrame *frame) {
+        frame->layout()->invalidate();
+        frame->layout()->activate();
+    });
+    layout()->activate();
+    return layout()->totalMinimumSize();
+}
+
 // Sets the main form's font at the page's scale, reduced if the page's content doesn't fit.
 void CheckoutPage::FitFont() {
     QFont fitting = Scale().Font(parentWidget() == nullptr ? QApplication::font() : parentWidget()->font());
     for (int pixels = QFontInfo(fitting).pixelSize();; --pixels) {
         setFont(fitting);
-        layout()->activate();
-        const QSize least = layout()->totalMinimumSize();
+        const QSize least = LeastContent();
         if (pixels <= Scale().LeastLegible() || (least.width() <= width() && least.height() <= height())) {
             break;
         }
@@ -277,10 +289,8 @@ void CheckoutPage::ScaleLayouts() {
     const int around = scale.Pixels(gap);
     const int narrow = scale.Pixels(smallGap);
     const int between = scale.Pixels(style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
-    for (auto *inner : findChildren<QLayout *>()) {
-        inner->setSpacing(between);
-    }
-    for (auto *frame : findChildren<StillFrame *>()) {
+    for (auto *frame : findChildren<StillFrame *>()) { // a layout within a layout has the same spacing
+        frame->layout()->setSpacing(between);
         frame->layout()->setContentsMargins(around, narrow, around, narrow);
     }
     grid_->setContentsMargins(0, narrow, 0, 0);

@@ -42,6 +42,7 @@ protected:
     void Fit() override;
 
 private:
+    QSize LeastContent();
     void FitFont();
     void ScaleLayouts();
     QGroupBox *BuildRelays();

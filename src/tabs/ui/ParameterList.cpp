@@ -3,6 +3,7 @@
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
 #include "widgets/FailedMark.h"
+#include "widgets/PageScale.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -28,6 +29,9 @@ constexpr double looseRoom = 1.5;
 // What each column gets of the room beyond.
 constexpr std::array shares = {0.1, 0.5, 0.2, 0.2};
 
+// The width of the list in the smallest window, in pixels. The columns keep their widths there.
+constexpr int leastWidth = PageScale::LeastPage.width() - 20;
+
 // The columns that give in a narrower list, in this order, and what remains of each, in pixels.
 struct Giver {
     std::size_t column;
@@ -48,16 +52,22 @@ Widths GivenWidths() {
     return widths;
 }
 
-Widths WidthsFor(int room) {
+int Sum(const Widths &widths) {
+    return std::accumulate(widths.begin(), widths.end(), 0);
+}
+
+Widths WideWidths(int room) {
     Widths widths = GivenWidths();
-    const int given = std::accumulate(widths.begin(), widths.end(), 0);
-    if (room >= given && room < looseRoom * given) {
-        return widths;
-    }
-    for (std::size_t column = 0; room > given && column < widths.size(); ++column) {
+    const int given = Sum(widths);
+    for (std::size_t column = 0; room >= looseRoom * given && column < widths.size(); ++column) {
         widths[column] += static_cast<int>(shares[column] * (room - given)); // in all no wider than the room
     }
-    int missing = given - room;
+    return widths;
+}
+
+Widths NarrowWidths(int room) {
+    Widths widths = GivenWidths();
+    int missing = std::max(Sum(widths) - room, 0);
     for (const Giver &giver : givers) {
         const int gives = std::clamp(missing, 0, widths[giver.column] - giver.least);
         widths[giver.column] -= gives;
@@ -149,7 +159,8 @@ void ParameterList::ColumnResized() {
 void ParameterList::resizeEvent(QResizeEvent *event) {
     QTreeView::resizeEvent(event);
     if (!arranged_) {
-        SetWidths(WidthsFor(viewport()->width()));
+        const bool narrow = width() < leastWidth;
+        SetWidths(narrow ? NarrowWidths(viewport()->width()) : WideWidths(viewport()->width()));
     }
 }
 

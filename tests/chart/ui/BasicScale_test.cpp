@@ -8,6 +8,7 @@
 #include "tests/helpers/ScriptedDialogs.h"
 #include "tests/helpers/TestPresets.h"
 #include "tests/helpers/Wait.h"
+#include "widgets/Colours.h"
 #include "widgets/PageScale.h"
 
 #include <QApplication>
@@ -243,6 +244,31 @@ TEST_F(BasicScaleTest, AMarkerIsGrabbedOnBothSidesOfItsLineAtEachSize) {
     }
 }
 
+TEST_F(BasicScaleTest, AThresholdAtAnEndOfTheRangeIsSeenAtEachSize) {
+    const QColor olive = Colours::Of(Colours::Olive, page_.palette());
+    for (int width = 441; width < 1900; width += 7) {
+        for (const std::int32_t value : {600, 42000}) {
+            Put(1, value);
+            Resize({width, 1200});
+            const QImage picture = Chart().grab().toImage();
+            const auto hasLine = [&](int column) {
+                for (int row = picture.height() / 3; row < picture.height() * 2 / 3; ++row) {
+                    if (picture.pixelColor(column, row) == olive) {
+                        return true;
+                    }
+                }
+                return false;
+            };
+            bool seen = false;
+            const int reach = static_cast<int>(std::ceil(4 * picture.devicePixelRatio()));
+            for (int inwards = 0; inwards < reach; ++inwards) {
+                seen = seen || hasLine(value == 600 ? inwards : picture.width() - 1 - inwards);
+            }
+            EXPECT_TRUE(seen) << width << " " << value;
+        }
+    }
+}
+
 TEST_F(BasicScaleTest, AStepByKeyIsTheSameAtEachSize) {
     for (const QSize &size : pageSizes) {
         Resize(size);
@@ -391,6 +417,34 @@ TEST_F(BasicScaleTest, LinesAreCrispAtEachSize) {
         }
         EXPECT_EQ(blue, expected); // the plateau
         EXPECT_EQ(between, 0);
+    }
+}
+
+// Where the chart itself begins within a pixel of the device, too.
+TEST_F(BasicScaleTest, LinesAreCrispInTheWindowAtEachRatioOfPixels) {
+    const auto isPure = [this](const QColor &colour) {
+        return colour == QColor(Qt::blue) || colour == page_.palette().color(QPalette::Base);
+    };
+    for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0}) {
+        for (const QSize &size : pageSizes) {
+            Put(0, 60000); // away from the plateau
+            Resize(size);
+            SCOPED_TRACE(std::to_string(ratio) + " " + std::to_string(size.width()));
+            QImage picture(page_.size() * ratio, QImage::Format_RGB32);
+            picture.setDevicePixelRatio(ratio);
+            page_.render(&picture);
+            const QPointF chart = Chart().mapTo(&page_, QPointF(0, 0));
+            const int column = static_cast<int>((chart.x() + Scale().ToPixels(900)) * ratio);
+            const int first = static_cast<int>((chart.y() + Scale().ToPixels(2050)) * ratio);
+            const int last = static_cast<int>((chart.y() + Scale().ToPixels(2250)) * ratio);
+            int blue = 0;
+            for (int row = first; row <= last; ++row) {
+                const QColor colour = picture.pixelColor(column, row);
+                EXPECT_TRUE(isPure(colour)) << row << colour.name().toStdString();
+                blue += colour == QColor(Qt::blue) ? 1 : 0;
+            }
+            EXPECT_EQ(blue, std::max(1.0, std::round(2 * Scale().Factor() * ratio)));
+        }
     }
 }
 
