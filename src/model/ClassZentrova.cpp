@@ -103,8 +103,8 @@ void ClassZentrova::Write(std::int16_t tag, std::int32_t value, Enqueue enqueue)
     if (ParamReadOnly(tag) || IsThere(tag, value)) {
         return;
     }
-    FileChanged(true);
     (queue_.*enqueue)({.tag = tag, .value = value, .isCommand = IsCommand(tag)});
+    FileChanged(true); // its listener sees the value
     SendWaitingWrites();
 }
 

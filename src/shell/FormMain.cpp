@@ -320,6 +320,7 @@ void FormMain::ShowChangedFile() {
 void FormMain::BuildStatusBar(const std::function<QString(std::int16_t)> &deviceOfPort) {
     statusBar_ = std::make_unique<MainStatusBar>(
         *this, *commands_, StatusWatch::Dependencies{*link_, *zentrova_, *fileCommands_, deviceOfPort});
+    connect(statusBar_.get(), &MainStatusBar::FileChangesTurned, strip_.get(), &MainStrip::Update);
     connect(statusBar_.get(), &MainStatusBar::Pressed, this,
             [this](StatusCell::Kind kind) { AfterEntry([this, kind] { ObeyCell(kind); }); });
 }

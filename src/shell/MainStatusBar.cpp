@@ -25,6 +25,7 @@ MainStatusBar::MainStatusBar(QMainWindow &window, MainCommands &commands,
     bar.addWidget(cells_, 1);
     connect(&link_, &LinkSession::StatusChanged, text_, &QLabel::setText);
     connect(&watch_, &StatusWatch::Changed, cells_, &StatusBarCells::Show);
+    connect(&watch_, &StatusWatch::FileChangesTurned, this, &MainStatusBar::FileChangesTurned);
     connect(cells_, &StatusBarCells::Pressed, this, &MainStatusBar::Pressed);
     connect(&link_, &LinkSession::UnsavedChanged, this, &MainStatusBar::ShowUnsaved);
     connect(&link_, &LinkSession::OnlineChanged, list_, [this] { list_->close(); });

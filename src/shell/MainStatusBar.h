@@ -34,6 +34,7 @@ public:
 
 Q_SIGNALS:
     void Pressed(StatusCell::Kind kind);
+    void FileChangesTurned(); // as that of StatusWatch
 
 private:
     void KeepCellsInPlace();

@@ -28,7 +28,10 @@ StatusWatch::StatusWatch(Dependencies dependencies) : dependencies_(std::move(de
     connect(&link, &LinkSession::TableRefreshed, this, &StatusWatch::Refresh);
     connect(&link, &LinkSession::UnsavedChanged, this, &StatusWatch::Refresh);
     connect(&link.Mbaxp1(), &Mbaxp::TransactionFailed, this, &StatusWatch::Refresh);
-    dependencies_.zentrova.OnFileChangesTurned([this] { Refresh(); });
+    dependencies_.zentrova.OnFileChangesTurned([this] {
+        Refresh();
+        Q_EMIT FileChangesTurned();
+    });
     nextSecond_.setSingleShot(true);
     nextSecond_.setTimerType(Qt::PreciseTimer);
     connect(&nextSecond_, &QTimer::timeout, this, &StatusWatch::Refresh);

@@ -38,6 +38,7 @@ public:
     void Update();
 
 Q_SIGNALS:
+    void FileChangesTurned(); // changes need saving now, or no longer do
     void Changed(const std::vector<StatusCell> &cells);
 
 private:

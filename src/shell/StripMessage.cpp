@@ -30,13 +30,14 @@ QString Place(const StripFacts &facts) {
 
 // Says whose values the screen shows while no sensor is read.
 QString Origin(const StripFacts &facts) {
+    const QString edits = facts.hasEdits ? QStringLiteral(", with changes") : QString();
     if (facts.age) {
-        return QStringLiteral("The values are the last ones read, %1 ago").arg(Duration(*facts.age));
+        return QStringLiteral("The values are the last ones read, %1 ago").arg(Duration(*facts.age)) + edits;
     }
     if (!facts.openFile.isEmpty()) {
-        return QStringLiteral("The values are those of %1").arg(QFileInfo(facts.openFile).fileName());
+        return QStringLiteral("The values are those of %1").arg(QFileInfo(facts.openFile).fileName()) + edits;
     }
-    return QStringLiteral("The values are the factory's, not a sensor's");
+    return QStringLiteral("The values are the factory's, not a sensor's") + edits;
 }
 
 std::optional<StripMessage> OfCounters(const StripFacts &facts) {

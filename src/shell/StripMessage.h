@@ -77,8 +77,9 @@ struct StripFacts {
     std::optional<std::chrono::seconds> silence; // since the last good poll, while that is too long ago
     std::optional<std::chrono::seconds> age;     // of the values; none if they were never read
     CommSettings comm;
-    QString device;   // of comm.port
-    QString openFile; // the settings file's name; empty for none
+    QString device;        // of comm.port
+    QString openFile;      // the settings file's name; empty for none
+    bool hasEdits = false; // values were changed since they were read, loaded or saved
     std::int16_t timeouts = 0;
     std::int16_t crcErrors = 0;
     std::optional<FileFailure> notOpened;

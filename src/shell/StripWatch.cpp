@@ -114,6 +114,7 @@ StripFacts StripWatch::Facts() const {
     facts.timeouts = link.TimeoutCount();
     facts.crcErrors = link.CrcErrorCount();
     facts.openFile = dependencies_.files.LoadedFileName();
+    facts.hasEdits = !isOnline_ && !dependencies_.zentrova.EditedRows().empty();
     if (dependencies_.backup != nullptr) {
         facts.notBackedUp = dependencies_.backup->Failure();
     }

@@ -43,6 +43,18 @@ TEST_F(StripTest, NamesTheFileWhoseValuesShow) {
     EXPECT_TRUE(WaitForHeadline("Not connected. The values are those of machine 7.ztv."));
 }
 
+TEST_F(StripTest, SaysThatValuesWereChangedOffline) {
+    Start();
+    Write(ParamDefines::FarDistance, 30000);
+    EXPECT_TRUE(
+        WaitForHeadline("Not connected. The values are the factory's, not a sensor's, with changes."));
+    const QString file = configuration_.filePath(QStringLiteral("roll.ztv"));
+    dialogs_.ExpectSaveFile(file);
+    dialogs_.ExpectNotice(QStringLiteral("File saved successfully."), BoxIcon::Information);
+    Ui().Choose("mnuFileSave(0)");
+    EXPECT_TRUE(WaitForHeadline("Not connected. The values are those of roll.ztv."));
+}
+
 TEST_F(StripTest, SaysForHowLongTheSensorHasBeenSilentAndGoesByItself) {
     StartPolling();
     EXPECT_EQ(Says(), QString());

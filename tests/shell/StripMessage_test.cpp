@@ -55,6 +55,19 @@ TEST_F(StripMessageTest, SaysThatTheSensorsValuesWereNotKept) {
     EXPECT_EQ(WorstMessage(facts_)->kind, Kind::NoAnswer);
 }
 
+TEST_F(StripMessageTest, SaysThatValuesWereChangedSinceTheyCame) {
+    facts_.isOnline = false;
+    facts_.hasEdits = true;
+    facts_.age = 75s;
+    ExpectMessage(Kind::NotConnected, "Not connected",
+                  "The values are the last ones read, 1 min 15 s ago, with changes");
+    facts_.age.reset();
+    ExpectMessage(Kind::NotConnected, "Not connected",
+                  "The values are the factory's, not a sensor's, with changes");
+    facts_.openFile = QStringLiteral("machine 7.ztv");
+    ExpectMessage(Kind::NotConnected, "Not connected", "The values are those of machine 7.ztv, with changes");
+}
+
 TEST_F(StripMessageTest, SaysNothingOfTheEchoWhileNotConnected) {
     facts_.echoIsReceived = false;
     ExpectMessage(Kind::NoEcho, "No echo", "The sensor finds no target: distance and output say nothing");
