@@ -173,8 +173,12 @@ void MainCommands::ShowUnsaved(std::size_t count) {
     const QString words = UnsavedWords(count);
     const QString toolTip = QString::fromLatin1(button.toolTip);
     action.setToolTip(words.isEmpty() ? toolTip : toolTip + u'\n' + words);
-    const QIcon icon = IconOf(button);
-    action.setIcon(words.isEmpty() ? icon : MarkedIcon(icon));
+    // Made once: Qt keeps the pictures of each icon that was ever shown.
+    if (saveIcon_.isNull()) {
+        saveIcon_ = action.icon();
+        markedSaveIcon_ = MarkedIcon(saveIcon_);
+    }
+    action.setIcon(words.isEmpty() ? saveIcon_ : markedSaveIcon_);
     WhyDisabled::Describe(*window_.findChild<QWidget *>(QString::fromLatin1(button.key)), words);
 }
 

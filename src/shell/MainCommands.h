@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAction>
+#include <QIcon>
 #include <QMainWindow>
 #include <QString>
 #include <QToolBar>
@@ -51,6 +52,8 @@ private:
     QToolBar *toolbar_ = nullptr;
     QAction *fullScreen_;
     std::set<const QAction *> withWork_;
+    QIcon saveIcon_;
+    QIcon markedSaveIcon_;
     bool online_ = false;
 };
 
