@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(cmake ninja-build g++ pkg-config ccache qt6-base-dev qt6-base-dev-tools qt6-svg-dev
-    qt6-serialport-dev libsqlitecpp-dev libsqlite3-dev libgl-dev fonts-dejavu-core)
+    qt6-serialport-dev libsqlitecpp-dev libsqlite3-dev libcli11-dev libgl-dev fonts-dejavu-core)
 for purpose in "$@"; do
     case "$purpose" in
     build) ;;

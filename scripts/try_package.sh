@@ -72,19 +72,24 @@ needed >"$home/needed" || { apt-get update -qq && needed >"$home/needed"; }
 echo "Installing $package"
 dpkg --path-include='*' -i "$package" >"$home/dpkg.log" 2>&1 || { cat "$home/dpkg.log" >&2; fail "dpkg -i"; }
 version=$(dpkg-query -W -f='${Version}' ztvlink)
-[ "$(as_user ztv-sim --version)" = "ztv-sim $version" ] || fail "ztv-sim isn't of version $version"
+for program in ztv-ctl ztv-sim; do
+    [ "$(as_user $program --version)" = "$program $version" ] || fail "$program isn't of version $version"
+done
+as_user ztv-ctl ports >/dev/null || fail "ztv-ctl ports"
 for part in Presets.fil ZTV.chm help; do # the help exists only if it was built
     [ ! -e "build/release/bin/$part" ] || diff -r "build/release/bin/$part" "/usr/lib/ztvlink/$part"
 done
 desktop-file-validate /usr/share/applications/ztv-link.desktop
-for page in ztvlink ztv-sim; do
+for page in ztvlink ztv-ctl ztv-sim; do
     said=$(as_user man --warnings -E UTF-8 -Tutf8 "$page" 2>&1 >"$home/page")
     sed 's/.\x08//g' "$home/page" >"$home/$page.txt" # without overstruck letters
     [ -z "$said" ] || fail "man $page: $said"
     grep -q "ZTV Link $version" "$home/$page.txt" || fail "man $page isn't of version $version"
 done
-as_user ztv-sim --help | grep -o -- '--[a-z-]*' | sort -u | while read -r option; do
-    grep -q -- "$option" "$home/ztv-sim.txt" || fail "man ztv-sim lacks $option"
+for program in ztv-ctl ztv-sim; do
+    as_user $program --help | grep -o -- '--[a-z-]*' | sort -u | while read -r option; do
+        grep -q -- "$option" "$home/$program.txt" || fail "man $program lacks $option"
+    done
 done
 if command -v lintian >/dev/null; then # optional: it depends on more than a hundred packages
     as_user lintian --fail-on error,warning "$home/${package##*/}"

@@ -99,18 +99,26 @@ QStringList AvailableDevices(const QString &byIdFolder) {
     return devices;
 }
 
-QStringList DescribedDevices() {
+std::vector<Described> Describe() {
     const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
-    QStringList described;
+    std::vector<Described> described;
     for (const QString &device : AvailableDevices()) {
         const QString target = QFileInfo(device).canonicalFilePath();
         const auto port = std::find_if(ports.begin(), ports.end(), [&](const QSerialPortInfo &candidate) {
             return DeviceOf(candidate) == device || DeviceOf(candidate) == target;
         });
-        const QString description = port == ports.end() ? QString() : port->description();
-        described.append(description.isEmpty() ? device : QStringLiteral("%1 (%2)").arg(device, description));
+        described.push_back(
+            {.name = device, .description = port == ports.end() ? QString() : port->description()});
     }
     return described;
+}
+
+QStringList DescribedDevices() {
+    QStringList texts;
+    for (const auto &[name, description] : Describe()) {
+        texts.append(description.isEmpty() ? name : QStringLiteral("%1 (%2)").arg(name, description));
+    }
+    return texts;
 }
 
 bool IsThere(const QString &device) {

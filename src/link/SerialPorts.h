@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace ztv {
 
@@ -32,7 +33,15 @@ QString ChosenDevice(const SettingsStore &settings, std::int16_t number);
 // that they are plugged into, then the others.
 QStringList AvailableDevices(const QString &byIdFolder = QStringLiteral("/dev/serial/by-id"));
 
-// Lists the same devices with what the machine knows of each, as in "/dev/ttyUSB0 (FT232R USB UART)".
+struct Described {
+    QString name;
+    QString description; // as the machine knows the device; may be empty
+};
+
+// Lists the same devices with what the machine knows of each.
+std::vector<Described> Describe();
+
+// The same in words, as in "/dev/ttyUSB0 (FT232R USB UART)".
 QStringList DescribedDevices();
 
 bool IsThere(const QString &device);

@@ -10,6 +10,7 @@
 #include "link/LinkSession.h"
 #include "link/SensorBackup.h"
 #include "link/SerialPorts.h"
+#include "link/StoredComm.h"
 #include "link/ui/FormComms.h"
 #include "link/ui/FormReadWrite.h"
 #include "model/ClassZentrova.h"

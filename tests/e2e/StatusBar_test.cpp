@@ -1,3 +1,4 @@
+#include "link/StoredComm.h"
 #include "model/ParamDefines.h"
 #include "shell/StatusBarCells.h"
 #include "shell/StoredSettings.h"

@@ -1,5 +1,6 @@
 #include "shell/FormMain.h"
 
+#include "link/StoredComm.h"
 #include "model/ParamDefines.h"
 #include "shell/Caption.h"
 #include "shell/StoredSettings.h"

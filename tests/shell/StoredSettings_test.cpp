@@ -1,5 +1,6 @@
 #include "shell/StoredSettings.h"
 
+#include "link/StoredComm.h"
 #include "support/Fault.h"
 #include "tests/helpers/Printers.h"
 

@@ -1,0 +1,94 @@
+#include "cli/ParameterNames.h"
+
+#include "cli/Failure.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <numeric>
+#include <optional>
+#include <vector>
+
+namespace ztv {
+
+namespace {
+
+constexpr std::int16_t firstTag = 1; // 0 is reserved
+
+// Returns the number of letters to insert, delete or replace that make one text the other.
+qsizetype EditDistance(const QString &from, const QString &to) {
+    std::vector<qsizetype> row(static_cast<std::size_t>(to.size()) + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (qsizetype i = 1; i <= from.size(); ++i) {
+        qsizetype diagonal = row[0]++;
+        for (qsizetype j = 1; j <= to.size(); ++j) {
+            const auto at = static_cast<std::size_t>(j);
+            const qsizetype replaced = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
+            diagonal = row[at];
+            row[at] = std::min({row[at] + 1, row[at - 1] + 1, replaced});
+        }
+    }
+    return row.back();
+}
+
+// Returns the name that differs least, unless it differs by more than a third of its letters.
+std::optional<QString> ProbablyMeant(const QString &text, const ClassZentrova &zentrova) {
+    constexpr int part = 3;
+    std::optional<QString> nearest;
+    qsizetype least = text.size();
+    for (std::int16_t tag = firstTag; tag < zentrova.ParamCount(); ++tag) {
+        const QString name = zentrova.ParamName(tag);
+        const qsizetype distance = EditDistance(text.toLower(), name.toLower());
+        if (distance < least && distance <= name.size() / part) {
+            least = distance;
+            nearest = name;
+        }
+    }
+    return nearest;
+}
+
+std::int16_t TagOfNumber(int number, const ClassZentrova &zentrova) {
+    if (number < firstTag || number >= zentrova.ParamCount()) {
+        throw Failure(ExitStatus::WrongUse, QStringLiteral("There is no parameter %1; they are %2 to %3")
+                                                .arg(number)
+                                                .arg(firstTag)
+                                                .arg(zentrova.ParamCount() - 1));
+    }
+    return static_cast<std::int16_t>(number);
+}
+
+} // namespace
+
+std::int16_t TagOf(const QString &text, const ClassZentrova &zentrova) {
+    const QString wanted = text.simplified();
+    bool isNumber = false;
+    if (const int number = wanted.toInt(&isNumber); isNumber) {
+        return TagOfNumber(number, zentrova);
+    }
+    std::vector<std::int16_t> beginWith;
+    for (std::int16_t tag = firstTag; tag < zentrova.ParamCount(); ++tag) {
+        const QString name = zentrova.ParamName(tag);
+        if (name.compare(wanted, Qt::CaseInsensitive) == 0) {
+            return tag;
+        }
+        if (!wanted.isEmpty() && name.startsWith(wanted, Qt::CaseInsensitive)) {
+            beginWith.push_back(tag);
+        }
+    }
+    if (beginWith.size() == 1) {
+        return beginWith.front();
+    }
+    if (!beginWith.empty()) {
+        QStringList names;
+        for (const std::int16_t tag : beginWith) {
+            names.append(u'"' + zentrova.ParamName(tag) + u'"');
+        }
+        throw Failure(ExitStatus::WrongUse, QStringLiteral("\"%1\" may be %2").arg(text, names.join(u", ")));
+    }
+    const std::optional<QString> meant = ProbablyMeant(wanted, zentrova);
+    throw Failure(ExitStatus::WrongUse,
+                  meant
+                      ? QStringLiteral("There is no parameter \"%1\": did you mean \"%2\"?").arg(text, *meant)
+                      : QStringLiteral("There is no parameter \"%1\"; \"ztv-ctl get\" lists them").arg(text));
+}
+
+} // namespace ztv

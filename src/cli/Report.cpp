@@ -1,0 +1,105 @@
+#include "cli/Report.h"
+
+#include <QByteArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace ztv {
+
+namespace {
+
+QString Quoted(const QString &text) {
+    const bool isPlain =
+        !text.contains(u',') && !text.contains(u'"') && !text.contains(u'\n') && !text.contains(u'\r');
+    return isPlain ? text : u'"' + QString(text).replace(u'"', QStringLiteral("\"\"")) + u'"';
+}
+
+} // namespace
+
+Report::Report(ReportFormat format, std::vector<Column> columns, std::FILE *stream)
+    : format_(format),
+      columns_(std::move(columns)),
+      stream_(stream) {
+    if (format_ == ReportFormat::Csv) {
+        QStringList keys;
+        for (const Column &column : columns_) {
+            keys.append(Quoted(column.key));
+        }
+        Print(keys.join(u','));
+    }
+}
+
+void Report::NameColumns() {
+    namesColumns_ = true;
+    if (format_ == ReportFormat::Text) {
+        QStringList names;
+        for (const Column &column : columns_) {
+            if (column.isForText) {
+                names.append(column.key.leftJustified(column.width));
+            }
+        }
+        PrintTexts(names);
+    }
+}
+
+void Report::Add(const Row &row) {
+    QStringList texts;
+    QJsonObject object;
+    for (std::size_t index = 0; index < columns_.size(); ++index) {
+        const Column &column = columns_[index];
+        const Cell &cell = row.at(index);
+        if (format_ == ReportFormat::Json) {
+            object.insert(column.key, cell.value);
+        } else if (format_ == ReportFormat::Csv) {
+            texts.append(Quoted(cell.text));
+        } else if (column.isForText) {
+            const qsizetype name = namesColumns_ ? column.key.size() : 0;
+            texts.append(cell.text.leftJustified(std::max(column.width, name)));
+        }
+    }
+    switch (format_) {
+    case ReportFormat::Json:
+        rows_.append(object);
+        break;
+    case ReportFormat::Csv:
+        Print(texts.join(u','));
+        break;
+    case ReportFormat::Text:
+        PrintTexts(texts);
+        break;
+    }
+}
+
+void Report::End() {
+    if (format_ == ReportFormat::Json) {
+        Print(QString::fromUtf8(QJsonDocument(rows_).toJson(QJsonDocument::Indented)).trimmed());
+    }
+}
+
+// Without blanks at the end.
+void Report::PrintTexts(const QStringList &texts) {
+    QString line = texts.join(QStringLiteral("  "));
+    while (line.endsWith(u' ')) {
+        line.chop(1);
+    }
+    Print(line);
+}
+
+void Report::Print(const QString &line) {
+    const QByteArray bytes = line.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream_);
+    std::fflush(stream_); // before a message about the next sensor
+}
+
+Report::Cell CellOf(const QString &text) {
+    return {.text = text, .value = text};
+}
+
+Report::Cell CellOf(int number) {
+    return {.text = QString::number(number), .value = number};
+}
+
+} // namespace ztv

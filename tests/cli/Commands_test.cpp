@@ -1,0 +1,233 @@
+#include "cli/Commands.h"
+
+#include "sim/SimulatedSensor.h"
+#include "tests/helpers/ModbusServer.h"
+#include "tests/helpers/SharedLine.h"
+#include "tests/helpers/TestPresets.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace ztv {
+
+// The commands against simulated sensors and a foreign slave, each on a pseudo terminal.
+class CommandsTest : public testing::Test {
+protected:
+    CommandsTest() : previous_(qgetenv("XDG_CONFIG_HOME")) {
+        qputenv("XDG_CONFIG_HOME", folder_.path().toLocal8Bit());
+    }
+    ~CommandsTest() override {
+        qputenv("XDG_CONFIG_HOME", previous_);
+        std::fclose(results_);
+        std::fclose(messages_);
+    }
+
+    sim::SimulatedSensor &StartSensor(const sim::SensorOptions &given = {}) {
+        sim::SensorOptions options = given;
+        options.presets = ShippedPresetsFolder() + QStringLiteral("/Presets.fil");
+        sensors_.push_back(std::make_unique<sim::SimulatedSensor>(options));
+        EXPECT_EQ(sensors_.back()->Start(), QString());
+        device_ = sensors_.back()->Path();
+        return *sensors_.back();
+    }
+
+    // Runs a command line, with the line's device as the port.
+    ExitStatus Ctl(std::vector<const char *> words) {
+        const QByteArray device = device_.toLocal8Bit();
+        words.insert(words.begin(), {"ztv-ctl", "--port", device.constData()});
+        try {
+            const auto arguments = ParseArguments(static_cast<int>(words.size()), words.data());
+            const SettingsStore settings(QStringLiteral("ZTV Link"));
+            return RunCommand(arguments.value(), {.settings = settings,
+                                                  .programFolder = ShippedPresetsFolder(),
+                                                  .results = results_,
+                                                  .messages = messages_});
+        } catch (const Failure &failure) {
+            PrintMessage(messages_, failure.Text());
+            return failure.Status();
+        }
+    }
+
+    std::string Results() { return Taken(results_); }
+    std::string Messages() { return Taken(messages_); }
+
+    std::vector<std::unique_ptr<sim::SimulatedSensor>> sensors_;
+    QString device_;
+
+private:
+    // Returns what was printed since the last call.
+    static std::string Taken(std::FILE *file) {
+        std::rewind(file);
+        std::string bytes;
+        for (int letter = std::fgetc(file); letter != EOF; letter = std::fgetc(file)) {
+            bytes += static_cast<char>(letter);
+        }
+        EXPECT_EQ(ftruncate(fileno(file), 0), 0);
+        std::rewind(file);
+        return bytes;
+    }
+
+    QTemporaryDir folder_;
+    QByteArray previous_;
+    std::FILE *results_ = std::tmpfile();
+    std::FILE *messages_ = std::tmpfile();
+};
+
+TEST_F(CommandsTest, GetPrintsFormattedValuesByNumberAndName) {
+    StartSensor();
+    EXPECT_EQ(Ctl({"get", "28", "far distance", "near v"}), ExitStatus::Done);
+    EXPECT_EQ(Results(),
+              "28   Near Distance  12.00\"\n29   Far Distance   360.00\"\n36   Near Voltage   0.00V\n");
+    EXPECT_EQ(Messages(), "");
+}
+
+TEST_F(CommandsTest, GetPrintsRawNumbers) {
+    StartSensor();
+    EXPECT_EQ(Ctl({"get", "--raw", "29"}), ExitStatus::Done);
+    EXPECT_EQ(Results(), "29   Far Distance  36000\n");
+}
+
+TEST_F(CommandsTest, GetWithoutNamesPrintsAllRows) {
+    for (const int addressing : {0, 1}) {
+        sim::SensorOptions options;
+        options.addressing = addressing;
+        sim::SimulatedSensor &sensor = StartSensor(options);
+        EXPECT_EQ(Ctl({"--format", "csv", "get"}), ExitStatus::Done);
+        const QStringList lines = QString::fromStdString(Results()).trimmed().split(u'\n');
+        ASSERT_EQ(lines.size(), 1 + 95);
+        EXPECT_EQ(lines.at(0), QStringLiteral("address,parameter,name,value,raw"));
+        EXPECT_EQ(lines.at(29), QStringLiteral("1,29,Far Distance,\"360.00\"\"\",36000")) << addressing;
+        for (qsizetype tag = 65; tag <= 70; ++tag) {
+            EXPECT_EQ(lines.at(tag).section(u',', -1).toInt(), sensor.Register(static_cast<int>(tag))) << tag;
+        }
+    }
+}
+
+TEST_F(CommandsTest, GetPrintsOneJsonDocument) {
+    StartSensor();
+    EXPECT_EQ(Ctl({"get", "28", "2", "--format", "json"}), ExitStatus::Done);
+    const QJsonArray rows = QJsonDocument::fromJson(QByteArray::fromStdString(Results())).array();
+    ASSERT_EQ(rows.size(), 2);
+    EXPECT_EQ(rows.at(0).toObject(), (QJsonObject{{QStringLiteral("address"), 1},
+                                                  {QStringLiteral("parameter"), 28},
+                                                  {QStringLiteral("name"), QStringLiteral("Near Distance")},
+                                                  {QStringLiteral("value"), QStringLiteral("12.00\"")},
+                                                  {QStringLiteral("raw"), 1200}}));
+    EXPECT_EQ(rows.at(1).toObject().value(QStringLiteral("raw")).toInt(), 10427);
+}
+
+TEST_F(CommandsTest, OneSensorThatFailsDoesNotStopTheOthers) {
+    SharedLine line;
+    for (const int address : {3, 5}) {
+        sim::SensorOptions options;
+        options.address = address;
+        options.addressing = address == 3 ? 0 : 1;
+        StartSensor(options).SetRegister(28, 1000 + address);
+        line.Join(*sensors_.back());
+    }
+    device_ = line.Path();
+    EXPECT_EQ(Ctl({"--address", "3-5", "get", "28"}), ExitStatus::NoConnection);
+    EXPECT_EQ(Results(), "3    28   Near Distance  10.03\"\n5    28   Near Distance  10.05\"\n");
+    EXPECT_EQ(Messages(), "ztv-ctl: address 4: Timeout\n");
+    EXPECT_EQ(Ctl({"--address", "4", "--quiet", "--format", "json", "get", "28"}), ExitStatus::NoConnection);
+    EXPECT_EQ(Results(), "[\n]\n");
+    EXPECT_EQ(Messages(), "");
+}
+
+TEST_F(CommandsTest, InfoSaysWhichSensorAnswers) {
+    sim::SensorOptions options;
+    options.addressing = 1;
+    StartSensor(options);
+    EXPECT_EQ(Ctl({"info"}), ExitStatus::Done);
+    EXPECT_EQ(Results(), "address  model       serial  firmware  boot   line      addressing\n"
+                         "1        ZTV500-100  10427   2.14      1.00   38400 N2  1\n");
+}
+
+TEST_F(CommandsTest, ALostOrDamagedReplyIsAskedForAgain) {
+    sim::SimulatedSensor &sensor = StartSensor();
+    sensor.Execute(QStringLiteral("drop 0.3"));
+    sensor.Execute(QStringLiteral("corrupt 0.2"));
+    for (int run = 0; run < 20; ++run) {
+        const ExitStatus status = Ctl({"--timeout", "20", "get", "29"});
+        const std::string printed = Results();
+        if (status == ExitStatus::Done) {
+            EXPECT_EQ(printed, "29   Far Distance  360.00\"\n");
+        } else {
+            EXPECT_EQ(status, ExitStatus::NoConnection);
+            EXPECT_EQ(printed, "");
+        }
+    }
+}
+
+TEST_F(CommandsTest, ARefusalOfTheSensorIsNoLostConnection) {
+    StartSensor().Execute(QStringLiteral("exception 2"));
+    EXPECT_EQ(Ctl({"get", "28"}), ExitStatus::Refused);
+    EXPECT_EQ(Results(), "");
+    EXPECT_EQ(Messages(), "ztv-ctl: address 1: Illegal Data Address\n");
+}
+
+TEST_F(CommandsTest, AForeignSlaveIsReadToo) {
+    ModbusServer server(9);
+    device_ = server.Path();
+    server.SetRegister(69, 21845);
+    server.SetRegister(28, 4321);
+    EXPECT_EQ(Ctl({"--address", "9", "get", "28"}), ExitStatus::Done);
+    EXPECT_EQ(Results(), "28   Near Distance  43.21\"\n");
+}
+
+TEST_F(CommandsTest, WhatIsNotGivenComesFromTheProgramsSettings) {
+    sim::SensorOptions options;
+    options.address = 17;
+    options.baud = 2;
+    StartSensor(options);
+    SettingsStore settings(QStringLiteral("ZTV Link"));
+    settings.Write(QStringLiteral("Options"), QStringLiteral("NetworkAddress"), QStringLiteral("17"));
+    settings.Write(QStringLiteral("Options"), QStringLiteral("BaudRate"), QStringLiteral("2"));
+    qputenv("ZTVLINK_PORT_7", device_.toLocal8Bit());
+    device_ = QStringLiteral("7");
+    EXPECT_EQ(Ctl({"--format", "csv", "get", "28"}), ExitStatus::Done);
+    EXPECT_EQ(Results(), "address,parameter,name,value,raw\n"
+                         "17,28,Near Distance,\"12.00\"\"\",1200"
+                         "\n");
+    EXPECT_EQ(Ctl({"--baud", "38400", "--timeout", "50", "get", "28"}), ExitStatus::NoConnection);
+    qunsetenv("ZTVLINK_PORT_7");
+}
+
+TEST_F(CommandsTest, APortThatIsNotThereIsNamed) {
+    device_ = QStringLiteral("/dev/nothing");
+    EXPECT_EQ(Ctl({"get", "28"}), ExitStatus::NoConnection);
+    EXPECT_TRUE(Messages().starts_with("ztv-ctl: /dev/nothing: The com port could not be opened."));
+    device_ = QStringLiteral("256");
+    EXPECT_EQ(Ctl({"get", "28"}), ExitStatus::WrongUse);
+    EXPECT_EQ(Messages(), "ztv-ctl: There is no port 256; they are 1 to 255\n");
+}
+
+TEST_F(CommandsTest, WrongUseGetsOneLineAndNothingOnTheLine) {
+    const sim::SimulatedSensor &sensor = StartSensor();
+    for (const std::vector<const char *> &words : {std::vector{"get", "Near Distanze"},
+                                                   {"--baud", "1200", "get"},
+                                                   {"--parity", "M1", "get"},
+                                                   {"--address", "0", "get"},
+                                                   {"--timeout", "0", "get"},
+                                                   {"--timeout", "soon", "get"},
+                                                   {"--format", "xml", "get"},
+                                                   {"--frob", "get"},
+                                                   {"frob"},
+                                                   {}}) {
+        EXPECT_EQ(Ctl(words), ExitStatus::WrongUse) << (words.empty() ? "" : words.front());
+        EXPECT_EQ(std::ranges::count(std::string(Messages()), '\n'), 1);
+        EXPECT_EQ(Results(), "");
+    }
+    EXPECT_TRUE(sensor.Requests().empty());
+}
+
+} // namespace ztv
