@@ -28,10 +28,12 @@ protected:
         QProcess shell;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), folder_.path());
-        environment.insert(QStringLiteral("ctl"), QStringLiteral(ZTV_BIN_DIR "/ztv-ctl --port ") + sensor_->Path());
+        environment.insert(QStringLiteral("ctl"),
+                           QStringLiteral(ZTV_BIN_DIR "/ztv-ctl --port ") + sensor_->Path());
         shell.setProcessEnvironment(environment);
         shell.start(QStringLiteral("bash"), {QStringLiteral("-c"), QString::fromLatin1(line)});
-        EXPECT_TRUE(WaitUntil([&] { return shell.state() == QProcess::NotRunning; })); // the sensor needs this loop
+        EXPECT_TRUE(
+            WaitUntil([&] { return shell.state() == QProcess::NotRunning; })); // the sensor needs this loop
         results_ = shell.readAllStandardOutput().toStdString();
         messages_ = shell.readAllStandardError().toStdString();
         return shell.exitCode();
