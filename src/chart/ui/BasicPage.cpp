@@ -223,7 +223,7 @@ void BasicPage::ChooseFonts() {
 
 // The fonts of the readings are at most that of the labels. The warning's is larger, to be read from afar.
 void BasicPage::ChooseReadingFonts() {
-    const auto fitting = [this](QFont font, ControlId id, const QStringList &lines) {
+    const auto fitting = [this](const QFont &font, ControlId id, const QStringList &lines) {
         std::vector<Controls::Fit> places;
         const QSize place = Place(drawing_.At(id)).size();
         for (const QString &line : lines) {
@@ -231,7 +231,7 @@ void BasicPage::ChooseReadingFonts() {
                               .width = place.width(),
                               .height = place.height() / static_cast<int>(lines.size())});
         }
-        return Controls::FittingFont(std::move(font), places, Scale().LeastLegible());
+        return Controls::FittingFont(font, places, Scale().LeastLegible());
     };
     const auto largest = [this](std::int16_t tag) { return zentrova_.ParamMax(tag); };
     echoFont_ = fitting(labelFont_, LabelEcho,
