@@ -22,7 +22,7 @@ FileQuestion QuestionOf(const QString &currentFileName) {
 
 } // namespace
 
-BoxAnswer FileCommands::Ask(const QString &text, BoxStyle style) {
+BoxAnswer FileCommands::Ask(const QString &text, const BoxStyle &style) {
     return dependencies_.dialogs.OwnedMessageBox(text, style, ApplicationTitle());
 }
 

@@ -69,7 +69,7 @@ private:
     void OpenFrom(const QString &suggestion);
     bool NameIsABackup() const;
     QString NameToSuggest() const;
-    BoxAnswer Ask(const QString &text, BoxStyle style);
+    BoxAnswer Ask(const QString &text, const BoxStyle &style);
 
     Dependencies dependencies_;
     QString currentFileName_;
