@@ -2,9 +2,9 @@
 
 #include "cli/Failure.h"
 #include "link/LineCodes.h"
+#include "link/ParameterWord.h"
 #include "link/SerialPorts.h"
 #include "model/CheckedAt.h"
-#include "model/Global.h"
 #include "model/LineTables.h"
 #include "model/ParamDefines.h"
 
@@ -74,8 +74,7 @@ void SensorLine::FindAddressingMode(std::int16_t address) {
 void SensorLine::ReadSpan(std::int16_t address, std::int16_t first, std::int16_t last, Values &values) {
     Run(address, first - addressingMode_, last - first + 1);
     for (std::int16_t tag = first; tag <= last; ++tag) {
-        const std::int16_t word = mbaxp_.RegisterValue(transaction, tag - first);
-        values[tag] = zentrova_.ParamSigned(tag) ? word : Global::UnsignedFromSigned(word);
+        values[tag] = ValueOfWord(zentrova_, tag, mbaxp_.RegisterValue(transaction, tag - first));
     }
 }
 

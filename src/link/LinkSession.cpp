@@ -2,6 +2,7 @@
 
 #include "link/FailureText.h"
 #include "link/LineCodes.h"
+#include "link/ParameterWord.h"
 #include "link/SerialPorts.h"
 #include "model/CheckedAt.h"
 #include "model/Global.h"
@@ -233,8 +234,7 @@ void LinkSession::ReportUnsaved(bool changed) {
 // Returns what the sensor was sent or has sent, which the table may have replaced meanwhile.
 std::int32_t LinkSession::ValueOfWord(std::int16_t tag, LinkTransaction transaction,
                                       std::int32_t index) const {
-    const std::int16_t word = mbaxp1_.RegisterValue(transaction, index);
-    return zentrova_.ParamSigned(tag) ? word : Global::UnsignedFromSigned(word);
+    return ztv::ValueOfWord(zentrova_, tag, mbaxp1_.RegisterValue(transaction, index));
 }
 
 bool LinkSession::TakeConfirmed(std::int16_t tag) {
