@@ -1,5 +1,7 @@
 #include "link/DirectionText.h"
 
+#include "link/ListText.h"
+
 #include <QFileInfo>
 
 namespace ztv {
@@ -10,12 +12,6 @@ constexpr qsizetype mostNames = 4;
 
 QString Changes(qsizetype count) {
     return count == 1 ? QStringLiteral("1 change") : QStringLiteral("%1 changes").arg(count);
-}
-
-QString ListOf(const QStringList &names) {
-    const qsizetype more = names.size() - mostNames;
-    const QString shown = names.mid(0, mostNames).join(QStringLiteral(", "));
-    return more > 0 ? QStringLiteral("%1 and %2 more").arg(shown, QString::number(more)) : shown;
 }
 
 // Names the origin of the values that Write sends.
@@ -32,7 +28,7 @@ QString LostOnRead(const QStringList &edits) {
     }
     const QString verb = edits.size() == 1 ? QStringLiteral("isn't") : QStringLiteral("aren't");
     return QStringLiteral("%1 that %2 in a file would be lost: %3.")
-        .arg(Changes(edits.size()), verb, ListOf(edits));
+        .arg(Changes(edits.size()), verb, ListText(edits, mostNames));
 }
 
 QString LostOnWrite(const std::optional<QString> &backupFor) {

@@ -1,6 +1,6 @@
 #include "link/FailureText.h"
 
-#include "model/ParamDefines.h"
+#include "link/ListText.h"
 
 namespace ztv {
 
@@ -9,10 +9,6 @@ namespace FailureText {
 namespace {
 
 constexpr qsizetype mostPorts = 8; // a machine with built-in ports may have dozens
-
-bool IsCommand(std::int16_t tag) {
-    return tag == ParamDefines::SaveCommand || tag == ParamDefines::ReinitCommand;
-}
 
 // The request may have reached the sensor: one whose reply was lost or damaged may have been executed.
 bool MayBeExecuted(LinkStatus status) {
@@ -34,10 +30,7 @@ QString ListOf(const QStringList &ports) {
     if (ports.isEmpty()) {
         return QStringLiteral("There are no serial ports.");
     }
-    const QString shown = ports.mid(0, mostPorts).join(QStringLiteral(", "));
-    const qsizetype more = ports.size() - mostPorts;
-    return more > 0 ? QStringLiteral("There are: %1 and %2 more.").arg(shown, QString::number(more))
-                    : QStringLiteral("There are: %1.").arg(shown);
+    return QStringLiteral("There are: %1.").arg(ListText(ports, mostPorts));
 }
 
 } // namespace
@@ -53,7 +46,7 @@ QString OfWrite(const ClassZentrova &zentrova, const SensorValues &sensor, std::
     const QString text = QStringLiteral("%1 (%2) = %3 was not %4 (%5).")
                              .arg(zentrova.ParamName(tag).trimmed(), QString::number(tag),
                                   zentrova.FormatRaw(zentrova.SentValue(tag), tag), outcome, WordsOf(status));
-    return IsCommand(tag) ? text : text + WhatTheSensorHolds(zentrova, sensor, tag, status);
+    return ClassZentrova::IsCommand(tag) ? text : text + WhatTheSensorHolds(zentrova, sensor, tag, status);
 }
 
 QString OfDownload(std::int16_t values, LinkStatus status) {
