@@ -62,6 +62,18 @@ protected:
         wizard.Get<QAbstractButton>(option).click();
     }
 
+    // Cancels after the range was opened, with a sensor that no longer answers.
+    void CancelOnADeadLine(const Form &wizard) {
+        Next(wizard);
+        EXPECT_TRUE(WaitUntil([this] { return sensor_->Writes() == opened_; }));
+        EXPECT_TRUE(WaitForPolls(1));
+        sensor_->Execute(QStringLiteral("mute on"));
+        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes,
+                        {}, QStringLiteral("Cancel?"));
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
+        wizard.Press("cmdNav(1)");
+    }
     void TakeDistanceRoute(const Form &wizard) {
         Next(wizard);
         Choose(wizard, "OptionZentrovaMode(0)");
@@ -474,17 +486,7 @@ TEST_F(WizardTest, SaysWhatADeadSensorKeptOnceItAnswersAgain) {
 
 TEST_F(WizardTest, SaysThatTheRangeCouldNotBePutBack) {
     StartOnWizard();
-    RunWizard([this](const Form &wizard) {
-        Next(wizard);
-        EXPECT_TRUE(WaitUntil([this] { return sensor_->Writes() == opened_; }));
-        EXPECT_TRUE(WaitForPolls(1));
-        sensor_->Execute(QStringLiteral("mute on"));
-        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes,
-                        {}, QStringLiteral("Cancel?"));
-        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
-        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
-        wizard.Press("cmdNav(1)");
-    });
+    RunWizard([this](const Form &wizard) { CancelOnADeadLine(wizard); });
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
     sensor_->Execute(QStringLiteral("mute off"));
     EXPECT_TRUE(WaitForPolls(2));
@@ -515,17 +517,7 @@ TEST_F(WizardTest, ARangeThatIsStillBeingOpenedDoesNotHideThatItCouldNotBePutBac
 
 TEST_F(WizardTest, DoesNotSayOfAnotherSensorThatItRefusedTheValues) {
     StartOnWizard();
-    RunWizard([this](const Form &wizard) {
-        Next(wizard);
-        EXPECT_TRUE(WaitUntil([this] { return sensor_->Writes() == opened_; }));
-        EXPECT_TRUE(WaitForPolls(1));
-        sensor_->Execute(QStringLiteral("mute on"));
-        dialogs_.Expect(QStringLiteral("Are you sure?"), BoxIcon::Question, BoxButtons::YesNo, BoxAnswer::Yes,
-                        {}, QStringLiteral("Cancel?"));
-        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
-        dialogs_.ExpectNotice(QStringLiteral("Error writing parameter"));
-        wizard.Press("cmdNav(1)");
-    });
+    RunWizard([this](const Form &wizard) { CancelOnADeadLine(wizard); });
     EXPECT_TRUE(WaitUntil([this] { return dialogs_.AllCame(); }));
     Ui().Choose("Toolbar1(Offline)");
     ASSERT_TRUE(sensor_->SetRegister(ParamDefines::SerialNumber, 777)); // another one in its place
