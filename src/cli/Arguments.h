@@ -11,7 +11,7 @@
 
 namespace ztv {
 
-// What a user asked of ztv-ctl. What isn't given is empty, and comes from the program's settings.
+// The parsed command line of ztv-ctl. An option that isn't given is empty; the program's settings replace it.
 struct Arguments {
     enum class Command { Ports, Info, Get };
 

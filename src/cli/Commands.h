@@ -8,7 +8,7 @@
 
 namespace ztv {
 
-// What a command uses besides its arguments.
+// The settings, files and streams of a command.
 struct Surroundings {
     const SettingsStore &settings; // for what the arguments leave out
     QString programFolder;         // of Presets.fil

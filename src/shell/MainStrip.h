@@ -32,7 +32,7 @@ public:
     void Update() { watch_.Update(); }
     void Colour();
 
-    // What became of the wizard's values, which the strip tells.
+    // Returns the outcome of the wizard's writes. The strip shows it.
     WizardOutcome &Wizard() { return wizard_; }
 
 Q_SIGNALS:

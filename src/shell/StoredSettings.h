@@ -4,7 +4,7 @@
 
 namespace ztv {
 
-// What one run stores of its window for the next.
+// Store the place and state of the window for the next run.
 
 // In twips.
 struct WindowPlace {

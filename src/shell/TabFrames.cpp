@@ -25,7 +25,7 @@ constexpr int aboveAndBelowStrip = 2300;
 constexpr int besideFrame = 400;
 constexpr int aboveAndBelowFrame = 800;
 
-// What must remain of them in a form that is smaller than the least one.
+// The least of them, in a form that is smaller than the least one.
 constexpr int leastBesideFrame = 60; // on either side
 constexpr int leastBelowFrame = 75;
 constexpr int leastBelowStrip = 30;

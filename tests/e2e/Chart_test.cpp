@@ -3,7 +3,7 @@
 
 namespace ztv {
 
-// What the Basic tab's chart tells of the sensor's state, on a real line.
+// Tests the sensor's state on the Basic tab's chart, on a real line.
 class ChartTest : public SessionTest {
 protected:
     bool Shows(const char *name) const { return Ui().Get<QWidget>(name).isVisible(); }

@@ -301,7 +301,7 @@ TEST_F(StatusBarTest, AFilesNameIsNeverTakenForMarkup) {
     EXPECT_TRUE(Cell("CellFile").toolTip().contains(QStringLiteral("&lt;b&gt;roll.ztv")));
 }
 
-// What the sensor forgets. --------------------------------------------------------------------------
+// Changes that the sensor forgets. --------------------------------------------------------------------------
 
 TEST_F(StatusBarTest, CountsConfirmedWritesUntilTheSave) {
     StartPolling();

@@ -10,7 +10,7 @@
 
 namespace ztv {
 
-// What the program says beside the boxes of failures, and how it marks the values that weren't taken.
+// Tests the details beside the boxes of failures, and the marks of values that weren't taken.
 class WriteFailureTest : public SessionTest {
 protected:
     static constexpr std::int16_t Far = ParamDefines::FarDistance;

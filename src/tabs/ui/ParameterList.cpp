@@ -26,7 +26,7 @@ constexpr int rowPadding = 6;                                // pixels: an edito
 // The columns keep these widths in a list up to this many times as wide as they are.
 constexpr double looseRoom = 1.5;
 
-// What each column gets of the room beyond.
+// The part of the further room that each column gets.
 constexpr std::array shares = {0.1, 0.5, 0.2, 0.2};
 
 // The width of the list in the smallest window, in pixels. The columns keep their widths there.
