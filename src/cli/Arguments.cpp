@@ -1,23 +1,30 @@
 #include "cli/Arguments.h"
 
 #include "cli/AddressList.h"
+#include "cli/DidYouMean.h"
 #include "cli/Failure.h"
 #include "model/LineTables.h"
 #include "support/ProgramVersion.h"
 
 #include <CLI/CLI.hpp>
+#include <array>
 #include <cstddef>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 namespace ztv {
 
 namespace {
 
-constexpr int longestTimeoutMs = 32'000;
+using Command = Arguments::Command;
 
-const std::vector<std::pair<std::string, ReportFormat>> formats = {
-    {"text", ReportFormat::Text}, {"csv", ReportFormat::Csv}, {"json", ReportFormat::Json}};
+constexpr int longestTimeoutMs = 32'000;
+constexpr int longestPeriodMs = 24 * 60 * 60 * 1000;
+constexpr int highestAddress = 247;
+
+constexpr std::array<std::pair<const char *, ReportFormat>, 3> formats = {
+    {{"text", ReportFormat::Text}, {"csv", ReportFormat::Csv}, {"json", ReportFormat::Json}}};
 
 // As the user typed it, before it is understood.
 struct Typed {
@@ -25,12 +32,183 @@ struct Typed {
     std::string baud;
     std::string parity;
     std::string address;
-    std::string format = "text";
+    std::string format;
+    std::string forTime;
     std::vector<std::string> parameters;
+    std::vector<std::string> files;
 };
+
+struct Options {
+    CLI::App &app;
+    Typed &typed;
+    Arguments &arguments;
+};
+
+void AddParameters(const Options &options) {
+    options.app.add_option("PARAMETER", options.typed.parameters,
+                           "Number, name, or the unique beginning of a name");
+}
+
+void AddRaw(const Options &options) {
+    options.app.add_flag("--raw", options.arguments.raw, "Print raw numbers, without unit and decimal point");
+}
+
+void AddFiles(const Options &options, int least, int most) {
+    options.app
+        .add_option("FILE", options.typed.files,
+                    "Settings file (.ztv); {address} and {serial} stand for the sensor's")
+        ->expected(least, most)
+        ->required();
+}
+
+void AddYes(const Options &options) {
+    options.app.add_flag("--yes", options.arguments.yes, "Go on without asking");
+}
+
+void AddDryRun(const Options &options) {
+    options.app.add_flag("--dry-run", options.arguments.dryRun,
+                         "Write nothing, but print what would be written");
+}
+
+void AddLineSettings(const Options &options) {
+    options.app.add_flag("--line-settings", options.arguments.lineSettings,
+                         "Include the address, baud rate and parity, which are left out otherwise");
+}
+
+void AddPeriod(const Options &options) {
+    options.app
+        .add_option("--every", options.arguments.everyMs,
+                    "Time between two rounds, in milliseconds; 0: as fast as the line allows")
+        ->check(CLI::Range(0, longestPeriodMs));
+    options.app.add_option("--for", options.typed.forTime, "End after this time, such as 90s, 10m, 8h or 7d");
+}
+
+void AddSearch(const Options &options) {
+    options.app.add_option("--from", options.arguments.from, "First address")
+        ->check(CLI::Range(1, highestAddress));
+    options.app.add_option("--to", options.arguments.to, "Last address")
+        ->check(CLI::Range(1, highestAddress));
+    options.app.add_flag("--all-settings", options.arguments.allSettings,
+                         "Search on every baud rate and parity");
+}
+
+struct CommandWords {
+    Command command;
+    const char *name;
+    const char *summary;
+    const char *examples; // two lines
+    void (*add)(const Options &options);
+};
+
+constexpr std::array commands = {
+    CommandWords{Command::Ports, "ports", "Lists the serial devices, those with stable names first",
+                 "  ztv-ctl ports\n  ztv-ctl --format json ports", [](const Options &) {}},
+    CommandWords{Command::Search, "search", "Finds the sensors on a line",
+                 "  ztv-ctl search --from 1 --to 20\n  ztv-ctl --port /dev/ttyUSB0 search --all-settings",
+                 AddSearch},
+    CommandWords{Command::Info, "info", "Says which sensor answers, and its line setting",
+                 "  ztv-ctl info\n  ztv-ctl --address 1-10 --format csv info", [](const Options &) {}},
+    CommandWords{
+        Command::Parameters, "parameters", "Lists the parameters that a sensor has, without a sensor",
+        "  ztv-ctl parameters\n  ztv-ctl --format csv parameters > parameters.csv", [](const Options &) {}},
+    CommandWords{Command::Get, "get", "Prints parameters by number or name; without any, all",
+                 "  ztv-ctl get 28 \"Far Distance\"\n  ztv-ctl --format json get --raw \"actual dist\"",
+                 [](const Options &options) {
+                     AddParameters(options);
+                     AddRaw(options);
+                 }},
+    CommandWords{Command::Set, "set", "Writes parameters, and says what the sensor holds then",
+                 "  ztv-ctl set \"Near Distance=12.5\" 29=360\n  ztv-ctl --address 1-10 set --dry-run \"Max "
+                 "Range=400\"",
+                 [](const Options &options) {
+                     options.app
+                         .add_option("PARAMETER=VALUE", options.typed.parameters,
+                                     "Number or name of a parameter, and its value as it is shown")
+                         ->required();
+                     AddDryRun(options);
+                 }},
+    CommandWords{Command::Save, "save", "Saves the settings of a sensor to a file",
+                 "  ztv-ctl save winder.ztv\n  ztv-ctl --address 1-10 save line-{address}.ztv",
+                 [](const Options &options) {
+                     AddFiles(options, 1, 1);
+                     AddYes(options);
+                     AddDryRun(options);
+                 }},
+    CommandWords{Command::Load, "load", "Writes the settings of a file to a sensor, after asking",
+                 "  ztv-ctl load winder.ztv\n  ztv-ctl --address 1-10 load --yes winder.ztv",
+                 [](const Options &options) {
+                     AddFiles(options, 1, 1);
+                     AddYes(options);
+                     AddDryRun(options);
+                     AddLineSettings(options);
+                 }},
+    CommandWords{Command::Diff, "diff", "Compares a sensor with a file, or two files",
+                 "  ztv-ctl diff winder.ztv\n  ztv-ctl diff before.ztv after.ztv",
+                 [](const Options &options) {
+                     AddFiles(options, 1, 2);
+                     AddLineSettings(options);
+                 }},
+    CommandWords{Command::Store, "store",
+                 "Makes a sensor save its settings, so that it keeps them without power",
+                 "  ztv-ctl store\n  ztv-ctl --address 1-10 store",
+                 [](const Options &options) { AddDryRun(options); }},
+    CommandWords{Command::Reinit, "reinit", "Resets a sensor to its factory settings, after asking",
+                 "  ztv-ctl reinit\n  ztv-ctl --address 3 reinit --yes",
+                 [](const Options &options) {
+                     AddYes(options);
+                     AddDryRun(options);
+                 }},
+    CommandWords{
+        Command::Watch, "watch", "Reads parameters again and again, and prints a row each time",
+        "  ztv-ctl watch \"actual dist\" --every 1000 --for 8h > distance.csv\n  ztv-ctl --format text watch",
+        [](const Options &options) {
+            AddParameters(options);
+            AddRaw(options);
+            AddPeriod(options);
+        }},
+    CommandWords{Command::Flash, "flash", "Replaces the firmware of a sensor, after asking",
+                 "  ztv-ctl flash B70214.hex\n  ztv-ctl --address 3 flash --dry-run B70214.hex",
+                 [](const Options &options) {
+                     options.app.add_option("FILE", options.typed.files, "Firmware (Intel hex)")
+                         ->expected(1)
+                         ->required();
+                     AddYes(options);
+                     AddDryRun(options);
+                 }},
+    CommandWords{Command::Trace, "trace",
+                 "Prints each frame on the line while it reads the sensor again and again",
+                 "  ztv-ctl trace --for 10s\n  ztv-ctl --trace get 28",
+                 [](const Options &options) {
+                     AddParameters(options);
+                     AddPeriod(options);
+                 }},
+    CommandWords{Command::Simulate, "simulate", "Starts a simulated sensor, for a first try without one",
+                 "  ztv-ctl simulate\n  ztv-ctl simulate --address 5 --noise 3",
+                 [](const Options &options) { options.app.prefix_command()->fallthrough(false); }},
+};
+
+QStringList CommandNames() {
+    QStringList names;
+    for (const CommandWords &words : commands) {
+        names.append(QString::fromLatin1(words.name));
+    }
+    return names;
+}
 
 QString Text(const std::string &typed) {
     return QString::fromLocal8Bit(typed.data(), static_cast<qsizetype>(typed.size()));
+}
+
+QStringList Texts(const std::vector<std::string> &typed) {
+    QStringList texts;
+    for (const std::string &text : typed) {
+        texts.append(Text(text));
+    }
+    return texts;
+}
+
+Failure WrongUse(const QString &text) {
+    return {ExitStatus::WrongUse, text};
 }
 
 // Returns the index of the row whose text was typed; none if nothing was typed.
@@ -46,30 +224,36 @@ std::optional<std::int16_t> IndexOf(const std::string &typed, const Table &table
             return static_cast<std::int16_t>(index);
         }
     }
-    throw Failure(ExitStatus::WrongUse, QStringLiteral("\"%1\" is no %2; use one of %3")
-                                            .arg(Text(typed), QString::fromLatin1(what), texts.join(u", ")));
+    throw WrongUse(QStringLiteral("\"%1\" is no %2; use one of %3")
+                       .arg(Text(typed), QString::fromLatin1(what), texts.join(u", ")));
 }
 
-void AddCommonOptions(CLI::App &app, Typed &typed, Arguments &arguments) {
+void AddCommonOptions(const Options &options) {
+    CLI::App &app = options.app;
+    Typed &typed = options.typed;
     app.add_option("--port", typed.port, "Serial device, or the program's number of a port");
     app.add_option("--baud", typed.baud, "2400, 4800, 9600, 19200 or 38400");
     app.add_option("--parity", typed.parity, "N1, N2, E1 or O1");
     app.add_option("--address", typed.address,
                    "Sensors on the line: a number, a list (1,5) or a range (1-10)");
-    app.add_option("--timeout", arguments.timeoutMs, "Time for an answer, in milliseconds")
+    app.add_option("--timeout", options.arguments.timeoutMs, "Time for an answer, in milliseconds")
         ->check(CLI::Range(1, longestTimeoutMs));
     app.add_option("--format", typed.format, "text, csv or json");
-    app.add_flag("--quiet", arguments.quiet, "Print no messages, only results");
+    app.add_flag("--quiet", options.arguments.quiet,
+                 "Print results and failures, but no remarks and no progress");
+    app.add_flag("--trace", options.arguments.trace, "Print each frame on the line, decoded, with its time");
 }
 
-ReportFormat FormatOf(const std::string &typed) {
+std::optional<ReportFormat> FormatOf(const std::string &typed) {
+    if (typed.empty()) {
+        return std::nullopt;
+    }
     for (const auto &[name, format] : formats) {
         if (name == typed) {
             return format;
         }
     }
-    throw Failure(ExitStatus::WrongUse,
-                  QStringLiteral("\"%1\" is no format; use text, csv or json").arg(Text(typed)));
+    throw WrongUse(QStringLiteral("\"%1\" is no format; use text, csv or json").arg(Text(typed)));
 }
 
 void Understand(const Typed &typed, Arguments &arguments) {
@@ -80,9 +264,34 @@ void Understand(const Typed &typed, Arguments &arguments) {
         arguments.addresses = AddressesOf(Text(typed.address));
     }
     arguments.format = FormatOf(typed.format);
-    for (const std::string &parameter : typed.parameters) {
-        arguments.parameters.append(Text(parameter));
+    arguments.forTime = Text(typed.forTime);
+    arguments.parameters = Texts(typed.parameters);
+    arguments.files = Texts(typed.files);
+}
+
+// Says what would be right in the place of a word that is no command and no option.
+Failure NotUnderstood(const CLI::App &app, const QString &word) {
+    QStringList names = CommandNames();
+    QString kind = QStringLiteral("command");
+    if (word.startsWith(u'-') || !app.get_subcommands().empty()) {
+        kind = word.startsWith(u'-') ? QStringLiteral("option") : QStringLiteral("argument");
+        names.clear();
+        for (const CLI::App *level :
+             {&app, app.get_subcommands().empty() ? &app : app.get_subcommands().front()}) {
+            for (const CLI::Option *option : level->get_options()) {
+                names.append(QString::fromStdString(option->get_name()));
+            }
+        }
     }
+    const std::optional<QString> meant = NearestName(word, names);
+    return WrongUse(
+        meant ? QStringLiteral("There is no %1 \"%2\": did you mean \"%3\"?").arg(kind, word, *meant)
+              : QStringLiteral("There is no %1 \"%2\"; \"ztv-ctl --help\" lists commands and options")
+                    .arg(kind, word));
+}
+
+QString SayWhatToDo() {
+    return QStringLiteral("Say what to do: %1").arg(CommandNames().join(u", "));
 }
 
 } // namespace
@@ -93,36 +302,32 @@ std::optional<Arguments> ParseArguments(int argc, const char *const *argv) {
     CLI::App app("Configures ZTV500-100 Zentrova sensors on a serial line.", "ztv-ctl");
     app.set_version_flag("--version", "ztv-ctl " + ProgramVersion().toStdString());
     app.fallthrough(); // common options may follow the command
-    AddCommonOptions(app, typed, arguments);
+    AddCommonOptions({.app = app, .typed = typed, .arguments = arguments});
     app.footer("Examples:\n  ztv-ctl --port /dev/ttyUSB0 get\n  ztv-ctl --address 1-10 --format csv info");
-
-    CLI::App *ports = app.add_subcommand("ports", "Lists the serial devices, those with stable names first");
-    ports->footer("Examples:\n  ztv-ctl ports\n  ztv-ctl --format json ports");
-    CLI::App *info = app.add_subcommand("info", "Says which sensor answers, and its line setting");
-    info->footer("Examples:\n  ztv-ctl info\n  ztv-ctl --address 1-10 --format csv info");
-    CLI::App *get = app.add_subcommand("get", "Prints parameters by number or name; without any, all");
-    get->add_option("PARAMETER", typed.parameters, "Number, name, or the unique beginning of a name");
-    get->add_flag("--raw", arguments.raw, "Print raw numbers, without unit and decimal point");
-    get->footer(
-        "Examples:\n  ztv-ctl get 28 \"Far Distance\"\n  ztv-ctl --format json get --raw \"actual dist\"");
+    for (const CommandWords &words : commands) {
+        CLI::App *command = app.add_subcommand(words.name, words.summary);
+        command->footer(std::string("Examples:\n") + words.examples);
+        words.add({.app = *command, .typed = typed, .arguments = arguments});
+        command->final_callback([&arguments, &words] { arguments.command = words.command; });
+    }
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &wanted) { // help or version
         app.exit(wanted);
         return std::nullopt;
+    } catch (const CLI::ExtrasError &) {
+        throw NotUnderstood(app, Text(app.remaining(true).front()));
     } catch (const CLI::ParseError &error) {
-        throw Failure(ExitStatus::WrongUse,
-                      QString::fromLocal8Bit(error.what()).simplified() +
-                          QStringLiteral("; \"ztv-ctl --help\" lists commands and options"));
+        throw WrongUse(QString::fromLocal8Bit(error.what()).simplified() +
+                       QStringLiteral("; \"ztv-ctl --help\" lists commands and options"));
     }
     if (app.get_subcommands().empty()) {
-        throw Failure(ExitStatus::WrongUse,
-                      QStringLiteral("Say what to do: ports, info or get; \"ztv-ctl --help\" lists all"));
+        throw WrongUse(SayWhatToDo());
     }
-    arguments.command = ports->parsed()  ? Arguments::Command::Ports
-                        : info->parsed() ? Arguments::Command::Info
-                                         : Arguments::Command::Get;
+    if (arguments.command == Command::Simulate) {
+        arguments.simulatorArguments = Texts(app.get_subcommands().front()->remaining());
+    }
     Understand(typed, arguments);
     return arguments;
 }

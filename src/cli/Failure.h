@@ -9,9 +9,9 @@ namespace ztv {
 enum class ExitStatus {
     Done = 0,
     Differs = 1,      // of a comparison
-    WrongUse = 2,     // of options, names or values
+    WrongUse = 2,     // of commands, options or names
     NoConnection = 3, // to the port or the sensor
-    Refused = 4,      // by the sensor or by a check
+    Refused = 4,      // by the sensor, by a check of a value, or by the person who was asked
     File = 5
 };
 

@@ -1,10 +1,9 @@
 #include "cli/ParameterNames.h"
 
+#include "cli/DidYouMean.h"
 #include "cli/Failure.h"
 
 #include <QStringList>
-#include <algorithm>
-#include <numeric>
 #include <optional>
 #include <vector>
 
@@ -14,36 +13,12 @@ namespace {
 
 constexpr std::int16_t firstTag = 1; // 0 is reserved
 
-// Returns the number of letters to insert, delete or replace that make one text the other.
-qsizetype EditDistance(const QString &from, const QString &to) {
-    std::vector<qsizetype> row(static_cast<std::size_t>(to.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (qsizetype i = 1; i <= from.size(); ++i) {
-        qsizetype diagonal = row[0]++;
-        for (qsizetype j = 1; j <= to.size(); ++j) {
-            const auto at = static_cast<std::size_t>(j);
-            const qsizetype replaced = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
-            diagonal = row[at];
-            row[at] = std::min({row[at] + 1, row[at - 1] + 1, replaced});
-        }
-    }
-    return row.back();
-}
-
-// Returns the name that differs least, unless it differs by more than a third of its letters.
 std::optional<QString> ProbablyMeant(const QString &text, const ClassZentrova &zentrova) {
-    constexpr int part = 3;
-    std::optional<QString> nearest;
-    qsizetype least = text.size();
+    QStringList names;
     for (std::int16_t tag = firstTag; tag < zentrova.ParamCount(); ++tag) {
-        const QString name = zentrova.ParamName(tag);
-        const qsizetype distance = EditDistance(text.toLower(), name.toLower());
-        if (distance < least && distance <= name.size() / part) {
-            least = distance;
-            nearest = name;
-        }
+        names.append(zentrova.ParamName(tag));
     }
-    return nearest;
+    return NearestName(text, names);
 }
 
 std::int16_t TagOfNumber(int number, const ClassZentrova &zentrova) {
@@ -85,10 +60,10 @@ std::int16_t TagOf(const QString &text, const ClassZentrova &zentrova) {
         throw Failure(ExitStatus::WrongUse, QStringLiteral("\"%1\" may be %2").arg(text, names.join(u", ")));
     }
     const std::optional<QString> meant = ProbablyMeant(wanted, zentrova);
-    throw Failure(ExitStatus::WrongUse,
-                  meant
-                      ? QStringLiteral("There is no parameter \"%1\": did you mean \"%2\"?").arg(text, *meant)
-                      : QStringLiteral("There is no parameter \"%1\"; \"ztv-ctl get\" lists them").arg(text));
+    throw Failure(
+        ExitStatus::WrongUse,
+        meant ? QStringLiteral("There is no parameter \"%1\": did you mean \"%2\"?").arg(text, *meant)
+              : QStringLiteral("There is no parameter \"%1\"; \"ztv-ctl parameters\" lists them").arg(text));
 }
 
 } // namespace ztv

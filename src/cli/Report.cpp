@@ -1,9 +1,12 @@
 #include "cli/Report.h"
 
+#include "cli/Failure.h"
+
 #include <QByteArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <utility>
 
@@ -19,10 +22,11 @@ QString Quoted(const QString &text) {
 
 } // namespace
 
-Report::Report(ReportFormat format, std::vector<Column> columns, std::FILE *stream)
+Report::Report(ReportFormat format, std::vector<Column> columns, std::FILE *stream, JsonLayout layout)
     : format_(format),
       columns_(std::move(columns)),
-      stream_(stream) {
+      stream_(stream),
+      layout_(layout) {
     if (format_ == ReportFormat::Csv) {
         QStringList keys;
         for (const Column &column : columns_) {
@@ -62,7 +66,11 @@ void Report::Add(const Row &row) {
     }
     switch (format_) {
     case ReportFormat::Json:
-        rows_.append(object);
+        if (layout_ == JsonLayout::Lines) {
+            Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+        } else {
+            rows_.append(object);
+        }
         break;
     case ReportFormat::Csv:
         Print(texts.join(u','));
@@ -74,7 +82,7 @@ void Report::Add(const Row &row) {
 }
 
 void Report::End() {
-    if (format_ == ReportFormat::Json) {
+    if (format_ == ReportFormat::Json && layout_ == JsonLayout::Document) {
         Print(QString::fromUtf8(QJsonDocument(rows_).toJson(QJsonDocument::Indented)).trimmed());
     }
 }
@@ -90,8 +98,16 @@ void Report::PrintTexts(const QStringList &texts) {
 
 void Report::Print(const QString &line) {
     const QByteArray bytes = line.toUtf8() + '\n';
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream_);
-    std::fflush(stream_); // before a message about the next sensor
+    const auto size = static_cast<std::size_t>(bytes.size());
+    const bool isWritten = std::fwrite(bytes.constData(), 1, size, stream_) == size;
+    if (isWritten && std::fflush(stream_) == 0) { // before a message about the next sensor
+        return;
+    }
+    if (errno == EPIPE) {
+        throw ReaderGone();
+    }
+    throw Failure(ExitStatus::File,
+                  QStringLiteral("The results can't be written: %1").arg(qt_error_string(errno)));
 }
 
 Report::Cell CellOf(const QString &text) {

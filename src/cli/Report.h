@@ -5,13 +5,21 @@
 #include <QString>
 #include <QStringList>
 #include <cstdio>
+#include <exception>
 #include <vector>
 
 namespace ztv {
 
 enum class ReportFormat { Text, Csv, Json };
 
-// Prints a command's results to a stream: as text for a person, as CSV (RFC 4180) or as one JSON document.
+// The reader of the results closed its end.
+class ReaderGone : public std::exception {
+public:
+    const char *what() const noexcept override { return "the reader of the results is gone"; }
+};
+
+// Prints a command's results to a stream: as text for a person, as CSV (RFC 4180) or as JSON, which is one
+// document or one a line. Printing throws ReaderGone, or a Failure (file) if the stream takes no more.
 class Report {
 public:
     struct Column {
@@ -25,13 +33,19 @@ public:
     };
     using Row = std::vector<Cell>; // one cell for each column
 
-    Report(ReportFormat format, std::vector<Column> columns, std::FILE *stream = stdout);
+    enum class JsonLayout {
+        Document,
+        Lines // for results that come over time
+    };
+
+    Report(ReportFormat format, std::vector<Column> columns, std::FILE *stream,
+           JsonLayout layout = JsonLayout::Document);
 
     // Prints the columns' names above a text, for columns that don't speak for themselves. CSV always has
     // them.
     void NameColumns();
 
-    // Prints a row at once, but collects JSON's for End.
+    // Prints a row at once, but collects a JSON document's for End.
     void Add(const Row &row);
 
     // Call it once, after the last row.
@@ -44,6 +58,7 @@ private:
     ReportFormat format_;
     std::vector<Column> columns_;
     std::FILE *stream_;
+    JsonLayout layout_;
     QJsonArray rows_;
     bool namesColumns_ = false;
 };

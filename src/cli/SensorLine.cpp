@@ -1,10 +1,12 @@
 #include "cli/SensorLine.h"
 
 #include "cli/Failure.h"
+#include "cli/Interruption.h"
 #include "link/LineCodes.h"
 #include "link/ParameterWord.h"
 #include "link/SerialPorts.h"
 #include "model/CheckedAt.h"
+#include "model/Global.h"
 #include "model/LineTables.h"
 #include "model/ParamDefines.h"
 
@@ -16,9 +18,8 @@ namespace ztv {
 
 namespace {
 
-constexpr auto transaction = LinkTransaction::Poll;
-constexpr std::int32_t periodMs = 1000; // of no consequence: each read runs once
-constexpr int tries = 3;
+constexpr std::int32_t periodMs = 1000; // of no consequence: each transaction runs once
+constexpr int usualTries = 3;
 
 // Reading these few registers takes less time than a second request.
 constexpr int mostUnwanted = 8;
@@ -28,69 +29,141 @@ bool MayHelpToRepeat(LinkStatus status) {
            status == LinkStatus::UnexpectedResponse || status == LinkStatus::MissingBytes;
 }
 
+Failure FailureAt(std::int16_t address, LinkStatus status) {
+    return {status <= LastException ? ExitStatus::Refused : ExitStatus::NoConnection,
+            QStringLiteral("address %1: %2").arg(address).arg(MbaxpErrorDesc(status))};
+}
+
+void ThrowUnlessDone(std::int16_t address, LinkStatus status) {
+    if (status != LinkStatus::NoError) {
+        throw FailureAt(address, status);
+    }
+}
+
+// A lost reply leaves open what the sensor did; anything else is its answer, or the end of the line.
+LinkStatus OutcomeOfWrite(std::int16_t address, LinkStatus status) {
+    if (!MayHelpToRepeat(status)) {
+        ThrowUnlessDone(address, status);
+    }
+    return status;
+}
+
 } // namespace
 
 SensorLine::SensorLine(const Place &place, const ClassZentrova &zentrova)
     : zentrova_(zentrova),
+      place_(place),
       mbaxp_([device = place.device](std::int16_t) { return device; }) {
-    const LineCodes codes = LineCodesOf(place.comm.baud, place.comm.parityStop);
-    const int usual = CheckedAt(BaudTable, place.comm.baud, "ResponseTimeoutByBaud").responseTimeoutMs;
+    Open();
+}
+
+void SensorLine::Open() {
+    const LineCodes codes = LineCodesOf(place_.comm.baud, place_.comm.parityStop);
+    const int usual = CheckedAt(BaudTable, place_.comm.baud, "ResponseTimeoutByBaud").responseTimeoutMs;
     mbaxp_.BaudCode(codes.baud);
     mbaxp_.ParityCode(static_cast<std::int16_t>(codes.parity));
     mbaxp_.StopBitsCode(static_cast<std::int16_t>(codes.stopBits));
     mbaxp_.ResponseTimeout(
-        static_cast<std::int16_t>(place.responseTimeoutMs != 0 ? place.responseTimeoutMs : usual));
+        static_cast<std::int16_t>(place_.responseTimeoutMs != 0 ? place_.responseTimeoutMs : usual));
     if (!mbaxp_.OpenPort()) {
-        const QString advice = SerialPorts::PermissionAdvice(place.device).simplified();
+        const QString advice = SerialPorts::PermissionAdvice(place_.device).simplified();
         throw Failure(ExitStatus::NoConnection,
                       QStringLiteral("%1: %2 %3")
-                          .arg(place.device, MbaxpErrorDesc(mbaxp_.LastError()), advice)
+                          .arg(place_.device, MbaxpErrorDesc(mbaxp_.LastError()), advice)
                           .trimmed());
     }
 }
 
+void SensorLine::SetLine(const CommSettings &comm) {
+    const bool isOpenSo =
+        mbaxp_.PortIsOpen() && place_.comm.baud == comm.baud && place_.comm.parityStop == comm.parityStop;
+    place_.comm = comm;
+    if (!isOpenSo) {
+        mbaxp_.ClosePort();
+        Open();
+    }
+}
+
 SensorLine::Values SensorLine::Read(std::int16_t address, const std::vector<std::int16_t> &tags) {
-    std::vector<std::int16_t> wanted = tags;
-    std::ranges::sort(wanted);
     FindAddressingMode(address);
     Values values;
-    for (std::size_t begin = 0; begin < wanted.size();) {
-        std::size_t end = begin + 1;
-        while (end < wanted.size() && wanted[end] - wanted[end - 1] <= mostUnwanted) {
-            ++end;
-        }
-        ReadSpan(address, wanted[begin], wanted[end - 1], values);
-        begin = end;
+    for (const Span &span : SpansOf(tags)) {
+        ThrowUnlessDone(address, ReadSpan(address, span, usualTries, values));
     }
     return values;
 }
 
+SensorLine::Values SensorLine::ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags) {
+    Values values;
+    for (const Span &span : SpansOf(tags)) {
+        ReadSpan(address, span, 1, values);
+    }
+    return values;
+}
+
+LinkStatus SensorLine::Write(std::int16_t address, std::int16_t tag, std::int32_t raw) {
+    constexpr auto transaction = LinkTransaction::SingleWrite;
+    mbaxp_.DefineWriteRegister(transaction, address, tag - addressingMode_, periodMs);
+    mbaxp_.RegisterValue(transaction, 0, Global::SignedFromUnsigned(raw));
+    return OutcomeOfWrite(address, Run(transaction, ClassZentrova::IsCommand(tag) ? 1 : usualTries));
+}
+
+LinkStatus SensorLine::WriteAll(std::int16_t address, const Values &values) {
+    constexpr auto transaction = LinkTransaction::Download;
+    const std::int16_t count = zentrova_.ParamCount();
+    mbaxp_.DefineWriteRegisters(transaction, address, 1 - addressingMode_, count - 1, periodMs);
+    for (std::int16_t tag = 1; tag < count; ++tag) {
+        const auto found = values.find(tag);
+        const std::int32_t raw = found == values.end() ? 0 : found->second;
+        mbaxp_.RegisterValue(transaction, tag - 1, Global::SignedFromUnsigned(raw));
+    }
+    return OutcomeOfWrite(address, Run(transaction, usualTries));
+}
+
+std::vector<SensorLine::Span> SensorLine::SpansOf(std::vector<std::int16_t> tags) {
+    std::ranges::sort(tags);
+    std::vector<Span> spans;
+    for (const std::int16_t tag : tags) {
+        if (!spans.empty() && tag - spans.back().last <= mostUnwanted) {
+            spans.back().last = tag;
+        } else {
+            spans.push_back({.first = tag, .last = tag});
+        }
+    }
+    return spans;
+}
+
 // Asks each time: another sensor may answer at an address by now.
 void SensorLine::FindAddressingMode(std::int16_t address) {
-    Run(address, ParamDefines::AddressingMark, 1);
-    addressingMode_ = mbaxp_.RegisterValue(transaction, 0) == ParamDefines::NumberedLikeParameters ? 0 : 1;
+    ThrowUnlessDone(address, RunRead(address, ParamDefines::AddressingMark, 1, usualTries));
+    const std::int16_t mark = mbaxp_.RegisterValue(LinkTransaction::Poll, 0);
+    addressingMode_ = mark == ParamDefines::NumberedLikeParameters ? 0 : 1;
 }
 
-void SensorLine::ReadSpan(std::int16_t address, std::int16_t first, std::int16_t last, Values &values) {
-    Run(address, first - addressingMode_, last - first + 1);
-    for (std::int16_t tag = first; tag <= last; ++tag) {
-        values[tag] = ValueOfWord(zentrova_, tag, mbaxp_.RegisterValue(transaction, tag - first));
+LinkStatus SensorLine::ReadSpan(std::int16_t address, const Span &span, int tries, Values &values) {
+    const LinkStatus status =
+        RunRead(address, span.first - addressingMode_, span.last - span.first + 1, tries);
+    for (std::int16_t tag = span.first; status == LinkStatus::NoError && tag <= span.last; ++tag) {
+        values[tag] =
+            ValueOfWord(zentrova_, tag, mbaxp_.RegisterValue(LinkTransaction::Poll, tag - span.first));
     }
+    return status;
 }
 
-void SensorLine::Run(std::int16_t address, std::int32_t start, std::int32_t quantity) {
-    mbaxp_.DefineReadRegisters(transaction, address, start, quantity, periodMs);
-    LinkStatus status = RunOnce();
+LinkStatus SensorLine::RunRead(std::int16_t address, std::int32_t start, std::int32_t quantity, int tries) {
+    mbaxp_.DefineReadRegisters(LinkTransaction::Poll, address, start, quantity, periodMs);
+    return Run(LinkTransaction::Poll, tries);
+}
+
+LinkStatus SensorLine::Run(LinkTransaction transaction, int tries) {
+    LinkStatus status = RunOnce(transaction);
     for (int count = 1; count < tries && MayHelpToRepeat(status); ++count) {
-        status = RunOnce();
+        status = RunOnce(transaction);
     }
-    if (status != LinkStatus::NoError) {
-        throw Failure(status <= LastException ? ExitStatus::Refused : ExitStatus::NoConnection,
-                      QStringLiteral("address %1: %2").arg(address).arg(MbaxpErrorDesc(status)));
-    }
+    return status;
 }
 
-LinkStatus SensorLine::RunOnce() {
+LinkStatus SensorLine::RunOnce(LinkTransaction transaction) {
     QEventLoop loop;
     LinkStatus result = LinkStatus::NoError;
     connect(&mbaxp_, &Mbaxp::TransactionDone, &loop, &QEventLoop::quit);
@@ -98,11 +171,19 @@ LinkStatus SensorLine::RunOnce() {
         result = status;
         loop.quit();
     });
+    const bool reads = transaction == LinkTransaction::Poll;
+    if (const Interruption *interruption = Interruption::Present(); interruption != nullptr && reads) {
+        connect(interruption, &Interruption::Wanted, &loop, &QEventLoop::quit);
+    }
+    ThrowIfInterrupted();
     mbaxp_.TriggerOnce(transaction);
     if (!mbaxp_.TransactionBusy(transaction)) {
         return mbaxp_.LastError(); // refused, so that no event comes
     }
     loop.exec();
+    if (reads) { // the outcome of a write is the caller's to report
+        ThrowIfInterrupted();
+    }
     return result;
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "link/CommSettings.h"
+#include "link/LineTap.h"
 #include "link/LinkStatus.h"
+#include "link/LinkTransaction.h"
 #include "link/Mbaxp.h"
 #include "model/ClassZentrova.h"
 
@@ -14,7 +16,7 @@
 namespace ztv {
 
 // The serial line of a command, and the sensors on it. Each call waits for the line and turns the event loop
-// meanwhile. It throws a Failure that names the address and the reason.
+// meanwhile. It throws a Failure that names the address and the reason, and Interrupted when a signal comes.
 class SensorLine : public QObject {
     Q_OBJECT
 
@@ -29,19 +31,44 @@ public:
     // Opens the port. `zentrova` describes the parameters. REQUIRES: `zentrova` outlives this.
     SensorLine(const Place &place, const ClassZentrova &zentrova);
 
+    // Sets the line's baud rate and parity, and opens the port again if they are others than before.
+    void SetLine(const CommSettings &comm);
+
     // Reads the parameters from the sensor at `address`. A lost or damaged reply is asked for again, twice.
     Values Read(std::int16_t address, const std::vector<std::int16_t> &tags);
 
     // Returns how the sensor that was read last numbers its registers: 0 or 1.
     int AddressingMode() const { return addressingMode_; }
 
+    // As Read, once, in the addressing mode that was found last. Leaves out what got no good reply.
+    Values ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags);
+
+    // Writes a parameter, or the whole table, of the sensor that was read last. Returns NoError when the
+    // sensor has confirmed that. Otherwise returns the last status: the sensor may have taken the values or
+    // not. Throws when it refuses them. Repeats the request as Read does, but not that of a command, which
+    // acts each time.
+    LinkStatus Write(std::int16_t address, std::int16_t tag, std::int32_t raw);
+    LinkStatus WriteAll(std::int16_t address,
+                        const Values &values); // a row that isn't among them is sent as 0
+
+    LineTap &Tap() { return mbaxp_.Tap(); }
+
 private:
+    struct Span {
+        std::int16_t first;
+        std::int16_t last;
+    };
+
+    void Open();
+    static std::vector<Span> SpansOf(std::vector<std::int16_t> tags);
     void FindAddressingMode(std::int16_t address);
-    void ReadSpan(std::int16_t address, std::int16_t first, std::int16_t last, Values &values);
-    void Run(std::int16_t address, std::int32_t start, std::int32_t quantity);
-    LinkStatus RunOnce();
+    LinkStatus ReadSpan(std::int16_t address, const Span &span, int tries, Values &values);
+    LinkStatus RunRead(std::int16_t address, std::int32_t start, std::int32_t quantity, int tries);
+    LinkStatus Run(LinkTransaction transaction, int tries);
+    LinkStatus RunOnce(LinkTransaction transaction);
 
     const ClassZentrova &zentrova_;
+    Place place_;
     Mbaxp mbaxp_;
     int addressingMode_ = 0;
 };

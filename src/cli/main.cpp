@@ -1,29 +1,43 @@
 #include "cli/Commands.h"
+#include "cli/Interruption.h"
 #include "support/ApplicationTitle.h"
 #include "support/Fault.h"
 #include "support/ProgramFolder.h"
 
 #include <QCoreApplication>
+#include <csignal>
+#include <cstdio>
 
 namespace ztv {
 
 namespace {
 
+constexpr int endedBySignal = 128; // a shell's own convention; the signal's number is added
+
 ExitStatus Run(const Arguments &arguments) {
     const SettingsStore settings(ApplicationTitle());
-    return RunCommand(arguments, {.settings = settings, .programFolder = ProgramFolder()});
+    return RunCommand(
+        arguments, {.settings = settings, .programFolder = ProgramFolder(), .console = Console::OfProcess()});
 }
 
-ExitStatus RunProgram(int argc, char *argv[]) {
+int RunProgram(int argc, char *argv[]) {
+    Console console(Console::OfProcess(), false);
     try {
         const std::optional<Arguments> arguments = ParseArguments(argc, argv);
-        return arguments ? Run(*arguments) : ExitStatus::Done;
+        return static_cast<int>(arguments ? Run(*arguments) : ExitStatus::Done);
     } catch (const Failure &failure) {
-        PrintMessage(stderr, failure.Text());
-        return failure.Status();
+        console.Fail(failure.Text());
+        return static_cast<int>(failure.Status());
     } catch (const Fault &fault) { // of the presets or a setting
-        PrintMessage(stderr, fault.Description().simplified());
-        return ExitStatus::File;
+        console.Fail(fault.Description().simplified());
+        return static_cast<int>(ExitStatus::File);
+    } catch (const Interrupted &) {
+        return endedBySignal + Interruption::Signal();
+    } catch (const ReaderGone &) {
+        // Ends as any program does whose reader is gone.
+        std::signal(SIGPIPE, SIG_DFL);
+        std::raise(SIGPIPE);
+        return endedBySignal + SIGPIPE;
     }
 }
 
@@ -33,5 +47,7 @@ ExitStatus RunProgram(int argc, char *argv[]) {
 
 int main(int argc, char *argv[]) {
     const QCoreApplication application(argc, argv);
-    return static_cast<int>(ztv::RunProgram(argc, argv));
+    std::signal(SIGPIPE, SIG_IGN); // a reader that goes must not end a transfer to the sensor
+    const ztv::Interruption interruption;
+    return ztv::RunProgram(argc, argv);
 }

@@ -49,9 +49,9 @@ TEST_F(ParameterNamesTest, AreGuessedFromASlip) {
 }
 
 TEST_F(ParameterNamesTest, AreNotGuessedFromNothingLikeThem) {
-    ExpectFailure("zzz", "There is no parameter \"zzz\"; \"ztv-ctl get\" lists them");
-    ExpectFailure("", "There is no parameter \"\"; \"ztv-ctl get\" lists them");
-    ExpectFailure("%1 %2", "There is no parameter \"%1 %2\"; \"ztv-ctl get\" lists them");
+    ExpectFailure("zzz", "There is no parameter \"zzz\"; \"ztv-ctl parameters\" lists them");
+    ExpectFailure("", "There is no parameter \"\"; \"ztv-ctl parameters\" lists them");
+    ExpectFailure("%1 %2", "There is no parameter \"%1 %2\"; \"ztv-ctl parameters\" lists them");
 }
 
 TEST_F(ParameterNamesTest, HaveNumbersThatExist) {

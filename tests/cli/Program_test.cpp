@@ -1,49 +1,7 @@
-#include "cli/Failure.h"
-#include "sim/SimulatedSensor.h"
 #include "support/ProgramVersion.h"
-#include "tests/helpers/TestPresets.h"
-#include "tests/helpers/Wait.h"
-
-#include <QProcess>
-#include <QStringList>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
-#include <optional>
-#include <string>
+#include "tests/cli/CtlProgramTest.h"
 
 namespace ztv {
-
-// The program as a shell runs it.
-class CtlProgramTest : public testing::Test {
-protected:
-    void SetUp() override {
-        sim::SensorOptions options;
-        options.presets = ShippedPresetsFolder() + QStringLiteral("/Presets.fil");
-        sensor_.emplace(options);
-        ASSERT_EQ(sensor_->Start(), QString());
-    }
-
-    // Runs a line of shell, in which "$ctl" is the program with the sensor's port.
-    int Shell(const char *line) {
-        QProcess shell;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), folder_.path());
-        environment.insert(QStringLiteral("ctl"),
-                           QStringLiteral(ZTV_BIN_DIR "/ztv-ctl --port ") + sensor_->Path());
-        shell.setProcessEnvironment(environment);
-        shell.start(QStringLiteral("bash"), {QStringLiteral("-c"), QString::fromLatin1(line)});
-        EXPECT_TRUE(
-            WaitUntil([&] { return shell.state() == QProcess::NotRunning; })); // the sensor needs this loop
-        results_ = shell.readAllStandardOutput().toStdString();
-        messages_ = shell.readAllStandardError().toStdString();
-        return shell.exitCode();
-    }
-
-    std::optional<sim::SimulatedSensor> sensor_;
-    QTemporaryDir folder_;
-    std::string results_;
-    std::string messages_;
-};
 
 TEST_F(CtlProgramTest, PrintsResultsAndMessagesApart) {
     EXPECT_EQ(Shell("$ctl --address 1,2 get 28"), static_cast<int>(ExitStatus::NoConnection));
@@ -68,7 +26,8 @@ TEST_F(CtlProgramTest, EndsQuietlyWhenItsReaderIsGone) {
 TEST_F(CtlProgramTest, PrintsItsVersionAndTheHelpOfEachCommand) {
     EXPECT_EQ(Shell("$ctl --version"), 0);
     EXPECT_EQ(results_, "ztv-ctl " + ProgramVersion().toStdString() + "\n");
-    for (const char *command : {"ports", "info", "get"}) {
+    for (const char *command : {"ports", "search", "info", "parameters", "get", "set", "save", "load", "diff",
+                                "store", "reinit", "watch", "flash", "trace", "simulate"}) {
         EXPECT_EQ(Shell(("$ctl " + std::string(command) + " --help").c_str()), 0);
         EXPECT_NE(results_.find("Examples:\n  ztv-ctl "), std::string::npos) << command;
     }

@@ -1,0 +1,102 @@
+#include "cli/CommandRun.h"
+
+#include "cli/Interruption.h"
+#include "cli/ParameterNames.h"
+#include "link/SerialPorts.h"
+#include "link/StoredComm.h"
+
+#include <numeric>
+
+namespace ztv {
+
+namespace {
+
+constexpr qsizetype addressWidth = 3;
+
+CommSettings CommOf(const Arguments &arguments, const SettingsStore &settings) {
+    CommSettings comm = ReadCommSettings(settings);
+    comm.baud = arguments.baud.value_or(comm.baud);
+    comm.parityStop = arguments.parityStop.value_or(comm.parityStop);
+    return comm;
+}
+
+QString DeviceOf(const Arguments &arguments, const SettingsStore &settings, const CommSettings &comm) {
+    if (arguments.port.isEmpty()) {
+        return SerialPorts::DeviceOfPort(settings, comm.port);
+    }
+    bool isNumber = false;
+    const int number = arguments.port.toInt(&isNumber);
+    if (!isNumber) {
+        return arguments.port;
+    }
+    constexpr int highestPort = 255;
+    if (number < 1 || number > highestPort) {
+        throw Failure(ExitStatus::WrongUse,
+                      QStringLiteral("There is no port %1; they are 1 to %2").arg(number).arg(highestPort));
+    }
+    return SerialPorts::DeviceOfPort(settings, static_cast<std::int16_t>(number));
+}
+
+} // namespace
+
+CommandRun::CommandRun(const Arguments &arguments, const Surroundings &around)
+    : arguments_(arguments),
+      around_(around),
+      console_(around.console, arguments.quiet),
+      zentrova_(around.programFolder),
+      comm_(CommOf(arguments, around.settings)),
+      device_(DeviceOf(arguments, around.settings, comm_)),
+      addresses_(arguments.addresses.empty() ? std::vector{comm_.address} : arguments.addresses),
+      tracer_(zentrova_,
+              arguments.command == Arguments::Command::Trace ? around.results : around.console.messages) {}
+
+Report::Column CommandRun::AddressColumn() const {
+    return {.key = QStringLiteral("address"), .width = addressWidth, .isForText = addresses_.size() > 1};
+}
+
+std::vector<std::int16_t> CommandRun::WantedTags(const std::vector<std::int16_t> &otherwise) const {
+    std::vector<std::int16_t> tags;
+    for (const QString &name : arguments_.parameters) {
+        tags.push_back(TagOf(name, zentrova_));
+    }
+    return tags.empty() ? otherwise : tags;
+}
+
+std::vector<std::int16_t> CommandRun::AllTags() const {
+    std::vector<std::int16_t> tags(static_cast<std::size_t>(zentrova_.ParamCount()) - 1);
+    std::iota(tags.begin(), tags.end(), std::int16_t{1});
+    return tags;
+}
+
+void CommandRun::Watch(LineTap &tap) {
+    if (arguments_.trace) {
+        tracer_.Watch(tap);
+    }
+}
+
+std::unique_ptr<SensorLine> CommandRun::OpenLine() {
+    auto line = std::make_unique<SensorLine>(
+        SensorLine::Place{.device = device_, .comm = comm_, .responseTimeoutMs = arguments_.timeoutMs},
+        zentrova_);
+    Watch(line->Tap());
+    return line;
+}
+
+ExitStatus
+CommandRun::ForEachSensor(const std::function<void(SensorLine &line, std::int16_t address)> &work) {
+    const std::unique_ptr<SensorLine> line = OpenLine();
+    ExitStatus status = ExitStatus::Done;
+    for (const std::int16_t address : addresses_) {
+        try {
+            line->SetLine(comm_); // the work for an earlier sensor may have changed it
+            work(*line, address);
+        } catch (const Failure &failure) {
+            status = status == ExitStatus::Done ? failure.Status() : status;
+            console_.Fail(failure.Text());
+        }
+        ThrowIfInterrupted();
+    }
+    return status;
+}
+
+} // namespace ztv

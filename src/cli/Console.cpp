@@ -1,0 +1,73 @@
+#include "cli/Console.h"
+
+#include <QByteArray>
+#include <unistd.h>
+
+namespace ztv {
+
+namespace {
+
+bool IsTerminal(std::FILE *stream) {
+    return isatty(fileno(stream)) != 0;
+}
+
+bool IsYes(const QByteArray &answer) {
+    const QByteArray letters = answer.trimmed().toLower();
+    return letters == "y" || letters == "yes";
+}
+
+} // namespace
+
+Console::Streams Console::OfProcess() {
+    return {.someoneAnswers = IsTerminal(stdin), .someoneReads = IsTerminal(stderr)};
+}
+
+void Console::Fail(const QString &text) {
+    Print(text);
+}
+
+void Console::Remark(const QString &text) {
+    if (!quiet_) {
+        Print(text);
+    }
+}
+
+void Console::Progress(const QString &text) {
+    if (quiet_ || !streams_.someoneReads) {
+        return;
+    }
+    std::fputs(('\r' + text.leftJustified(shown_).toUtf8()).constData(), streams_.messages);
+    std::fflush(streams_.messages);
+    shown_ = text.size();
+}
+
+void Console::EndProgress() {
+    if (shown_ > 0) {
+        std::fputs(('\r' + QByteArray(shown_, ' ') + '\r').constData(), streams_.messages);
+        std::fflush(streams_.messages);
+        shown_ = 0;
+    }
+}
+
+void Console::AskToGoOn(const QString &question) {
+    if (!streams_.someoneAnswers) {
+        throw Failure(ExitStatus::WrongUse,
+                      question + QStringLiteral(" Nobody can answer here; give --yes to go on"));
+    }
+    EndProgress();
+    std::fputs((question.toUtf8() + " [y/N] ").constData(), streams_.messages);
+    std::fflush(streams_.messages);
+    constexpr int longestAnswer = 100;
+    QByteArray answer(longestAnswer, '\0');
+    if (std::fgets(answer.data(), longestAnswer, streams_.input) == nullptr || !IsYes(answer.constData())) {
+        throw Failure(ExitStatus::Refused, QStringLiteral("Nothing was written"));
+    }
+}
+
+void Console::Print(const QString &line) {
+    EndProgress();
+    std::fputs(("ztv-ctl: " + line.toUtf8() + '\n').constData(), streams_.messages);
+    std::fflush(streams_.messages);
+}
+
+} // namespace ztv

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "cli/Commands.h"
+#include "sim/SimulatedSensor.h"
+#include "tests/helpers/TestPresets.h"
+
+#include <QTemporaryDir>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace ztv {
+
+// The commands against simulated sensors and a foreign slave, each on a pseudo terminal.
+class CommandsTest : public testing::Test {
+protected:
+    CommandsTest() : previous_(qgetenv("XDG_CONFIG_HOME")) {
+        qputenv("XDG_CONFIG_HOME", folder_.path().toLocal8Bit());
+    }
+    ~CommandsTest() override {
+        qputenv("XDG_CONFIG_HOME", previous_);
+        std::fclose(results_);
+        std::fclose(messages_);
+    }
+
+    sim::SimulatedSensor &StartSensor(const sim::SensorOptions &given = {}) {
+        sim::SensorOptions options = given;
+        options.presets = ShippedPresetsFolder() + QStringLiteral("/Presets.fil");
+        sensors_.push_back(std::make_unique<sim::SimulatedSensor>(options));
+        EXPECT_EQ(sensors_.back()->Start(), QString());
+        device_ = sensors_.back()->Path();
+        return *sensors_.back();
+    }
+
+    // Runs a command line, with the line's device as the port.
+    ExitStatus Ctl(std::vector<const char *> words) {
+        const QByteArray device = device_.toLocal8Bit();
+        words.insert(words.begin(), {"ztv-ctl", "--port", device.constData()});
+        try {
+            const auto arguments = ParseArguments(static_cast<int>(words.size()), words.data());
+            const SettingsStore settings(QStringLiteral("ZTV Link"));
+            return RunCommand(arguments.value(), {.settings = settings,
+                                                  .programFolder = ShippedPresetsFolder(),
+                                                  .results = results_,
+                                                  .console = {.messages = messages_}});
+        } catch (const Failure &failure) {
+            Console({.messages = messages_}, false).Fail(failure.Text());
+            return failure.Status();
+        }
+    }
+
+    std::string Results() { return Taken(results_); }
+    std::string Messages() { return Taken(messages_); }
+
+    std::vector<std::unique_ptr<sim::SimulatedSensor>> sensors_;
+    QString device_;
+
+private:
+    // Returns what was printed since the last call.
+    static std::string Taken(std::FILE *file) {
+        std::rewind(file);
+        std::string bytes;
+        for (int letter = std::fgetc(file); letter != EOF; letter = std::fgetc(file)) {
+            bytes += static_cast<char>(letter);
+        }
+        EXPECT_EQ(ftruncate(fileno(file), 0), 0);
+        std::rewind(file);
+        return bytes;
+    }
+
+    QTemporaryDir folder_;
+    QByteArray previous_;
+    std::FILE *results_ = std::tmpfile();
+    std::FILE *messages_ = std::tmpfile();
+};
+
+} // namespace ztv
