@@ -73,6 +73,9 @@ UpgradeOutcome OneButtonUpgrade::Upgrade(const QString &firmwareFile) {
     if (console_.OpenHexFile(firmwareFile) != UpgradeConsole::HexFileOutcome::Good) {
         return UpgradeOutcome::BadFirmware;
     }
+    if (stopIsWanted_()) {
+        return UpgradeOutcome::Aborted;
+    }
     if (const Failure failure = ReplaceProgram()) {
         return *failure;
     }
@@ -131,6 +134,9 @@ OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmw
     if (console_.PortWasOpened() && firmwareIsBad()) {
         return UpgradeOutcome::BadFirmware;
     }
+    if (stopIsWanted_()) {
+        return UpgradeOutcome::Aborted;
+    }
     console_.SetStatus(QStringLiteral("Placing in boot mode..."));
     link_.ReadOnConnect(); // an earlier connect may have left a download pending
     link_.GoOnline(ConnectPrompt::Skip);
@@ -138,8 +144,12 @@ OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmw
     if (!console_.PortWasOpened() && link_.PortIsOpen() && firmwareIsBad()) {
         return UpgradeOutcome::BadFirmware;
     }
-    if (!WaitWhile([this] { return !link_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); })) {
+    const auto isPolled = [this] { return link_.Mbaxp1().TransactionBusy(LinkTransaction::Poll); };
+    if (!WaitWhile([&] { return !isPolled() && !stopIsWanted_(); })) {
         return UpgradeOutcome::NotPolled;
+    }
+    if (stopIsWanted_()) {
+        return UpgradeOutcome::Aborted;
     }
     // Only a changed value is sent to the sensor, so the table must not contain the command already.
     zentrova_.ParamValue(ParamDefines::ReinitCommand, ParamDefines::NoCommand);
@@ -147,7 +157,8 @@ OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmw
     if (!WaitWhile([this] { return zentrova_.WritesWait() || link_.WriteIsUnderWay(); })) {
         return UpgradeOutcome::CommandUnanswered;
     }
-    if (!WaitWhile([this] { return link_.PortIsOpen(); })) {
+    WaitWhile([this] { return link_.PortIsOpen() && !stopIsWanted_(); });
+    if (link_.PortIsOpen()) {
         return UpgradeOutcome::PortNotReleased;
     }
     // Clears the confirmed command: a file or a download would carry it to the next sensor. Not as the user's

@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <functional>
 #include <optional>
+#include <utility>
 
 namespace ztv {
 
@@ -44,6 +45,10 @@ public:
     // True when the present or last run put a running sensor into its boot loader.
     bool SensorWasRunning() const { return sensorWasRunning_; }
 
+    // Has a run end as aborted before its next step that changes the sensor once `wanted` returns true. The
+    // command that starts the boot loader is settled first, and a program that is written whole is started.
+    void StopWhen(std::function<bool()> wanted) { stopIsWanted_ = std::move(wanted); }
+
     // Runs the whole upgrade, a minute or more, and processes events meanwhile. The port of the boot link
     // stays open. Fault when an image can't be opened or created.
     UpgradeOutcome Run(const QString &firmwareFile);
@@ -68,6 +73,7 @@ private:
     LinkSession &link_;
     ClassZentrova &zentrova_;
     QTimer *timerTimeout_;
+    std::function<bool()> stopIsWanted_ = [] { return false; };
     bool running_ = false;
     bool sensorWasRunning_ = false;
 };
