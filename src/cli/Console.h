@@ -31,6 +31,9 @@ public:
     void Fail(const QString &text);
     void Remark(const QString &text);
 
+    // Returns whether someone sees the progress.
+    bool ShowsProgress() const { return streams_.someoneReads; }
+
     // Replaces the line of progress. Prints nothing where no one reads.
     void Progress(const QString &text);
     void EndProgress();
