@@ -1,9 +1,66 @@
 #include "cli/Commands.h"
 
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <csignal>
+#include <vector>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
 namespace ztv {
 
-ExitStatus Simulate(CommandRun &) {
-    throw Failure(ExitStatus::WrongUse, QStringLiteral("not there yet"));
+namespace {
+
+const QString simulator = QStringLiteral("ztv-sim");
+
+QString PathOfSimulator() {
+    const QString beside =
+        QStandardPaths::findExecutable(simulator, {QCoreApplication::applicationDirPath()});
+    return beside.isEmpty() ? QStandardPaths::findExecutable(simulator) : beside;
+}
+
+#ifdef Q_OS_UNIX
+
+// Makes the process the simulator, so that signals, streams and the status are its own. Returns only if that
+// fails.
+void Become(const QString &path, const QStringList &arguments) {
+    std::vector<QByteArray> words = {QFile::encodeName(path)};
+    for (const QString &argument : arguments) {
+        words.push_back(argument.toLocal8Bit());
+    }
+    std::vector<char *> pointers;
+    for (QByteArray &word : words) {
+        pointers.push_back(word.data());
+    }
+    pointers.push_back(nullptr);
+    const auto previous = std::signal(SIGPIPE, SIG_DFL); // an ignored signal would stay so
+    execv(pointers.front(), pointers.data());
+    std::signal(SIGPIPE, previous);
+}
+
+#endif
+
+} // namespace
+
+ExitStatus Simulate(CommandRun &run) {
+    const QString path = PathOfSimulator();
+    if (path.isEmpty()) {
+        throw Failure(ExitStatus::File,
+                      QStringLiteral("There is no ztv-sim beside ztv-ctl, nor in the folders of PATH"));
+    }
+    run.Person().Remark(QStringLiteral(
+        "In another terminal, put the device that follows \"port\" after --port: ztv-ctl --port DEVICE get"));
+#ifdef Q_OS_UNIX
+    Become(path, run.Given().simulatorArguments);
+    throw Failure(ExitStatus::File, QStringLiteral("%1 can't be started: %2").arg(path, qt_error_string()));
+#else
+    return static_cast<ExitStatus>(QProcess::execute(path, run.Given().simulatorArguments));
+#endif
 }
 
 } // namespace ztv
