@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+
+namespace ztv {
+
+// The part of a firmware file that goes to a sensor.
+struct FirmwarePlan {
+    QString file;            // with its whole path
+    int lines = 0;           // of 16 bytes, as they are written
+    std::uint32_t first = 0; // the lowest address
+    std::uint32_t last = 0;  // of the last byte
+};
+
+// Checks the file. Throws a Failure (file) that says what is wrong with it.
+FirmwarePlan PlanOf(const QString &file);
+
+} // namespace ztv
