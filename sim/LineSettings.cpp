@@ -21,6 +21,10 @@ int LineSettings::BitsPerSecond() const {
     return bitRates.at(static_cast<std::size_t>(baud));
 }
 
+QString LineSettings::ParityText() const {
+    return QString::fromLatin1(parities.at(static_cast<std::size_t>(parity)));
+}
+
 double LineSettings::CharacterMs() const {
     return (parity == n1 ? 10.0 : 11.0) * 1000.0 / BitsPerSecond();
 }

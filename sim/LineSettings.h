@@ -17,6 +17,7 @@ struct LineSettings {
     int addressing = 1;
 
     int BitsPerSecond() const;
+    QString ParityText() const; // "N2"
     double CharacterMs() const;
     // The time of a character of the boot loader, which has no parity and one stop bit.
     double BootCharacterMs() const;

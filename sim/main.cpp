@@ -22,6 +22,16 @@ void Print(std::FILE *stream, const QString &text) {
     std::fflush(stream);
 }
 
+// For a person, who wants to paste it. A program reads the first line only.
+QString HowToReach(const sim::SimulatedSensor &sensor) {
+    const sim::LineSettings &line = sensor.Line();
+    return QStringLiteral("try: ztv-ctl --port %1 --address %2 --baud %3 --parity %4 get\n")
+        .arg(sensor.Path())
+        .arg(line.address)
+        .arg(line.BitsPerSecond())
+        .arg(line.ParityText());
+}
+
 int MakeFirmware(const QString &fileName) {
     const QString error = sim::WriteWholeFile(
         fileName, sim::HexFile(sim::DeviceMemory::applicationStart,
@@ -64,6 +74,9 @@ int main(int argc, char *argv[]) {
         return failed;
     }
     Print(stdout, QStringLiteral("port %1\n").arg(sensor.Path()));
+    if (isatty(STDOUT_FILENO) != 0) {
+        Print(stdout, HowToReach(sensor));
+    }
 
     const sim::LineReader commands(STDIN_FILENO, [&sensor](const QByteArray &bytes) {
         const QString line = QString::fromUtf8(bytes).trimmed();
