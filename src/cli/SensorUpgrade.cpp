@@ -157,7 +157,7 @@ void SensorUpgrade::StartStep(const QString &name) {
     step_ = name;
     stepTime_.start();
     if (run_.Person().ShowsProgress()) {
-        run_.Person().Progress(prefix_ + name);
+        Show(prefix_ + name);
     } else {
         run_.Person().Remark(prefix_ + name);
     }
@@ -170,7 +170,15 @@ void SensorUpgrade::Advance(double done) {
     if (!left.isEmpty()) {
         text += QStringLiteral(", ") + left;
     }
-    run_.Person().Progress(text);
+    Show(text);
+}
+
+// A terminal needn't print the same again for each block.
+void SensorUpgrade::Show(const QString &progress) {
+    if (progress != shown_) {
+        shown_ = progress;
+        run_.Person().Progress(progress);
+    }
 }
 
 } // namespace ztv

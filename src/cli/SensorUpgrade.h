@@ -57,6 +57,7 @@ private:
     void OnWritten(const ImageWritten &image);
     void StartStep(const QString &name);
     void Advance(double done);
+    void Show(const QString &progress);
 
     CommandRun &run_;
     bool isRunning_;
@@ -71,6 +72,7 @@ private:
     bool isUnconfirmed_ = false; // that command
     QString step_;
     QElapsedTimer stepTime_;
+    QString shown_;
 };
 
 } // namespace ztv

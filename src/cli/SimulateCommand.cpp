@@ -54,7 +54,8 @@ ExitStatus Simulate(CommandRun &run) {
                       QStringLiteral("There is no ztv-sim beside ztv-ctl, nor in the folders of PATH"));
     }
     run.Person().Remark(QStringLiteral(
-        "In another terminal, put the device that follows \"port\" after --port: ztv-ctl --port DEVICE get"));
+        "In another terminal, give the device that follows \"port\" here to ztv-ctl, such as "
+        "ztv-ctl --port /dev/pts/3 get. Type help for what the sensor can do, quit to end it"));
 #ifdef Q_OS_UNIX
     Become(path, run.Given().simulatorArguments);
     throw Failure(ExitStatus::File, QStringLiteral("%1 can't be started: %2").arg(path, qt_error_string()));

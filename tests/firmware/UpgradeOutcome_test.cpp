@@ -195,6 +195,19 @@ TEST_F(UpgradeOutcomeTest, AnUpgradeSaysThatItIsDone) {
     EXPECT_EQ(word_, QStringLiteral("Run mode is set..."));
 }
 
+TEST_F(UpgradeOutcomeTest, AnUpgradeStopsBeforeItChangesTheSensor) {
+    Make("firmware.hex", goodHexFile);
+    upgrade_.StopWhen([] { return true; });
+    EXPECT_EQ(Upgrade(), UpgradeOutcome::Aborted);
+    EXPECT_EQ(boot_.Erases(), 0);
+    loader_.answers = false; // a sensor that runs gets no command
+    EXPECT_EQ(Upgrade(), UpgradeOutcome::Aborted);
+    EXPECT_EQ(word_, QStringLiteral("Not connected..."));
+    upgrade_.StopWhen([] { return false; });
+    loader_.answers = true;
+    EXPECT_EQ(Upgrade(), UpgradeOutcome::Upgraded);
+}
+
 TEST_F(UpgradeOutcomeTest, AnUpgradeSaysThatItsFileIsBad) {
     EXPECT_EQ(Upgrade(), UpgradeOutcome::BadFirmware);
     Make("firmware.hex", "hello\r\n");

@@ -1,0 +1,625 @@
+#include "sim/BootLoader.h"
+#include "sim/DeviceMemory.h"
+#include "sim/FirmwareImage.h"
+#include "tests/cli/StartedCtl.h"
+#include "tests/helpers/SharedLine.h"
+#include "tests/helpers/TestPresets.h"
+#include "tests/helpers/Wait.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <csignal>
+#include <functional>
+#include <gtest/gtest.h>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ztv {
+
+namespace {
+
+using sim::BootFault;
+using sim::DeviceMemory;
+using testing::Test;
+
+constexpr int smallApplication = 0x400;
+constexpr int firstVersion = 214;
+constexpr int erasures = DeviceMemory::applicationSize / DeviceMemory::eraseBlock;
+constexpr int beforeErasing = 2; // the version and a byte of the EEPROM
+constexpr int writeEepromFunction = 6;
+
+// Without its end record.
+QByteArray Records(int address, const QByteArray &bytes) {
+    const QByteArray file = sim::HexFile(address, bytes);
+    return file.first(file.indexOf(":00000001FF"));
+}
+
+// The program flashes simulated sensors. A sensor lives in this process, so that each test sees its state
+// between two frames.
+class FlashTest : public Test {
+protected:
+    FlashTest() {
+        EXPECT_TRUE(QDir(folder_.path()).mkdir(QStringLiteral("tmp")));
+        ctl_.Environment("TMPDIR", Path("tmp"));
+    }
+    ~FlashTest() override {
+        EXPECT_EQ(QDir(Path("tmp")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList())
+            << "an upgrade leaves no files";
+    }
+
+    QString Path(const char *name) const { return folder_.filePath(QString::fromLatin1(name)); }
+    void Make(const QByteArray &content) const {
+        QFile file(Path("firmware.hex"));
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        ASSERT_EQ(file.write(content), content.size());
+    }
+    void MakeFirmware(int size = smallApplication) {
+        application_ = sim::Application(sim::upgradeVersion, size);
+        Make(sim::HexFile(DeviceMemory::applicationStart, application_));
+    }
+
+    sim::SimulatedSensor &StartSensor(const sim::SensorOptions &given = {}) {
+        sim::SensorOptions options = given;
+        options.presets = ShippedPresetsFolder() + QStringLiteral("/Presets.fil");
+        options.link = Path(sensors_.empty() ? "port" : "second");
+        sensors_.push_back(std::make_unique<sim::SimulatedSensor>(options));
+        EXPECT_EQ(sensors_.back()->Start(), QString());
+        return *sensors_.back();
+    }
+    sim::SimulatedSensor &StartSensorAt(int address) {
+        sim::SensorOptions options;
+        options.address = address;
+        return StartSensor(options);
+    }
+    sim::SimulatedSensor &StartInLoader(int address = 1) {
+        sim::SensorOptions options;
+        options.address = address;
+        options.boot = true;
+        return StartSensor(options);
+    }
+    sim::SimulatedSensor &Sensor() { return *sensors_.front(); }
+    void ShareLine() {
+        for (const auto &sensor : sensors_) {
+            line_.Join(*sensor);
+        }
+        device_ = line_.Path();
+    }
+
+    // Starts "ztv-ctl flash" with these options.
+    void Start(const QStringList &options = {QStringLiteral("--yes")}) {
+        const QString device = device_.isEmpty() ? Path("port") : device_;
+        ctl_.Start(QStringList{QStringLiteral("--port"), device, QStringLiteral("flash")} + options +
+                   QStringList{Path("firmware.hex")});
+    }
+    int Flash(const QStringList &options = {QStringLiteral("--yes")}) {
+        Start(options);
+        return ctl_.WaitForEnd();
+    }
+    int FlashAddress(const char *addresses) {
+        return Flash({QStringLiteral("--yes"), QStringLiteral("--address"), QString::fromLatin1(addresses)});
+    }
+    const std::string &Messages() const { return ctl_.Messages(); }
+    const std::string &Results() const { return ctl_.Results(); }
+    bool Says(const char *words) const { return Messages().find(words) != std::string::npos; }
+
+    void SignalWhen(int signal, const std::function<bool()> &condition) {
+        ASSERT_TRUE(WaitUntil(condition, 60000));
+        ctl_.Signal(signal);
+    }
+
+    static bool HasOldFirmware(sim::SimulatedSensor &sensor) {
+        return sensor.Memory().ApplicationVersion() == firstVersion;
+    }
+    bool HasNewFirmware(sim::SimulatedSensor &sensor) const {
+        QByteArray whole = application_;
+        whole.append(DeviceMemory::applicationSize - whole.size(), '\xFF');
+        return sensor.Memory().Read(DeviceMemory::applicationStart, DeviceMemory::applicationSize) == whole;
+    }
+    void ExpectUpgraded(sim::SimulatedSensor &sensor) const {
+        EXPECT_FALSE(sensor.InBootMode());
+        EXPECT_TRUE(HasNewFirmware(sensor));
+    }
+    void ExpectUnchanged(sim::SimulatedSensor &sensor) const {
+        EXPECT_FALSE(sensor.InBootMode());
+        EXPECT_TRUE(HasOldFirmware(sensor));
+    }
+    // A sensor in its loader doesn't answer, whatever the time for that.
+    int FlashQuickly() {
+        return Flash({QStringLiteral("--yes"), QStringLiteral("--timeout"), QStringLiteral("150")});
+    }
+    void ExpectSecondRunCompletes() {
+        EXPECT_EQ(FlashQuickly(), 0) << Messages();
+        ExpectUpgraded(Sensor());
+    }
+    void Fault(int first, int count, BootFault::Kind kind) {
+        for (int exchange = first; exchange < first + count; ++exchange) {
+            Sensor().Boot().SetFault(exchange, {.kind = kind});
+        }
+    }
+
+    QTemporaryDir folder_;
+    std::vector<std::unique_ptr<sim::SimulatedSensor>> sensors_;
+    SharedLine line_;
+    QString device_;
+    QByteArray application_;
+    StartedCtl ctl_;
+};
+
+class FlashLineTest : public FlashTest, public testing::WithParamInterface<std::pair<int, int>> {};
+
+} // namespace
+
+TEST_P(FlashLineTest, ReplacesTheFirmwareAtEachRateAndAddressing) {
+    const auto [baud, addressing] = GetParam();
+    sim::SensorOptions options;
+    options.address = 7;
+    options.baud = baud;
+    options.addressing = addressing;
+    StartSensor(options);
+    MakeFirmware(DeviceMemory::applicationSize);
+    EXPECT_EQ(Flash({QStringLiteral("--yes"), QStringLiteral("--address"), QStringLiteral("7"),
+                     QStringLiteral("--baud"), QString::number(Sensor().Line().BitsPerSecond())}),
+              0);
+    ExpectUpgraded(Sensor());
+    EXPECT_EQ(Results(), "address  serial  before  after   lines  differing\n"
+                         "7        10427   2.14    3.00    2944   0\n");
+    EXPECT_EQ(Messages(), "ztv-ctl: Entering the boot loader\nztv-ctl: Erasing\n"
+                          "ztv-ctl: Writing and verifying\nztv-ctl: Restarting\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, FlashLineTest,
+                         testing::Values(std::pair(4, 1), std::pair(4, 0), std::pair(2, 1), std::pair(2, 0)));
+
+TEST_F(FlashTest, CompletesASensorThatWaitsInItsLoader) {
+    StartInLoader();
+    MakeFirmware();
+    EXPECT_EQ(Flash(), 0);
+    ExpectUpgraded(Sensor());
+    EXPECT_TRUE(Says("address 1: the sensor waits in its boot loader already\n")) << Messages();
+    EXPECT_EQ(Results(), "address  serial  before  after   lines  differing\n"
+                         "1        10427           3.00    64     0\n");
+}
+
+TEST_F(FlashTest, ReportsToAProgram) {
+    StartSensor();
+    MakeFirmware();
+    EXPECT_EQ(Flash({QStringLiteral("--yes"), QStringLiteral("--format"), QStringLiteral("csv")}), 0);
+    EXPECT_EQ(Results(),
+              "address,serial,before,after,lines,differing,differences\n1,10427,2.14,3.00,64,0,\n");
+    EXPECT_EQ(Flash({QStringLiteral("--yes"), QStringLiteral("--quiet"), QStringLiteral("--format"),
+                     QStringLiteral("json")}),
+              0);
+    EXPECT_EQ(Messages(), "");
+    const QJsonObject row =
+        QJsonDocument::fromJson(QByteArray::fromStdString(Results())).array()[0].toObject();
+    EXPECT_EQ(row[QStringLiteral("serial")], 10427);
+    EXPECT_EQ(row[QStringLiteral("after")], QStringLiteral("3.00"));
+    EXPECT_EQ(row[QStringLiteral("differences")].toArray(), QJsonArray());
+}
+
+TEST_F(FlashTest, SendsNothingForAFileThatIsNotGood) {
+    StartSensor();
+    EXPECT_EQ(Flash(), 5);
+    EXPECT_EQ(Messages(), "ztv-ctl: No firmware file there: " + Path("firmware.hex").toStdString() + "\n");
+    for (const char *bad : {"", "hello\n", ":10080000000102030405060708090A0B0C0D0E0F71\n:00000001FF\n",
+                            ":10080000000102030405060708090A0B0C0D0E0F70\n", ":00000001FF\n"}) {
+        Make(bad);
+        EXPECT_EQ(Flash(), 5) << bad;
+        EXPECT_EQ(std::ranges::count(Messages(), '\n'), 1) << Messages();
+    }
+    EXPECT_EQ(Sensor().Stats().requests, 0);
+    EXPECT_EQ(Sensor().Stats().discarded, 0);
+}
+
+TEST_F(FlashTest, NeedsAYesWhereNobodyCanAnswer) {
+    StartSensor();
+    MakeFirmware();
+    EXPECT_EQ(Flash({}), 2);
+    EXPECT_EQ(Messages(),
+              "ztv-ctl: Replace the firmware of address 1 (serial number 10427, firmware 2.14) by " +
+                  Path("firmware.hex").toStdString() + "? Nobody can answer here; give --yes to go on\n");
+    EXPECT_EQ(Sensor().Stats().discarded, 0); // no frame of a boot link
+    ExpectUnchanged(Sensor());
+}
+
+TEST_F(FlashTest, SaysWhatWouldGoOut) {
+    StartSensor();
+    MakeFirmware();
+    EXPECT_EQ(Flash({QStringLiteral("--dry-run")}), 0);
+    EXPECT_EQ(Results(), "address  serial  firmware  lines  bytes  first     last\n"
+                         "1        10427   2.14      64     1024   0x000800  0x000BFF\n");
+    EXPECT_TRUE(Says("Nothing was written")) << Messages();
+    EXPECT_TRUE(Sensor().Writes().empty());
+    ExpectUnchanged(Sensor());
+}
+
+TEST_F(FlashTest, SaysThatNoSensorAndNoLoaderAnswers) {
+    StartSensor();
+    MakeFirmware();
+    EXPECT_EQ(FlashAddress("9"), 3);
+    EXPECT_EQ(Messages(), "ztv-ctl: address 9: Timeout, and no boot loader answers either\n");
+    Sensor().Unplug();
+    EXPECT_EQ(Flash(), 3);
+    EXPECT_EQ(std::ranges::count(Messages(), '\n'), 1) << Messages();
+}
+
+TEST_F(FlashTest, SaysThatTheSensorRefuses) {
+    StartSensor();
+    MakeFirmware();
+    Sensor().OnRequest([this](const QByteArray &request) {
+        if (request.at(1) == writeEepromFunction) {
+            Sensor().Faults().exception = 4;
+        }
+    });
+    const int status = Flash();
+    if (Sensor().InBootMode()) { // the exception came after the command
+        GTEST_SKIP();
+    }
+    EXPECT_EQ(status, 4);
+    EXPECT_TRUE(Says("address 1: the sensor refused to start its boot loader. The sensor wasn't changed\n"))
+        << Messages();
+}
+
+TEST_F(FlashTest, NamesALineThatDiffersThoughLaterOnesAreGood) {
+    StartSensor();
+    application_ = sim::Application(sim::upgradeVersion, smallApplication);
+    Make(Records(0x700, "0123456789ABCDEF") + // protected: it stays as it was
+         sim::HexFile(DeviceMemory::applicationStart, application_));
+    EXPECT_EQ(Flash({QStringLiteral("--yes"), QStringLiteral("--format"), QStringLiteral("csv")}), 4);
+    ExpectUpgraded(Sensor());
+    const std::string line = "000700 30 31 32 33 34 35 36 37 38 39 41 42 43 44 45 46";
+    EXPECT_TRUE(Says(("address 1: differs: " + line + "\n").c_str())) << Messages();
+    EXPECT_TRUE(
+        Says("address 1: The sensor was restarted, but 1 of 65 lines differ from the firmware: run the "
+             "same command again\n"))
+        << Messages();
+    EXPECT_EQ(Results(), "address,serial,before,after,lines,differing,differences\n1,10427,2.14,3.00,65,1," +
+                             line + "\n");
+}
+
+TEST_F(FlashTest, LeavesASensorInItsLoaderWhoseLastLineDiffers) {
+    StartSensor();
+    Make(Records(DeviceMemory::applicationStart, sim::Application(sim::upgradeVersion, smallApplication)) +
+         sim::HexFile(0x700, "0123456789ABCDEF"));
+    EXPECT_EQ(Flash(), 4);
+    EXPECT_TRUE(Sensor().InBootMode());
+    EXPECT_TRUE(Says("differs: 000700 30 31 ")) << Messages();
+    EXPECT_TRUE(Says("address 1: the sensor's memory differs from the firmware. The sensor waits in its boot "
+                     "loader, without complete firmware: run the same command again\n"))
+        << Messages();
+    MakeFirmware();
+    ExpectSecondRunCompletes();
+}
+
+TEST_F(FlashTest, SaysWhereAFaultOfTheBootLineLeavesTheSensor) {
+    MakeFirmware();
+    struct Case {
+        int first;
+        int count;
+        BootFault::Kind kind;
+        int status;
+        const char *words;
+    };
+    constexpr int written = beforeErasing + erasures + 2 * smallApplication / 16;
+    constexpr int all = 8;
+    const Case cases[] = {
+        {beforeErasing + 11, all, BootFault::Corrupt, 4,
+         "erasing stopped at 1 %: the boot loader's answer was damaged. The sensor waits in its boot loader, "
+         "without complete firmware"},
+        {beforeErasing + 11, all, BootFault::Deaf, 4,
+         "erasing stopped at 1 %: the boot loader didn't answer. The sensor waits in its boot loader, "
+         "without "},
+        {beforeErasing + erasures + 65, all, BootFault::Corrupt, 4,
+         "writing stopped at 49 %: the boot loader's answer was damaged. The sensor waits in its boot "
+         "loader, "
+         "without complete firmware"},
+        {written + 1, 3, BootFault::Corrupt, 4,
+         "the boot loader didn't confirm the start of the new firmware. The sensor may wait in its boot "
+         "loader, "
+         "with the new firmware written: run the same command again\n"},
+    };
+    for (const Case &fault : cases) {
+        sensors_.clear();
+        StartInLoader();
+        Fault(fault.first + 1, fault.count, fault.kind); // the first look for a loader
+        EXPECT_EQ(FlashQuickly(), fault.status);
+        EXPECT_TRUE(Says(fault.words)) << Messages();
+        EXPECT_TRUE(Sensor().InBootMode());
+        Sensor().Boot().Clear();
+        ExpectSecondRunCompletes();
+    }
+}
+
+TEST_F(FlashTest, SaysThatTheLoaderDoesNotAnswerAfterTheCommand) {
+    StartSensor();
+    MakeFirmware();
+    Fault(1, 3, BootFault::Deaf);
+    EXPECT_EQ(Flash(), 3);
+    EXPECT_TRUE(
+        Says("address 1: the boot loader didn't answer. The sensor waits in its boot loader, with its "
+             "firmware unchanged: run the same command again\n"))
+        << Messages();
+    EXPECT_TRUE(Sensor().InBootMode());
+    ExpectSecondRunCompletes();
+}
+
+TEST_F(FlashTest, BearsSingleFaultsOfTheBootLine) {
+    StartInLoader();
+    MakeFirmware();
+    for (const BootFault::Kind kind :
+         {BootFault::Drop, BootFault::Deaf, BootFault::Corrupt, BootFault::Cut}) {
+        static int exchange = 5;
+        Sensor().Boot().SetFault(exchange += 3, {.kind = kind});
+    }
+    EXPECT_EQ(FlashQuickly(), 0);
+    ExpectUpgraded(Sensor());
+}
+
+TEST_F(FlashTest, SaysThatTheSensorMayWaitInItsLoaderAfterALostConfirmation) {
+    StartSensor();
+    MakeFirmware();
+    Sensor().OnRequest([this](const QByteArray &request) {
+        Sensor().Faults().drop = request.at(1) == writeEepromFunction ? 1 : 0;
+    });
+    EXPECT_EQ(Flash(), 3);
+    EXPECT_TRUE(
+        Says("address 1: the sensor didn't confirm the command that starts its boot loader. The sensor "
+             "may wait in its boot loader, with its firmware unchanged: run the same command again\n"))
+        << Messages();
+    EXPECT_TRUE(Sensor().InBootMode());
+    EXPECT_TRUE(HasOldFirmware(Sensor()));
+    Sensor().Faults().drop = 0;
+    ExpectSecondRunCompletes();
+}
+
+TEST_F(FlashTest, SaysThatThePortIsGone) {
+    StartSensor();
+    MakeFirmware();
+    Sensor().Boot().SetFault(beforeErasing + 100, {.kind = BootFault::Unplug});
+    EXPECT_EQ(Flash(), 4);
+    EXPECT_TRUE(Says("without complete firmware: run the same command again\n")) << Messages();
+    EXPECT_TRUE(Says("erasing stopped at 13 %: ")) << Messages();
+    ASSERT_EQ(Sensor().Plug(), QString());
+    ExpectSecondRunCompletes();
+}
+
+TEST_F(FlashTest, GoesOnAfterTheSensorLostItsPower) {
+    StartSensor();
+    MakeFirmware();
+    Start();
+    ASSERT_TRUE(WaitUntil([this] { return Sensor().Boot().Exchanges() > 300; }, 60000));
+    Sensor().Reset();
+    EXPECT_EQ(ctl_.WaitForEnd(), 0) << Messages();
+    ExpectUpgraded(Sensor());
+}
+
+TEST_F(FlashTest, WaitsForASensorThatStartsSlowly) {
+    StartSensor();
+    MakeFirmware();
+    Start();
+    ASSERT_TRUE(WaitUntil([this] { return Sensor().InBootMode(); }, 60000));
+    ASSERT_TRUE(WaitUntil([this] { return !Sensor().InBootMode(); }, 60000));
+    Sensor().Faults().mute = true;
+    const int ignored = Sensor().Stats().ignored;
+    ASSERT_TRUE(WaitUntil([&] { return Sensor().Stats().ignored > ignored + 3; }, 60000));
+    Sensor().Faults().mute = false;
+    EXPECT_EQ(ctl_.WaitForEnd(), 0) << Messages();
+    EXPECT_NE(Results().find("3.00"), std::string::npos);
+}
+
+TEST_F(FlashTest, IsNotDoneWhenTheSensorStaysSilentAfterwards) {
+    StartSensor();
+    MakeFirmware();
+    Start({QStringLiteral("--yes"), QStringLiteral("--timeout"), QStringLiteral("60")});
+    ASSERT_TRUE(WaitUntil([this] { return Sensor().InBootMode(); }, 60000));
+    ASSERT_TRUE(WaitUntil([this] { return !Sensor().InBootMode(); }, 60000));
+    Sensor().Faults().mute = true;
+    EXPECT_EQ(ctl_.WaitForEnd(), 3);
+    EXPECT_TRUE(Says("The sensor was restarted with the new firmware, but doesn't answer\n")) << Messages();
+    EXPECT_EQ(Results(), "address  serial  before  after   lines  differing\n"
+                         "1        10427   2.14            64     0\n");
+}
+
+// A signal at each phase: the sensor is where the message says, and a second run completes.
+
+TEST_F(FlashTest, ASignalBeforeTheLoaderLeavesTheSensorUnchanged) {
+    MakeFirmware();
+    const std::map<const char *, std::function<bool()>> phases = {
+        {"reading the sensor", [this] { return Sensor().Stats().requests > 0; }},
+        {"looking for a loader", [this] { return Sensor().Stats().discarded > 0; }},
+    };
+    for (const auto &[phase, reached] : phases) {
+        sensors_.clear();
+        StartSensor();
+        Start();
+        SignalWhen(SIGINT, reached);
+        EXPECT_EQ(ctl_.WaitForEnd(), 128 + SIGINT) << phase;
+        EXPECT_TRUE(Says("nothing was written\n") || Says("The sensor wasn't changed\n")) << Messages();
+        ExpectUnchanged(Sensor());
+        EXPECT_TRUE(Sensor().Writes().empty());
+        ExpectSecondRunCompletes();
+    }
+}
+
+TEST_F(FlashTest, ASignalBeforeTheCommandLeavesTheSensorUnchanged) {
+    StartSensor();
+    MakeFirmware();
+    Sensor().OnRequest([this](const QByteArray &) {
+        if (Sensor().Stats().discarded > 0) { // the search for a loader is over
+            Sensor().Faults().mute = true;
+        }
+    });
+    Start();
+    SignalWhen(SIGTERM, [this] { return Sensor().Faults().mute; });
+    EXPECT_EQ(ctl_.WaitForEnd(), 128 + SIGTERM);
+    EXPECT_TRUE(Says("address 1: interrupted. The sensor wasn't changed\n")) << Messages();
+    ExpectUnchanged(Sensor());
+    Sensor().OnRequest([](const QByteArray &) {});
+    Sensor().Faults().mute = false;
+    ExpectSecondRunCompletes();
+}
+
+TEST_F(FlashTest, ASignalAfterTheCommandNamesTheLoader) {
+    StartSensor();
+    MakeFirmware();
+    Start();
+    SignalWhen(SIGINT, [this] { return Sensor().InBootMode(); });
+    EXPECT_EQ(ctl_.WaitForEnd(), 128 + SIGINT);
+    EXPECT_TRUE(
+        Says("address 1: interrupted. The sensor waits in its boot loader, with its firmware unchanged: "
+             "run the same command again\n"))
+        << Messages();
+    EXPECT_TRUE(Sensor().InBootMode());
+    EXPECT_TRUE(HasOldFirmware(Sensor()));
+    ExpectSecondRunCompletes();
+}
+
+TEST_F(FlashTest, ASignalWhileItErasesOrWritesNamesTheLoader) {
+    MakeFirmware(DeviceMemory::applicationSize);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        for (const int exchanges : {beforeErasing + 50, beforeErasing + erasures + 500}) {
+            sensors_.clear();
+            StartInLoader();
+            Start({QStringLiteral("--yes"), QStringLiteral("--timeout"), QStringLiteral("150")});
+            SignalWhen(signal, [&] { return Sensor().Boot().Exchanges() > exchanges; });
+            EXPECT_EQ(ctl_.WaitForEnd(), 128 + signal);
+            EXPECT_TRUE(Says("address 1: interrupted. The sensor waits in its boot loader, without complete "
+                             "firmware: run the same command again\n"))
+                << Messages();
+            EXPECT_TRUE(Sensor().InBootMode());
+            EXPECT_FALSE(HasNewFirmware(Sensor()));
+            EXPECT_FALSE(HasOldFirmware(Sensor()));
+        }
+    }
+    ExpectSecondRunCompletes();
+}
+
+TEST_F(FlashTest, ASignalWhileTheSensorRestartsLetsItRun) {
+    StartSensor();
+    MakeFirmware();
+    Start();
+    ASSERT_TRUE(WaitUntil([this] { return Sensor().InBootMode(); }, 60000));
+    SignalWhen(SIGINT, [this] { return !Sensor().InBootMode(); });
+    EXPECT_EQ(ctl_.WaitForEnd(), 128 + SIGINT);
+    EXPECT_TRUE(Says("address 1: interrupted. The sensor was restarted with the new firmware; its version "
+                     "wasn't read\n"))
+        << Messages();
+    ExpectUpgraded(Sensor());
+}
+
+TEST_F(FlashTest, ASecondSignalEndsAtOnce) {
+    StartSensor();
+    MakeFirmware();
+    Start();
+    SignalWhen(SIGINT, [this] { return Sensor().Stats().discarded > 0; }); // it blocks for seconds
+    ctl_.WaitUntilTaken(SIGINT);
+    ctl_.Signal(SIGINT);
+    EXPECT_EQ(ctl_.WaitForEnd(), -SIGINT);
+    ExpectUnchanged(Sensor());
+    EXPECT_TRUE(QDir(Path("tmp")).removeRecursively()); // Deliberate: nothing is tidied then
+}
+
+TEST_F(FlashTest, AReaderThatIsGoneDoesNotEndTheUpgrade) {
+    StartSensor();
+    MakeFirmware();
+    ctl_.WithoutReader();
+    EXPECT_EQ(Flash(), -SIGPIPE);
+    ExpectUpgraded(Sensor());
+}
+
+TEST_F(FlashTest, FlashesSeveralSensorsOneAfterTheOther) {
+    StartSensorAt(3);
+    StartSensorAt(5);
+    ShareLine();
+    MakeFirmware();
+    EXPECT_EQ(FlashAddress("3,5"), 0) << Messages();
+    ExpectUpgraded(*sensors_[0]);
+    ExpectUpgraded(*sensors_[1]);
+    EXPECT_TRUE(Says("address 5: Erasing\n")) << Messages();
+    EXPECT_EQ(Results(), "address  serial  before  after   lines  differing\n"
+                         "3        10427   2.14    3.00    64     0\n"
+                         "5        10427   2.14    3.00    64     0\n");
+}
+
+TEST_F(FlashTest, LeavesOutASensorThatIsSilent) {
+    StartSensorAt(3);
+    MakeFirmware();
+    EXPECT_EQ(FlashAddress("2,3"), 3);
+    ExpectUpgraded(Sensor());
+    EXPECT_TRUE(Says("ztv-ctl: address 2: Timeout\n")) << Messages();
+}
+
+TEST_F(FlashTest, StopsAfterASensorThatMayWaitInItsLoader) {
+    StartSensorAt(3);
+    StartSensorAt(5);
+    ShareLine();
+    MakeFirmware();
+    Fault(beforeErasing + 11, 8, BootFault::Corrupt);
+    EXPECT_EQ(FlashAddress("3,5"), 4);
+    EXPECT_TRUE(Says("run the same command again with --address 3\n")) << Messages();
+    EXPECT_TRUE(Says("ztv-ctl: Not flashed: address 5\n")) << Messages();
+    ExpectUnchanged(*sensors_[1]);
+    Sensor().Boot().Clear();
+    EXPECT_EQ(FlashAddress("3"), 0) << Messages();
+    ExpectUpgraded(Sensor());
+}
+
+TEST_F(FlashTest, NamesTheSensorsThatASignalKeepsItFrom) {
+    StartSensorAt(3);
+    StartSensorAt(5);
+    ShareLine();
+    MakeFirmware();
+    Start({QStringLiteral("--yes"), QStringLiteral("--address"), QStringLiteral("3,5")});
+    SignalWhen(SIGINT, [this] { return Sensor().Boot().Exchanges() > 100; });
+    EXPECT_EQ(ctl_.WaitForEnd(), 128 + SIGINT);
+    EXPECT_TRUE(Says("ztv-ctl: Not flashed: address 5\n")) << Messages();
+    ExpectUnchanged(*sensors_[1]);
+}
+
+TEST_F(FlashTest, NeverFlashesAnotherSensorThatWaitsInItsLoader) {
+    StartSensorAt(3);
+    StartInLoader(5);
+    ShareLine();
+    MakeFirmware();
+    EXPECT_EQ(FlashAddress("3"), 4);
+    EXPECT_TRUE(Says("address 3: another sensor on the line waits in its boot loader, which has no address"))
+        << Messages();
+    EXPECT_EQ(FlashAddress("3,5"), 4);
+    EXPECT_TRUE(Says("A sensor waits in its boot loader, which has no address")) << Messages();
+    ExpectUnchanged(Sensor());
+    EXPECT_TRUE(HasOldFirmware(*sensors_[1]));
+    EXPECT_EQ(FlashAddress("5"), 0) << Messages();
+    ExpectUpgraded(*sensors_[1]);
+}
+
+TEST_F(FlashTest, AsksAPersonAndShowsProgress) {
+    StartSensor();
+    MakeFirmware();
+    ctl_.OnTerminal("n\n");
+    EXPECT_EQ(Flash({}), 4);
+    EXPECT_TRUE(Says("(serial number 10427, firmware 2.14)")) << Messages();
+    EXPECT_TRUE(Says("? [y/N] ")) << Messages();
+    EXPECT_TRUE(Says("Nothing was written")) << Messages();
+    ExpectUnchanged(Sensor());
+    ctl_.OnTerminal("y\n");
+    EXPECT_EQ(Flash({}), 0) << Messages();
+    EXPECT_TRUE(Says("\rErasing  50 %")) << Messages();
+    EXPECT_TRUE(Says("\rWriting and verifying  49 %")) << Messages();
+    ExpectUpgraded(Sensor());
+}
+
+TEST_F(FlashTest, PrintsTheFramesOfBothProtocols) {
+    StartSensor();
+    MakeFirmware();
+    EXPECT_EQ(Flash({QStringLiteral("--yes"), QStringLiteral("--trace")}), 0);
+    EXPECT_GT(std::ranges::count(Messages(), '\n'), 2 * erasures);
+}
+
+} // namespace ztv
