@@ -8,6 +8,7 @@
 
 #include <QEventLoop>
 #include <QJsonArray>
+#include <QScopeGuard>
 #include <QTimer>
 #include <optional>
 
@@ -75,7 +76,10 @@ private:
     QString Question() const;
     void FlashAll();
     bool FlashOne(const Target &target);
+    void NameDifferences(const Target &target, const UpgradeResult &result);
+    bool Confirm(const Target &target, const UpgradeResult &result);
     Identity ReadAfterRestart(const Target &target);
+    void AddRow(const Target &target, const std::optional<Identity> &after, const QStringList &differing);
     void ReportSensors();
 
     bool Several() const { return run_.Addresses().size() > 1; }
@@ -107,7 +111,7 @@ ExitStatus FlashRun::Run() {
     }
     try {
         FlashAll();
-    } catch (const Interrupted &) {
+    } catch (...) {
         ReportSensors();
         throw;
     }
@@ -208,7 +212,7 @@ void FlashRun::FlashAll() {
         bool goesOn = false;
         try {
             goesOn = FlashOne(targets_[index]);
-        } catch (const Interrupted &) {
+        } catch (...) {
             NameUndone(index + 1);
             throw;
         }
@@ -237,18 +241,11 @@ bool FlashRun::FlashOne(const Target &target) {
         ThrowIfInterrupted();
         return result.state == SensorState::Unchanged && !result.otherLoader;
     }
-    std::optional<Identity> after;
-    const auto add = [&] {
-        const std::optional<Identity> &known = after ? after : target.found;
-        rows_.push_back(
-            {CellOf(target.address),
-             CellOfSerial(known),
-             CellOfVersion(target.found),
-             CellOfVersion(after),
-             CellOf(plan_.lines),
-             CellOf(static_cast<int>(result.differing.size())),
-             {.text = result.differing.join(u';'), .value = QJsonArray::fromStringList(result.differing)}});
-    };
+    NameDifferences(target, result);
+    return Confirm(target, result);
+}
+
+void FlashRun::NameDifferences(const Target &target, const UpgradeResult &result) {
     if (!result.differing.isEmpty()) {
         Fail(target, ExitStatus::Refused,
              QStringLiteral("The sensor was restarted, but %1 of %2 lines differ from the firmware: ")
@@ -256,20 +253,34 @@ bool FlashRun::FlashOne(const Target &target) {
                      .arg(plan_.lines) +
                  Again(target.address));
     }
+}
+
+// Returns whether the sensor runs: only it can say so.
+bool FlashRun::Confirm(const Target &target, const UpgradeResult &result) {
+    const QString restarted = WordsOf(result.state, {});
+    std::optional<Identity> after;
+    const auto add = qScopeGuard([&] { AddRow(target, after, result.differing); });
     try {
         after = ReadAfterRestart(target);
     } catch (const Interrupted &) {
-        add();
         Fail(target, ExitStatus::NoConnection,
-             QStringLiteral("interrupted. %1; its version wasn't read").arg(WordsOf(result.state, {})));
+             QStringLiteral("interrupted. %1; its version wasn't read").arg(restarted));
         throw;
-    } catch (const Failure &failure) {
-        run_.Person().Fail(failure.Text());
-        Fail(target, ExitStatus::NoConnection,
-             QStringLiteral("%1, but doesn't answer").arg(WordsOf(result.state, {})));
+    } catch (const Failure &) {
+        Fail(target, ExitStatus::NoConnection, QStringLiteral("%1, but doesn't answer").arg(restarted));
     }
-    add();
     return after.has_value();
+}
+
+void FlashRun::AddRow(const Target &target, const std::optional<Identity> &after,
+                      const QStringList &differing) {
+    rows_.push_back({CellOf(target.address),
+                     CellOfSerial(after ? after : target.found),
+                     CellOfVersion(target.found),
+                     CellOfVersion(after),
+                     CellOf(plan_.lines),
+                     CellOf(static_cast<int>(differing.size())),
+                     {.text = differing.join(u';'), .value = QJsonArray::fromStringList(differing)}});
 }
 
 Identity FlashRun::ReadAfterRestart(const Target &target) {

@@ -358,6 +358,7 @@ TEST_F(FlashTest, BearsSingleFaultsOfTheBootLine) {
         static int exchange = 5;
         Sensor().Boot().SetFault(exchange += 3, {.kind = kind});
     }
+    Sensor().Boot().SetFault(30, {.kind = BootFault::Delay, .delayMs = 1500}); // past the time for an answer
     EXPECT_EQ(FlashQuickly(), 0);
     ExpectUpgraded(Sensor());
 }
