@@ -157,8 +157,7 @@ OneButtonUpgrade::Failure OneButtonUpgrade::EnterBootLoader(const QString &firmw
     if (!WaitWhile([this] { return zentrova_.WritesWait() || link_.WriteIsUnderWay(); })) {
         return UpgradeOutcome::CommandUnanswered;
     }
-    WaitWhile([this] { return link_.PortIsOpen() && !stopIsWanted_(); });
-    if (link_.PortIsOpen()) {
+    if (!WaitWhile([this] { return link_.PortIsOpen() && !stopIsWanted_(); }) || link_.PortIsOpen()) {
         return UpgradeOutcome::PortNotReleased;
     }
     // Clears the confirmed command: a file or a download would carry it to the next sensor. Not as the user's
