@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <csignal>
+#include <cstddef>
 #include <vector>
 
 #ifdef Q_OS_UNIX
@@ -29,11 +30,14 @@ QString PathOfSimulator() {
 // Makes the process the simulator, so that signals, streams and the status are its own. Returns only if that
 // fails.
 void Become(const QString &path, const QStringList &arguments) {
-    std::vector<QByteArray> words = {QFile::encodeName(path)};
+    std::vector<QByteArray> words;
+    words.reserve(static_cast<std::size_t>(arguments.size()) + 1);
+    words.push_back(QFile::encodeName(path));
     for (const QString &argument : arguments) {
         words.push_back(argument.toLocal8Bit());
     }
     std::vector<char *> pointers;
+    pointers.reserve(words.size() + 1);
     for (QByteArray &word : words) {
         pointers.push_back(word.data());
     }
