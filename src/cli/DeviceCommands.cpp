@@ -34,10 +34,10 @@ void SaveSettings(CommandRun &run, SensorLine &line, std::int16_t address) {
             QStringLiteral("address %1: interrupted: %2").arg(QString::number(address), notKnown));
         throw;
     } catch (const Failure &failure) {
-        if (failure.Status() == ExitStatus::Refused) {
-            throw;
-        }
-        throw Failure(failure.Status(), failure.Text() + QStringLiteral(": ") + notKnown);
+        const bool isRefused = failure.Status() == ExitStatus::Refused;
+        throw Failure(failure.Status(),
+                      failure.Text() + QStringLiteral(": ") +
+                          (isRefused ? QStringLiteral("the sensor refuses to save its settings") : notKnown));
     }
     if (!isSaved) {
         throw Failure(
@@ -155,7 +155,8 @@ bool ReinitRun::Send(SensorLine &line, std::int16_t address) {
                LinkStatus::NoError;
     } catch (const Failure &failure) {
         if (failure.Status() == ExitStatus::Refused) {
-            throw;
+            throw Failure(ExitStatus::Refused,
+                          failure.Text() + QStringLiteral(": the sensor refuses to be re-initialized"));
         }
         return false; // the line broke, perhaps after the sensor took the command
     }

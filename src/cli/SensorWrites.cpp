@@ -11,6 +11,8 @@ namespace ztv {
 
 namespace {
 
+constexpr int usualTries = 3;
+
 // Its registers, or the sensor itself, are elsewhere at once.
 bool ChangesTheWay(std::int16_t tag) {
     return MovesSensor(tag) || tag == ParamDefines::AddressingMode;
@@ -36,17 +38,26 @@ SensorLine::Values SensorWrites::Send() {
 }
 
 void SensorWrites::SendOne(const SetPlan::Write &write) {
-    isInDoubt_ = true;
-    const bool isConfirmed = IsConfirmed(write);
-    if (!isConfirmed || ChangesTheWay(write.tag)) {
-        const SensorLine::Values held = Find({PlaceAfter(place_, write.tag, write.raw), place_}, {write.tag});
+    // A write that changes the way is sent once, so that it is repeated here, on the way that is found.
+    const int tries = ChangesTheWay(write.tag) ? usualTries : 1;
+    std::int32_t held = plan_.before.at(write.tag);
+    for (int count = 0; count < tries && held != write.raw; ++count) {
+        isInDoubt_ = true;
+        const bool isConfirmed = IsConfirmed(write);
+        held = isConfirmed && !ChangesTheWay(write.tag) ? write.raw : HeldAfter(write);
         isInDoubt_ = false;
-        if (held.at(write.tag) != write.raw) {
-            throw Failure(ExitStatus::Refused,
-                          Named() + NotHeldText(zentrova_, write, held.at(write.tag)) + Progress());
+        if (isConfirmed) {
+            break;
         }
     }
-    isInDoubt_ = false;
+    if (held != write.raw) {
+        throw Failure(ExitStatus::Refused, Named() + NotHeldText(zentrova_, write, held) + Progress());
+    }
+}
+
+// Reads the row where the sensor is, or was if it didn't take the write.
+std::int32_t SensorWrites::HeldAfter(const SetPlan::Write &write) {
+    return Find({PlaceAfter(place_, write.tag, write.raw), place_}, {write.tag}).at(write.tag);
 }
 
 // Throws a Failure when the sensor refuses the value.

@@ -35,6 +35,7 @@ public:
 
 private:
     void SendOne(const SetPlan::Write &write);
+    std::int32_t HeldAfter(const SetPlan::Write &write);
     bool IsConfirmed(const SetPlan::Write &write);
     SensorLine::Values Find(const std::vector<CommSettings> &places, const std::vector<std::int16_t> &tags);
     Failure NotKnown(std::size_t first, std::size_t last) const;
