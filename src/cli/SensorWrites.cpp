@@ -106,7 +106,7 @@ QString SensorWrites::Progress() const {
             text += QStringLiteral("; %1: %2").arg(what, Names(first, last).join(QStringLiteral(", ")));
         }
     };
-    add(QStringLiteral("written"), 0, taken_);
+    add(QStringLiteral("confirmed, but not read back"), 0, taken_);
     add(QStringLiteral("not known"), taken_, next);
     add(QStringLiteral("not written"), next, plan_.writes.size());
     return text;

@@ -30,7 +30,7 @@ public:
     // Returns true once a write was sent.
     bool HasBegun() const { return taken_ > 0 || isInDoubt_; }
 
-    // Says which writes the sensor took and which it didn't: "; written: ...; not written: ...".
+    // Says how far the writes came: "; confirmed, but not read back: ...; not known: ...; not written: ...".
     QString Progress() const;
 
 private:

@@ -332,6 +332,22 @@ TEST_F(DeviceCommandsTest, ASensorThatReturnsToItsPresetsLineIsFoundThere) {
         << printed;
 }
 
+TEST_F(DeviceCommandsTest, AnotherSensorAtThePresetsAddressIsNotTakenForTheOneThatIsLost) {
+    SharedLine line;
+    for (const int address : {9, 1}) {
+        line.Join(StartAt(address));
+    }
+    device_ = line.Path();
+    sim::SimulatedSensor &sensor = *sensors_.front();
+    sensors_.back()->SetRegister(2, 555);
+    sensor.OnRequest([&](const QByteArray &request) { sensor.Faults().mute |= IsWrite(request); });
+    EXPECT_EQ(Ctl({"--address", "9", "--timeout", "50", "--quiet", "reinit", "--yes"}),
+              ExitStatus::NoConnection);
+    EXPECT_EQ(Messages(),
+              "ztv-ctl: address 9: it can't be read back, so it isn't known whether the sensor was "
+              "re-initialized\n");
+}
+
 // Signals. ------------------------------------------------------------------------------------------
 
 class DeviceSignalTest : public CtlProgramTest {

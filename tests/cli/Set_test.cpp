@@ -213,10 +213,12 @@ TEST_F(SetTest, ARefusalOfTheSensorNamesTheValueAndWhatWasWrittenBefore) {
         sensor.Faults().exception = IsWrite(request) && request.at(3) == 28 ? 3 : 0; // row 29
     });
     EXPECT_EQ(Ctl({"set", "28=13", "29=350", "95=1"}), ExitStatus::Refused);
-    EXPECT_EQ(Messages(), "ztv-ctl: address 1: Slave Device Failure: the sensor refuses 350.00\" for \"Far "
-                          "Distance\"; written: \"Near Distance\"; not written: \"Far Distance\", \"User "
-                          "Number\"\n" +
-                              std::string(remark));
+    EXPECT_EQ(
+        Messages(),
+        "ztv-ctl: address 1: Slave Device Failure: the sensor refuses 350.00\" for \"Far "
+        "Distance\"; confirmed, but not read back: \"Near Distance\"; not written: \"Far Distance\", \"User "
+        "Number\"\n" +
+            std::string(remark));
     EXPECT_EQ(Results(), "parameter  name           before      value       outcome\n");
     EXPECT_EQ(sensor.Register(28), 1300);
     EXPECT_EQ(sensor.Register(95), 0);
@@ -473,7 +475,8 @@ TEST_F(CtlProgramTest, SetSaysWhatWasWrittenWhenASignalComes) {
     });
     EXPECT_EQ(Shell("echo $$ > $XDG_CONFIG_HOME/pid; exec $ctl --timeout 2000 set 28=13 29=350 95=1"),
               128 + SIGINT);
-    EXPECT_EQ(messages_, "ztv-ctl: address 1: interrupted; written: \"Near Distance\"; not written: \"Far "
+    EXPECT_EQ(messages_, "ztv-ctl: address 1: interrupted; confirmed, but not read back: \"Near Distance\"; "
+                         "not written: \"Far "
                          "Distance\", \"User Number\"\n");
     EXPECT_EQ(sensor_->Writes(), (Writes{{28, 1300}}));
 }
@@ -482,7 +485,7 @@ TEST_F(CtlProgramTest, SetSaysWhatWasWrittenWhenASignalComes) {
 
 class SetOverFaultyLineTest : public CommandsTest {
 protected:
-    static constexpr int timeoutMs = 30;
+    static constexpr int timeoutMs = 20;
 
     // Runs `set` with a fault at the request of this number, from 0 on, or from that request on.
     struct Trial {
@@ -507,7 +510,7 @@ protected:
                          [this](const QByteArray &request) { Forward(request); });
         QObject::connect(line_.get(), &FaultyLine::Reply, line_.get(),
                          [this](const QByteArray &reply) { Return(reply); });
-        std::vector<const char *> words = {"--timeout", "30", "--format", "csv", "--quiet", "set"};
+        std::vector<const char *> words = {"--timeout", "20", "--format", "csv", "--quiet", "set"};
         words.insert(words.end(), assignments.begin(), assignments.end());
         const ExitStatus status = Ctl(words);
         line_.reset();
@@ -636,13 +639,14 @@ protected:
         }
         EXPECT_FALSE(prints("written")) << printed;
         EXPECT_EQ(std::ranges::count(messages, '\n'), 1) << messages;
-        if (says("; written: \"Near Distance\"")) {
+        if (says("; confirmed, but not read back: \"Near Distance\"")) {
             EXPECT_EQ(sensor_->Register(28), 1300) << messages;
         }
         if (says("\"Near Distance\" holds 12.00\"") || says("not written: \"Near Distance\"")) {
             EXPECT_EQ(sensor_->Register(28), 1200) << messages;
         }
-        if (says("\"Far Distance\" holds 360.00\"") || says("\"Far Distance\"\n")) { // ends "not written"
+        if (says("\"Far Distance\" holds 360.00\"") || says("not written: \"Far Distance\"") ||
+            says("not written: \"Near Distance\", \"Far Distance\"")) {
             EXPECT_EQ(sensor_->Register(29), 36000) << messages;
         }
         if (Wrote(28) && sensor_->Register(28) == 1300) {
@@ -659,17 +663,15 @@ TEST_P(SetUnderEachFaultTest, SaysOfEachWriteOnlyWhatTheSensorHolds) {
     for (int at = 0; at < requests; ++at) {
         ExpectTheTruth({.fault = Fault(), .at = at});
     }
-    for (int at = 2; at < 5; ++at) {
+    for (int at = 2; at < 4; ++at) {
         ExpectTheTruth({.fault = Fault(), .at = at, .forEver = true});
     }
-    for (int at = 1; at < 4; ++at) {
-        ExpectTheTruth({.fault = Fault(), .at = at, .givesBack = true});
-    }
+    ExpectTheTruth({.fault = Fault(), .at = 2, .givesBack = true});
 }
 
 TEST_P(SetUnderEachFaultTest, SaysOfAMoveOnlyWhatTheSensorHolds) {
     for (const auto &[word, tag, raw] : {std::tuple{"65=17", 65, 17}, std::tuple{"66=9600", 66, 2}}) {
-        for (int at = 2; at < 7; ++at) {
+        for (int at = 2; at < 6; ++at) {
             SCOPED_TRACE(testing::Message() << LineFaultTable.at(GetParam()).name << " at " << at);
             const ExitStatus status = Set({.fault = Fault(), .at = at}, {word});
             const std::string printed = Results();
