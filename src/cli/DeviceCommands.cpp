@@ -55,13 +55,14 @@ bool IsRestored(const ClassZentrova &zentrova, std::int16_t tag) {
 
 class ReinitRun {
 public:
-    explicit ReinitRun(CommandRun &run) : run_(run), report_(run, run.AllTags()) {}
+    explicit ReinitRun(CommandRun &run) : run_(run) {}
 
     ExitStatus Run();
 
 private:
     void ReadBefore(SensorLine &line, std::int16_t address);
-    void ReportWanted();
+    ExitStatus ReportWanted();
+    ExitStatus ReinitAll();
     void Ask();
     void Reinit(SensorLine &line, std::int16_t address);
     bool Send(SensorLine &line, std::int16_t address);
@@ -75,26 +76,19 @@ private:
     const ClassZentrova &Zentrova() const { return run_.Zentrova(); }
 
     CommandRun &run_;
-    ChangeReport report_;
+    std::optional<ChangeReport> report_;                // from after the question
     std::map<std::int16_t, SensorLine::Values> before_; // by address
 };
 
 ExitStatus ReinitRun::Run() {
     const ExitStatus read =
         run_.ForEachSensor([this](SensorLine &line, std::int16_t address) { ReadBefore(line, address); });
-    ExitStatus written = ExitStatus::Done;
-    if (run_.Given().dryRun) {
-        ReportWanted();
-        run_.Person().Remark(QStringLiteral("Nothing was written"));
-    } else if (!before_.empty()) {
+    if (!run_.Given().dryRun && !before_.empty()) {
         Ask();
-        written = run_.ForEachSensor([this](SensorLine &line, std::int16_t address) {
-            if (before_.contains(address)) {
-                Reinit(line, address);
-            }
-        });
     }
-    report_.End();
+    report_.emplace(run_, run_.AllTags());
+    const ExitStatus written = run_.Given().dryRun ? ReportWanted() : ReinitAll();
+    report_->End();
     return read == ExitStatus::Done ? written : read;
 }
 
@@ -106,15 +100,28 @@ void ReinitRun::ReadBefore(SensorLine &line, std::int16_t address) {
                              .arg(NotAtPreset(values).size()));
 }
 
-void ReinitRun::ReportWanted() {
+ExitStatus ReinitRun::ReportWanted() {
     for (const auto &[address, values] : before_) {
         for (const std::int16_t tag : NotAtPreset(values)) {
-            report_.Add(address, {.tag = tag,
-                                  .before = values.at(tag),
-                                  .value = Zentrova().ParamPreset(tag),
-                                  .outcome = QStringLiteral("would be reset")});
+            report_->Add(address, {.tag = tag,
+                                   .before = values.at(tag),
+                                   .value = Zentrova().ParamPreset(tag),
+                                   .outcome = QStringLiteral("would be reset")});
         }
     }
+    run_.Person().Remark(QStringLiteral("Nothing was written"));
+    return ExitStatus::Done;
+}
+
+ExitStatus ReinitRun::ReinitAll() {
+    if (before_.empty()) {
+        return ExitStatus::Done;
+    }
+    return run_.ForEachSensor([this](SensorLine &line, std::int16_t address) {
+        if (before_.contains(address)) {
+            Reinit(line, address);
+        }
+    });
 }
 
 // Once for all sensors, before the first write.
@@ -199,7 +206,7 @@ void ReinitRun::Report(std::int16_t address, const SensorLine::Values &held) {
     for (const auto &[tag, before] : before_.at(address)) {
         const bool isSetting = !Zentrova().ParamReadOnly(tag) && !ClassZentrova::IsCommand(tag);
         if (isSetting && held.at(tag) != before) {
-            report_.Add(
+            report_->Add(
                 address,
                 {.tag = tag, .before = before, .value = held.at(tag), .outcome = QStringLiteral("reset")});
         }

@@ -26,7 +26,7 @@ private:
     SensorLine::Values Send(SensorWrites &writes, std::int16_t address);
     void ReportAll(std::int16_t address, const SetPlan &plan, const QString &changed);
     void ReportHeld(std::int16_t address, const SetPlan &plan, const SensorLine::Values &held);
-    QString NameOf(std::int16_t tag) const { return run_.Zentrova().ParamName(tag); }
+    void Report(std::int16_t address, const SetPlan &plan, std::int16_t tag, const QString &changed);
 
     CommandRun &run_;
     const std::vector<Assignment> &assignments_;
@@ -113,23 +113,19 @@ SensorLine::Values SetRun::Send(SensorWrites &writes, std::int16_t address) {
 
 void SetRun::ReportAll(std::int16_t address, const SetPlan &plan, const QString &changed) {
     for (const std::int16_t tag : plan.tags) {
-        report_.Add(address, {.tag = tag,
-                              .before = plan.before.at(tag),
-                              .value = plan.after.at(tag),
-                              .outcome = plan.Writes(tag) ? changed : QStringLiteral("held")});
+        Report(address, plan, tag, changed);
     }
 }
 
 // Reports the rows that hold what was asked. Throws a Failure that names the others.
 void SetRun::ReportHeld(std::int16_t address, const SetPlan &plan, const SensorLine::Values &held) {
     QStringList others;
-    SetPlan done = plan;
-    std::erase_if(done.tags, [&](std::int16_t tag) { return held.at(tag) != plan.after.at(tag); });
-    ReportAll(address, done, QStringLiteral("written"));
     for (const std::int16_t tag : plan.tags) {
-        if (held.at(tag) != plan.after.at(tag)) {
-            others.append(
-                NotHeldText(run_.Zentrova(), {.tag = tag, .raw = plan.after.at(tag)}, held.at(tag)));
+        const std::int32_t asked = plan.after.at(tag);
+        if (held.at(tag) == asked) {
+            Report(address, plan, tag, QStringLiteral("written"));
+        } else {
+            others.append(NotHeldText(run_.Zentrova(), {.tag = tag, .raw = asked}, held.at(tag)));
         }
     }
     if (!others.empty()) {
@@ -137,6 +133,13 @@ void SetRun::ReportHeld(std::int16_t address, const SetPlan &plan, const SensorL
         throw Failure(ExitStatus::Refused,
                       QStringLiteral("address %1: %2").arg(QString::number(address), ListText(others, most)));
     }
+}
+
+void SetRun::Report(std::int16_t address, const SetPlan &plan, std::int16_t tag, const QString &changed) {
+    report_.Add(address, {.tag = tag,
+                          .before = plan.before.at(tag),
+                          .value = plan.after.at(tag),
+                          .outcome = plan.Writes(tag) ? changed : QStringLiteral("held")});
 }
 
 void RejectSharedAddress(const CommandRun &run, const std::vector<Assignment> &assignments) {

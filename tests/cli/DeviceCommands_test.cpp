@@ -188,7 +188,9 @@ TEST_F(DeviceCommandsTest, ReinitAsksBeforeItWrites) {
     EXPECT_NE(printed_.find("ztv-ctl: Nothing was written\n"), std::string::npos);
     EXPECT_EQ(sensor.Register(28), 1300);
     EXPECT_TRUE(sensor.Writes().empty());
+    EXPECT_EQ(printed_.find("parameter  name"), std::string::npos) << "results follow the question";
     EXPECT_EQ(Reinit("y\n", {"--address", "4"}), ExitStatus::Done);
+    EXPECT_LT(printed_.find(question), printed_.find("parameter  name"));
     EXPECT_EQ(sensor.Register(28), 1200);
 }
 
