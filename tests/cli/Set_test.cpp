@@ -465,18 +465,32 @@ TEST_F(SetTest, PrintsCsvThatAnotherParserReads) {
 
 // Signals. ------------------------------------------------------------------------------------------
 
-TEST_F(CtlProgramTest, SetSaysWhatWasWrittenWhenASignalComes) {
-    const QString pidFile = folder_.filePath(QStringLiteral("pid"));
-    sensor_->OnRequest([&](const QByteArray &request) {
-        QFile file(pidFile);
-        if (request.at(1) == 6 && file.open(QIODevice::ReadOnly)) {
-            kill(file.readAll().trimmed().toInt(), SIGINT);
-        }
-    });
-    EXPECT_EQ(Shell("echo $$ > $XDG_CONFIG_HOME/pid; exec $ctl --timeout 2000 set 28=13 29=350 95=1"),
-              128 + SIGINT);
+class SetSignalTest : public CtlProgramTest {
+protected:
+    // Sends the signal as soon as the program writes.
+    int ShellInterrupted(double drop) {
+        const QString pidFile = folder_.filePath(QStringLiteral("pid"));
+        sensor_->OnRequest([this, pidFile, drop](const QByteArray &request) {
+            QFile file(pidFile);
+            if (IsWrite(request) && file.open(QIODevice::ReadOnly)) {
+                sensor_->Faults().drop = drop;
+                kill(file.readAll().trimmed().toInt(), SIGINT);
+            }
+        });
+        return Shell("echo $$ > $XDG_CONFIG_HOME/pid; exec $ctl --timeout 500 set 28=13 29=350 95=1");
+    }
+};
+
+TEST_F(SetSignalTest, SetSaysWhatWasWrittenAndWhatWasNot) {
+    EXPECT_EQ(ShellInterrupted(0), 128 + SIGINT);
     EXPECT_EQ(messages_, "ztv-ctl: address 1: interrupted; confirmed, but not read back: \"Near Distance\"; "
-                         "not written: \"Far "
+                         "not written: \"Far Distance\", \"User Number\"\n");
+    EXPECT_EQ(sensor_->Writes(), (Writes{{28, 1300}}));
+}
+
+TEST_F(SetSignalTest, SetSaysWhichWriteIsNotKnown) {
+    EXPECT_EQ(ShellInterrupted(1), 128 + SIGINT);
+    EXPECT_EQ(messages_, "ztv-ctl: address 1: interrupted; not known: \"Near Distance\"; not written: \"Far "
                          "Distance\", \"User Number\"\n");
     EXPECT_EQ(sensor_->Writes(), (Writes{{28, 1300}}));
 }
