@@ -42,6 +42,7 @@ public:
 
     // The table as the presets describe it. A command may fill it.
     ClassZentrova &Zentrova() { return zentrova_; }
+    const ClassZentrova &Zentrova() const { return zentrova_; }
 
     // The line of the command: the options, and the program's settings for what they leave out. The device is
     // what to open; its number in `Comm` counts only for those who name ports by numbers.
