@@ -12,11 +12,12 @@ namespace ztv {
 
 namespace {
 
-// As the program's dialog names a file to save.
+// As the program's dialog names a file to save. A folder or a device keeps its name, by which it is rejected.
 QString WithSuffix(const QString &name) {
     const QFileInfo file(name);
-    const bool hasNone = !file.fileName().isEmpty() && !file.fileName().contains(u'.') && !file.isDir();
-    return hasNone ? name + SettingsFileType::Extension() : name;
+    const bool maySave = !file.exists() || file.isFile();
+    const bool hasNone = !file.fileName().isEmpty() && !file.fileName().contains(u'.');
+    return maySave && hasNone ? name + SettingsFileType::Extension() : name;
 }
 
 FileName NameOf(const CommandRun &run) {
