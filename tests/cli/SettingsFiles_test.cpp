@@ -13,6 +13,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <algorithm>
+#include <csignal>
 #include <map>
 #include <optional>
 
@@ -499,6 +500,19 @@ TEST_F(SettingsFilesTest, ALostConfirmationIsSettledByReadingBack) {
     }
 }
 
+// It would take another address only when it starts anew. After a request to another slave, libmodbus takes
+// what comes within half a second for that slave's reply.
+TEST_F(SettingsFilesTest, LoadFindsASensorThatStaysAtItsPlace) {
+    ModbusServer server(9);
+    device_ = server.Path();
+    const QByteArray file = File("winder.ztv", {{28, 1300}, {65, 17}, {66, 2}, {67, 0}});
+    EXPECT_EQ(
+        Ctl({"--address", "9", "--timeout", "300", "load", "--yes", "--line-settings", file.constData()}),
+        ExitStatus::Done);
+    EXPECT_EQ(server.Register(28 - 1), 1300);
+    EXPECT_EQ(server.Register(65 - 1), 17);
+}
+
 TEST_F(SettingsFilesTest, LoadSaysWhenItCannotReadBack) {
     sim::SimulatedSensor &sensor = StartSensor();
     sensor.OnRequest([&](const QByteArray &request) {
@@ -702,6 +716,20 @@ TEST_F(SettingsFilesProgramTest, ASignalDuringTheQuestionEndsTheProgram) {
                     "END"),
               130);
     EXPECT_TRUE(sensor_->Writes().empty());
+}
+
+TEST_F(SettingsFilesProgramTest, ASignalDuringTheWriteLeavesNothingUnsaid) {
+    const QString pidFile = files_.filePath(QStringLiteral("pid"));
+    qputenv("pid", pidFile.toLocal8Bit());
+    sensor_->OnRequest([&](const QByteArray &request) {
+        if (request.at(1) == 16) {
+            kill(ReadFile(pidFile).toInt(), SIGTERM);
+        }
+    });
+    EXPECT_EQ(Shell("$ctl load --yes $file > /dev/null & echo $! > $pid; wait $!"), 128 + SIGTERM);
+    EXPECT_EQ(messages_, "ztv-ctl: address 1: the settings were sent, but not read back\n");
+    EXPECT_EQ(sensor_->Register(28), 1300);
+    qunsetenv("pid");
 }
 
 TEST_F(SettingsFilesProgramTest, TheStatusTellsAScript) {
