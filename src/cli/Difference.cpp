@@ -45,7 +45,8 @@ QString NamesOf(const std::vector<Difference> &differences, const ClassZentrova 
     constexpr qsizetype most = 3;
     QStringList names;
     for (const Difference &difference : differences) {
-        names.append(QStringLiteral("%1 (%2)").arg(zentrova.ParamName(difference.tag)).arg(difference.tag));
+        names.append(QStringLiteral("%1 (%2)").arg(zentrova.ParamName(difference.tag),
+                                                   QString::number(difference.tag)));
     }
     return ListText(names, most);
 }

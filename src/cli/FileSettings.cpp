@@ -4,7 +4,9 @@
 #include "model/ParamDefines.h"
 #include "model/SettingsFile.h"
 #include "model/ValueFormat.h"
+#include "support/SettingsFileType.h"
 
+#include <QFileInfo>
 #include <algorithm>
 
 namespace ztv {
@@ -20,6 +22,15 @@ QString LimitedText(const ClassZentrova &zentrova, std::int16_t tag, std::int32_
     return QStringLiteral("parameter %1 (%2) is %3, which is beyond its limits; %4 is used")
         .arg(QString::number(tag), zentrova.ParamName(tag), NumberOf(zentrova, tag, inFile),
              NumberOf(zentrova, tag, zentrova.Limited(tag, inFile)));
+}
+
+// A file is saved with a suffix that nobody needs to type, but opened by its exact name.
+void RejectForgottenSuffix(const QString &name) {
+    const QString meant = name + SettingsFileType::Extension();
+    if (!QFileInfo::exists(name) && QFileInfo::exists(meant)) {
+        throw Failure(ExitStatus::File,
+                      QStringLiteral("%1: there is no such file; did you mean \"%2\"?").arg(name, meant));
+    }
 }
 
 } // namespace
@@ -50,6 +61,7 @@ FileSettings::FileSettings(const QString &file, const std::vector<std::int16_t> 
     const auto remark = [&](const QString &text) {
         run.Person().Remark(QStringLiteral("%1: %2").arg(name, text));
     };
+    RejectForgottenSuffix(file);
     WithFile([&] {
         SettingsFileReader reader(file);
         const std::int16_t count = std::min(reader.Count(), zentrova.ParamCount());

@@ -104,8 +104,7 @@ void Loading::RejectOneAddressForAll() const {
         throw Failure(ExitStatus::WrongUse,
                       QStringLiteral("%1 would give its address to %2 sensors; leave out --line-settings, or "
                                      "name a file for each with {address}")
-                          .arg(file->name)
-                          .arg(run_.Addresses().size()));
+                          .arg(file->name, QString::number(run_.Addresses().size())));
     }
 }
 
@@ -138,7 +137,9 @@ void Loading::MakePlan(SensorLine &line, std::int16_t address, DifferenceReport 
     const FileSettings file = files_.Of(address, sensor);
     if (const auto leftOut = DifferencesOf(sensor, file.leftOut); !leftOut.empty()) {
         Remark(address,
-               QStringLiteral("the file differs in %1; not loaded").arg(NamesOf(leftOut, run_.Zentrova())));
+               QStringLiteral("the file differs in %1; not loaded%2")
+                   .arg(NamesOf(leftOut, run_.Zentrova()),
+                        run_.Given().lineSettings ? QString() : QStringLiteral(" without --line-settings")));
     }
     Plan plan = {.address = address,
                  .sensor = sensor,

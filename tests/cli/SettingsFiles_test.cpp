@@ -300,7 +300,7 @@ TEST_F(SettingsFilesTest, LoadKeepsTheSettingsOfTheLine) {
         EXPECT_EQ(Ctl({"--address", "7", "load", "--yes", file.constData()}), ExitStatus::Done);
         EXPECT_TRUE(Messages().starts_with(
             "ztv-ctl: address 7: the file differs in Network Address (65), Baud Rate (66), "
-            "Parity and Stop Bits (67) and 1 more; not loaded\n"));
+            "Parity and Stop Bits (67) and 1 more; not loaded without --line-settings\n"));
         ExpectRegisters(sensor, {{65, 7}, {66, 4}, {67, 1}, {68, addressing}, {29, 30000}});
         Results();
         EXPECT_EQ(Ctl({"--address", "7", "diff", file.constData()}), ExitStatus::Done);
@@ -328,9 +328,9 @@ TEST_F(SettingsFilesTest, LoadFollowsASensorToItsNewPlace) {
 
 TEST_F(SettingsFilesTest, LoadNeverGivesOneAddressToSeveralSensors) {
     StartLine({3, 5, 9});
-    const QByteArray one = File("winder.ztv", {{65, 17}});
+    const QByteArray one = File("100%2winder.ztv", {{65, 17}});
     ExpectFailure({"--address", "3,5", "load", "--yes", "--line-settings", one.constData()},
-                  ExitStatus::WrongUse, "would give its address to 2 sensors");
+                  ExitStatus::WrongUse, "/100%2winder.ztv would give its address to 2 sensors");
     EXPECT_TRUE(sensors_.front()->Requests().empty());
 
     File("line-3.ztv", {{65, 17}, {66, 4}, {67, 1}});
@@ -396,6 +396,7 @@ TEST_F(SettingsFilesTest, AForeignSlaveIsLoadedToo) {
             server.SetRegister(address, 700);
         }
         server.SetRegister(69, addressing == 0 ? 21845 : 700);
+        server.SetRegister(12 - addressing, 0); // the count of rows, by which a file is read
         const QByteArray file = File("winder.ztv", {{28, 1300}, {26, -500}});
         EXPECT_EQ(Ctl({"--address", "9", "load", "--yes", file.constData()}), ExitStatus::Done);
         EXPECT_EQ(server.Register(28 - addressing), 1300);
@@ -461,11 +462,11 @@ TEST_F(SettingsFilesTest, LoadReportsARefusalOfTheSensor) {
 TEST_F(SettingsFilesTest, LoadOnABadLineNeverClaimsWhatIsNotSo) {
     sim::SimulatedSensor &sensor = StartSensor();
     int loaded = 0;
-    for (const char *fault : {"drop 0.3", "corrupt 0.3", "drop 0.6"}) {
+    for (const char *fault : {"drop 0.3", "corrupt 0.3", "drop 0.6", "latency 30"}) {
         sensor.Execute(QStringLiteral("drop 0"));
         sensor.Execute(QStringLiteral("corrupt 0"));
         sensor.Execute(QString::fromLatin1(fault));
-        for (int run = 0; run < 15; ++run) {
+        for (int run = 0; run < 12; ++run) {
             const int value = 1300 + run + static_cast<int>(fault[0]);
             const QByteArray file = File("winder.ztv", {{28, value}, {29, value + 1}, {65, 9}, {66, 1}});
             const ExitStatus status = Ctl({"--timeout", "20", "--quiet", "load", "--yes", file.constData()});
@@ -629,6 +630,7 @@ TEST_F(SettingsFilesTest, FilesThatAreNoneAreRejectedBeforeThePortIsOpened) {
     expectFailure(Path("cut.ztv"), "cut.ztv: ");
     expectFailure(Path("folder.ztv"), "this isn't a file");
     expectFailure(Path("missing.ztv"), "missing.ztv: there is no such file");
+    expectFailure(Path("good"), "good: there is no such file; did you mean \"" + good.toStdString() + "\"?");
     expectFailure(QStringLiteral("/dev/zero"), "this isn't a file");
 }
 
