@@ -39,10 +39,13 @@ QString At(std::int16_t address, const QString &text) {
     return QStringLiteral("address %1: %2").arg(QString::number(address), text);
 }
 
+// Returns what a write leaves alone or sets: the settings, and the number by which another sensor at the same
+// address is noticed.
 Values SettingsOf(const Values &values, const ClassZentrova &zentrova) {
     Values settings = values;
     std::erase_if(settings, [&](const auto &row) {
-        return zentrova.ParamReadOnly(row.first) || ClassZentrova::IsCommand(row.first);
+        return row.first != ParamDefines::SerialNumber &&
+               (zentrova.ParamReadOnly(row.first) || ClassZentrova::IsCommand(row.first));
     });
     return settings;
 }

@@ -432,18 +432,21 @@ TEST_F(SettingsFilesTest, LoadSaysWhatASensorDidNotKeep) {
 }
 
 TEST_F(SettingsFilesTest, LoadStopsWhenTheSensorChangesBeforeTheWrite) {
-    sim::SimulatedSensor &sensor = StartSensor();
-    int reads = 0;
-    sensor.OnRequest([&](const QByteArray &) {
-        if (++reads == 3) { // mark and table twice
-            sensor.SetRegister(29, 30000);
-        }
-    });
-    const QByteArray file = File("winder.ztv", {{28, 1300}});
-    EXPECT_EQ(Ctl({"load", "--yes", file.constData()}), ExitStatus::Refused);
-    EXPECT_EQ(Messages(), "ztv-ctl: address 1: the sensor has changed meanwhile: Far Distance (29); nothing "
-                          "was written\n");
-    EXPECT_TRUE(sensor.Writes().empty());
+    for (const auto &[tag, name] :
+         std::map<int, std::string>{{29, "Far Distance (29)"}, {2, "Serial Number (2)"}}) {
+        sim::SimulatedSensor &sensor = StartSensor();
+        int reads = 0;
+        sensor.OnRequest([&](const QByteArray &) {
+            if (++reads == 3) { // mark and table twice
+                sensor.SetRegister(tag, 30000);
+            }
+        });
+        const QByteArray file = File("winder.ztv", {{28, 1300}});
+        EXPECT_EQ(Ctl({"load", "--yes", file.constData()}), ExitStatus::Refused);
+        EXPECT_EQ(Messages(), "ztv-ctl: address 1: the sensor has changed meanwhile: " + name +
+                                  "; nothing was written\n");
+        EXPECT_TRUE(sensor.Writes().empty());
+    }
 }
 
 TEST_F(SettingsFilesTest, LoadReportsARefusalOfTheSensor) {
