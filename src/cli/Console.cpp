@@ -61,9 +61,12 @@ void Console::AskToGoOn(const QString &question) {
     std::fflush(streams_.messages);
     constexpr int longestAnswer = 100;
     QByteArray answer(longestAnswer, '\0');
-    const char *given = std::fgets(answer.data(), longestAnswer, streams_.input);
+    const bool isAnswered = std::fgets(answer.data(), longestAnswer, streams_.input) != nullptr;
+    if (!isAnswered) {
+        std::fputc('\n', streams_.messages);
+    }
     ThrowIfInterrupted();
-    if (given == nullptr || !IsYes(answer.constData())) {
+    if (!isAnswered || !IsYes(answer.constData())) {
         throw Failure(ExitStatus::Refused, QStringLiteral("Nothing was written"));
     }
 }
