@@ -62,8 +62,7 @@ listing() {
 try_ctl() {
     rm -rf "$home/ctl" "$home/sensor"
     as_user mkdir "$home/ctl"
-    as_user "$1" simulate --link "$home/sensor" </dev/null >"$home/ctl/simulate.txt" 2>&1 &
-    local simulator=$!
+    exec 9> >(as_user "$1" --quiet simulate --link "$home/sensor" >/dev/null) # its commands
     for ((i = 0; i < 100; i++)); do
         [ -e "$home/sensor" ] && break
         sleep 0.1
@@ -77,11 +76,11 @@ try_ctl() {
     ctl diff "$files/20.ztv" || fail "$1 diff"
     ctl --quiet set 28=30 >/dev/null
     [ "$(ctl diff "$files/20.ztv" >/dev/null; echo $?)" = 1 ] || fail "$1 diff finds no difference"
-    ctl load --yes "$files/20.ztv" >/dev/null || fail "$1 load"
+    ctl --quiet load --yes "$files/20.ztv" >/dev/null || fail "$1 load"
     [ "$(ctl get 28)" = '28   Near Distance  20.00"' ] || fail "$1 get after load"
-    [ "$(ctl watch 32 --every 200 --for 1s | wc -l)" -gt 3 ] || fail "$1 watch"
-    kill "$simulator"
-    wait "$simulator" || true
+    [ "$(ctl --quiet watch 32 --every 200 --for 1s | wc -l)" -gt 3 ] || fail "$1 watch"
+    echo quit >&9
+    exec 9>&-
 }
 
 # Lists the packages that an empty system gets when this one is installed.

@@ -78,11 +78,11 @@ _ztv_ctl_value() {
 # Offers what a command takes besides options.
 _ztv_ctl_argument() {
     case $1 in
-    "") _ztv_ctl_offer < <(printf '%s\n' $_ztv_ctl_commands) ;;
+    "") _ztv_ctl_offer < <(tr ' ' '\n' <<<"$_ztv_ctl_commands") ;;
     get | watch | trace) _ztv_ctl_offer < <("$program" parameters --format csv 2>/dev/null | _ztv_ctl_column 2) ;;
     set)
         compopt -o nospace 2>/dev/null
-        [[ $typed == *=* ]] || _ztv_ctl_offer = < <("$program" parameters --format csv 2>/dev/null |
+        [[ $typed == *=* ]] || _ztv_ctl_offer '=' < <("$program" parameters --format csv 2>/dev/null |
             grep -v ',read$' | _ztv_ctl_column 2)
         ;;
     save | load | diff) _ztv_ctl_files '*.[zZ][tT][vV]' ;;
@@ -138,7 +138,7 @@ _ztv_ctl() {
     elif _ztv_ctl_takes_value "$before"; then
         _ztv_ctl_value "$before"
     elif [[ $typed == -* ]]; then
-        _ztv_ctl_offer < <(printf '%s\n' $(_ztv_ctl_options "$command"))
+        _ztv_ctl_offer < <(_ztv_ctl_options "$command" | tr ' ' '\n')
     else
         _ztv_ctl_argument "$command"
     fi
