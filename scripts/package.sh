@@ -28,7 +28,7 @@ gzip -9 -n "$documents/changelog" "$work"/tree/usr/share/man/man1/*.1
 (
     cd "$work/deb"
     mkdir "$work/tree/DEBIAN"
-    dpkg-shlibdeps "$work"/tree/usr/lib/ztvlink/ZtvLink "$work"/tree/usr/lib/ztvlink/ztv-sim
+    dpkg-shlibdeps "$work"/tree/usr/lib/ztvlink/{ZtvLink,ztv-ctl,ztv-sim}
     dpkg-gencontrol -P"$work/tree"
 )
 (cd "$work/tree" && find usr -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum >DEBIAN/md5sums)
@@ -38,7 +38,7 @@ dpkg-deb --root-owner-group --build "$work/tree" "$work" >/dev/null
 read -r _ version architecture <<<"$(dpkg-deb -W --showformat='${Package} ${Version} ${Architecture}' "$work"/*.deb)"
 name=ztvlink-$version-linux-$architecture
 mv "$work/tree/usr/lib/ztvlink" "$work/$name"
-cp build/release/packaging/*.1 packaging/README.portable "$work/$name/"
+cp -r build/release/packaging/*.1 packaging/README.portable packaging/completions "$work/$name/"
 tar -C "$work" -czf "$work/$name.tar.gz" --sort=name --owner=0 --group=0 --numeric-owner \
     --mtime="@$SOURCE_DATE_EPOCH" "$name"
 rm -rf "$work/tree" "$work/deb" "${work:?}/$name"

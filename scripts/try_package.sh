@@ -58,6 +58,31 @@ listing() {
         -o -type d -printf '%p/ %m\n' -o -printf '%p %m %s %l\n' | LC_ALL=C sort
 }
 
+# Uses ztv-ctl of a folder on a simulated sensor: writes, saves, compares, loads, watches.
+try_ctl() {
+    rm -rf "$home/ctl" "$home/sensor"
+    as_user mkdir "$home/ctl"
+    exec 9> >(as_user "$1" --quiet simulate --link "$home/sensor" >/dev/null) # its commands
+    for ((i = 0; i < 100; i++)); do
+        [ -e "$home/sensor" ] && break
+        sleep 0.1
+    done
+    ctl() { as_user "$ctl" --port "$home/sensor" "$@"; }
+    local ctl=$1 files="$home/ctl"
+    [ "$(ctl get 28)" = '28   Near Distance  12.00"' ] || fail "$1 get"
+    ctl --quiet set "Near Distance=20" >/dev/null || fail "$1 set"
+    [ "$(ctl get 28)" = '28   Near Distance  20.00"' ] || fail "$1 get after set"
+    ctl save "$files/20.ztv" >/dev/null || fail "$1 save"
+    ctl diff "$files/20.ztv" || fail "$1 diff"
+    ctl --quiet set 28=30 >/dev/null
+    [ "$(ctl diff "$files/20.ztv" >/dev/null; echo $?)" = 1 ] || fail "$1 diff finds no difference"
+    ctl --quiet load --yes "$files/20.ztv" >/dev/null || fail "$1 load"
+    [ "$(ctl get 28)" = '28   Near Distance  20.00"' ] || fail "$1 get after load"
+    [ "$(ctl --quiet watch 32 --every 200 --for 1s | wc -l)" -gt 3 ] || fail "$1 watch"
+    echo quit >&9
+    exec 9>&-
+}
+
 # Lists the packages that an empty system gets when this one is installed.
 needed() {
     apt-get --simulate -o Dir::State::status=/dev/null --no-install-recommends install "./$package" | sed -n 's/^Inst \([^ ]*\).*/\1/p'
@@ -76,6 +101,9 @@ for program in ztv-ctl ztv-sim; do
     [ "$(as_user $program --version)" = "$program $version" ] || fail "$program isn't of version $version"
 done
 as_user ztv-ctl ports >/dev/null || fail "ztv-ctl ports"
+scripts/check_no_screen /usr/bin/ztv-ctl || fail "ztv-ctl links what needs a screen"
+diff packaging/completions/ztv-ctl.bash /usr/share/bash-completion/completions/ztv-ctl
+diff packaging/completions/ztv-ctl.fish /usr/share/fish/vendor_completions.d/ztv-ctl.fish
 for part in Presets.fil ZTV.chm help; do # the help exists only if it was built
     [ ! -e "build/release/bin/$part" ] || diff -r "build/release/bin/$part" "/usr/lib/ztvlink/$part"
 done
@@ -94,6 +122,9 @@ done
 if command -v lintian >/dev/null; then # optional: it depends on more than a hundred packages
     as_user lintian --fail-on error,warning "$home/${package##*/}"
 fi
+
+echo "Running ztv-ctl against the simulated sensor"
+try_ctl /usr/bin/ztv-ctl
 
 echo "Running the program against the simulated sensor"
 as_user "$home/e2e/assistive_client.sh" /usr/lib/ztvlink
@@ -115,5 +146,8 @@ as_user mkdir "$home/a portable folder"
 as_user tar -C "$home/a portable folder" -xf "$home/${archive##*/}"
 portable=$(echo "$home/a portable folder"/ztvlink-*)
 [ "$(as_user "$portable/ztv-sim" --version)" = "ztv-sim $version" ] || fail "the portable folder isn't of version $version"
+scripts/check_no_screen "$portable/ztv-ctl" || fail "ztv-ctl links what needs a screen"
+diff -r packaging/completions "$portable/completions"
+try_ctl "$portable/ztv-ctl"
 as_user "$home/e2e/assistive_client.sh" "$portable"
 echo "The package and the portable folder are good."

@@ -183,7 +183,7 @@ constexpr std::array commands = {
                      AddPeriod(options);
                  }},
     CommandWords{Command::Simulate, "simulate", "Starts a simulated sensor, for a first try without one",
-                 "  ztv-ctl simulate\n  ztv-ctl simulate --address 5 --noise 3",
+                 "  ztv-ctl simulate\n  ztv-ctl simulate --address 5 --pace",
                  [](const Options &options) { options.app.prefix_command()->fallthrough(false); }},
 };
 
