@@ -85,7 +85,8 @@ void SensorLine::SetLine(const CommSettings &comm) {
 }
 
 SensorLine::Values SensorLine::Read(std::int16_t address, const std::vector<std::int16_t> &tags) {
-    FindAddressingMode(address);
+    // Each time: another sensor may answer at an address by now.
+    ThrowUnlessDone(address, AskAddressingMode(address, usualTries));
     Values values;
     for (const Span &span : SpansOf(tags)) {
         ThrowUnlessDone(address, ReadSpan(address, span, usualTries, values));
@@ -95,10 +96,17 @@ SensorLine::Values SensorLine::Read(std::int16_t address, const std::vector<std:
 
 SensorLine::Values SensorLine::ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags) {
     Values values;
-    for (const Span &span : SpansOf(tags)) {
-        ReadSpan(address, span, 1, values);
-    }
+    ReadOnce(address, tags, values);
     return values;
+}
+
+std::vector<LinkStatus> SensorLine::ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags,
+                                             Values &values) {
+    std::vector<LinkStatus> outcomes;
+    for (const Span &span : SpansOf(tags)) {
+        outcomes.push_back(ReadSpan(address, span, 1, values));
+    }
+    return outcomes;
 }
 
 LinkStatus SensorLine::Write(std::int16_t address, std::int16_t tag, std::int32_t raw) {
@@ -133,11 +141,13 @@ std::vector<SensorLine::Span> SensorLine::SpansOf(std::vector<std::int16_t> tags
     return spans;
 }
 
-// Asks each time: another sensor may answer at an address by now.
-void SensorLine::FindAddressingMode(std::int16_t address) {
-    ThrowUnlessDone(address, RunRead(address, ParamDefines::AddressingMark, 1, usualTries));
-    const std::int16_t mark = mbaxp_.RegisterValue(LinkTransaction::Poll, 0);
-    addressingMode_ = mark == ParamDefines::NumberedLikeParameters ? 0 : 1;
+LinkStatus SensorLine::AskAddressingMode(std::int16_t address, int tries) {
+    const LinkStatus status = RunRead(address, ParamDefines::AddressingMark, 1, tries);
+    if (status == LinkStatus::NoError) {
+        const std::int16_t mark = mbaxp_.RegisterValue(LinkTransaction::Poll, 0);
+        addressingMode_ = mark == ParamDefines::NumberedLikeParameters ? 0 : 1;
+    }
+    return status;
 }
 
 LinkStatus SensorLine::ReadSpan(std::int16_t address, const Span &span, int tries, Values &values) {
