@@ -19,7 +19,7 @@ QString OffsetText(int seconds) {
     constexpr int minutesPerHour = 60;
     const int minutes = std::abs(seconds) / secondsPerMinute;
     return QStringLiteral("%1%2:%3")
-        .arg(seconds < 0 ? u'-' : u'+')
+        .arg(QLatin1Char(seconds < 0 ? '-' : '+'))
         .arg(minutes / minutesPerHour, 2, 10, QLatin1Char('0'))
         .arg(minutes % minutesPerHour, 2, 10, QLatin1Char('0'));
 }

@@ -151,7 +151,7 @@ void Rounds::RemarkCounts() {
                        .arg(counts.requests)
                        .arg(counts.damaged);
     if (counts.refused > 0) {
-        text += QStringLiteral(", %1 requests refused").arg(counts.refused);
+        text += QStringLiteral(", %1 refused").arg(counts.refused);
     }
     run_.Person().Remark(
         text +

