@@ -1,6 +1,7 @@
 // Measures the program against its limits and its peers.
 
 #include "bench/Awake.h"
+#include "bench/CommandLine.h"
 #include "bench/HexImport.h"
 #include "bench/ListRefresh.h"
 #include "bench/PollLoad.h"
@@ -33,7 +34,7 @@ constexpr std::array groups = {
     Group{"round-trip", MeasureRoundTrips}, Group{"poll", MeasurePollLoad},
     Group{"list", MeasureListRefresh},      Group{"search", MeasureSearch},
     Group{"start-up", MeasureStartUp},      Group{"hex", MeasureHexImport},
-    Group{"upgrade", MeasureUpgrade},
+    Group{"upgrade", MeasureUpgrade},       Group{"command-line", MeasureCommandLine},
 };
 
 constexpr int wrongUsage = 2;
@@ -43,7 +44,7 @@ int Usage() {
     std::fprintf(
         stderr,
         "usage: ztv-bench [--check] [--awake] [--runs N] [--table FILE] [round-trip] [poll] [list] [search] "
-        "[start-up] [hex] [upgrade]\n");
+        "[start-up] [hex] [upgrade] [command-line]\n");
     return wrongUsage;
 }
 

@@ -86,7 +86,16 @@ TEST_F(CommandsTest, ALostAdapterBreaksASearchOff) {
     EXPECT_EQ(Messages(), "ztv-ctl: address 3 at 38400 N2: Read Error\n");
 }
 
-TEST_F(CommandsTest, SearchShowsItsFramesAndItsProgress) {
+TEST_F(CommandsTest, SearchShowsHowFarItIsWhereSomeoneReads) {
+    StartSensor();
+    EXPECT_EQ(Ctl({"search", "--to", "4"}, true), ExitStatus::Done);
+    const std::string messages = Messages();
+    EXPECT_NE(messages.find("\raddress 1 at 38400 N2, 0 found, 1 s left"), std::string::npos) << messages;
+    EXPECT_NE(messages.find("\raddress 4 at 38400 N2, 1 found, 1 s left"), std::string::npos) << messages;
+    EXPECT_TRUE(messages.ends_with(" \r")); // nothing stays on the screen
+}
+
+TEST_F(CommandsTest, SearchShowsItsFrames) {
     StartSensor();
     EXPECT_EQ(Ctl({"--trace", "search", "--to", "2"}), ExitStatus::Done);
     const std::string frames = Messages();

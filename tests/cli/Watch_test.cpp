@@ -214,7 +214,7 @@ TEST_F(WatchTest, NeverPrintsAnOldOrWrongValueOnABadLine) {
     }
 }
 
-TEST_F(WatchTest, ASensorThatIsMutePowersUpOrChangesLeavesEmptyRows) {
+TEST_F(WatchTest, ASensorThatFallsSilentLeavesEmptyRows) {
     for (const char *fault : {"mute on", "baud 9600", "parity E1", "address 7"}) {
         requests_ = 0;
         sim::SimulatedSensor &sensor = StartSensor();
@@ -332,6 +332,17 @@ TEST_F(WatchTest, DamageIsCountedAmongTheLost) {
     EXPECT_EQ(Ctl({"watch", "--raw", "32", "--every", "400", "--for", "1"}), ExitStatus::Done);
     EXPECT_EQ(RowsOf(Results()).at(1).cells, "1,");
     EXPECT_NE(Messages().find("3 rounds, 1 of 5 replies lost (1 damaged), "), std::string::npos);
+}
+
+TEST_F(WatchTest, ShowsTheTimeLeftWhereSomeoneReads) {
+    StartSensor();
+    EXPECT_EQ(Ctl({"watch", "--every", "400", "--for", "1"}, true), ExitStatus::Done);
+    EXPECT_EQ(LinesOf(Results()).size(), 1 + 3);
+    EXPECT_NE(Messages().find("\r1 rounds, 1 s left"), std::string::npos);
+    EXPECT_EQ(Ctl({"--quiet", "watch", "--every", "400", "--for", "1"}, true), ExitStatus::Done);
+    EXPECT_EQ(Messages(), "");
+    EXPECT_EQ(Ctl({"watch", "--every", "400", "--for", "1"}), ExitStatus::Done);
+    EXPECT_EQ(Messages().find('\r'), std::string::npos);
 }
 
 TEST_F(WatchTest, WrongUseSaysWhatWouldBeRight) {
