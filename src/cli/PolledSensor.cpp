@@ -1,5 +1,6 @@
 #include "cli/PolledSensor.h"
 
+#include <ranges>
 #include <utility>
 
 namespace ztv {
@@ -9,6 +10,16 @@ namespace {
 bool IsDamage(LinkStatus status) {
     return status == LinkStatus::CrcError || status == LinkStatus::UnexpectedResponse ||
            status == LinkStatus::MissingBytes;
+}
+
+// Returns when the last good reply came; without one, when the last was given up.
+std::chrono::system_clock::time_point TimeOf(const std::vector<SensorLine::Outcome> &outcomes) {
+    for (const SensorLine::Outcome &outcome : outcomes | std::views::reverse) {
+        if (outcome.status == LinkStatus::NoError) {
+            return outcome.time;
+        }
+    }
+    return outcomes.empty() ? std::chrono::system_clock::now() : outcomes.back().time;
 }
 
 } // namespace
@@ -51,10 +62,11 @@ PolledSensor::Reading PolledSensor::Read(SensorLine &line) {
         addressingMode_ = line.AddressingMode();
     }
     line.UseAddressingMode(*addressingMode_);
-    for (const LinkStatus status : line.ReadOnce(address_, tags_, reading.values)) {
-        Take(status);
+    const std::vector<SensorLine::Outcome> outcomes = line.ReadOnce(address_, tags_, reading.values);
+    for (const SensorLine::Outcome &outcome : outcomes) {
+        Take(outcome.status);
     }
-    reading.time = std::chrono::system_clock::now();
+    reading.time = TimeOf(outcomes);
     return reading;
 }
 

@@ -100,11 +100,12 @@ SensorLine::Values SensorLine::ReadOnce(std::int16_t address, const std::vector<
     return values;
 }
 
-std::vector<LinkStatus> SensorLine::ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags,
-                                             Values &values) {
-    std::vector<LinkStatus> outcomes;
+std::vector<SensorLine::Outcome> SensorLine::ReadOnce(std::int16_t address,
+                                                      const std::vector<std::int16_t> &tags, Values &values) {
+    std::vector<Outcome> outcomes;
     for (const Span &span : SpansOf(tags)) {
-        outcomes.push_back(ReadSpan(address, span, 1, values));
+        const LinkStatus status = ReadSpan(address, span, 1, values);
+        outcomes.push_back({.status = status, .time = std::chrono::system_clock::now()});
     }
     return outcomes;
 }

@@ -9,6 +9,7 @@
 
 #include <QObject>
 #include <QString>
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <vector>
@@ -43,9 +44,15 @@ public:
     // As Read, once, in the addressing mode that was found last. Leaves out what got no good reply.
     Values ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags);
 
+    // The end of a request: its reply, or that none came.
+    struct Outcome {
+        LinkStatus status;
+        std::chrono::system_clock::time_point time;
+    };
+
     // As ReadOnce, but adds to `values` and returns the outcome of each request.
-    std::vector<LinkStatus> ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags,
-                                     Values &values);
+    std::vector<Outcome> ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags,
+                                  Values &values);
 
     // Asks once how the sensor at `address` numbers its registers. A good answer holds until the next one.
     LinkStatus AskAddressingMode(std::int16_t address) { return AskAddressingMode(address, 1); }

@@ -4,7 +4,7 @@
 #include "tests/cli/CtlProgramTest.h"
 #include "tests/helpers/SharedLine.h"
 
-#include <QFile>
+#include <QDateTime>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
@@ -187,6 +187,20 @@ TEST_F(WatchTest, ALostReplyOfTwoEmptiesOnlyItsOwnCells) {
     EXPECT_EQ(rows[1].lost, 1);
     EXPECT_EQ(rows[2].cells, "1,1007,0");
     EXPECT_EQ(rows[3].lost, 1);
+}
+
+TEST_F(WatchTest, ARowHasTheTimeOfItsReply) {
+    sim::SimulatedSensor &sensor = StartSensor();
+    CountInDistance(sensor);
+    whenAsked_ = [&] { sensor.Faults().drop = requests_ == 5 ? 1 : 0; };
+    EXPECT_EQ(Ctl({"--timeout", "2000", "watch", "--raw", "32", "95", "--every", "300", "--for", "1"}),
+              ExitStatus::Done);
+    const QStringList lines = LinesOf(Results());
+    const auto time = [&](int line) {
+        return QDateTime::fromString(lines.at(line).section(u',', 0, 0), Qt::ISODateWithMs);
+    };
+    ASSERT_EQ(lines.size(), 1 + 2); // the second round took longer than it all was to
+    EXPECT_LT(time(1).msecsTo(time(2)), 2000);
 }
 
 TEST_F(WatchTest, NeverPrintsAnOldOrWrongValueOnABadLine) {
@@ -385,6 +399,15 @@ TEST_F(CtlProgramTest, WatchEndsQuietlyWhenItsReaderIsGone) {
     EXPECT_EQ(Shell("$ctl watch --every 50 | head -n 3 | wc -l"), 0);
     EXPECT_EQ(results_, "3\n");
     EXPECT_EQ(messages_, "");
+}
+
+TEST_F(CtlProgramTest, WatchShowsNoProgressAmongItsRows) {
+    const std::string onTerminal = "python3 -c 'import pty,sys; pty.spawn([\"sh\", \"-c\", sys.argv[1]])' ";
+    EXPECT_EQ(Shell((onTerminal + "\"$ctl watch --every 400 --for 1\"").c_str()), 0);
+    EXPECT_NE(results_.find(",lost\r\n"), std::string::npos) << results_ << messages_;
+    EXPECT_EQ(results_.find(" s left"), std::string::npos) << results_;
+    EXPECT_EQ(Shell((onTerminal + "\"$ctl watch --every 400 --for 1 > /dev/null\"").c_str()), 0);
+    EXPECT_NE(results_.find("1 rounds, 1 s left"), std::string::npos) << results_;
 }
 
 TEST_F(CtlProgramTest, WatchOnAFullDiskFailsByFile) {
