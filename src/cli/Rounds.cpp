@@ -44,6 +44,10 @@ void Sleep(std::chrono::milliseconds time) {
 }
 
 Failure NeverAnswered(const PolledSensor &sensor) {
+    if (sensor.Counts().requests == 0) {
+        return {ExitStatus::NoConnection,
+                QStringLiteral("address %1: ended before a reply was due").arg(sensor.Address())};
+    }
     const LinkStatus status = sensor.LastFailure();
     return {status <= LastException ? ExitStatus::Refused : ExitStatus::NoConnection,
             QStringLiteral("address %1: no good reply, but: %2")

@@ -39,8 +39,8 @@ private:
     void RemarkCounts();
 
     CommandRun &run_;
-    std::chrono::milliseconds period_;
-    std::chrono::milliseconds usualPeriod_;
+    std::chrono::milliseconds period_{};
+    std::chrono::milliseconds usualPeriod_{};
     std::optional<std::chrono::milliseconds> duration_;
     bool showsProgress_;
     std::vector<PolledSensor> sensors_;

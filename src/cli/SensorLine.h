@@ -46,7 +46,7 @@ public:
 
     // The end of a request: its reply, or that none came.
     struct Outcome {
-        LinkStatus status;
+        LinkStatus status = LinkStatus::NoError;
         std::chrono::system_clock::time_point time;
     };
 
