@@ -91,14 +91,18 @@ std::unique_ptr<SensorLine> CommandRun::OpenLine() {
     return line;
 }
 
-ExitStatus
-CommandRun::ForEachSensor(const std::function<void(SensorLine &line, std::int16_t address)> &work) {
+ExitStatus CommandRun::ForEachSensor(const SensorWork &work) {
     const std::unique_ptr<SensorLine> line = OpenLine();
+    return ForEachSensor(*line, addresses_, work);
+}
+
+ExitStatus CommandRun::ForEachSensor(SensorLine &line, const std::vector<std::int16_t> &addresses,
+                                     const SensorWork &work) {
     ExitStatus status = ExitStatus::Done;
-    for (const std::int16_t address : addresses_) {
+    for (const std::int16_t address : addresses) {
         try {
-            line->SetLine(comm_); // the work for an earlier sensor may have changed it
-            work(*line, address);
+            line.SetLine(comm_); // the work for an earlier sensor may have changed it
+            work(line, address);
         } catch (const Failure &failure) {
             status = status == ExitStatus::Done ? failure.Status() : status;
             console_.Fail(failure.Text());

@@ -43,6 +43,7 @@ public:
 
     // The table as the presets describe it. A command may fill it.
     ClassZentrova &Zentrova() { return zentrova_; }
+    const ClassZentrova &Zentrova() const { return zentrova_; }
 
     // The line of the command: the options, and the program's settings for what they leave out. The device is
     // what to open; its number in `Comm` counts only for those who name ports by numbers.
@@ -75,7 +76,12 @@ public:
 
     // Does the work for each sensor. A failure of one is reported and doesn't stop the others; the status is
     // that of the first.
-    ExitStatus ForEachSensor(const std::function<void(SensorLine &line, std::int16_t address)> &work);
+    using SensorWork = std::function<void(SensorLine &line, std::int16_t address)>;
+    ExitStatus ForEachSensor(const SensorWork &work);
+
+    // As above, on a line that is open already, and for these sensors.
+    ExitStatus ForEachSensor(SensorLine &line, const std::vector<std::int16_t> &addresses,
+                             const SensorWork &work);
 
 private:
     const Arguments &arguments_;

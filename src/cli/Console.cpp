@@ -1,5 +1,7 @@
 #include "cli/Console.h"
 
+#include "cli/Interruption.h"
+
 #include <QByteArray>
 #include <unistd.h>
 
@@ -59,7 +61,12 @@ void Console::AskToGoOn(const QString &question) {
     std::fflush(streams_.messages);
     constexpr int longestAnswer = 100;
     QByteArray answer(longestAnswer, '\0');
-    if (std::fgets(answer.data(), longestAnswer, streams_.input) == nullptr || !IsYes(answer.constData())) {
+    const bool isAnswered = std::fgets(answer.data(), longestAnswer, streams_.input) != nullptr;
+    if (!isAnswered) {
+        std::fputc('\n', streams_.messages);
+    }
+    ThrowIfInterrupted();
+    if (!isAnswered || !IsYes(answer.constData())) {
         throw Failure(ExitStatus::Refused, QStringLiteral("Nothing was written"));
     }
 }

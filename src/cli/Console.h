@@ -35,6 +35,9 @@ public:
     void Progress(const QString &text);
     void EndProgress();
 
+    // Whether a question can be answered.
+    bool SomeoneAnswers() const { return streams_.someoneAnswers; }
+
     // Asks a question that is answered with y or n; anything but a yes is a no. Throws a Failure: wrong use
     // where no one can answer, refused on a no.
     void AskToGoOn(const QString &question);

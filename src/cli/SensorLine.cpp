@@ -24,6 +24,13 @@ constexpr int usualTries = 3;
 // Reading these few registers takes less time than a second request.
 constexpr int mostUnwanted = 8;
 
+// After any of these the same request may mean another thing: a command acts each time, and the others change
+// where the sensor, or a register, is.
+bool MayBeSentOnce(std::int16_t tag) {
+    return ClassZentrova::IsCommand(tag) ||
+           (tag >= ParamDefines::NetworkAddress && tag <= ParamDefines::AddressingMode);
+}
+
 bool MayHelpToRepeat(LinkStatus status) {
     return status == LinkStatus::Timeout || status == LinkStatus::CrcError ||
            status == LinkStatus::UnexpectedResponse || status == LinkStatus::MissingBytes;
@@ -114,7 +121,7 @@ LinkStatus SensorLine::Write(std::int16_t address, std::int16_t tag, std::int32_
     constexpr auto transaction = LinkTransaction::SingleWrite;
     mbaxp_.DefineWriteRegister(transaction, address, tag - addressingMode_, periodMs);
     mbaxp_.RegisterValue(transaction, 0, Global::SignedFromUnsigned(raw));
-    return OutcomeOfWrite(address, Run(transaction, ClassZentrova::IsCommand(tag) ? 1 : usualTries));
+    return OutcomeOfWrite(address, Run(transaction, MayBeSentOnce(tag) ? 1 : usualTries));
 }
 
 LinkStatus SensorLine::WriteAll(std::int16_t address, const Values &values) {

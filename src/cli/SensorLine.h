@@ -63,7 +63,8 @@ public:
     // Writes a parameter, or the whole table, of the sensor that was read last. Returns NoError when the
     // sensor has confirmed that. Otherwise returns the last status: the sensor may have taken the values or
     // not. Throws when it refuses them. Repeats the request as Read does, but not that of a command, which
-    // acts each time.
+    // acts each time, or of the address, baud rate, parity and addressing mode, which move what it is sent
+    // to.
     LinkStatus Write(std::int16_t address, std::int16_t tag, std::int32_t raw);
     LinkStatus WriteAll(std::int16_t address,
                         const Values &values); // a row that isn't among them is sent as 0

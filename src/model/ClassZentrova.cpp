@@ -61,6 +61,9 @@ std::int32_t ClassZentrova::ParamMax(std::int16_t Tag) const {
 std::int32_t ClassZentrova::ParamPreset(std::int16_t Tag) const {
     return RowOf(Tag).preset.preset;
 }
+std::int32_t ClassZentrova::Limited(std::int16_t Tag, std::int32_t value) const {
+    return std::max(std::min(value, ParamMax(Tag)), ParamMin(Tag));
+}
 std::int32_t ClassZentrova::ParamValue(std::int16_t Tag) const {
     return queue_.ValueOf(Tag).value_or(SentValue(Tag));
 }
@@ -271,7 +274,7 @@ FileOpened ClassZentrova::LoadFile(const QString &fileName) {
     // rows.
     file.ForEachValue(count, [&](std::int16_t tag, std::int32_t value) {
         Row &row = RowOf(tag);
-        row.value = std::max(std::min(value, row.preset.maximum), row.preset.minimum);
+        row.value = Limited(tag, value);
         row.unedited = row.value;
         row.writeFailed = false;
         if (download) {

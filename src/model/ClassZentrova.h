@@ -65,6 +65,10 @@ public:
     std::int32_t ParamMin(std::int16_t Tag) const;
     std::int32_t ParamMax(std::int16_t Tag) const;
     std::int32_t ParamPreset(std::int16_t Tag) const;
+
+    // Returns the value, or the limit of the row's range that it is beyond.
+    std::int32_t Limited(std::int16_t Tag, std::int32_t value) const;
+
     std::int32_t ParamValue(std::int16_t Tag) const; // the last one asked for, also if its write still waits
 
     // Returns the value that was sent or polled last: ParamValue without the writes that wait.

@@ -32,6 +32,8 @@ Q_SIGNALS:
     void Written(std::int16_t tag, const QString &text);
 
 private:
+    void ShowConflict(const QString &conflict);
+
     ClassZentrova &zentrova_;
     UserDialogs &dialogs_;
 };
