@@ -18,6 +18,8 @@ public:
     // On the clock of Measure::NowMs.
     double StartMs() const { return startMs_; }
 
+    pid_t Id() const { return id_; }
+
     // Reads a line of its standard output. Throws std::runtime_error if none comes.
     QByteArray ReadLine();
 

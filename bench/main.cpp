@@ -1,6 +1,7 @@
 // Measures the program against its limits and its peers.
 
 #include "bench/Awake.h"
+#include "bench/CommandLine.h"
 #include "bench/Flash.h"
 #include "bench/HexImport.h"
 #include "bench/ListRefresh.h"
@@ -31,10 +32,11 @@ struct Group {
 };
 
 constexpr std::array groups = {
-    Group{"round-trip", MeasureRoundTrips}, Group{"poll", MeasurePollLoad},
-    Group{"list", MeasureListRefresh},      Group{"search", MeasureSearch},
-    Group{"start-up", MeasureStartUp},      Group{"hex", MeasureHexImport},
-    Group{"upgrade", MeasureUpgrade},       Group{"flash", MeasureFlash},
+    Group{"round-trip", MeasureRoundTrips},    Group{"poll", MeasurePollLoad},
+    Group{"list", MeasureListRefresh},         Group{"search", MeasureSearch},
+    Group{"start-up", MeasureStartUp},         Group{"hex", MeasureHexImport},
+    Group{"upgrade", MeasureUpgrade},          Group{"flash", MeasureFlash},
+    Group{"command-line", MeasureCommandLine},
 };
 
 constexpr int wrongUsage = 2;
@@ -44,7 +46,7 @@ int Usage() {
     std::fprintf(
         stderr,
         "usage: ztv-bench [--check] [--awake] [--runs N] [--table FILE] [round-trip] [poll] [list] [search] "
-        "[start-up] [hex] [upgrade] [flash]\n");
+        "[start-up] [hex] [upgrade] [flash] [command-line]\n");
     return wrongUsage;
 }
 

@@ -37,6 +37,11 @@ QString DeviceOf(const Arguments &arguments, const SettingsStore &settings, cons
     return SerialPorts::DeviceOfPort(settings, static_cast<std::int16_t>(number));
 }
 
+// The frames are the results of this command, and otherwise messages.
+bool PrintsFrames(const Arguments &arguments) {
+    return arguments.command == Arguments::Command::Trace;
+}
+
 } // namespace
 
 CommandRun::CommandRun(const Arguments &arguments, const Surroundings &around)
@@ -48,7 +53,11 @@ CommandRun::CommandRun(const Arguments &arguments, const Surroundings &around)
       device_(DeviceOf(arguments, around.settings, comm_)),
       addresses_(arguments.addresses.empty() ? std::vector{comm_.address} : arguments.addresses),
       tracer_(zentrova_,
-              arguments.command == Arguments::Command::Trace ? around.results : around.console.messages) {}
+              PrintsFrames(arguments)
+                  ? Tracer::Output{.stream = around.results, .format = Format(), .person = console_}
+                  : Tracer::Output{.stream = around.console.messages,
+                                   .format = ReportFormat::Text,
+                                   .person = console_}) {}
 
 Report::Column CommandRun::AddressColumn() const {
     return {.key = QStringLiteral("address"), .width = addressWidth, .isForText = addresses_.size() > 1};
@@ -69,7 +78,7 @@ std::vector<std::int16_t> CommandRun::AllTags() const {
 }
 
 void CommandRun::Watch(LineTap &tap) {
-    if (arguments_.trace) {
+    if (arguments_.trace || PrintsFrames(arguments_)) {
         tracer_.Watch(tap);
     }
 }

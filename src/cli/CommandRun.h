@@ -38,6 +38,7 @@ public:
     const Arguments &Given() const { return arguments_; }
     std::FILE *Results() const { return around_.results; }
     const QString &ProgramFolder() const { return around_.programFolder; }
+    std::FILE *Messages() const { return around_.console.messages; }
     Console &Person() { return console_; }
 
     // The table as the presets describe it. A command may fill it.
@@ -66,6 +67,9 @@ public:
     // Prints each frame of the line from now on if the arguments ask for it. REQUIRES: the line closes before
     // this.
     void Watch(LineTap &tap);
+
+    // Throws what kept a frame from being printed, where the frames are the results.
+    void ThrowIfUntraced() const { tracer_.ThrowIfFailed(); }
 
     // Opens the port. Throws a Failure (no connection).
     std::unique_ptr<SensorLine> OpenLine();

@@ -92,7 +92,8 @@ void SensorLine::SetLine(const CommSettings &comm) {
 }
 
 SensorLine::Values SensorLine::Read(std::int16_t address, const std::vector<std::int16_t> &tags) {
-    FindAddressingMode(address);
+    // Each time: another sensor may answer at an address by now.
+    ThrowUnlessDone(address, AskAddressingMode(address, usualTries));
     Values values;
     for (const Span &span : SpansOf(tags)) {
         ThrowUnlessDone(address, ReadSpan(address, span, usualTries, values));
@@ -102,10 +103,18 @@ SensorLine::Values SensorLine::Read(std::int16_t address, const std::vector<std:
 
 SensorLine::Values SensorLine::ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags) {
     Values values;
-    for (const Span &span : SpansOf(tags)) {
-        ReadSpan(address, span, 1, values);
-    }
+    ReadOnce(address, tags, values);
     return values;
+}
+
+std::vector<SensorLine::Outcome> SensorLine::ReadOnce(std::int16_t address,
+                                                      const std::vector<std::int16_t> &tags, Values &values) {
+    std::vector<Outcome> outcomes;
+    for (const Span &span : SpansOf(tags)) {
+        const LinkStatus status = ReadSpan(address, span, 1, values);
+        outcomes.push_back({.status = status, .time = std::chrono::system_clock::now()});
+    }
+    return outcomes;
 }
 
 LinkStatus SensorLine::Write(std::int16_t address, std::int16_t tag, std::int32_t raw) {
@@ -140,11 +149,13 @@ std::vector<SensorLine::Span> SensorLine::SpansOf(std::vector<std::int16_t> tags
     return spans;
 }
 
-// Asks each time: another sensor may answer at an address by now.
-void SensorLine::FindAddressingMode(std::int16_t address) {
-    ThrowUnlessDone(address, RunRead(address, ParamDefines::AddressingMark, 1, usualTries));
-    const std::int16_t mark = mbaxp_.RegisterValue(LinkTransaction::Poll, 0);
-    addressingMode_ = mark == ParamDefines::NumberedLikeParameters ? 0 : 1;
+LinkStatus SensorLine::AskAddressingMode(std::int16_t address, int tries) {
+    const LinkStatus status = RunRead(address, ParamDefines::AddressingMark, 1, tries);
+    if (status == LinkStatus::NoError) {
+        const std::int16_t mark = mbaxp_.RegisterValue(LinkTransaction::Poll, 0);
+        addressingMode_ = mark == ParamDefines::NumberedLikeParameters ? 0 : 1;
+    }
+    return status;
 }
 
 LinkStatus SensorLine::ReadSpan(std::int16_t address, const Span &span, int tries, Values &values) {

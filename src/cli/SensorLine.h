@@ -9,6 +9,7 @@
 
 #include <QObject>
 #include <QString>
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <vector>
@@ -43,6 +44,22 @@ public:
     // As Read, once, in the addressing mode that was found last. Leaves out what got no good reply.
     Values ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags);
 
+    // The end of a request: its reply, or that none came.
+    struct Outcome {
+        LinkStatus status = LinkStatus::NoError;
+        std::chrono::system_clock::time_point time;
+    };
+
+    // As ReadOnce, but adds to `values` and returns the outcome of each request.
+    std::vector<Outcome> ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags,
+                                  Values &values);
+
+    // Asks once how the sensor at `address` numbers its registers. A good answer holds until the next one.
+    LinkStatus AskAddressingMode(std::int16_t address) { return AskAddressingMode(address, 1); }
+
+    // Takes what a sensor answered earlier, for a line with several that differ.
+    void UseAddressingMode(int mode) { addressingMode_ = mode; }
+
     // Writes a parameter, or the whole table, of the sensor that was read last. Returns NoError when the
     // sensor has confirmed that. Otherwise returns the last status: the sensor may have taken the values or
     // not. Throws when it refuses them. Repeats the request as Read does, but not that of a command, which
@@ -62,7 +79,7 @@ private:
 
     void Open();
     static std::vector<Span> SpansOf(std::vector<std::int16_t> tags);
-    void FindAddressingMode(std::int16_t address);
+    LinkStatus AskAddressingMode(std::int16_t address, int tries);
     LinkStatus ReadSpan(std::int16_t address, const Span &span, int tries, Values &values);
     LinkStatus RunRead(std::int16_t address, std::int32_t start, std::int32_t quantity, int tries);
     LinkStatus Run(LinkTransaction transaction, int tries);

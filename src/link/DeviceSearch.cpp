@@ -27,14 +27,14 @@ CommSettings Below(CommSettings line) {
     return line;
 }
 
-std::int16_t TimeoutMs(const CommSettings &line) {
-    return CheckedAt(BaudTable, line.baud, "SearchTimeoutByBaud").searchTimeoutMs;
+std::int16_t TimeoutMs(const CommSettings &line, std::int16_t chosen) {
+    return chosen != 0 ? chosen : CheckedAt(BaudTable, line.baud, "SearchTimeoutByBaud").searchTimeoutMs;
 }
 
-double MillisecondsOfProbe(const CommSettings &line) {
+double MillisecondsOfProbe(const CommSettings &line, std::int16_t timeoutMs) {
     const double lineTimeUs =
         static_cast<double>(LineTimeUs(LineCodesOf(line.baud, line.parityStop), requestBytes));
-    return lineTimeUs / 1000 + TimeoutMs(line);
+    return lineTimeUs / 1000 + TimeoutMs(line, timeoutMs);
 }
 
 } // namespace
@@ -44,7 +44,7 @@ SearchWork WorkLeft(const RemainingSearch &rest) {
     SearchWork work;
     const auto add = [&](int probes) {
         work.probes += probes;
-        work.milliseconds += probes * MillisecondsOfProbe(line);
+        work.milliseconds += probes * MillisecondsOfProbe(line, rest.timeoutMs);
     };
     add(rest.probes);
     if (rest.varies) {
@@ -169,7 +169,8 @@ void DeviceSearch::NextCommSettings(bool restart) {
 }
 
 void DeviceSearch::ApplyCommSettings() {
-    link_.SetMbaxp1CommProperties(tried_.port, tried_.baud, tried_.parityStop, TimeoutMs(tried_));
+    link_.SetMbaxp1CommProperties(tried_.port, tried_.baud, tried_.parityStop,
+                                  TimeoutMs(tried_, choices_.timeoutMs));
 }
 
 void DeviceSearch::End() {
@@ -188,7 +189,8 @@ RemainingSearch DeviceSearch::Remaining() const {
     return {.line = tried_,
             .probes = searching_ ? std::max(range.top - tried_.address + 1, 0) : 0,
             .addresses = std::max(range.top - range.bottom + 1, 0),
-            .varies = searching_ && choices_.varyCommSettings()};
+            .varies = searching_ && choices_.varyCommSettings(),
+            .timeoutMs = choices_.timeoutMs};
 }
 
 } // namespace ztv

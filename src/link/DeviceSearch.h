@@ -16,6 +16,7 @@ struct RemainingSearch {
     int probes = 0;
     int addresses = 0;
     bool varies = false;
+    std::int16_t timeoutMs = 0; // 0: that of the baud rate
 };
 
 // The probes that are left and the time that they take if nobody answers.
@@ -42,6 +43,7 @@ public:
     struct Choices {
         std::function<AddressRange()> addressRange;
         std::function<bool()> varyCommSettings;
+        std::int16_t timeoutMs = 0; // for each answer; 0: that of the baud rate
     };
 
     // Sets the master to the line of `start`, on which the search begins. Its address doesn't count.

@@ -35,17 +35,18 @@ protected:
         return *sensors_.back();
     }
 
-    // Runs a command line, with the line's device as the port.
-    ExitStatus Ctl(std::vector<const char *> words) {
+    // Runs a command line, with the line's device as the port. `someoneReads`: the messages go to a terminal.
+    ExitStatus Ctl(std::vector<const char *> words, bool someoneReads = false) {
         const QByteArray device = device_.toLocal8Bit();
         words.insert(words.begin(), {"ztv-ctl", "--port", device.constData()});
         try {
             const auto arguments = ParseArguments(static_cast<int>(words.size()), words.data());
             const SettingsStore settings(QStringLiteral("ZTV Link"));
-            return RunCommand(arguments.value(), {.settings = settings,
-                                                  .programFolder = ShippedPresetsFolder(),
-                                                  .results = results_,
-                                                  .console = {.messages = messages_}});
+            return RunCommand(arguments.value(),
+                              {.settings = settings,
+                               .programFolder = ShippedPresetsFolder(),
+                               .results = results_,
+                               .console = {.messages = messages_, .someoneReads = someoneReads}});
         } catch (const Failure &failure) {
             Console({.messages = messages_}, false).Fail(failure.Text());
             return failure.Status();
