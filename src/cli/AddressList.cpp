@@ -17,9 +17,7 @@ Failure NoAddress(const QString &text) {
     return {
         ExitStatus::WrongUse,
         QStringLiteral("\"%1\" is no address; use a number from %2 to %3, a list (1,5,9) or a range (1-10)")
-            .arg(text)
-            .arg(lowestAddress)
-            .arg(highestAddress)};
+            .arg(text, QString::number(lowestAddress), QString::number(highestAddress))};
 }
 
 } // namespace

@@ -195,8 +195,22 @@ QStringList CommandNames() {
     return names;
 }
 
+// Put before a word that CLI11 would split as a list: "[a,b]" is the name of a file.
+constexpr char unsplit = '\x1';
+
 QString Text(const std::string &typed) {
-    return QString::fromLocal8Bit(typed.data(), static_cast<qsizetype>(typed.size()));
+    const QString text = QString::fromLocal8Bit(typed.data(), static_cast<qsizetype>(typed.size()));
+    return text.startsWith(QLatin1Char(unsplit)) ? text.mid(1) : text;
+}
+
+// Returns the words of the command line in the order that CLI11 wants: the last one first.
+std::vector<std::string> WordsOf(int argc, const char *const *argv) {
+    std::vector<std::string> words;
+    for (int index = argc - 1; index > 0; --index) {
+        const std::string word = argv[index];
+        words.push_back(word.starts_with('[') ? unsplit + word : word);
+    }
+    return words;
 }
 
 QStringList Texts(const std::vector<std::string> &typed) {
@@ -228,17 +242,25 @@ std::optional<std::int16_t> IndexOf(const std::string &typed, const Table &table
                        .arg(Text(typed), QString::fromLatin1(what), texts.join(u", ")));
 }
 
+// A script's empty variable must not stand for the sensor of the program's settings.
+std::string WhyEmpty(const std::string &value) {
+    return value.empty() ? "the value is empty; leave the option out to use the program's settings"
+                         : std::string();
+}
+
 void AddCommonOptions(const Options &options) {
     CLI::App &app = options.app;
     Typed &typed = options.typed;
-    app.add_option("--port", typed.port, "Serial device, or the program's number of a port");
-    app.add_option("--baud", typed.baud, "2400, 4800, 9600, 19200 or 38400");
-    app.add_option("--parity", typed.parity, "N1, N2, E1 or O1");
-    app.add_option("--address", typed.address,
-                   "Sensors on the line: a number, a list (1,5) or a range (1-10)");
+    const auto add = [&app](const char *name, std::string &value, const char *summary) {
+        app.add_option(name, value, summary)->check(CLI::Validator(&WhyEmpty, std::string()));
+    };
+    add("--port", typed.port, "Serial device, or the program's number of a port");
+    add("--baud", typed.baud, "2400, 4800, 9600, 19200 or 38400");
+    add("--parity", typed.parity, "N1, N2, E1 or O1");
+    add("--address", typed.address, "Sensors on the line: a number, a list (1,5) or a range (1-10)");
     app.add_option("--timeout", options.arguments.timeoutMs, "Time for an answer, in milliseconds")
         ->check(CLI::Range(1, longestTimeoutMs));
-    app.add_option("--format", typed.format, "text, csv or json");
+    add("--format", typed.format, "text, csv or json");
     app.add_flag("--quiet", options.arguments.quiet,
                  "Print results and failures, but no remarks and no progress");
     app.add_flag("--trace", options.arguments.trace, "Print each frame on the line, decoded, with its time");
@@ -301,7 +323,8 @@ std::optional<Arguments> ParseArguments(int argc, const char *const *argv) {
     Typed typed;
     CLI::App app("Configures ZTV500-100 Zentrova sensors on a serial line.", "ztv-ctl");
     app.set_version_flag("--version", "ztv-ctl " + ProgramVersion().toStdString());
-    app.fallthrough(); // common options may follow the command
+    app.fallthrough();            // common options may follow the command
+    app.require_subcommand(0, 1); // a second one is a word like any other
     AddCommonOptions({.app = app, .typed = typed, .arguments = arguments});
     app.footer("Examples:\n  ztv-ctl --port /dev/ttyUSB0 get\n  ztv-ctl --address 1-10 --format csv info");
     for (const CommandWords &words : commands) {
@@ -312,7 +335,7 @@ std::optional<Arguments> ParseArguments(int argc, const char *const *argv) {
     }
 
     try {
-        app.parse(argc, argv);
+        app.parse(WordsOf(argc, argv));
     } catch (const CLI::Success &wanted) { // help or version
         app.exit(wanted);
         return std::nullopt;
