@@ -126,8 +126,7 @@ void Loading::RejectAddressGivenTwice() const {
 }
 
 void Loading::RejectTakenAddress(SensorLine &line, const Plan &plan) {
-    if (plan.NewAddress() != plan.address &&
-        !line.ReadOnce(plan.NewAddress(), {ParamDefines::AddressingMark}).empty()) {
+    if (plan.NewAddress() != plan.address && line.IsAnswered(plan.NewAddress())) {
         throw Failure(
             ExitStatus::Refused,
             At(plan.address, QStringLiteral("its file gives the address %1, at which another sensor answers")

@@ -13,6 +13,7 @@
 #include <QEventLoop>
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 
 namespace ztv {
 
@@ -45,14 +46,6 @@ void ThrowUnlessDone(std::int16_t address, LinkStatus status) {
     if (status != LinkStatus::NoError) {
         throw FailureAt(address, status);
     }
-}
-
-// A lost reply leaves open what the sensor did; anything else is its answer, or the end of the line.
-LinkStatus OutcomeOfWrite(std::int16_t address, LinkStatus status) {
-    if (!MayHelpToRepeat(status)) {
-        ThrowUnlessDone(address, status);
-    }
-    return status;
 }
 
 } // namespace
@@ -117,11 +110,19 @@ std::vector<SensorLine::Outcome> SensorLine::ReadOnce(std::int16_t address,
     return outcomes;
 }
 
+bool SensorLine::IsAnswered(std::int16_t address) {
+    const LinkStatus status = RunRead(address, ParamDefines::AddressingMark, 1, usualTries);
+    if (status > LastException && !MayHelpToRepeat(status)) {
+        throw FailureAt(address, status);
+    }
+    return status != LinkStatus::Timeout;
+}
+
 LinkStatus SensorLine::Write(std::int16_t address, std::int16_t tag, std::int32_t raw) {
     constexpr auto transaction = LinkTransaction::SingleWrite;
     mbaxp_.DefineWriteRegister(transaction, address, tag - addressingMode_, periodMs);
     mbaxp_.RegisterValue(transaction, 0, Global::SignedFromUnsigned(raw));
-    return OutcomeOfWrite(address, Run(transaction, MayBeSentOnce(tag) ? 1 : usualTries));
+    return RunWrite(address, transaction, MayBeSentOnce(tag) ? 1 : usualTries);
 }
 
 LinkStatus SensorLine::WriteAll(std::int16_t address, const Values &values) {
@@ -133,7 +134,7 @@ LinkStatus SensorLine::WriteAll(std::int16_t address, const Values &values) {
         const std::int32_t raw = found == values.end() ? 0 : found->second;
         mbaxp_.RegisterValue(transaction, tag - 1, Global::SignedFromUnsigned(raw));
     }
-    return OutcomeOfWrite(address, Run(transaction, usualTries));
+    return RunWrite(address, transaction, usualTries);
 }
 
 std::vector<SensorLine::Span> SensorLine::SpansOf(std::vector<std::int16_t> tags) {
@@ -170,12 +171,21 @@ LinkStatus SensorLine::ReadSpan(std::int16_t address, const Span &span, int trie
 
 LinkStatus SensorLine::RunRead(std::int16_t address, std::int32_t start, std::int32_t quantity, int tries) {
     mbaxp_.DefineReadRegisters(LinkTransaction::Poll, address, start, quantity, periodMs);
-    return Run(LinkTransaction::Poll, tries);
+    LinkStatus status = RunOnce(LinkTransaction::Poll);
+    for (int count = 1; count < tries && MayHelpToRepeat(status); ++count) {
+        status = RunOnce(LinkTransaction::Poll);
+    }
+    return status;
 }
 
-LinkStatus SensorLine::Run(LinkTransaction transaction, int tries) {
+// A lost reply leaves open what the sensor did, whatever becomes of the repetitions. Any other end of the
+// first request is the sensor's answer, or the end of the line.
+LinkStatus SensorLine::RunWrite(std::int16_t address, LinkTransaction transaction, int tries) {
     LinkStatus status = RunOnce(transaction);
-    for (int count = 1; count < tries && MayHelpToRepeat(status); ++count) {
+    if (!MayHelpToRepeat(status)) {
+        ThrowUnlessDone(address, status);
+    }
+    for (int count = 1; count < tries && MayHelpToRepeat(status) && Interruption::Signal() == 0; ++count) {
         status = RunOnce(transaction);
     }
     return status;
@@ -183,8 +193,11 @@ LinkStatus SensorLine::Run(LinkTransaction transaction, int tries) {
 
 LinkStatus SensorLine::RunOnce(LinkTransaction transaction) {
     QEventLoop loop;
-    LinkStatus result = LinkStatus::NoError;
-    connect(&mbaxp_, &Mbaxp::TransactionDone, &loop, &QEventLoop::quit);
+    std::optional<LinkStatus> result;
+    connect(&mbaxp_, &Mbaxp::TransactionDone, &loop, [&] {
+        result = LinkStatus::NoError;
+        loop.quit();
+    });
     connect(&mbaxp_, &Mbaxp::TransactionFailed, &loop, [&](LinkTransaction, LinkStatus status) {
         result = status;
         loop.quit();
@@ -198,11 +211,13 @@ LinkStatus SensorLine::RunOnce(LinkTransaction transaction) {
     if (!mbaxp_.TransactionBusy(transaction)) {
         return mbaxp_.LastError(); // refused, so that no event comes
     }
-    loop.exec();
-    if (reads) { // the outcome of a write is the caller's to report
-        ThrowIfInterrupted();
+    while (!result) {
+        loop.exec();
+        if (reads) { // the outcome of a write is the caller's to report
+            ThrowIfInterrupted();
+        }
     }
-    return result;
+    return *result;
 }
 
 } // namespace ztv

@@ -54,6 +54,9 @@ public:
     std::vector<Outcome> ReadOnce(std::int16_t address, const std::vector<std::int16_t> &tags,
                                   Values &values);
 
+    // Returns whether a sensor answers at `address`, also with a refusal or damaged.
+    bool IsAnswered(std::int16_t address);
+
     // Asks once how the sensor at `address` numbers its registers. A good answer holds until the next one.
     LinkStatus AskAddressingMode(std::int16_t address) { return AskAddressingMode(address, 1); }
 
@@ -62,9 +65,9 @@ public:
 
     // Writes a parameter, or the whole table, of the sensor that was read last. Returns NoError when the
     // sensor has confirmed that. Otherwise returns the last status: the sensor may have taken the values or
-    // not. Throws when it refuses them. Repeats the request as Read does, but not that of a command, which
-    // acts each time, or of the address, baud rate, parity and addressing mode, which move what it is sent
-    // to.
+    // not. Throws when it refuses the first request. Repeats the request as Read does, but not that of a
+    // command, which acts each time, or of the address, baud rate, parity and addressing mode, which move
+    // what it is sent to.
     LinkStatus Write(std::int16_t address, std::int16_t tag, std::int32_t raw);
     LinkStatus WriteAll(std::int16_t address,
                         const Values &values); // a row that isn't among them is sent as 0
@@ -82,7 +85,7 @@ private:
     LinkStatus AskAddressingMode(std::int16_t address, int tries);
     LinkStatus ReadSpan(std::int16_t address, const Span &span, int tries, Values &values);
     LinkStatus RunRead(std::int16_t address, std::int32_t start, std::int32_t quantity, int tries);
-    LinkStatus Run(LinkTransaction transaction, int tries);
+    LinkStatus RunWrite(std::int16_t address, LinkTransaction transaction, int tries);
     LinkStatus RunOnce(LinkTransaction transaction);
 
     const ClassZentrova &zentrova_;

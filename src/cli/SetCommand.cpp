@@ -89,7 +89,7 @@ void SetRun::RejectTakenAddress(SensorLine &line, std::int16_t address, const Se
         return;
     }
     const auto wanted = static_cast<std::int16_t>(plan.after.at(ParamDefines::NetworkAddress));
-    if (!line.ReadOnce(wanted, {ParamDefines::NetworkAddress}).empty()) {
+    if (line.IsAnswered(wanted)) {
         throw Failure(ExitStatus::Refused,
                       QStringLiteral("address %1: another sensor answers at address %2; give a free address")
                           .arg(address)

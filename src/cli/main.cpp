@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace ztv {
 
@@ -41,11 +43,22 @@ int RunProgram(int argc, char *argv[]) {
     }
 }
 
+// Takes the numbers of standard streams that the caller closed. Otherwise the next file that the process
+// opens has that number, and messages and results go to it.
+void KeepClosedStreamsClosed() {
+    int descriptor = 0;
+    do {
+        descriptor = open("/dev/null", O_RDONLY); // so that writing fails, as to a closed stream
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    close(descriptor);
+}
+
 } // namespace
 
 } // namespace ztv
 
 int main(int argc, char *argv[]) {
+    ztv::KeepClosedStreamsClosed();
     const QCoreApplication application(argc, argv);
     std::signal(SIGPIPE, SIG_IGN); // a reader that goes must not end a transfer to the sensor
     const ztv::Interruption interruption;
