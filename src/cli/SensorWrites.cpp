@@ -40,15 +40,14 @@ SensorLine::Values SensorWrites::Send() {
 void SensorWrites::SendOne(const SetPlan::Write &write) {
     // A write that changes the way is sent once, so that it is repeated here, on the way that is found.
     const int tries = ChangesTheWay(write.tag) ? usualTries : 1;
-    std::int32_t held = plan_.before.at(write.tag);
-    for (int count = 0; count < tries && held != write.raw; ++count) {
+    std::int32_t held = 0;
+    bool isDone = false;
+    for (int count = 0; count < tries && !isDone; ++count) {
         isInDoubt_ = true;
         const bool isConfirmed = IsConfirmed(write);
         held = isConfirmed && !ChangesTheWay(write.tag) ? write.raw : HeldAfter(write);
         isInDoubt_ = false;
-        if (isConfirmed) {
-            break;
-        }
+        isDone = isConfirmed || held == write.raw;
     }
     if (held != write.raw) {
         throw Failure(ExitStatus::Refused, Named() + NotHeldText(zentrova_, write, held) + Progress());
