@@ -36,6 +36,16 @@ Report::Report(ReportFormat format, std::vector<Column> columns, std::FILE *stre
     }
 }
 
+Report::~Report() {
+    if (isEnded_) {
+        return;
+    }
+    try {
+        End();
+    } catch (const std::exception &) { // the command ends with the reason that it has
+    }
+}
+
 void Report::NameColumns() {
     namesColumns_ = true;
     if (format_ == ReportFormat::Text) {
@@ -82,6 +92,7 @@ void Report::Add(const Row &row) {
 }
 
 void Report::End() {
+    isEnded_ = true;
     if (format_ == ReportFormat::Json && layout_ == JsonLayout::Document) {
         Print(QString::fromUtf8(QJsonDocument(rows_).toJson(QJsonDocument::Indented)).trimmed());
     }

@@ -40,6 +40,10 @@ public:
 
     Report(ReportFormat format, std::vector<Column> columns, std::FILE *stream,
            JsonLayout layout = JsonLayout::Document);
+    // Ends the document of a command that a failure or a signal cut short.
+    ~Report();
+    Report(const Report &) = delete;
+    Report &operator=(const Report &) = delete;
 
     // Prints the columns' names above a text, for columns that don't speak for themselves. CSV always has
     // them.
@@ -61,6 +65,7 @@ private:
     JsonLayout layout_;
     QJsonArray rows_;
     bool namesColumns_ = false;
+    bool isEnded_ = false;
 };
 
 // Makes a cell of a text or of a number.
