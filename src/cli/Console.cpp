@@ -13,6 +13,14 @@ bool IsTerminal(std::FILE *stream) {
     return isatty(fileno(stream)) != 0;
 }
 
+// A name may have any letter, but a message is one line, and sets no terminal.
+QString OnOneLine(QString text) {
+    for (QChar &letter : text) {
+        letter = letter.category() == QChar::Other_Control ? QChar(u' ') : letter;
+    }
+    return text;
+}
+
 bool IsYes(const QByteArray &answer) {
     const QByteArray letters = answer.trimmed().toLower();
     return letters == "y" || letters == "yes";
@@ -57,7 +65,7 @@ void Console::AskToGoOn(const QString &question) {
                       question + QStringLiteral(" Nobody can answer here; give --yes to go on"));
     }
     EndProgress();
-    std::fputs((question.toUtf8() + " [y/N] ").constData(), streams_.messages);
+    std::fputs((OnOneLine(question).toUtf8() + " [y/N] ").constData(), streams_.messages);
     std::fflush(streams_.messages);
     constexpr int longestAnswer = 100;
     QByteArray answer(longestAnswer, '\0');
@@ -73,7 +81,7 @@ void Console::AskToGoOn(const QString &question) {
 
 void Console::Print(const QString &line) {
     EndProgress();
-    std::fputs(("ztv-ctl: " + line.toUtf8() + '\n').constData(), streams_.messages);
+    std::fputs(("ztv-ctl: " + OnOneLine(line).toUtf8() + '\n').constData(), streams_.messages);
     std::fflush(streams_.messages);
 }
 
