@@ -16,10 +16,16 @@ namespace {
 // Returns true once the sensor has confirmed that it saved. Saving twice does no harm.
 bool IsSaved(SensorLine &line, std::int16_t address) {
     constexpr int tries = 3;
-    bool isSaved = false;
-    for (int count = 0; count < tries && !isSaved; ++count) {
-        isSaved = line.Write(address, ParamDefines::SaveCommand, ParamDefines::StoreSettings) ==
-                  LinkStatus::NoError;
+    const auto isConfirmed = [&] {
+        return line.Write(address, ParamDefines::SaveCommand, ParamDefines::StoreSettings) ==
+               LinkStatus::NoError;
+    };
+    bool isSaved = isConfirmed();
+    try {
+        for (int count = 1; count < tries && !isSaved; ++count) {
+            isSaved = isConfirmed();
+        }
+    } catch (const Failure &) { // says nothing about the first request, which the sensor may have taken
     }
     return isSaved;
 }
@@ -141,7 +147,13 @@ void ReinitRun::Ask() {
 }
 
 void ReinitRun::Reinit(SensorLine &line, std::int16_t address) {
-    line.Read(address, {ParamDefines::SerialNumber}); // finds how the sensor numbers its registers
+    const std::int32_t serialNumber =
+        line.Read(address, {ParamDefines::SerialNumber}).at(ParamDefines::SerialNumber);
+    if (serialNumber != before_.at(address).at(ParamDefines::SerialNumber)) {
+        throw Failure(ExitStatus::Refused,
+                      QStringLiteral("address %1: another sensor answers there by now; nothing was written")
+                          .arg(address));
+    }
     ThrowIfInterrupted();
     const bool isConfirmed = Send(line, address);
     try {
