@@ -67,14 +67,16 @@ void Console::AskToGoOn(const QString &question) {
     EndProgress();
     std::fputs((OnOneLine(question).toUtf8() + " [y/N] ").constData(), streams_.messages);
     std::fflush(streams_.messages);
-    constexpr int longestAnswer = 100;
-    QByteArray answer(longestAnswer, '\0');
-    const bool isAnswered = std::fgets(answer.data(), longestAnswer, streams_.input) != nullptr;
-    if (!isAnswered) {
+    QByteArray answer; // the whole line: the rest of one must not answer the next question
+    int letter = std::fgetc(streams_.input);
+    for (; letter != EOF && letter != '\n'; letter = std::fgetc(streams_.input)) {
+        answer.append(static_cast<char>(letter));
+    }
+    if (letter == EOF && answer.isEmpty()) {
         std::fputc('\n', streams_.messages);
     }
     ThrowIfInterrupted();
-    if (!isAnswered || !IsYes(answer.constData())) {
+    if (!IsYes(answer)) {
         throw Failure(ExitStatus::Refused, QStringLiteral("Nothing was written"));
     }
 }

@@ -53,6 +53,7 @@ Interruption::~Interruption() {
     close(pair[0]);
     close(pair[1]);
     present = nullptr;
+    taken = 0;
 }
 
 Interruption *Interruption::Present() {
