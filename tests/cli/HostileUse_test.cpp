@@ -1,8 +1,11 @@
+#include "cli/Console.h"
+#include "cli/Interruption.h"
 #include "model/ClassZentrova.h"
 #include "model/ParamDefines.h"
 #include "tests/cli/CommandsTest.h"
 #include "tests/cli/CtlProgramTest.h"
 #include "tests/helpers/Files.h"
+#include "tests/helpers/ModbusServer.h"
 #include "tests/helpers/Printers.h"
 #include "tests/helpers/SharedLine.h"
 
@@ -185,6 +188,84 @@ TEST_F(HostileUseTest, AnAddressIsTakenAlsoIfTheSensorThereAnswersBadly) {
         EXPECT_TRUE(own.Writes().empty());
         Results();
     }
+}
+
+TEST_F(HostileUseTest, ReinitResetsOnlyTheSensorThatWasAskedAbout) {
+    sim::SimulatedSensor &sensor = StartSensor();
+    sensor.SetRegister(28, 1500);
+    bool isRead = false;
+    sensor.OnRequest([&](const QByteArray &request) {
+        const bool readsAll = request.at(1) == 3 && request.at(5) > 50;
+        if (isRead && !readsAll) {
+            sensor.SetRegister(ParamDefines::SerialNumber, 4711); // another one, after the answer
+        }
+        isRead = isRead || readsAll;
+    });
+    EXPECT_EQ(Ctl({"reinit", "--yes"}), ExitStatus::Refused);
+    EXPECT_NE(
+        Messages().find("ztv-ctl: address 1: another sensor answers there by now; nothing was written\n"),
+        std::string::npos);
+    EXPECT_TRUE(sensor.Writes().empty());
+    EXPECT_EQ(sensor.Register(28), 1500);
+}
+
+TEST_F(HostileUseTest, ARefusalOfARepeatedStoreLeavesOpenWhetherTheFirstWasTaken) {
+    sim::SimulatedSensor &sensor = StartSensor();
+    int writes = 0;
+    sensor.OnRequest([&](const QByteArray &request) {
+        writes += IsWrite(request) ? 1 : 0;
+        sensor.Faults().drop = IsWrite(request) && writes == 1 ? 1 : 0;
+        sensor.Faults().exception = IsWrite(request) && writes > 1 ? 5 : 0;
+    });
+    EXPECT_EQ(Ctl({"--timeout", "50", "store"}), ExitStatus::NoConnection);
+    EXPECT_EQ(Messages(), "ztv-ctl: address 1: no confirmation: it isn't known whether the sensor saved its "
+                          "settings\n");
+}
+
+// Any words. ----------------------------------------------------------------------------------------
+
+TEST_F(HostileUseTest, ASensorMayHoldAnyWords) {
+    for (const int word : {0xFFFF, 0x8000, 0x7FFF, 0x5555}) {
+        ModbusServer server(1);
+        for (int address = 0; address < 100; ++address) {
+            server.SetRegister(address, static_cast<std::uint16_t>(word));
+        }
+        device_ = server.Path();
+        const QByteArray file = files_.filePath(QString::number(word)).toLocal8Bit() + ".ztv";
+        for (const std::vector<const char *> &words : {std::vector<const char *>{"get"},
+                                                       {"info"},
+                                                       {"save", file.constData()},
+                                                       {"set", "95=7", "--dry-run"},
+                                                       {"reinit", "--dry-run"},
+                                                       {"load", "--yes", "--dry-run", file.constData()}}) {
+            EXPECT_EQ(Ctl(words), ExitStatus::Done) << word << ' ' << words.front() << Messages();
+            Messages();
+            Results();
+        }
+    }
+}
+
+// Questions and signals. ----------------------------------------------------------------------------
+
+TEST(ConsoleTest, AnAnswerIsAWholeLine) {
+    std::FILE *input = std::tmpfile();
+    std::FILE *messages = std::tmpfile();
+    std::fputs((std::string(99, 'n') + "y\nno\n").c_str(), input);
+    std::rewind(input);
+    Console console({.input = input, .messages = messages, .someoneAnswers = true}, false);
+    EXPECT_THROW(console.AskToGoOn(QStringLiteral("Go on?")), Failure);
+    EXPECT_THROW(console.AskToGoOn(QStringLiteral("Go on?")), Failure);
+    std::fclose(input);
+    std::fclose(messages);
+}
+
+TEST(InterruptionTest, ASignalCountsForItsOwnRunOnly) {
+    {
+        const Interruption interruption;
+        std::raise(SIGTERM);
+        EXPECT_THROW(ThrowIfInterrupted(), Interrupted);
+    }
+    EXPECT_NO_THROW(ThrowIfInterrupted());
 }
 
 // The program. --------------------------------------------------------------------------------------
