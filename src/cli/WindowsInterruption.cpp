@@ -38,6 +38,7 @@ Interruption::Interruption() {
 Interruption::~Interruption() {
     SetConsoleCtrlHandler(&ConsoleHandler::OnEvent, FALSE);
     present = nullptr;
+    taken = 0;
 }
 
 Interruption *Interruption::Present() {

@@ -7,14 +7,29 @@
 #include <QCoreApplication>
 #include <csignal>
 #include <cstdio>
+
+#ifdef Q_OS_UNIX
 #include <fcntl.h>
 #include <unistd.h>
+#endif
 
 namespace ztv {
 
 namespace {
 
 constexpr int endedBySignal = 128; // a shell's own convention; the signal's number is added
+
+// Takes the numbers of standard streams that the caller closed. Otherwise the next file that the process
+// opens has that number, and messages and results go to it.
+void KeepClosedStreamsClosed() {
+#ifdef Q_OS_UNIX
+    int descriptor = 0;
+    do {
+        descriptor = open("/dev/null", O_RDONLY); // so that writing fails, as to a closed stream
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    close(descriptor);
+#endif
+}
 
 // A reader that goes must not end a transfer to the sensor.
 void OutliveReaders() {
@@ -54,16 +69,6 @@ int RunProgram(int argc, char *argv[]) {
     } catch (const ReaderGone &) {
         return EndWithoutReader();
     }
-}
-
-// Takes the numbers of standard streams that the caller closed. Otherwise the next file that the process
-// opens has that number, and messages and results go to it.
-void KeepClosedStreamsClosed() {
-    int descriptor = 0;
-    do {
-        descriptor = open("/dev/null", O_RDONLY); // so that writing fails, as to a closed stream
-    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
-    close(descriptor);
 }
 
 } // namespace
