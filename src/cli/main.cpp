@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace ztv {
 
@@ -41,11 +43,22 @@ int RunProgram(int argc, char *argv[]) {
     }
 }
 
+// Otherwise the next file that is opened would take the place of a stream that is closed, and what is meant
+// for the stream. Its stand-in lets the stream fail: it is open for the wrong direction.
+void FillClosedStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
+
 } // namespace
 
 } // namespace ztv
 
 int main(int argc, char *argv[]) {
+    ztv::FillClosedStreams();
     const QCoreApplication application(argc, argv);
     std::signal(SIGPIPE, SIG_IGN); // a reader that goes must not end a transfer to the sensor
     const ztv::Interruption interruption;
