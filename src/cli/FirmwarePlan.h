@@ -13,6 +13,9 @@ struct FirmwarePlan {
     std::uint32_t last = 0;  // of the last byte
 };
 
+// Returns the text of an address of the sensor's memory.
+QString Hexadecimal(std::uint32_t address);
+
 // Checks the file. Throws a Failure (file) that says what is wrong with it.
 FirmwarePlan PlanOf(const QString &file);
 

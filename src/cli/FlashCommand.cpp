@@ -19,8 +19,7 @@ namespace {
 constexpr int triesAfterRestart = 5;
 constexpr int pauseAfterRestartMs = 500;
 constexpr qsizetype versionWidth = 6;
-constexpr int addressDigits = 6;
-constexpr int hexadecimal = 16;
+constexpr qsizetype imageAddressWidth = 8;
 
 struct Identity {
     std::int32_t serial;
@@ -38,11 +37,6 @@ Report::Cell CellOfVersion(const std::optional<Identity> &identity) {
 
 Report::Cell CellOfSerial(const std::optional<Identity> &identity) {
     return identity ? CellOf(identity->serial) : Report::Cell{};
-}
-
-QString Hexadecimal(std::uint32_t address) {
-    return QStringLiteral("0x") +
-           QStringLiteral("%1").arg(address, addressDigits, hexadecimal, QLatin1Char('0')).toUpper();
 }
 
 Identity ReadIdentity(CommandRun &run, SensorLine &line, std::int16_t address) {
@@ -172,7 +166,7 @@ void FlashRun::ReportPlan() {
                    {.key = QStringLiteral("firmware")},
                    {.key = QStringLiteral("lines")},
                    {.key = QStringLiteral("bytes")},
-                   {.key = QStringLiteral("first"), .width = addressDigits + 2},
+                   {.key = QStringLiteral("first"), .width = imageAddressWidth},
                    {.key = QStringLiteral("last")}},
                   run_.Results());
     report.NameColumns();
