@@ -3,7 +3,6 @@
 #include "cli/Failure.h"
 #include "cli/ImageFolder.h"
 #include "firmware/BootSettings.h"
-#include "firmware/FirmwareFile.h"
 #include "firmware/HexFileAccess.h"
 #include "firmware/HexRecord.h"
 #include "firmware/MemoryImageLine.h"
@@ -81,23 +80,24 @@ FirmwarePlan PlanOf(const QString &file) {
     if (!firmware.IsGood()) {
         throw Failure(ExitStatus::File, firmware.Description());
     }
-    FirmwarePlan plan{.file = firmware.Path()};
+    FirmwarePlan plan{.firmware = firmware};
     try {
-        RefuseLoss(plan.file);
+        RefuseLoss(firmware.Path());
         const ImageFolder folder;
         BootSettings settings;
         settings.ProgramFile = folder.File("PROGMEM.MCP");
         settings.EepromFile = folder.File("EEDATA.MCP");
         settings.UserIdFile = folder.File("USERID.MCP");
         settings.ConfigFile = folder.File("CONFIG.MCP");
-        HexFileAccess::ImportForDeviceFamily(settings, plan.file);
+        HexFileAccess::ImportForDeviceFamily(settings, firmware.Path());
         Count(plan, settings.ProgramFile);
     } catch (const Fault &fault) {
         throw Failure(ExitStatus::File, fault.Description().simplified());
     }
     if (plan.lines == 0) {
         throw Failure(ExitStatus::File,
-                      QStringLiteral("Firmware file without a byte for the sensor's program: ") + plan.file);
+                      QStringLiteral("Firmware file without a byte for the sensor's program: ") +
+                          firmware.Path());
     }
     return plan;
 }

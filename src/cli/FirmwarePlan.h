@@ -1,5 +1,7 @@
 #pragma once
 
+#include "firmware/FirmwareFile.h"
+
 #include <QString>
 #include <cstdint>
 
@@ -7,7 +9,7 @@ namespace ztv {
 
 // The part of a firmware file that goes to a sensor.
 struct FirmwarePlan {
-    QString file;            // with its whole path
+    FirmwareFile firmware;   // as it was when it was checked
     int lines = 0;           // of 16 bytes, as they are written
     std::uint32_t first = 0; // the lowest address
     std::uint32_t last = 0;  // of the last byte

@@ -582,6 +582,21 @@ TEST_F(FlashTest, FlashesSeveralSensorsOneAfterTheOther) {
                          "5        10427   2.14    3.00    64     0\n");
 }
 
+TEST_F(FlashTest, NeverFlashesAFileThatChangedMeanwhile) {
+    StartSensorAt(3);
+    StartSensorAt(5);
+    ShareLine();
+    MakeFirmware();
+    Start({QStringLiteral("--yes"), QStringLiteral("--address"), QStringLiteral("3,5")});
+    ASSERT_TRUE(WaitUntil([this] { return Sensor().Boot().Exchanges() > beforeErasing + 1; }, 60000));
+    Make(":10080400000102030405060708090A0B0C0D0E0F6C\n:00000001FF\n");
+    EXPECT_EQ(ctl_.WaitForEnd(), 5);
+    EXPECT_TRUE(Says("address 5: the firmware file changed meanwhile. The sensor wasn't changed\n"))
+        << Messages();
+    ExpectUpgraded(*sensors_[0]);
+    ExpectUnchanged(*sensors_[1]);
+}
+
 TEST_F(FlashTest, LeavesOutASensorThatIsSilent) {
     StartSensorAt(3);
     MakeFirmware();
