@@ -18,6 +18,14 @@ bool IsYes(const QByteArray &answer) {
     return letters == "y" || letters == "yes";
 }
 
+// A name from outside may hold what a terminal obeys, or a line end.
+QString OneLine(QString text) {
+    for (QChar &letter : text) {
+        letter = letter.category() == QChar::Other_Control ? QChar(u'?') : letter;
+    }
+    return text;
+}
+
 } // namespace
 
 Console::Streams Console::OfProcess() {
@@ -57,7 +65,7 @@ void Console::AskToGoOn(const QString &question) {
                       question + QStringLiteral(" Nobody can answer here; give --yes to go on"));
     }
     EndProgress();
-    std::fputs((question.toUtf8() + " [y/N] ").constData(), streams_.messages);
+    std::fputs((OneLine(question).toUtf8() + " [y/N] ").constData(), streams_.messages);
     std::fflush(streams_.messages);
     constexpr int longestAnswer = 100;
     QByteArray answer(longestAnswer, '\0');
@@ -73,7 +81,7 @@ void Console::AskToGoOn(const QString &question) {
 
 void Console::Print(const QString &line) {
     EndProgress();
-    std::fputs(("ztv-ctl: " + line.toUtf8() + '\n').constData(), streams_.messages);
+    std::fputs(("ztv-ctl: " + OneLine(line).toUtf8() + '\n').constData(), streams_.messages);
     std::fflush(streams_.messages);
 }
 
