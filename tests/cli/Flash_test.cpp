@@ -362,7 +362,7 @@ TEST_F(FlashTest, SaysThatTheLoaderDoesNotAnswerAfterTheCommand) {
     Fault(1, 3, BootFault::Deaf);
     EXPECT_EQ(Flash(), 3);
     EXPECT_TRUE(
-        Says("address 1: the boot loader didn't answer. The sensor waits in its boot loader, with its "
+        Says("address 1: the boot loader didn't answer. The sensor may wait in its boot loader, with its "
              "firmware unchanged: run the same command again\n"))
         << Messages();
     EXPECT_TRUE(Sensor().InBootMode());
