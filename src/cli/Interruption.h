@@ -27,6 +27,8 @@ Q_SIGNALS:
     void Wanted();
 
 private:
+    friend class ConsoleHandler;
+
     void Take();
 };
 
@@ -37,6 +39,10 @@ public:
 };
 
 // Throws Interrupted if a signal has come.
-void ThrowIfInterrupted();
+inline void ThrowIfInterrupted() {
+    if (Interruption::Signal() != 0) {
+        throw Interrupted();
+    }
+}
 
 } // namespace ztv
