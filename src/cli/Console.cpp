@@ -13,17 +13,17 @@ bool IsTerminal(std::FILE *stream) {
     return isatty(fileno(stream)) != 0;
 }
 
-// A name may have any letter, but a message is one line, and sets no terminal.
-QString OnOneLine(QString text) {
-    for (QChar &letter : text) {
-        letter = letter.category() == QChar::Other_Control ? QChar(u' ') : letter;
-    }
-    return text;
-}
-
 bool IsYes(const QByteArray &answer) {
     const QByteArray letters = answer.trimmed().toLower();
     return letters == "y" || letters == "yes";
+}
+
+// A name from outside may hold what a terminal obeys, or a line end.
+QString OneLine(QString text) {
+    for (QChar &letter : text) {
+        letter = letter.category() == QChar::Other_Control ? QChar(u'?') : letter;
+    }
+    return text;
 }
 
 } // namespace
@@ -65,7 +65,7 @@ void Console::AskToGoOn(const QString &question) {
                       question + QStringLiteral(" Nobody can answer here; give --yes to go on"));
     }
     EndProgress();
-    std::fputs((OnOneLine(question).toUtf8() + " [y/N] ").constData(), streams_.messages);
+    std::fputs((OneLine(question).toUtf8() + " [y/N] ").constData(), streams_.messages);
     std::fflush(streams_.messages);
     QByteArray answer; // the whole line: the rest of one must not answer the next question
     int letter = std::fgetc(streams_.input);
@@ -83,7 +83,7 @@ void Console::AskToGoOn(const QString &question) {
 
 void Console::Print(const QString &line) {
     EndProgress();
-    std::fputs(("ztv-ctl: " + OnOneLine(line).toUtf8() + '\n').constData(), streams_.messages);
+    std::fputs(("ztv-ctl: " + OneLine(line).toUtf8() + '\n').constData(), streams_.messages);
     std::fflush(streams_.messages);
 }
 

@@ -19,8 +19,7 @@ namespace {
 constexpr int triesAfterRestart = 5;
 constexpr int pauseAfterRestartMs = 500;
 constexpr qsizetype versionWidth = 6;
-constexpr int addressDigits = 6;
-constexpr int hexadecimal = 16;
+constexpr qsizetype imageAddressWidth = 8;
 
 struct Identity {
     std::int32_t serial;
@@ -32,17 +31,16 @@ struct Target {
     std::optional<Identity> found; // none: in its boot loader, which tells neither
 };
 
+SensorState StateBefore(const Target &target) {
+    return target.found ? SensorState::Unchanged : SensorState::InLoader;
+}
+
 Report::Cell CellOfVersion(const std::optional<Identity> &identity) {
     return identity ? CellOf(identity->version) : Report::Cell{};
 }
 
 Report::Cell CellOfSerial(const std::optional<Identity> &identity) {
     return identity ? CellOf(identity->serial) : Report::Cell{};
-}
-
-QString Hexadecimal(std::uint32_t address) {
-    return QStringLiteral("0x") +
-           QStringLiteral("%1").arg(address, addressDigits, hexadecimal, QLatin1Char('0')).toUpper();
 }
 
 Identity ReadIdentity(CommandRun &run, SensorLine &line, std::int16_t address) {
@@ -172,7 +170,7 @@ void FlashRun::ReportPlan() {
                    {.key = QStringLiteral("firmware")},
                    {.key = QStringLiteral("lines")},
                    {.key = QStringLiteral("bytes")},
-                   {.key = QStringLiteral("first"), .width = addressDigits + 2},
+                   {.key = QStringLiteral("first"), .width = imageAddressWidth},
                    {.key = QStringLiteral("last")}},
                   run_.Results());
     report.NameColumns();
@@ -199,7 +197,7 @@ QString FlashRun::Question() const {
     for (const Target &target : targets_) {
         names.append(Named(target));
     }
-    return QStringLiteral("Replace the firmware of %1 by %2?").arg(names.join(u", "), plan_.file);
+    return QStringLiteral("Replace the firmware of %1 by %2?").arg(names.join(u", "), plan_.firmware.Path());
 }
 
 QString FlashRun::Again(std::int16_t address) const {
@@ -225,10 +223,16 @@ void FlashRun::FlashAll() {
 
 // Returns whether the next sensor may follow: not while this one may answer in its place as a boot loader.
 bool FlashRun::FlashOne(const Target &target) {
+    if (plan_.firmware.HasChanged()) {
+        Fail(target, ExitStatus::File,
+             QStringLiteral("the firmware file changed meanwhile. %1")
+                 .arg(WordsOf(StateBefore(target), Again(target.address))));
+        return true;
+    }
     UpgradeResult result;
     {
         SensorUpgrade upgrade(run_, target.address, target.found.has_value());
-        result = upgrade.Run(plan_.file);
+        result = upgrade.Run(plan_.firmware.Path());
     }
     for (const QString &line : result.differing) {
         run_.Person().Fail(QStringLiteral("address %1: differs: %2").arg(target.address).arg(line));

@@ -6,7 +6,8 @@
 namespace ztv {
 
 // The signals by which a person or a script ends the program early, as an event of the event loop. There is
-// one at most in a process. A second signal ends the process at once.
+// one at most in a process. A second signal, of any kind, ends the process at once, unless it follows the
+// first so closely that it repeats it.
 class Interruption : public QObject {
     Q_OBJECT
 

@@ -9,6 +9,7 @@
 #include <QEventLoop>
 #include <QTimer>
 #include <algorithm>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,14 +22,21 @@ using namespace std::chrono_literals;
 // Within a longer period another sensor may take the place of one, without a reply being lost.
 constexpr std::chrono::milliseconds noChangeOfSensor = 2s;
 
-constexpr std::chrono::milliseconds longestSleep = 1h;
-constexpr std::chrono::milliseconds progressEvery = 1s;
+constexpr std::chrono::milliseconds longestSleep = 1s; // then the progress and the reader are looked at
 
 bool GoToTheSameTerminal(std::FILE *one, std::FILE *other) {
     struct stat first = {};
     struct stat second = {};
     return isatty(fileno(one)) != 0 && fstat(fileno(one), &first) == 0 &&
            fstat(fileno(other), &second) == 0 && first.st_rdev == second.st_rdev;
+}
+
+// The next row would show that, too, but it may be a day away.
+void ThrowIfReaderIsGone(std::FILE *results) {
+    pollfd state = {.fd = fileno(results), .events = 0, .revents = 0};
+    if (poll(&state, 1, 0) > 0 && (state.revents & POLLERR) != 0) {
+        throw ReaderGone();
+    }
 }
 
 // For the event loop: each exchange of the line turns it, a sleep needs a loop of its own.
@@ -114,9 +122,9 @@ bool Rounds::AwaitNextRound() {
 }
 
 void Rounds::SleepUntil(Clock::time_point time) {
-    const std::chrono::milliseconds most = duration_ && showsProgress_ ? progressEvery : longestSleep;
     for (Clock::time_point now = Clock::now(); now < time; now = Clock::now()) {
-        Sleep(std::min(std::chrono::ceil<std::chrono::milliseconds>(time - now), most));
+        Sleep(std::min(std::chrono::ceil<std::chrono::milliseconds>(time - now), longestSleep));
+        ThrowIfReaderIsGone(run_.Results());
         ShowProgress();
     }
     ThrowIfInterrupted();

@@ -133,6 +133,9 @@ UpgradeResult SensorUpgrade::Run(const QString &firmwareFile) {
     }
     if (result_.outcome == UpgradeOutcome::Upgraded) {
         result_.state = SensorState::Restarted;
+    } else if (result_.outcome ==
+               UpgradeOutcome::LoaderNotFound) { // the sensor's word alone doesn't prove it
+        result_.state = SensorState::MayBeInLoader;
     }
     boot_.ClosePort();
     return result_;

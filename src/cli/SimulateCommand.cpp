@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -19,10 +20,12 @@ namespace {
 
 const QString simulator = QStringLiteral("ztv-sim");
 
+// A relative folder of PATH is left out: it would start a program of the current folder.
 QString PathOfSimulator() {
-    const QString beside =
-        QStandardPaths::findExecutable(simulator, {QCoreApplication::applicationDirPath()});
-    return beside.isEmpty() ? QStandardPaths::findExecutable(simulator) : beside;
+    QStringList folders = qEnvironmentVariable("PATH").split(QDir::listSeparator(), Qt::SkipEmptyParts);
+    folders.removeIf([](const QString &folder) { return QDir::isRelativePath(folder); });
+    folders.prepend(QCoreApplication::applicationDirPath());
+    return QStandardPaths::findExecutable(simulator, folders);
 }
 
 #ifdef Q_OS_UNIX

@@ -3,6 +3,7 @@
 #include "cli/LocalTime.h"
 #include "firmware/BootFrameText.h"
 #include "link/LinkStatus.h"
+#include "model/ParamDefines.h"
 
 #include <array>
 #include <cstddef>
@@ -33,6 +34,16 @@ const Direction &DirectionOf(const LineFrame &frame) {
 
 bool IsOfMaster(const LineFrame &request) {
     return request.transaction.has_value();
+}
+
+// Whether a sensor may number its registers in another way after this write.
+bool MayRenumber(const ModbusPdu::Request &request, std::optional<int> addressingMode) {
+    const auto writes = [&](int tag) {
+        const int index = tag - addressingMode.value_or(0) - request.address;
+        return index >= 0 && index < request.quantity;
+    };
+    return request.function != ModbusPdu::ReadHoldingRegisters &&
+           (writes(ParamDefines::ReinitCommand) || writes(ParamDefines::AddressingMode));
 }
 
 std::vector<Report::Column> Columns() {
@@ -95,6 +106,8 @@ void Tracer::Learn(const LineFrame &frame) {
         addressingOf_.erase(request->slave);
     } else if (const auto mode = FrameText::AddressingModeIn(*request, frame.bytes); mode) {
         addressingOf_[request->slave] = *mode;
+    } else if (MayRenumber(*request, NamesFor(*request).addressingMode)) {
+        addressingOf_.erase(request->slave);
     }
 }
 

@@ -3,7 +3,9 @@
 #include <QSocketNotifier>
 #include <array>
 #include <csignal>
+#include <cstdint>
 #include <sys/socket.h>
+#include <time.h>
 #include <unistd.h>
 
 namespace ztv {
@@ -12,20 +14,40 @@ namespace {
 
 constexpr std::array signals = {SIGINT, SIGTERM, SIGHUP};
 
+// Within this time a signal repeats the first: a terminal that hangs up and "timeout" send theirs twice.
+constexpr std::int64_t repeatMs = 1000;
+
 Interruption *present = nullptr;
 volatile std::sig_atomic_t taken = 0;
+volatile std::int64_t takenAt = 0;
 std::array<int, 2> pair = {-1, -1}; // the handler writes to the first, the event loop reads from the second
 
-void OnSignal(int signal) {
-    taken = signal;
-    const char byte = 0;
-    [[maybe_unused]] const ssize_t written = write(pair[0], &byte, 1);
+std::int64_t Milliseconds() {
+    constexpr std::int64_t perSecond = 1000;
+    constexpr std::int64_t nanoseconds = 1'000'000;
+    timespec now = {};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * perSecond + now.tv_nsec / nanoseconds;
 }
 
-void Handle(void (*handler)(int), int flags) {
+void OnSignal(int signal) {
+    if (taken == 0) {
+        taken = signal;
+        takenAt = Milliseconds();
+        const char byte = 0;
+        [[maybe_unused]] const ssize_t written = write(pair[0], &byte, 1);
+    } else if (Milliseconds() - takenAt >= repeatMs) {
+        std::signal(signal, SIG_DFL);
+        std::raise(signal); // ends the process when this handler returns
+    }
+}
+
+void Handle(void (*handler)(int)) {
     struct sigaction action = {};
     action.sa_handler = handler;
-    action.sa_flags = flags;
+    for (const int signal : signals) {
+        sigaddset(&action.sa_mask, signal);
+    }
     for (const int signal : signals) {
         struct sigaction previous = {};
         sigaction(signal, nullptr, &previous);
@@ -45,11 +67,11 @@ Interruption::Interruption() {
     }
     auto *notifier = new QSocketNotifier(pair[1], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, &Interruption::Take);
-    Handle(OnSignal, static_cast<int>(SA_RESETHAND));
+    Handle(OnSignal);
 }
 
 Interruption::~Interruption() {
-    Handle(SIG_DFL, 0);
+    Handle(SIG_DFL);
     close(pair[0]);
     close(pair[1]);
     present = nullptr;

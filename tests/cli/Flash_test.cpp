@@ -218,6 +218,29 @@ TEST_F(FlashTest, SendsNothingForAFileThatIsNotGood) {
     EXPECT_EQ(Sensor().Stats().discarded, 0);
 }
 
+TEST_F(FlashTest, SendsNothingOfAFileThatWouldLoseBytes) {
+    StartSensor();
+    Make(":10080400000102030405060708090A0B0C0D0E0F6C\n:00000001FF\n");
+    EXPECT_EQ(Flash(), 5);
+    EXPECT_EQ(Messages(),
+              "ztv-ctl: Firmware file with a record that crosses the end of its 16 bytes, at 0x000804; "
+              "make one with aligned records: " +
+                  Path("firmware.hex").toStdString() + "\n");
+    Make(":020000021000EC\n:10080000000102030405060708090A0B0C0D0E0F70\n:00000001FF\n");
+    EXPECT_EQ(Flash(), 5);
+    EXPECT_EQ(Messages(), "ztv-ctl: Firmware file with segment addresses; make one with linear ones: " +
+                              Path("firmware.hex").toStdString() + "\n");
+    EXPECT_EQ(Sensor().Stats().requests, 0);
+    EXPECT_EQ(Sensor().Stats().discarded, 0);
+}
+
+TEST_F(FlashTest, TakesShortRecordsAndOthersThatLoseNothing) {
+    StartSensor();
+    Make(":020000040000FA\n:0408060001020304E4\n:080808000001020304050607CC\n:00000001FF\n"
+         ":10080400000102030405060708090A0B0C0D0E0F6C\n");
+    EXPECT_EQ(Flash({QStringLiteral("--dry-run")}), 0) << Messages();
+}
+
 TEST_F(FlashTest, NeedsAYesWhereNobodyCanAnswer) {
     StartSensor();
     MakeFirmware();
@@ -339,7 +362,7 @@ TEST_F(FlashTest, SaysThatTheLoaderDoesNotAnswerAfterTheCommand) {
     Fault(1, 3, BootFault::Deaf);
     EXPECT_EQ(Flash(), 3);
     EXPECT_TRUE(
-        Says("address 1: the boot loader didn't answer. The sensor waits in its boot loader, with its "
+        Says("address 1: the boot loader didn't answer. The sensor may wait in its boot loader, with its "
              "firmware unchanged: run the same command again\n"))
         << Messages();
     EXPECT_TRUE(Sensor().InBootMode());
@@ -518,10 +541,23 @@ TEST_F(FlashTest, ASecondSignalEndsAtOnce) {
     Start();
     SignalWhen(SIGINT, [this] { return Sensor().Stats().discarded > 0; }); // it blocks for seconds
     ctl_.WaitUntilTaken(SIGINT);
-    ctl_.Signal(SIGINT);
-    EXPECT_EQ(ctl_.WaitForEnd(), -SIGINT);
+    ctl_.SignalUntilEnd(SIGTERM);
+    EXPECT_EQ(ctl_.WaitForEnd(), -SIGTERM);
     ExpectUnchanged(Sensor());
     EXPECT_TRUE(QDir(Path("tmp")).removeRecursively()); // Deliberate: nothing is tidied then
+}
+
+TEST_F(FlashTest, ASignalThatIsSentTwiceCountsOnce) {
+    StartSensor();
+    MakeFirmware();
+    Start();
+    SignalWhen(SIGHUP, [this] { return Sensor().Stats().discarded > 0; }); // it blocks for seconds
+    ctl_.WaitUntilTaken(SIGHUP);
+    ctl_.Signal(SIGHUP);
+    ctl_.Signal(SIGTERM);
+    EXPECT_EQ(ctl_.WaitForEnd(), 128 + SIGHUP);
+    EXPECT_TRUE(Says("address 1: interrupted. The sensor wasn't changed\n")) << Messages();
+    ExpectUnchanged(Sensor());
 }
 
 TEST_F(FlashTest, AReaderThatIsGoneDoesNotEndTheUpgrade) {
@@ -544,6 +580,21 @@ TEST_F(FlashTest, FlashesSeveralSensorsOneAfterTheOther) {
     EXPECT_EQ(Results(), "address  serial  before  after   lines  differing\n"
                          "3        10427   2.14    3.00    64     0\n"
                          "5        10427   2.14    3.00    64     0\n");
+}
+
+TEST_F(FlashTest, NeverFlashesAFileThatChangedMeanwhile) {
+    StartSensorAt(3);
+    StartSensorAt(5);
+    ShareLine();
+    MakeFirmware();
+    Start({QStringLiteral("--yes"), QStringLiteral("--address"), QStringLiteral("3,5")});
+    ASSERT_TRUE(WaitUntil([this] { return Sensor().Boot().Exchanges() > beforeErasing + 1; }, 60000));
+    Make(":10080400000102030405060708090A0B0C0D0E0F6C\n:00000001FF\n");
+    EXPECT_EQ(ctl_.WaitForEnd(), 5);
+    EXPECT_TRUE(Says("address 5: the firmware file changed meanwhile. The sensor wasn't changed\n"))
+        << Messages();
+    ExpectUpgraded(*sensors_[0]);
+    ExpectUnchanged(*sensors_[1]);
 }
 
 TEST_F(FlashTest, LeavesOutASensorThatIsSilent) {

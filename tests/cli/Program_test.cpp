@@ -23,6 +23,18 @@ TEST_F(CtlProgramTest, EndsQuietlyWhenItsReaderIsGone) {
     EXPECT_EQ(messages_, "");
 }
 
+TEST_F(CtlProgramTest, AClosedStreamTakesNothing) {
+    EXPECT_EQ(Shell("$ctl get 28 <&- >&-"), 5);
+    EXPECT_EQ(messages_, "ztv-ctl: The results can't be written: Bad file descriptor\n");
+    EXPECT_EQ(Shell("$ctl get 28 <&- 2>&-"), 0);
+    EXPECT_EQ(results_, "28   Near Distance  12.00\"\n");
+}
+
+TEST_F(CtlProgramTest, AMessageIsOneLineWhateverItNames) {
+    EXPECT_EQ(Shell("$ctl get $'a\\nb\\e[2Jc'"), 2);
+    EXPECT_EQ(messages_, "ztv-ctl: There is no parameter \"a?b?[2Jc\"; \"ztv-ctl parameters\" lists them\n");
+}
+
 TEST_F(CtlProgramTest, PrintsItsVersionAndTheHelpOfEachCommand) {
     EXPECT_EQ(Shell("$ctl --version"), 0);
     EXPECT_EQ(results_, "ztv-ctl " + ProgramVersion().toStdString() + "\n");

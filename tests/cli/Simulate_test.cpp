@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <csignal>
 #include <gtest/gtest.h>
@@ -95,6 +96,26 @@ TEST_F(SimulateTest, SaysThatThereIsNoSimulatedSensor) {
     ctl_.Environment("PATH", QStringLiteral(ZTV_BIN_DIR));
     Simulate({QStringLiteral("--version")});
     EXPECT_EQ(ctl_.WaitForEnd(), 0);
+}
+
+TEST_F(SimulateTest, NeverStartsAProgramOfTheCurrentFolder) {
+    const QTemporaryDir folder;
+    const auto in = [&](const char *name) { return folder.filePath(QString::fromLatin1(name)); };
+    for (const char *name : {"ztv-ctl", "Presets.fil"}) {
+        ASSERT_TRUE(QFile::copy(QStringLiteral(ZTV_BIN_DIR "/") + QString::fromLatin1(name), in(name)));
+    }
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("here")));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(ZTV_BIN_DIR "/ztv-sim"), in("here/ztv-sim")));
+    const QString previous = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(in("here")));
+    const auto restore = qScopeGuard([&] { QDir::setCurrent(previous); });
+    ctl_.Program(in("ztv-ctl"));
+    for (const char *path : {".", "", ":/nowhere", "/nowhere:../here"}) {
+        ctl_.Environment("PATH", QString::fromLatin1(path));
+        Simulate({QStringLiteral("--version")});
+        EXPECT_EQ(ctl_.WaitForEnd(), 5) << path;
+        EXPECT_EQ(ctl_.Results(), "") << path;
+    }
 }
 
 } // namespace ztv

@@ -72,11 +72,22 @@ public:
             process_.closeWriteChannel();
         }
     }
-    void Signal(int signal) const { ::kill(static_cast<pid_t>(process_.processId()), signal); }
+    void Signal(int signal) const {
+        if (const auto id = static_cast<pid_t>(process_.processId()); id > 0) {
+            ::kill(id, signal);
+        }
+    }
 
     // Waits until the program handled a signal: the next of its kind isn't merged with it.
     void WaitUntilTaken(int signal) const {
-        ASSERT_TRUE(WaitUntil([&] { return (CaughtSignals() >> (signal - 1) & 1) == 0; }));
+        ASSERT_TRUE(WaitUntil([&] { return (PendingSignals() >> (signal - 1) & 1) == 0; }));
+    }
+    // Sends a signal again and again until the program ends by it.
+    void SignalUntilEnd(int signal) const {
+        ASSERT_TRUE(WaitUntil([&] {
+            Signal(signal);
+            return process_.state() == QProcess::NotRunning;
+        }));
     }
     // Has the next start print its results to a pipe that nobody reads.
     void WithoutReader() {
@@ -107,11 +118,11 @@ public:
     const std::string &Messages() const { return messages_; }
 
 private:
-    quint64 CaughtSignals() const {
+    quint64 PendingSignals() const {
         QFile status(QStringLiteral("/proc/%1/status").arg(process_.processId()));
         const QByteArray text = status.open(QFile::ReadOnly) ? status.readAll() : QByteArray();
         constexpr int hexadecimal = 16;
-        const QByteArray name = "SigCgt:\t";
+        const QByteArray name = "ShdPnd:\t";
         return text.mid(text.indexOf(name) + name.size(), hexadecimal).toULongLong(nullptr, hexadecimal);
     }
     void TakeFromTerminal() {

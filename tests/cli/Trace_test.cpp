@@ -3,6 +3,7 @@
 #include "tests/helpers/SharedLine.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 
 namespace ztv {
 
@@ -61,6 +62,21 @@ TEST_F(CommandsTest, TraceNamesRegistersAsTheSensorNumbersThem) {
     EXPECT_TRUE(frames.at(3).endsWith(QStringLiteral("53 = -400")));
     EXPECT_TRUE(frames.at(6).endsWith(QStringLiteral("read 1 register from 52 (Air Temperature (Deg F))")));
     EXPECT_TRUE(frames.at(7).endsWith(QStringLiteral("52 = -400")));
+}
+
+TEST_F(CommandsTest, TraceNamesNoRegisterThatAWriteMayHaveRenumbered) {
+    StartSensor(NumberedLikeParameters());
+    for (const char *assignment : {"Addressing Mode=1", "Addressing Mode=0"}) {
+        EXPECT_EQ(Ctl({"--quiet", "--trace", "set", assignment}), ExitStatus::Done) << Messages();
+        const QStringList frames = Frames(Messages());
+        const auto written =
+            std::ranges::find_if(frames, [](const QString &frame) { return frame.contains(u"written: "); });
+        ASSERT_GT(frames.end() - written, 3);
+        EXPECT_TRUE((written + 1)->endsWith(QStringLiteral("read 1 register from 69")))
+            << (written + 1)->toStdString();
+        EXPECT_TRUE((written + 3)->endsWith(QStringLiteral("(Serial Number)")))
+            << (written + 3)->toStdString();
+    }
 }
 
 TEST_F(CommandsTest, TracePollsTheWholeTableInOneRequest) {

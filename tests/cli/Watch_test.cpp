@@ -401,6 +401,15 @@ TEST_F(CtlProgramTest, WatchEndsQuietlyWhenItsReaderIsGone) {
     EXPECT_EQ(messages_, "");
 }
 
+TEST_F(CtlProgramTest, WatchEndsBeforeItsNextRowWhenItsReaderIsGone) {
+    EXPECT_EQ(Shell("for command in watch trace; do "
+                    "timeout 4 $ctl --format csv $command 28 --every 3600000 | head -n 2 | wc -l; "
+                    "echo ${PIPESTATUS[0]}; done"),
+              0);
+    EXPECT_EQ(results_, "2\n141\n2\n141\n");
+    EXPECT_EQ(messages_, "");
+}
+
 TEST_F(CtlProgramTest, WatchShowsNoProgressAmongItsRows) {
     const std::string onTerminal = "python3 -c 'import pty,sys; pty.spawn([\"sh\", \"-c\", sys.argv[1]])' ";
     EXPECT_EQ(Shell((onTerminal + "\"$ctl watch --every 400 --for 1\"").c_str()), 0);
