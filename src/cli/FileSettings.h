@@ -63,7 +63,11 @@ void WithFile(const Work &work) {
     try {
         work();
     } catch (const Fault &fault) {
-        throw Failure(ExitStatus::File, fault.Description().simplified());
+        QString text = fault.Description().simplified();
+        if (text.endsWith(u'.')) { // a box shows sentences, a message is a line
+            text.chop(1);
+        }
+        throw Failure(ExitStatus::File, text);
     }
 }
 

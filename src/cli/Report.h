@@ -41,9 +41,9 @@ public:
     Report(ReportFormat format, std::vector<Column> columns, std::FILE *stream,
            JsonLayout layout = JsonLayout::Document);
 
-    // Prints the columns' names above a text, for columns that don't speak for themselves. CSV always has
-    // them.
-    void NameColumns();
+    // Prints the columns' names above a text's first row, for columns that don't speak for themselves. CSV
+    // always has them.
+    void NameColumns() { namesColumns_ = true; }
 
     // Prints a row at once, but collects a JSON document's for End.
     void Add(const Row &row);
@@ -52,6 +52,7 @@ public:
     void End();
 
 private:
+    void PrintNames();
     void PrintTexts(const QStringList &texts);
     void Print(const QString &line);
 
@@ -61,6 +62,7 @@ private:
     JsonLayout layout_;
     QJsonArray rows_;
     bool namesColumns_ = false;
+    bool hasRows_ = false;
 };
 
 // Makes a cell of a text or of a number.

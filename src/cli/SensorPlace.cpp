@@ -47,11 +47,14 @@ CommSettings PlaceAfter(const CommSettings &place, std::int16_t tag, std::int32_
     return after;
 }
 
+QString LineText(const CommSettings &comm) {
+    return QStringLiteral("%1 %2").arg(
+        QString::fromLatin1(BaudTable.at(static_cast<std::size_t>(comm.baud)).text),
+        QString::fromLatin1(ParityStopTable.at(static_cast<std::size_t>(comm.parityStop)).text));
+}
+
 QString PlaceText(const CommSettings &place) {
-    return QStringLiteral("address %1, %2 %3")
-        .arg(QString::number(place.address),
-             QString::fromLatin1(BaudTable.at(static_cast<std::size_t>(place.baud)).text),
-             QString::fromLatin1(ParityStopTable.at(static_cast<std::size_t>(place.parityStop)).text));
+    return QStringLiteral("address %1, %2").arg(QString::number(place.address), LineText(place));
 }
 
 std::optional<FoundSensor> FindSensor(SensorLine &line, const std::vector<CommSettings> &places,

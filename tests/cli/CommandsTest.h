@@ -35,10 +35,14 @@ protected:
         return *sensors_.back();
     }
 
-    // Runs a command line, with the line's device as the port. `someoneReads`: the messages go to a terminal.
+    // Runs a command line, with the line's device as the port if there is one. `someoneReads`: the messages
+    // go to a terminal.
     ExitStatus Ctl(std::vector<const char *> words, bool someoneReads = false) {
         const QByteArray device = device_.toLocal8Bit();
-        words.insert(words.begin(), {"ztv-ctl", "--port", device.constData()});
+        if (!device.isEmpty()) {
+            words.insert(words.begin(), {"--port", device.constData()});
+        }
+        words.insert(words.begin(), "ztv-ctl");
         try {
             const auto arguments = ParseArguments(static_cast<int>(words.size()), words.data());
             const SettingsStore settings(QStringLiteral("ZTV Link"));

@@ -24,7 +24,7 @@ namespace {
 
 using Writes = std::vector<std::pair<int, int>>;
 
-const char *const remark = "ztv-ctl: The sensor keeps new values only until it loses power; \"ztv-ctl "
+const char *const remark = "ztv-ctl: A sensor keeps new values only until it loses power; \"ztv-ctl "
                            "store\" saves them\n";
 
 // The functions that write: one register, or several.
