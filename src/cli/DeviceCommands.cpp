@@ -49,8 +49,7 @@ void SaveSettings(CommandRun &run, SensorLine &line, std::int16_t address) {
 // Whether a command restores a row: a setting, but none of the line's, which a sensor may keep until it
 // restarts.
 bool IsRestored(const ClassZentrova &zentrova, std::int16_t tag) {
-    return !zentrova.ParamReadOnly(tag) && !ClassZentrova::IsCommand(tag) && !MovesSensor(tag) &&
-           tag != ParamDefines::AddressingMode;
+    return !zentrova.ParamReadOnly(tag) && !ClassZentrova::IsCommand(tag) && !ChangesTheWay(tag);
 }
 
 class ReinitRun {

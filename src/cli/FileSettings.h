@@ -16,9 +16,6 @@ namespace ztv {
 // The part of the table that files and sensors have in common: what the user sets.
 namespace SettingsRows {
 
-// True for the rows by which a host finds the sensor on the line.
-bool IsOfLine(std::int16_t tag);
-
 // Returns the settings; those of the line only if the arguments ask for them.
 std::vector<std::int16_t> Compared(const CommandRun &run);
 

@@ -28,6 +28,10 @@ bool MovesSensor(std::int16_t tag) {
            tag == ParamDefines::ParityStopCode;
 }
 
+bool ChangesTheWay(std::int16_t tag) {
+    return MovesSensor(tag) || tag == ParamDefines::AddressingMode;
+}
+
 CommSettings PlaceAfter(const CommSettings &place, std::int16_t tag, std::int32_t raw) {
     CommSettings after = place;
     const auto value = static_cast<std::int16_t>(raw);

@@ -13,6 +13,9 @@ namespace ztv {
 // True for the rows by which a sensor moves to another address, baud rate or parity, at once.
 bool MovesSensor(std::int16_t tag);
 
+// True for those rows and the addressing mode, which moves all registers by one.
+bool ChangesTheWay(std::int16_t tag);
+
 // Returns where a sensor answers after it has taken a value. The port's number doesn't count.
 CommSettings PlaceAfter(const CommSettings &place, std::int16_t tag, std::int32_t raw);
 

@@ -10,9 +10,17 @@
 #include <memory>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace ztv {
+
+using Writes = std::vector<std::pair<int, int>>; // parameter and value
+
+// Returns true for the functions that write: one register, or several.
+inline bool IsWrite(const QByteArray &request) {
+    return request.at(1) == 6 || request.at(1) == 16;
+}
 
 // The commands against simulated sensors and a foreign slave, each on a pseudo terminal.
 class CommandsTest : public testing::Test {
@@ -33,6 +41,13 @@ protected:
         EXPECT_EQ(sensors_.back()->Start(), QString());
         device_ = sensors_.back()->Path();
         return *sensors_.back();
+    }
+
+    sim::SimulatedSensor &StartAt(int address, int addressing = 1) {
+        sim::SensorOptions options;
+        options.address = address;
+        options.addressing = addressing;
+        return StartSensor(options);
     }
 
     // Runs a command line, with the line's device as the port if there is one. `someoneReads`: the messages

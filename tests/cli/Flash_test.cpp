@@ -153,6 +153,7 @@ public:
     QString device_;
     QByteArray application_;
     StartedCtl ctl_;
+    bool isSignalled_ = false;
 };
 
 class FlashTest : public Test, public FlashBench {};
@@ -365,16 +366,24 @@ TEST_F(FlashTest, SaysThatTheLoaderDoesNotAnswerAfterTheCommand) {
 }
 
 TEST_F(FlashTest, BearsSingleFaultsOfTheBootLine) {
-    StartInLoader();
-    MakeFirmware();
-    for (const BootFault::Kind kind :
-         {BootFault::Drop, BootFault::Deaf, BootFault::Corrupt, BootFault::Cut}) {
-        static int exchange = 5;
-        Sensor().Boot().SetFault(exchange += 3, {.kind = kind});
+    const BootFault faults[] = {{.kind = BootFault::Drop},
+                                {.kind = BootFault::Deaf},
+                                {.kind = BootFault::Corrupt},
+                                {.kind = BootFault::Cut},
+                                {.kind = BootFault::Delay, .delayMs = 1500}}; // past the time for an answer
+    std::array<FlashBench, std::size(faults)> benches;
+    for (std::size_t index = 0; index < benches.size(); ++index) {
+        FlashBench &bench = benches.at(index);
+        bench.StartInLoader();
+        bench.MakeFirmware();
+        bench.Sensor().Boot().SetFault(8, faults[index]);
+        bench.Sensor().Boot().SetFault(11, faults[(index + 1) % benches.size()]);
+        bench.Start(quickly);
     }
-    Sensor().Boot().SetFault(30, {.kind = BootFault::Delay, .delayMs = 1500}); // past the time for an answer
-    EXPECT_EQ(FlashQuickly(), 0);
-    ExpectUpgraded(Sensor());
+    for (FlashBench &bench : benches) {
+        EXPECT_EQ(bench.ctl_.WaitForEnd(), 0) << bench.Messages();
+        bench.ExpectUpgraded(bench.Sensor());
+    }
 }
 
 TEST_F(FlashTest, SaysThatTheSensorMayWaitInItsLoaderAfterALostConfirmation) {
@@ -493,23 +502,47 @@ TEST_F(FlashTest, ASignalAfterTheCommandNamesTheLoader) {
 }
 
 TEST_F(FlashTest, ASignalWhileItErasesOrWritesNamesTheLoader) {
-    MakeFirmware(DeviceMemory::applicationSize);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        for (const int exchanges : {beforeErasing + 50, beforeErasing + erasures + 500}) {
-            sensors_.clear();
-            StartInLoader();
-            Start(quickly);
-            SignalWhen(signal, [&] { return Sensor().Boot().Exchanges() > exchanges; });
-            EXPECT_EQ(ctl_.WaitForEnd(), 128 + signal);
-            EXPECT_TRUE(Says("address 1: interrupted. The sensor waits in its boot loader, without complete "
-                             "firmware: run the same command again\n"))
-                << Messages();
-            EXPECT_TRUE(Sensor().InBootMode());
-            EXPECT_FALSE(HasNewFirmware(Sensor()));
-            EXPECT_FALSE(HasOldFirmware(Sensor()));
-        }
+    struct Case {
+        int signal;
+        int exchanges; // until the signal
+    };
+    constexpr int erasing = beforeErasing + 50;
+    constexpr int writing = beforeErasing + erasures + 500;
+    const Case cases[] = {{SIGINT, erasing}, {SIGTERM, erasing}, {SIGHUP, erasing},
+                          {SIGINT, writing}, {SIGTERM, writing}, {SIGHUP, writing}};
+    std::array<FlashBench, std::size(cases)> benches;
+    for (FlashBench &bench : benches) {
+        bench.MakeFirmware(DeviceMemory::applicationSize);
+        bench.StartInLoader();
+        bench.Start(quickly);
     }
-    ExpectSecondRunCompletes();
+    std::size_t signalled = 0;
+    EXPECT_TRUE(WaitUntil(
+        [&] {
+            for (std::size_t index = 0; index < benches.size(); ++index) {
+                FlashBench &bench = benches.at(index);
+                const int exchanges = bench.Sensor().Boot().Exchanges();
+                if (!bench.isSignalled_ && exchanges > cases[index].exchanges) {
+                    bench.isSignalled_ = true;
+                    bench.ctl_.Signal(cases[index].signal);
+                    ++signalled;
+                }
+            }
+            return signalled == benches.size();
+        },
+        60000));
+    for (std::size_t index = 0; index < benches.size(); ++index) {
+        FlashBench &bench = benches.at(index);
+        EXPECT_EQ(bench.ctl_.WaitForEnd(), 128 + cases[index].signal);
+        EXPECT_TRUE(
+            bench.Says("address 1: interrupted. The sensor waits in its boot loader, without complete "
+                       "firmware: run the same command again\n"))
+            << bench.Messages();
+        EXPECT_TRUE(bench.Sensor().InBootMode());
+        EXPECT_FALSE(bench.HasNewFirmware(bench.Sensor()));
+        EXPECT_FALSE(bench.HasOldFirmware(bench.Sensor()));
+    }
+    benches.back().ExpectSecondRunCompletes();
 }
 
 TEST_F(FlashTest, ASignalWhileTheSensorRestartsLetsItRun) {
@@ -544,26 +577,30 @@ TEST_F(FlashTest, AReaderThatIsGoneDoesNotEndTheUpgrade) {
     ExpectUpgraded(Sensor());
 }
 
-TEST_F(FlashTest, FlashesSeveralSensorsOneAfterTheOther) {
-    StartSensorAt(3);
-    StartSensorAt(5);
-    ShareLine();
-    MakeFirmware();
-    EXPECT_EQ(FlashAddress("3,5"), 0) << Messages();
+TEST_F(FlashTest, FlashesSeveralSensorsOneAfterTheOtherButNoneThatIsSilent) {
+    FlashBench other;
+    for (FlashBench *bench : {static_cast<FlashBench *>(this), &other}) {
+        bench->StartSensorAt(3);
+        bench->StartSensorAt(5);
+        bench->ShareLine();
+        bench->MakeFirmware();
+    }
+    const auto addresses = [](const char *list) {
+        return QStringList{QStringLiteral("--yes"), QStringLiteral("--address"), QString::fromLatin1(list)};
+    };
+    Start(addresses("3,5"));
+    other.Start(addresses("2,3"));
+    EXPECT_EQ(ctl_.WaitForEnd(), 0) << Messages();
     ExpectUpgraded(*sensors_[0]);
     ExpectUpgraded(*sensors_[1]);
     EXPECT_TRUE(Says("address 5: Erasing\n")) << Messages();
     EXPECT_EQ(Results(), "address  serial  before  after   lines  differing\n"
                          "3        10427   2.14    3.00    64     0\n"
                          "5        10427   2.14    3.00    64     0\n");
-}
-
-TEST_F(FlashTest, LeavesOutASensorThatIsSilent) {
-    StartSensorAt(3);
-    MakeFirmware();
-    EXPECT_EQ(FlashAddress("2,3"), 3);
-    ExpectUpgraded(Sensor());
-    EXPECT_TRUE(Says("ztv-ctl: address 2: Timeout\n")) << Messages();
+    EXPECT_EQ(other.ctl_.WaitForEnd(), 3);
+    other.ExpectUpgraded(*other.sensors_[0]);
+    other.ExpectUnchanged(*other.sensors_[1]);
+    EXPECT_TRUE(other.Says("ztv-ctl: address 2: Timeout\n")) << other.Messages();
 }
 
 TEST_F(FlashTest, StopsAfterASensorThatMayWaitInItsLoader) {
