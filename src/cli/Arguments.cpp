@@ -125,11 +125,11 @@ void AddSearch(const Options &options) {
 }
 
 struct CommandWords {
-    Command command;
-    const char *name;
-    const char *summary;
-    const char *examples; // two lines
-    void (*add)(const Options &options);
+    Command command = Command::Get;
+    const char *name = nullptr;
+    const char *summary = nullptr;
+    const char *examples = nullptr; // two lines
+    void (*add)(const Options &options) = nullptr;
     const char *footer =
         "\"ztv-ctl --help\" lists the options of all commands, such as --port and --address.";
 };
