@@ -38,6 +38,27 @@ function(ztv_library name)
     target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE ztv_flags)
 endfunction()
 
+# ztv_pictures(target name FOLDER prefix PERCENTS ... FILES ...): draws SVG files at these sizes and puts them among the
+# target's resources, as PREFIX/NAME/PERCENT.png.
+function(ztv_pictures target name)
+    cmake_parse_arguments(ARG "" "FOLDER" "PERCENTS;FILES" ${ARGN})
+    set(base ${CMAKE_CURRENT_BINARY_DIR}/pictures_${name})
+    set(drawn)
+    foreach(file IN LISTS ARG_FILES)
+        get_filename_component(picture ${file} NAME_WE)
+        foreach(percent IN LISTS ARG_PERCENTS)
+            list(APPEND drawn ${base}/${picture}/${percent}.png)
+        endforeach()
+    endforeach()
+    add_custom_command(
+        OUTPUT ${drawn}
+        COMMAND render-pictures ${base} ${ARG_PERCENTS} ${ARG_FILES}
+        DEPENDS render-pictures ${ARG_FILES}
+        COMMENT "Drawing the pictures of ${target}"
+        VERBATIM)
+    qt_add_resources(${target} ${name} PREFIX ${ARG_FOLDER} BASE ${base} FILES ${drawn})
+endfunction()
+
 # ztv_program(name SOURCES ... LINKS ...)
 function(ztv_program name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})

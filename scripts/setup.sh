@@ -16,9 +16,10 @@ for purpose in "$@"; do
     package) packages+=(dpkg-dev man-db) ;;
     fuzz) packages+=(clang llvm libclang-rt-dev python3) ;;
     coverage) packages+=(gcovr) ;;
+    windows) packages+=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 xz-utils fp-utils) ;;
     check) packages+=(clang-format clang-tidy) ;;
     *)
-        echo "usage: $0 [build] [test] [bench] [package] [fuzz] [coverage] [check]" >&2
+        echo "usage: $0 [build] [test] [bench] [package] [fuzz] [coverage] [windows] [check]" >&2
         exit 2
         ;;
     esac

@@ -26,6 +26,8 @@ Q_SIGNALS:
     void Wanted();
 
 private:
+    friend class ConsoleHandler;
+
     void Take();
 };
 
@@ -36,6 +38,10 @@ public:
 };
 
 // Throws Interrupted if a signal has come.
-void ThrowIfInterrupted();
+inline void ThrowIfInterrupted() {
+    if (Interruption::Signal() != 0) {
+        throw Interrupted();
+    }
+}
 
 } // namespace ztv

@@ -14,6 +14,22 @@ namespace {
 
 constexpr int endedBySignal = 128; // a shell's own convention; the signal's number is added
 
+// A reader that goes must not end a transfer to the sensor.
+void OutliveReaders() {
+#ifdef Q_OS_UNIX
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+}
+
+// Ends as any program does whose reader is gone.
+int EndWithoutReader() {
+#ifdef Q_OS_UNIX
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+#endif
+    return static_cast<int>(ExitStatus::File);
+}
+
 ExitStatus Run(const Arguments &arguments) {
     const SettingsStore settings(ApplicationTitle());
     return RunCommand(
@@ -34,10 +50,7 @@ int RunProgram(int argc, char *argv[]) {
     } catch (const Interrupted &) {
         return endedBySignal + Interruption::Signal();
     } catch (const ReaderGone &) {
-        // Ends as any program does whose reader is gone.
-        std::signal(SIGPIPE, SIG_DFL);
-        std::raise(SIGPIPE);
-        return endedBySignal + SIGPIPE;
+        return EndWithoutReader();
     }
 }
 
@@ -47,7 +60,7 @@ int RunProgram(int argc, char *argv[]) {
 
 int main(int argc, char *argv[]) {
     const QCoreApplication application(argc, argv);
-    std::signal(SIGPIPE, SIG_IGN); // a reader that goes must not end a transfer to the sensor
+    ztv::OutliveReaders();
     const ztv::Interruption interruption;
     return ztv::RunProgram(argc, argv);
 }

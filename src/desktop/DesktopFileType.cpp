@@ -2,7 +2,7 @@
 
 #include "desktop/DesktopEntry.h"
 #include "desktop/MimePackage.h"
-#include "support/ReplaceFile.h"
+#include "support/ReplaceContent.h"
 #include "support/SettingsFileType.h"
 
 #include <QDir>
@@ -28,7 +28,7 @@ QString IconName() {
 }
 
 bool Write(const QString &path, const QByteArray &content) {
-    return QDir().mkpath(QFileInfo(path).path()) && TryReplaceFile(path, content);
+    return QDir().mkpath(QFileInfo(path).path()) && TryReplaceContent(path, content);
 }
 
 bool WriteIcons(const QByteArray &icon) {

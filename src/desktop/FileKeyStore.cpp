@@ -1,6 +1,6 @@
 #include "desktop/FileKeyStore.h"
 
-#include "support/ReplaceFile.h"
+#include "support/ReplaceContent.h"
 
 #include <QDir>
 #include <QFile>
@@ -49,7 +49,7 @@ public:
     explicit KeyFolder(const QString &folder) : folder_(folder) {}
 
     StoreStatus Store(const QString &valueName, ValueType type, const QByteArray &bytes) override {
-        return TryReplaceFile(ValueFile(folder_, valueName), Head(type) + bytes) ? 0 : writeFault;
+        return TryReplaceContent(ValueFile(folder_, valueName), Head(type) + bytes) ? 0 : writeFault;
     }
 
 private:

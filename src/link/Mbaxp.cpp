@@ -305,6 +305,7 @@ void Mbaxp::Start(const RunSchedule::Next &next, bool moved) {
         FinishWith(LinkStatus::WriteError);
         return;
     }
+    line_.ExpectInput(true);
     tap_.Report(LineFrame::Kind::Request, frame, CodeOf(LinkStatus::NoError),
                 TransactionOf(exchange_.transaction));
     const qint64 sent = NowUs();
@@ -410,6 +411,7 @@ void Mbaxp::FinishWith(LinkStatus status) {
 
 void Mbaxp::Finish(const ModbusFrame::Verdict &verdict) {
     phase_ = Phase::Delivering;
+    line_.ExpectInput(false);
     const LinkTransaction ended = TransactionOf(exchange_.transaction);
     const bool done = verdict.kind == ModbusFrame::Verdict::Kind::Complete;
     const bool deviceFailed =

@@ -56,6 +56,9 @@ public:
     // already received.
     virtual void WaitForInput(int milliseconds) = 0;
 
+    // Says whether an answer is awaited: a device that has to look for bytes looks often then.
+    virtual void ExpectInput(bool /*expected*/) {}
+
 protected:
     void Notify(Notice notice) const {
         if (notice_) {

@@ -55,6 +55,12 @@ QByteArray SerialLine::TakeAllInput() {
     return TakeInput();
 }
 
+void SerialLine::ExpectInput(bool expected) {
+    if (IsOpen()) {
+        device_->ExpectInput(expected);
+    }
+}
+
 void SerialLine::OnNotice(SerialDevice::Notice notice) {
     if (notice == SerialDevice::Notice::Input) {
         PostArrival();

@@ -38,6 +38,9 @@ public:
     // time or the line is no longer open.
     QByteArray WaitForInput(int milliseconds);
 
+    // Says whether an answer is awaited. Without it, bytes may be reported some milliseconds late.
+    void ExpectInput(bool expected);
+
 Q_SIGNALS:
     // Both are emitted from the event loop, never from within a call, so a handler may close and reopen the
     // line.

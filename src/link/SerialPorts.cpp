@@ -1,8 +1,9 @@
 #include "link/SerialPorts.h"
 
+#include "link/SystemPorts.h"
+
 #include <QDir>
 #include <QFileInfo>
-#include <QSerialPortInfo>
 #include <algorithm>
 
 #ifdef Q_OS_UNIX
@@ -25,15 +26,6 @@ QString DeviceOfEnvironment([[maybe_unused]] std::int16_t number) {
     return {};
 #else
     return qEnvironmentVariable(QStringLiteral("ZTVLINK_PORT_%1").arg(number).toLatin1().constData());
-#endif
-}
-
-// Names the device as DeviceOfPort does.
-QString DeviceOf(const QSerialPortInfo &port) {
-#ifdef Q_OS_WIN
-    return port.portName(); // the location has a path before the name
-#else
-    return port.systemLocation();
 #endif
 }
 
@@ -91,24 +83,24 @@ QStringList AvailableDevices(const QString &byIdFolder) {
             targets.append(link.canonicalFilePath());
         }
     }
-    for (const QSerialPortInfo &port : QSerialPortInfo::availablePorts()) {
-        if (!targets.contains(DeviceOf(port))) {
-            devices.append(DeviceOf(port));
+    for (const SystemPort &port : SystemPorts()) {
+        if (!targets.contains(port.name)) {
+            devices.append(port.name);
         }
     }
     return devices;
 }
 
 std::vector<Described> Describe() {
-    const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
+    const std::vector<SystemPort> ports = SystemPorts();
     std::vector<Described> described;
     for (const QString &device : AvailableDevices()) {
         const QString target = QFileInfo(device).canonicalFilePath();
-        const auto port = std::find_if(ports.begin(), ports.end(), [&](const QSerialPortInfo &candidate) {
-            return DeviceOf(candidate) == device || DeviceOf(candidate) == target;
+        const auto port = std::ranges::find_if(ports, [&](const SystemPort &candidate) {
+            return candidate.name == device || candidate.name == target;
         });
         described.push_back(
-            {.name = device, .description = port == ports.end() ? QString() : port->description()});
+            {.name = device, .description = port == ports.end() ? QString() : port->description});
     }
     return described;
 }

@@ -1,7 +1,7 @@
 #include "model/SettingsFile.h"
 
 #include "model/ParamDefines.h"
-#include "support/ReplaceFile.h"
+#include "support/ReplaceContent.h"
 #include "support/SettingsFileType.h"
 
 #include <memory>
@@ -70,7 +70,7 @@ void WriteSettingsFile(const QString &fileName, const std::vector<SettingsRow> &
         throw Fault(Fault::Kind::Database,
                     QStringLiteral("%1: %2.").arg(fileName, QString::fromUtf8(e.what())));
     }
-    ReplaceFile(fileName, content);
+    ReplaceContent(fileName, content);
 }
 
 Fault SettingsFileReader::TooFewRecords(int records, const QString &wanted) const {

@@ -4,6 +4,7 @@
 #include "widgets/Controls.h"
 #include "widgets/DeferredWork.h"
 #include "widgets/FormHelp.h"
+#include "widgets/Picture.h"
 
 #include <QFrame>
 #include <QGridLayout>
@@ -74,7 +75,7 @@ FormAbout::FormAbout(const Contents &contents, Commands commands, ClassMyHtmlHel
 void FormAbout::BuildHead(QVBoxLayout &column) {
     auto *toolbar = Controls::Named(new QToolBar, "Toolbar1");
     toolbar->setIconSize(QSize(iconSize, iconSize));
-    QAction *action = toolbar->addAction(QIcon(QStringLiteral(":/icons/ztvlink.svg")), ApplicationTitle());
+    QAction *action = toolbar->addAction(IconNamed(QStringLiteral("ztvlink")), ApplicationTitle());
     action->setToolTip(QString());
     QWidget *button = Controls::Named(toolbar->widgetForAction(action), "Toolbar1(1)");
     button->setAccessibleName(ApplicationTitle());

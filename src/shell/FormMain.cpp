@@ -41,6 +41,7 @@
 #include "tabs/ui/ValueOverlay.h"
 #include "tabs/ui/WizardPage.h"
 #include "widgets/Controls.h"
+#include "widgets/Picture.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -66,7 +67,7 @@ FormMain::FormMain(Dependencies dependencies)
       placement_(std::make_unique<WindowPlacement>(*this, dependencies_.settings)) {
     Controls::Named(this, "FormMain");
     setWindowTitle(ApplicationTitle());
-    setWindowIcon(QIcon(QStringLiteral(":/icons/ztvlink.svg")));
+    setWindowIcon(IconNamed(QStringLiteral("ztvlink")));
     help_->CHMFile(QDir::toNativeSeparators(dependencies_.programFolder + QStringLiteral("/ZTV.chm")));
 
     // Parses the command line before it reads any setting, so that the settings can be cleared first. Creates

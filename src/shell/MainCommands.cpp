@@ -5,6 +5,7 @@
 #include "widgets/Controls.h"
 #include "widgets/DeferredWork.h"
 #include "widgets/EntryFocus.h"
+#include "widgets/Picture.h"
 #include "widgets/WhyDisabled.h"
 
 #include <QIcon>
@@ -83,7 +84,7 @@ constexpr int iconSize = 32;
 constexpr int iconSizeInLittleRoom = 16;
 
 QIcon IconOf(const ToolbarButton &button) {
-    return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(button.icon)));
+    return IconNamed(QString::fromLatin1(button.icon));
 }
 
 QString ButtonName(const char *key) {

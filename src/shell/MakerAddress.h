@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/SettingsStore.h"
+#include "widgets/Picture.h"
 
 #include <QPixmap>
 #include <QString>
@@ -35,10 +36,10 @@ inline QString MakersAddressBlock(const SettingsStore &settings) {
 // "Logo": the file of a picture. If it can't be read, returns the program's own picture.
 inline QPixmap MakersLogo(const SettingsStore &settings) {
     constexpr QSize most(160, 120);
-    const QPixmap own(QStringLiteral(":/icons/maker.svg"));
+    const Picture own(QStringLiteral(":/icons/maker"));
     const QPixmap logo(settings.Read(QStringLiteral("Maker"), QStringLiteral("Logo"), QString()));
     return logo.isNull()
-               ? own
+               ? own.OfHeight(own.Size().height())
                : logo.scaled(logo.size().boundedTo(most), Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 

@@ -17,7 +17,7 @@ namespace {
 
 void RegisterFileType(const QString &application) {
     if (!application.isEmpty()) {
-        FileType::Register(application, QStringLiteral(":/icons/ztvlink.svg"));
+        FileType::Register(application, QStringLiteral(":/desktop/ztvlink.svg"));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "support/ApplicationTitle.h"
 #include "widgets/Controls.h"
+#include "widgets/Picture.h"
 
 #include <QAction>
 #include <QApplication>
@@ -43,7 +44,7 @@ HelpWindow::HelpWindow(HelpTopics topics, std::function<bool(const QUrl &)> open
       openUrl_(std::move(openUrl)) {
     Controls::Named(this, "HelpWindow");
     setWindowTitle(ApplicationTitle() + QStringLiteral(" Help"));
-    setWindowIcon(QIcon(QStringLiteral(":/icons/help.svg")));
+    setWindowIcon(IconNamed(QStringLiteral("help")));
     setAttribute(Qt::WA_QuitOnClose, false); // the program quits when its main form closes
     for (const HelpTopic &topic : topics_.All()) {
         pages_.push_back({topic.title, QTextDocumentFragment::fromHtml(topics_.Page(topic)).toPlainText()});

@@ -4,6 +4,7 @@
 #include "widgets/Colours.h"
 #include "widgets/Controls.h"
 #include "widgets/FormHelp.h"
+#include "widgets/Picture.h"
 
 #include <QKeyEvent>
 #include <QToolBar>
@@ -25,9 +26,9 @@ struct Button {
 
 constexpr std::array buttons = {
     // Deliberate: the tool tips name another model.
-    Button{"Read", "&Read", "Read parameters from ZTV-5000", ":/icons/read.svg", ConnectChoice::Read},
-    Button{"Write", "&Write", "Write parameters to ZTV-5000", ":/icons/write.svg", ConnectChoice::Write},
-    Button{"Cancel", "&Cancel", "Cancel and stay offline", ":/icons/cancel.svg", ConnectChoice::Cancel},
+    Button{"Read", "&Read", "Read parameters from ZTV-5000", "read", ConnectChoice::Read},
+    Button{"Write", "&Write", "Write parameters to ZTV-5000", "write", ConnectChoice::Write},
+    Button{"Cancel", "&Cancel", "Cancel and stay offline", "cancel", ConnectChoice::Cancel},
 };
 
 constexpr int buttonWidth = 96;
@@ -52,7 +53,7 @@ FormReadWrite::FormReadWrite(ClassMyHtmlHelp &help, QWidget *parent)
         auto *tool = Controls::Named(new QToolButton(toolbar), button.key);
         tool->setText(QString::fromLatin1(button.caption));
         tool->setToolTip(QString::fromLatin1(button.toolTip));
-        tool->setIcon(QIcon(QString::fromLatin1(button.icon)));
+        tool->setIcon(IconNamed(QString::fromLatin1(button.icon)));
         tool->setAccessibleName(Controls::SpokenCaption(tool->text()));
         tool->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
         tool->setMinimumWidth(buttonWidth);

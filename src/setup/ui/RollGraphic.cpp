@@ -49,12 +49,12 @@ private:
 
 } // namespace
 
-RollGraphic::RollGraphic(QWidget *parent) : StepPicture(QStringLiteral(":/wizard/roll.svg"), parent) {
+RollGraphic::RollGraphic(QWidget *parent) : StepPicture(QStringLiteral(":/wizard/roll"), parent) {
     Controls::Named(this, "FrameGraphic");
     const QColor ink(0x37, 0x47, 0x4f);
     new Circle("ShapeMax", fullRadius, QColor(0xe0, 0xf7, 0xfa), QPen(QColor(0x00, 0x83, 0x8f), 2), this);
     new Circle("ShapeCore", coreRadius, QColor(0xb0, 0xbe, 0xc5), QPen(ink, 2), this);
-    new StepPicture(QStringLiteral(":/wizard/roll-measures.svg"), this);
+    new StepPicture(QStringLiteral(":/wizard/roll-measures"), this);
     QFont font = this->font();
     font.setBold(true);
     for (const Value &value : values) { // one size for all

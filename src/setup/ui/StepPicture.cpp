@@ -4,14 +4,17 @@
 
 namespace ztv {
 
-StepPicture::StepPicture(const QString &file, QWidget *parent) : QWidget(parent), drawing_(file) {
-    setFixedSize(drawing_.defaultSize());
+StepPicture::StepPicture(const QString &folder, QWidget *parent) : QWidget(parent), drawing_(folder) {
+    setFixedSize(drawing_.Size());
 }
 
 void StepPicture::paintEvent(QPaintEvent *) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    drawing_.render(&painter, rect());
+    const QSize wanted = (QSizeF(size()) * devicePixelRatioF()).toSize();
+    if (shown_.size() != wanted) {
+        shown_ = drawing_.OfHeight(wanted.height())
+                     .scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    QPainter(this).drawPixmap(rect(), shown_);
 }
 
 } // namespace ztv

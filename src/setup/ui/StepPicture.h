@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QSvgRenderer>
+#include "widgets/Picture.h"
+
+#include <QPixmap>
 #include <QWidget>
 
 namespace ztv {
@@ -11,15 +13,16 @@ class StepPicture : public QWidget {
 
 public:
     // Fixes the widget's size to the drawing's own size in pixels.
-    StepPicture(const QString &file, QWidget *parent);
+    StepPicture(const QString &folder, QWidget *parent);
 
-    QSize sizeHint() const override { return drawing_.defaultSize(); }
+    QSize sizeHint() const override { return drawing_.Size(); }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    QSvgRenderer drawing_;
+    Picture drawing_;
+    QPixmap shown_; // at the scale that was painted last
 };
 
 } // namespace ztv

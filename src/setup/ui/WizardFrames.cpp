@@ -67,7 +67,7 @@ QVBoxLayout *WizardFrames::BuildStep(int step, int headingIndex, const char *hea
     auto *row = new QHBoxLayout(frame);
     row->setContentsMargins(gap, gap, gap, gap);
     row->setSpacing(gap);
-    row->addWidget(Controls::Named(new StepPicture(QStringLiteral(":/wizard/step-%1.svg").arg(step), frame),
+    row->addWidget(Controls::Named(new StepPicture(QStringLiteral(":/wizard/step-%1").arg(step), frame),
                                    Controls::Member("imgStep", step)),
                    0, Qt::AlignTop);
     auto *column = new QVBoxLayout;

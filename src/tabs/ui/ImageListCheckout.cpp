@@ -1,15 +1,17 @@
 #include "tabs/ui/ImageListCheckout.h"
 
+#include "widgets/Picture.h"
+
 namespace ztv {
 
 namespace ImageListCheckout {
 
 const QIcon &Picture(Key key) {
-    static const QIcon red(QStringLiteral(":/icons/indicator-red.svg"));
-    static const QIcon gray(QStringLiteral(":/icons/indicator-gray.svg"));
-    static const QIcon green(QStringLiteral(":/icons/indicator-green.svg"));
-    static const QIcon on(QStringLiteral(":/icons/switch-on.svg"));
-    static const QIcon off(QStringLiteral(":/icons/switch-off.svg"));
+    static const QIcon red = IconNamed(QStringLiteral("indicator-red"));
+    static const QIcon gray = IconNamed(QStringLiteral("indicator-gray"));
+    static const QIcon green = IconNamed(QStringLiteral("indicator-green"));
+    static const QIcon on = IconNamed(QStringLiteral("switch-on"));
+    static const QIcon off = IconNamed(QStringLiteral("switch-off"));
     switch (key) {
     case Key::Red:
         return red;

@@ -1,4 +1,4 @@
-#include "support/ReplaceFile.h"
+#include "support/ReplaceContent.h"
 
 #include "support/Fault.h"
 
@@ -154,7 +154,7 @@ QString ReasonOf(const std::error_code &error, const QFileInfo &old) {
 
 } // namespace
 
-void ReplaceFile(const QString &fileName, const QByteArray &content) {
+void ReplaceContent(const QString &fileName, const QByteArray &content) {
     const QString target = TargetOf(fileName);
     if (target.isEmpty()) {
         throw Fault::File(fileName, QStringLiteral("this names no file"));
@@ -184,9 +184,9 @@ void ReplaceFile(const QString &fileName, const QByteArray &content) {
 #endif
 }
 
-bool TryReplaceFile(const QString &fileName, const QByteArray &content) {
+bool TryReplaceContent(const QString &fileName, const QByteArray &content) {
     try {
-        ReplaceFile(fileName, content);
+        ReplaceContent(fileName, content);
         return true;
     } catch (const Fault &) {
         return false;

@@ -63,12 +63,6 @@ int Interruption::Signal() {
     return taken;
 }
 
-void ThrowIfInterrupted() {
-    if (Interruption::Signal() != 0) {
-        throw Interrupted();
-    }
-}
-
 void Interruption::Take() {
     char byte = 0;
     if (read(pair[1], &byte, 1) == 1) {

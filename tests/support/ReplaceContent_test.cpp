@@ -1,4 +1,4 @@
-#include "support/ReplaceFile.h"
+#include "support/ReplaceContent.h"
 
 #include "support/Fault.h"
 #include "tests/helpers/AsNobody.h"
@@ -12,7 +12,7 @@
 
 namespace ztv {
 
-class ReplaceFileTest : public testing::Test {
+class ReplaceContentTest : public testing::Test {
 protected:
     QStringList Files() const {
         return QDir(folder_.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -22,35 +22,35 @@ protected:
     QString path_ = folder_.filePath(QStringLiteral("a"));
 };
 
-TEST_F(ReplaceFileTest, ReplacesTheContent) {
-    EXPECT_TRUE(TryReplaceFile(path_, "first and long"));
-    EXPECT_TRUE(TryReplaceFile(path_, "second"));
+TEST_F(ReplaceContentTest, ReplacesTheContent) {
+    EXPECT_TRUE(TryReplaceContent(path_, "first and long"));
+    EXPECT_TRUE(TryReplaceContent(path_, "second"));
     EXPECT_EQ(ReadFile(path_), QByteArray("second"));
-    EXPECT_TRUE(TryReplaceFile(path_, {}));
+    EXPECT_TRUE(TryReplaceContent(path_, {}));
     EXPECT_EQ(ReadFile(path_), QByteArray());
 }
 
-TEST_F(ReplaceFileTest, KeepsTheOldContentWhereTheNewDoesntFit) {
+TEST_F(ReplaceContentTest, KeepsTheOldContentWhereTheNewDoesntFit) {
     WriteFile(path_, "old");
     const FileSizeLimit limit(8);
-    EXPECT_FALSE(TryReplaceFile(path_, "a little too long"));
-    EXPECT_FALSE(TryReplaceFile(path_, QByteArray(100000, 'a')));
+    EXPECT_FALSE(TryReplaceContent(path_, "a little too long"));
+    EXPECT_FALSE(TryReplaceContent(path_, QByteArray(100000, 'a')));
     EXPECT_EQ(ReadFile(path_), QByteArray("old"));
     EXPECT_EQ(Files(), QStringList{QStringLiteral("a")});
 }
 
-TEST_F(ReplaceFileTest, SaysWhatTheSystemSaysOfAWriteThatFailed) {
+TEST_F(ReplaceContentTest, SaysWhatTheSystemSaysOfAWriteThatFailed) {
     const FileSizeLimit limit(8);
     try {
-        ReplaceFile(path_, "a little too long");
+        ReplaceContent(path_, "a little too long");
         ADD_FAILURE() << "it fits";
     } catch (const Fault &fault) {
         EXPECT_EQ(fault.Description(), path_ + QStringLiteral(": File too large."));
     }
 }
 
-TEST_F(ReplaceFileTest, FailsWhereThereIsNoFolder) {
-    EXPECT_FALSE(TryReplaceFile(folder_.filePath(QStringLiteral("gone/a")), "x"));
+TEST_F(ReplaceContentTest, FailsWhereThereIsNoFolder) {
+    EXPECT_FALSE(TryReplaceContent(folder_.filePath(QStringLiteral("gone/a")), "x"));
     EXPECT_EQ(Files(), QStringList());
 }
 
@@ -60,7 +60,7 @@ TEST(ReadOnlyFileTest, IsReplacedAllTheSame) {
     const QString path = folder.filePath(QStringLiteral("a"));
     WriteFile(path, "old");
     ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner));
-    EXPECT_TRUE(TryReplaceFile(path, "new"));
+    EXPECT_TRUE(TryReplaceContent(path, "new"));
     EXPECT_EQ(ReadFile(path), QByteArray("new"));
 }
 
@@ -73,7 +73,7 @@ TEST(ReadOnlyFileTest, IsReadOnlyAgainWhereTheNewContentDoesntFit) {
     const QFile::Permissions before = QFile::permissions(path);
     {
         const FileSizeLimit limit(8);
-        EXPECT_FALSE(TryReplaceFile(path, "a little too long"));
+        EXPECT_FALSE(TryReplaceContent(path, "a little too long"));
     }
     EXPECT_EQ(QFile::permissions(path).toInt(), before.toInt());
     EXPECT_FALSE(QFileInfo(path).isWritable());
@@ -81,7 +81,7 @@ TEST(ReadOnlyFileTest, IsReadOnlyAgainWhereTheNewContentDoesntFit) {
 }
 
 // Makes a file of root's in a folder that everybody may write to. Only root can make a file of another owner.
-class FileOfAnotherOwnerTest : public ReplaceFileTest {
+class FileOfAnotherOwnerTest : public ReplaceContentTest {
 protected:
     void SetUp() override {
         if (geteuid() != 0) {
@@ -102,7 +102,7 @@ protected:
     }
     static bool ReplaceAsNobody(const QString &path) {
         const AsNobody nobody;
-        return TryReplaceFile(path, "new");
+        return TryReplaceContent(path, "new");
     }
 };
 
@@ -145,7 +145,7 @@ TEST_F(FileOfAnotherOwnerTest, StaysInAFolderWhereOnlyOwnersReplaceTheirFiles) {
     Permit(folder_.path(), 01777);
     try {
         const AsNobody nobody;
-        ReplaceFile(path_, "new");
+        ReplaceContent(path_, "new");
         ADD_FAILURE() << "it was replaced";
     } catch (const Fault &fault) {
         EXPECT_EQ(fault.Description(),
@@ -161,7 +161,7 @@ TEST_F(FileOfAnotherOwnerTest, StaysInAFolderThatMayNotBeWritten) {
     Permit(folder_.path(), 0755);
     try {
         const AsNobody nobody;
-        ReplaceFile(path_, "new");
+        ReplaceContent(path_, "new");
         ADD_FAILURE() << "it was replaced";
     } catch (const Fault &fault) {
         EXPECT_EQ(fault.Description(), path_ + QStringLiteral(": Permission denied."));
@@ -169,25 +169,25 @@ TEST_F(FileOfAnotherOwnerTest, StaysInAFolderThatMayNotBeWritten) {
     EXPECT_EQ(ReadFile(path_), QByteArray("old"));
 }
 
-TEST_F(ReplaceFileTest, MakesANewFileAsTheUsersMaskSays) {
+TEST_F(ReplaceContentTest, MakesANewFileAsTheUsersMaskSays) {
     const mode_t before = umask(027);
-    EXPECT_TRUE(TryReplaceFile(path_, "new"));
+    EXPECT_TRUE(TryReplaceContent(path_, "new"));
     umask(before);
     EXPECT_EQ(QFile::permissions(path_) & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther),
               QFile::Permissions(QFile::ReadGroup));
 }
 
-TEST_F(ReplaceFileTest, WritesWhatALinkToNothingNames) {
+TEST_F(ReplaceContentTest, WritesWhatALinkToNothingNames) {
     const QString link = folder_.filePath(QStringLiteral("link"));
     ASSERT_TRUE(QFile::link(path_, link));
-    EXPECT_TRUE(TryReplaceFile(link, "new"));
+    EXPECT_TRUE(TryReplaceContent(link, "new"));
     EXPECT_EQ(ReadFile(path_), QByteArray("new"));
     EXPECT_TRUE(QFileInfo(link).isSymbolicLink());
 }
 
-TEST_F(ReplaceFileTest, FailsForALinkToItself) {
+TEST_F(ReplaceContentTest, FailsForALinkToItself) {
     ASSERT_TRUE(QFile::link(path_, path_));
-    EXPECT_FALSE(TryReplaceFile(path_, "new"));
+    EXPECT_FALSE(TryReplaceContent(path_, "new"));
     EXPECT_TRUE(QFileInfo(path_).isSymbolicLink());
 }
 
