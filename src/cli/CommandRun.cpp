@@ -6,7 +6,6 @@
 #include "link/SerialPorts.h"
 #include "link/StoredComm.h"
 
-#include <QFileInfo>
 #include <numeric>
 
 namespace ztv {
@@ -93,7 +92,7 @@ void CommandRun::Watch(LineTap &tap) {
 Failure CommandRun::PortFailure() const {
     QString why = SerialPorts::PermissionAdvice(device_).simplified();
     if (why.isEmpty()) {
-        why = QFileInfo::exists(device_)
+        why = SerialPorts::IsThere(device_)
                   ? QStringLiteral("it is in use by another program, or is no serial device")
                   : QStringLiteral("there is no such device; \"ztv-ctl ports\" lists them");
     }
