@@ -7,9 +7,11 @@
 #include "support/ProgramVersion.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -25,6 +27,15 @@ constexpr int highestAddress = 247;
 
 constexpr std::array<std::pair<const char *, ReportFormat>, 3> formats = {
     {{"text", ReportFormat::Text}, {"csv", ReportFormat::Csv}, {"json", ReportFormat::Json}}};
+
+// Leaves one empty line between groups, where the base leaves two.
+class HelpFormatter : public CLI::Formatter {
+public:
+    std::string make_help(const CLI::App *app, std::string name, CLI::AppFormatMode mode) const override {
+        return CLI::detail::find_and_replace(Formatter::make_help(app, std::move(name), mode), "\n\n\n",
+                                             "\n\n");
+    }
+};
 
 // As the user typed it, before it is understood.
 struct Typed {
@@ -44,9 +55,22 @@ struct Options {
     Arguments &arguments;
 };
 
+// Accepts whole numbers of a range.
+CLI::Validator InRange(int least, int most) {
+    const auto check = [least, most](const std::string &typed) {
+        int number = 0;
+        const bool isInRange = CLI::detail::lexical_cast(typed, number) && number >= least && number <= most;
+        return isInRange ? std::string()
+                         : '"' + typed + "\" is no whole number from " + std::to_string(least) + " to " +
+                               std::to_string(most);
+    };
+    return {check, ""};
+}
+
 void AddParameters(const Options &options) {
-    options.app.add_option("PARAMETER", options.typed.parameters,
-                           "Number, name, or the unique beginning of a name");
+    options.app
+        .add_option("PARAMETER", options.typed.parameters, "Number, name, or the unique beginning of a name")
+        ->option_text("...");
 }
 
 void AddRaw(const Options &options) {
@@ -57,6 +81,7 @@ void AddFiles(const Options &options, int least, int most) {
     options.app
         .add_option("FILE", options.typed.files,
                     "Settings file (.ztv); {address} and {serial} stand for the sensor's")
+        ->option_text(" ")
         ->expected(least, most)
         ->required();
 }
@@ -78,26 +103,35 @@ void AddLineSettings(const Options &options) {
 void AddPeriod(const Options &options) {
     options.app
         .add_option("--every", options.arguments.everyMs,
-                    "Time between two rounds, in milliseconds; 0: as fast as the line allows")
-        ->check(CLI::Range(0, longestPeriodMs));
-    options.app.add_option("--for", options.typed.forTime, "End after this time, such as 90s, 10m, 8h or 7d");
+                    "Time between two rounds in milliseconds; 0: as fast as the line allows (default: the "
+                    "program's, by baud rate)")
+        ->option_text("MS")
+        ->check(InRange(0, longestPeriodMs));
+    options.app
+        .add_option("--for", options.typed.forTime,
+                    "End after this time, such as 90s, 10m, 8h or 7d (default: at Ctrl+C)")
+        ->option_text("TIME");
 }
 
 void AddSearch(const Options &options) {
-    options.app.add_option("--from", options.arguments.from, "First address")
-        ->check(CLI::Range(1, highestAddress));
-    options.app.add_option("--to", options.arguments.to, "Last address")
-        ->check(CLI::Range(1, highestAddress));
+    options.app.add_option("--from", options.arguments.from, "First address, 1 to 247 (default: 1)")
+        ->option_text("N")
+        ->check(InRange(1, highestAddress));
+    options.app.add_option("--to", options.arguments.to, "Last address, 1 to 247 (default: 247)")
+        ->option_text("N")
+        ->check(InRange(1, highestAddress));
     options.app.add_flag("--all-settings", options.arguments.allSettings,
                          "Search on every baud rate and parity");
 }
 
 struct CommandWords {
-    Command command;
-    const char *name;
-    const char *summary;
-    const char *examples; // two lines
-    void (*add)(const Options &options);
+    Command command = Command::Get;
+    const char *name = nullptr;
+    const char *summary = nullptr;
+    const char *examples = nullptr; // two lines
+    void (*add)(const Options &options) = nullptr;
+    const char *footer =
+        "\"ztv-ctl --help\" lists the options of all commands, such as --port and --address.";
 };
 
 constexpr std::array commands = {
@@ -124,6 +158,7 @@ constexpr std::array commands = {
                      options.app
                          .add_option("PARAMETER=VALUE", options.typed.parameters,
                                      "Number or name of a parameter, and its value as it is shown")
+                         ->option_text("...")
                          ->required();
                      AddDryRun(options);
                  }},
@@ -170,6 +205,7 @@ constexpr std::array commands = {
                  "  ztv-ctl flash B70214.hex\n  ztv-ctl --address 3 flash --dry-run B70214.hex",
                  [](const Options &options) {
                      options.app.add_option("FILE", options.typed.files, "Firmware (Intel hex)")
+                         ->option_text(" ")
                          ->expected(1)
                          ->required();
                      AddYes(options);
@@ -184,7 +220,8 @@ constexpr std::array commands = {
                  }},
     CommandWords{Command::Simulate, "simulate", "Starts a simulated sensor, for a first try without one",
                  "  ztv-ctl simulate\n  ztv-ctl simulate --address 5 --pace",
-                 [](const Options &options) { options.app.prefix_command()->fallthrough(false); }},
+                 [](const Options &options) { options.app.prefix_command()->fallthrough(false); },
+                 "Its options are those of ztv-sim, which \"ztv-sim --help\" lists."},
 };
 
 QStringList CommandNames() {
@@ -201,16 +238,6 @@ constexpr char unsplit = '\x1';
 QString Text(const std::string &typed) {
     const QString text = QString::fromLocal8Bit(typed.data(), static_cast<qsizetype>(typed.size()));
     return text.startsWith(QLatin1Char(unsplit)) ? text.mid(1) : text;
-}
-
-// Returns the words of the command line in the order that CLI11 wants: the last one first.
-std::vector<std::string> WordsOf(int argc, const char *const *argv) {
-    std::vector<std::string> words;
-    for (int index = argc - 1; index > 0; --index) {
-        const std::string word = argv[index];
-        words.push_back(word.starts_with('[') ? unsplit + word : word);
-    }
-    return words;
 }
 
 QStringList Texts(const std::vector<std::string> &typed) {
@@ -251,16 +278,21 @@ std::string WhyEmpty(const std::string &value) {
 void AddCommonOptions(const Options &options) {
     CLI::App &app = options.app;
     Typed &typed = options.typed;
-    const auto add = [&app](const char *name, std::string &value, const char *summary) {
-        app.add_option(name, value, summary)->check(CLI::Validator(&WhyEmpty, std::string()));
+    const auto add = [&app](const char *name, auto &value, const char *argument, const char *description) {
+        return app.add_option(name, value, description)->option_text(argument)->group("Line");
     };
-    add("--port", typed.port, "Serial device, or the program's number of a port");
-    add("--baud", typed.baud, "2400, 4800, 9600, 19200 or 38400");
-    add("--parity", typed.parity, "N1, N2, E1 or O1");
-    add("--address", typed.address, "Sensors on the line: a number, a list (1,5) or a range (1-10)");
-    app.add_option("--timeout", options.arguments.timeoutMs, "Time for an answer, in milliseconds")
-        ->check(CLI::Range(1, longestTimeoutMs));
-    add("--format", typed.format, "text, csv or json");
+    const CLI::Validator isGiven(&WhyEmpty, std::string());
+    add("--port", typed.port, "DEVICE", "Serial device, or the program's number of a port")->check(isGiven);
+    add("--baud", typed.baud, "RATE", "2400, 4800, 9600, 19200 or 38400")->check(isGiven);
+    add("--parity", typed.parity, "PARITY", "N1, N2, E1 or O1")->check(isGiven);
+    add("--address", typed.address, "LIST", "Sensors on the line: a number, a list (1,5) or a range (1-10)")
+        ->check(isGiven);
+    add("--timeout", options.arguments.timeoutMs, "MS",
+        "Time for an answer in milliseconds, 1 to 32000 (default: the usual one for the baud rate)")
+        ->check(InRange(1, longestTimeoutMs));
+    app.add_option("--format", typed.format, "text, csv or json (default: csv for watch, otherwise text)")
+        ->option_text("FORMAT")
+        ->check(isGiven);
     app.add_flag("--quiet", options.arguments.quiet,
                  "Print results and failures, but no remarks and no progress");
     app.add_flag("--trace", options.arguments.trace, "Print each frame on the line, decoded, with its time");
@@ -291,29 +323,82 @@ void Understand(const Typed &typed, Arguments &arguments) {
     arguments.files = Texts(typed.files);
 }
 
-// Says what would be right in the place of a word that is no command and no option.
-Failure NotUnderstood(const CLI::App &app, const QString &word) {
-    QStringList names = CommandNames();
-    QString kind = QStringLiteral("command");
-    if (word.startsWith(u'-') || !app.get_subcommands().empty()) {
-        kind = word.startsWith(u'-') ? QStringLiteral("option") : QStringLiteral("argument");
-        names.clear();
-        for (const CLI::App *level :
-             {&app, app.get_subcommands().empty() ? &app : app.get_subcommands().front()}) {
-            for (const CLI::Option *option : level->get_options()) {
-                names.append(QString::fromStdString(option->get_name()));
-            }
-        }
+// Returns the help to read: that of the command, if there is one.
+QString HelpOf(const CLI::App &app) {
+    const auto given = app.get_subcommands();
+    return given.empty() ? QStringLiteral("\"ztv-ctl --help\"")
+                         : QStringLiteral("\"ztv-ctl %1 --help\"").arg(Text(given.front()->get_name()));
+}
+
+QStringList OptionNames(const CLI::App &app) {
+    QStringList names;
+    for (const CLI::Option *option : app.get_options()) {
+        names.append(Text(option->get_name()));
     }
+    return names;
+}
+
+Failure NothingNamed(const QString &kind, const QString &word, const QStringList &names,
+                     const QString &help) {
     const std::optional<QString> meant = NearestName(word, names);
     return WrongUse(
         meant ? QStringLiteral("There is no %1 \"%2\": did you mean \"%3\"?").arg(kind, word, *meant)
-              : QStringLiteral("There is no %1 \"%2\"; \"ztv-ctl --help\" lists commands and options")
-                    .arg(kind, word));
+              : QStringLiteral("There is no %1 \"%2\"; %3 lists the %1s").arg(kind, word, help));
+}
+
+// Says what would be right in the place of a word that is no command and no option.
+Failure NotUnderstood(const CLI::App &app, const QString &word) {
+    const auto given = app.get_subcommands();
+    const bool isOption = word.startsWith(u'-');
+    if (!isOption && !given.empty()) {
+        return WrongUse(QStringLiteral("%1 doesn't accept \"%2\"; %3 shows its use")
+                            .arg(Text(given.front()->get_name()), word, HelpOf(app)));
+    }
+    const QStringList names =
+        isOption ? OptionNames(app) + (given.empty() ? QStringList() : OptionNames(*given.front()))
+                 : CommandNames();
+    return NothingNamed(isOption ? QStringLiteral("option") : QStringLiteral("command"), word, names,
+                        HelpOf(app));
+}
+
+Failure NotParsed(const CLI::App &app, const CLI::ParseError &error) {
+    const QString text = QString::fromLocal8Bit(error.what()).simplified();
+    if (dynamic_cast<const CLI::ValidationError *>(&error) != nullptr) { // names the option and its values
+        return WrongUse(text);
+    }
+    if (dynamic_cast<const CLI::ArgumentMismatch *>(&error) != nullptr) {
+        return WrongUse(QStringLiteral("%1 needs one value; %2 shows its use")
+                            .arg(text.section(u':', 0, 0), HelpOf(app)));
+    }
+    return WrongUse(QStringLiteral("%1; %2 shows its use").arg(text, HelpOf(app)));
 }
 
 QString SayWhatToDo() {
-    return QStringLiteral("Say what to do: %1").arg(CommandNames().join(u", "));
+    return QStringLiteral("Say what to do: %1; \"ztv-ctl --help\" says more").arg(CommandNames().join(u", "));
+}
+
+void RejectUnknownCommand(const std::vector<std::string> &words) {
+    const QStringList names = CommandNames();
+    if (!words.empty() && !words.front().starts_with('-') && !names.contains(Text(words.front()))) {
+        throw NothingNamed(QStringLiteral("command"), Text(words.front()), names,
+                           QStringLiteral("\"ztv-ctl --help\""));
+    }
+}
+
+// Returns the words after the program's name, as CLI11 parses them: the last first. "help get" is "get
+// --help".
+std::vector<std::string> WordsOf(int argc, const char *const *argv) {
+    std::vector<std::string> words(argv + 1, argv + argc);
+    if (!words.empty() && words.front() == "help") {
+        words.erase(words.begin());
+        RejectUnknownCommand(words);
+        words.emplace_back("--help");
+    }
+    for (std::string &word : words) {
+        word = word.starts_with('[') ? unsplit + word : word;
+    }
+    std::ranges::reverse(words);
+    return words;
 }
 
 } // namespace
@@ -322,14 +407,23 @@ std::optional<Arguments> ParseArguments(int argc, const char *const *argv) {
     Arguments arguments;
     Typed typed;
     CLI::App app("Configures ZTV500-100 Zentrova sensors on a serial line.", "ztv-ctl");
-    app.set_version_flag("--version", "ztv-ctl " + ProgramVersion().toStdString());
+    app.set_help_flag("-h,--help", "Print this help, or with a command its help");
+    app.set_version_flag("-V,--version", "ztv-ctl " + ProgramVersion().toStdString(), "Print the version");
+    const auto formatter = std::make_shared<HelpFormatter>();
+    formatter->label("SUBCOMMAND", "COMMAND");
+    formatter->label("Positionals", "Arguments");
+    app.formatter(formatter);
     app.fallthrough();            // common options may follow the command
     app.require_subcommand(0, 1); // a second one is a word like any other
     AddCommonOptions({.app = app, .typed = typed, .arguments = arguments});
-    app.footer("Examples:\n  ztv-ctl --port /dev/ttyUSB0 get\n  ztv-ctl --address 1-10 --format csv info");
+    app.footer(
+        "What the options of the line leave out comes from the program's settings.\n\nExamples:\n  ztv-ctl "
+        "--port /dev/ttyUSB0 get\n  ztv-ctl --address 1-10 --format csv info");
     for (const CommandWords &words : commands) {
         CLI::App *command = app.add_subcommand(words.name, words.summary);
-        command->footer(std::string("Examples:\n") + words.examples);
+        command->group("Commands");
+        command->set_help_flag("-h,--help", "Print this help");
+        command->footer(std::string(words.footer) + "\n\nExamples:\n" + words.examples);
         words.add({.app = *command, .typed = typed, .arguments = arguments});
         command->final_callback([&arguments, &words] { arguments.command = words.command; });
     }
@@ -342,8 +436,7 @@ std::optional<Arguments> ParseArguments(int argc, const char *const *argv) {
     } catch (const CLI::ExtrasError &) {
         throw NotUnderstood(app, Text(app.remaining(true).front()));
     } catch (const CLI::ParseError &error) {
-        throw WrongUse(QString::fromLocal8Bit(error.what()).simplified() +
-                       QStringLiteral("; \"ztv-ctl --help\" lists commands and options"));
+        throw NotParsed(app, error);
     }
     if (app.get_subcommands().empty()) {
         throw WrongUse(SayWhatToDo());

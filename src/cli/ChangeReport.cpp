@@ -1,7 +1,6 @@
 #include "cli/ChangeReport.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace ztv {
 
@@ -27,12 +26,11 @@ std::vector<Report::Column> ColumnsOf(CommandRun &run, const std::vector<std::in
 
 ChangeReport::ChangeReport(CommandRun &run, const std::vector<std::int16_t> &tags)
     : zentrova_(run.Zentrova()),
-      report_(run.Format(), ColumnsOf(run, tags), run.Results()) {}
+      report_(run.Format(), ColumnsOf(run, tags), run.Results()) {
+    report_.NameColumns();
+}
 
 void ChangeReport::Add(std::int16_t address, const Change &change) {
-    if (!std::exchange(hasNames_, true)) {
-        report_.NameColumns();
-    }
     const std::int16_t tag = change.tag;
     report_.Add({CellOf(address), CellOf(tag), CellOf(zentrova_.ParamName(tag)),
                  CellOf(zentrova_.FormatRaw(change.before, tag)),

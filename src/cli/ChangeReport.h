@@ -30,7 +30,6 @@ public:
 private:
     const ClassZentrova &zentrova_;
     Report report_;
-    bool hasNames_ = false; // above a text's first row
 };
 
 } // namespace ztv

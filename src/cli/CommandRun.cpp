@@ -2,6 +2,7 @@
 
 #include "cli/Interruption.h"
 #include "cli/ParameterNames.h"
+#include "cli/SensorPlace.h"
 #include "link/SerialPorts.h"
 #include "link/StoredComm.h"
 
@@ -35,6 +36,11 @@ QString DeviceOf(const Arguments &arguments, const SettingsStore &settings, cons
                       QStringLiteral("There is no port %1; they are 1 to %2").arg(number).arg(highestPort));
     }
     return SerialPorts::DeviceOfPort(settings, static_cast<std::int16_t>(number));
+}
+
+// Says where the device comes from if the arguments don't name it.
+QString OriginOfPort(const Arguments &arguments) {
+    return arguments.port.isEmpty() ? QStringLiteral(" (from the program's settings)") : QString();
 }
 
 // The frames are the results of this command, and otherwise messages.
@@ -83,10 +89,37 @@ void CommandRun::Watch(LineTap &tap) {
     }
 }
 
+Failure CommandRun::PortFailure() const {
+    QString why = SerialPorts::PermissionAdvice(device_).simplified();
+    if (why.isEmpty()) {
+        why = SerialPorts::IsThere(device_)
+                  ? QStringLiteral("it is in use by another program, or is no serial device")
+                  : QStringLiteral("there is no such device; \"ztv-ctl ports\" lists them");
+    }
+    return {ExitStatus::NoConnection,
+            QStringLiteral("%1%2 can't be opened: %3").arg(device_, OriginOfPort(arguments_), why)};
+}
+
+void CommandRun::RemarkOnStoredPort() {
+    if (arguments_.port.isEmpty()) {
+        console_.Remark(QStringLiteral("No sensor answered on %1%2 at %3; --port, --baud and --parity "
+                                       "choose another line, and \"ztv-ctl search\" looks for sensors")
+                            .arg(device_, OriginOfPort(arguments_), LineText(comm_)));
+    }
+}
+
+void CommandRun::RemarkOnUnsavedChange() {
+    console_.Remark(QStringLiteral("A sensor keeps new values only until it loses power; \"ztv-ctl store\" "
+                                   "saves them"));
+}
+
 std::unique_ptr<SensorLine> CommandRun::OpenLine() {
-    auto line = std::make_unique<SensorLine>(
-        SensorLine::Place{.device = device_, .comm = comm_, .responseTimeoutMs = arguments_.timeoutMs},
-        zentrova_);
+    auto line =
+        std::make_unique<SensorLine>(SensorLine::Place{.device = device_,
+                                                       .portFailure = [this] { return PortFailure(); },
+                                                       .comm = comm_,
+                                                       .responseTimeoutMs = arguments_.timeoutMs},
+                                     zentrova_);
     Watch(line->Tap());
     return line;
 }
@@ -108,6 +141,9 @@ ExitStatus CommandRun::ForEachSensor(SensorLine &line, const std::vector<std::in
             console_.Fail(failure.Text());
         }
         ThrowIfInterrupted();
+    }
+    if (status == ExitStatus::NoConnection && !line.HasAnswered()) {
+        RemarkOnStoredPort();
     }
     return status;
 }

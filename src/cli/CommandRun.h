@@ -55,6 +55,16 @@ public:
         return arguments_.format.value_or(usual);
     }
 
+    // Why the device can't be opened, and which would be right.
+    Failure PortFailure() const;
+
+    // Says which line was tried, unless the arguments name the device: it may be another than the user
+    // thinks.
+    void RemarkOnStoredPort();
+
+    // Says that a change is lost with the power.
+    void RemarkOnUnsavedChange();
+
     // A person needs the address only where there are several.
     Report::Column AddressColumn() const;
 

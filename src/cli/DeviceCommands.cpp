@@ -7,7 +7,6 @@
 
 #include <map>
 #include <optional>
-#include <utility>
 
 namespace ztv {
 
@@ -56,8 +55,7 @@ void SaveSettings(CommandRun &run, SensorLine &line, std::int16_t address) {
 // Whether a command restores a row: a setting, but none of the line's, which a sensor may keep until it
 // restarts.
 bool IsRestored(const ClassZentrova &zentrova, std::int16_t tag) {
-    return !zentrova.ParamReadOnly(tag) && !ClassZentrova::IsCommand(tag) && !MovesSensor(tag) &&
-           tag != ParamDefines::AddressingMode;
+    return !zentrova.ParamReadOnly(tag) && !ClassZentrova::IsCommand(tag) && !ChangesTheWay(tag);
 }
 
 class ReinitRun {
@@ -276,15 +274,12 @@ ExitStatus Store(CommandRun &run) {
                    {.key = QStringLiteral("serial")},
                    {.key = QStringLiteral("outcome")}},
                   run.Results());
-    bool hasNames = false; // above a text's first row
+    report.NameColumns();
     const ExitStatus status = run.ForEachSensor([&](SensorLine &line, std::int16_t address) {
         const std::int32_t serial =
             line.Read(address, {ParamDefines::SerialNumber}).at(ParamDefines::SerialNumber);
         if (!dryRun) {
             SaveSettings(run, line, address);
-        }
-        if (!std::exchange(hasNames, true)) {
-            report.NameColumns();
         }
         report.Add({CellOf(address), CellOf(serial),
                     CellOf(dryRun ? QStringLiteral("would be saved") : QStringLiteral("saved"))});

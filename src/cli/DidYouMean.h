@@ -6,7 +6,8 @@
 
 namespace ztv {
 
-// Returns the name that differs least from a text, in letters to insert, delete or replace; none if the least
+// Returns the name that differs least from a text, in letters to insert, delete, replace or
+// swap with the next; none if the least
 // difference is more than a third of the name. Case doesn't count.
 std::optional<QString> NearestName(const QString &text, const QStringList &names);
 

@@ -55,14 +55,12 @@ DifferenceReport::DifferenceReport(CommandRun &run, const QString &first, const 
                                    bool isOfSensors)
     : zentrova_(run.Zentrova()),
       isOfSensors_(isOfSensors),
-      report_(run.Format(), ColumnsOf(run, first, second, isOfSensors), run.Results()) {}
+      report_(run.Format(), ColumnsOf(run, first, second, isOfSensors), run.Results()) {
+    report_.NameColumns();
+}
 
 void DifferenceReport::Add(const std::vector<Difference> &differences, std::int16_t address) {
     for (const Difference &difference : differences) {
-        if (!hasRows_) {
-            report_.NameColumns();
-            hasRows_ = true;
-        }
         Report::Row row = RowOf(difference);
         if (isOfSensors_) {
             row.insert(row.begin(), CellOf(address));

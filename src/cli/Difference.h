@@ -40,7 +40,6 @@ private:
 
     const ClassZentrova &zentrova_;
     bool isOfSensors_;
-    bool hasRows_ = false;
     Report report_;
 };
 

@@ -1,6 +1,7 @@
 #include "cli/FileSettings.h"
 
 #include "cli/Failure.h"
+#include "cli/SensorPlace.h"
 #include "model/ParamDefines.h"
 #include "model/SettingsFile.h"
 #include "model/ValueFormat.h"
@@ -35,16 +36,11 @@ void RejectForgottenSuffix(const QString &name) {
 
 } // namespace
 
-bool SettingsRows::IsOfLine(std::int16_t tag) {
-    return tag == ParamDefines::NetworkAddress || tag == ParamDefines::BaudRateCode ||
-           tag == ParamDefines::ParityStopCode || tag == ParamDefines::AddressingMode;
-}
-
 std::vector<std::int16_t> SettingsRows::Compared(const CommandRun &run) {
     std::vector<std::int16_t> tags = run.AllTags();
     std::erase_if(tags, [&](std::int16_t tag) {
         return run.Zentrova().ParamReadOnly(tag) || ClassZentrova::IsCommand(tag) ||
-               (IsOfLine(tag) && !run.Given().lineSettings);
+               (ChangesTheWay(tag) && !run.Given().lineSettings);
     });
     return tags;
 }
@@ -72,7 +68,7 @@ FileSettings::FileSettings(const QString &file, const std::vector<std::int16_t> 
                 if (value != inFile) {
                     remark(LimitedText(zentrova, tag, inFile));
                 }
-            } else if (SettingsRows::IsOfLine(tag)) {
+            } else if (ChangesTheWay(tag)) {
                 leftOut[tag] = value;
             }
         });

@@ -16,9 +16,6 @@ namespace ztv {
 // The part of the table that files and sensors have in common: what the user sets.
 namespace SettingsRows {
 
-// True for the rows by which a host finds the sensor on the line.
-bool IsOfLine(std::int16_t tag);
-
 // Returns the settings; those of the line only if the arguments ask for them.
 std::vector<std::int16_t> Compared(const CommandRun &run);
 
@@ -63,7 +60,11 @@ void WithFile(const Work &work) {
     try {
         work();
     } catch (const Fault &fault) {
-        throw Failure(ExitStatus::File, fault.Description().simplified());
+        QString text = fault.Description().simplified();
+        if (text.endsWith(u'.')) { // a box shows sentences, a message is a line
+            text.chop(1);
+        }
+        throw Failure(ExitStatus::File, text);
     }
 }
 

@@ -328,9 +328,7 @@ void FlashRun::ReportSensors() {
                    {.key = QStringLiteral("differing")},
                    {.key = QStringLiteral("differences"), .isForText = false}},
                   run_.Results());
-    if (!rows_.empty()) {
-        report.NameColumns();
-    }
+    report.NameColumns();
     for (const Report::Row &row : rows_) {
         report.Add(row);
     }

@@ -1,9 +1,8 @@
 #include "cli/Commands.h"
-#include "model/LineTables.h"
+#include "cli/SensorPlace.h"
 #include "model/ParamDefines.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace ztv {
 
@@ -49,9 +48,6 @@ ExitStatus Info(CommandRun &run) {
     const ClassZentrova &zentrova = run.Zentrova();
     const std::vector<std::int16_t> tags = {ParamDefines::SerialNumber, modelNumber, modelVariant,
                                             ParamDefines::FirmwareVersion, ParamDefines::BootVersion};
-    const QString setting =
-        QString::fromLatin1(BaudTable.at(static_cast<std::size_t>(run.Comm().baud)).text) + u' ' +
-        QString::fromLatin1(ParityStopTable.at(static_cast<std::size_t>(run.Comm().parityStop)).text);
     Report report(run.Format(),
                   {{.key = QStringLiteral("address")},
                    {.key = QStringLiteral("model"), .width = modelWidth},
@@ -65,10 +61,11 @@ ExitStatus Info(CommandRun &run) {
     const ExitStatus status = run.ForEachSensor([&](SensorLine &line, std::int16_t address) {
         const SensorLine::Values values = line.Read(address, tags);
         const auto text = [&](std::int16_t tag) { return zentrova.FormatRaw(values.at(tag), tag); };
-        report.Add(
-            {CellOf(address), CellOf(QStringLiteral("ZTV%1-%2").arg(text(modelNumber), text(modelVariant))),
-             CellOf(values.at(ParamDefines::SerialNumber)), CellOf(text(ParamDefines::FirmwareVersion)),
-             CellOf(text(ParamDefines::BootVersion)), CellOf(setting), CellOf(line.AddressingMode())});
+        report.Add({CellOf(address),
+                    CellOf(QStringLiteral("ZTV%1-%2").arg(text(modelNumber), text(modelVariant))),
+                    CellOf(values.at(ParamDefines::SerialNumber)),
+                    CellOf(text(ParamDefines::FirmwareVersion)), CellOf(text(ParamDefines::BootVersion)),
+                    CellOf(LineText(run.Comm())), CellOf(line.AddressingMode())});
     });
     report.End();
     return status;

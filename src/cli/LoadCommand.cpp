@@ -92,7 +92,7 @@ ExitStatus Loading::Run() {
         return planned;
     }
     if (run_.Given().dryRun) {
-        run_.Person().Remark(QStringLiteral("Nothing was written: this was a dry run"));
+        run_.Person().Remark(QStringLiteral("Nothing was written"));
         return planned;
     }
     Ask();
@@ -179,8 +179,7 @@ ExitStatus Loading::Write(SensorLine &line) {
     const ExitStatus status = run_.ForEachSensor(
         line, addresses, [&](SensorLine &open, std::int16_t address) { WriteTo(open, *plans.at(address)); });
     if (hasLoaded_) {
-        run_.Person().Remark(
-            QStringLiteral("Without power a sensor forgets this, unless it saves it: \"ztv-ctl store\""));
+        run_.RemarkOnUnsavedChange();
     }
     return status;
 }

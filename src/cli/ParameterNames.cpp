@@ -57,7 +57,8 @@ std::int16_t TagOf(const QString &text, const ClassZentrova &zentrova) {
         for (const std::int16_t tag : beginWith) {
             names.append(u'"' + zentrova.ParamName(tag) + u'"');
         }
-        throw Failure(ExitStatus::WrongUse, QStringLiteral("\"%1\" may be %2").arg(text, names.join(u", ")));
+        throw Failure(ExitStatus::WrongUse,
+                      QStringLiteral("\"%1\" may be %2").arg(text, names.join(QStringLiteral(" or "))));
     }
     const std::optional<QString> meant = ProbablyMeant(wanted, zentrova);
     throw Failure(

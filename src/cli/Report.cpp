@@ -46,17 +46,14 @@ Report::~Report() {
     }
 }
 
-void Report::NameColumns() {
-    namesColumns_ = true;
-    if (format_ == ReportFormat::Text) {
-        QStringList names;
-        for (const Column &column : columns_) {
-            if (column.isForText) {
-                names.append(column.key.leftJustified(column.width));
-            }
+void Report::PrintNames() {
+    QStringList names;
+    for (const Column &column : columns_) {
+        if (column.isForText) {
+            names.append(column.key.leftJustified(column.width));
         }
-        PrintTexts(names);
     }
+    PrintTexts(names);
 }
 
 void Report::Add(const Row &row) {
@@ -86,6 +83,9 @@ void Report::Add(const Row &row) {
         Print(texts.join(u','));
         break;
     case ReportFormat::Text:
+        if (!std::exchange(hasRows_, true) && namesColumns_) {
+            PrintNames();
+        }
         PrintTexts(texts);
         break;
     }

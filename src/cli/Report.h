@@ -45,9 +45,9 @@ public:
     Report(const Report &) = delete;
     Report &operator=(const Report &) = delete;
 
-    // Prints the columns' names above a text, for columns that don't speak for themselves. CSV always has
-    // them.
-    void NameColumns();
+    // Prints the columns' names above a text's first row, for columns that don't speak for themselves. CSV
+    // always has them.
+    void NameColumns() { namesColumns_ = true; }
 
     // Prints a row at once, but collects a JSON document's for End.
     void Add(const Row &row);
@@ -56,6 +56,7 @@ public:
     void End();
 
 private:
+    void PrintNames();
     void PrintTexts(const QStringList &texts);
     void Print(const QString &line);
 
@@ -65,6 +66,7 @@ private:
     JsonLayout layout_;
     QJsonArray rows_;
     bool namesColumns_ = false;
+    bool hasRows_ = false;
     bool isEnded_ = false;
 };
 

@@ -86,7 +86,11 @@ ExitStatus Rounds::Run(const Handler &handler) {
         RunUntilEnd(*line, handler);
     } catch (const Interrupted &) { // the usual end without a time
     }
-    return SumUp();
+    const ExitStatus status = SumUp();
+    if (status == ExitStatus::NoConnection && !line->HasAnswered()) {
+        run_.RemarkOnStoredPort();
+    }
+    return status;
 }
 
 void Rounds::RunUntilEnd(SensorLine &line, const Handler &handler) {

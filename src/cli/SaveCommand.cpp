@@ -83,7 +83,7 @@ ExitStatus Save(CommandRun &run) {
     });
     report.End();
     if (run.Given().dryRun) {
-        run.Person().Remark(QStringLiteral("Nothing was saved: this was a dry run"));
+        run.Person().Remark(QStringLiteral("Nothing was written"));
     }
     return status;
 }

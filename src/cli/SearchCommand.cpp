@@ -1,7 +1,6 @@
 #include "cli/Commands.h"
 #include "cli/Interruption.h"
 #include "link/DeviceSearch.h"
-#include "link/SerialPorts.h"
 #include "model/LineTables.h"
 #include "support/TimeLeftText.h"
 
@@ -31,7 +30,9 @@ void CheckArguments(const Arguments &given) {
     }
     if (given.from > given.to) {
         throw Failure(ExitStatus::WrongUse,
-                      QStringLiteral("The From Address Range must be less than or equal to the To Range."));
+                      QStringLiteral("--from %1 is above --to %2; give the lower address first")
+                          .arg(given.from)
+                          .arg(given.to));
     }
 }
 
@@ -63,11 +64,7 @@ public:
     void RunToEnd() {
         ThrowIfInterrupted();
         if (!search_.Start()) {
-            const QString advice = SerialPorts::PermissionAdvice(run_.Device()).simplified();
-            throw Failure(ExitStatus::NoConnection,
-                          QStringLiteral("%1: %2 %3")
-                              .arg(run_.Device(), MbaxpErrorDesc(link_.Mbaxp1().LastError()), advice)
-                              .trimmed());
+            throw run_.PortFailure();
         }
         report_.NameColumns();
         loop_.exec();
@@ -125,7 +122,8 @@ private:
         }
         ThrowIfInterrupted();
         if (search_.DevicesFound() == 0) {
-            throw Failure(ExitStatus::NoConnection, QStringLiteral("No device answered"));
+            throw Failure(ExitStatus::NoConnection,
+                          QStringLiteral("No sensor answered on %1").arg(run_.Device()));
         }
     }
 

@@ -1,10 +1,8 @@
 #include "cli/SensorLine.h"
 
-#include "cli/Failure.h"
 #include "cli/Interruption.h"
 #include "link/LineCodes.h"
 #include "link/ParameterWord.h"
-#include "link/SerialPorts.h"
 #include "model/CheckedAt.h"
 #include "model/Global.h"
 #include "model/LineTables.h"
@@ -66,11 +64,7 @@ void SensorLine::Open() {
     mbaxp_.ResponseTimeout(
         static_cast<std::int16_t>(place_.responseTimeoutMs != 0 ? place_.responseTimeoutMs : usual));
     if (!mbaxp_.OpenPort()) {
-        const QString advice = SerialPorts::PermissionAdvice(place_.device).simplified();
-        throw Failure(ExitStatus::NoConnection,
-                      QStringLiteral("%1: %2 %3")
-                          .arg(place_.device, MbaxpErrorDesc(mbaxp_.LastError()), advice)
-                          .trimmed());
+        throw place_.portFailure();
     }
 }
 
@@ -217,6 +211,7 @@ LinkStatus SensorLine::RunOnce(LinkTransaction transaction) {
             ThrowIfInterrupted();
         }
     }
+    hasAnswered_ = hasAnswered_ || *result <= LastException;
     return *result;
 }
 

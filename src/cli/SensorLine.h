@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/Failure.h"
 #include "link/CommSettings.h"
 #include "link/LineTap.h"
 #include "link/LinkStatus.h"
@@ -11,6 +12,7 @@
 #include <QString>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -24,8 +26,9 @@ class SensorLine : public QObject {
 public:
     struct Place {
         QString device;
-        CommSettings comm;         // its address isn't used
-        int responseTimeoutMs = 0; // 0: the usual one for the baud rate
+        std::function<Failure()> portFailure; // why the device can't be opened
+        CommSettings comm;                    // its address isn't used
+        int responseTimeoutMs = 0;            // 0: the usual one for the baud rate
     };
     using Values = std::map<std::int16_t, std::int32_t>; // by tag
 
@@ -72,6 +75,9 @@ public:
     LinkStatus WriteAll(std::int16_t address,
                         const Values &values); // a row that isn't among them is sent as 0
 
+    // Returns true once a sensor has answered.
+    bool HasAnswered() const { return hasAnswered_; }
+
     LineTap &Tap() { return mbaxp_.Tap(); }
 
 private:
@@ -92,6 +98,7 @@ private:
     Place place_;
     Mbaxp mbaxp_;
     int addressingMode_ = 0;
+    bool hasAnswered_ = false;
 };
 
 } // namespace ztv

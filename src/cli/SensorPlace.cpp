@@ -28,6 +28,10 @@ bool MovesSensor(std::int16_t tag) {
            tag == ParamDefines::ParityStopCode;
 }
 
+bool ChangesTheWay(std::int16_t tag) {
+    return MovesSensor(tag) || tag == ParamDefines::AddressingMode;
+}
+
 CommSettings PlaceAfter(const CommSettings &place, std::int16_t tag, std::int32_t raw) {
     CommSettings after = place;
     const auto value = static_cast<std::int16_t>(raw);
@@ -47,11 +51,14 @@ CommSettings PlaceAfter(const CommSettings &place, std::int16_t tag, std::int32_
     return after;
 }
 
+QString LineText(const CommSettings &comm) {
+    return QStringLiteral("%1 %2").arg(
+        QString::fromLatin1(BaudTable.at(static_cast<std::size_t>(comm.baud)).text),
+        QString::fromLatin1(ParityStopTable.at(static_cast<std::size_t>(comm.parityStop)).text));
+}
+
 QString PlaceText(const CommSettings &place) {
-    return QStringLiteral("address %1, %2 %3")
-        .arg(QString::number(place.address),
-             QString::fromLatin1(BaudTable.at(static_cast<std::size_t>(place.baud)).text),
-             QString::fromLatin1(ParityStopTable.at(static_cast<std::size_t>(place.parityStop)).text));
+    return QStringLiteral("address %1, %2").arg(QString::number(place.address), LineText(place));
 }
 
 std::optional<FoundSensor> FindSensor(SensorLine &line, const std::vector<CommSettings> &places,

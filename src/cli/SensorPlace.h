@@ -13,8 +13,14 @@ namespace ztv {
 // True for the rows by which a sensor moves to another address, baud rate or parity, at once.
 bool MovesSensor(std::int16_t tag);
 
+// True for those rows and the addressing mode, which moves all registers by one.
+bool ChangesTheWay(std::int16_t tag);
+
 // Returns where a sensor answers after it has taken a value. The port's number doesn't count.
 CommSettings PlaceAfter(const CommSettings &place, std::int16_t tag, std::int32_t raw);
+
+// Returns a line setting in words: "38400 N2".
+QString LineText(const CommSettings &comm);
 
 // Returns a place in words: "address 1, 38400 N2".
 QString PlaceText(const CommSettings &place);

@@ -13,11 +13,6 @@ namespace {
 
 constexpr int usualTries = 3;
 
-// Its registers, or the sensor itself, are elsewhere at once.
-bool ChangesTheWay(std::int16_t tag) {
-    return MovesSensor(tag) || tag == ParamDefines::AddressingMode;
-}
-
 } // namespace
 
 SensorWrites::SensorWrites(SensorLine &line, const ClassZentrova &zentrova, const SetPlan &plan,

@@ -58,8 +58,7 @@ ExitStatus SetRun::Run() {
     if (run_.Given().dryRun) {
         run_.Person().Remark(QStringLiteral("Nothing was written"));
     } else if (hasWritten_) {
-        run_.Person().Remark(QStringLiteral("The sensor keeps new values only until it loses power; "
-                                            "\"ztv-ctl store\" saves them"));
+        run_.RemarkOnUnsavedChange();
     }
     return status;
 }

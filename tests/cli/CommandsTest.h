@@ -10,9 +10,17 @@
 #include <memory>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace ztv {
+
+using Writes = std::vector<std::pair<int, int>>; // parameter and value
+
+// Returns true for the functions that write: one register, or several.
+inline bool IsWrite(const QByteArray &request) {
+    return request.at(1) == 6 || request.at(1) == 16;
+}
 
 // The commands against simulated sensors and a foreign slave, each on a pseudo terminal.
 class CommandsTest : public testing::Test {
@@ -35,10 +43,21 @@ protected:
         return *sensors_.back();
     }
 
-    // Runs a command line, with the line's device as the port. `someoneReads`: the messages go to a terminal.
+    sim::SimulatedSensor &StartAt(int address, int addressing = 1) {
+        sim::SensorOptions options;
+        options.address = address;
+        options.addressing = addressing;
+        return StartSensor(options);
+    }
+
+    // Runs a command line, with the line's device as the port if there is one. `someoneReads`: the messages
+    // go to a terminal.
     ExitStatus Ctl(std::vector<const char *> words, bool someoneReads = false) {
         const QByteArray device = device_.toLocal8Bit();
-        words.insert(words.begin(), {"ztv-ctl", "--port", device.constData()});
+        if (!device.isEmpty()) {
+            words.insert(words.begin(), {"--port", device.constData()});
+        }
+        words.insert(words.begin(), "ztv-ctl");
         try {
             const auto arguments = ParseArguments(static_cast<int>(words.size()), words.data());
             const SettingsStore settings(QStringLiteral("ZTV Link"));

@@ -134,10 +134,68 @@ TEST_F(CommandsTest, WhatIsNotGivenComesFromTheProgramsSettings) {
 TEST_F(CommandsTest, APortThatIsNotThereIsNamed) {
     device_ = QStringLiteral("/dev/nothing");
     EXPECT_EQ(Ctl({"get", "28"}), ExitStatus::NoConnection);
-    EXPECT_TRUE(Messages().starts_with("ztv-ctl: /dev/nothing: The com port could not be opened."));
+    EXPECT_EQ(
+        Messages(),
+        "ztv-ctl: /dev/nothing can't be opened: there is no such device; \"ztv-ctl ports\" lists them\n");
     device_ = QStringLiteral("256");
     EXPECT_EQ(Ctl({"get", "28"}), ExitStatus::WrongUse);
     EXPECT_EQ(Messages(), "ztv-ctl: There is no port 256; they are 1 to 255\n");
+}
+
+TEST_F(CommandsTest, ALineOfTheProgramsSettingsIsNamedWhenNobodyAnswers) {
+    sim::SimulatedSensor &sensor = StartSensor();
+    qputenv("ZTVLINK_PORT_1", device_.toLocal8Bit());
+    const std::string device = device_.toStdString();
+    device_.clear();
+    EXPECT_EQ(Ctl({"--address", "9", "--timeout", "40", "get", "28"}), ExitStatus::NoConnection);
+    EXPECT_EQ(Messages(),
+              "ztv-ctl: address 9: Timeout\nztv-ctl: No sensor answered on " + device +
+                  " (from the program's settings) at 38400 N2; --port, --baud and --parity choose "
+                  "another line, and \"ztv-ctl search\" looks for sensors\n");
+    EXPECT_EQ(Ctl({"--address", "1,9", "--timeout", "40", "get", "28"}), ExitStatus::NoConnection);
+    EXPECT_EQ(Messages(), "ztv-ctl: address 9: Timeout\n") << "the line is the right one";
+    sensor.Unplug();
+    EXPECT_EQ(Ctl({"get", "28"}), ExitStatus::NoConnection);
+    EXPECT_TRUE(
+        Messages().starts_with("ztv-ctl: " + device + " (from the program's settings) can't be opened: "));
+    qunsetenv("ZTVLINK_PORT_1");
+}
+
+TEST_F(CommandsTest, AskedForHelpInAnyWayItGivesIt) {
+    for (const std::vector<const char *> &words :
+         {std::vector{"ztv-ctl", "help", "get"}, {"ztv-ctl", "get", "--help"}, {"ztv-ctl", "get", "-h"}}) {
+        testing::internal::CaptureStdout();
+        EXPECT_FALSE(ParseArguments(static_cast<int>(words.size()), words.data()));
+        EXPECT_TRUE(
+            testing::internal::GetCapturedStdout().starts_with("Prints parameters by number or name"));
+    }
+    for (const char *word : {"help", "--help", "-V", "--version"}) {
+        const std::vector<const char *> words = {"ztv-ctl", word};
+        testing::internal::CaptureStdout();
+        EXPECT_FALSE(ParseArguments(2, words.data())) << word;
+        EXPECT_NE(testing::internal::GetCapturedStdout().find("ztv-ctl"), std::string::npos);
+    }
+}
+
+TEST_F(CommandsTest, AMistakeOnTheCommandLineIsAnsweredWithWhatIsRight) {
+    struct Case {
+        std::vector<const char *> words;
+        const char *message;
+    };
+    const Case cases[] = {
+        {{"get", "--rwa"}, "There is no option \"--rwa\": did you mean \"--raw\"?"},
+        {{"get", "--frob"}, "There is no option \"--frob\"; \"ztv-ctl get --help\" lists the options"},
+        {{"frob"}, "There is no command \"frob\"; \"ztv-ctl --help\" lists the commands"},
+        {{"info", "28"}, "info doesn't accept \"28\"; \"ztv-ctl info --help\" shows its use"},
+        {{"set"}, "PARAMETER=VALUE is required; \"ztv-ctl set --help\" shows its use"},
+        {{"get", "--baud"}, "--baud needs one value; \"ztv-ctl get --help\" shows its use"},
+        {{"--timeout", "soon", "get"}, "--timeout: \"soon\" is no whole number from 1 to 32000"},
+        {{"watch", "--every", "1.5"}, "--every: \"1.5\" is no whole number from 0 to 86400000"},
+    };
+    for (const Case &mistake : cases) {
+        EXPECT_EQ(Ctl(mistake.words), ExitStatus::WrongUse);
+        EXPECT_EQ(Messages(), std::string("ztv-ctl: ") + mistake.message + '\n');
+    }
 }
 
 TEST_F(CommandsTest, WrongUseGetsOneLineAndNothingOnTheLine) {

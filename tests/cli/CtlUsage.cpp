@@ -53,7 +53,7 @@ CtlUsage UsageByHelp() {
     const QString help = Help({});
     CtlUsage usage = {{QString(), OptionsOfHelp(help)}};
     for (const QString &command :
-         Captured(help.mid(help.indexOf(QStringLiteral("\nSubcommands:"))), "^  ([a-z]+) +\\w")) {
+         Captured(help.mid(help.indexOf(QStringLiteral("\nCommands:"))), "^  ([a-z]+) +\\w")) {
         usage[command] = OptionsOfHelp(Help({command}));
         usage[command].erase(QStringLiteral("--help"));
     }

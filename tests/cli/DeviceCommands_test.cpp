@@ -17,27 +17,14 @@ namespace ztv {
 
 namespace {
 
-using Writes = std::vector<std::pair<int, int>>;
-
 const char *const question =
     "Are you sure? This will reset all parameters back to the factory default values.";
 const char *const header = "parameter  name                        before      value       outcome\n";
-
-bool IsWrite(const QByteArray &request) {
-    return request.at(1) == 6 || request.at(1) == 16;
-}
 
 } // namespace
 
 class DeviceCommandsTest : public CommandsTest {
 protected:
-    sim::SimulatedSensor &StartAt(int address, int addressing = 1) {
-        sim::SensorOptions options;
-        options.address = address;
-        options.addressing = addressing;
-        return StartSensor(options);
-    }
-
     // Runs `reinit` before a person who types the answer, and leaves what was printed in `printed_`.
     ExitStatus Reinit(const char *answer, std::vector<const char *> words) {
         std::FILE *input = std::tmpfile();

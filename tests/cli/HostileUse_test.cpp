@@ -26,10 +26,6 @@ namespace {
 
 using Writes = std::vector<std::pair<int, int>>;
 
-bool IsWrite(const QByteArray &request) {
-    return request.at(1) == 6 || request.at(1) == 16;
-}
-
 } // namespace
 
 class HostileUseTest : public CommandsTest {
@@ -59,7 +55,7 @@ TEST_F(HostileUseTest, ASecondCommandDoesNotReplaceTheFirst) {
     StartSensor();
     ExpectWrongUse({"set", "28=13", "store"}, "\"store\" assigns nothing");
     ExpectWrongUse({"get", "28", "info"}, "There is no parameter \"info\"");
-    ExpectWrongUse({"store", "reinit"}, "There is no argument \"reinit\"");
+    ExpectWrongUse({"store", "reinit"}, "store doesn't accept \"reinit\"");
 }
 
 TEST_F(HostileUseTest, AFileMayHaveTheNameOfACommand) {
@@ -79,14 +75,14 @@ TEST_F(HostileUseTest, AnEmptyValueOfAnOptionIsNotTheUsualOne) {
         ExpectWrongUse({option, "", "set", "28=13"}, std::string(option) + ": the value is empty");
     }
     device_.clear();
-    ExpectWrongUse({"get", "28"}, "--port: the value is empty");
+    ExpectWrongUse({"--port", "", "get", "28"}, "--port: the value is empty");
 }
 
 TEST_F(HostileUseTest, ANameInBracketsIsNoList) {
     StartSensor();
     ExpectWrongUse({"get", "[28,29]"}, "There is no parameter \"[28,29]\"");
     ExpectWrongUse({"set", "[28=13,29=300]"}, "There is no parameter \"[28\"");
-    ExpectWrongUse({"info", "[a]"}, "There is no argument \"[a]\"");
+    ExpectWrongUse({"info", "[a]"}, "info doesn't accept \"[a]\"");
     const QString before = QDir::currentPath();
     QDir::setCurrent(files_.path());
     EXPECT_EQ(Ctl({"save", "[line 1]"}), ExitStatus::Done);
@@ -109,7 +105,7 @@ TEST_F(HostileUseTest, AFailureIsOneLineAlsoWithANewlineInAName) {
     const std::string messages = Messages();
     EXPECT_EQ(std::ranges::count(messages, '\n'), 1) << messages;
     EXPECT_EQ(messages.find('\x1b'), std::string::npos);
-    EXPECT_NE(messages.find("two lines"), std::string::npos) << messages;
+    EXPECT_NE(messages.find("two?lines"), std::string::npos) << messages;
 }
 
 // Writes. -------------------------------------------------------------------------------------------

@@ -39,7 +39,7 @@ TEST_F(ParameterNamesTest, AreFoundByNumberAndByName) {
 TEST_F(ParameterNamesTest, AreFoundByTheirUniqueBeginnings) {
     EXPECT_EQ(Tag("near d"), 28);
     EXPECT_EQ(Tag("serial"), 2);
-    ExpectFailure("near", "\"near\" may be \"Near Distance\", \"Near Voltage\"");
+    ExpectFailure("near", "\"near\" may be \"Near Distance\" or \"Near Voltage\"");
 }
 
 TEST_F(ParameterNamesTest, AreGuessedFromASlip) {

@@ -22,27 +22,13 @@ namespace ztv {
 
 namespace {
 
-using Writes = std::vector<std::pair<int, int>>;
-
-const char *const remark = "ztv-ctl: The sensor keeps new values only until it loses power; \"ztv-ctl "
+const char *const remark = "ztv-ctl: A sensor keeps new values only until it loses power; \"ztv-ctl "
                            "store\" saves them\n";
-
-// The functions that write: one register, or several.
-bool IsWrite(const QByteArray &request) {
-    return request.at(1) == 6 || request.at(1) == 16;
-}
 
 } // namespace
 
 class SetTest : public CommandsTest {
 protected:
-    sim::SimulatedSensor &StartAt(int address, int addressing = 1) {
-        sim::SensorOptions options;
-        options.address = address;
-        options.addressing = addressing;
-        return StartSensor(options);
-    }
-
     // Expects a line and no write.
     void ExpectRefused(const std::vector<const char *> &words, ExitStatus status, const std::string &line) {
         EXPECT_EQ(Ctl(words), status) << line;
@@ -52,7 +38,7 @@ protected:
     }
 };
 
-// What it writes. -----------------------------------------------------------------------------------
+// Writes. -------------------------------------------------------------------------------------------
 
 TEST_F(SetTest, WritesReadsBackAndSaysWhatTheSensorHolds) {
     for (const int addressing : {0, 1}) {
@@ -140,7 +126,7 @@ TEST_F(SetTest, KeepsToTheOrderTyped) {
     EXPECT_EQ(sensor.Writes(), (Writes{{29, 35000}, {28, 10000}, {25, 35000}, {24, 9000}}));
 }
 
-// What it refuses. ----------------------------------------------------------------------------------
+// Refusals. -----------------------------------------------------------------------------------------
 
 TEST_F(SetTest, WrongUseReachesNoSensor) {
     const sim::SimulatedSensor &sensor = StartSensor();

@@ -143,7 +143,7 @@ TEST_F(SettingsFilesTest, SaveReplacesAFileOnlyWhenToldTo) {
     EXPECT_EQ(Messages(), "ztv-ctl: " + file.toStdString() + ": the file exists; give --yes to replace it\n");
     EXPECT_EQ(ReadFile(Path("winder.ztv")), "precious");
     EXPECT_EQ(Ctl({"save", "--dry-run", file.constData()}), ExitStatus::Done);
-    EXPECT_EQ(Messages(), "ztv-ctl: Nothing was saved: this was a dry run\n");
+    EXPECT_EQ(Messages(), "ztv-ctl: Nothing was written\n");
     EXPECT_EQ(ReadFile(Path("winder.ztv")), "precious");
     EXPECT_EQ(Ctl({"save", "--yes", file.constData()}), ExitStatus::Done);
     EXPECT_EQ(ClassZentrova(ShippedPresetsFolder()).OpenFile(Path("winder.ztv")).result, FileOpened::Whole);
@@ -229,7 +229,7 @@ TEST_F(SettingsFilesTest, LoadShowsWhatDiffersAndWritesIt) {
                              "28         Near Distance               12.00\"      13.00\"\n");
         const std::string messages = Messages();
         EXPECT_NE(messages.find("ztv-ctl: address 1: loaded (3)\n"), std::string::npos) << messages;
-        EXPECT_TRUE(messages.ends_with("\"ztv-ctl store\"\n")) << messages;
+        EXPECT_TRUE(messages.ends_with("\"ztv-ctl store\" saves them\n")) << messages;
         ExpectRegisters(sensor, {{28, 1300}, {26, -500}, {21, 65000}, {68, addressing}});
         const auto writes = sensor.Writes();
         ASSERT_EQ(writes.size(), 95U); // in one request
@@ -252,7 +252,7 @@ TEST_F(SettingsFilesTest, LoadWritesNothingThatNobodyAgreedTo) {
     EXPECT_EQ(Messages(), "ztv-ctl: Write this setting to address 1? Nobody can answer here; give --yes to "
                           "go on\n");
     EXPECT_EQ(Ctl({"load", "--dry-run", file.constData()}), ExitStatus::Done);
-    EXPECT_EQ(Messages(), "ztv-ctl: Nothing was written: this was a dry run\n");
+    EXPECT_EQ(Messages(), "ztv-ctl: Nothing was written\n");
     EXPECT_TRUE(sensor.Writes().empty());
 }
 
