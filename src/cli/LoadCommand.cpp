@@ -202,7 +202,10 @@ void Loading::WriteTo(SensorLine &line, const Plan &plan) {
     const LinkStatus status = line.WriteAll(plan.address, table);
     Verify(line, plan, SettingsOf(table, zentrova), status);
     hasLoaded_ = true;
-    Remark(plan.address, QStringLiteral("loaded (%1)").arg(plan.differences.size()));
+    Remark(plan.address,
+           QStringLiteral("%1 %2 loaded")
+               .arg(plan.differences.size())
+               .arg(plan.differences.size() == 1 ? QStringLiteral("setting") : QStringLiteral("settings")));
 }
 
 void Loading::Verify(SensorLine &line, const Plan &plan, const Values &sent, LinkStatus status) const {

@@ -228,7 +228,7 @@ TEST_F(SettingsFilesTest, LoadShowsWhatDiffersAndWritesIt) {
                              "26         Distance Offset             0.00\"       -5.00\"\n"
                              "28         Near Distance               12.00\"      13.00\"\n");
         const std::string messages = Messages();
-        EXPECT_NE(messages.find("ztv-ctl: address 1: loaded (3)\n"), std::string::npos) << messages;
+        EXPECT_NE(messages.find("ztv-ctl: address 1: 3 settings loaded\n"), std::string::npos) << messages;
         EXPECT_TRUE(messages.ends_with("\"ztv-ctl store\" saves them\n")) << messages;
         ExpectRegisters(sensor, {{28, 1300}, {26, -500}, {21, 65000}, {68, addressing}});
         const auto writes = sensor.Writes();
@@ -500,7 +500,8 @@ TEST_F(SettingsFilesTest, ALostConfirmationIsSettledByReadingBack) {
         }
         EXPECT_EQ(Ctl(words), ExitStatus::Done);
         ExpectRegisters(sensor, {{28, 1300}, {65, moves ? 17 : 1}, {66, moves ? 3 : 4}});
-        EXPECT_NE(Messages().find("address 1: loaded"), std::string::npos);
+        EXPECT_NE(Messages().find(moves ? "address 1: 3 settings loaded" : "address 1: 1 setting loaded"),
+                  std::string::npos);
     }
 }
 
@@ -688,7 +689,7 @@ TEST_F(SettingsFilesProgramTest, LoadAsksAndWritesOnlyOnYes) {
     for (const char *yes : {"y\\n", "YES\\n"}) {
         sensor_->SetRegister(28, 1200);
         EXPECT_EQ(OnTerminal(yes, "load $file"), 0);
-        EXPECT_NE(results_.find("loaded ("), std::string::npos) << results_;
+        EXPECT_NE(results_.find(" loaded"), std::string::npos) << results_;
         EXPECT_EQ(sensor_->Register(28), 1300);
         EXPECT_EQ(sensor_->Register(29), 30000);
     }
