@@ -395,7 +395,9 @@ std::vector<std::string> WordsOf(int argc, const char *const *argv) {
         words.emplace_back("--help");
     }
     for (std::string &word : words) {
-        word = word.starts_with('[') ? unsplit + word : word;
+        if (word.starts_with('[')) {
+            word.insert(word.begin(), unsplit);
+        }
     }
     std::ranges::reverse(words);
     return words;
