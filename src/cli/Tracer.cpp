@@ -102,11 +102,13 @@ void Tracer::Learn(const LineFrame &frame) {
     const auto request = request_ ? FrameText::RequestOf(request_->bytes) : std::nullopt;
     if (!request || !IsOfMaster(*request_)) { // the device is gone, or the loader answers
         addressingOf_.clear();
-    } else if (frame.status > CodeOf(LastException)) { // by the next reply, another sensor may answer
-        addressingOf_.erase(request->slave);
-    } else if (const auto mode = FrameText::AddressingModeIn(*request, frame.bytes); mode) {
+        return;
+    }
+    const bool isLost = frame.status > CodeOf(LastException); // by the next reply, another sensor may answer
+    const auto mode = isLost ? std::nullopt : FrameText::AddressingModeIn(*request, frame.bytes);
+    if (mode) {
         addressingOf_[request->slave] = *mode;
-    } else if (MayRenumber(*request, NamesFor(*request).addressingMode)) {
+    } else if (isLost || MayRenumber(*request, NamesFor(*request).addressingMode)) {
         addressingOf_.erase(request->slave);
     }
 }
