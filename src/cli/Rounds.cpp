@@ -9,9 +9,12 @@
 #include <QEventLoop>
 #include <QTimer>
 #include <algorithm>
-#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#ifdef Q_OS_UNIX
+#include <poll.h>
+#endif
 
 namespace ztv {
 
@@ -32,11 +35,13 @@ bool GoToTheSameTerminal(std::FILE *one, std::FILE *other) {
 }
 
 // The next row would show that, too, but it may be a day away.
-void ThrowIfReaderIsGone(std::FILE *results) {
+void ThrowIfReaderIsGone([[maybe_unused]] std::FILE *results) {
+#ifdef Q_OS_UNIX
     pollfd state = {.fd = fileno(results), .events = 0, .revents = 0};
     if (poll(&state, 1, 0) > 0 && (state.revents & POLLERR) != 0) {
         throw ReaderGone();
     }
+#endif
 }
 
 // For the event loop: each exchange of the line turns it, a sleep needs a loop of its own.
