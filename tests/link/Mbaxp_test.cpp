@@ -268,7 +268,7 @@ TEST_F(MbaxpTest, ALateReplyIsKnownAlsoBehindAnotherTransaction) {
     line_->Answer(nextReply);
     EXPECT_EQ(Run(cycle), 0);
     events_.clear();
-    line_->Answer({{goodReply, 260}}); // comes while the second round waits, long after the usual delay
+    line_->Answer({{goodReply, 280}}); // comes while the second round waits, long after the usual delay
     line_->AnswerNothing();            // to the write
     line_->AnswerNothing();            // to the second round
     line_->AnswerAlways(nextReply);
