@@ -88,8 +88,9 @@ needed() {
     apt-get --simulate -o Dir::State::status=/dev/null --no-install-recommends install "./$package" | sed -n 's/^Inst \([^ ]*\).*/\1/p'
 }
 
-# Qt uses these for the cursors of a theme, and works without them.
-optional="libxcursor1 libxrender1"
+# Qt uses these where they are installed, and works without them: for the cursors of a theme, and for SVG files, of which the
+# program shows none.
+optional="libxcursor1 libxrender1 libqt6svg6"
 
 listing >"$home/before"
 needed >"$home/needed" || { apt-get update -qq && needed >"$home/needed"; }
